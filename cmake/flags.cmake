@@ -1,0 +1,21 @@
+# The one place for compiler flags: every target of the project links tessavo_flags.
+add_library(tessavo_flags INTERFACE)
+target_compile_features(tessavo_flags INTERFACE cxx_std_20)
+target_compile_options(
+  tessavo_flags
+  INTERFACE -Wall
+            -Wextra
+            -Wpedantic
+            -Wconversion
+            -Wsign-conversion
+            -Wshadow
+            -Wold-style-cast
+            -Wnon-virtual-dtor
+            # Coefficients must come out the same on every processor.
+            -ffp-contract=off
+            $<$<BOOL:${TESSAVO_WERROR}>:-Werror>)
+if(TESSAVO_SANITIZE)
+  target_compile_options(tessavo_flags INTERFACE -fsanitize=${TESSAVO_SANITIZE} -fno-omit-frame-pointer
+                                                 -fno-sanitize-recover=all)
+  target_link_options(tessavo_flags INTERFACE -fsanitize=${TESSAVO_SANITIZE})
+endif()

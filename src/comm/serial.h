@@ -1,0 +1,138 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace tessavo {
+
+/// Result codes of CSerial. They carry the same numbers on every system.
+namespace serial_result {
+inline constexpr std::uint32_t success = 0;
+inline constexpr std::uint32_t invalidFunction = 1;  ///< needs a port opened for overlapped I/O
+inline constexpr std::uint32_t fileNotFound = 2;
+inline constexpr std::uint32_t accessDenied = 5;   ///< no permission, or the port is in use
+inline constexpr std::uint32_t invalidHandle = 6;  ///< the port is closed
+inline constexpr std::uint32_t generalFailure = 31;
+inline constexpr std::uint32_t operationAborted = 995;  ///< Cancel() was called
+inline constexpr std::uint32_t ioDevice = 1117;         ///< the device vanished or reports an error
+inline constexpr std::uint32_t alreadyInitialised = 1247;
+inline constexpr std::uint32_t timeout = 1460;
+inline constexpr std::uint32_t invalidArgument = 0x80070057;
+}  // namespace serial_result
+
+/// Parity and stop-bit codes of Setup(), GetParity() and GetStopBits().
+namespace serial_frame {
+inline constexpr int parityNone = 0;
+inline constexpr int parityOdd = 1;
+inline constexpr int parityEven = 2;
+inline constexpr int parityMark = 3;
+inline constexpr int paritySpace = 4;
+inline constexpr std::uint8_t stopBitsOne = 0;
+inline constexpr std::uint8_t stopBitsOneAndHalf = 1;
+inline constexpr std::uint8_t stopBitsTwo = 2;
+}  // namespace serial_frame
+
+/// Bits of the event mask.
+namespace serial_event {
+inline constexpr std::uint32_t received = 0x0001;
+inline constexpr std::uint32_t eventCharacter = 0x0002;
+inline constexpr std::uint32_t breakSeen = 0x0040;
+inline constexpr std::uint32_t lineError = 0x0080;
+inline constexpr std::uint32_t standard = 0x00C1;  ///< break, line error, character received
+}  // namespace serial_event
+
+/// An operation that the caller completes itself: started by Read, Write or WaitEvent, which then return at once.
+/// Opaque outside the platform sources.
+struct SerialOverlapped;
+
+/// One serial port.
+///
+/// Every operation stores its result code as lastError() and returns it: 0 for success, otherwise one of
+/// serial_result or another code of the platform. Nothing throws and nothing is shown. One thread at a time uses a
+/// port; only Cancel() and ClearCancel() may be called from any thread.
+class CSerial {
+ public:
+    enum Handshaking : int { handshakeNone = 0, handshakeHardware = 1, handshakeSoftware = 2 };
+    enum ReadTimeouts : int { nonBlocking = 0, blocking = 1 };
+    static constexpr std::uint32_t infinite = 0xFFFFFFFF;
+
+    CSerial();
+    /// Closes the port.
+    virtual ~CSerial();
+    CSerial(const CSerial&) = delete;
+    CSerial& operator=(const CSerial&) = delete;
+
+    /// Opens a device for reading and writing, unshared. Bytes that arrive from here on are kept.
+    ///
+    /// \param deviceName full device path, handed to the system as it is (see devicePath()).
+    /// \param inQueue, outQueue driver queue sizes; both 0 leaves the driver's own.
+    /// \param overlapped needed by every operation with a time-out.
+    /// \return `alreadyInitialised` on an open port, which stays as it is.
+    virtual std::uint32_t Open(const std::wstring& deviceName, std::uint32_t inQueue, std::uint32_t outQueue,
+                               bool overlapped);
+    /// \return 0, also when the port was closed already
+    virtual std::uint32_t Close();
+    /// \param baudRate in bit/s.
+    /// \param dataBits 5 to 8.
+    /// \param parity see serial_frame; checking is on exactly when it is not parityNone.
+    /// \param stopBits see serial_frame.
+    /// \param dtrMode 1 turns DTR on and RTS off; any other value leaves both lines' control as it is.
+    virtual std::uint32_t Setup(std::uint32_t baudRate, std::uint8_t dataBits, int parity, std::uint8_t stopBits,
+                                int dtrMode);
+    /// \param adjustMask also adds the event character to the event mask
+    virtual std::uint32_t SetEventChar(std::uint8_t character, bool adjustMask);
+    virtual std::uint32_t SetMask(std::uint32_t eventMask);
+    /// Waits for an event of the mask and stores it as eventType().
+    virtual std::uint32_t WaitEvent(SerialOverlapped* overlapped, std::uint32_t timeoutMs);
+    /// \param mode see Handshaking; another value gives `invalidArgument` and leaves the device unchanged
+    virtual std::uint32_t SetupHandshaking(int mode);
+    /// \param mode see ReadTimeouts; another value gives `invalidArgument` and leaves the device unchanged
+    virtual std::uint32_t SetupReadTimeouts(int mode);
+    /// \return bit/s, or -1 on failure
+    virtual int GetBaudrate();
+    /// \return -1 on failure
+    virtual int GetDataBits();
+    /// \return 0 when parity checking is off, -1 on failure
+    virtual int GetParity();
+    /// \return a code of serial_frame, -1 on failure
+    virtual int GetStopBits();
+    /// \return a value of Handshaking, -1 on failure
+    virtual int GetHandshaking();
+    /// \return 0 when closed
+    virtual std::uint32_t GetEventMask();
+    /// \return 0 on failure
+    virtual std::uint8_t GetEventChar();
+    /// Writes a zero-terminated byte string; otherwise as Write().
+    virtual std::uint32_t WriteString(const char* text, std::uint32_t* written = nullptr,
+                                      SerialOverlapped* overlapped = nullptr, std::uint32_t timeoutMs = infinite);
+    /// Writes all bytes within the time-out, or returns `timeout`; `written` tells how many left.
+    virtual std::uint32_t Write(const void* data, std::size_t size, std::uint32_t* written = nullptr,
+                                SerialOverlapped* overlapped = nullptr, std::uint32_t timeoutMs = infinite);
+    /// With blocking read time-outs waits for the full count, or returns `timeout`; `read` tells how many came. With
+    /// non-blocking read time-outs takes what is there.
+    virtual std::uint32_t Read(void* data, std::size_t size, std::uint32_t* read = nullptr,
+                               SerialOverlapped* overlapped = nullptr, std::uint32_t timeoutMs = infinite);
+
+    /// Ends a running wait of this port with `operationAborted`, and every later one, until ClearCancel().
+    virtual void Cancel();
+    virtual void ClearCancel();
+
+    /// Result of the last operation.
+    [[nodiscard]] std::uint32_t lastError() const { return lastError_; }
+    /// What the last WaitEvent() saw.
+    [[nodiscard]] std::uint32_t eventType() const { return eventType_; }
+
+ protected:
+    std::uint32_t lastError_ = 0;
+    std::uint32_t eventType_ = 0;
+    std::uint32_t eventMask_ = 0;
+
+ private:
+    struct Native;
+    std::unique_ptr<Native> native_;
+};
+
+}  // namespace tessavo

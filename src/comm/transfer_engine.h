@@ -1,0 +1,61 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "comm/clock.h"
+#include "comm/comm_log.h"
+#include "comm/framing.h"
+#include "comm/serial.h"
+#include "comm/transfer_lock.h"
+#include "params/message_box.h"
+
+namespace tessavo {
+
+/// Message types of SendToTarget().
+enum class MessageType : std::uint8_t {
+    blocks128 = 1,
+    blocks1kWithCrc = 2,  ///< the CRC-16 of the whole message is appended where it falls inside the last block
+    blocks4k = 5
+};
+
+/// Runs whole exchanges with the target: opening, blocks or request and reply, disconnecting, closing.
+///
+/// Callable from any thread; the lock keeps exchanges apart. Every step is logged as it happens. Nothing throws.
+class TransferEngine {
+ public:
+    /// What an exchange works with. All of it outlives the engine.
+    struct Outside {
+        CSerial& port;
+        IClock& clock;
+        ICommLog& log;
+        IMessageBox& boxes;
+        TransferLock& lock;
+        /// Name of the port selected now, as listPorts() gives it.
+        std::function<std::string()> portName;
+        /// Told after each block that the target took: blocks done, blocks in all. May be empty.
+        std::function<void(std::size_t, std::size_t)> progress;
+    };
+
+    explicit TransferEngine(Outside outside);
+
+    /// Pushes a message to the target in blocks.
+    /// \return true when every block was taken and the target confirmed the disconnect.
+    bool SendToTarget(std::span<const std::uint8_t> data, MessageType type);
+
+    /// Sends a request and reads the target's reply frame.
+    ///
+    /// \param reply takes the payload of a valid reply (at most 4096 bytes, cut to the buffer); untouched on failure.
+    /// \param request up to 2048 bytes; the rest of the frame is zeros.
+    /// \return true when a valid reply arrived and the target confirmed the disconnect.
+    bool ReceiveFromTarget(std::span<std::uint8_t> reply, std::span<const std::uint8_t> request);
+
+ private:
+    Outside outside_;
+};
+
+}  // namespace tessavo

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <array>
+#include <compare>
+#include <cstddef>
+#include <cstdint>
+
+namespace tessavo {
+
+inline constexpr std::size_t setCount = 5;
+inline constexpr std::size_t channelCount = 8;
+inline constexpr std::size_t bandCount = 8;
+inline constexpr std::size_t crossoverCount = 2;
+inline constexpr std::size_t inputBandCount = 10;
+inline constexpr std::size_t toneBandCount = 3;
+/// Graphic bands 0 to 9, then bass, middle and treble as 10, 11 and 12.
+inline constexpr std::size_t inputSectionCount = inputBandCount + toneBandCount;
+
+/// Place of a channel on the pages, 0 to 7 ("Channel 1" to "Channel 8").
+struct PagePosition {
+    std::uint8_t value = 0;
+    friend auto operator<=>(const PagePosition&, const PagePosition&) = default;
+};
+
+/// Index of a channel in record, image and coefficient tables, 0 to 7. Not the same number as its page position.
+struct RecordChannel {
+    std::uint8_t value = 0;
+    friend auto operator<=>(const RecordChannel&, const RecordChannel&) = default;
+};
+
+/// Entry p is the record channel of the channel shown at page position p.
+inline constexpr std::array<std::uint8_t, channelCount> channelMap{7, 3, 0, 4, 1, 5, 2, 6};
+
+/// Entry p is the record channel of slider position p of the output group page.
+inline constexpr std::array<std::uint8_t, channelCount> groupSliderMap{2, 4, 6, 0, 3, 5, 7, 1};
+
+/// Entry c is the number (1 to 8) of the main view's check box that shows the flag of record channel c.
+inline constexpr std::array<std::uint8_t, channelCount> channelCheckBoxMap{4, 8, 1, 5, 2, 6, 3, 7};
+
+constexpr RecordChannel recordChannelAt(PagePosition position) {
+    return {channelMap[position.value & 7U]};
+}
+
+/// Bit of `selectionMask` that stands for a page position.
+constexpr std::uint8_t selectionBit(PagePosition position) {
+    return static_cast<std::uint8_t>(0x80U >> (position.value & 7U));
+}
+
+}  // namespace tessavo
