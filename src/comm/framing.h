@@ -58,7 +58,8 @@ struct XModemMessage {
     std::uint16_t size = 0;  ///< payload bytes
 };
 
-/// CRC-16/CCITT-FALSE: polynomial 0x1021, initial value 0xFFFF, not reflected, no final XOR. No bytes give 0xFFFF.
+/// CRC-16/CCITT-FALSE: polynomial 0x1021, initial value 0xFFFF, not reflected, no final XOR. No bytes give
+/// 0xFFFF.
 [[nodiscard]] std::uint16_t Crc16(std::size_t length, const std::uint8_t* bytes);
 [[nodiscard]] std::uint16_t Crc16(std::span<const std::uint8_t> bytes);
 
@@ -72,7 +73,8 @@ std::size_t BuildFrame(std::uint8_t type, std::uint8_t blockNumber, std::span<co
 
 /// Fills the message from a received frame.
 ///
-/// \return true when the CRC matches the payload and the block number matches its complement; false also when `frame` is
+/// \return true when the CRC matches the payload and the block number matches its complement; false also when
+/// `frame` is
 ///         shorter than its type byte asks. Type and block number are not checked further.
 bool ParseFrame(std::span<const std::uint8_t> frame, XModemMessage& message);
 

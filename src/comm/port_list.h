@@ -6,14 +6,15 @@
 
 namespace tessavo {
 
-/// Full device path of a port, as CSerial::Open takes it: the system's prefix ("\\.\" or "/dev/") and the name.
+/// Full device path of a port, as CSerial::Open takes it: the system's prefix ("\\.\" or "/dev/") and the
+/// name.
 [[nodiscard]] std::wstring devicePath(std::string_view portName);
 
 /// Names of the serial ports of this machine, as the user sees them: COM3; ttyUSB0, ttyACM0, ttyS0, pts/3.
 ///
-/// Real ports only (no ttyS without hardware), sorted by kind and number, then running simulated targets, then the names
-/// listed in the environment variable TESSAVO_PORTS (separated by commas or spaces). No name appears twice. Opens no
-/// port.
+/// Real ports only (no ttyS without hardware), sorted by kind and number, then running simulated targets,
+/// then the names listed in the environment variable TESSAVO_PORTS (separated by commas or spaces). No name
+/// appears twice. Opens no port.
 [[nodiscard]] std::vector<std::string> listPorts();
 
 /// Makes a simulated target's port known to listPorts() of every program of this user while it lives.

@@ -44,15 +44,15 @@ inline constexpr std::uint32_t lineError = 0x0080;
 inline constexpr std::uint32_t standard = 0x00C1;  ///< break, line error, character received
 }  // namespace serial_event
 
-/// An operation that the caller completes itself: started by Read, Write or WaitEvent, which then return at once.
-/// Opaque outside the platform sources.
+/// An operation that the caller completes itself: started by Read, Write or WaitEvent, which then return at
+/// once. Opaque outside the platform sources.
 struct SerialOverlapped;
 
 /// One serial port.
 ///
 /// Every operation stores its result code as lastError() and returns it: 0 for success, otherwise one of
-/// serial_result or another code of the platform. Nothing throws and nothing is shown. One thread at a time uses a
-/// port; only Cancel() and ClearCancel() may be called from any thread.
+/// serial_result or another code of the platform. Nothing throws and nothing is shown. One thread at a time
+/// uses a port; only Cancel() and ClearCancel() may be called from any thread.
 class CSerial {
  public:
     enum Handshaking : int { handshakeNone = 0, handshakeHardware = 1, handshakeSoftware = 2 };
@@ -80,8 +80,8 @@ class CSerial {
     /// \param parity see serial_frame; checking is on exactly when it is not parityNone.
     /// \param stopBits see serial_frame.
     /// \param dtrMode 1 turns DTR on and RTS off; any other value leaves both lines' control as it is.
-    virtual std::uint32_t Setup(std::uint32_t baudRate, std::uint8_t dataBits, int parity, std::uint8_t stopBits,
-                                int dtrMode);
+    virtual std::uint32_t Setup(std::uint32_t baudRate, std::uint8_t dataBits, int parity,
+                                std::uint8_t stopBits, int dtrMode);
     /// \param adjustMask also adds the event character to the event mask
     virtual std::uint32_t SetEventChar(std::uint8_t character, bool adjustMask);
     virtual std::uint32_t SetMask(std::uint32_t eventMask);
@@ -107,12 +107,13 @@ class CSerial {
     virtual std::uint8_t GetEventChar();
     /// Writes a zero-terminated byte string; otherwise as Write().
     virtual std::uint32_t WriteString(const char* text, std::uint32_t* written = nullptr,
-                                      SerialOverlapped* overlapped = nullptr, std::uint32_t timeoutMs = infinite);
+                                      SerialOverlapped* overlapped = nullptr,
+                                      std::uint32_t timeoutMs = infinite);
     /// Writes all bytes within the time-out, or returns `timeout`; `written` tells how many left.
     virtual std::uint32_t Write(const void* data, std::size_t size, std::uint32_t* written = nullptr,
                                 SerialOverlapped* overlapped = nullptr, std::uint32_t timeoutMs = infinite);
-    /// With blocking read time-outs waits for the full count, or returns `timeout`; `read` tells how many came. With
-    /// non-blocking read time-outs takes what is there.
+    /// With blocking read time-outs waits for the full count, or returns `timeout`; `read` tells how many
+    /// came. With non-blocking read time-outs takes what is there.
     virtual std::uint32_t Read(void* data, std::size_t size, std::uint32_t* read = nullptr,
                                SerialOverlapped* overlapped = nullptr, std::uint32_t timeoutMs = infinite);
 

@@ -11,21 +11,23 @@
 #include "comm/comm_log.h"
 #include "comm/framing.h"
 #include "comm/serial.h"
-#include "comm/transfer_lock.h"
 #include "params/message_box.h"
+#include "params/timed_lock.h"
 
 namespace tessavo {
 
 /// Message types of SendToTarget().
 enum class MessageType : std::uint8_t {
     blocks128 = 1,
-    blocks1kWithCrc = 2,  ///< the CRC-16 of the whole message is appended where it falls inside the last block
+    blocks1kWithCrc =
+        2,  ///< the CRC-16 of the whole message is appended where it falls inside the last block
     blocks4k = 5
 };
 
 /// Runs whole exchanges with the target: opening, blocks or request and reply, disconnecting, closing.
 ///
-/// Callable from any thread; the lock keeps exchanges apart. Every step is logged as it happens. Nothing throws.
+/// Callable from any thread; the lock keeps exchanges apart. Every step is logged as it happens. Nothing
+/// throws.
 class TransferEngine {
  public:
     /// What an exchange works with. All of it outlives the engine.
@@ -34,7 +36,7 @@ class TransferEngine {
         IClock& clock;
         ICommLog& log;
         IMessageBox& boxes;
-        TransferLock& lock;
+        TimedLock& lock;
         /// Name of the port selected now, as listPorts() gives it.
         std::function<std::string()> portName;
         /// Told after each block that the target took: blocks done, blocks in all. May be empty.
@@ -49,9 +51,9 @@ class TransferEngine {
 
     /// Sends a request and reads the target's reply frame.
     ///
-    /// \param reply takes the payload of a valid reply (at most 4096 bytes, cut to the buffer); untouched on failure.
-    /// \param request up to 2048 bytes; the rest of the frame is zeros.
-    /// \return true when a valid reply arrived and the target confirmed the disconnect.
+    /// \param reply takes the payload of a valid reply (at most 4096 bytes, cut to the buffer); untouched on
+    /// failure. \param request up to 2048 bytes; the rest of the frame is zeros. \return true when a valid
+    /// reply arrived and the target confirmed the disconnect.
     bool ReceiveFromTarget(std::span<std::uint8_t> reply, std::span<const std::uint8_t> request);
 
  private:

@@ -7,7 +7,8 @@ namespace tessavo {
 /// Five signed 32-bit fixed-point words of one second-order section, in the order and scale in which the
 /// target stores them: b0/8, b1/8, b2/8, a1/2, a2/2, each a fraction with 31 bits.
 ///
-/// The transfer function is (b0 + b1 z^-1 + b2 z^-2) / (1 + a1 z^-1 + a2 z^-2): a1 and a2 carry the plus sign.
+/// The transfer function is (b0 + b1 z^-1 + b2 z^-2) / (1 + a1 z^-1 + a2 z^-2): a1 and a2 carry the plus
+/// sign.
 struct BiquadWords {
     std::int32_t b0 = 0;
     std::int32_t b1 = 0;

@@ -22,7 +22,8 @@ std::array<double, 5> scaledMean(const Section& bilinear, const Section& matched
 
 bool coeffBZTMZT::computeCrossover(std::int32_t kindWord, std::int32_t, BiquadWords& out) {
     const auto request = CrossoverRequest::unpack(kindWord);
-    return convert(scaledMean(bilinearCrossover(request, designSamplingRateHz), matchedCrossover(request)), out);
+    return convert(scaledMean(bilinearCrossover(request, designSamplingRateHz), matchedCrossover(request)),
+                   out);
 }
 
 bool coeffBZTMZT::computeBand(std::int32_t kindWord, float gainDb, float q, std::int32_t, BiquadWords& out) {

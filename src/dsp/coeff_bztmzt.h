@@ -10,7 +10,8 @@ class coeffBZTMZT final : public IcoefficientGenerator {
     using IcoefficientGenerator::IcoefficientGenerator;
 
     bool computeCrossover(std::int32_t kindWord, std::int32_t spare, BiquadWords& out) override;
-    bool computeBand(std::int32_t kindWord, float gainDb, float q, std::int32_t spare, BiquadWords& out) override;
+    bool computeBand(std::int32_t kindWord, float gainDb, float q, std::int32_t spare,
+                     BiquadWords& out) override;
 };
 
 }  // namespace tessavo

@@ -37,14 +37,17 @@ class IcoefficientGenerator {
 
     /// Equalizer band.
     ///
-    /// \param kindWord the first four bytes of an EqBandParams block as a little-endian word: bits 0-7 the type
+    /// \param kindWord the first four bytes of an EqBandParams block as a little-endian word: bits 0-7 the
+    /// type
     ///        (0 high shelf, 1 low shelf, 2 peak), bits 16-31 the frequency in Hz.
     /// \param gainDb gain in dB, 0 and above boost, below 0 cut.
     /// \param q quality factor.
     /// \param spare the block's last word; not read.
-    /// \return true when all five words were converted. An unknown type has no formula: it gives a section that
+    /// \return true when all five words were converted. An unknown type has no formula: it gives a section
+    /// that
     ///         passes everything through, and false.
-    virtual bool computeBand(std::int32_t kindWord, float gainDb, float q, std::int32_t spare, BiquadWords& out) = 0;
+    virtual bool computeBand(std::int32_t kindWord, float gainDb, float q, std::int32_t spare,
+                             BiquadWords& out) = 0;
 
     /// True until the warning has been shown once.
     [[nodiscard]] bool warnUnstable() const { return warnUnstable_; }

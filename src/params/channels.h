@@ -22,7 +22,8 @@ struct PagePosition {
     friend auto operator<=>(const PagePosition&, const PagePosition&) = default;
 };
 
-/// Index of a channel in record, image and coefficient tables, 0 to 7. Not the same number as its page position.
+/// Index of a channel in record, image and coefficient tables, 0 to 7. Not the same number as its page
+/// position.
 struct RecordChannel {
     std::uint8_t value = 0;
     friend auto operator<=>(const RecordChannel&, const RecordChannel&) = default;

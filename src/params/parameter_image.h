@@ -40,7 +40,7 @@ struct ParameterImage {
     std::int16_t inputGainDb = 0;
     InputGainRow inputRow0{};
     std::array<std::uint8_t, 2> spare20{};
-    InputGainRow inputRow1{};  ///< same content as row 0
+    InputGainRow inputRow1{};                                ///< same content as row 0
     std::array<ChannelImageBlock, channelCount> channels{};  ///< by record channel
     std::array<std::uint32_t, channelCount> routerSource{};  ///< by record channel
     std::uint32_t roomSize = 0;
@@ -73,7 +73,7 @@ struct ParameterImage {
     std::array<LimiterParams, channelCount> limiters{};  ///< by record channel
     std::uint8_t lineOutUse = 0;
     std::array<std::uint8_t, 3> spare3301{};
-    std::array<std::int32_t, channelCount> groupGainTenthDb{};   ///< by record channel
+    std::array<std::int32_t, channelCount> groupGainTenthDb{};    ///< by record channel
     std::array<std::uint32_t, channelCount> groupDelayTenthMs{};  ///< by record channel
     std::array<std::uint8_t, channelCount> gainGroup{};           ///< by record channel
     std::array<std::uint8_t, channelCount> delayGroup{};          ///< by record channel
@@ -81,34 +81,28 @@ struct ParameterImage {
 
 static_assert(std::is_trivially_copyable_v<ParameterImage>);
 static_assert(sizeof(ChannelImageBlock) == 360 && offsetof(ChannelImageBlock, gainWord) == 4 &&
-              offsetof(ChannelImageBlock, channelFlag) == 8 && offsetof(ChannelImageBlock, invertPhase) == 9 &&
+              offsetof(ChannelImageBlock, channelFlag) == 8 &&
+              offsetof(ChannelImageBlock, invertPhase) == 9 &&
               offsetof(ChannelImageBlock, delaySamples) == 12 && offsetof(ChannelImageBlock, bands) == 16 &&
               offsetof(ChannelImageBlock, crossovers) == 144 &&
               offsetof(ChannelImageBlock, crossoverWords) == 156 &&
               offsetof(ChannelImageBlock, bandWords) == 200);
 static_assert(sizeof(ParameterImage) == parameterImageSize);
-static_assert(offsetof(ParameterImage, inputGainDb) == 4 && offsetof(ParameterImage, inputRow0) == 6 &&
-              offsetof(ParameterImage, inputRow1) == 22 && offsetof(ParameterImage, channels) == 36 &&
-              offsetof(ParameterImage, routerSource) == 2916 && offsetof(ParameterImage, roomSize) == 2948 &&
-              offsetof(ParameterImage, surroundMode) == 2952 &&
-              offsetof(ParameterImage, preampGainDb) == 2956 &&
-              offsetof(ParameterImage, powerampGainDb) == 2957 &&
-              offsetof(ParameterImage, lineInGainDb) == 2958 &&
-              offsetof(ParameterImage, suppression) == 2959 &&
-              offsetof(ParameterImage, gainDetectionLevel) == 2960 &&
-              offsetof(ParameterImage, turnOffDelayOn) == 2964 &&
-              offsetof(ParameterImage, turnOffDelayMs) == 2968 &&
-              offsetof(ParameterImage, delaySize1Ms) == 2970 &&
-              offsetof(ParameterImage, delaySize2Ms) == 2972 &&
-              offsetof(ParameterImage, decoderGain) == 2974 &&
-              offsetof(ParameterImage, rearForSurround) == 2982 &&
-              offsetof(ParameterImage, poneTenthDb) == 2984 &&
-              offsetof(ParameterImage, compressorReleaseMs) == 2996 &&
-              offsetof(ParameterImage, compressorDisabled) == 3040 &&
-              offsetof(ParameterImage, compressorCrossoverHz) == 3104 &&
-              offsetof(ParameterImage, limiters) == 3108 && offsetof(ParameterImage, lineOutUse) == 3300 &&
-              offsetof(ParameterImage, groupGainTenthDb) == 3304 &&
-              offsetof(ParameterImage, groupDelayTenthMs) == 3336 &&
-              offsetof(ParameterImage, gainGroup) == 3368 && offsetof(ParameterImage, delayGroup) == 3376);
+static_assert(
+    offsetof(ParameterImage, inputGainDb) == 4 && offsetof(ParameterImage, inputRow0) == 6 &&
+    offsetof(ParameterImage, inputRow1) == 22 && offsetof(ParameterImage, channels) == 36 &&
+    offsetof(ParameterImage, routerSource) == 2916 && offsetof(ParameterImage, roomSize) == 2948 &&
+    offsetof(ParameterImage, surroundMode) == 2952 && offsetof(ParameterImage, preampGainDb) == 2956 &&
+    offsetof(ParameterImage, powerampGainDb) == 2957 && offsetof(ParameterImage, lineInGainDb) == 2958 &&
+    offsetof(ParameterImage, suppression) == 2959 && offsetof(ParameterImage, gainDetectionLevel) == 2960 &&
+    offsetof(ParameterImage, turnOffDelayOn) == 2964 && offsetof(ParameterImage, turnOffDelayMs) == 2968 &&
+    offsetof(ParameterImage, delaySize1Ms) == 2970 && offsetof(ParameterImage, delaySize2Ms) == 2972 &&
+    offsetof(ParameterImage, decoderGain) == 2974 && offsetof(ParameterImage, rearForSurround) == 2982 &&
+    offsetof(ParameterImage, poneTenthDb) == 2984 && offsetof(ParameterImage, compressorReleaseMs) == 2996 &&
+    offsetof(ParameterImage, compressorDisabled) == 3040 &&
+    offsetof(ParameterImage, compressorCrossoverHz) == 3104 && offsetof(ParameterImage, limiters) == 3108 &&
+    offsetof(ParameterImage, lineOutUse) == 3300 && offsetof(ParameterImage, groupGainTenthDb) == 3304 &&
+    offsetof(ParameterImage, groupDelayTenthMs) == 3336 && offsetof(ParameterImage, gainGroup) == 3368 &&
+    offsetof(ParameterImage, delayGroup) == 3376);
 
 }  // namespace tessavo

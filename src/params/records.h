@@ -119,41 +119,36 @@ static_assert(sizeof(EqBandParams) == 16 && offsetof(EqBandParams, frequencyHz) 
               offsetof(EqBandParams, off) == 12);
 static_assert(sizeof(CrossoverParams) == 6 && offsetof(CrossoverParams, kind) == 1 &&
               offsetof(CrossoverParams, frequencyHz) == 2 && offsetof(CrossoverParams, order) == 4);
-static_assert(sizeof(OutputChannelParams) == 168 && offsetof(OutputChannelParams, crossovers) == 128 &&
-              offsetof(OutputChannelParams, volumeDb) == 140 &&
-              offsetof(OutputChannelParams, groupGainDb) == 144 &&
-              offsetof(OutputChannelParams, gainGroup) == 148 &&
-              offsetof(OutputChannelParams, channelFlag) == 152 &&
-              offsetof(OutputChannelParams, invertPhase) == 153 &&
-              offsetof(OutputChannelParams, delayMs) == 156 &&
-              offsetof(OutputChannelParams, groupDelayMs) == 160 &&
-              offsetof(OutputChannelParams, delayGroup) == 164);
+static_assert(
+    sizeof(OutputChannelParams) == 168 && offsetof(OutputChannelParams, crossovers) == 128 &&
+    offsetof(OutputChannelParams, volumeDb) == 140 && offsetof(OutputChannelParams, groupGainDb) == 144 &&
+    offsetof(OutputChannelParams, gainGroup) == 148 && offsetof(OutputChannelParams, channelFlag) == 152 &&
+    offsetof(OutputChannelParams, invertPhase) == 153 && offsetof(OutputChannelParams, delayMs) == 156 &&
+    offsetof(OutputChannelParams, groupDelayMs) == 160 && offsetof(OutputChannelParams, delayGroup) == 164);
 static_assert(sizeof(LimiterParams) == 24 && offsetof(LimiterParams, releaseMs) == 4 &&
               offsetof(LimiterParams, gainTenthDb) == 8 && offsetof(LimiterParams, activateTenthDb) == 12 &&
               offsetof(LimiterParams, deactivateTenthDb) == 16 && offsetof(LimiterParams, enabled) == 20);
 static_assert(sizeof(ParameterSet) == parameterSetSize && sizeof(ParameterStore) == parameterStoreSize);
-static_assert(offsetof(ParameterSet, inputEqOn) == 4 && offsetof(ParameterSet, inputToneBands) == 8 &&
-              offsetof(ParameterSet, inputEqBands) == 56 && offsetof(ParameterSet, inputGainDb) == 216 &&
-              offsetof(ParameterSet, powerampGainDb) == 220 && offsetof(ParameterSet, preampGainDb) == 221 &&
-              offsetof(ParameterSet, channels) == 224 && offsetof(ParameterSet, routerSource) == 1568 &&
-              offsetof(ParameterSet, surroundOff) == 1576 && offsetof(ParameterSet, roomSize) == 1577 &&
-              offsetof(ParameterSet, surroundMode) == 1578 && offsetof(ParameterSet, setName) == 1580 &&
-              offsetof(ParameterSet, setVersion) == 1708 && offsetof(ParameterSet, lineInGainDb) == 1836 &&
-              offsetof(ParameterSet, suppression) == 1837 &&
-              offsetof(ParameterSet, gainDetectionLevel) == 1840 &&
-              offsetof(ParameterSet, turnOffDelayOn) == 1844 &&
-              offsetof(ParameterSet, turnOffDelayMs) == 1846 &&
-              offsetof(ParameterSet, delaySize1Ms) == 1848 && offsetof(ParameterSet, delaySize2Ms) == 1878 &&
-              offsetof(ParameterSet, decoderGain) == 1880 && offsetof(ParameterSet, rearForSurround) == 1904 &&
-              offsetof(ParameterSet, poneTenthDb) == 1906 &&
-              offsetof(ParameterSet, compressorGainTenthDb) == 1908 &&
-              offsetof(ParameterSet, compressorLowerLimitTenthDb) == 1910 &&
-              offsetof(ParameterSet, expanderFactorTenth) == 1912 &&
-              offsetof(ParameterSet, expanderUpperLimitTenthDb) == 1914 &&
-              offsetof(ParameterSet, compressorAttackMs) == 1916 &&
-              offsetof(ParameterSet, compressorReleaseMs) == 1918 &&
-              offsetof(ParameterSet, compressorCrossoverHz) == 1920 &&
-              offsetof(ParameterSet, compressorDisabled) == 1922 && offsetof(ParameterSet, limiters) == 1924 &&
-              offsetof(ParameterSet, lineOutUse) == 2116);
+static_assert(
+    offsetof(ParameterSet, inputEqOn) == 4 && offsetof(ParameterSet, inputToneBands) == 8 &&
+    offsetof(ParameterSet, inputEqBands) == 56 && offsetof(ParameterSet, inputGainDb) == 216 &&
+    offsetof(ParameterSet, powerampGainDb) == 220 && offsetof(ParameterSet, preampGainDb) == 221 &&
+    offsetof(ParameterSet, channels) == 224 && offsetof(ParameterSet, routerSource) == 1568 &&
+    offsetof(ParameterSet, surroundOff) == 1576 && offsetof(ParameterSet, roomSize) == 1577 &&
+    offsetof(ParameterSet, surroundMode) == 1578 && offsetof(ParameterSet, setName) == 1580 &&
+    offsetof(ParameterSet, setVersion) == 1708 && offsetof(ParameterSet, lineInGainDb) == 1836 &&
+    offsetof(ParameterSet, suppression) == 1837 && offsetof(ParameterSet, gainDetectionLevel) == 1840 &&
+    offsetof(ParameterSet, turnOffDelayOn) == 1844 && offsetof(ParameterSet, turnOffDelayMs) == 1846 &&
+    offsetof(ParameterSet, delaySize1Ms) == 1848 && offsetof(ParameterSet, delaySize2Ms) == 1878 &&
+    offsetof(ParameterSet, decoderGain) == 1880 && offsetof(ParameterSet, rearForSurround) == 1904 &&
+    offsetof(ParameterSet, poneTenthDb) == 1906 && offsetof(ParameterSet, compressorGainTenthDb) == 1908 &&
+    offsetof(ParameterSet, compressorLowerLimitTenthDb) == 1910 &&
+    offsetof(ParameterSet, expanderFactorTenth) == 1912 &&
+    offsetof(ParameterSet, expanderUpperLimitTenthDb) == 1914 &&
+    offsetof(ParameterSet, compressorAttackMs) == 1916 &&
+    offsetof(ParameterSet, compressorReleaseMs) == 1918 &&
+    offsetof(ParameterSet, compressorCrossoverHz) == 1920 &&
+    offsetof(ParameterSet, compressorDisabled) == 1922 && offsetof(ParameterSet, limiters) == 1924 &&
+    offsetof(ParameterSet, lineOutUse) == 2116);
 
 }  // namespace tessavo

@@ -1,0 +1,79 @@
+#pragma once
+
+#include <array>
+#include <atomic>
+#include <cstdint>
+#include <functional>
+#include <span>
+#include <thread>
+
+#include "comm/clock.h"
+#include "comm/framing.h"
+#include "comm/transfer_engine.h"
+#include "params/message_box.h"
+#include "params/tuning_state.h"
+
+namespace tessavo {
+
+/// What one live transfer came to.
+struct LiveOutcome {
+    bool sent = false;       ///< the target took the image
+    bool answered = false;   ///< the target answered the confirmation request
+    bool confirmed = false;  ///< the reply buffer reads as a confirmation
+};
+
+inline constexpr std::size_t liveMessageSize = 3400;
+
+/// Sends an image with its digest and asks the target to confirm it.
+///
+/// The confirmation is asked for after a failed send too. `reply` is at least 4096 bytes and kept by the
+/// caller between calls: a failed receive leaves it as it was, and the verdict reads what it then holds.
+LiveOutcome sendLiveImage(TransferEngine& engine, IClock& clock, const ParameterImage& image,
+                          std::span<std::uint8_t> reply);
+
+/// Text of the box shown when the target did not confirm.
+inline constexpr std::string_view wrongSetText = "Target received wrong set";
+
+/// The background thread that keeps the target in step while Live Mode is on.
+///
+/// Looks every 250 ms whether an update is pending, sends the image, and shows `wrongSetText` unless the
+/// target confirms.
+class LiveWorker {
+ public:
+    enum class State : std::uint8_t { idle, sending, confirmed, wrongSet, noAnswer };
+    /// Told of each change of state, on the worker's thread. May be empty.
+    using Observer = std::function<void(State)>;
+
+    /// Everything outlives the worker.
+    LiveWorker(TuningState& tuning, TransferEngine& engine, IClock& clock, IMessageBox& boxes,
+               Observer observer = {});
+    /// Stops and joins.
+    ~LiveWorker();
+    LiveWorker(const LiveWorker&) = delete;
+    LiveWorker& operator=(const LiveWorker&) = delete;
+
+    /// \return false when the thread could not be created
+    bool start();
+
+    /// Asks the thread to end and waits for it. Interrupt the clock and cancel the port first, or a running
+    /// exchange is waited for.
+    void stop();
+
+    /// One look at the flags and, when an update is pending, one transfer. The thread calls it; tests may
+    /// call it without a thread.
+    void step();
+
+ private:
+    void progressThread();
+
+    TuningState& tuning_;
+    TransferEngine& engine_;
+    IClock& clock_;
+    IMessageBox& boxes_;
+    Observer observer_;
+    std::array<std::uint8_t, maximumFrameSize> reply_{};
+    std::atomic<bool> stopping_ = false;
+    std::thread thread_;
+};
+
+}  // namespace tessavo

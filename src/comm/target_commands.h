@@ -1,0 +1,92 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "comm/transfer_engine.h"
+#include "params/message_box.h"
+#include "params/tuning_state.h"
+
+namespace tessavo {
+
+/// First byte of every command payload.
+namespace command_code {
+inline constexpr std::uint8_t saveSet = 1;
+inline constexpr std::uint8_t readSet = 4;
+inline constexpr std::uint8_t readVersions = 5;
+inline constexpr std::uint8_t readClipState = 6;
+inline constexpr std::uint8_t confirmLiveSet = 8;
+}  // namespace command_code
+
+/// Places in the target's replies.
+namespace reply_layout {
+inline constexpr std::size_t imageDigest = 3404;  ///< readSet: MD5 of the image in front
+inline constexpr std::size_t hardwareVersion = 12;
+inline constexpr std::size_t softwareVersion = 16;
+inline constexpr std::size_t clipBytes = 34;
+inline constexpr std::size_t confirmationBytes = 10;
+inline constexpr std::uint8_t confirmation = 0x11;
+}  // namespace reply_layout
+
+inline constexpr std::string_view turnOnLiveModeText = "Please turn on Live Mode";
+inline constexpr std::string_view turnOffLiveModeText = "Please turn off Live Mode";
+inline constexpr std::string_view checksumFailedText =
+    "The Parameterset is not right.\n MD5 checksum failed!";
+inline constexpr std::string_view fileTooLargeText = "File size too large!";
+inline constexpr std::string_view fileReadErrorText = "Error reading file!";
+
+/// Largest software image, in bytes.
+inline constexpr std::uintmax_t softwareImageLimit = 524288;
+
+struct TargetVersions {
+    std::uint32_t hardware = 0;
+    std::uint32_t software = 0;
+};
+
+/// "0x" and eight upper-case hexadecimal digits.
+[[nodiscard]] std::string versionText(std::uint32_t version);
+
+/// Clipping of each stage and channel, as the target sends it.
+struct ClipState {
+    /// ADC, input equalizer (entries 6 and 7 carry nothing), signal processing, output equalizer; non-zero =
+    /// clipping.
+    std::array<std::array<std::uint8_t, 8>, 4> groups{};
+    std::array<std::uint8_t, 2> amplifiers{};
+};
+
+/// The commands of the communication page. Each is one exchange; failures of an exchange are in its log.
+///
+/// Used on the user-interface thread.
+class TargetCommands {
+ public:
+    TargetCommands(TuningState& tuning, TransferEngine& engine, IMessageBox& boxes);
+
+    /// Saves the set that Live Mode sent last into a set of the target. Needs Live Mode on.
+    /// \param targetSet 1 to 5, or 0 for the default set
+    bool SaveSetToRam(std::uint8_t targetSet);
+
+    /// Reads a set of the target into the image and, when its digest is right, into the current set. Needs
+    /// Live Mode off. After a wrong digest the image keeps the received bytes and the set stays. \param
+    /// refreshPages called after the set has changed; may be empty
+    bool LoadSetFromRam(std::uint8_t targetSet, const std::function<void()>& refreshPages = {});
+
+    std::optional<TargetVersions> ReadVersions();
+
+    /// Any thread.
+    std::optional<ClipState> ReadClipState();
+
+    /// Sends a software image of at most 524288 bytes. An empty path does nothing.
+    bool FlashFile(const std::filesystem::path& path);
+
+ private:
+    TuningState& tuning_;
+    TransferEngine& engine_;
+    IMessageBox& boxes_;
+};
+
+}  // namespace tessavo
