@@ -1,0 +1,80 @@
+#include "comm/framing.h"
+
+#include <algorithm>
+
+namespace tessavo {
+
+namespace {
+
+constexpr std::uint16_t polynomial = 0x1021;
+constexpr std::uint16_t initialRegister = 0xFFFF;
+
+constexpr std::array<std::uint16_t, 256> makeCrcTable() {
+    std::array<std::uint16_t, 256> table{};
+    for (unsigned byte = 0; byte < table.size(); ++byte) {
+        unsigned crc = byte << 8U;
+        for (int bit = 0; bit < 8; ++bit) {
+            crc = (crc & 0x8000U) != 0 ? (crc << 1U) ^ polynomial : crc << 1U;
+        }
+        table[byte] = static_cast<std::uint16_t>(crc & 0xFFFFU);
+    }
+    return table;
+}
+
+constexpr auto crcTable = makeCrcTable();
+
+}  // namespace
+
+std::uint16_t Crc16(std::size_t length, const std::uint8_t* bytes) {
+    unsigned crc = initialRegister;
+    for (std::size_t i = 0; i < length; ++i) {
+        crc = ((crc << 8U) & 0xFFFFU) ^ crcTable[((crc >> 8U) ^ bytes[i]) & 0xFFU];
+    }
+    return static_cast<std::uint16_t>(crc);
+}
+
+std::uint16_t Crc16(std::span<const std::uint8_t> bytes) {
+    return Crc16(bytes.size(), bytes.data());
+}
+
+std::size_t BuildFrame(std::uint8_t type, std::uint8_t blockNumber, std::span<const std::uint8_t> payload,
+                       std::span<std::uint8_t> out) {
+    const std::size_t size = payloadSize(type);
+    const std::size_t frameSize = size + frameOverhead;
+    if (out.size() < frameSize) {
+        return 0;
+    }
+    out[0] = type;
+    out[1] = blockNumber;
+    out[2] = static_cast<std::uint8_t>(~blockNumber & 0xFF);
+    const auto body = out.subspan(frameHeaderSize, size);
+    const std::size_t given = std::min(size, payload.size());
+    std::copy_n(payload.begin(), given, body.begin());
+    std::fill(body.begin() + static_cast<std::ptrdiff_t>(given), body.end(), control_byte::padding);
+    const std::uint16_t crc = Crc16(body);
+    out[frameHeaderSize + size] = static_cast<std::uint8_t>(crc >> 8);
+    out[frameHeaderSize + size + 1] = static_cast<std::uint8_t>(crc & 0xFF);
+    return frameSize;
+}
+
+bool ParseFrame(std::span<const std::uint8_t> frame, XModemMessage& message) {
+    if (frame.size() < frameHeaderSize) {
+        return false;
+    }
+    message.type = frame[0];
+    message.blockNumber = frame[1];
+    message.complement = frame[2];
+    const std::size_t size = payloadSize(message.type);
+    message.size = static_cast<std::uint16_t>(size);
+    message.kind = size != 0 ? message.type : 0;
+    if (frame.size() < size + frameOverhead) {
+        return false;
+    }
+    const auto body = frame.subspan(frameHeaderSize, size);
+    std::copy(body.begin(), body.end(), message.payload.begin());
+    message.receivedCrc =
+        static_cast<std::uint16_t>((frame[frameHeaderSize + size] << 8) | frame[frameHeaderSize + size + 1]);
+    return message.receivedCrc == Crc16(body) && message.blockNumber == ((~message.complement) & 0xFF);
+}
+
+}  // namespace tessavo
