@@ -1,0 +1,124 @@
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <string>
+
+#include "params/raw_file.h"
+
+namespace tessavo {
+
+namespace {
+
+class Descriptor {
+ public:
+    explicit Descriptor(int fd) : fd_(fd) {}
+    ~Descriptor() { close(); }
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+
+    [[nodiscard]] bool valid() const { return fd_ >= 0; }
+    [[nodiscard]] int get() const { return fd_; }
+    // False when the system could not keep what was written.
+    bool close() {
+        if (fd_ < 0) {
+            return true;
+        }
+        const int fd = fd_;
+        fd_ = -1;
+        return ::close(fd) == 0;
+    }
+
+ private:
+    int fd_;
+};
+
+std::size_t writeAll(int fd, std::span<const std::uint8_t> bytes) {
+    std::size_t written = 0;
+    while (written < bytes.size()) {
+        const ssize_t count = ::write(fd, bytes.data() + written, bytes.size() - written);
+        if (count < 0 && errno == EINTR) {
+            continue;
+        }
+        if (count <= 0) {
+            break;
+        }
+        written += static_cast<std::size_t>(count);
+    }
+    return written;
+}
+
+// Network and full file systems report a failed write only here; files that cannot be synchronised are none of those.
+bool flushToDevice(int fd) {
+    return ::fsync(fd) == 0 || errno == EINVAL || errno == EROFS;
+}
+
+FileWrite writeNewFile(const std::filesystem::path& path, std::span<const std::uint8_t> bytes) {
+    const std::string temporary = path.string() + ".part-" + std::to_string(::getpid());
+    FileWrite result;
+    {
+        Descriptor file(::open(temporary.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW, 0666));
+        if (!file.valid()) {
+            return result;
+        }
+        result.opened = true;
+        result.written = writeAll(file.get(), bytes);
+        const bool kept = flushToDevice(file.get());
+        if (!file.close() || !kept) {
+            result.written = 0;
+        }
+    }
+    if (result.written != bytes.size() || std::rename(temporary.c_str(), path.c_str()) != 0) {
+        ::unlink(temporary.c_str());
+        result.written = 0;
+    }
+    return result;
+}
+
+}  // namespace
+
+std::optional<FileStart> readFileStart(const std::filesystem::path& path, std::size_t limit) {
+    Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    if (!file.valid()) {
+        return std::nullopt;
+    }
+    FileStart start;
+    struct stat status {};
+    if (::fstat(file.get(), &status) == 0 && S_ISREG(status.st_mode)) {
+        start.fileSize = static_cast<std::uintmax_t>(status.st_size);
+    }
+    start.bytes.resize(limit);
+    std::size_t size = 0;
+    while (size < limit) {
+        const ssize_t count = ::read(file.get(), start.bytes.data() + size, limit - size);
+        if (count < 0 && errno == EINTR) {
+            continue;
+        }
+        if (count < 0) {
+            return std::nullopt;
+        }
+        if (count == 0) {
+            break;
+        }
+        size += static_cast<std::size_t>(count);
+    }
+    start.bytes.resize(size);
+    return start;
+}
+
+FileWrite writeFileStart(const std::filesystem::path& path, std::span<const std::uint8_t> bytes) {
+    Descriptor file(::open(path.c_str(), O_WRONLY | O_CLOEXEC));
+    if (!file.valid()) {
+        return errno == ENOENT ? writeNewFile(path, bytes) : FileWrite{};
+    }
+    FileWrite result{true, writeAll(file.get(), bytes)};
+    const bool kept = flushToDevice(file.get());
+    if (!file.close() || !kept) {
+        result.written = 0;
+    }
+    return result;
+}
+
+}  // namespace tessavo

@@ -1,0 +1,113 @@
+#include <windows.h>
+
+#include <algorithm>
+#include <string>
+
+#include "params/raw_file.h"
+
+namespace tessavo {
+
+namespace {
+
+class FileHandle {
+ public:
+    explicit FileHandle(HANDLE handle) : handle_(handle) {}
+    ~FileHandle() { close(); }
+    FileHandle(const FileHandle&) = delete;
+    FileHandle& operator=(const FileHandle&) = delete;
+
+    [[nodiscard]] bool valid() const { return handle_ != INVALID_HANDLE_VALUE; }
+    [[nodiscard]] HANDLE get() const { return handle_; }
+    void close() {
+        if (valid()) {
+            CloseHandle(handle_);
+            handle_ = INVALID_HANDLE_VALUE;
+        }
+    }
+
+ private:
+    HANDLE handle_;
+};
+
+constexpr std::size_t largestStep = 1U << 20U;
+
+std::size_t writeAll(HANDLE file, std::span<const std::uint8_t> bytes) {
+    std::size_t written = 0;
+    while (written < bytes.size()) {
+        DWORD count = 0;
+        const auto step = static_cast<DWORD>(std::min(bytes.size() - written, largestStep));
+        if (WriteFile(file, bytes.data() + written, step, &count, nullptr) == 0 || count == 0) {
+            break;
+        }
+        written += count;
+    }
+    return written;
+}
+
+FileWrite writeNewFile(const std::filesystem::path& path, std::span<const std::uint8_t> bytes) {
+    const std::wstring temporary = path.wstring() + L".part-" + std::to_wstring(GetCurrentProcessId());
+    FileWrite result;
+    {
+        FileHandle file(CreateFileW(temporary.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_ALWAYS,
+                                    FILE_ATTRIBUTE_NORMAL, nullptr));
+        if (!file.valid()) {
+            return result;
+        }
+        result.opened = true;
+        result.written = writeAll(file.get(), bytes);
+        if (FlushFileBuffers(file.get()) == 0) {
+            result.written = 0;
+        }
+    }
+    if (result.written != bytes.size() ||
+        MoveFileExW(temporary.c_str(), path.c_str(), MOVEFILE_WRITE_THROUGH) == 0) {
+        DeleteFileW(temporary.c_str());
+        result.written = 0;
+    }
+    return result;
+}
+
+}  // namespace
+
+std::optional<FileStart> readFileStart(const std::filesystem::path& path, std::size_t limit) {
+    const FileHandle file(CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
+                                      FILE_ATTRIBUTE_NORMAL, nullptr));
+    if (!file.valid()) {
+        return std::nullopt;
+    }
+    FileStart start;
+    LARGE_INTEGER length{};
+    if (GetFileSizeEx(file.get(), &length) != 0) {
+        start.fileSize = static_cast<std::uintmax_t>(length.QuadPart);
+    }
+    start.bytes.resize(limit);
+    std::size_t size = 0;
+    while (size < limit) {
+        DWORD count = 0;
+        const auto step = static_cast<DWORD>(std::min(limit - size, largestStep));
+        if (ReadFile(file.get(), start.bytes.data() + size, step, &count, nullptr) == 0) {
+            return std::nullopt;
+        }
+        if (count == 0) {
+            break;
+        }
+        size += count;
+    }
+    start.bytes.resize(size);
+    return start;
+}
+
+FileWrite writeFileStart(const std::filesystem::path& path, std::span<const std::uint8_t> bytes) {
+    const FileHandle file(CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
+                                      FILE_ATTRIBUTE_NORMAL, nullptr));
+    if (!file.valid()) {
+        return GetLastError() == ERROR_FILE_NOT_FOUND ? writeNewFile(path, bytes) : FileWrite{};
+    }
+    FileWrite result{true, writeAll(file.get(), bytes)};
+    if (FlushFileBuffers(file.get()) == 0) {
+        result.written = 0;
+    }
+    return result;
+}
+
+}  // namespace tessavo

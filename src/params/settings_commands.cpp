@@ -1,0 +1,94 @@
+#include "params/settings_commands.h"
+
+#include <clocale>
+
+namespace tessavo {
+
+namespace {
+
+// File dialogs may have changed the locale; where "English" is unknown the call leaves it as it is.
+void resetLocale() {
+    std::setlocale(LC_ALL, "English");
+}
+
+}  // namespace
+
+SettingsCommands::SettingsCommands(TuningState& tuning, IFileDialogs& dialogs, IMessageBox& boxes,
+                                   ISettingsView& view)
+    : tuning_(tuning), dialogs_(dialogs), boxes_(boxes), view_(view) {}
+
+void SettingsCommands::loadSettings() {
+    if (const auto path = dialogs_.askOpenPath(settingsFilter)) {
+        settingsPath_ = *path;
+        if (!path->empty()) {
+            loadSettingsFrom(*path);
+        }
+    }
+    resetLocale();
+}
+
+bool SettingsCommands::loadSettingsFrom(const std::filesystem::path& path) {
+    ParameterStore loaded;
+    switch (readSettings(path, tuning_.currentSet(), loaded)) {
+        case LoadVerdict::cannotOpen:
+            boxes_.showError(errorOpeningConfigurationText);
+            return false;
+        case LoadVerdict::incompatible:
+            boxes_.showError(incompatibleFileText);
+            return false;
+        case LoadVerdict::loaded:
+            break;
+    }
+    tuning_.replaceStore(loaded);
+    const ParameterSet& set = tuning_.currentParameterSet();
+    for (std::size_t channel = 0; channel < channelCount; ++channel) {
+        view_.checkChannelBox(channelCheckBoxMap[channel], set.channels[channel].channelFlag != 0);
+    }
+    view_.refreshPages();
+    return true;
+}
+
+void SettingsCommands::saveSettings() {
+    if (const auto path = dialogs_.askSavePath(settingsFilter)) {
+        settingsPath_ = *path;
+        if (!path->empty()) {
+            save(*path);
+        }
+    }
+    resetLocale();
+}
+
+void SettingsCommands::saveSettingsAtExit() {
+    const auto path = dialogs_.askSavePath(settingsFilter);
+    if (path && !path->empty()) {
+        save(*path);
+    }
+}
+
+void SettingsCommands::exportImage() {
+    const auto path = dialogs_.askSavePath(binaryFilter);
+    if (path) {
+        binaryPath_ = *path;
+        if (!path->empty()) {
+            report(writeImage(*path, tuning_.image()), errorOpeningBinaryText);
+        }
+    }
+    resetLocale();
+}
+
+void SettingsCommands::save(const std::filesystem::path& path) {
+    report(writeSettings(path, tuning_.store()), errorOpeningConfigurationText);
+}
+
+void SettingsCommands::report(SaveVerdict verdict, std::string_view cannotOpenText) {
+    if (verdict == SaveVerdict::saved) {
+        return;
+    }
+    if (verdict == SaveVerdict::cannotOpen) {
+        boxes_.showError(cannotOpenText);
+    }
+    // A file that could not be opened could not be written either: both are said.
+    boxes_.showError(errorWritingDataText);
+}
+
+}  // namespace tessavo

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <filesystem>
+#include <string_view>
+
+#include "params/file_dialogs.h"
+#include "params/message_box.h"
+#include "params/settings_file.h"
+#include "params/tuning_state.h"
+
+namespace tessavo {
+
+inline constexpr FileFilter settingsFilter{"Tessavo settings files (*.eqs)|*.eqs||", "eqs"};
+inline constexpr FileFilter binaryFilter{"Tessavo Binary files (*.bin)|*.bin||", "bin"};
+
+/// What a loaded store changes on the screen. Used on the user-interface thread.
+class ISettingsView {
+ public:
+    virtual ~ISettingsView() = default;
+    /// \param number 1 to 8, the main view's check box (see channelCheckBoxMap)
+    virtual void checkChannelBox(int number, bool checked) = 0;
+    /// Refreshes every page from the current set, and then the view.
+    virtual void refreshPages() = 0;
+};
+
+/// The commands of the File menu. Whatever happens is told by message boxes. Used on the user-interface thread.
+///
+/// The C library's locale is set to "English" after each file dialog, where the system knows a locale of that name.
+class SettingsCommands {
+ public:
+    /// Everything outlives this object.
+    SettingsCommands(TuningState& tuning, IFileDialogs& dialogs, IMessageBox& boxes, ISettingsView& view);
+
+    void loadSettings();
+    /// What loadSettings() does once a path is chosen; for files that come from elsewhere.
+    /// \return whether the store was replaced
+    bool loadSettingsFrom(const std::filesystem::path& path);
+    void saveSettings();
+    /// The same save, with a path that is not remembered.
+    void saveSettingsAtExit();
+    void exportImage();
+
+    /// Full path of the settings file last chosen in a dialog of this object.
+    [[nodiscard]] const std::filesystem::path& settingsPath() const { return settingsPath_; }
+    /// Full path of the binary file last chosen.
+    [[nodiscard]] const std::filesystem::path& binaryPath() const { return binaryPath_; }
+
+ private:
+    void save(const std::filesystem::path& path);
+    void report(SaveVerdict verdict, std::string_view cannotOpenText);
+
+    TuningState& tuning_;
+    IFileDialogs& dialogs_;
+    IMessageBox& boxes_;
+    ISettingsView& view_;
+    std::filesystem::path settingsPath_;
+    std::filesystem::path binaryPath_;
+};
+
+}  // namespace tessavo
