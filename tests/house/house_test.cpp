@@ -1,0 +1,64 @@
+#include <fstream>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <string>
+
+#include "house/source_tree.h"
+
+// Holds the project's own sources to the rules of the house.
+
+namespace tessavo::house {
+namespace {
+
+using testing::IsEmpty;
+
+const SourceTree& sources() {
+    static const SourceTree tree = readSourceTree(TESSAVO_SOURCE_FOLDER);
+    return tree;
+}
+
+/// Sources that the build files name for the toolkit-free targets, by their path below src/.
+std::set<std::string> coreSources() {
+    std::set<std::string> paths;
+    std::ifstream list(TESSAVO_CORE_SOURCES_FILE);
+    for (std::string line; std::getline(list, line);) {
+        const std::filesystem::path path(line);
+        if (!line.empty()) {
+            paths.insert(path.lexically_relative(TESSAVO_SOURCE_FOLDER).generic_string());
+        }
+    }
+    return paths;
+}
+
+TEST(House, RoomsIncludeOnlyRoomsOnLowerFloors) {
+    ASSERT_TRUE(sources().contains("params/records.h")) << "no sources found";
+    EXPECT_THAT(floorBreaches(sources(), houseFloors()), IsEmpty());
+}
+
+TEST(House, FoldersFormNoCircle) {
+    EXPECT_THAT(circles(sources()), IsEmpty());
+}
+
+TEST(House, SourcesIncludeEachOtherByTheirPathBelowSrc) {
+    EXPECT_THAT(includePathBreaches(sources()), IsEmpty());
+}
+
+TEST(House, ConditionalCodeStandsOnlyInPlatformSources) {
+    EXPECT_THAT(conditionalBreaches(sources()), IsEmpty());
+}
+
+TEST(House, TheCoreKnowsNoWindowToolkit) {
+    const std::set<std::string> core = coreSources();
+    ASSERT_TRUE(core.contains("comm/framing.cpp")) << "the list of core sources was not understood";
+    for (const std::string& path : core) {
+        EXPECT_TRUE(sources().contains(path)) << path << " is built but does not stand under src";
+    }
+    EXPECT_THAT(toolkitBreaches(sources(), core), IsEmpty());
+}
+
+TEST(House, TheCoreLinksNothingButThreads) {
+    EXPECT_STREQ(TESSAVO_CORE_LIBRARIES, "tessavo_flags,Threads::Threads");
+}
+
+}  // namespace
+}  // namespace tessavo::house
