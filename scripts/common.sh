@@ -1,0 +1,30 @@
+# shellcheck shell=bash
+# Read by the other scripts: moves to the project's folder and offers what they share.
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+
+jobs=$(nproc)
+
+# build PRESET [-DOPTION=VALUE...]: configures and builds a preset.
+# TESSAVO_WERROR=ON in the environment turns warnings into errors, as CI does.
+build() {
+    local preset=$1
+    shift
+    cmake --preset "$preset" ${TESSAVO_WERROR:+"-DTESSAVO_WERROR=$TESSAVO_WERROR"} "$@" >"/dev/null"
+    cmake --build "build/$preset" --parallel "$jobs"
+}
+
+# quiet LABEL COMMAND...: runs a command, showing its output only when it fails.
+quiet() {
+    local label=$1 log
+    shift
+    log=$(mktemp)
+    echo "$label"
+    if ! "$@" >"$log" 2>&1; then
+        cat "$log"
+        rm -f "$log"
+        echo "$label: failed" >&2
+        return 1
+    fi
+    rm -f "$log"
+}
