@@ -19,3 +19,7 @@ if(TESSAVO_SANITIZE)
                                                  -fno-sanitize-recover=all)
   target_link_options(tessavo_flags INTERFACE -fsanitize=${TESSAVO_SANITIZE})
 endif()
+if(TESSAVO_FUZZ)
+  # The whole core tells the fuzzer which paths an input took.
+  target_compile_options(tessavo_flags INTERFACE -fsanitize=fuzzer-no-link)
+endif()
