@@ -168,6 +168,10 @@ struct FieldIndex {
     return index.outer * field.outer.imageStride + index.inner * field.inner.imageStride;
 }
 
+/// Reads or writes a number of this type at any address, without alignment; writing truncates and saturates.
+[[nodiscard]] double readNumber(const unsigned char* place, FieldType type);
+void writeNumber(unsigned char* place, FieldType type, double value);
+
 /// Stored value of an element. `index` lies within the field.
 [[nodiscard]] double storedValue(const ParameterSet& set, const Field& field, FieldIndex index = {});
 

@@ -23,7 +23,8 @@ constexpr std::array<std::uint32_t, 64> sines{
     0xf4292244, 0x432aff97, 0xab9423a7, 0xfc93a039, 0x655b59c3, 0x8f0ccc92, 0xffeff47d, 0x85845dd1,
     0x6fa87e4f, 0xfe2ce6e0, 0xa3014314, 0x4e0811a1, 0xf7537e82, 0xbd3af235, 0x2ad7d2bb, 0xeb86d391};
 
-constexpr std::array<std::array<int, 4>, 4> rotations{{{7, 12, 17, 22}, {5, 9, 14, 20}, {4, 11, 16, 23}, {6, 10, 15, 21}}};
+constexpr std::array<std::array<int, 4>, 4> rotations{
+    {{7, 12, 17, 22}, {5, 9, 14, 20}, {4, 11, 16, 23}, {6, 10, 15, 21}}};
 
 std::uint32_t littleEndianWord(const std::uint8_t* bytes) {
     return static_cast<std::uint32_t>(bytes[0]) | static_cast<std::uint32_t>(bytes[1]) << 8U |
@@ -45,7 +46,8 @@ template <std::size_t Step>
     if constexpr (round == 0) {
         a = b + std::rotl(addend + (d ^ (b & (c ^ d))), rotations[round][Step % 4]);
     } else if constexpr (round == 1) {
-        // The two halves never share a bit, so they can be added one after the other: shorter than joining them.
+        // The two halves never share a bit, so they can be added one after the other: shorter than joining
+        // them.
         a = b + std::rotl(addend + (c & ~d) + (b & d), rotations[round][Step % 4]);
     } else if constexpr (round == 2) {
         a = b + std::rotl(addend + (b ^ c ^ d), rotations[round][Step % 4]);

@@ -27,8 +27,8 @@ struct FileWrite {
 
 /// Writes bytes to the start of a file, shared for reading.
 ///
-/// An existing file is opened as it is and never truncated, so what lies behind the new bytes stays. A file that does not
-/// exist appears whole or not at all.
+/// An existing file is opened as it is and never truncated, so what lies behind the new bytes stays. A file
+/// that does not exist appears whole or not at all.
 FileWrite writeFileStart(const std::filesystem::path& path, std::span<const std::uint8_t> bytes);
 
 }  // namespace tessavo

@@ -1,10 +1,9 @@
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <cerrno>
 #include <cstdio>
+#include <fcntl.h>
 #include <string>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include "params/raw_file.h"
 
@@ -50,7 +49,8 @@ std::size_t writeAll(int fd, std::span<const std::uint8_t> bytes) {
     return written;
 }
 
-// Network and full file systems report a failed write only here; files that cannot be synchronised are none of those.
+// Network and full file systems report a failed write only here; files that cannot be synchronised are none
+// of those.
 bool flushToDevice(int fd) {
     return ::fsync(fd) == 0 || errno == EINVAL || errno == EROFS;
 }
@@ -59,7 +59,8 @@ FileWrite writeNewFile(const std::filesystem::path& path, std::span<const std::u
     const std::string temporary = path.string() + ".part-" + std::to_string(::getpid());
     FileWrite result;
     {
-        Descriptor file(::open(temporary.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW, 0666));
+        Descriptor file(
+            ::open(temporary.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW, 0666));
         if (!file.valid()) {
             return result;
         }

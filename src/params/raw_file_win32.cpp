@@ -1,7 +1,6 @@
-#include <windows.h>
-
 #include <algorithm>
 #include <string>
+#include <windows.h>
 
 #include "params/raw_file.h"
 

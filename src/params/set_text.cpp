@@ -78,7 +78,8 @@ Decoded decodeUtf8(std::string_view text) {
 
 void writeSetText(SetText& field, std::u16string_view text, std::size_t limit) {
     std::size_t length = std::min({text.size(), limit, field.size() - 1});
-    if (length < text.size() && length > 0 && isHighSurrogate(text[length - 1]) && isLowSurrogate(text[length])) {
+    if (length < text.size() && length > 0 && isHighSurrogate(text[length - 1]) &&
+        isLowSurrogate(text[length])) {
         --length;
     }
     field.fill(u'\0');

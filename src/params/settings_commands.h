@@ -23,9 +23,11 @@ class ISettingsView {
     virtual void refreshPages() = 0;
 };
 
-/// The commands of the File menu. Whatever happens is told by message boxes. Used on the user-interface thread.
+/// The commands of the File menu. Whatever happens is told by message boxes. Used on the user-interface
+/// thread.
 ///
-/// The C library's locale is set to "English" after each file dialog, where the system knows a locale of that name.
+/// The C library's locale is set to "English" after each file dialog, where the system knows a locale of that
+/// name.
 class SettingsCommands {
  public:
     /// Everything outlives this object.

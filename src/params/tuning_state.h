@@ -147,18 +147,26 @@ class TuningState {
 
  private:
     template <typename Act>
-    void forSelectedChannels(Act act);
-    void writeField(FieldId id, FieldIndex index, double storedValue);
+    void forSelectedChannels(Act act) const;
+    template <typename Change>
+    void editBands(std::size_t band, FieldId id, Change change, bool final);
+    template <typename Change>
+    void editCrossovers(std::size_t crossover, Change change, bool final);
     void computeBand(RecordChannel channel, std::size_t band);
     void computeCrossovers(RecordChannel channel);
     void computeInputBand(std::size_t inputBand);
     void bringInStep(bool withBypass);
+    /// Writes the field's place in the image from the current set.
+    void mirror(FieldId id, FieldIndex index = {});
     void finish(bool final);
     ParameterSet& editedSet() { return store_.sets[currentSet_]; }
+    OutputChannelParams& edited(RecordChannel channel) { return editedSet().channels[channel.value]; }
 
     ParameterStore store_;
     ParameterImage image_;
-    /// Held for the few microseconds of an edit or a copy, so that a copy never holds half an edit.
+    /// Held for the few microseconds in which an edit writes the image or a copy is taken, so that a copy
+    /// never holds half an edit. Never held while coefficients are computed: that may show a warning and wait
+    /// for its answer.
     mutable std::mutex imageGuard_;
 
     std::array<std::array<BiquadWords, bandCount>, channelCount> bandWords_{};

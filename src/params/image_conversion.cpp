@@ -1,0 +1,162 @@
+#include "params/image_conversion.h"
+
+#include <array>
+#include <cstring>
+
+#include "dsp/saturate.h"
+#include "params/volume_gain_table.h"
+
+namespace tessavo {
+
+namespace {
+
+unsigned char* bytesOf(ParameterImage& image) {
+    return reinterpret_cast<unsigned char*>(&image);
+}
+
+const unsigned char* bytesOf(const ParameterImage& image) {
+    return reinterpret_cast<const unsigned char*>(&image);
+}
+
+std::size_t imagePlace(const Field& field, FieldIndex index) {
+    return static_cast<std::size_t>(field.imageOffset) + imageStrideOf(field, index);
+}
+
+// Copies the bytes that both sides have and fills a wider image place with zeros; bit patterns of singles
+// survive.
+void copyIntoImage(ParameterImage& image, const ParameterSet& set, const Field& field, FieldIndex index) {
+    std::array<unsigned char, 4> bytes{};
+    std::memcpy(bytes.data(), reinterpret_cast<const unsigned char*>(&set) + recordOffsetOf(field, index),
+                widthOf(field.type));
+    std::memcpy(bytesOf(image) + imagePlace(field, index), bytes.data(), widthOf(field.imageType));
+}
+
+void copyFromImage(ParameterSet& set, const ParameterImage& image, const Field& field, FieldIndex index) {
+    std::array<unsigned char, 4> bytes{};
+    std::memcpy(bytes.data(), bytesOf(image) + imagePlace(field, index), widthOf(field.imageType));
+    std::memcpy(reinterpret_cast<unsigned char*>(&set) + recordOffsetOf(field, index), bytes.data(),
+                widthOf(field.type));
+}
+
+double imageValue(const ParameterImage& image, const Field& field, FieldIndex index) {
+    return readNumber(bytesOf(image) + imagePlace(field, index), field.imageType);
+}
+
+void writeBothPlaces(ParameterImage& image, const Field& field, FieldIndex index, double value) {
+    writeNumber(bytesOf(image) + imagePlace(field, index), field.imageType, value);
+    if (field.secondImageOffset >= 0) {
+        const auto second = static_cast<std::size_t>(field.secondImageOffset) + imageStrideOf(field, index);
+        writeNumber(bytesOf(image) + second, field.imageType, value);
+    }
+}
+
+void writeGainWord(ParameterImage& image, const ParameterSet& set, std::size_t channel) {
+    const OutputChannelParams& params = set.channels[channel];
+    image.channels[channel].gainWord = gainWordOf(params.volumeDb, params.groupGainDb);
+}
+
+void writeDelaySamples(ParameterImage& image, const ParameterSet& set, std::size_t channel) {
+    const OutputChannelParams& params = set.channels[channel];
+    image.channels[channel].delaySamples = delaySamplesOf(params.delayMs, params.groupDelayMs);
+}
+
+// Multiplied as a single, in which a tenth times ten is a whole number again.
+double tenthsOf(float value) {
+    return static_cast<double>(value * 10.0F);
+}
+
+void readImageField(ParameterStore& store, std::size_t setIndex, const ParameterImage& image,
+                    const Field& field, FieldIndex index) {
+    ParameterSet& set = store.sets[setIndex];
+    switch (field.rule) {
+        case ImageRule::none:
+            break;
+        case ImageRule::copy:
+        case ImageRule::receivedOnly:
+            copyFromImage(set, image, field, index);
+            break;
+        case ImageRule::wholeNumber:
+            setStoredValue(set, field, index, imageValue(image, field, index));
+            break;
+        case ImageRule::inverse:
+            setStoredValue(set, field, index, imageValue(image, field, index) == 0.0 ? 1.0 : 0.0);
+            break;
+        case ImageRule::gainWord:
+            setStoredValue(set, field, index, levelOfGainWord(image.channels[index.outer].gainWord));
+            break;
+        case ImageRule::delaySamples:
+            set.channels[index.outer].delayMs = delayOfSamples(image.channels[index.outer].delaySamples);
+            break;
+        case ImageRule::groupGain:
+        case ImageRule::groupDelay:
+            setStoredValue(set, field, index, imageValue(image, field, index) / 10.0);
+            break;
+        case ImageRule::flag:
+            setStoredValue(set, field, index, imageValue(image, field, index) != 0.0 ? 1.0 : 0.0);
+            break;
+        case ImageRule::raisedOnly:
+            if (imageValue(image, field, index) != 0.0) {
+                setStoredValue(set, field, index, 1.0);
+            }
+            break;
+        case ImageRule::allSets:
+            for (ParameterSet& each : store.sets) {
+                copyFromImage(each, image, field, index);
+            }
+            break;
+    }
+}
+
+}  // namespace
+
+void writeImageField(ParameterImage& image, const ParameterSet& set, const Field& field, FieldIndex index) {
+    switch (field.rule) {
+        case ImageRule::none:
+        case ImageRule::receivedOnly:
+            break;
+        case ImageRule::copy:
+        case ImageRule::flag:
+        case ImageRule::raisedOnly:
+        case ImageRule::allSets:
+            copyIntoImage(image, set, field, index);
+            break;
+        case ImageRule::wholeNumber:
+            writeBothPlaces(image, field, index, storedValue(set, field, index));
+            break;
+        case ImageRule::inverse:
+            writeBothPlaces(image, field, index, storedValue(set, field, index) == 0.0 ? 1.0 : 0.0);
+            break;
+        case ImageRule::gainWord:
+            writeGainWord(image, set, index.outer);
+            break;
+        case ImageRule::groupGain:
+            writeBothPlaces(image, field, index, tenthsOf(set.channels[index.outer].groupGainDb));
+            writeGainWord(image, set, index.outer);
+            break;
+        case ImageRule::delaySamples:
+            writeDelaySamples(image, set, index.outer);
+            break;
+        case ImageRule::groupDelay:
+            writeBothPlaces(image, field, index, tenthsOf(set.channels[index.outer].groupDelayMs));
+            writeDelaySamples(image, set, index.outer);
+            break;
+    }
+}
+
+void writeImageFields(ParameterImage& image, const ParameterSet& set, BypassBytes bypass) {
+    for (const Field& field : fieldTable()) {
+        if (field.rule == ImageRule::inverse && bypass == BypassBytes::keep) {
+            continue;
+        }
+        forEachElement(field, [&](FieldIndex index) { writeImageField(image, set, field, index); });
+    }
+}
+
+void readImageFields(ParameterStore& store, std::size_t setIndex, const ParameterImage& image) {
+    for (const Field& field : fieldTable()) {
+        forEachElement(field,
+                       [&](FieldIndex index) { readImageField(store, setIndex, image, field, index); });
+    }
+}
+
+}  // namespace tessavo

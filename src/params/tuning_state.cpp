@@ -1,0 +1,174 @@
+#include "params/tuning_state.h"
+
+#include <algorithm>
+#include <chrono>
+
+#include "dsp/coeff_bzt2.h"
+#include "dsp/coeff_bztmzt.h"
+#include "dsp/coeff_mzt.h"
+#include "params/factory_defaults.h"
+#include "params/image_conversion.h"
+
+namespace tessavo {
+
+namespace {
+
+constexpr std::chrono::milliseconds setChangeWait{500};
+constexpr std::chrono::milliseconds conversionWait{5000};
+constexpr std::uint8_t firstPageChannel = 0x80;
+
+// The kind word of a coefficient generator: the block's first four bytes, little-endian.
+std::int32_t kindWord(std::uint8_t low, std::uint8_t high, std::uint16_t frequencyHz) {
+    return static_cast<std::int32_t>(static_cast<std::uint32_t>(low) |
+                                     static_cast<std::uint32_t>(high) << 8U |
+                                     static_cast<std::uint32_t>(frequencyHz) << 16U);
+}
+
+bool computeBandWords(IcoefficientGenerator& generator, const EqBandParams& band, BiquadWords& words) {
+    return generator.computeBand(kindWord(band.type, band.spare1, band.frequencyHz), band.gainDb, band.q, 0,
+                                 words);
+}
+
+}  // namespace
+
+TuningState::TuningState(IMessageBox& boxes, std::unique_ptr<TimedLock> exclusion)
+    : store_(emptyStore()), exclusion_(exclusion ? std::move(exclusion) : std::make_unique<TimedLock>()) {
+    const auto warn = [&boxes](std::string_view text) { boxes.showPlain(text); };
+    generators_ = {std::make_unique<coeffBZT2>(warn), std::make_unique<coeffMZT>(warn),
+                   std::make_unique<coeffBZTMZT>(warn)};
+    image_.imageSize = parameterImageSize;
+}
+
+TuningState::~TuningState() = default;
+
+void TuningState::start() {
+    writeDefaults(store_);
+    selectionMask_ = firstPageChannel;
+    bringInStep(false);
+}
+
+ParameterImage TuningState::imageCopy() const {
+    const std::lock_guard guard(imageGuard_);
+    return image_;
+}
+
+const BiquadWords& TuningState::bandWords(RecordChannel channel, std::size_t band) const {
+    return bandWords_.at(channel.value).at(band);
+}
+
+const BiquadWords& TuningState::crossoverWords(RecordChannel channel, std::size_t crossover) const {
+    return crossoverWords_.at(channel.value).at(crossover);
+}
+
+const BiquadWords& TuningState::inputWords(std::size_t inputBand) const {
+    return inputWords_.at(inputBand);
+}
+
+void TuningState::selectSet(std::uint32_t setIndex, const std::function<void()>& whileLocked) {
+    if (setIndex >= setCount) {
+        return;
+    }
+    currentSet_ = setIndex;
+    const bool taken = exclusion_->take(setChangeWait);
+    bringInStep(true);
+    if (whileLocked) {
+        whileLocked();
+    }
+    if (taken) {
+        exclusion_->release();
+    }
+}
+
+void TuningState::setFilterMode(std::uint32_t mode) {
+    if (mode < generators_.size()) {
+        filterMode_ = mode;
+    }
+}
+
+void TuningState::replaceStore(const ParameterStore& store) {
+    store_ = store;
+    bringInStep(true);
+}
+
+void TuningState::replaceImage(const ParameterImage& received) {
+    const std::lock_guard guard(imageGuard_);
+    image_ = received;
+}
+
+void TuningState::imageToSet() {
+    const bool taken = exclusion_->take(conversionWait);
+    readImageFields(store_, currentSet_, image_);
+    bringInStep(true);
+    if (taken) {
+        exclusion_->release();
+    }
+}
+
+void TuningState::showOutputCurve(RecordChannel channel) {
+    if (curveDisplay_ == nullptr || channel.value >= channelCount) {
+        return;
+    }
+    std::array<BiquadWords, bandCount + crossoverCount> cascade;
+    const auto& bands = bandWords_[channel.value];
+    const auto& crossovers = crossoverWords_[channel.value];
+    std::copy(crossovers.begin(), crossovers.end(), std::copy(bands.begin(), bands.end(), cascade.begin()));
+    curveDisplay_->setCurve(computeResponse(cascade));
+}
+
+void TuningState::showInputCurve() {
+    if (curveDisplay_ != nullptr) {
+        curveDisplay_->setCurve(computeResponse(inputWords_));
+    }
+}
+
+void TuningState::setLiveMode(bool on) {
+    liveMode_ = on;
+    liveTransferEnabled_ = on;
+    if (on) {
+        raiseUpdatePending();
+    }
+}
+
+bool TuningState::takeUpdate() {
+    return liveTransferEnabled_ && updatePending_.exchange(false);
+}
+
+void TuningState::computeBand(RecordChannel channel, std::size_t band) {
+    computeBandWords(generator(), currentParameterSet().channels[channel.value].bands[band],
+                     bandWords_[channel.value][band]);
+}
+
+void TuningState::computeCrossovers(RecordChannel channel) {
+    for (std::size_t k = 0; k < crossoverCount; ++k) {
+        const CrossoverParams& crossover = currentParameterSet().channels[channel.value].crossovers[k];
+        generator().computeCrossover(kindWord(crossover.enabled, crossover.kind, crossover.frequencyHz), 0,
+                                     crossoverWords_[channel.value][k]);
+    }
+}
+
+void TuningState::computeInputBand(std::size_t inputBand) {
+    const ParameterSet& set = currentParameterSet();
+    const EqBandParams& band = inputBand < inputBandCount ? set.inputEqBands[inputBand]
+                                                          : set.inputToneBands[inputBand - inputBandCount];
+    computeBandWords(generator(), band, inputWords_[inputBand]);
+}
+
+void TuningState::bringInStep(bool withBypass) {
+    for (std::size_t i = 0; i < inputSectionCount; ++i) {
+        computeInputBand(i);
+    }
+    for (std::uint8_t c = 0; c < channelCount; ++c) {
+        for (std::size_t b = 0; b < bandCount; ++b) {
+            computeBand({c}, b);
+        }
+        computeCrossovers({c});
+    }
+    const std::lock_guard guard(imageGuard_);
+    writeImageFields(image_, currentParameterSet(), withBypass ? BypassBytes::write : BypassBytes::keep);
+    for (std::size_t c = 0; c < channelCount; ++c) {
+        image_.channels[c].bandWords = bandWords_[c];
+        image_.channels[c].crossoverWords = crossoverWords_[c];
+    }
+}
+
+}  // namespace tessavo
