@@ -25,16 +25,20 @@ constexpr auto crcTable = makeCrcTable();
 
 }  // namespace
 
-std::uint16_t Crc16(std::size_t length, const std::uint8_t* bytes) {
-    unsigned crc = initialRegister;
-    for (std::size_t i = 0; i < length; ++i) {
-        crc = ((crc << 8U) & 0xFFFFU) ^ crcTable[((crc >> 8U) ^ bytes[i]) & 0xFFU];
+std::uint16_t Crc16(std::span<const std::uint8_t> bytes, std::uint16_t crcSoFar) {
+    unsigned crc = crcSoFar;
+    for (const std::uint8_t byte : bytes) {
+        crc = ((crc << 8U) & 0xFFFFU) ^ crcTable[((crc >> 8U) ^ byte) & 0xFFU];
     }
     return static_cast<std::uint16_t>(crc);
 }
 
 std::uint16_t Crc16(std::span<const std::uint8_t> bytes) {
-    return Crc16(bytes.size(), bytes.data());
+    return Crc16(bytes, initialRegister);
+}
+
+std::uint16_t Crc16(std::size_t length, const std::uint8_t* bytes) {
+    return Crc16(std::span{bytes, length});
 }
 
 std::size_t BuildFrame(std::uint8_t type, std::uint8_t blockNumber, std::span<const std::uint8_t> payload,

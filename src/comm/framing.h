@@ -62,6 +62,8 @@ struct XModemMessage {
 /// 0xFFFF.
 [[nodiscard]] std::uint16_t Crc16(std::size_t length, const std::uint8_t* bytes);
 [[nodiscard]] std::uint16_t Crc16(std::span<const std::uint8_t> bytes);
+/// Goes on from the CRC of the bytes in front.
+[[nodiscard]] std::uint16_t Crc16(std::span<const std::uint8_t> bytes, std::uint16_t crcSoFar);
 
 /// Writes a whole frame: type, block number, complement, payload, CRC high byte first.
 ///
