@@ -26,8 +26,9 @@ inline constexpr std::size_t liveMessageSize = 3400;
 
 /// Sends an image with its digest and asks the target to confirm it.
 ///
-/// The confirmation is asked for after a failed send too. `reply` is at least 4096 bytes and kept by the
-/// caller between calls: a failed receive leaves it as it was, and the verdict reads what it then holds.
+/// The confirmation is asked for after a failed send too, but not when the pause in front of it is cut short.
+/// `reply` is at least 4096 bytes and kept by the caller between calls: when no valid reply arrives it stays
+/// as it was, and the verdict reads what it then holds.
 LiveOutcome sendLiveImage(TransferEngine& engine, IClock& clock, const ParameterImage& image,
                           std::span<std::uint8_t> reply);
 
@@ -37,11 +38,14 @@ inline constexpr std::string_view wrongSetText = "Target received wrong set";
 /// The background thread that keeps the target in step while Live Mode is on.
 ///
 /// Looks every 250 ms whether an update is pending, sends the image, and shows `wrongSetText` unless the
-/// target confirms.
+/// reply buffer then reads as a confirmation. The box is shown on the worker's thread, and not once the
+/// program ends.
 class LiveWorker {
  public:
+    /// `idle` stands before the first transfer and is never told. `noAnswer`: one of the two exchanges
+    /// failed.
     enum class State : std::uint8_t { idle, sending, confirmed, wrongSet, noAnswer };
-    /// Told of each change of state, on the worker's thread. May be empty.
+    /// Told `sending` and the result of each transfer, on the worker's thread, before any box. May be empty.
     using Observer = std::function<void(State)>;
 
     /// Everything outlives the worker.
@@ -52,11 +56,12 @@ class LiveWorker {
     LiveWorker(const LiveWorker&) = delete;
     LiveWorker& operator=(const LiveWorker&) = delete;
 
+    /// Does nothing when the thread runs already.
     /// \return false when the thread could not be created
     bool start();
 
-    /// Asks the thread to end and waits for it. Interrupt the clock and cancel the port first, or a running
-    /// exchange is waited for.
+    /// Asks the thread to end and waits for it. Interrupt the clock and cancel the port first, in this order,
+    /// or a running exchange is waited for, and a box may be shown for it.
     void stop();
 
     /// One look at the flags and, when an update is pending, one transfer. The thread calls it; tests may
@@ -65,6 +70,8 @@ class LiveWorker {
 
  private:
     void progressThread();
+    void tell(State state);
+    [[nodiscard]] bool ending();
 
     TuningState& tuning_;
     TransferEngine& engine_;

@@ -9,7 +9,9 @@
 #include <string_view>
 
 #include "comm/transfer_engine.h"
+#include "params/file_dialogs.h"
 #include "params/message_box.h"
+#include "params/raw_file.h"
 #include "params/tuning_state.h"
 
 namespace tessavo {
@@ -41,7 +43,8 @@ inline constexpr std::string_view fileTooLargeText = "File size too large!";
 inline constexpr std::string_view fileReadErrorText = "Error reading file!";
 
 /// Largest software image, in bytes.
-inline constexpr std::uintmax_t softwareImageLimit = 524288;
+inline constexpr std::size_t softwareImageLimit = 524288;
+inline constexpr FileFilter softwareImageFilter{"Velmira Software Image File (*.bin)|*.bin||", "bin"};
 
 struct TargetVersions {
     std::uint32_t hardware = 0;
@@ -64,29 +67,48 @@ struct ClipState {
 /// Used on the user-interface thread.
 class TargetCommands {
  public:
-    TargetCommands(TuningState& tuning, TransferEngine& engine, IMessageBox& boxes);
+    /// Reads a file's start as readFileStart() does.
+    using FileReader = std::function<std::optional<FileStart>(const std::filesystem::path&, std::size_t)>;
+
+    /// Everything outlives this object.
+    TargetCommands(TuningState& tuning, TransferEngine& engine, IMessageBox& boxes,
+                   FileReader readFile = readFileStart);
 
     /// Saves the set that Live Mode sent last into a set of the target. Needs Live Mode on.
-    /// \param targetSet 1 to 5, or 0 for the default set
+    /// \param targetSet 1 to 5, or 0 for the default set; another number does nothing
+    /// \return whether the target took the command
     bool SaveSetToRam(std::uint8_t targetSet);
 
     /// Reads a set of the target into the image and, when its digest is right, into the current set. Needs
-    /// Live Mode off. After a wrong digest the image keeps the received bytes and the set stays. \param
-    /// refreshPages called after the set has changed; may be empty
+    /// Live Mode off. After a wrong digest the image keeps the received bytes and the set stays; after a
+    /// failed exchange both stay.
+    /// \param targetSet 1 to 5, or 0 for the default set; another number does nothing
+    /// \param refreshPages called after the set has changed; may be empty
+    /// \return whether the set has changed
     bool LoadSetFromRam(std::uint8_t targetSet, const std::function<void()>& refreshPages = {});
 
+    /// \return nothing when the exchange failed
     std::optional<TargetVersions> ReadVersions();
 
     /// Any thread.
+    /// \return nothing when the exchange failed
     std::optional<ClipState> ReadClipState();
 
+    /// Asks for a software image and resets the C library's locale to "English" where it is known.
+    /// \return nothing when cancelled
+    static std::optional<std::filesystem::path> SelectImageFile(IFileDialogs& dialogs);
+
     /// Sends a software image of at most 524288 bytes. An empty path does nothing.
+    ///
+    /// A larger file, one that cannot be opened and one that cannot be read whole are told in an error box;
+    /// nothing is sent then.
     bool FlashFile(const std::filesystem::path& path);
 
  private:
     TuningState& tuning_;
     TransferEngine& engine_;
     IMessageBox& boxes_;
+    FileReader readFile_;
 };
 
 }  // namespace tessavo

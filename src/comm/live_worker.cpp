@@ -1,0 +1,112 @@
+#include "comm/live_worker.h"
+
+#include <algorithm>
+#include <cstring>
+#include <system_error>
+
+#include "comm/target_commands.h"
+#include "comm/transfer_timing.h"
+#include "params/md5.h"
+
+namespace tessavo {
+
+namespace {
+
+std::array<std::uint8_t, liveMessageSize> liveMessage(const ParameterImage& image) {
+    const Md5Digest digest = md5Image(image);
+    static_assert(sizeof(ParameterImage) + sizeof(Md5Digest) == liveMessageSize);
+    std::array<std::uint8_t, liveMessageSize> message;
+    std::memcpy(message.data(), &image, sizeof image);
+    std::copy(digest.begin(), digest.end(), message.begin() + sizeof image);
+    return message;
+}
+
+bool isConfirmation(std::span<const std::uint8_t> reply) {
+    return reply.size() >= reply_layout::confirmationBytes &&
+           std::ranges::all_of(reply.first(reply_layout::confirmationBytes),
+                               [](std::uint8_t byte) { return byte == reply_layout::confirmation; });
+}
+
+}  // namespace
+
+LiveOutcome sendLiveImage(TransferEngine& engine, IClock& clock, const ParameterImage& image,
+                          std::span<std::uint8_t> reply) {
+    LiveOutcome outcome;
+    outcome.sent = engine.SendToTarget(liveMessage(image), MessageType::blocks4k);
+    if (!clock.sleep(timing::pauseBeforeConfirmation)) {
+        return outcome;
+    }
+    outcome.answered =
+        engine.ReceiveFromTarget(reply, std::span(&command_code::confirmLiveSet, std::size_t{1}));
+    outcome.confirmed = isConfirmation(reply);
+    return outcome;
+}
+
+LiveWorker::LiveWorker(TuningState& tuning, TransferEngine& engine, IClock& clock, IMessageBox& boxes,
+                       Observer observer)
+    : tuning_(tuning), engine_(engine), clock_(clock), boxes_(boxes), observer_(std::move(observer)) {}
+
+LiveWorker::~LiveWorker() {
+    stop();
+}
+
+bool LiveWorker::start() {
+    if (thread_.joinable()) {
+        return true;
+    }
+    stopping_ = false;
+    try {
+        thread_ = std::thread(&LiveWorker::progressThread, this);
+    } catch (const std::system_error&) {
+        return false;
+    }
+    return true;
+}
+
+void LiveWorker::stop() {
+    stopping_ = true;
+    if (thread_.joinable()) {
+        thread_.join();
+    }
+}
+
+void LiveWorker::step() {
+    // The flag is cleared first: an edit made from here on raises it again and is sent next time.
+    if (!tuning_.takeUpdate()) {
+        return;
+    }
+    tell(State::sending);
+    const LiveOutcome outcome = sendLiveImage(engine_, clock_, tuning_.imageCopy(), reply_);
+    if (ending()) {
+        return;
+    }
+    if (!outcome.sent || !outcome.answered) {
+        tell(State::noAnswer);
+    } else {
+        tell(outcome.confirmed ? State::confirmed : State::wrongSet);
+    }
+    if (!outcome.confirmed) {
+        boxes_.showPlain(wrongSetText);
+    }
+}
+
+void LiveWorker::progressThread() {
+    while (!stopping_ && clock_.sleep(timing::workerPeriod)) {
+        if (!stopping_) {
+            step();
+        }
+    }
+}
+
+void LiveWorker::tell(State state) {
+    if (observer_) {
+        observer_(state);
+    }
+}
+
+// At the program's end nobody is left to answer a box about an exchange that was cut short.
+bool LiveWorker::ending() {
+    return stopping_ || !clock_.sleep(Milliseconds{0});
+}
+
+}  // namespace tessavo

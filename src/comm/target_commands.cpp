@@ -1,0 +1,133 @@
+#include "comm/target_commands.h"
+
+#include <algorithm>
+#include <clocale>
+#include <cstring>
+#include <utility>
+#include <vector>
+
+#include "params/md5.h"
+
+namespace tessavo {
+
+namespace {
+
+constexpr std::uint8_t lastTargetSet = 5;
+
+using ReplyBuffer = std::array<std::uint8_t, maximumFrameSize>;
+
+std::uint32_t littleEndian32(const ReplyBuffer& reply, std::size_t offset) {
+    std::uint32_t value = 0;
+    for (std::size_t i = 4; i-- > 0;) {
+        value = (value << 8) | reply[offset + i];
+    }
+    return value;
+}
+
+}  // namespace
+
+std::string versionText(std::uint32_t version) {
+    constexpr std::string_view digits = "0123456789ABCDEF";
+    std::string text = "0x";
+    for (unsigned shift = 32; shift > 0;) {
+        shift -= 4;
+        text += digits[(version >> shift) & 0xF];
+    }
+    return text;
+}
+
+TargetCommands::TargetCommands(TuningState& tuning, TransferEngine& engine, IMessageBox& boxes,
+                               FileReader readFile)
+    : tuning_(tuning), engine_(engine), boxes_(boxes), readFile_(std::move(readFile)) {}
+
+bool TargetCommands::SaveSetToRam(std::uint8_t targetSet) {
+    if (targetSet > lastTargetSet) {
+        return false;
+    }
+    if (!tuning_.liveMode()) {
+        boxes_.showPlain(turnOnLiveModeText);
+        return false;
+    }
+    const Md5Digest digest = md5Image(tuning_.image());
+    std::array<std::uint8_t, 2 + sizeof(Md5Digest)> payload{command_code::saveSet, targetSet};
+    std::copy(digest.begin(), digest.end(), payload.begin() + 2);
+    return engine_.SendToTarget(payload, MessageType::blocks128);
+}
+
+bool TargetCommands::LoadSetFromRam(std::uint8_t targetSet, const std::function<void()>& refreshPages) {
+    if (targetSet > lastTargetSet) {
+        return false;
+    }
+    if (tuning_.liveMode()) {
+        boxes_.showPlain(turnOffLiveModeText);
+        return false;
+    }
+    ReplyBuffer reply{};
+    const std::array<std::uint8_t, 2> request{command_code::readSet, targetSet};
+    if (!engine_.ReceiveFromTarget(reply, request)) {
+        return false;
+    }
+    ParameterImage received;
+    std::memcpy(&received, reply.data(), sizeof received);
+    tuning_.replaceImage(received);
+    const Md5Digest digest = md5Image(received);
+    if (!std::equal(digest.begin(), digest.end(), reply.begin() + reply_layout::imageDigest)) {
+        boxes_.showPlain(checksumFailedText);
+        return false;
+    }
+    tuning_.imageToSet();
+    if (refreshPages) {
+        refreshPages();
+    }
+    return true;
+}
+
+std::optional<TargetVersions> TargetCommands::ReadVersions() {
+    ReplyBuffer reply{};
+    if (!engine_.ReceiveFromTarget(reply, std::span(&command_code::readVersions, std::size_t{1}))) {
+        return std::nullopt;
+    }
+    return TargetVersions{littleEndian32(reply, reply_layout::hardwareVersion),
+                          littleEndian32(reply, reply_layout::softwareVersion)};
+}
+
+std::optional<ClipState> TargetCommands::ReadClipState() {
+    ReplyBuffer reply{};
+    if (!engine_.ReceiveFromTarget(reply, std::span(&command_code::readClipState, std::size_t{1}))) {
+        return std::nullopt;
+    }
+    ClipState state;
+    auto next = reply.begin();
+    for (auto& group : state.groups) {
+        std::copy_n(next, group.size(), group.begin());
+        next += group.size();
+    }
+    std::copy_n(next, state.amplifiers.size(), state.amplifiers.begin());
+    return state;
+}
+
+std::optional<std::filesystem::path> TargetCommands::SelectImageFile(IFileDialogs& dialogs) {
+    auto path = dialogs.askOpenPath(softwareImageFilter);
+    // File dialogs may have changed the locale; where "English" is unknown the call leaves it as it is.
+    std::setlocale(LC_ALL, "English");
+    return path;
+}
+
+bool TargetCommands::FlashFile(const std::filesystem::path& path) {
+    if (path.empty()) {
+        return false;
+    }
+    // One byte more than fits, so that a file that grows or hides its length is not cut short unnoticed.
+    const auto file = readFile_(path, softwareImageLimit + 1);
+    if (file && (file->fileSize > softwareImageLimit || file->bytes.size() > softwareImageLimit)) {
+        boxes_.showError(fileTooLargeText);
+        return false;
+    }
+    if (!file || file->bytes.size() < file->fileSize) {
+        boxes_.showError(fileReadErrorText);
+        return false;
+    }
+    return engine_.SendToTarget(file->bytes, MessageType::blocks1kWithCrc);
+}
+
+}  // namespace tessavo
