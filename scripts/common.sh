@@ -5,13 +5,18 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 jobs=$(nproc)
 
-# build PRESET [-DOPTION=VALUE...]: configures and builds a preset.
+# configure PRESET [-DOPTION=VALUE...]
 # TESSAVO_WERROR=ON in the environment turns warnings into errors, as CI does.
-build() {
+configure() {
     local preset=$1
     shift
-    cmake --preset "$preset" ${TESSAVO_WERROR:+"-DTESSAVO_WERROR=$TESSAVO_WERROR"} "$@" >"/dev/null"
-    cmake --build "build/$preset" --parallel "$jobs"
+    cmake --preset "$preset" ${TESSAVO_WERROR:+"-DTESSAVO_WERROR=$TESSAVO_WERROR"} "$@"
+}
+
+# build PRESET [-DOPTION=VALUE...]: configures and builds a preset.
+build() {
+    configure "$@"
+    cmake --build "build/$1" --parallel "$jobs"
 }
 
 # quiet LABEL COMMAND...: runs a command, showing its output only when it fails.
