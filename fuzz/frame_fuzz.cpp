@@ -1,12 +1,16 @@
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <memory>
 #include <span>
+#include <vector>
 
 #include "check.h"
 #include "comm/framing.h"
+#include "target/frame_collector.h"
 
-// Received bytes as a frame, and the same bytes as a payload that goes out and comes back.
+// Received bytes as a frame, as a payload that goes out and comes back, and as a stream that arrives in
+// pieces.
 
 namespace {
 
@@ -59,11 +63,52 @@ void sendAndReceive(std::span<const std::uint8_t> bytes) {
                 "a frame that does not fit is not built");
 }
 
+/// What a collector made of a stream.
+struct Collected {
+    std::vector<std::uint8_t> frames;
+    std::size_t dropped = 0;
+    std::size_t disconnects = 0;
+
+    friend bool operator==(const Collected&, const Collected&) = default;
+};
+
+/// Collects the whole stream, in pieces of one length, and ends the connection.
+Collected collect(std::span<const std::uint8_t> bytes, std::size_t piece) {
+    Collected all;
+    FrameCollector collector({.frame =
+                                  [&](std::span<const std::uint8_t> frame) {
+                                      fuzz::check(!frame.empty() && payloadSize(frame[0]) != 0 &&
+                                                      frame.size() == payloadSize(frame[0]) + frameOverhead,
+                                                  "a collected frame is as long as its type asks");
+                                      all.frames.insert(all.frames.end(), frame.begin(), frame.end());
+                                  },
+                              .disconnect = [&] { ++all.disconnects; },
+                              .dropped = [&](std::size_t count) { all.dropped += count; }});
+    for (; !bytes.empty(); bytes = bytes.subspan(std::min(piece, bytes.size()))) {
+        collector.receive(bytes.first(std::min(piece, bytes.size())), TargetTime{0});
+    }
+    collector.reset();
+    return all;
+}
+
+void receiveStream(std::span<const std::uint8_t> bytes) {
+    if (bytes.empty()) {
+        return;
+    }
+    const auto stream = bytes.subspan(1);
+    const Collected whole = collect(stream, stream.size());
+    fuzz::check(whole.frames.size() + whole.dropped + whole.disconnects == stream.size(),
+                "every byte of a stream ends up somewhere");
+    fuzz::check(collect(stream, 1 + bytes[0] % 64) == whole,
+                "it does not matter in what pieces bytes arrive");
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::span<const std::uint8_t> bytes(data, size);
     parseReceived(bytes);
     sendAndReceive(bytes);
+    receiveStream(bytes);
     return 0;
 }
