@@ -3,6 +3,7 @@
 #include <benchmark/benchmark.h>
 #include <vector>
 
+#include "dsp/filter_kind.h"
 #include "params/tuning_state.h"
 #include "plot/curve_display.h"
 #include "plot/response_curve.h"
@@ -11,6 +12,9 @@
 
 namespace tessavo::bench {
 namespace {
+
+constexpr auto highPass = static_cast<std::uint8_t>(CrossoverKind::highPass);
+constexpr auto lowPass = static_cast<std::uint8_t>(CrossoverKind::lowPass);
 
 class NoBoxes final : public IMessageBox {
  public:
@@ -42,9 +46,9 @@ class TunedCar {
                 tuning.setBandGainOrQ(band, BandValue::gain, band % 2 == 0 ? -4.5F : 3.5F, true);
                 tuning.setBandGainOrQ(band, BandValue::q, 1.4F, true);
             }
-            tuning.setCrossover(0, 1, 4, 1);
+            tuning.setCrossover(0, highPass, 4, 1);
             tuning.setCrossoverFrequency(0, 80, true);
-            tuning.setCrossover(1, 0, 4, 1);
+            tuning.setCrossover(1, lowPass, 4, 1);
             tuning.setCrossoverFrequency(1, 3500, true);
         }
         tuning.setCurveDisplay(&sink);
