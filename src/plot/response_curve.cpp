@@ -38,16 +38,16 @@ const GridTerms& gridTerms() {
 
 // One quadratic of the cascade in that form. The words are integers, so the three sums are exact.
 struct Quadratic {
-    double sum;          // c0 + c1 + c2
-    double twiceOuter;   // 2 (c0 + c2)
-    double squareOuter;  // (c0 - c2)^2
-    double bound;        // |c0| + |c1| + |c2|, never below the magnitude
+    double sum;             // c0 + c1 + c2
+    double twiceOuter;      // 2 (c0 + c2)
+    double squareOuter;     // (c0 - c2)^2
+    double perBoundSquare;  // 1 / (|c0| + |c1| + |c2|)^2, the bound being never below the magnitude
 
     Quadratic(double c0, double c1, double c2)
-        : sum(c0 + c1 + c2),
-          twiceOuter(2.0 * (c0 + c2)),
-          squareOuter((c0 - c2) * (c0 - c2)),
-          bound(std::fabs(c0) + std::fabs(c1) + std::fabs(c2)) {}
+        : sum(c0 + c1 + c2), twiceOuter(2.0 * (c0 + c2)), squareOuter((c0 - c2) * (c0 - c2)) {
+        const double bound = std::fabs(c0) + std::fabs(c1) + std::fabs(c2);
+        perBoundSquare = bound > 0.0 ? 1.0 / (bound * bound) : 0.0;
+    }
 
     [[nodiscard]] double squareAt(double halfAngleSquare, double sineSquare) const {
         const double real = sum - twiceOuter * halfAngleSquare;
@@ -63,36 +63,39 @@ Quadratic denominatorOf(const BiquadWords& words) {
     return {1.0, words.a1 * denominatorUnit, words.a2 * denominatorUnit};
 }
 
-// Products of the squared magnitudes of all numerators and of all denominators, and of their bounds.
+// Products of the squared magnitudes of all numerators and of all denominators, and how far the worst
+// quadratic of them lies below its bound: the least square of magnitude / bound.
 struct CascadeProducts {
     PointArray numerator;
     PointArray denominator;
-    double numeratorBound = 1.0;
-    double denominatorBound = 1.0;
+    PointArray leastSquareRatio;
 
     explicit CascadeProducts(std::span<const BiquadWords> cascade) {
         numerator.fill(1.0);
         denominator.fill(1.0);
+        leastSquareRatio.fill(1.0);
         // Two sections at a time: the products travel to memory and back half as often.
         for (; cascade.size() >= 2; cascade = cascade.subspan(2)) {
-            multiply(numerator, numeratorBound, numeratorOf(cascade[0]), numeratorOf(cascade[1]));
-            multiply(denominator, denominatorBound, denominatorOf(cascade[0]), denominatorOf(cascade[1]));
+            multiply(numerator, numeratorOf(cascade[0]), numeratorOf(cascade[1]));
+            multiply(denominator, denominatorOf(cascade[0]), denominatorOf(cascade[1]));
         }
         if (!cascade.empty()) {
             const Quadratic unity(1.0, 0.0, 0.0);
-            multiply(numerator, numeratorBound, numeratorOf(cascade[0]), unity);
-            multiply(denominator, denominatorBound, denominatorOf(cascade[0]), unity);
+            multiply(numerator, numeratorOf(cascade[0]), unity);
+            multiply(denominator, denominatorOf(cascade[0]), unity);
         }
     }
 
  private:
-    static void multiply(PointArray& products, double& bound, const Quadratic& first,
-                         const Quadratic& second) {
+    void multiply(PointArray& products, const Quadratic& first, const Quadratic& second) {
         const GridTerms& grid = gridTerms();
-        bound *= first.bound * second.bound;
         for (std::size_t i = 0; i < curvePointCount; ++i) {
-            products[i] *= first.squareAt(grid.halfAngleSquare[i], grid.sineSquare[i]) *
-                           second.squareAt(grid.halfAngleSquare[i], grid.sineSquare[i]);
+            const double firstSquare = first.squareAt(grid.halfAngleSquare[i], grid.sineSquare[i]);
+            const double secondSquare = second.squareAt(grid.halfAngleSquare[i], grid.sineSquare[i]);
+            products[i] *= firstSquare * secondSquare;
+            leastSquareRatio[i] =
+                std::min(leastSquareRatio[i],
+                         std::min(firstSquare * first.perBoundSquare, secondSquare * second.perBoundSquare));
         }
     }
 };
@@ -102,43 +105,12 @@ constexpr std::size_t longestProduct = 32;
 
 constexpr double dbPerOctaveOfPower = 3.0102999566398119521;
 
-// How far this evaluation and the plain one can be apart in dB. Rounding shifts each magnitude by less than
-// 20 units of roundoff of its bound in either of them. Twice that for the sum of bound / magnitude over all
-// quadratics, and a rest for the logarithms.
-double uncertaintyDb(double sumOfQuotients) {
-    constexpr double dbPerRoundoff = 4e-14;
-    constexpr double logarithmRest = 1e-9;
-    return logarithmRest + dbPerRoundoff * sumOfQuotients;
-}
-
-// The sum is at most the number of quadratics plus the quotients of the products, since no quotient is
-// below 1.
-double quickSumOfQuotients(const CascadeProducts& products, std::size_t point, std::size_t sections) {
-    return 2.0 * static_cast<double>(sections) +
-           products.numeratorBound / std::sqrt(products.numerator[point]) +
-           products.denominatorBound / std::sqrt(products.denominator[point]);
-}
-
-double exactSumOfQuotients(std::span<const BiquadWords> cascade, std::size_t point) {
-    const double u = gridTerms().halfAngleSquare[point];
-    const double s = gridTerms().sineSquare[point];
-    double sum = 0.0;
-    for (const BiquadWords& words : cascade) {
-        const Quadratic n = numeratorOf(words);
-        const Quadratic d = denominatorOf(words);
-        sum += n.bound / std::sqrt(n.squareAt(u, s)) + d.bound / std::sqrt(d.squareAt(u, s));
-    }
-    return sum;
-}
-
-bool sameWholeDb(double db, double uncertainty) {
-    return truncateTo<std::int32_t>(std::fabs(db) - uncertainty) ==
-           truncateTo<std::int32_t>(std::fabs(db) + uncertainty);
-}
-
-// Largest uncertainty of a point whose products are not far below their bounds, and what "not far" means.
+// Rounding shifts each magnitude by less than 20 units of roundoff of its bound, in this evaluation as in the
+// plain one: together they are apart by less than 4e-14 dB times the sum of bound / magnitude over all
+// quadratics, and a rest below 1e-9 dB for the logarithms. With no square of magnitude / bound below the
+// first of these, 64 quadratics stay below the second.
+constexpr double usualSquareRatio = 1e-17;
 constexpr double usualUncertaintyDb = 1e-3;
-constexpr double usualSquareRatio = 1e-20;
 
 // All quotients n / d that certainly truncate to the same whole dB. Neighbouring points mostly share one,
 // which saves their logarithms.
@@ -169,29 +141,18 @@ ResponseCurve computeResponse(std::span<const BiquadWords> cascade) {
         return plainResponse(cascade);
     }
     const CascadeProducts products(cascade);
-    const double usualNumerator =
-        std::max(smallestProduct, products.numeratorBound * products.numeratorBound * usualSquareRatio);
-    const double usualDenominator =
-        std::max(smallestProduct, products.denominatorBound * products.denominatorBound * usualSquareRatio);
     ResponseCurve curve;
     WholeDbRange range;
     for (std::size_t i = 0; i < curvePointCount; ++i) {
         curve.frequencyHz[i] = static_cast<std::int32_t>(i + 1) * curveStepHz;
         const double n = products.numerator[i];
         const double d = products.denominator[i];
-        if (n > usualNumerator && d > usualDenominator) {
+        if (products.leastSquareRatio[i] > usualSquareRatio && n > smallestProduct && d > smallestProduct) {
             if (!range.contains(n, d)) {
                 range = WholeDbRange::around(dbPerOctaveOfPower * std::log2(n / d));
             }
             if (range.contains(n, d)) {
                 curve.magnitudeDb[i] = range.db;
-                continue;
-            }
-        } else if (n > smallestProduct && d > smallestProduct) {
-            const double db = dbPerOctaveOfPower * std::log2(n / d);
-            if (sameWholeDb(db, uncertaintyDb(quickSumOfQuotients(products, i, cascade.size()))) ||
-                sameWholeDb(db, uncertaintyDb(exactSumOfQuotients(cascade, i)))) {
-                curve.magnitudeDb[i] = truncateTo<std::int32_t>(db);
                 continue;
             }
         }
