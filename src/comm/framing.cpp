@@ -9,26 +9,37 @@ namespace {
 constexpr std::uint16_t polynomial = 0x1021;
 constexpr std::uint16_t initialRegister = 0xFFFF;
 
-constexpr std::array<std::uint16_t, 256> makeCrcTable() {
-    std::array<std::uint16_t, 256> table{};
-    for (unsigned byte = 0; byte < table.size(); ++byte) {
+// Bytes looked up at once: the lookups of one step do not wait for each other.
+constexpr std::size_t crcStep = 4;
+
+/// Entry [n][byte]: what a byte adds to the register once n more bytes have passed behind it.
+constexpr auto makeCrcTables() {
+    std::array<std::array<std::uint16_t, 256>, crcStep> tables{};
+    for (unsigned byte = 0; byte < 256; ++byte) {
         unsigned crc = byte << 8U;
-        for (int bit = 0; bit < 8; ++bit) {
-            crc = (crc & 0x8000U) != 0 ? (crc << 1U) ^ polynomial : crc << 1U;
+        for (auto& table : tables) {
+            for (int bit = 0; bit < 8; ++bit) {
+                crc = (crc & 0x8000U) != 0 ? (crc << 1U) ^ polynomial : crc << 1U;
+            }
+            crc &= 0xFFFFU;
+            table[byte] = static_cast<std::uint16_t>(crc);
         }
-        table[byte] = static_cast<std::uint16_t>(crc & 0xFFFFU);
     }
-    return table;
+    return tables;
 }
 
-constexpr auto crcTable = makeCrcTable();
+constexpr auto crcTables = makeCrcTables();
 
 }  // namespace
 
 std::uint16_t Crc16(std::span<const std::uint8_t> bytes, std::uint16_t crcSoFar) {
     unsigned crc = crcSoFar;
+    for (; bytes.size() >= crcStep; bytes = bytes.subspan(crcStep)) {
+        crc = static_cast<unsigned>(crcTables[3][(crc >> 8U) ^ bytes[0]]) ^
+              crcTables[2][(crc & 0xFFU) ^ bytes[1]] ^ crcTables[1][bytes[2]] ^ crcTables[0][bytes[3]];
+    }
     for (const std::uint8_t byte : bytes) {
-        crc = ((crc << 8U) & 0xFFFFU) ^ crcTable[((crc >> 8U) ^ byte) & 0xFFU];
+        crc = ((crc << 8U) & 0xFFFFU) ^ crcTables[0][(crc >> 8U) ^ byte];
     }
     return static_cast<std::uint16_t>(crc);
 }
