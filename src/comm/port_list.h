@@ -7,7 +7,7 @@
 namespace tessavo {
 
 /// Full device path of a port, as CSerial::Open takes it: the system's prefix ("\\.\" or "/dev/") and the
-/// name.
+/// name, which may carry that prefix already.
 [[nodiscard]] std::wstring devicePath(std::string_view portName);
 
 /// Names of the serial ports of this machine, as the user sees them: COM3; ttyUSB0, ttyACM0, ttyS0, pts/3.
@@ -17,7 +17,9 @@ namespace tessavo {
 /// appears twice. Opens no port.
 [[nodiscard]] std::vector<std::string> listPorts();
 
-/// Makes a simulated target's port known to listPorts() of every program of this user while it lives.
+/// Makes a simulated target's port known to listPorts() of every program of this user while it lives, also
+/// when the program dies without a word. Systems without pseudo-terminals have no simulated targets: there it
+/// does nothing.
 class AnnouncedPort {
  public:
     /// \param portName as listPorts() is to give it; failing to announce is not an error
@@ -28,6 +30,7 @@ class AnnouncedPort {
 
  private:
     std::string path_;
+    int lock_ = -1;
 };
 
 }  // namespace tessavo

@@ -13,11 +13,17 @@ namespace serial_result {
 inline constexpr std::uint32_t success = 0;
 inline constexpr std::uint32_t invalidFunction = 1;  ///< needs a port opened for overlapped I/O
 inline constexpr std::uint32_t fileNotFound = 2;
+inline constexpr std::uint32_t tooManyOpenFiles = 4;
 inline constexpr std::uint32_t accessDenied = 5;   ///< no permission, or the port is in use
 inline constexpr std::uint32_t invalidHandle = 6;  ///< the port is closed
+inline constexpr std::uint32_t notEnoughMemory = 8;
 inline constexpr std::uint32_t generalFailure = 31;
+inline constexpr std::uint32_t invalidParameter = 87;  ///< the device cannot be set up like that
+inline constexpr std::uint32_t busy = 170;             ///< the overlapped structure is in use
+inline constexpr std::uint32_t nameTooLong = 206;
 inline constexpr std::uint32_t operationAborted = 995;  ///< Cancel() was called
 inline constexpr std::uint32_t ioDevice = 1117;         ///< the device vanished or reports an error
+inline constexpr std::uint32_t badDevice = 1200;  ///< the name stands for something that is no serial port
 inline constexpr std::uint32_t alreadyInitialised = 1247;
 inline constexpr std::uint32_t timeout = 1460;
 inline constexpr std::uint32_t invalidArgument = 0x80070057;
@@ -44,9 +50,8 @@ inline constexpr std::uint32_t lineError = 0x0080;
 inline constexpr std::uint32_t standard = 0x00C1;  ///< break, line error, character received
 }  // namespace serial_event
 
-/// An operation that the caller completes itself: started by Read, Write or WaitEvent, which then return at
-/// once. Opaque outside the platform sources.
-struct SerialOverlapped;
+/// An operation that the caller completes itself; see serial_overlapped.h.
+class SerialOverlapped;
 
 /// One serial port.
 ///
@@ -68,7 +73,8 @@ class CSerial {
     /// Opens a device for reading and writing, unshared. Bytes that arrive from here on are kept.
     ///
     /// \param deviceName full device path, handed to the system as it is (see devicePath()).
-    /// \param inQueue, outQueue driver queue sizes; both 0 leaves the driver's own.
+    /// \param inQueue, outQueue driver queue sizes; both 0 leaves the driver's own, and a driver may keep its
+    /// own in any case.
     /// \param overlapped needed by every operation with a time-out.
     /// \return `alreadyInitialised` on an open port, which stays as it is.
     virtual std::uint32_t Open(const std::wstring& deviceName, std::uint32_t inQueue, std::uint32_t outQueue,
@@ -79,13 +85,16 @@ class CSerial {
     /// \param dataBits 5 to 8.
     /// \param parity see serial_frame; checking is on exactly when it is not parityNone.
     /// \param stopBits see serial_frame.
-    /// \param dtrMode 1 turns DTR on and RTS off; any other value leaves both lines' control as it is.
+    /// \param dtrMode 1 turns DTR on and RTS off, which ends hardware handshaking; any other value leaves
+    /// both lines' control as it is. \return `invalidParameter` when the device cannot do that; it then stays
+    /// as it was.
     virtual std::uint32_t Setup(std::uint32_t baudRate, std::uint8_t dataBits, int parity,
                                 std::uint8_t stopBits, int dtrMode);
     /// \param adjustMask also adds the event character to the event mask
     virtual std::uint32_t SetEventChar(std::uint8_t character, bool adjustMask);
     virtual std::uint32_t SetMask(std::uint32_t eventMask);
-    /// Waits for an event of the mask and stores it as eventType().
+    /// Waits for an event of the mask and stores it as eventType(). Drivers differ in what they report;
+    /// `received` comes on every system.
     virtual std::uint32_t WaitEvent(SerialOverlapped* overlapped, std::uint32_t timeoutMs);
     /// \param mode see Handshaking; another value gives `invalidArgument` and leaves the device unchanged
     virtual std::uint32_t SetupHandshaking(int mode);
@@ -117,9 +126,17 @@ class CSerial {
     virtual std::uint32_t Read(void* data, std::size_t size, std::uint32_t* read = nullptr,
                                SerialOverlapped* overlapped = nullptr, std::uint32_t timeoutMs = infinite);
 
-    /// Ends a running wait of this port with `operationAborted`, and every later one, until ClearCancel().
+    /// Ends a running wait of this port with `operationAborted`. Until ClearCancel() every later Read, Write,
+    /// WaitEvent and Complete returns that at once. Closing a cancelled port throws away output not yet sent.
+    /// A wait of a port opened without overlapped I/O may be out of reach.
     virtual void Cancel();
     virtual void ClearCancel();
+
+    /// Waits for an operation that was started with an overlapped structure and tells how many bytes it moved
+    /// in all. On `timeout` and `operationAborted` the operation is over too.
+    /// \return `invalidArgument` when the structure holds no operation of this port
+    virtual std::uint32_t Complete(SerialOverlapped& overlapped, std::uint32_t* count = nullptr,
+                                   std::uint32_t timeoutMs = infinite);
 
     /// Result of the last operation.
     [[nodiscard]] std::uint32_t lastError() const { return lastError_; }
@@ -132,7 +149,18 @@ class CSerial {
     std::uint32_t eventMask_ = 0;
 
  private:
+    friend class SerialOverlapped;
     struct Native;
+    static constexpr std::size_t largestTransfer = 0x7FFFFFFF;
+
+    [[nodiscard]] bool isOpen() const;
+    [[nodiscard]] bool hasOverlapped() const;
+    [[nodiscard]] bool isCancelled() const;
+    std::uint32_t storeEventChar(std::uint8_t character);
+    // Why a transfer cannot start; 0 when it can.
+    [[nodiscard]] std::uint32_t refusal(const void* data, std::size_t size,
+                                        const SerialOverlapped* overlapped, std::uint32_t timeoutMs) const;
+
     std::unique_ptr<Native> native_;
 };
 

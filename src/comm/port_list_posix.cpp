@@ -1,0 +1,192 @@
+#include "comm/port_list_posix.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <fcntl.h>
+#include <fstream>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <system_error>
+#include <unistd.h>
+
+#include "comm/port_list.h"
+#include "comm/port_names.h"
+#include "comm/tty_device_posix.h"
+
+namespace tessavo {
+
+namespace fs = std::filesystem;
+
+namespace ports {
+
+namespace {
+
+constexpr std::string_view uartPrefix = "ttyS";
+constexpr std::string_view entryPrefix = "port-";
+constexpr std::size_t longestName = 255;
+
+// A kernel has names for UARTs that a machine may have; type 0 says that it has not.
+bool isUartName(std::string_view name) {
+    const std::string_view number = withoutPrefix(name, uartPrefix);
+    return number.size() != name.size() && !number.empty() &&
+           number.find_first_not_of("0123456789") == std::string_view::npos;
+}
+
+bool hasHardware(const fs::path& folder) {
+    std::error_code error;
+    if (!isUartName(folder.filename().string())) {
+        return fs::exists(folder / "device", error);
+    }
+    int type = 0;
+    std::ifstream(folder / "type") >> type;
+    return type != 0;
+}
+
+// A folder in a place where others write is only trusted when nobody else could have made or filled it.
+bool isPrivate(const fs::path& folder) {
+    struct stat status {};
+    return ::lstat(folder.c_str(), &status) == 0 && S_ISDIR(status.st_mode) && status.st_uid == ::geteuid() &&
+           (status.st_mode & (S_IRWXG | S_IRWXO)) == 0;
+}
+
+std::string firstLine(int entry) {
+    std::array<char, longestName + 2> text{};
+    const ssize_t count = ::pread(entry, text.data(), text.size(), 0);
+    const std::string_view content(text.data(), count > 0 ? static_cast<std::size_t>(count) : 0);
+    const std::size_t end = content.find('\n');
+    return end == std::string_view::npos ? std::string() : std::string(content.substr(0, end));
+}
+
+bool isName(const std::string& name) {
+    return !name.empty() && std::all_of(name.begin(), name.end(), [](char character) {
+        return character > ' ' && character <= '~' && character != ',';
+    });
+}
+
+// Whoever announced a port keeps its entry locked for as long as it lives.
+bool ownerLives(int entry) {
+    return ::flock(entry, LOCK_SH | LOCK_NB) != 0;
+}
+
+}  // namespace
+
+std::vector<std::string> hardwarePorts(const fs::path& ttyClass) {
+    std::vector<std::string> names;
+    std::error_code error;
+    for (fs::directory_iterator entry(ttyClass, error), end; !error && entry != end; entry.increment(error)) {
+        if (hasHardware(entry->path())) {
+            std::string name = entry->path().filename().string();
+            // The kernel's stand-in for a slash in a device's name.
+            std::replace(name.begin(), name.end(), '!', '/');
+            names.push_back(std::move(name));
+        }
+    }
+    std::sort(names.begin(), names.end(), portNameLess);
+    return names;
+}
+
+std::vector<std::string> announcedPorts(const fs::path& runFolder, const fs::path& deviceFolder) {
+    std::vector<std::string> names;
+    std::error_code error;
+    for (fs::directory_iterator at(runFolder, error), end; !error && at != end; at.increment(error)) {
+        const std::string file = at->path().filename().string();
+        if (!file.starts_with(entryPrefix)) {
+            continue;
+        }
+        const tty::Descriptor entry(
+            ::open(at->path().c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+        if (!entry.valid()) {
+            continue;
+        }
+        const std::string name = firstLine(entry.get());
+        std::error_code ignored;
+        if (ownerLives(entry.get()) && isName(name) && fs::exists(deviceFolder / name, ignored)) {
+            names.push_back(name);
+        } else {
+            fs::remove(at->path(), ignored);
+        }
+    }
+    std::sort(names.begin(), names.end(), portNameLess);
+    return names;
+}
+
+std::optional<fs::path> runFolder() {
+    std::error_code error;
+    fs::path folder;
+    const char* const runtime = std::getenv("XDG_RUNTIME_DIR");
+    if (runtime != nullptr && fs::path(runtime).is_absolute() && fs::is_directory(runtime, error)) {
+        folder = fs::path(runtime) / "tessavo";
+    } else {
+        folder = fs::temp_directory_path(error) / ("tessavo-" + std::to_string(::geteuid()));
+        if (error) {
+            return std::nullopt;
+        }
+    }
+    ::mkdir(folder.c_str(), S_IRWXU);
+    return isPrivate(folder) ? std::optional(folder) : std::nullopt;
+}
+
+}  // namespace ports
+
+namespace {
+
+constexpr std::string_view devicePrefix = "/dev/";
+
+}  // namespace
+
+std::wstring devicePath(std::string_view portName) {
+    const std::string_view name = withoutPrefix(portName, devicePrefix);
+    try {
+        return fs::path(std::string(devicePrefix) + std::string(name)).wstring();
+    } catch (const std::exception&) {
+        // No device's name is broken text: the empty path names none either.
+        return {};
+    }
+}
+
+std::vector<std::string> listPorts() {
+    std::vector<std::string> names = ports::hardwarePorts("/sys/class/tty");
+    if (const auto folder = ports::runFolder()) {
+        appendPortNames(names, ports::announcedPorts(*folder, devicePrefix));
+    }
+    if (const char* const listed = std::getenv("TESSAVO_PORTS")) {
+        for (const std::string& name : splitPortNames(listed)) {
+            appendPortNames(names, {std::string(withoutPrefix(name, devicePrefix))});
+        }
+    }
+    return names;
+}
+
+AnnouncedPort::AnnouncedPort(const std::string& portName) {
+    const auto folder = ports::runFolder();
+    if (!folder) {
+        return;
+    }
+    // Made and locked under a name that no reader looks at: none finds it unlocked.
+    std::string draft = (*folder / ".draft-XXXXXX").string();
+    tty::Descriptor entry(::mkostemp(draft.data(), O_CLOEXEC));
+    if (!entry.valid()) {
+        return;
+    }
+    const std::string line = std::string(withoutPrefix(portName, devicePrefix)) + "\n";
+    const std::string final =
+        (*folder / (std::string(ports::entryPrefix) + draft.substr(draft.size() - 6))).string();
+    if (::flock(entry.get(), LOCK_EX | LOCK_NB) != 0 ||
+        ::write(entry.get(), line.data(), line.size()) != static_cast<ssize_t>(line.size()) ||
+        ::rename(draft.c_str(), final.c_str()) != 0) {
+        ::unlink(draft.c_str());
+        return;
+    }
+    path_ = final;
+    lock_ = entry.release();
+}
+
+AnnouncedPort::~AnnouncedPort() {
+    if (lock_ >= 0) {
+        ::unlink(path_.c_str());
+        ::close(lock_);
+    }
+}
+
+}  // namespace tessavo

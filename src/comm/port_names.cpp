@@ -1,0 +1,78 @@
+#include "comm/port_names.h"
+
+#include <algorithm>
+
+namespace tessavo {
+
+namespace {
+
+constexpr std::string_view separators = ", \t\r\n";
+
+bool isDigit(char character) {
+    return character >= '0' && character <= '9';
+}
+
+// Cuts the digits off the front, without leading zeros: numbers of any length compare.
+std::string_view takeNumber(std::string_view& text) {
+    const auto end =
+        static_cast<std::size_t>(std::find_if_not(text.begin(), text.end(), isDigit) - text.begin());
+    std::string_view number = text.substr(0, end);
+    text.remove_prefix(end);
+    number.remove_prefix(std::min(number.find_first_not_of('0'), number.size()));
+    return number;
+}
+
+}  // namespace
+
+bool portNameLess(std::string_view left, std::string_view right) {
+    std::string_view restLeft = left;
+    std::string_view restRight = right;
+    while (!restLeft.empty() && !restRight.empty()) {
+        if (isDigit(restLeft.front()) && isDigit(restRight.front())) {
+            const std::string_view numberLeft = takeNumber(restLeft);
+            const std::string_view numberRight = takeNumber(restRight);
+            if (numberLeft.size() != numberRight.size()) {
+                return numberLeft.size() < numberRight.size();
+            }
+            if (numberLeft != numberRight) {
+                return numberLeft < numberRight;
+            }
+        } else {
+            if (restLeft.front() != restRight.front()) {
+                return restLeft.front() < restRight.front();
+            }
+            restLeft.remove_prefix(1);
+            restRight.remove_prefix(1);
+        }
+    }
+    if (restLeft.empty() != restRight.empty()) {
+        return restLeft.empty();
+    }
+    // Only leading zeros differ, if anything.
+    return left < right;
+}
+
+std::vector<std::string> splitPortNames(std::string_view list) {
+    std::vector<std::string> names;
+    for (std::size_t at = list.find_first_not_of(separators); at != std::string_view::npos;
+         at = list.find_first_not_of(separators, at)) {
+        const std::size_t end = std::min(list.find_first_of(separators, at), list.size());
+        names.emplace_back(list.substr(at, end - at));
+        at = end;
+    }
+    return names;
+}
+
+void appendPortNames(std::vector<std::string>& names, const std::vector<std::string>& more) {
+    for (const std::string& name : more) {
+        if (std::find(names.begin(), names.end(), name) == names.end()) {
+            names.push_back(name);
+        }
+    }
+}
+
+std::string_view withoutPrefix(std::string_view name, std::string_view prefix) {
+    return name.starts_with(prefix) ? name.substr(prefix.size()) : name;
+}
+
+}  // namespace tessavo

@@ -1,0 +1,486 @@
+#include <array>
+#include <cerrno>
+#include <filesystem>
+#include <poll.h>
+#include <sys/eventfd.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
+#include <utility>
+
+#include "comm/serial.h"
+#include "comm/serial_overlapped.h"
+#include "comm/tty_device_posix.h"
+#include "comm/tty_settings_posix.h"
+
+namespace tessavo {
+
+namespace {
+
+// What a step answers when the line must be waited for; never leaves this file.
+constexpr std::uint32_t pending = 997;
+
+// A rate that the hardware can only come near to still works.
+constexpr std::uint32_t rateTolerancePercent = 5;
+
+bool near(std::uint32_t wanted, std::uint32_t got) {
+    const std::uint32_t difference = wanted > got ? wanted - got : got - wanted;
+    return difference <= wanted / 100 * rateTolerancePercent;
+}
+
+bool taken(tty::Framing wanted, const tty::Framing& got) {
+    if (!near(wanted.baudRate, got.baudRate)) {
+        return false;
+    }
+    wanted.baudRate = got.baudRate;
+    return wanted == got;
+}
+
+std::uint32_t moved(std::size_t count) {
+    return static_cast<std::uint32_t>(count);
+}
+
+}  // namespace
+
+struct SerialOverlapped::Native {
+    enum class Kind : std::uint8_t { none, read, write, event };
+    Kind kind = Kind::none;
+    // The opening it belongs to.
+    const void* port = nullptr;
+    std::uint64_t opening = 0;
+    std::uint8_t* in = nullptr;
+    const std::uint8_t* out = nullptr;
+    std::size_t size = 0;
+    std::size_t done = 0;
+    bool finished = false;
+    std::uint32_t mask = 0;
+    std::uint32_t eventType = 0;
+};
+
+SerialOverlapped::SerialOverlapped() : native_(std::make_unique<Native>()) {}
+SerialOverlapped::~SerialOverlapped() = default;
+
+struct CSerial::Native {
+    using Operation = SerialOverlapped::Native;
+    using Kind = Operation::Kind;
+
+    tty::Descriptor device;
+    // Readable while cancelled: flag and wake-up in one.
+    tty::Descriptor cancel{::eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC)};
+    std::uint64_t opening = 0;
+    bool overlapped = false;
+    bool blockingReads = false;
+    bool outputStuck = false;
+    std::uint8_t eventChar = 0;
+
+    [[nodiscard]] bool cancelled() const {
+        pollfd watched{cancel.get(), POLLIN, 0};
+        return ::poll(&watched, 1, 0) > 0;
+    }
+
+    // Each moves what can be moved now: `success` when that was all of it.
+    std::uint32_t readStep(Operation& operation) const;
+    std::uint32_t writeStep(Operation& operation) const;
+    std::uint32_t eventStep(Operation& operation) const;
+    std::uint32_t step(Operation& operation) const;
+    std::uint32_t finish(Operation& operation, std::uint32_t timeoutMs);
+    // Starts an operation for its caller to complete.
+    std::uint32_t start(Operation& operation, Operation& kept) const;
+    std::uint32_t perform(Operation& operation, Operation* kept, std::uint32_t timeoutMs);
+};
+
+std::uint32_t CSerial::Native::readStep(Operation& operation) const {
+    while (operation.done < operation.size) {
+        const ssize_t count =
+            ::read(device.get(), operation.in + operation.done, operation.size - operation.done);
+        if (count > 0) {
+            operation.done += static_cast<std::size_t>(count);
+        } else if (count == 0) {
+            return serial_result::ioDevice;
+        } else if (errno == EAGAIN) {
+            return blockingReads ? pending : serial_result::success;
+        } else if (errno != EINTR) {
+            return tty::resultOf(errno);
+        }
+    }
+    return serial_result::success;
+}
+
+std::uint32_t CSerial::Native::writeStep(Operation& operation) const {
+    while (operation.done < operation.size) {
+        const ssize_t count =
+            ::write(device.get(), operation.out + operation.done, operation.size - operation.done);
+        if (count > 0) {
+            operation.done += static_cast<std::size_t>(count);
+        } else if (count == 0) {
+            return serial_result::ioDevice;
+        } else if (errno == EAGAIN) {
+            return pending;
+        } else if (errno != EINTR) {
+            return tty::resultOf(errno);
+        }
+    }
+    return serial_result::success;
+}
+
+std::uint32_t CSerial::Native::eventStep(Operation& operation) const {
+    pollfd watched{device.get(), POLLIN, 0};
+    if (::poll(&watched, 1, 0) > 0) {
+        if ((watched.revents & (POLLHUP | POLLERR | POLLNVAL)) != 0) {
+            return serial_result::ioDevice;
+        }
+        if ((operation.mask & serial_event::received) != 0) {
+            operation.eventType = serial_event::received;
+            return serial_result::success;
+        }
+    }
+    return pending;
+}
+
+std::uint32_t CSerial::Native::step(Operation& operation) const {
+    switch (operation.kind) {
+        case Kind::read:
+            return readStep(operation);
+        case Kind::write:
+            return writeStep(operation);
+        case Kind::event:
+            return eventStep(operation);
+        case Kind::none:
+            break;
+    }
+    return serial_result::invalidArgument;
+}
+
+std::uint32_t CSerial::Native::finish(Operation& operation, std::uint32_t timeoutMs) {
+    const tty::Deadline deadline(timeoutMs);
+    short events = POLLIN;
+    if (operation.kind == Kind::write) {
+        events = POLLOUT;
+    } else if (operation.kind == Kind::event && (operation.mask & serial_event::received) == 0) {
+        events = 0;
+    }
+    bool hungUp = false;
+    for (;;) {
+        const std::uint32_t result = step(operation);
+        if (result != pending) {
+            return result;
+        }
+        if (hungUp) {
+            return serial_result::ioDevice;
+        }
+        switch (tty::waitFor(device.get(), events, cancel.get(), deadline)) {
+            case tty::Waited::ready:
+                break;
+            case tty::Waited::hungUp:
+                // What arrived before is still read.
+                hungUp = true;
+                break;
+            case tty::Waited::cancelled:
+                return serial_result::operationAborted;
+            case tty::Waited::timedOut:
+                return serial_result::timeout;
+            case tty::Waited::failed:
+                return serial_result::generalFailure;
+        }
+    }
+}
+
+std::uint32_t CSerial::Native::start(Operation& operation, Operation& kept) const {
+    if (kept.kind != Kind::none) {
+        return serial_result::busy;
+    }
+    const std::uint32_t result = step(operation);
+    if (result != pending && result != serial_result::success) {
+        return result;
+    }
+    operation.port = this;
+    operation.opening = opening;
+    operation.finished = result == serial_result::success;
+    kept = operation;
+    return serial_result::success;
+}
+
+std::uint32_t CSerial::Native::perform(Operation& operation, Operation* kept, std::uint32_t timeoutMs) {
+    if (kept != nullptr) {
+        return start(operation, *kept);
+    }
+    if (operation.finished) {
+        return serial_result::success;
+    }
+    const std::uint32_t result = finish(operation, timeoutMs);
+    if (operation.kind == Kind::write) {
+        outputStuck = result != serial_result::success;
+    }
+    return result;
+}
+
+CSerial::CSerial() : native_(std::make_unique<Native>()) {}
+
+CSerial::~CSerial() {
+    CSerial::Close();
+}
+
+bool CSerial::isOpen() const {
+    return native_->device.valid();
+}
+bool CSerial::hasOverlapped() const {
+    return native_->overlapped;
+}
+bool CSerial::isCancelled() const {
+    return native_->cancelled();
+}
+
+std::uint32_t CSerial::Open(const std::wstring& deviceName, std::uint32_t /*inQueue*/,
+                            std::uint32_t /*outQueue*/, bool overlapped) {
+    if (isOpen()) {
+        return lastError_ = serial_result::alreadyInitialised;
+    }
+    if (!native_->cancel.valid()) {
+        return lastError_ = serial_result::tooManyOpenFiles;
+    }
+    std::string path;
+    try {
+        path = std::filesystem::path(deviceName).string();
+    } catch (const std::exception&) {
+        return lastError_ = serial_result::fileNotFound;
+    }
+    if (path.find('\0') != std::string::npos) {
+        return lastError_ = serial_result::fileNotFound;
+    }
+    lastError_ = tty::openDevice(path, native_->device);
+    if (lastError_ == serial_result::success) {
+        ++native_->opening;
+        native_->overlapped = overlapped;
+        native_->blockingReads = false;
+        native_->outputStuck = false;
+        native_->eventChar = 0;
+        eventMask_ = serial_event::standard;
+    }
+    return lastError_;
+}
+
+std::uint32_t CSerial::Close() {
+    if (isOpen()) {
+        // Otherwise the system would wait for a line that takes nothing.
+        tty::closeDevice(native_->device, native_->outputStuck || isCancelled());
+        eventMask_ = 0;
+    }
+    return lastError_ = serial_result::success;
+}
+
+std::uint32_t CSerial::Setup(std::uint32_t baudRate, std::uint8_t dataBits, int parity, std::uint8_t stopBits,
+                             int dtrMode) {
+    if (!isOpen()) {
+        return lastError_ = serial_result::invalidHandle;
+    }
+    const int device = native_->device.get();
+    termios former{};
+    if (lastError_ = tty::readSettings(device, former); lastError_ != serial_result::success) {
+        return lastError_;
+    }
+    termios wanted = former;
+    const tty::Framing framing{baudRate, dataBits, parity, stopBits};
+    if (!tty::setFraming(wanted, framing)) {
+        return lastError_ = serial_result::invalidParameter;
+    }
+    if (dtrMode == 1 && tty::handshakingOf(wanted) == handshakeHardware) {
+        tty::setHandshaking(wanted, handshakeNone);
+    }
+    termios got{};
+    lastError_ = tty::writeSettings(device, wanted);
+    if (lastError_ == serial_result::success) {
+        lastError_ = tty::readSettings(device, got);
+    }
+    // Drivers leave out silently what they cannot do.
+    if (lastError_ == serial_result::success && !taken(framing, tty::framingOf(got))) {
+        lastError_ = serial_result::invalidParameter;
+    }
+    if (lastError_ != serial_result::success) {
+        static_cast<void>(tty::writeSettings(device, former));
+    } else if (dtrMode == 1) {
+        tty::driveLines(device, TIOCM_DTR, TIOCM_RTS);
+    }
+    return lastError_;
+}
+
+std::uint32_t CSerial::storeEventChar(std::uint8_t character) {
+    if (!isOpen()) {
+        return serial_result::invalidHandle;
+    }
+    native_->eventChar = character;
+    return serial_result::success;
+}
+
+std::uint32_t CSerial::SetMask(std::uint32_t eventMask) {
+    if (!isOpen()) {
+        return lastError_ = serial_result::invalidHandle;
+    }
+    eventMask_ = eventMask;
+    return lastError_ = serial_result::success;
+}
+
+std::uint32_t CSerial::WaitEvent(SerialOverlapped* overlapped, std::uint32_t timeoutMs) {
+    lastError_ = refusal(nullptr, 0, overlapped, timeoutMs);
+    if (lastError_ == serial_result::success) {
+        Native::Operation operation;
+        operation.kind = Native::Kind::event;
+        operation.mask = eventMask_;
+        lastError_ = native_->perform(operation, overlapped == nullptr ? nullptr : overlapped->native_.get(),
+                                      timeoutMs);
+        eventType_ = operation.eventType;
+    }
+    return lastError_;
+}
+
+std::uint32_t CSerial::SetupHandshaking(int mode) {
+    if (!isOpen()) {
+        return lastError_ = serial_result::invalidHandle;
+    }
+    if (mode < handshakeNone || mode > handshakeSoftware) {
+        return lastError_ = serial_result::invalidArgument;
+    }
+    const int device = native_->device.get();
+    termios settings{};
+    lastError_ = tty::readSettings(device, settings);
+    if (lastError_ == serial_result::success) {
+        tty::setHandshaking(settings, mode);
+        lastError_ = tty::writeSettings(device, settings);
+    }
+    if (lastError_ == serial_result::success) {
+        constexpr int bothLines = TIOCM_DTR | TIOCM_RTS;
+        tty::driveLines(device, mode == handshakeHardware ? bothLines : 0,
+                        mode == handshakeHardware ? 0 : bothLines);
+    }
+    return lastError_;
+}
+
+std::uint32_t CSerial::SetupReadTimeouts(int mode) {
+    if (!isOpen()) {
+        return lastError_ = serial_result::invalidHandle;
+    }
+    if (mode != nonBlocking && mode != blocking) {
+        return lastError_ = serial_result::invalidArgument;
+    }
+    native_->blockingReads = mode == blocking;
+    return lastError_ = serial_result::success;
+}
+
+int CSerial::GetBaudrate() {
+    termios settings{};
+    lastError_ = tty::readSettings(native_->device.get(), settings);
+    if (lastError_ != serial_result::success) {
+        return -1;
+    }
+    const std::uint32_t baudRate = tty::framingOf(settings).baudRate;
+    if (baudRate == 0) {
+        lastError_ = serial_result::generalFailure;
+        return -1;
+    }
+    return static_cast<int>(baudRate);
+}
+
+int CSerial::GetDataBits() {
+    termios settings{};
+    lastError_ = tty::readSettings(native_->device.get(), settings);
+    return lastError_ == serial_result::success ? tty::framingOf(settings).dataBits : -1;
+}
+
+int CSerial::GetParity() {
+    termios settings{};
+    lastError_ = tty::readSettings(native_->device.get(), settings);
+    return lastError_ == serial_result::success ? tty::framingOf(settings).parity : -1;
+}
+
+int CSerial::GetStopBits() {
+    termios settings{};
+    lastError_ = tty::readSettings(native_->device.get(), settings);
+    return lastError_ == serial_result::success ? tty::framingOf(settings).stopBits : -1;
+}
+
+int CSerial::GetHandshaking() {
+    termios settings{};
+    lastError_ = tty::readSettings(native_->device.get(), settings);
+    return lastError_ == serial_result::success ? tty::handshakingOf(settings) : -1;
+}
+
+std::uint8_t CSerial::GetEventChar() {
+    lastError_ = isOpen() ? serial_result::success : serial_result::invalidHandle;
+    return isOpen() ? native_->eventChar : std::uint8_t{0};
+}
+
+std::uint32_t CSerial::Write(const void* data, std::size_t size, std::uint32_t* written,
+                             SerialOverlapped* overlapped, std::uint32_t timeoutMs) {
+    if (written != nullptr) {
+        *written = 0;
+    }
+    lastError_ = refusal(data, size, overlapped, timeoutMs);
+    if (lastError_ == serial_result::success) {
+        Native::Operation operation;
+        operation.kind = Native::Kind::write;
+        operation.out = static_cast<const std::uint8_t*>(data);
+        operation.size = size;
+        lastError_ = native_->perform(operation, overlapped == nullptr ? nullptr : overlapped->native_.get(),
+                                      timeoutMs);
+        if (written != nullptr) {
+            *written = moved(operation.done);
+        }
+    }
+    return lastError_;
+}
+
+std::uint32_t CSerial::Read(void* data, std::size_t size, std::uint32_t* read, SerialOverlapped* overlapped,
+                            std::uint32_t timeoutMs) {
+    if (read != nullptr) {
+        *read = 0;
+    }
+    lastError_ = refusal(data, size, overlapped, timeoutMs);
+    if (lastError_ == serial_result::success) {
+        Native::Operation operation;
+        operation.kind = Native::Kind::read;
+        operation.in = static_cast<std::uint8_t*>(data);
+        operation.size = size;
+        lastError_ = native_->perform(operation, overlapped == nullptr ? nullptr : overlapped->native_.get(),
+                                      timeoutMs);
+        if (read != nullptr) {
+            *read = moved(operation.done);
+        }
+    }
+    return lastError_;
+}
+
+std::uint32_t CSerial::Complete(SerialOverlapped& overlapped, std::uint32_t* count, std::uint32_t timeoutMs) {
+    if (count != nullptr) {
+        *count = 0;
+    }
+    if (!isOpen()) {
+        return lastError_ = serial_result::invalidHandle;
+    }
+    Native::Operation& kept = *overlapped.native_;
+    if (kept.kind == Native::Kind::none || kept.port != native_.get() || kept.opening != native_->opening) {
+        return lastError_ = serial_result::invalidArgument;
+    }
+    Native::Operation operation = std::exchange(kept, Native::Operation{});
+    lastError_ =
+        isCancelled() ? serial_result::operationAborted : native_->perform(operation, nullptr, timeoutMs);
+    if (operation.kind == Native::Kind::event) {
+        eventType_ = operation.eventType;
+    }
+    if (count != nullptr) {
+        *count = moved(operation.done);
+    }
+    return lastError_;
+}
+
+void CSerial::Cancel() {
+    if (native_->cancel.valid()) {
+        ::eventfd_write(native_->cancel.get(), 1);
+    }
+}
+
+void CSerial::ClearCancel() {
+    eventfd_t count = 0;
+    if (native_->cancel.valid()) {
+        static_cast<void>(::eventfd_read(native_->cancel.get(), &count));
+    }
+}
+
+}  // namespace tessavo
