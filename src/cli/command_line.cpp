@@ -1,0 +1,196 @@
+#include "cli/command_line.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <array>
+#include <exception>
+#include <map>
+#include <memory>
+#include <ostream>
+
+#include "cli/arguments.h"
+#include "cli/edit_script.h"
+#include "cli/file_commands.h"
+#include "params/channels.h"
+
+namespace tessavo::cli {
+
+namespace {
+
+/// The program's commands and options, and the command that was chosen once parse() is through.
+class Parser {
+ public:
+    Parser();
+
+    /// Throws what the parser library throws.
+    void parse(std::vector<std::string> arguments);
+
+    [[nodiscard]] std::string help() const { return app_.help(); }
+    [[nodiscard]] std::string version() const { return app_.version(); }
+    [[nodiscard]] const Arguments& arguments() const { return arguments_; }
+    [[nodiscard]] Command chosen() const { return command_; }
+    [[nodiscard]] bool quiet() const { return quiet_; }
+
+ private:
+    CLI::App* add(const std::string& name, Command command, const std::string& what,
+                  const std::string& example);
+    void addFileCommands();
+    CLI::Option* addFile(CLI::App* command, const std::string& what);
+    void addSet(CLI::App* command, bool required);
+    void addFilterMode(CLI::App* command);
+    void addOutput(CLI::App* command, const std::string& what);
+
+    CLI::App app_{"Edits, shows and exchanges the settings of the signal processor.", "tessavoctl"};
+    Arguments arguments_;
+    std::string filterMode_;
+    std::string targetSet_;
+    Command command_ = nullptr;
+    bool inputCurve_ = false;
+    bool quiet_ = false;
+};
+
+Parser::Parser() {
+    app_.set_version_flag("--version", "tessavoctl " TESSAVO_VERSION);
+    app_.add_flag("-q,--quiet", quiet_, "Print only errors on standard error");
+    app_.require_subcommand(1);
+    app_.fallthrough();
+    app_.allow_windows_style_options(false);
+    app_.footer(
+        "Example:\n  tessavoctl new fresh.eqs\n\n'tessavoctl COMMAND --help' tells more. Exit codes: 0 done, "
+        "1 refused or failed, 2 wrong usage.");
+    addFileCommands();
+}
+
+CLI::App* Parser::add(const std::string& name, Command command, const std::string& what,
+                      const std::string& example) {
+    CLI::App* added = app_.add_subcommand(name, what);
+    added->allow_windows_style_options(false);
+    added->footer("Example:\n  tessavoctl " + example);
+    added->callback([this, command] { command_ = command; });
+    return added;
+}
+
+CLI::Option* Parser::addFile(CLI::App* command, const std::string& what) {
+    return command->add_option("FILE", arguments_.file, what)->required();
+}
+
+void Parser::addSet(CLI::App* command, bool required) {
+    command->add_option("--set", arguments_.set, "Set of the file, 1 to 5")
+        ->check(CLI::Range(1, static_cast<int>(setCount)))
+        ->type_name("N")
+        ->required(required);
+}
+
+void Parser::addFilterMode(CLI::App* command) {
+    command->add_option("--filter-mode", filterMode_, "Filter method: BZT (the default), MZT or BZT/MZT")
+        ->check(CLI::IsMember(std::vector<std::string>(filterModeNames.begin(), filterModeNames.end())))
+        ->type_name("M");
+}
+
+void Parser::addOutput(CLI::App* command, const std::string& what) {
+    command->add_option("-o,--output", arguments_.output, what)->type_name("FILE")->required();
+}
+
+void Parser::addFileCommands() {
+    CLI::App* command = add("new", runNew, "Write a settings file that holds the defaults", "new fresh.eqs");
+    addFile(command, "Settings file to write");
+
+    command = add("show", runShow, "Show the sets of a settings file", "show car.eqs --set 1");
+    addFile(command, "Settings file");
+    addSet(command, false);
+    command->add_flag("--json", arguments_.json, "Print everything as JSON");
+
+    command = add("diff", runDiff, "Name every field in which two settings files differ (exit code 1 if any)",
+                  "diff before.eqs after.eqs");
+    addFile(command, "Settings file");
+    command->add_option("OTHER", arguments_.secondFile, "Settings file to compare with")->required();
+
+    command =
+        add("edit", runEdit, "Run an edit script on a settings file",
+            "edit car.eqs --script tuning.txt --output tuned.eqs\n\nA script has one operation a line:\n"
+            "  set 1\n  select 1 2\n  setVolume -3.5\n  setCrossover 0 hp 4 1\n  setCrossoverFrequency 0 80");
+    addFile(command, "Settings file");
+    command->add_option("--script", arguments_.script, "Script, or - for standard input")
+        ->type_name("FILE")
+        ->required();
+    addFilterMode(command);
+    command->add_option("-o,--output", arguments_.output, "Settings file to write")->type_name("FILE");
+    command->add_option("--image", arguments_.image, "Parameter image of the current set to write")
+        ->type_name("FILE");
+
+    command = add("export", runExport, "Write a set as a parameter image",
+                  "export car.eqs --set 1 --output set1.bin");
+    addFile(command, "Settings file");
+    addSet(command, true);
+    addFilterMode(command);
+    addOutput(command, "Parameter image to write");
+
+    command = add("import", runImport, "Take a parameter image into a set",
+                  "import set1.bin --into car.eqs --set 2 --output both.eqs");
+    command->add_option("IMAGE", arguments_.image, "Parameter image")->required();
+    command->add_option("--into", arguments_.file, "Settings file")->type_name("FILE")->required();
+    addSet(command, true);
+    addOutput(command, "Settings file to write");
+
+    command = add("curve", runCurve, "Print a response: 1000 lines of frequency in Hz and magnitude in dB",
+                  "curve car.eqs --set 1 --channel 3");
+    addFile(command, "Settings file");
+    addSet(command, true);
+    addFilterMode(command);
+    CLI::Option_group* which = command->add_option_group("curve");
+    which->add_option("--channel", arguments_.channel, "Output channel, 1 to 8")
+        ->check(CLI::Range(1, static_cast<int>(channelCount)))
+        ->type_name("C");
+    which->add_flag("--input", inputCurve_, "Input equalizer");
+    which->require_option(1);
+}
+
+void Parser::parse(std::vector<std::string> arguments) {
+    std::reverse(arguments.begin(), arguments.end());
+    app_.parse(std::move(arguments));
+    const auto mode = std::find(filterModeNames.begin(), filterModeNames.end(), filterMode_);
+    arguments_.filterMode =
+        mode == filterModeNames.end() ? 0 : static_cast<std::uint32_t>(mode - filterModeNames.begin());
+    if (!targetSet_.empty() && targetSet_ != "default") {
+        arguments_.targetSet = static_cast<std::uint8_t>(targetSet_[0] - '0');
+    }
+}
+
+int runCommand(const Parser& parser, const Console& console, Reporter& reporter) {
+    reporter.setQuiet(parser.quiet());
+    int code = parser.chosen()(parser.arguments(), {console, reporter});
+    console.out.flush();
+    if (!console.out) {
+        reporter.error("cannot write to standard output");
+        code = exit_code::failed;
+    }
+    return code;
+}
+
+}  // namespace
+
+int runCommandLine(const std::vector<std::string>& arguments, const Console& console) {
+    Reporter reporter(console);
+    try {
+        Parser parser;
+        try {
+            parser.parse(arguments);
+        } catch (const CLI::CallForVersion&) {
+            console.out << parser.version() << "\n";
+            return exit_code::done;
+        } catch (const CLI::CallForHelp&) {
+            console.out << parser.help();
+            return exit_code::done;
+        } catch (const CLI::ParseError& error) {
+            reporter.error(error.what());
+            reporter.error("try 'tessavoctl --help'");
+            return exit_code::wrongUsage;
+        }
+        return runCommand(parser, console, reporter);
+    } catch (const std::exception& error) {
+        reporter.error(error.what());
+        return exit_code::failed;
+    }
+}
+
+}  // namespace tessavo::cli

@@ -1,0 +1,217 @@
+#include "cli/file_access.h"
+
+#include <algorithm>
+#include <cstring>
+#include <fstream>
+
+#include "params/raw_file.h"
+#include "params/settings_file.h"
+
+namespace tessavo::cli {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+std::string setText(std::size_t setIndex) {
+    return "set " + std::to_string(setIndex + 1);
+}
+
+void tellIncompatible(const std::string& file, const std::string& trouble, Reporter& reporter) {
+    std::error_code error;
+    const bool empty = fs::is_regular_file(pathOf(file), error) && fs::is_empty(pathOf(file), error);
+    reporter.error(std::string(incompatibleFileText) + " " + file + ": " +
+                   (empty ? "the file is empty" : trouble));
+}
+
+void tellUnreadable(const std::string& file, Reporter& reporter) {
+    reporter.error(std::string(errorOpeningConfigurationText) + " " + file + ": " + readTrouble(file));
+}
+
+// Why a file could not be written, as far as it shows before trying; empty when nothing speaks against it.
+std::string writeTrouble(const fs::path& path) {
+    std::error_code error;
+    const fs::file_status status = fs::status(path, error);
+    if (fs::is_directory(status)) {
+        return "is a directory";
+    }
+    if (fs::is_regular_file(status)) {
+        // Opens without changing anything.
+        return std::fstream(path, std::ios::in | std::ios::out | std::ios::binary).is_open()
+                   ? ""
+                   : "no permission to write";
+    }
+    if (!fs::exists(status)) {
+        const fs::path folder = path.has_parent_path() ? path.parent_path() : fs::path(".");
+        return fs::is_directory(folder, error) ? "" : "the folder does not exist";
+    }
+    return {};
+}
+
+template <typename Record>
+std::vector<std::uint8_t> bytesOfRecord(const Record& record) {
+    std::vector<std::uint8_t> bytes(sizeof(Record));
+    std::memcpy(bytes.data(), &record, bytes.size());
+    return bytes;
+}
+
+}  // namespace
+
+fs::path pathOf(std::string_view argument) {
+    return {std::u8string(argument.begin(), argument.end())};
+}
+
+bool isSameFile(const std::string& first, const std::string& second) {
+    std::error_code error;
+    if (fs::equivalent(pathOf(first), pathOf(second), error)) {
+        return true;
+    }
+    const fs::path one = fs::weakly_canonical(pathOf(first), error);
+    return !one.empty() && one == fs::weakly_canonical(pathOf(second), error);
+}
+
+std::string readTrouble(const std::string& file) {
+    std::error_code error;
+    const fs::file_status status = fs::status(pathOf(file), error);
+    if (status.type() == fs::file_type::not_found) {
+        return "no such file";
+    }
+    return fs::is_directory(status) ? "is a directory" : "cannot be read";
+}
+
+std::optional<ParameterStore> loadStore(const std::string& file, const std::set<std::size_t>& tested,
+                                        Reporter& reporter) {
+    ParameterStore store;
+    const LoadVerdict verdict = readSettings(pathOf(file), *tested.begin(), store);
+    if (verdict == LoadVerdict::cannotOpen) {
+        tellUnreadable(file, reporter);
+        return std::nullopt;
+    }
+    const auto invalid = verdict == LoadVerdict::incompatible
+                             ? tested.begin()
+                             : std::find_if(tested.begin(), tested.end(),
+                                            [&](std::size_t set) { return !isValidRecord(store.sets[set]); });
+    if (invalid != tested.end()) {
+        tellIncompatible(file, setText(*invalid) + " has no valid record", reporter);
+        return std::nullopt;
+    }
+    return store;
+}
+
+std::optional<ParameterStore> loadAnyStore(const std::string& file, Reporter& reporter) {
+    ParameterStore store;
+    for (std::size_t set = 0; set < setCount; ++set) {
+        switch (readSettings(pathOf(file), set, store)) {
+            case LoadVerdict::loaded:
+                return store;
+            case LoadVerdict::cannotOpen:
+                tellUnreadable(file, reporter);
+                return std::nullopt;
+            case LoadVerdict::incompatible:
+                break;
+        }
+    }
+    tellIncompatible(file, "no set has a valid record", reporter);
+    return std::nullopt;
+}
+
+std::optional<ParameterImage> loadImage(const std::string& file, Reporter& reporter) {
+    const auto start = readFileStart(pathOf(file), parameterImageSize);
+    if (!start) {
+        reporter.error(std::string(errorOpeningBinaryText) + " " + file + ": " + readTrouble(file));
+        return std::nullopt;
+    }
+    if (start->bytes.size() < parameterImageSize) {
+        reporter.error(file + ": is no parameter image: it has " + std::to_string(start->bytes.size()) +
+                       " bytes instead of " + std::to_string(parameterImageSize));
+        return std::nullopt;
+    }
+    ParameterImage image;
+    std::memcpy(&image, start->bytes.data(), sizeof image);
+    if (image.imageSize != parameterImageSize) {
+        reporter.error(file + ": is no parameter image: it starts with the number " +
+                       std::to_string(image.imageSize) + " instead of " + std::to_string(parameterImageSize));
+        return std::nullopt;
+    }
+    return image;
+}
+
+bool OutputFiles::check() {
+    for (const Target& target : targets_) {
+        const std::string trouble = writeTrouble(pathOf(target.file));
+        if (!trouble.empty()) {
+            tellUnopened(target, trouble);
+            return false;
+        }
+    }
+    return true;
+}
+
+bool OutputFiles::write(const ParameterStore& store, const ParameterImage& image) {
+    if (!check()) {
+        return false;
+    }
+    for (Target& target : targets_) {
+        target.bytes = target.kind == Kind::settings ? bytesOfRecord(store) : bytesOfRecord(image);
+        std::error_code error;
+        target.before.existed = fs::exists(pathOf(target.file), error);
+        if (fs::is_regular_file(pathOf(target.file), error)) {
+            if (auto start = readFileStart(pathOf(target.file), target.bytes.size())) {
+                target.before.size = start->fileSize;
+                target.before.start = std::move(start->bytes);
+            }
+        }
+    }
+    for (auto target = targets_.begin(); target != targets_.end(); ++target) {
+        if (!writeOne(*target)) {
+            std::for_each(targets_.begin(), target, [this](const Target& written) { putBack(written); });
+            return false;
+        }
+    }
+    return true;
+}
+
+bool OutputFiles::writeOne(const Target& target) {
+    const FileWrite result = writeFileStart(pathOf(target.file), target.bytes);
+    if (!result.opened) {
+        tellUnopened(target, "no permission to write");
+        return false;
+    }
+    if (result.written != target.bytes.size()) {
+        reporter_.error(std::string(errorWritingDataText) + " " + target.file);
+        putBack(target);
+        return false;
+    }
+    return true;
+}
+
+void OutputFiles::tellUnopened(const Target& target, const std::string& trouble) {
+    const std::string_view text =
+        target.kind == Kind::settings ? errorOpeningConfigurationText : errorOpeningBinaryText;
+    reporter_.error(std::string(text) + " " + target.file + ": " + trouble);
+    reporter_.error(std::string(errorWritingDataText) + " " + target.file);
+}
+
+void OutputFiles::putBack(const Target& target) {
+    const fs::path path = pathOf(target.file);
+    std::error_code error;
+    if (!fs::is_regular_file(path, error)) {
+        return;
+    }
+    if (!target.before.existed) {
+        fs::remove(path, error);
+        return;
+    }
+    bool kept = target.before.start.has_value();
+    if (kept) {
+        if (target.before.size < target.bytes.size()) {
+            fs::resize_file(path, target.before.size, error);
+        }
+        kept = !error && writeFileStart(path, *target.before.start).written == target.before.start->size();
+    }
+    if (!kept) {
+        reporter_.error(target.file + ": could not be put back as it was");
+    }
+}
+
+}  // namespace tessavo::cli

@@ -1,0 +1,77 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "cli/reporter.h"
+#include "params/parameter_image.h"
+#include "params/records.h"
+
+namespace tessavo::cli {
+
+/// The path that a UTF-8 argument means.
+[[nodiscard]] std::filesystem::path pathOf(std::string_view argument);
+
+/// Whether two arguments name the same file, existing or not.
+[[nodiscard]] bool isSameFile(const std::string& first, const std::string& second);
+
+/// Why a file that could not be opened for reading was not: "no such file", "is a directory", ...
+[[nodiscard]] std::string readTrouble(const std::string& file);
+
+/// Reads a settings file whose sets `tested` (by index, at least one) must have valid records. Tells what
+/// fails.
+[[nodiscard]] std::optional<ParameterStore> loadStore(const std::string& file,
+                                                      const std::set<std::size_t>& tested,
+                                                      Reporter& reporter);
+
+/// Reads a settings file in which at least one set has a valid record. Tells what fails.
+[[nodiscard]] std::optional<ParameterStore> loadAnyStore(const std::string& file, Reporter& reporter);
+
+/// Reads a parameter image: the first 3384 bytes, which start with that number. Tells what fails.
+[[nodiscard]] std::optional<ParameterImage> loadImage(const std::string& file, Reporter& reporter);
+
+/// The files that a command writes: all of them or none.
+class OutputFiles {
+ public:
+    explicit OutputFiles(Reporter& reporter) : reporter_(reporter) {}
+
+    void addSettings(const std::string& file) { targets_.push_back({file, Kind::settings, {}, {}}); }
+    void addImage(const std::string& file) { targets_.push_back({file, Kind::image, {}, {}}); }
+
+    /// Looks whether every file can be written, without changing any. Tells what fails.
+    [[nodiscard]] bool check();
+
+    /// Writes the files, existing ones without truncating them. When one fails the ones before it are put
+    /// back as they were. Tells what fails.
+    [[nodiscard]] bool write(const ParameterStore& store, const ParameterImage& image);
+
+ private:
+    enum class Kind : std::uint8_t { settings, image };
+    /// What stood at the place of a file before it was written.
+    struct Before {
+        bool existed = false;
+        std::uintmax_t size = 0;
+        std::optional<std::vector<std::uint8_t>> start;  ///< nothing when it could not be read
+    };
+    struct Target {
+        std::string file;
+        Kind kind;
+        std::vector<std::uint8_t> bytes;
+        Before before;
+    };
+
+    void tellUnopened(const Target& target, const std::string& trouble);
+    bool writeOne(const Target& target);
+    void putBack(const Target& target);
+
+    Reporter& reporter_;
+    std::vector<Target> targets_;
+};
+
+}  // namespace tessavo::cli

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "cli/arguments.h"
+#include "params/records.h"
+#include "params/tuning_state.h"
+
+namespace tessavo::cli {
+
+// The commands that work on files alone.
+
+int runNew(const Arguments& arguments, const Surroundings& around);
+int runShow(const Arguments& arguments, const Surroundings& around);
+int runDiff(const Arguments& arguments, const Surroundings& around);
+int runEdit(const Arguments& arguments, const Surroundings& around);
+int runExport(const Arguments& arguments, const Surroundings& around);
+int runImport(const Arguments& arguments, const Surroundings& around);
+int runCurve(const Arguments& arguments, const Surroundings& around);
+
+/// Puts a loaded store into a fresh state, with one set current and its image and coefficients in step.
+void takeStore(TuningState& tuning, const ParameterStore& store, std::size_t setIndex,
+               std::uint32_t filterMode);
+
+}  // namespace tessavo::cli

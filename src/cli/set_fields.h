@@ -1,0 +1,53 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "params/field_table.h"
+#include "params/records.h"
+#include "params/set_text.h"
+
+namespace tessavo::cli {
+
+/// The two texts of a set, which the field table does not hold.
+struct TextField {
+    std::string_view path;
+    std::size_t recordOffset;
+    SetText ParameterSet::*text;
+};
+
+[[nodiscard]] std::span<const TextField> textFields();
+
+/// Bytes of a record that belong to no field.
+struct SpareRun {
+    std::size_t offset;
+    std::size_t size;
+};
+
+/// All spare bytes, in record order.
+[[nodiscard]] const std::vector<SpareRun>& spareRuns();
+
+/// Path of one element: "channel[3].band[0].gain".
+[[nodiscard]] std::string elementPath(const Field& field, FieldIndex index);
+
+/// An element's shown value without unit. Reads back as the very same stored value, except that of a NaN only
+/// the bits are told: "nan(0x7fc00000)". Fields with decimals have at least one.
+[[nodiscard]] std::string elementText(const ParameterSet& set, const Field& field, FieldIndex index);
+
+/// A text of a set in UTF-8, fit for a terminal: control characters as \xNN.
+[[nodiscard]] std::string readableText(const ParameterSet& set, const TextField& field);
+
+using RecordBytes = std::array<std::uint8_t, parameterSetSize>;
+
+/// A copy of the record's bytes.
+[[nodiscard]] RecordBytes bytesOf(const ParameterSet& set);
+
+/// Two lower-case digits a byte.
+[[nodiscard]] std::string hexText(std::span<const std::uint8_t> bytes);
+
+}  // namespace tessavo::cli

@@ -1,0 +1,72 @@
+#include <array>
+#include <gmock/gmock.h>
+
+#include "cli/cli_fixture.h"
+
+namespace tessavo::cli {
+namespace {
+
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+constexpr std::array commands{"new", "show", "diff", "edit", "export", "import", "curve"};
+
+TEST(CommandUsage, VersionNamesTheProgram) {
+    const CommandResult result = run({"--version"});
+    EXPECT_EQ(result.code, 0);
+    EXPECT_THAT(result.out, testing::MatchesRegex("tessavoctl [0-9]+\\.[0-9]+\\.[0-9]+\n"));
+    EXPECT_THAT(result.err, IsEmpty());
+}
+
+TEST(CommandUsage, HelpListsEveryCommand) {
+    const CommandResult result = run({"--help"});
+    EXPECT_EQ(result.code, 0);
+    for (const char* command : commands) {
+        EXPECT_THAT(result.out, HasSubstr(std::string("\n  ") + command)) << command;
+    }
+    EXPECT_THAT(result.out, HasSubstr("Example:\n  tessavoctl "));
+}
+
+TEST(CommandUsage, EveryCommandHasHelpWithAnExampleOfItself) {
+    for (const std::string command : commands) {
+        const CommandResult result = run({command, "--help"});
+        EXPECT_EQ(result.code, 0) << command;
+        EXPECT_THAT(result.out, HasSubstr("Example:\n  tessavoctl " + command)) << command;
+        EXPECT_THAT(result.err, IsEmpty()) << command;
+    }
+}
+
+using WrongUsage = std::vector<std::string>;
+
+class CommandWrongUsage : public testing::TestWithParam<WrongUsage> {};
+
+TEST_P(CommandWrongUsage, EndsWithTwoAndSaysWhy) {
+    const CommandResult result = run(GetParam());
+    EXPECT_EQ(result.code, 2);
+    EXPECT_THAT(result.out, IsEmpty());
+    EXPECT_THAT(result.err, StartsWith("tessavoctl: "));
+    EXPECT_THAT(result.err, HasSubstr("--help"));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Files, CommandWrongUsage,
+    testing::Values(WrongUsage{}, WrongUsage{"paint"}, WrongUsage{"--loud"}, WrongUsage{""},
+                    WrongUsage{"new"}, WrongUsage{"new", "a", "b"}, WrongUsage{"show"},
+                    WrongUsage{"show", "a", "--set", "0"}, WrongUsage{"show", "a", "--set", "6"},
+                    WrongUsage{"show", "a", "--set", "one"}, WrongUsage{"show", "a", "--set"},
+                    WrongUsage{"show", "a", "--xml"}, WrongUsage{"diff", "a"},
+                    WrongUsage{"diff", "a", "b", "c"}, WrongUsage{"edit", "a"},
+                    WrongUsage{"edit", "--script", "s"},
+                    WrongUsage{"edit", "a", "--script", "s", "--filter-mode", "FIR"},
+                    WrongUsage{"edit", "a", "--script", "s", "--filter-mode", "0"},
+                    WrongUsage{"export", "a", "--output", "b"}, WrongUsage{"export", "a", "--set", "1"},
+                    WrongUsage{"import", "a", "--set", "1", "--output", "b"},
+                    WrongUsage{"import", "--into", "a", "--set", "1", "--output", "b"},
+                    WrongUsage{"curve", "a", "--set", "1"}, WrongUsage{"curve", "a", "--channel", "1"},
+                    WrongUsage{"curve", "a", "--set", "1", "--channel", "0"},
+                    WrongUsage{"curve", "a", "--set", "1", "--channel", "9"},
+                    WrongUsage{"curve", "a", "--set", "1", "--channel", "1", "--input"}));
+
+}  // namespace
+}  // namespace tessavo::cli
