@@ -200,7 +200,7 @@ TEST_F(FileCommands, EditWritesStoreAndImage) {
     EXPECT_EQ(storeOf(read(path("out.eqs"))).sets[0].channels[7].volumeDb, 6.0F);
     const ParameterImage image = imageOf(read(path("out.bin")));
     EXPECT_EQ(image.imageSize, parameterImageSize);
-    EXPECT_EQ(image.channels[7].gainWord, 33474899U);  // 10^(6 / 20) * 2^24
+    EXPECT_EQ(image.channels[7].gainWord, 33474947U);  // 10^(6 / 20) * 2^24
     EXPECT_EQ(read(in), before);
 }
 
