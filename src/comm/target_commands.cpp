@@ -1,7 +1,6 @@
 #include "comm/target_commands.h"
 
 #include <algorithm>
-#include <clocale>
 #include <cstring>
 #include <utility>
 #include <vector>
@@ -108,8 +107,7 @@ std::optional<ClipState> TargetCommands::ReadClipState() {
 
 std::optional<std::filesystem::path> TargetCommands::SelectImageFile(IFileDialogs& dialogs) {
     auto path = dialogs.askOpenPath(softwareImageFilter);
-    // File dialogs may have changed the locale; where "English" is unknown the call leaves it as it is.
-    std::setlocale(LC_ALL, "English");
+    resetLocaleAfterDialog();
     return path;
 }
 

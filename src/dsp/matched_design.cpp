@@ -63,7 +63,7 @@ std::optional<Section> matchedBand(const BandRequest& request) {
 
 Section matchedCrossover(const CrossoverRequest& request) {
     const double w = angularFrequency(request.frequencyHz);
-    const double singleRoot2 = static_cast<double>(std::numbers::sqrt2_v<float>);
+    const auto singleRoot2 = static_cast<double>(std::numbers::sqrt2_v<float>);
     const double sigma = -w / singleRoot2;
     const MappedQuadratic denominator = mapRoots(sigma, sigma * sigma - w * w);
     if (request.lowPass) {

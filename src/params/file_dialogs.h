@@ -22,4 +22,8 @@ class IFileDialogs {
     virtual std::optional<std::filesystem::path> askSavePath(const FileFilter& filter) = 0;
 };
 
+/// Sets the C library's locale back to "English", which file dialogs may have changed; where no locale has
+/// that name, it stays. Called after each dialog, on the user-interface thread.
+void resetLocaleAfterDialog();
+
 }  // namespace tessavo

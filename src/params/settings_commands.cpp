@@ -1,17 +1,6 @@
 #include "params/settings_commands.h"
 
-#include <clocale>
-
 namespace tessavo {
-
-namespace {
-
-// File dialogs may have changed the locale; where "English" is unknown the call leaves it as it is.
-void resetLocale() {
-    std::setlocale(LC_ALL, "English");
-}
-
-}  // namespace
 
 SettingsCommands::SettingsCommands(TuningState& tuning, IFileDialogs& dialogs, IMessageBox& boxes,
                                    ISettingsView& view)
@@ -24,7 +13,7 @@ void SettingsCommands::loadSettings() {
             loadSettingsFrom(*path);
         }
     }
-    resetLocale();
+    resetLocaleAfterDialog();
 }
 
 bool SettingsCommands::loadSettingsFrom(const std::filesystem::path& path) {
@@ -55,7 +44,7 @@ void SettingsCommands::saveSettings() {
             save(*path);
         }
     }
-    resetLocale();
+    resetLocaleAfterDialog();
 }
 
 void SettingsCommands::saveSettingsAtExit() {
@@ -73,7 +62,7 @@ void SettingsCommands::exportImage() {
             report(writeImage(*path, tuning_.image()), errorOpeningBinaryText);
         }
     }
-    resetLocale();
+    resetLocaleAfterDialog();
 }
 
 void SettingsCommands::save(const std::filesystem::path& path) {

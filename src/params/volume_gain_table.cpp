@@ -39,7 +39,7 @@ std::uint32_t gainWordOf(float volumeDb, float groupGainDb) {
         sum = lowestChannelGainDb;
     }
     sum = std::min(sum, highestChannelGainDb);
-    const double level = static_cast<double>(sum);
+    const auto level = static_cast<double>(sum);
     const auto& table = volumeGainTable();
     const auto entry =
         std::find_if(table.begin(), table.end() - 1, [&](const auto& e) { return e.levelDb <= level; });
