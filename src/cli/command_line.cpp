@@ -11,6 +11,7 @@
 #include "cli/arguments.h"
 #include "cli/edit_script.h"
 #include "cli/file_commands.h"
+#include "cli/port_commands.h"
 #include "params/channels.h"
 
 namespace tessavo::cli {
@@ -35,10 +36,13 @@ class Parser {
     CLI::App* add(const std::string& name, Command command, const std::string& what,
                   const std::string& example);
     void addFileCommands();
+    void addPortCommands();
     CLI::Option* addFile(CLI::App* command, const std::string& what);
     void addSet(CLI::App* command, bool required);
     void addFilterMode(CLI::App* command);
     void addOutput(CLI::App* command, const std::string& what);
+    void addPort(CLI::App* command);
+    void addTargetSet(CLI::App* command);
 
     CLI::App app_{"Edits, shows and exchanges the settings of the signal processor.", "tessavoctl"};
     Arguments arguments_;
@@ -59,6 +63,7 @@ Parser::Parser() {
         "Example:\n  tessavoctl new fresh.eqs\n\n'tessavoctl COMMAND --help' tells more. Exit codes: 0 done, "
         "1 refused or failed, 2 wrong usage.");
     addFileCommands();
+    addPortCommands();
 }
 
 CLI::App* Parser::add(const std::string& name, Command command, const std::string& what,
@@ -89,6 +94,19 @@ void Parser::addFilterMode(CLI::App* command) {
 
 void Parser::addOutput(CLI::App* command, const std::string& what) {
     command->add_option("-o,--output", arguments_.output, what)->type_name("FILE")->required();
+}
+
+void Parser::addPort(CLI::App* command) {
+    command->add_option("--port", arguments_.port, "Serial port, as 'tessavoctl ports' names it")
+        ->type_name("PORT")
+        ->required();
+}
+
+void Parser::addTargetSet(CLI::App* command) {
+    command->add_option("TARGET", targetSet_, "Set of the target: 1 to 5 or default")
+        ->check(CLI::IsMember({"1", "2", "3", "4", "5", "default"}))
+        ->type_name("N|default")
+        ->required();
 }
 
 void Parser::addFileCommands() {
@@ -143,6 +161,46 @@ void Parser::addFileCommands() {
         ->type_name("C");
     which->add_flag("--input", inputCurve_, "Input equalizer");
     which->require_option(1);
+}
+
+void Parser::addPortCommands() {
+    add("ports", runPorts, "List the serial ports", "ports");
+
+    CLI::App* command = add("versions", runVersions, "Read the target's versions", "versions --port ttyUSB0");
+    addPort(command);
+
+    command = add("clip", runClip, "Read which stages of the target clip now", "clip --port ttyUSB0");
+    addPort(command);
+
+    command =
+        add("live", runLive, "Send a set to the target's live memory", "live car.eqs --set 1 --port ttyUSB0");
+    addFile(command, "Settings file");
+    addSet(command, true);
+    addFilterMode(command);
+    addPort(command);
+
+    command = add("write-set", runWriteSet, "Send a set and save it as one of the target's sets",
+                  "write-set 3 car.eqs --set 1 --port ttyUSB0");
+    addTargetSet(command);
+    addFile(command, "Settings file");
+    addSet(command, true);
+    addFilterMode(command);
+    addPort(command);
+
+    command = add("read-set", runReadSet, "Read one of the target's sets into a settings file",
+                  "read-set 3 --into car.eqs --set 2 --output read.eqs --port ttyUSB0");
+    addTargetSet(command);
+    command->add_option("--into", arguments_.file, "Settings file that the set is put into")
+        ->type_name("FILE")
+        ->required();
+    addSet(command, true);
+    addOutput(command, "Settings file to write");
+    addPort(command);
+
+    command =
+        add("flash", runFlash, "Send a software image to the target", "flash software.bin --port ttyUSB0");
+    command->add_option("IMAGE", arguments_.image, "Software image, at most 524288 bytes")->required();
+    addPort(command);
 }
 
 void Parser::parse(std::vector<std::string> arguments) {

@@ -1,6 +1,7 @@
 #include "cli/reporter.h"
 
 #include <ostream>
+#include <utility>
 
 namespace tessavo::cli {
 
@@ -38,7 +39,14 @@ void Reporter::note(std::string_view text) {
 }
 
 BoxAnswer Reporter::show(std::string_view text, BoxIcon /*icon*/, BoxButtons buttons) {
-    error(text);
+    bool repeated = false;
+    {
+        const std::lock_guard guard(mutex_);
+        repeated = std::exchange(lastMessage_, std::string(text)) == text;
+    }
+    if (!repeated) {
+        error(text);
+    }
     return buttons == BoxButtons::ok ? BoxAnswer::ok : BoxAnswer::cancel;
 }
 

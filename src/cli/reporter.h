@@ -25,7 +25,8 @@ class Reporter final : public IMessageBox, public ICommLog {
     void error(std::string_view text);
     /// The same, for what is no error.
     void note(std::string_view text);
-    /// Prints the text as error(). Questions are answered with "cancel".
+    /// Prints the text as error(), unless the message before was the same. Questions are answered with
+    /// "cancel".
     BoxAnswer show(std::string_view text, BoxIcon icon, BoxButtons buttons) override;
     /// One line in the log's own format.
     void log(LogKind kind, std::string_view text) override;
@@ -44,6 +45,7 @@ class Reporter final : public IMessageBox, public ICommLog {
     bool quiet_ = false;
     std::mutex mutex_;
     std::string bar_;
+    std::string lastMessage_;
 };
 
 }  // namespace tessavo::cli

@@ -10,7 +10,8 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::StartsWith;
 
-constexpr std::array commands{"new", "show", "diff", "edit", "export", "import", "curve"};
+constexpr std::array commands{"new",   "show",     "diff", "edit", "export",    "import",   "curve",
+                              "ports", "versions", "clip", "live", "write-set", "read-set", "flash"};
 
 TEST(CommandUsage, VersionNamesTheProgram) {
     const CommandResult result = run({"--version"});
@@ -67,6 +68,22 @@ INSTANTIATE_TEST_SUITE_P(
                     WrongUsage{"curve", "a", "--set", "1", "--channel", "0"},
                     WrongUsage{"curve", "a", "--set", "1", "--channel", "9"},
                     WrongUsage{"curve", "a", "--set", "1", "--channel", "1", "--input"}));
+
+INSTANTIATE_TEST_SUITE_P(
+    Ports, CommandWrongUsage,
+    testing::Values(WrongUsage{"ports", "x"}, WrongUsage{"versions"}, WrongUsage{"versions", "--port"},
+                    WrongUsage{"clip", "x", "--port", "p"}, WrongUsage{"live", "a", "--set", "1"},
+                    WrongUsage{"live", "a", "--port", "p"}, WrongUsage{"live", "--set", "1", "--port", "p"},
+                    WrongUsage{"write-set", "0", "a", "--set", "1", "--port", "p"},
+                    WrongUsage{"write-set", "6", "a", "--set", "1", "--port", "p"},
+                    WrongUsage{"write-set", "Default", "a", "--set", "1", "--port", "p"},
+                    WrongUsage{"write-set", "a", "--set", "1", "--port", "p"},
+                    WrongUsage{"write-set", "1", "a", "--port", "p"},
+                    WrongUsage{"read-set", "1", "--set", "1", "--output", "o", "--port", "p"},
+                    WrongUsage{"read-set", "1", "--into", "a", "--output", "o", "--port", "p"},
+                    WrongUsage{"read-set", "1", "--into", "a", "--set", "1", "--port", "p"},
+                    WrongUsage{"read-set", "7", "--into", "a", "--set", "1", "--output", "o", "--port", "p"},
+                    WrongUsage{"flash", "--port", "p"}, WrongUsage{"flash", "a"}));
 
 }  // namespace
 }  // namespace tessavo::cli
