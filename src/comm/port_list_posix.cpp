@@ -10,6 +10,7 @@
 #include <system_error>
 #include <unistd.h>
 
+#include "comm/device_name_posix.h"
 #include "comm/port_list.h"
 #include "comm/port_names.h"
 #include "comm/tty_device_posix.h"
@@ -136,13 +137,7 @@ constexpr std::string_view devicePrefix = "/dev/";
 }  // namespace
 
 std::wstring devicePath(std::string_view portName) {
-    const std::string_view name = withoutPrefix(portName, devicePrefix);
-    try {
-        return fs::path(std::string(devicePrefix) + std::string(name)).wstring();
-    } catch (const std::exception&) {
-        // No device's name is broken text: the empty path names none either.
-        return {};
-    }
+    return wideDeviceName(std::string(devicePrefix).append(withoutPrefix(portName, devicePrefix)));
 }
 
 std::vector<std::string> listPorts() {

@@ -1,12 +1,12 @@
 #include <array>
 #include <cerrno>
-#include <filesystem>
 #include <poll.h>
 #include <sys/eventfd.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
 #include <utility>
 
+#include "comm/device_name_posix.h"
 #include "comm/serial.h"
 #include "comm/serial_overlapped.h"
 #include "comm/tty_device_posix.h"
@@ -237,16 +237,11 @@ std::uint32_t CSerial::Open(const std::wstring& deviceName, std::uint32_t /*inQu
     if (!native_->cancel.valid()) {
         return lastError_ = serial_result::tooManyOpenFiles;
     }
-    std::string path;
-    try {
-        path = std::filesystem::path(deviceName).string();
-    } catch (const std::exception&) {
+    const auto path = narrowDeviceName(deviceName);
+    if (!path || path->find('\0') != std::string::npos) {
         return lastError_ = serial_result::fileNotFound;
     }
-    if (path.find('\0') != std::string::npos) {
-        return lastError_ = serial_result::fileNotFound;
-    }
-    lastError_ = tty::openDevice(path, native_->device);
+    lastError_ = tty::openDevice(*path, native_->device);
     if (lastError_ == serial_result::success) {
         ++native_->opening;
         native_->overlapped = overlapped;

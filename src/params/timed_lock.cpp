@@ -1,10 +1,19 @@
 #include "params/timed_lock.h"
 
+#include <algorithm>
+
 namespace tessavo {
+
+namespace {
+
+// Added to the clock's reading, the longest duration of all would overflow.
+constexpr std::chrono::milliseconds longestWait = std::chrono::hours(24 * 365);
+
+}  // namespace
 
 bool TimedLock::take(std::chrono::milliseconds limit) {
     std::unique_lock guard(mutex_);
-    if (!freed_.wait_for(guard, limit, [this] { return !taken_; })) {
+    if (!freed_.wait_for(guard, std::min(limit, longestWait), [this] { return !taken_; })) {
         return false;
     }
     taken_ = true;
