@@ -1,6 +1,7 @@
+#include <windows.h>
+
 #include <algorithm>
 #include <string>
-#include <windows.h>
 
 #include "params/raw_file.h"
 
