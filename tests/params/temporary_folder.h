@@ -1,0 +1,53 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <random>
+#include <string>
+#include <system_error>
+#include <vector>
+
+namespace tessavo::testing {
+
+/// A folder of its own that goes with the test.
+class TemporaryFolder {
+ public:
+    TemporaryFolder() {
+        std::random_device seed;
+        do {
+            path_ = std::filesystem::temp_directory_path() / ("tessavo-test-" + std::to_string(seed()));
+        } while (!std::filesystem::create_directory(path_));
+    }
+    ~TemporaryFolder() {
+        std::error_code ignored;
+        std::filesystem::remove_all(path_, ignored);
+    }
+    TemporaryFolder(const TemporaryFolder&) = delete;
+    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+    [[nodiscard]] std::filesystem::path operator/(const std::string& name) const { return path_ / name; }
+    [[nodiscard]] const std::filesystem::path& path() const { return path_; }
+
+ private:
+    std::filesystem::path path_;
+};
+
+inline void writeFile(const std::filesystem::path& path, const std::vector<std::uint8_t>& bytes) {
+    std::ofstream file(path, std::ios::binary | std::ios::trunc);
+    for (const std::uint8_t byte : bytes) {
+        file.put(static_cast<char>(byte));
+    }
+}
+
+inline std::vector<std::uint8_t> readFile(const std::filesystem::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    std::vector<std::uint8_t> bytes;
+    for (std::istreambuf_iterator<char> at(file), end; at != end; ++at) {
+        bytes.push_back(static_cast<std::uint8_t>(*at));
+    }
+    return bytes;
+}
+
+}  // namespace tessavo::testing
