@@ -48,6 +48,7 @@ class SignalProcessor {
 
     [[nodiscard]] const TargetMemory& memory() const { return memory_; }
     [[nodiscard]] ClipSource& clip() { return clip_; }
+    [[nodiscard]] const ClipSource& clip() const { return clip_; }
 
  private:
     bool saveLiveImage(std::size_t set, std::span<const std::uint8_t> digest);

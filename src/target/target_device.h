@@ -51,6 +51,7 @@ class TargetDevice {
     [[nodiscard]] bool cablePulled() const { return cablePulled_; }
     [[nodiscard]] const TargetMemory& memory() const { return processor_.memory(); }
     [[nodiscard]] ClipSource& clip() { return processor_.clip(); }
+    [[nodiscard]] const ClipSource& clip() const { return processor_.clip(); }
 
  private:
     void startMessage();
