@@ -65,6 +65,8 @@ class PtyTarget {
 
     void run();
     void handleVisits();
+    void handleOpening();
+    void endConnection();
     void takeBytes();
     void sendBytes();
     void passOnLines();
@@ -77,6 +79,7 @@ class PtyTarget {
     PacedQueue arriving_;
     std::vector<std::uint8_t> leaving_;  ///< due, but the port had no room
     std::size_t hosts_ = 0;              ///< programs that have the port open, as far as can be told
+    TargetTime lastByte_{0};             ///< when the last byte passed, in either direction
     std::atomic<bool> running_ = false;
     std::atomic<bool> failed_ = false;
     std::unique_ptr<Native> native_;

@@ -18,6 +18,8 @@ namespace {
 constexpr std::string_view devicePrefix = "/dev/";
 /// A paced line takes no more than this off the host ahead of time, so that the host feels the pace.
 constexpr std::size_t readAhead = 64;
+/// No exchange is silent for longer while the host still waits.
+constexpr TargetTime longestSilence = std::chrono::seconds(3);
 constexpr std::size_t unpacedRead = 8192;
 
 TargetTime monotonicNow() {
@@ -135,28 +137,42 @@ void PtyTarget::run() {
     endLine();
 }
 
+void PtyTarget::endConnection() {
+    device_.closed();
+    arriving_.clear();
+    leaving_.clear();
+    native_->terminal.drain();
+}
+
+void PtyTarget::handleOpening() {
+    const TargetTime now = monotonicNow();
+    // Somebody who finds the port in use must not disturb the exchange. Closings at the same moment are told
+    // as one, though, so the count alone is no proof that the other host is still there.
+    const bool inUse = device_.isOpen() && hosts_ > 0 && now - lastByte_ < longestSilence;
+    if (inUse) {
+        ++hosts_;
+        device_.openedAgain(now);
+        return;
+    }
+    if (device_.isOpen()) {
+        endConnection();
+    }
+    hosts_ = 1;
+    lastByte_ = now;
+    device_.opened(now);
+}
+
 void PtyTarget::handleVisits() {
-    PseudoTerminal& terminal = native_->terminal;
-    const auto visits = terminal.visits();
+    const auto visits = native_->terminal.visits();
     for (const PseudoTerminal::Visit visit : visits) {
-        // A host that is still closing may be counted after the next one has opened; and two that open
-        // at the same moment may be told as one. Each opening therefore begins a connection whatever the
-        // count says, and a connection ends early only when the count says that nobody is left.
-        hosts_ =
-            visit == PseudoTerminal::Visit::opened ? hosts_ + 1 : hosts_ - std::min<std::size_t>(hosts_, 1);
-        const bool ends = visit == PseudoTerminal::Visit::closed ? hosts_ == 0 : device_.isOpen();
-        if (ends) {
-            device_.closed();
-            arriving_.clear();
-            leaving_.clear();
-            terminal.drain();
-        }
         if (visit == PseudoTerminal::Visit::opened) {
-            device_.opened(monotonicNow());
+            handleOpening();
+        } else if (hosts_ > 0 && --hosts_ == 0) {
+            endConnection();
         }
     }
     if (!visits.empty() && hosts_ == 0) {
-        terminal.restore();
+        native_->terminal.restore();
     }
 }
 
@@ -166,7 +182,10 @@ void PtyTarget::takeBytes() {
     }
     if (arriving_.size() < native_->readLimit) {
         const auto bytes = native_->terminal.read(native_->readLimit - arriving_.size());
-        arriving_.push(bytes, monotonicNow());
+        if (!bytes.empty()) {
+            lastByte_ = monotonicNow();
+            arriving_.push(bytes, lastByte_);
+        }
     }
     const TargetTime now = monotonicNow();
     device_.receive(arriving_.take(now), now);
@@ -178,6 +197,9 @@ void PtyTarget::sendBytes() {
     }
     if (!leaving_.empty()) {
         const std::size_t sent = native_->terminal.write(leaving_);
+        if (sent > 0) {
+            lastByte_ = monotonicNow();
+        }
         leaving_.erase(leaving_.begin(), leaving_.begin() + static_cast<std::ptrdiff_t>(sent));
     }
 }

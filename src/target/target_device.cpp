@@ -43,15 +43,28 @@ void TargetDevice::opened(TargetTime now) {
     closed();
     open_ = true;
     now_ = now;
+    note(log_, "port opened");
+    sendRequestByte();
+}
+
+void TargetDevice::openedAgain(TargetTime now) {
+    if (open_) {
+        now_ = now;
+        note(log_, "port opened once more while in use");
+        sendRequestByte();
+    }
+}
+
+void TargetDevice::sendRequestByte() {
     if (faults_.noRequest) {
-        note(log_, "port opened; fault: no request byte");
+        note(log_, "fault: no request byte");
     } else if (faults_.wrongRequests > 0) {
         const std::vector<std::uint8_t> wrong(faults_.wrongRequests, wrongRequestByte);
         outgoing_.push(wrong, now_);
-        note(log_, "port opened; fault: " + countOf(wrong.size(), "wrong request byte"));
+        note(log_, "fault: sent " + countOf(wrong.size(), "wrong request byte"));
     } else {
         outgoing_.push(std::array{control_byte::request}, now_);
-        note(log_, "port opened, request byte sent");
+        note(log_, "sent the request byte");
     }
 }
 

@@ -36,6 +36,8 @@ class TargetDevice {
 
     /// A host has opened the port: a new connection begins, with the request byte.
     void opened(TargetTime now);
+    /// Another host has opened the port while one uses it: it gets its request byte, the connection goes on.
+    void openedAgain(TargetTime now);
     /// The host has closed the port: what was under way in either direction is lost.
     void closed();
     /// Takes bytes from the host. Bytes outside a connection are lost.
@@ -54,6 +56,7 @@ class TargetDevice {
     [[nodiscard]] const ClipSource& clip() const { return processor_.clip(); }
 
  private:
+    void sendRequestByte();
     void startMessage();
     void handleFrame(std::span<const std::uint8_t> frame);
     void handleDisconnect();

@@ -77,8 +77,7 @@ class DeviceHost {
     void close() { device.closed(); }
 
     /// Sends bytes and returns what the device sends within `wait`.
-    Bytes exchange(std::span<const std::uint8_t> bytes,
-                   TargetTime wait = std::chrono::seconds(1)) {
+    Bytes exchange(std::span<const std::uint8_t> bytes, TargetTime wait = std::chrono::seconds(1)) {
         device.receive(bytes, now);
         return hear(wait);
     }
