@@ -10,6 +10,7 @@
 
 #include "comm/port_list.h"
 #include "target/device_port.h"
+#include "target/run_folder.h"
 
 // The program as a person starts it.
 
@@ -131,6 +132,7 @@ struct Host {
 };
 
 TEST(TargetProgram, ItsFirstLineIsThePortAndSignalsEndIt) {
+    const OwnRunFolder folder;
     for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
         Program program({});
         const std::string path = program.line();
@@ -172,7 +174,8 @@ TEST(TargetProgram, WrongUsageEndsWithTwo) {
 }
 
 TEST(TargetProgram, StateSurvivesTheRun) {
-    const fs::path directory = fs::temp_directory_path() / "tessavo-program-state";
+    const fs::path directory =
+        fs::temp_directory_path() / ("tessavo-program-state-" + std::to_string(getpid()));
     fs::remove_all(directory);
     {
         Program program({"--state", directory.string()});
@@ -201,7 +204,7 @@ TEST(TargetProgram, StateSurvivesTheRun) {
 }
 
 TEST(TargetProgram, AnUnusableStateDirectoryFails) {
-    const fs::path file = fs::temp_directory_path() / "tessavo-program-file";
+    const fs::path file = fs::temp_directory_path() / ("tessavo-program-file-" + std::to_string(getpid()));
     std::ofstream(file) << "x";
     Program program({"--state", file.string()});
     EXPECT_EQ(program.wait(), 1);

@@ -13,6 +13,7 @@
 
 #include "comm/port_list.h"
 #include "target/device_port.h"
+#include "target/run_folder.h"
 #include "target/waiting.h"
 
 // The real thing: pseudo-terminal, serial port and transfer engine. Only the engine's pauses are left out.
@@ -112,6 +113,7 @@ FaultPlan faultsOf(const std::vector<std::string>& texts) {
 }
 
 TEST(PtyTarget, IsAnnouncedWhileItRuns) {
+    const OwnRunFolder folder;
     Target target;
     const std::string name = target.pty.portName();
     EXPECT_EQ("/dev/" + name, target.pty.path());
@@ -270,6 +272,7 @@ TEST(PtyTarget, LineEditingThatAHostLeftBehindIsUndone) {
 }
 
 TEST(PtyTarget, ThePulledCableIsAVanishedDevice) {
+    const OwnRunFolder folder;
     Target target({.faults = faultsOf({"cable=2000"})});
     Host host(target.pty);
     EXPECT_FALSE(host.sendLive(imageOf(1)));
