@@ -100,18 +100,27 @@ std::uint16_t bitwiseCrc(std::span<const std::uint8_t> bytes) {
 }
 
 Bytes frameOf(std::uint8_t type, std::uint8_t blockNumber, std::span<const std::uint8_t> payload) {
-    Bytes frame{type, blockNumber, static_cast<std::uint8_t>(0xFF - blockNumber)};
-    frame.insert(frame.end(), payload.begin(), payload.end());
+    Bytes frame(payload.size() + 5);
+    frame[0] = type;
+    frame[1] = blockNumber;
+    frame[2] = static_cast<std::uint8_t>(0xFF - blockNumber);
+    std::ranges::copy(payload, frame.begin() + 3);
     const std::uint16_t crc = bitwiseCrc(payload);
-    frame.push_back(static_cast<std::uint8_t>(crc / 256));
-    frame.push_back(static_cast<std::uint8_t>(crc % 256));
+    frame[frame.size() - 2] = static_cast<std::uint8_t>(crc / 256);
+    frame[frame.size() - 1] = static_cast<std::uint8_t>(crc % 256);
     return frame;
 }
 
 Bytes replyFrame(std::span<const std::uint8_t> start) {
-    Bytes payload(start.begin(), start.end());
-    payload.resize(4096);
+    Bytes payload(4096);
+    std::ranges::copy(start, payload.begin());
     return frameOf(5, 1, payload);
+}
+
+Bytes concatenated(std::span<const std::uint8_t> first, std::span<const std::uint8_t> second) {
+    Bytes all(first.size() + second.size());
+    std::ranges::copy(second, std::ranges::copy(first, all.begin()).out);
+    return all;
 }
 
 Bytes randomBytes(std::size_t size, std::uint32_t seed) {

@@ -91,6 +91,8 @@ Bytes frameOf(std::uint8_t type, std::uint8_t blockNumber, std::span<const std::
 /// A reply frame as the target sends it: type 5, padded with zeros to 4096 bytes.
 Bytes replyFrame(std::span<const std::uint8_t> start);
 
+Bytes concatenated(std::span<const std::uint8_t> first, std::span<const std::uint8_t> second);
+
 /// Bytes without a visible pattern, the same for the same seed.
 Bytes randomBytes(std::size_t size, std::uint32_t seed);
 

@@ -48,9 +48,7 @@ class TargetCommandsTest : public ExchangeTest {
     static Bytes setReply(const ParameterImage& image) {
         Bytes reply = bytesOf(image);
         reply.resize(3404, 0xA7);
-        const Md5Digest digest = md5Image(image);
-        reply.insert(reply.end(), digest.begin(), digest.end());
-        return reply;
+        return concatenated(reply, md5Image(image));
     }
     // The image of a set unlike the fresh one.
     ParameterImage otherImage() {
@@ -77,9 +75,7 @@ TEST_F(TargetCommandsTest, SavesTheLiveSetIntoEverySet) {
         port.written.clear();
         targetTakes(1);
         EXPECT_TRUE(commands.SaveSetToRam(set));
-        Bytes payload{1, set};
-        const Md5Digest digest = md5(bytesOf(tuning.image()));
-        payload.insert(payload.end(), digest.begin(), digest.end());
+        Bytes payload = concatenated(Bytes{1, set}, md5(bytesOf(tuning.image())));
         ASSERT_EQ(payload.size(), 18U);
         payload.resize(128, 0x1A);
         EXPECT_THAT(port.written, testing::ElementsAre(frameOf(1, 1, payload), Bytes{0x04}));
