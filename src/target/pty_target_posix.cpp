@@ -1,10 +1,10 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
+#include <ctime>
 #include <optional>
 #include <poll.h>
 #include <sys/eventfd.h>
-#include <time.h>
 #include <unistd.h>
 
 #include "comm/port_list.h"

@@ -1,8 +1,8 @@
 #include "target/target_console_posix.h"
 
 #include <array>
+#include <csignal>
 #include <poll.h>
-#include <signal.h>
 #include <sys/signalfd.h>
 #include <unistd.h>
 
@@ -16,7 +16,8 @@ constexpr int roomLookMs = 50;
 }  // namespace
 
 TargetConsole::TargetConsole() {
-    signal(SIGPIPE, SIG_IGN);
+    // A reader that is gone shows as a failed write.
+    static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
     sigset_t ending;
     sigemptyset(&ending);
     sigaddset(&ending, SIGINT);

@@ -1,7 +1,11 @@
-#include <cstdio>
+#include <algorithm>
+#include <chrono>
+#include <functional>
 #include <iostream>
 #include <optional>
 #include <random>
+#include <string>
+#include <string_view>
 #include <variant>
 
 #include "target/memory_files.h"
@@ -24,6 +28,17 @@ int fail(const std::string& problem) {
     return failed;
 }
 
+/// Seconds with three decimals, in a column of its own.
+std::string column(std::chrono::milliseconds elapsed) {
+    constexpr std::size_t width = 7;
+    constexpr std::size_t decimals = 3;
+    std::string digits = std::to_string(elapsed.count());
+    digits.insert(0, decimals + 1 - std::min(digits.size(), decimals + 1), '0');
+    const std::string seconds = digits.substr(0, digits.size() - decimals);
+    const std::string padding(width - std::min(seconds.size(), width), ' ');
+    return padding + seconds + "." + digits.substr(digits.size() - decimals) + "  ";
+}
+
 TargetLog makeLog(bool verbose) {
     const auto start = std::chrono::steady_clock::now();
     return [verbose, start](TargetLogKind kind, std::string_view text) {
@@ -31,11 +46,8 @@ TargetLog makeLog(bool verbose) {
             std::cerr << "tessavo-target: " + std::string(text) + '\n';
         } else if (verbose) {
             const auto elapsed = std::chrono::steady_clock::now() - start;
-            std::array<char, 32> time{};
-            const auto milliseconds = std::chrono::duration_cast<std::chrono::milliseconds>(elapsed).count();
-            std::snprintf(time.data(), time.size(), "%5lld.%03lld  ", milliseconds / 1000LL,
-                          milliseconds % 1000LL);
-            std::cerr << time.data() + std::string(text) + '\n';
+            std::cerr << column(std::chrono::duration_cast<std::chrono::milliseconds>(elapsed)) +
+                             std::string(text) + '\n';
         }
     };
 }

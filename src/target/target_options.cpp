@@ -93,7 +93,7 @@ std::variant<TargetOptions, TargetUsage> parseTargetOptions(int count, const cha
             "--clip",
             [&options](const std::string& text) {
                 if (text != "random" && text != "-") {
-                    throw CLI::ValidationError("--clip", "\"" + text + "\" is neither \"random\" nor \"-\"");
+                    throw CLI::ValidationError("--clip", "\"" + text + R"(" is neither "random" nor "-")");
                 }
                 options.clip = text == "-" ? ClipChoice::standardInput : ClipChoice::random;
             },
