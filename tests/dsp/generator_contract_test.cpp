@@ -170,6 +170,41 @@ TEST_P(GeneratorContract, HalfTheSamplingRateIsNoAccident) {
     }
 }
 
+TEST_P(GeneratorContract, ACrossoverAtHalfTheSamplingRateIsAtThePoleOfTheTangent) {
+    for (const std::uint8_t kind : Codes{0, 1}) {
+        const Computed result = computeCrossover(*generator_, kind, 22050);
+        const Words words = wordsOf(result.section);
+        if (GetParam() == Generator::bzt) {
+            // Everything passes the low-pass, nothing the high-pass; a1 / 2 is 1 but for rounding.
+            EXPECT_NEAR(words[0], kind == 1 ? 1 << 28 : 0, 1);
+            EXPECT_NEAR(words[1], kind == 1 ? 1 << 29 : 0, 1);
+            EXPECT_NEAR(words[2], kind == 1 ? 1 << 28 : 0, 1);
+            if (result.converted) {
+                EXPECT_NEAR(static_cast<double>(words[3]), 2147483647.0, 1);
+                EXPECT_NEAR(words[4], 1 << 30, 1);
+            } else {
+                EXPECT_EQ(words[3], 0);
+                EXPECT_EQ(words[4], kept);
+            }
+        } else {
+            EXPECT_TRUE(result.converted);
+        }
+    }
+}
+
+TEST_P(GeneratorContract, AQualityOfZeroConvertsToZeroWithoutAWarning) {
+    for (const std::uint8_t type : Codes{0, 1, 2}) {
+        for (const float gainDb : {6.0F, 0.0F, -6.0F}) {
+            const Computed result = computeBand(*generator_, type, 1000, gainDb, 0.0F);
+            EXPECT_TRUE(result.converted);
+            // The matched b0 is 1 whatever the roots are.
+            const std::int32_t b0 = GetParam() == Generator::mzt ? 1 << 28 : 0;
+            EXPECT_EQ(wordsOf(result.section), (Words{b0, 0, 0, 0, 0})) << int{type} << " " << gainDb;
+        }
+    }
+    EXPECT_TRUE(generator_->warnUnstable());
+}
+
 // K of the bilinear half decides the rate: with g = 0 and Q huge a2 is 1 and a1 = 2 (K^2 - 1) / (1 + K^2),
 // that is -2 cos(2 pi f / fs).
 TEST(SamplingRates, BztBandsAreWarpedFor49500AndCrossoversFor44100) {

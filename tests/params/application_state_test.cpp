@@ -1,4 +1,6 @@
+#include <atomic>
 #include <gtest/gtest.h>
+#include <thread>
 
 #include "params/harness.h"
 
@@ -202,6 +204,54 @@ TEST(ShowCurve, HandsOverTheCurveOfAChannelOrOfTheInputSide) {
     tuning.state.setCurveDisplay(nullptr);
     tuning.state.showInputCurve();
     EXPECT_EQ(tuning.display.curves.size(), 3U);
+}
+
+TEST(ImageCopy, NeverHoldsHalfOfWhatAnEditWritesForAChannelOrTheInputSide) {
+    Tuning tuning;
+    tuning.state.setCurveDisplay(nullptr);
+    tuning.state.setSelectionMask(0x20);  // record channel 0
+    std::array<BiquadWords, 12> wordsOfGain{};
+    for (std::size_t gain = 0; gain < wordsOfGain.size(); ++gain) {
+        tuning.state.setBandGainOrQ(3, BandValue::gain, static_cast<float>(gain), true);
+        wordsOfGain[gain] = tuning.state.bandWords({0}, 3);
+    }
+    std::atomic<bool> done = false;
+    int copies = 0;
+    int rowsApart = 0;
+    int wordsApart = 0;
+    int groupsApart = 0;
+    std::thread worker([&] {
+        while (!done || copies == 0) {
+            const Bytes image = bytesOf(tuning.state.imageCopy());
+            ++copies;
+            rowsApart += std::equal(image.begin() + 6, image.begin() + 20, image.begin() + 22) ? 0 : 1;
+            const auto gain = static_cast<std::size_t>(readAt<float>(image, 36 + 16 + 48 + 4));
+            wordsApart += readAt<BiquadWords>(image, 36 + 200 + 60) == wordsOfGain.at(gain) ? 0 : 1;
+            const auto groupGainDb = static_cast<float>(readAt<std::int32_t>(image, 3304)) / 10.0F;
+            groupsApart += readAt<std::uint32_t>(image, 40) == gainWordByFormula(0.0F, groupGainDb) ? 0 : 1;
+        }
+    });
+    for (int i = 0; i < 3000; ++i) {
+        tuning.state.setInputBandGain(static_cast<std::size_t>(i % 13), static_cast<float>(i % 20), true);
+        tuning.state.setInputEqOn(i % 2 == 0);
+        tuning.state.setGroupGain({0}, static_cast<float>(i % 18));
+        tuning.state.setBandGainOrQ(3, BandValue::gain, static_cast<float>(i % 12), true);
+    }
+    done = true;
+    worker.join();
+    EXPECT_GT(copies, 0);
+    EXPECT_EQ(rowsApart, 0);
+    EXPECT_EQ(wordsApart, 0);
+    EXPECT_EQ(groupsApart, 0);
+}
+
+TEST(TimedLockTest, IsReleasedByWhoeverIsDone) {
+    TimedLock lock;
+    ASSERT_TRUE(lock.take(milliseconds(0)));
+    std::thread other([&] { lock.release(); });
+    EXPECT_TRUE(lock.take(milliseconds(10000)));
+    other.join();
+    lock.release();
 }
 
 TEST(TimedLockTest, IsHeldByOneAtATimeAndTimesOut) {
