@@ -71,6 +71,32 @@ void appendPortNames(std::vector<std::string>& names, const std::vector<std::str
     }
 }
 
+std::vector<std::string> comPortNames(std::wstring_view deviceNames) {
+    constexpr std::string_view prefix = "COM";
+    std::vector<std::string> names;
+    while (!deviceNames.empty()) {
+        const std::size_t end = std::min(deviceNames.find(L'\0'), deviceNames.size());
+        const std::wstring_view device = deviceNames.substr(0, end);
+        deviceNames.remove_prefix(std::min(end + 1, deviceNames.size()));
+        std::string name;
+        for (const wchar_t character : device) {
+            const bool lowerCase = character >= L'a' && character <= L'z';
+            name.push_back(
+                character > L'~' ? '?' : static_cast<char>(lowerCase ? character - L'a' + L'A' : character));
+        }
+        if (!name.starts_with(prefix)) {
+            continue;
+        }
+        std::string_view rest = std::string_view(name).substr(prefix.size());
+        if (!rest.empty() && isDigit(rest.front())) {
+            const std::string_view number = takeNumber(rest);
+            appendPortNames(names, {std::string(prefix).append(number.empty() ? "0" : number)});
+        }
+    }
+    std::sort(names.begin(), names.end(), portNameLess);
+    return names;
+}
+
 std::string_view withoutPrefix(std::string_view name, std::string_view prefix) {
     return name.starts_with(prefix) ? name.substr(prefix.size()) : name;
 }

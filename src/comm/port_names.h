@@ -15,6 +15,10 @@ namespace tessavo {
 /// Appends the names that are not there yet.
 void appendPortNames(std::vector<std::string>& names, const std::vector<std::string>& more);
 
+/// Serial ports among a Windows system's device names: COM and the number behind it, each once, sorted.
+/// \param deviceNames zero-terminated names one after the other
+[[nodiscard]] std::vector<std::string> comPortNames(std::wstring_view deviceNames);
+
 /// A name without the prefix, when it carries it.
 [[nodiscard]] std::string_view withoutPrefix(std::string_view name, std::string_view prefix);
 

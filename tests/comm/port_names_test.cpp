@@ -56,6 +56,30 @@ TEST(PortNames, NoNameIsAppendedTwice) {
     EXPECT_THAT(names, ElementsAre("a", "b", "c"));
 }
 
+TEST(ComPortNames, TakesNamesOfPortsWhateverTheirCase) {
+    using namespace std::string_view_literals;
+    EXPECT_THAT(comPortNames(L"NUL\0COM3\0com12\0Com007\0LPT1\0\0"sv), ElementsAre("COM3", "COM7", "COM12"));
+}
+
+TEST(ComPortNames, TheNumberIsThatOfTheDigits) {
+    using namespace std::string_view_literals;
+    EXPECT_THAT(comPortNames(L"COM5x\0COM\0CompositeBattery\0COM-1\0COM256\0COM0\0"sv),
+                ElementsAre("COM0", "COM5", "COM256"));
+}
+
+TEST(ComPortNames, NoPortTwiceAndSortedByNumber) {
+    using namespace std::string_view_literals;
+    EXPECT_THAT(comPortNames(L"COM10\0COM9\0com10\0COM010\0"sv), ElementsAre("COM9", "COM10"));
+}
+
+TEST(ComPortNames, AnyTextIsAList) {
+    using namespace std::string_view_literals;
+    EXPECT_THAT(comPortNames(L""), IsEmpty());
+    EXPECT_THAT(comPortNames(L"\0\0\0"sv), IsEmpty());
+    EXPECT_THAT(comPortNames(L"COM4"), ElementsAre("COM4"));
+    EXPECT_THAT(comPortNames(L"\u0143OM4\0COM\u0664\0xCOM4\0"sv), IsEmpty());
+}
+
 TEST(PortNames, OnlyAWholePrefixIsCut) {
     EXPECT_EQ(withoutPrefix("/dev/pts/3", "/dev/"), "pts/3");
     EXPECT_EQ(withoutPrefix("/dev", "/dev/"), "/dev");

@@ -1,0 +1,80 @@
+#include <vector>
+#include <windows.h>
+
+#include "comm/port_list.h"
+#include "comm/port_names.h"
+
+namespace tessavo {
+
+namespace {
+
+constexpr std::string_view devicePrefix = "\\\\.\\";
+constexpr wchar_t listVariable[] = L"TESSAVO_PORTS";
+constexpr std::size_t firstGuess = 1U << 14U;
+constexpr std::size_t largestList = 1U << 24U;
+
+std::wstring deviceNames() {
+    std::wstring names(firstGuess, L'\0');
+    while (names.size() <= largestList) {
+        const DWORD length = QueryDosDeviceW(nullptr, names.data(), static_cast<DWORD>(names.size()));
+        if (length != 0) {
+            names.resize(length);
+            return names;
+        }
+        if (GetLastError() != ERROR_INSUFFICIENT_BUFFER) {
+            break;
+        }
+        names.resize(names.size() * 2);
+    }
+    return {};
+}
+
+std::wstring wide(std::string_view text) {
+    const auto size = static_cast<int>(text.size());
+    std::wstring result(text.size(), L'\0');
+    const int length =
+        size == 0 ? 0 : MultiByteToWideChar(CP_UTF8, 0, text.data(), size, result.data(), size);
+    result.resize(static_cast<std::size_t>(length));
+    return result;
+}
+
+std::string narrow(std::wstring_view text) {
+    const auto size = static_cast<int>(text.size());
+    if (size == 0) {
+        return {};
+    }
+    const int needed = WideCharToMultiByte(CP_UTF8, 0, text.data(), size, nullptr, 0, nullptr, nullptr);
+    std::string result(static_cast<std::size_t>(needed), '\0');
+    WideCharToMultiByte(CP_UTF8, 0, text.data(), size, result.data(), needed, nullptr, nullptr);
+    return result;
+}
+
+std::string listedNames() {
+    std::wstring value(firstGuess, L'\0');
+    DWORD length = GetEnvironmentVariableW(listVariable, value.data(), static_cast<DWORD>(value.size()));
+    if (length > value.size()) {
+        value.resize(length);
+        length = GetEnvironmentVariableW(listVariable, value.data(), length);
+    }
+    return narrow(std::wstring_view(value).substr(0, length));
+}
+
+}  // namespace
+
+std::wstring devicePath(std::string_view portName) {
+    return wide(devicePrefix) + wide(withoutPrefix(portName, devicePrefix));
+}
+
+std::vector<std::string> listPorts() {
+    std::vector<std::string> names = comPortNames(deviceNames());
+    for (const std::string& name : splitPortNames(listedNames())) {
+        appendPortNames(names, {std::string(withoutPrefix(name, devicePrefix))});
+    }
+    return names;
+}
+
+AnnouncedPort::AnnouncedPort(const std::string& /*portName*/) {}
+
+AnnouncedPort::~AnnouncedPort() = default;
+
+}  // namespace tessavo
