@@ -1,16 +1,10 @@
-#include <array>
 #include <cerrno>
 #include <poll.h>
-#include <sys/eventfd.h>
-#include <sys/ioctl.h>
 #include <unistd.h>
 #include <utility>
 
 #include "comm/device_name_posix.h"
-#include "comm/serial.h"
-#include "comm/serial_overlapped.h"
-#include "comm/tty_device_posix.h"
-#include "comm/tty_settings_posix.h"
+#include "comm/serial_native_posix.h"
 
 namespace tessavo {
 
@@ -19,74 +13,14 @@ namespace {
 // What a step answers when the line must be waited for; never leaves this file.
 constexpr std::uint32_t pending = 997;
 
-// A rate that the hardware can only come near to still works.
-constexpr std::uint32_t rateTolerancePercent = 5;
-
-bool near(std::uint32_t wanted, std::uint32_t got) {
-    const std::uint32_t difference = wanted > got ? wanted - got : got - wanted;
-    return difference <= wanted / 100 * rateTolerancePercent;
-}
-
-bool taken(tty::Framing wanted, const tty::Framing& got) {
-    if (!near(wanted.baudRate, got.baudRate)) {
-        return false;
-    }
-    wanted.baudRate = got.baudRate;
-    return wanted == got;
-}
-
 std::uint32_t moved(std::size_t count) {
     return static_cast<std::uint32_t>(count);
 }
 
 }  // namespace
 
-struct SerialOverlapped::Native {
-    enum class Kind : std::uint8_t { none, read, write, event };
-    Kind kind = Kind::none;
-    // The opening it belongs to.
-    const void* port = nullptr;
-    std::uint64_t opening = 0;
-    std::uint8_t* in = nullptr;
-    const std::uint8_t* out = nullptr;
-    std::size_t size = 0;
-    std::size_t done = 0;
-    bool finished = false;
-    std::uint32_t mask = 0;
-    std::uint32_t eventType = 0;
-};
-
 SerialOverlapped::SerialOverlapped() : native_(std::make_unique<Native>()) {}
 SerialOverlapped::~SerialOverlapped() = default;
-
-struct CSerial::Native {
-    using Operation = SerialOverlapped::Native;
-    using Kind = Operation::Kind;
-
-    tty::Descriptor device;
-    // Readable while cancelled: flag and wake-up in one.
-    tty::Descriptor cancel{::eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC)};
-    std::uint64_t opening = 0;
-    bool overlapped = false;
-    bool blockingReads = false;
-    bool outputStuck = false;
-    std::uint8_t eventChar = 0;
-
-    [[nodiscard]] bool cancelled() const {
-        pollfd watched{cancel.get(), POLLIN, 0};
-        return ::poll(&watched, 1, 0) > 0;
-    }
-
-    // Each moves what can be moved now: `success` when that was all of it.
-    std::uint32_t readStep(Operation& operation) const;
-    std::uint32_t writeStep(Operation& operation) const;
-    std::uint32_t eventStep(Operation& operation) const;
-    std::uint32_t step(Operation& operation) const;
-    std::uint32_t finish(Operation& operation, std::uint32_t timeoutMs);
-    // Starts an operation for its caller to complete.
-    std::uint32_t start(Operation& operation, Operation& kept) const;
-    std::uint32_t perform(Operation& operation, Operation* kept, std::uint32_t timeoutMs);
-};
 
 std::uint32_t CSerial::Native::readStep(Operation& operation) const {
     while (operation.done < operation.size) {
@@ -262,57 +196,6 @@ std::uint32_t CSerial::Close() {
     return lastError_ = serial_result::success;
 }
 
-std::uint32_t CSerial::Setup(std::uint32_t baudRate, std::uint8_t dataBits, int parity, std::uint8_t stopBits,
-                             int dtrMode) {
-    if (!isOpen()) {
-        return lastError_ = serial_result::invalidHandle;
-    }
-    const int device = native_->device.get();
-    termios former{};
-    if (lastError_ = tty::readSettings(device, former); lastError_ != serial_result::success) {
-        return lastError_;
-    }
-    termios wanted = former;
-    const tty::Framing framing{baudRate, dataBits, parity, stopBits};
-    if (!tty::setFraming(wanted, framing)) {
-        return lastError_ = serial_result::invalidParameter;
-    }
-    if (dtrMode == 1 && tty::handshakingOf(wanted) == handshakeHardware) {
-        tty::setHandshaking(wanted, handshakeNone);
-    }
-    termios got{};
-    lastError_ = tty::writeSettings(device, wanted);
-    if (lastError_ == serial_result::success) {
-        lastError_ = tty::readSettings(device, got);
-    }
-    // Drivers leave out silently what they cannot do.
-    if (lastError_ == serial_result::success && !taken(framing, tty::framingOf(got))) {
-        lastError_ = serial_result::invalidParameter;
-    }
-    if (lastError_ != serial_result::success) {
-        static_cast<void>(tty::writeSettings(device, former));
-    } else if (dtrMode == 1) {
-        tty::driveLines(device, TIOCM_DTR, TIOCM_RTS);
-    }
-    return lastError_;
-}
-
-std::uint32_t CSerial::storeEventChar(std::uint8_t character) {
-    if (!isOpen()) {
-        return serial_result::invalidHandle;
-    }
-    native_->eventChar = character;
-    return serial_result::success;
-}
-
-std::uint32_t CSerial::SetMask(std::uint32_t eventMask) {
-    if (!isOpen()) {
-        return lastError_ = serial_result::invalidHandle;
-    }
-    eventMask_ = eventMask;
-    return lastError_ = serial_result::success;
-}
-
 std::uint32_t CSerial::WaitEvent(SerialOverlapped* overlapped, std::uint32_t timeoutMs) {
     lastError_ = refusal(nullptr, 0, overlapped, timeoutMs);
     if (lastError_ == serial_result::success) {
@@ -324,82 +207,6 @@ std::uint32_t CSerial::WaitEvent(SerialOverlapped* overlapped, std::uint32_t tim
         eventType_ = operation.eventType;
     }
     return lastError_;
-}
-
-std::uint32_t CSerial::SetupHandshaking(int mode) {
-    if (!isOpen()) {
-        return lastError_ = serial_result::invalidHandle;
-    }
-    if (mode < handshakeNone || mode > handshakeSoftware) {
-        return lastError_ = serial_result::invalidArgument;
-    }
-    const int device = native_->device.get();
-    termios settings{};
-    lastError_ = tty::readSettings(device, settings);
-    if (lastError_ == serial_result::success) {
-        tty::setHandshaking(settings, mode);
-        lastError_ = tty::writeSettings(device, settings);
-    }
-    if (lastError_ == serial_result::success) {
-        constexpr int bothLines = TIOCM_DTR | TIOCM_RTS;
-        tty::driveLines(device, mode == handshakeHardware ? bothLines : 0,
-                        mode == handshakeHardware ? 0 : bothLines);
-    }
-    return lastError_;
-}
-
-std::uint32_t CSerial::SetupReadTimeouts(int mode) {
-    if (!isOpen()) {
-        return lastError_ = serial_result::invalidHandle;
-    }
-    if (mode != nonBlocking && mode != blocking) {
-        return lastError_ = serial_result::invalidArgument;
-    }
-    native_->blockingReads = mode == blocking;
-    return lastError_ = serial_result::success;
-}
-
-int CSerial::GetBaudrate() {
-    termios settings{};
-    lastError_ = tty::readSettings(native_->device.get(), settings);
-    if (lastError_ != serial_result::success) {
-        return -1;
-    }
-    const std::uint32_t baudRate = tty::framingOf(settings).baudRate;
-    if (baudRate == 0) {
-        lastError_ = serial_result::generalFailure;
-        return -1;
-    }
-    return static_cast<int>(baudRate);
-}
-
-int CSerial::GetDataBits() {
-    termios settings{};
-    lastError_ = tty::readSettings(native_->device.get(), settings);
-    return lastError_ == serial_result::success ? tty::framingOf(settings).dataBits : -1;
-}
-
-int CSerial::GetParity() {
-    termios settings{};
-    lastError_ = tty::readSettings(native_->device.get(), settings);
-    return lastError_ == serial_result::success ? tty::framingOf(settings).parity : -1;
-}
-
-int CSerial::GetStopBits() {
-    termios settings{};
-    lastError_ = tty::readSettings(native_->device.get(), settings);
-    return lastError_ == serial_result::success ? tty::framingOf(settings).stopBits : -1;
-}
-
-int CSerial::GetHandshaking() {
-    termios settings{};
-    lastError_ = tty::readSettings(native_->device.get(), settings);
-    return lastError_ == serial_result::success ? tty::handshakingOf(settings) : -1;
-}
-
-std::uint8_t CSerial::GetEventChar() {
-    lastError_ = isOpen() ? serial_result::success : serial_result::invalidHandle;
-    return isOpen() ? native_->eventChar : std::uint8_t{0};
 }
 
 std::uint32_t CSerial::Write(const void* data, std::size_t size, std::uint32_t* written,

@@ -1,12 +1,15 @@
-#include <array>
-#include <string_view>
-#include <utility>
 #include <windows.h>
 
-#include "comm/serial.h"
-#include "comm/serial_overlapped.h"
+#include <array>
+#include <string_view>
+
+#include "comm/serial_native_win32.h"
 
 namespace tessavo {
+
+using win32::Handle;
+using win32::newEvent;
+using win32::resultOf;
 
 namespace {
 
@@ -15,46 +18,6 @@ static_assert(serial_event::standard == (EV_BREAK | EV_ERR | EV_RXCHAR));
 static_assert(serial_event::eventCharacter == EV_RXFLAG);
 
 constexpr std::wstring_view devicePrefix = L"\\\\.\\";
-
-class Handle {
- public:
-    explicit Handle(HANDLE handle = nullptr) : handle_(handle) {}
-    ~Handle() { reset(); }
-    Handle(const Handle&) = delete;
-    Handle& operator=(const Handle&) = delete;
-    Handle(Handle&&) = delete;
-    Handle& operator=(Handle&& other) noexcept {
-        if (this != &other) {
-            reset();
-            handle_ = std::exchange(other.handle_, nullptr);
-        }
-        return *this;
-    }
-
-    [[nodiscard]] HANDLE get() const { return handle_; }
-    [[nodiscard]] bool valid() const { return handle_ != nullptr; }
-    void reset() {
-        if (valid()) {
-            CloseHandle(std::exchange(handle_, nullptr));
-        }
-    }
-
- private:
-    HANDLE handle_;
-};
-
-HANDLE newEvent() {
-    return CreateEventW(nullptr, TRUE, FALSE, nullptr);
-}
-
-std::uint32_t resultOf(BOOL done) {
-    return done != 0 ? serial_result::success : GetLastError();
-}
-
-std::uint32_t readControl(HANDLE file, DCB& control) {
-    control.DCBlength = sizeof control;
-    return file == nullptr ? serial_result::invalidHandle : resultOf(GetCommState(file, &control));
-}
 
 // What the user set up for the device in the system; none is no error.
 void applyDefaultConfiguration(HANDLE file, const std::wstring& deviceName) {
@@ -79,17 +42,6 @@ std::uint32_t maskResult(BOOL done) {
 
 }  // namespace
 
-struct SerialOverlapped::Native {
-    Handle event{newEvent()};
-    OVERLAPPED io{};
-    // The opening it belongs to; no file when it holds no operation.
-    HANDLE file = nullptr;
-    std::uint64_t opening = 0;
-    DWORD size = 0;
-    bool isEvent = false;
-    DWORD eventType = 0;
-};
-
 SerialOverlapped::SerialOverlapped() : native_(std::make_unique<Native>()) {}
 
 SerialOverlapped::~SerialOverlapped() {
@@ -100,27 +52,6 @@ SerialOverlapped::~SerialOverlapped() {
         GetOverlappedResult(native_->file, &native_->io, &count, TRUE);
     }
 }
-
-struct CSerial::Native {
-    using Operation = SerialOverlapped::Native;
-
-    Handle file;
-    Handle event;
-    Handle stop{newEvent()};
-    std::uint64_t opening = 0;
-
-    // Ends an operation that runs; bytes that it moved count.
-    bool abandon(OVERLAPPED& io, DWORD size, DWORD& count) const;
-    std::uint32_t await(OVERLAPPED& io, DWORD size, std::uint32_t timeoutMs, DWORD& count) const;
-    // \param start begins the operation, with a structure on ports for overlapped I/O
-    template <typename Start>
-    std::uint32_t perform(Start start, DWORD size, std::uint32_t timeoutMs, DWORD& count) const;
-    template <typename Start>
-    std::uint32_t hand(Start start, DWORD size, bool isEvent, Operation& kept, DWORD& count) const;
-    template <typename Start>
-    std::uint32_t transfer(Start start, std::size_t size, Operation* kept, std::uint32_t timeoutMs,
-                           std::uint32_t& moved) const;
-};
 
 bool CSerial::Native::abandon(OVERLAPPED& io, DWORD size, DWORD& count) const {
     CancelIoEx(file.get(), &io);
@@ -237,11 +168,11 @@ std::uint32_t CSerial::Open(const std::wstring& deviceName, std::uint32_t inQueu
         result = maskResult(SetCommMask(file, serial_event::standard));
     }
     if (result != serial_result::success) {
-        Close();
+        CSerial::Close();
         return lastError_ = result;
     }
     eventMask_ = serial_event::standard;
-    SetupReadTimeouts(nonBlocking);
+    CSerial::SetupReadTimeouts(nonBlocking);
     applyDefaultConfiguration(file, deviceName);
     return lastError_ = serial_result::success;
 }
@@ -258,52 +189,6 @@ std::uint32_t CSerial::Close() {
         eventMask_ = 0;
     }
     return lastError_ = serial_result::success;
-}
-
-std::uint32_t CSerial::Setup(std::uint32_t baudRate, std::uint8_t dataBits, int parity, std::uint8_t stopBits,
-                             int dtrMode) {
-    if (!isOpen()) {
-        return lastError_ = serial_result::invalidHandle;
-    }
-    if (parity < serial_frame::parityNone || parity > serial_frame::paritySpace) {
-        return lastError_ = serial_result::invalidParameter;
-    }
-    DCB control{};
-    lastError_ = readControl(native_->file.get(), control);
-    if (lastError_ == serial_result::success) {
-        control.BaudRate = baudRate;
-        control.ByteSize = dataBits;
-        control.Parity = static_cast<BYTE>(parity);
-        control.StopBits = stopBits;
-        control.fParity = parity != serial_frame::parityNone ? 1 : 0;
-        if (dtrMode == 1) {
-            control.fDtrControl = DTR_CONTROL_ENABLE;
-            control.fRtsControl = RTS_CONTROL_DISABLE;
-        }
-        lastError_ = resultOf(SetCommState(native_->file.get(), &control));
-    }
-    return lastError_;
-}
-
-std::uint32_t CSerial::storeEventChar(std::uint8_t character) {
-    DCB control{};
-    if (const std::uint32_t result = readControl(native_->file.get(), control);
-        result != serial_result::success) {
-        return result;
-    }
-    control.EvtChar = static_cast<char>(character);
-    return resultOf(SetCommState(native_->file.get(), &control));
-}
-
-std::uint32_t CSerial::SetMask(std::uint32_t eventMask) {
-    if (!isOpen()) {
-        return lastError_ = serial_result::invalidHandle;
-    }
-    lastError_ = resultOf(SetCommMask(native_->file.get(), eventMask));
-    if (lastError_ == serial_result::success) {
-        eventMask_ = eventMask;
-    }
-    return lastError_;
 }
 
 std::uint32_t CSerial::WaitEvent(SerialOverlapped* overlapped, std::uint32_t timeoutMs) {
@@ -324,93 +209,6 @@ std::uint32_t CSerial::WaitEvent(SerialOverlapped* overlapped, std::uint32_t tim
         eventType_ = lastError_ == serial_result::success ? local : 0;
     }
     return lastError_;
-}
-
-std::uint32_t CSerial::SetupHandshaking(int mode) {
-    if (!isOpen()) {
-        return lastError_ = serial_result::invalidHandle;
-    }
-    if (mode < handshakeNone || mode > handshakeSoftware) {
-        return lastError_ = serial_result::invalidArgument;
-    }
-    DCB control{};
-    lastError_ = readControl(native_->file.get(), control);
-    if (lastError_ == serial_result::success) {
-        const bool hardware = mode == handshakeHardware;
-        const bool software = mode == handshakeSoftware;
-        control.fOutxCtsFlow = hardware ? 1 : 0;
-        control.fOutxDsrFlow = hardware ? 1 : 0;
-        control.fDtrControl = hardware ? DTR_CONTROL_HANDSHAKE : DTR_CONTROL_DISABLE;
-        control.fRtsControl = hardware ? RTS_CONTROL_HANDSHAKE : RTS_CONTROL_DISABLE;
-        control.fOutX = software ? 1 : 0;
-        control.fInX = software ? 1 : 0;
-        lastError_ = resultOf(SetCommState(native_->file.get(), &control));
-    }
-    return lastError_;
-}
-
-std::uint32_t CSerial::SetupReadTimeouts(int mode) {
-    if (!isOpen()) {
-        return lastError_ = serial_result::invalidHandle;
-    }
-    if (mode != nonBlocking && mode != blocking) {
-        return lastError_ = serial_result::invalidArgument;
-    }
-    COMMTIMEOUTS timeouts{};
-    lastError_ = resultOf(GetCommTimeouts(native_->file.get(), &timeouts));
-    if (lastError_ == serial_result::success) {
-        timeouts.ReadIntervalTimeout = mode == nonBlocking ? MAXDWORD : 0;
-        timeouts.ReadTotalTimeoutMultiplier = 0;
-        timeouts.ReadTotalTimeoutConstant = 0;
-        lastError_ = resultOf(SetCommTimeouts(native_->file.get(), &timeouts));
-    }
-    return lastError_;
-}
-
-int CSerial::GetBaudrate() {
-    DCB control{};
-    lastError_ = readControl(native_->file.get(), control);
-    return lastError_ == serial_result::success ? static_cast<int>(control.BaudRate) : -1;
-}
-
-int CSerial::GetDataBits() {
-    DCB control{};
-    lastError_ = readControl(native_->file.get(), control);
-    return lastError_ == serial_result::success ? control.ByteSize : -1;
-}
-
-int CSerial::GetParity() {
-    DCB control{};
-    lastError_ = readControl(native_->file.get(), control);
-    if (lastError_ != serial_result::success) {
-        return -1;
-    }
-    return control.fParity != 0 ? control.Parity : serial_frame::parityNone;
-}
-
-int CSerial::GetStopBits() {
-    DCB control{};
-    lastError_ = readControl(native_->file.get(), control);
-    return lastError_ == serial_result::success ? control.StopBits : -1;
-}
-
-int CSerial::GetHandshaking() {
-    DCB control{};
-    lastError_ = readControl(native_->file.get(), control);
-    if (lastError_ != serial_result::success) {
-        return -1;
-    }
-    if (control.fDtrControl == DTR_CONTROL_HANDSHAKE && control.fRtsControl == RTS_CONTROL_HANDSHAKE) {
-        return handshakeHardware;
-    }
-    return control.fOutX != 0 && control.fInX != 0 ? handshakeSoftware : handshakeNone;
-}
-
-std::uint8_t CSerial::GetEventChar() {
-    DCB control{};
-    lastError_ = readControl(native_->file.get(), control);
-    return lastError_ == serial_result::success ? static_cast<std::uint8_t>(control.EvtChar)
-                                                : std::uint8_t{0};
 }
 
 std::uint32_t CSerial::Write(const void* data, std::size_t size, std::uint32_t* written,
