@@ -85,7 +85,7 @@ std::wstring wideDeviceName(std::string_view name) {
 std::optional<std::string> narrowDeviceName(std::wstring_view name) {
     std::string narrow;
     for (const wchar_t character : name) {
-        const auto value = static_cast<std::uint32_t>(character);
+        const auto value = std::uint32_t{static_cast<char32_t>(character)};
         if (value >= byteEscape + 0x80 && value <= byteEscape + 0xFF) {
             narrow.push_back(static_cast<char>(value - byteEscape));
         } else if (isCharacter(value)) {

@@ -27,6 +27,10 @@ constexpr std::string_view uartPrefix = "ttyS";
 constexpr std::string_view entryPrefix = "port-";
 constexpr std::size_t longestName = 255;
 
+const char* variable(const char* name) {
+    return std::getenv(name);  // NOLINT(concurrency-mt-unsafe): nothing here changes the environment
+}
+
 // A kernel has names for UARTs that a machine may have; type 0 says that it has not.
 bool isUartName(std::string_view name) {
     const std::string_view number = withoutPrefix(name, uartPrefix);
@@ -115,7 +119,7 @@ std::vector<std::string> announcedPorts(const fs::path& runFolder, const fs::pat
 std::optional<fs::path> runFolder() {
     std::error_code error;
     fs::path folder;
-    const char* const runtime = std::getenv("XDG_RUNTIME_DIR");
+    const char* const runtime = variable("XDG_RUNTIME_DIR");
     if (runtime != nullptr && fs::path(runtime).is_absolute() && fs::is_directory(runtime, error)) {
         folder = fs::path(runtime) / "tessavo";
     } else {
@@ -145,7 +149,7 @@ std::vector<std::string> listPorts() {
     if (const auto folder = ports::runFolder()) {
         appendPortNames(names, ports::announcedPorts(*folder, devicePrefix));
     }
-    if (const char* const listed = std::getenv("TESSAVO_PORTS")) {
+    if (const char* const listed = ports::variable("TESSAVO_PORTS")) {
         for (const std::string& name : splitPortNames(listed)) {
             appendPortNames(names, {std::string(withoutPrefix(name, devicePrefix))});
         }

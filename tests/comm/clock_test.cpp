@@ -44,6 +44,7 @@ TEST(SystemClock, InterruptEndsEveryRunningAndLaterPause) {
     std::vector<int> completed(3, 1);
     {
         std::vector<std::jthread> sleepers;
+        sleepers.reserve(completed.size());
         for (int& one : completed) {
             sleepers.emplace_back([&clock, &one] { one = clock.sleep(Milliseconds::max()) ? 1 : 0; });
         }

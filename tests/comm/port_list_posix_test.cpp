@@ -24,6 +24,7 @@ using testing::IsEmpty;
 using testing::Not;
 
 // A variable of the environment that gets its former value back.
+// NOLINTBEGIN(concurrency-mt-unsafe): no other thread runs meanwhile
 class Variable {
  public:
     Variable(const char* name, const char* value) : name_(name) {
@@ -48,6 +49,7 @@ class Variable {
     const char* name_;
     std::optional<std::string> former_;
 };
+// NOLINTEND(concurrency-mt-unsafe)
 
 class PortList : public testing::Test {
  protected:

@@ -1,6 +1,7 @@
+#include <windows.h>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <windows.h>
 
 #include "comm/port_list.h"
 

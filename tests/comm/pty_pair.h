@@ -59,7 +59,7 @@ class PtyPair {
 
     /// Sends to the device.
     /// \return false when it did not take everything in time
-    bool send(std::string_view bytes) const {
+    [[nodiscard]] bool send(std::string_view bytes) const {
         const auto end = std::chrono::steady_clock::now() + patience;
         while (!bytes.empty()) {
             const ssize_t count = ::write(master_, bytes.data(), bytes.size());

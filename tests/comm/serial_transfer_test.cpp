@@ -76,7 +76,7 @@ TEST_F(SerialTransfer, BlockingReadWaitsForTheFullCount) {
     ASSERT_TRUE(line_.send("abc"));
     std::jthread sender([this] {
         EXPECT_TRUE(untilAsleep(thread_));
-        line_.send("def");
+        EXPECT_TRUE(line_.send("def"));
     });
     EXPECT_EQ(read(6, longWait), serial_result::success);
     EXPECT_EQ(text_, "abcdef");
@@ -85,7 +85,7 @@ TEST_F(SerialTransfer, BlockingReadWaitsForTheFullCount) {
 TEST_F(SerialTransfer, BlockingReadWithoutTimeLimitWaitsForTheFullCount) {
     std::jthread sender([this] {
         EXPECT_TRUE(untilAsleep(thread_));
-        line_.send("xyz");
+        EXPECT_TRUE(line_.send("xyz"));
     });
     EXPECT_EQ(read(3, CSerial::infinite), serial_result::success);
     EXPECT_EQ(text_, "xyz");

@@ -57,6 +57,7 @@ TEST(TimedLock, GuardsPlainDataAgainstManyThreads) {
     std::atomic<int> taken = 0;
     {
         std::vector<std::jthread> threads;
+        threads.reserve(4);
         for (int thread = 0; thread < 4; ++thread) {
             threads.emplace_back([&] {
                 for (int round = 0; round < 500; ++round) {

@@ -1,6 +1,7 @@
+#include <algorithm>
 #include <cerrno>
-#include <cstring>
 #include <gtest/gtest.h>
+#include <iterator>
 
 #include "comm/serial.h"
 #include "comm/tty_device_posix.h"
@@ -10,7 +11,10 @@ namespace tessavo::tty {
 namespace {
 
 bool same(const termios& left, const termios& right) {
-    return std::memcmp(&left, &right, sizeof left) == 0;
+    return left.c_iflag == right.c_iflag && left.c_oflag == right.c_oflag && left.c_cflag == right.c_cflag &&
+           left.c_lflag == right.c_lflag && cfgetispeed(&left) == cfgetispeed(&right) &&
+           cfgetospeed(&left) == cfgetospeed(&right) &&
+           std::equal(std::begin(left.c_cc), std::end(left.c_cc), std::begin(right.c_cc));
 }
 
 TEST(TtySettings, EveryFramingThatADeviceCanHaveComesBack) {
