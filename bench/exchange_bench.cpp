@@ -56,7 +56,12 @@ void exchange(benchmark::State& state) {
         }
     }
 }
-BENCHMARK(exchange)->Name("exchange")->Iterations(1)->UseRealTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(exchange)
+    ->Name("exchange")
+    ->Iterations(1)
+    ->Repetitions(5)
+    ->UseRealTime()
+    ->Unit(benchmark::kMillisecond);
 
 /// The pauses of the same exchange: behind each block and behind each answer to one.
 void pauses(benchmark::State& state) {
@@ -65,7 +70,8 @@ void pauses(benchmark::State& state) {
         state.SetIterationTime(std::chrono::duration<double>(prescribed).count());
     }
 }
-BENCHMARK(pauses)->Name("pauses")->Iterations(1)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(pauses)->Name("pauses")->Iterations(1)->Repetitions(5)->UseManualTime()->Unit(
+    benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace tessavo::bench

@@ -5,24 +5,15 @@
 #include <optional>
 
 namespace tessavo::bench {
-namespace {
-
-std::optional<double> pickFrom(std::vector<double> seconds, Pick pick) {
-    if (seconds.empty()) {
-        return std::nullopt;
-    }
-    std::sort(seconds.begin(), seconds.end());
-    return pick == Pick::minimum ? seconds.front() : seconds[seconds.size() / 2];
-}
-
-}  // namespace
-
 void RatioReporter::ReportRuns(const std::vector<Run>& runs) {
     std::vector<Run> shown;
     for (const Run& run : runs) {
         if (run.run_type == Run::RT_Iteration && !run.error_occurred && run.iterations > 0) {
-            seconds_[run.run_name.function_name].push_back(run.real_accumulated_time /
-                                                           static_cast<double>(run.iterations));
+            const auto iterations = static_cast<double>(run.iterations);
+            const Least now{run.cpu_accumulated_time / iterations, run.real_accumulated_time / iterations};
+            Least& least = least_.try_emplace(run.run_name.function_name, now).first->second;
+            least.processorSeconds = std::min(least.processorSeconds, now.processorSeconds);
+            least.wallSeconds = std::min(least.wallSeconds, now.wallSeconds);
         }
         if (run.error_occurred || run.aggregate_name == "median") {
             shown.push_back(run);
@@ -32,15 +23,18 @@ void RatioReporter::ReportRuns(const std::vector<Run>& runs) {
 }
 
 bool RatioReporter::verdict(std::span<const RatioBound> bounds, std::ostream& out) const {
-    const auto timeOf = [this](std::string_view name, Pick pick) -> std::optional<double> {
-        const auto found = seconds_.find(name);
-        return found == seconds_.end() ? std::nullopt : pickFrom(found->second, pick);
+    const auto timeOf = [this](std::string_view name, Clock clock) -> std::optional<double> {
+        const auto found = least_.find(name);
+        if (found == least_.end()) {
+            return std::nullopt;
+        }
+        return clock == Clock::wall ? found->second.wallSeconds : found->second.processorSeconds;
     };
     bool allHold = true;
     out << '\n' << std::left << std::fixed << std::setprecision(3);
     for (const RatioBound& bound : bounds) {
-        const auto measured = timeOf(bound.measured, bound.pick);
-        const auto reference = timeOf(bound.reference, bound.pick);
+        const auto measured = timeOf(bound.measured, bound.clock);
+        const auto reference = timeOf(bound.reference, bound.clock);
         out << std::setw(64) << bound.what;
         if (!measured || !reference || *reference <= 0.0) {
             out << " not measured\n";

@@ -10,8 +10,12 @@
 
 namespace tessavo::bench {
 
-/// Which of a benchmark's repetitions counts.
-enum class Pick { minimum, median };
+/// What counts as the time of a benchmark: the least of its repetitions, so that a busy machine matters
+/// least.
+enum class Clock {
+    processor,  ///< for what computes
+    wall        ///< for what waits
+};
 
 /// A bound on how long one benchmark takes, in units of another of the same run.
 struct RatioBound {
@@ -19,10 +23,10 @@ struct RatioBound {
     std::string_view measured;
     std::string_view reference;
     double atMost;
-    Pick pick;
+    Clock clock;
 };
 
-/// Prints the median of every benchmark and keeps the time of each repetition.
+/// Prints the median of every benchmark and keeps the least time of its repetitions.
 class RatioReporter final : public benchmark::ConsoleReporter {
  public:
     RatioReporter() : ConsoleReporter(OO_None) {}
@@ -34,8 +38,11 @@ class RatioReporter final : public benchmark::ConsoleReporter {
     [[nodiscard]] bool verdict(std::span<const RatioBound> bounds, std::ostream& out) const;
 
  private:
-    /// Seconds of each repetition, by benchmark.
-    std::map<std::string, std::vector<double>, std::less<>> seconds_;
+    struct Least {
+        double processorSeconds = 0.0;
+        double wallSeconds = 0.0;
+    };
+    std::map<std::string, Least, std::less<>> least_;
 };
 
 }  // namespace tessavo::bench
