@@ -50,6 +50,14 @@ TEST(HouseRules, RoomsOnOneFloorMayNotIncludeEachOther) {
     EXPECT_THAT(floorBreaches(tree, houseFloors()), testing::SizeIs(1));
 }
 
+TEST(HouseRules, FoldersInsideARoomShareItsFloor) {
+    const auto tree = treeOf({{"plot/a.h", ""},
+                              {"plot/chart/b.h", "#include \"plot/a.h\"\n#include \"dsp/c.h\""},
+                              {"dsp/c.h", "#include \"plot/chart/b.h\""}});
+    EXPECT_THAT(floorBreaches(tree, houseFloors()),
+                ElementsAre("dsp/c.h includes plot/chart/b.h, which is not on a lower floor"));
+}
+
 TEST(HouseRules, AFileNeedsARoomWithAFloor) {
     const auto tree = treeOf({{"attic/a.h", ""}, {"main.cpp", ""}, {"pages/b.h", ""}});
     EXPECT_THAT(floorBreaches(tree, houseFloors()), testing::SizeIs(3));

@@ -56,14 +56,24 @@ bool saysItsPlatform(std::string_view path) {
     return path.ends_with("_posix.cpp") || path.ends_with("_win32.cpp");
 }
 
-/// Rooms that each room includes, itself left out.
-std::map<std::string, std::set<std::string>> roomGraph(const SourceTree& tree) {
+/// Floor of the room that a file stands in, or in a folder of: the innermost folder that has one.
+Floors::const_iterator floorOf(const Floors& floors, std::string_view path) {
+    for (std::string folder = folderOf(path); !folder.empty(); folder = folderOf(folder)) {
+        if (const auto floor = floors.find(folder); floor != floors.end()) {
+            return floor;
+        }
+    }
+    return floors.end();
+}
+
+/// Folders that each folder includes, itself left out.
+std::map<std::string, std::set<std::string>> folderGraph(const SourceTree& tree) {
     std::map<std::string, std::set<std::string>> graph;
     for (const auto& [path, file] : tree) {
-        const std::string room = roomOf(path);
+        const std::string folder = folderOf(path);
         for (const Include& include : file.includes) {
-            if (include.quoted && tree.contains(include.target) && roomOf(include.target) != room) {
-                graph[room].insert(roomOf(include.target));
+            if (include.quoted && tree.contains(include.target) && folderOf(include.target) != folder) {
+                graph[folder].insert(folderOf(include.target));
             }
         }
     }
@@ -112,7 +122,7 @@ SourceTree readSourceTree(const std::filesystem::path& root) {
     return tree;
 }
 
-std::string roomOf(std::string_view path) {
+std::string folderOf(std::string_view path) {
     const std::size_t slash = path.rfind('/');
     return slash == std::string_view::npos ? std::string() : std::string(path.substr(0, slash));
 }
@@ -120,16 +130,14 @@ std::string roomOf(std::string_view path) {
 std::vector<std::string> floorBreaches(const SourceTree& tree, const Floors& floors) {
     std::vector<std::string> breaches;
     for (const auto& [path, file] : tree) {
-        const std::string room = roomOf(path);
-        const auto floor = floors.find(room);
+        const auto floor = floorOf(floors, path);
         if (floor == floors.end()) {
             breaches.push_back(path + " stands in no room with a floor");
             continue;
         }
         for (const Include& include : file.includes) {
-            const std::string other = roomOf(include.target);
-            const auto otherFloor = floors.find(other);
-            if (other != room && otherFloor != floors.end() && otherFloor->second >= floor->second) {
+            const auto other = floorOf(floors, include.target);
+            if (other != floors.end() && other != floor && other->second >= floor->second) {
                 breaches.push_back(path + " includes " + include.target + ", which is not on a lower floor");
             }
         }
@@ -138,7 +146,7 @@ std::vector<std::string> floorBreaches(const SourceTree& tree, const Floors& flo
 }
 
 std::vector<std::string> circles(const SourceTree& tree) {
-    const auto graph = roomGraph(tree);
+    const auto graph = folderGraph(tree);
     std::vector<std::string> found;
     for (const auto& [start, neighbours] : graph) {
         std::set<std::string> seen;

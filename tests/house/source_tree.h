@@ -25,7 +25,7 @@ struct SourceFile {
 /// Files by their path below src/, with '/' between folders: "params/records.h".
 using SourceTree = std::map<std::string, SourceFile>;
 
-/// Rooms by the floor they stand on.
+/// Floors by room. A folder inside a room belongs to the room, unless it has a floor of its own.
 using Floors = std::map<std::string, int, std::less<>>;
 
 /// The floor of every room there is.
@@ -35,7 +35,7 @@ using Floors = std::map<std::string, int, std::less<>>;
 [[nodiscard]] SourceTree readSourceTree(const std::filesystem::path& root);
 
 /// Folder that a file stands in: "pages/input" for "pages/input/input_eq.h".
-[[nodiscard]] std::string roomOf(std::string_view path);
+[[nodiscard]] std::string folderOf(std::string_view path);
 
 // Each rule gives one line for every breach, and nothing when the house stands.
 
