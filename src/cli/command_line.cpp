@@ -214,15 +214,20 @@ void Parser::parse(std::vector<std::string> arguments) {
     }
 }
 
+// What was printed counts only when it has left the program.
+int codeAfterPrinting(int code, const Console& console, Reporter& reporter) {
+    console.out.flush();
+    if (console.out) {
+        return code;
+    }
+    reporter.error("cannot write to standard output");
+    return exit_code::failed;
+}
+
 int runCommand(const Parser& parser, const Console& console, Reporter& reporter) {
     reporter.setQuiet(parser.quiet());
-    int code = parser.chosen()(parser.arguments(), {console, reporter});
-    console.out.flush();
-    if (!console.out) {
-        reporter.error("cannot write to standard output");
-        code = exit_code::failed;
-    }
-    return code;
+    const int code = parser.chosen()(parser.arguments(), {console, reporter});
+    return codeAfterPrinting(code, console, reporter);
 }
 
 }  // namespace
@@ -235,10 +240,10 @@ int runCommandLine(const std::vector<std::string>& arguments, const Console& con
             parser.parse(arguments);
         } catch (const CLI::CallForVersion&) {
             console.out << parser.version() << "\n";
-            return exit_code::done;
+            return codeAfterPrinting(exit_code::done, console, reporter);
         } catch (const CLI::CallForHelp&) {
             console.out << parser.help();
-            return exit_code::done;
+            return codeAfterPrinting(exit_code::done, console, reporter);
         } catch (const CLI::ParseError& error) {
             reporter.error(error.what());
             reporter.error("try 'tessavoctl --help'");

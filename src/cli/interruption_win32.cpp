@@ -1,7 +1,8 @@
+#include <windows.h>
+
 #include <atomic>
 #include <mutex>
 #include <utility>
-#include <windows.h>
 
 #include "cli/interruption.h"
 

@@ -51,6 +51,9 @@ TEST_F(FileFaults, APlaceThatCannotBeWritten) {
 TEST_F(FileFaults, StandardOutputThatTakesNothingIsAFailure) {
     const std::string file = fresh();
     for (const auto& arguments : {std::vector<std::string>{"show", file},
+                                  {"--help"},
+                                  {"show", "--help"},
+                                  {"--version"},
                                   {"show", file, "--json"},
                                   {"curve", file, "--set", "1", "--input"}}) {
         std::ofstream full("/dev/full");
