@@ -1,7 +1,9 @@
 #include "cli/edit_script.h"
 
+#include <cctype>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <ostream>
 
 #include "params/set_text.h"
 
@@ -147,6 +149,13 @@ struct BadLine {
     const char* line;
     const char* message;
 };
+
+// Letters and digits only: the text becomes part of a test's name.
+void PrintTo(const BadLine& bad, std::ostream* out) {
+    for (const char character : std::string_view(bad.line)) {
+        *out << (std::isalnum(static_cast<unsigned char>(character)) != 0 ? character : '_');
+    }
+}
 
 class EditScriptBadLine : public testing::TestWithParam<BadLine> {};
 

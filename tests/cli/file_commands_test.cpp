@@ -77,11 +77,11 @@ TEST_F(FileCommands, NewIntoAMissingFolderOrOverAFolderFails) {
 // --- input files
 // -------------------------------------------------------------------------------------------------
 
-class SettingsInput : public FileCommands, public testing::WithParamInterface<const char*> {
+class SettingsInput : public FileCommands, public testing::WithParamInterface<std::string> {
  protected:
     // The command under test with `file` as its settings file and out.x as its output, if it has one.
     CommandResult runOn(const std::string& file) {
-        const std::string name = GetParam();
+        const std::string& name = GetParam();
         const std::string out = path("out.x");
         if (name == "show") {
             return run({"show", file, "--set", "1"});
@@ -155,7 +155,7 @@ TEST_P(SettingsInput, OverLongFileIsTaken) {
 TEST_P(SettingsInput, ShortFileWithTheSetInQuestionIsTaken) {
     write(path("short.eqs"), firstBytes(read(good_), 2120));
     // diff compares all five sets, so the missing ones count as different.
-    EXPECT_EQ(runOn(path("short.eqs")).code, std::string(GetParam()) == "diff" ? 1 : 0);
+    EXPECT_EQ(runOn(path("short.eqs")).code, GetParam() == "diff" ? 1 : 0);
 }
 
 INSTANTIATE_TEST_SUITE_P(Commands, SettingsInput,

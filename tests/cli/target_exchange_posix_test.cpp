@@ -3,6 +3,7 @@
 #include <functional>
 #include <gmock/gmock.h>
 #include <memory>
+#include <ostream>
 #include <unistd.h>
 #include <utility>
 
@@ -192,6 +193,10 @@ struct Trouble {
     const char* logLine;
 };
 
+void PrintTo(const Trouble& trouble, std::ostream* out) {
+    *out << trouble.fault;
+}
+
 class RequestTrouble : public TargetExchange, public testing::WithParamInterface<Trouble> {};
 
 TEST_P(RequestTrouble, FailsWithItsLogLineAndAMessage) {
@@ -215,7 +220,7 @@ INSTANTIATE_TEST_SUITE_P(Faults, RequestTrouble,
                                          Trouble{"cable=3000", "ERR-->   Can't connect to Target\n"},
                                          Trouble{"no-disconnect", "ERR-->   Disconnecting failed\n"}));
 
-class BearableTrouble : public TargetExchange, public testing::WithParamInterface<const char*> {};
+class BearableTrouble : public TargetExchange, public testing::WithParamInterface<std::string> {};
 
 TEST_P(BearableTrouble, IsGotOver) {
     startTarget({GetParam()});
