@@ -39,6 +39,19 @@ TEST(SetTexts, NeverSplitAPairOfSurrogates) {
     EXPECT_EQ(readSetText(field), text);
 }
 
+TEST(SetTexts, NeverSplitThePairsAtTheEndsOfTheRange) {
+    for (const std::u16string& pair : {std::u16string(u"\U00010000"), std::u16string(u"\U0010FFFF")}) {
+        SetText field = filled();
+        writeSetText(field, std::u16string(30, u'x') + pair, 31);
+        EXPECT_EQ(readSetText(field), std::u16string(30, u'x'));
+    }
+    for (const char16_t single : {u'\uD7FF', u'\uE000', u'\uFFFF'}) {
+        SetText field = filled();
+        writeSetText(field, std::u16string(30, u'x') + single + u"y", 31);
+        EXPECT_EQ(readSetText(field), std::u16string(30, u'x') + single);
+    }
+}
+
 TEST(SetTexts, WithoutAZeroAreReadWhole) {
     EXPECT_EQ(readSetText(filled()), std::u16string(64, u'#'));
 }
@@ -49,6 +62,24 @@ TEST(Utf, GoesBothWays) {
     EXPECT_EQ(utf8FromUtf16(u"a\u00E9\u20AC\U0001F600"), text);
     EXPECT_EQ(utf16FromUtf8(""), u"");
     EXPECT_EQ(utf8FromUtf16(u""), "");
+}
+
+TEST(Utf, CoversTheEndsOfEachLength) {
+    const std::pair<const char*, std::u16string> ends[] = {
+        {"\x7F", u"\u007F"},
+        {"\xC2\x80", u"\u0080"},
+        {"\xDF\xBF", u"\u07FF"},
+        {"\xE0\xA0\x80", u"\u0800"},
+        {"\xED\x9F\xBF", u"\uD7FF"},
+        {"\xEE\x80\x80", u"\uE000"},
+        {"\xEF\xBF\xBF", u"\uFFFF"},
+        {"\xF0\x90\x80\x80", u"\U00010000"},
+        {"\xF4\x8F\xBF\xBF", u"\U0010FFFF"},
+    };
+    for (const auto& [utf8, utf16] : ends) {
+        EXPECT_EQ(utf16FromUtf8(utf8), utf16);
+        EXPECT_EQ(utf8FromUtf16(utf16), utf8);
+    }
 }
 
 TEST(Utf, ReplacesWhatIsNotValid) {

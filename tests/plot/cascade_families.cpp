@@ -10,6 +10,7 @@
 #include "dsp/coeff_bztmzt.h"
 #include "dsp/coeff_mzt.h"
 #include "dsp/saturate.h"
+#include "plot/response_terms.h"
 
 namespace tessavo::testing {
 namespace {
@@ -164,6 +165,37 @@ Cascade levelsAtTheEdgeOfAWholeDecibel(Random& random) {
     return cascade;
 }
 
+/// A tuned cascade that meets a whole dB at one point as closely as two more words can bring it.
+Cascade wholeDecibelsAtOnePoint(Random& random) {
+    Cascade cascade = tuned(random);
+    const std::size_t point = below(random, 1000);
+    const double sum = plainMagnitudeDb(cascade, point);
+    if (!std::isfinite(sum) || std::abs(sum) > 100.0) {
+        return cascade;
+    }
+    const double target = std::trunc(sum) + (sum < 0 ? -1.0 : 1.0) - sum;
+    const std::int32_t coarse = wordOf(std::pow(10.0, target / 20), 28);
+    const auto level = [](std::int32_t word) {
+        return 20.0L * std::log10(std::ldexp(static_cast<long double>(word), -28));
+    };
+    const long double step = level(coarse + 1) - level(coarse);
+    std::array<std::int32_t, 2> best{coarse, 1 << 28};
+    long double smallest = 1;
+    for (std::int32_t down = 0; down < 1000; ++down) {
+        const long double missing = target - level(coarse) - level((1 << 28) - down);
+        const std::int32_t first =
+            coarse + truncateTo<std::int32_t>(static_cast<double>(std::round(missing / step)));
+        const long double rest = std::abs(target - level(first) - level((1 << 28) - down));
+        if (rest < smallest) {
+            smallest = rest;
+            best = {first, (1 << 28) - down};
+        }
+    }
+    cascade.push_back({best[0], 0, 0, 0, 0});
+    cascade.push_back({best[1], 0, 0, 0, 0});
+    return cascade;
+}
+
 Cascade boostsAgainstTheirCuts(Random& random) {
     Cascade cascade;
     IcoefficientGenerator& generator = anyGenerator(random);
@@ -195,6 +227,7 @@ const std::vector<CascadeFamily>& cascadeFamilies() {
         {"crossoversAtBothEnds", crossoversAtBothEnds},
         {"flat", flat},
         {"levelsAtTheEdgeOfAWholeDecibel", levelsAtTheEdgeOfAWholeDecibel},
+        {"wholeDecibelsAtOnePoint", wholeDecibelsAtOnePoint},
         {"boostsAgainstTheirCuts", boostsAgainstTheirCuts},
     };
     return families;
