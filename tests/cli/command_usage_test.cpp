@@ -1,5 +1,6 @@
 #include <array>
 #include <gmock/gmock.h>
+#include <regex>
 
 #include "cli/cli_fixture.h"
 
@@ -16,7 +17,8 @@ constexpr std::array commands{"new",   "show",     "diff", "edit", "export",    
 TEST(CommandUsage, VersionNamesTheProgram) {
     const CommandResult result = run({"--version"});
     EXPECT_EQ(result.code, 0);
-    EXPECT_THAT(result.out, testing::MatchesRegex("tessavoctl [0-9]+\\.[0-9]+\\.[0-9]+\n"));
+    EXPECT_TRUE(std::regex_match(result.out, std::regex("tessavoctl [0-9]+\\.[0-9]+\\.[0-9]+\n")))
+        << result.out;
     EXPECT_THAT(result.err, IsEmpty());
 }
 
