@@ -30,6 +30,19 @@ TEST(TargetDevice, OpeningGivesOneRequestByte) {
     EXPECT_EQ(host.open(), requestByte) << "reopened before the closing was noticed";
 }
 
+TEST(TargetDevice, ASecondOpeningGetsItsRequestByteAndLeavesTheMessageAlone) {
+    DeviceHost host;
+    host.device.openedAgain(host.now);
+    EXPECT_EQ(host.hear(), silence) << "nobody has opened it a first time";
+    host.open();
+    EXPECT_EQ(host.exchange(frameOf(frame_type::block1k, 1, Bytes(1024, 1))), positive);
+    host.device.openedAgain(host.now);
+    EXPECT_EQ(host.hear(), requestByte);
+    EXPECT_EQ(host.exchange(frameOf(frame_type::block1k, 2, Bytes(1024, 2))), positive);
+    EXPECT_EQ(host.exchange(disconnect), positive);
+    EXPECT_EQ(host.device.memory().software.size(), 2048U);
+}
+
 TEST(TargetDevice, ClosingTakesBackWhatWasNotHeard) {
     DeviceHost host;
     host.device.opened(host.now);
