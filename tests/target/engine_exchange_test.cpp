@@ -71,7 +71,10 @@ TEST(EngineWithDevice, TheMainJob) {
 
 TEST(EngineWithDevice, SoftwareOfEveryLengthAroundTheBlocks) {
     std::mt19937 random(11);
-    for (std::size_t size = 0; size <= 3100; size += (size % 1024 < 3 || size % 1024 > 1018) ? 1 : 113) {
+    const auto stepFrom = [](std::size_t size) -> std::size_t {
+        return size % 1024 < 3 || size % 1024 > 1018 ? 1 : 113;
+    };
+    for (std::size_t size = 0; size <= 3100; size += stepFrom(size)) {
         Line line;
         Bytes image(size);
         std::generate(image.begin(), image.end(), [&] { return static_cast<std::uint8_t>(random() & 0xFF); });

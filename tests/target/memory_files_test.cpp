@@ -4,6 +4,7 @@
 #include <fstream>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <random>
 
 #include "target/device_host.h"
 
@@ -19,7 +20,8 @@ class MemoryFilesTest : public testing::Test {
  protected:
     void SetUp() override {
         const auto* info = testing::UnitTest::GetInstance()->current_test_info();
-        directory = fs::temp_directory_path() / (std::string("tessavo-memory-") + info->name());
+        directory = fs::temp_directory_path() / (std::string("tessavo-memory-") + info->name() + "-" +
+                                                 std::to_string(std::random_device{}()));
         fs::remove_all(directory);
         fs::create_directories(directory);
     }

@@ -162,7 +162,10 @@ TEST(TargetFaults, NoAnswerToTheDisconnect) {
 TEST(TargetFaults, TheCableIsPulledAtEveryByteOfAnExchange) {
     // Request byte, live frame, answer, disconnect, answer.
     constexpr std::size_t whole = 1 + maximumFrameSize + 1 + 1 + 1;
-    for (std::size_t count = 1; count <= whole + 1; count += (count < 10 || count > 4095) ? 1 : 97) {
+    const auto stepFrom = [](std::size_t count) -> std::size_t {
+        return count < 10 || count > 4095 ? 1 : 97;
+    };
+    for (std::size_t count = 1; count <= whole + 1; count += stepFrom(count)) {
         FaultyHost host({"cable=" + std::to_string(count)});
         Bytes heard = host.open();
         const Bytes frame = liveFrame(imageOf(1));
