@@ -1,5 +1,6 @@
-#include <vector>
 #include <windows.h>
+
+#include <vector>
 
 #include "comm/port_list.h"
 #include "comm/port_names.h"
