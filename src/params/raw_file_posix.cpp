@@ -1,4 +1,6 @@
+#include <algorithm>
 #include <cerrno>
+#include <climits>
 #include <cstdio>
 #include <fcntl.h>
 #include <string>
@@ -10,6 +12,8 @@
 namespace tessavo {
 
 namespace {
+
+constexpr std::size_t longestName = NAME_MAX;
 
 class Descriptor {
  public:
@@ -55,8 +59,16 @@ bool flushToDevice(int fd) {
     return ::fsync(fd) == 0 || errno == EINVAL || errno == EROFS;
 }
 
+// A name beside the file, so that renaming moves no bytes; a name as long as can be still leaves room for it.
+std::string temporaryName(const std::filesystem::path& path) {
+    const std::string suffix = ".part-" + std::to_string(::getpid());
+    std::string name = path.filename().string();
+    name.resize(std::min(name.size(), longestName - suffix.size()));
+    return (path.parent_path() / (name + suffix)).string();
+}
+
 FileWrite writeNewFile(const std::filesystem::path& path, std::span<const std::uint8_t> bytes) {
-    const std::string temporary = path.string() + ".part-" + std::to_string(::getpid());
+    const std::string temporary = temporaryName(path);
     FileWrite result;
     {
         Descriptor file(

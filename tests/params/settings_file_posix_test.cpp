@@ -133,6 +133,17 @@ TEST_F(SettingsFilePosix, SaveLeavesNothingBesideTheFile) {
     EXPECT_EQ(files, 1);
 }
 
+TEST_F(SettingsFilePosix, SaveTakesTheLongestNameThatAFileCanHave) {
+    const std::string name = std::string(251, 'n') + ".eqs";
+    menu_.dialogs.answer = folder_ / name;
+    menu_.commands.saveSettings();
+    EXPECT_THAT(menu_.texts(), ElementsAre());
+    EXPECT_SAME_BYTES(readFile(folder_ / name), menu_.tuning.store());
+    menu_.dialogs.answer = folder_ / (name + "s");
+    menu_.commands.saveSettings();
+    EXPECT_THAT(menu_.texts(), ElementsAre("Error opening configuration file!", "Error writing data!"));
+}
+
 TEST_F(SettingsFilePosix, VerdictsTellWhatHappened) {
     ParameterStore store;
     const Bytes before = bytesOf(store);
