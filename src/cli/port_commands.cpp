@@ -118,8 +118,9 @@ int runWriteSet(const Arguments& arguments, const Surroundings& around) {
         return exit_code::failed;
     }
     if (!TargetCommands(tuning, session.engine(), around.reporter).SaveSetToRam(arguments.targetSet)) {
-        session.tellFailure("the set was sent, but the command to save it failed",
-                            "whether " + place + " has changed is not known");
+        session.tellFailure(
+            "the set was sent, but the command to save it failed",
+            session.shutOut() ? place + " is unchanged" : "whether " + place + " has changed is not known");
         return exit_code::failed;
     }
     around.console.out << "set " << arguments.set << " was sent, confirmed and saved as " << place << "\n";

@@ -14,6 +14,7 @@ std::uint32_t PortSession::Port::Open(const std::wstring& deviceName, std::uint3
 std::uint32_t PortSession::Port::Setup(std::uint32_t baudRate, std::uint8_t dataBits, int parity,
                                        std::uint8_t stopBits, int dtrMode) {
     trouble_ = CSerial::Setup(baudRate, dataBits, parity, stopBits, dtrMode);
+    everUsable_ = everUsable_ || trouble_ == serial_result::success;
     return trouble_;
 }
 
@@ -32,9 +33,12 @@ void PortSession::tellFailure(std::string_view otherwise, std::string_view conse
     std::string text(otherwise);
     if (interrupted()) {
         text = "interrupted";
-    } else if (port_.trouble() != serial_result::success) {
+    } else if (shutOut()) {
         text = portTrouble(portName_, port_.trouble());
-        consequence = "nothing was sent";
+        // An exchange before this one may have sent something.
+        if (!port_.everUsable()) {
+            consequence = "nothing was sent";
+        }
     }
     reporter_.error(portName_ + ": " + text + "; " + std::string(consequence));
 }

@@ -24,9 +24,12 @@ class PortSession {
 
     /// Whether an exchange was tried at all.
     [[nodiscard]] bool tried() const { return port_.tried(); }
+    /// Whether the last exchange could not use the port, so that nothing of it was sent.
+    [[nodiscard]] bool shutOut() const { return port_.trouble() != 0; }
 
     /// Says why the last exchange failed: the interruption, the port, or else `otherwise`.
-    /// \param consequence what that means for the target or the files, unless nothing could be sent
+    /// \param consequence what that means for the target or the files; nothing was sent when no exchange
+    /// found the port usable
     void tellFailure(std::string_view otherwise, std::string_view consequence);
 
  private:
@@ -39,9 +42,11 @@ class PortSession {
                             int dtrMode) override;
         [[nodiscard]] std::uint32_t trouble() const { return trouble_; }
         [[nodiscard]] bool tried() const { return tried_; }
+        [[nodiscard]] bool everUsable() const { return everUsable_; }
 
      private:
         bool tried_ = false;
+        bool everUsable_ = false;
         std::uint32_t trouble_ = 0;
     };
 

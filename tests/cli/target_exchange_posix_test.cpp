@@ -271,7 +271,17 @@ TEST_F(TargetExchange, ATargetThatGoesAwayBeforeSaving) {
                                             "Prepare XModem128 Message", [this] { target_->stop(); });
     EXPECT_EQ(result.code, 1);
     EXPECT_THAT(result.out, IsEmpty());
-    EXPECT_THAT(result.err, AllOf(HasSubstr("Cannot open COM port!"), HasSubstr("nothing was sent")));
+    EXPECT_THAT(result.err, AllOf(HasSubstr("Cannot open COM port!"),
+                                  HasSubstr("set 4 of the target is unchanged"), Not(HasSubstr("nothing"))));
+}
+
+TEST_F(TargetExchange, ATargetThatGoesAwayWithinTheImageIsNotSaidToHaveGotNothing) {
+    startTarget({"cable=2000"});
+    const CommandResult result = run({"live", tuned(), "--set", "2", "--port", port()});
+    EXPECT_EQ(result.code, 1);
+    EXPECT_THAT(result.err,
+                AllOf(HasSubstr("Cannot open COM port!"), HasSubstr("what it plays now is not known"),
+                      Not(HasSubstr("nothing was sent"))));
 }
 
 TEST_F(TargetExchange, ATargetThatGoesAwayWhileSaving) {
