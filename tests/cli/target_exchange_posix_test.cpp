@@ -279,9 +279,9 @@ TEST_F(TargetExchange, ATargetThatGoesAwayWithinTheImageIsNotSaidToHaveGotNothin
     startTarget({"cable=2000"});
     const CommandResult result = run({"live", tuned(), "--set", "2", "--port", port()});
     EXPECT_EQ(result.code, 1);
+    // Whether the port can be opened again is not this test's: its number may have gone to another program's.
     EXPECT_THAT(result.err,
-                AllOf(HasSubstr("Cannot open COM port!"), HasSubstr("what it plays now is not known"),
-                      Not(HasSubstr("nothing was sent"))));
+                AllOf(HasSubstr("what it plays now is not known"), Not(HasSubstr("nothing was sent"))));
 }
 
 TEST_F(TargetExchange, ATargetThatGoesAwayWhileSaving) {
