@@ -1,0 +1,26 @@
+#include "controls/theme.h"
+
+#include <QStringList>
+
+namespace tessavo::theme {
+
+QFont font(int pixelSize, QFont::Weight weight) {
+    QFont font;
+    font.setFamilies({QStringLiteral("Inter"), QStringLiteral("Segoe UI"), QStringLiteral("Noto Sans"),
+                      QStringLiteral("DejaVu Sans")});
+    font.setPixelSize(pixelSize);
+    font.setWeight(weight);
+    return font;
+}
+
+QFont fixedFont(int pixelSize) {
+    QFont font;
+    font.setFamilies(
+        {QStringLiteral("JetBrains Mono"), QStringLiteral("Consolas"), QStringLiteral("DejaVu Sans Mono")});
+    font.setStyleHint(QFont::Monospace);
+    font.setFixedPitch(true);
+    font.setPixelSize(pixelSize);
+    return font;
+}
+
+}  // namespace tessavo::theme
