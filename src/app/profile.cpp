@@ -1,0 +1,39 @@
+#include "app/profile.h"
+
+#include <QFileInfo>
+
+namespace tessavo {
+
+namespace {
+
+const QString recentKey = QStringLiteral("recentFiles");
+
+}  // namespace
+
+// The key under which a tool of this maker keeps its settings.
+Profile::Profile()
+    : settings_(QStringLiteral("Velmira"), QStringLiteral("Velmira Audio Systems Equalizing Tool")) {}
+
+Profile::Profile(const QString& iniFile) : settings_(iniFile, QSettings::IniFormat) {}
+
+QStringList Profile::recentFiles() const {
+    QStringList files = settings_.value(recentKey).toStringList();
+    files.removeAll(QString());
+    return files.mid(0, recentFileLimit);
+}
+
+void Profile::addRecentFile(const QString& path) {
+    const QString absolute = QFileInfo(path).absoluteFilePath();
+    QStringList files = recentFiles();
+    files.removeAll(absolute);
+    files.prepend(absolute);
+    settings_.setValue(recentKey, files.mid(0, recentFileLimit));
+}
+
+void Profile::removeRecentFile(const QString& path) {
+    QStringList files = recentFiles();
+    files.removeAll(path);
+    settings_.setValue(recentKey, files);
+}
+
+}  // namespace tessavo

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QByteArray>
+#include <QSettings>
+#include <QString>
+#include <QStringList>
+
+namespace tessavo {
+
+/// What the program remembers between two runs. A missing, damaged or unwritable profile reads as empty; nothing fails.
+class Profile {
+ public:
+    static constexpr int recentFileLimit = 4;
+
+    /// The user's own profile.
+    Profile();
+    /// A profile in a file of its own.
+    explicit Profile(const QString& iniFile);
+
+    /// Newest first, at most four.
+    [[nodiscard]] QStringList recentFiles() const;
+    /// Puts a file in front; it stands in the list once.
+    void addRecentFile(const QString& path);
+    void removeRecentFile(const QString& path);
+
+    [[nodiscard]] QString lastPort() const { return text("port"); }
+    void setLastPort(const QString& port) { settings_.setValue("port", port); }
+
+    /// Folder of the last file dialog.
+    [[nodiscard]] QString lastFolder() const { return text("folder"); }
+    void setLastFolder(const QString& folder) { settings_.setValue("folder", folder); }
+
+    [[nodiscard]] QByteArray windowPlace() const { return settings_.value("windowPlace").toByteArray(); }
+    void setWindowPlace(const QByteArray& place) { settings_.setValue("windowPlace", place); }
+
+ private:
+    [[nodiscard]] QString text(const char* key) const { return settings_.value(QLatin1String(key)).toString(); }
+
+    QSettings settings_;
+};
+
+}  // namespace tessavo

@@ -1,0 +1,58 @@
+#include "app/ui_file_dialogs.h"
+
+#include <QFileDialog>
+#include <QFileInfo>
+
+namespace tessavo {
+
+namespace {
+
+QString extensionOf(const FileFilter& filter) {
+    return QString::fromUtf8(filter.defaultExtension.data(), static_cast<qsizetype>(filter.defaultExtension.size()));
+}
+
+}  // namespace
+
+std::optional<std::filesystem::path> UiFileDialogs::askOpenPath(const FileFilter& filter) {
+    QFileDialog dialog(owner_, QString(), profile_.lastFolder());
+    dialog.setAcceptMode(QFileDialog::AcceptOpen);
+    dialog.setFileMode(QFileDialog::ExistingFile);
+    dialog.setNameFilters(nameFilters(filter.filter));
+    dialog.setDefaultSuffix(extensionOf(filter));
+    return dialog.exec() == QDialog::Accepted ? remembered(dialog.selectedFiles().value(0)) : std::nullopt;
+}
+
+std::optional<std::filesystem::path> UiFileDialogs::askSavePath(const FileFilter& filter) {
+    QFileDialog dialog(owner_, QString(), profile_.lastFolder());
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setNameFilters(nameFilters(filter.filter));
+    dialog.setDefaultSuffix(extensionOf(filter));
+    return dialog.exec() == QDialog::Accepted ? remembered(dialog.selectedFiles().value(0)) : std::nullopt;
+}
+
+std::optional<std::filesystem::path> UiFileDialogs::remembered(const QString& chosen) {
+    if (!chosen.isEmpty()) {
+        profile_.setLastFolder(QFileInfo(chosen).absolutePath());
+    }
+    return pathOf(chosen);
+}
+
+QStringList nameFilters(std::string_view filter) {
+    const QStringList parts =
+        QString::fromUtf8(filter.data(), static_cast<qsizetype>(filter.size())).split(QLatin1Char('|'));
+    QStringList names;
+    for (qsizetype i = 0; i + 1 < parts.size() && !parts[i].isEmpty(); i += 2) {
+        names.append(parts[i]);
+    }
+    return names;
+}
+
+std::filesystem::path pathOf(const QString& text) {
+    return std::filesystem::path(text.toStdU16String());
+}
+
+QString textOf(const std::filesystem::path& path) {
+    return QString::fromStdU16String(path.u16string());
+}
+
+}  // namespace tessavo

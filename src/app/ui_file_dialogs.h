@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <QWidget>
+
+#include "app/profile.h"
+#include "params/file_dialogs.h"
+
+namespace tessavo {
+
+/// File dialogs of the toolkit. They open in the folder of the last one.
+class UiFileDialogs : public IFileDialogs {
+ public:
+    UiFileDialogs(QWidget* owner, Profile& profile) : owner_(owner), profile_(profile) {}
+
+    std::optional<std::filesystem::path> askOpenPath(const FileFilter& filter) override;
+    std::optional<std::filesystem::path> askSavePath(const FileFilter& filter) override;
+
+ private:
+    std::optional<std::filesystem::path> remembered(const QString& chosen);
+
+    QWidget* owner_;
+    Profile& profile_;
+};
+
+/// "Description (*.ext)|*.ext||" as the toolkit writes it: one "Description (*.ext)" an entry.
+[[nodiscard]] QStringList nameFilters(std::string_view filter);
+
+[[nodiscard]] std::filesystem::path pathOf(const QString& text);
+[[nodiscard]] QString textOf(const std::filesystem::path& path);
+
+}  // namespace tessavo
