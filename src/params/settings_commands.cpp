@@ -6,14 +6,16 @@ SettingsCommands::SettingsCommands(TuningState& tuning, IFileDialogs& dialogs, I
                                    ISettingsView& view)
     : tuning_(tuning), dialogs_(dialogs), boxes_(boxes), view_(view) {}
 
-void SettingsCommands::loadSettings() {
+bool SettingsCommands::loadSettings() {
+    bool loaded = false;
     if (const auto path = dialogs_.askOpenPath(settingsFilter)) {
         settingsPath_ = *path;
         if (!path->empty()) {
-            loadSettingsFrom(*path);
+            loaded = loadSettingsFrom(*path);
         }
     }
     resetLocaleAfterDialog();
+    return loaded;
 }
 
 bool SettingsCommands::loadSettingsFrom(const std::filesystem::path& path) {
@@ -37,14 +39,16 @@ bool SettingsCommands::loadSettingsFrom(const std::filesystem::path& path) {
     return true;
 }
 
-void SettingsCommands::saveSettings() {
+bool SettingsCommands::saveSettings() {
+    bool saved = false;
     if (const auto path = dialogs_.askSavePath(settingsFilter)) {
         settingsPath_ = *path;
         if (!path->empty()) {
-            save(*path);
+            saved = save(*path);
         }
     }
     resetLocaleAfterDialog();
+    return saved;
 }
 
 void SettingsCommands::saveSettingsAtExit() {
@@ -65,19 +69,20 @@ void SettingsCommands::exportImage() {
     resetLocaleAfterDialog();
 }
 
-void SettingsCommands::save(const std::filesystem::path& path) {
-    report(writeSettings(path, tuning_.store()), errorOpeningConfigurationText);
+bool SettingsCommands::save(const std::filesystem::path& path) {
+    return report(writeSettings(path, tuning_.store()), errorOpeningConfigurationText);
 }
 
-void SettingsCommands::report(SaveVerdict verdict, std::string_view cannotOpenText) {
+bool SettingsCommands::report(SaveVerdict verdict, std::string_view cannotOpenText) {
     if (verdict == SaveVerdict::saved) {
-        return;
+        return true;
     }
     if (verdict == SaveVerdict::cannotOpen) {
         boxes_.showError(cannotOpenText);
     }
     // A file that could not be opened could not be written either: both are said.
     boxes_.showError(errorWritingDataText);
+    return false;
 }
 
 }  // namespace tessavo

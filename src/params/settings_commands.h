@@ -33,11 +33,13 @@ class SettingsCommands {
     /// Everything outlives this object.
     SettingsCommands(TuningState& tuning, IFileDialogs& dialogs, IMessageBox& boxes, ISettingsView& view);
 
-    void loadSettings();
+    /// \return whether the store was replaced
+    bool loadSettings();
     /// What loadSettings() does once a path is chosen; for files that come from elsewhere.
     /// \return whether the store was replaced
     bool loadSettingsFrom(const std::filesystem::path& path);
-    void saveSettings();
+    /// \return whether the whole store was written
+    bool saveSettings();
     /// The same save, with a path that is not remembered.
     void saveSettingsAtExit();
     void exportImage();
@@ -48,8 +50,8 @@ class SettingsCommands {
     [[nodiscard]] const std::filesystem::path& binaryPath() const { return binaryPath_; }
 
  private:
-    void save(const std::filesystem::path& path);
-    void report(SaveVerdict verdict, std::string_view cannotOpenText);
+    bool save(const std::filesystem::path& path);
+    bool report(SaveVerdict verdict, std::string_view cannotOpenText);
 
     TuningState& tuning_;
     IFileDialogs& dialogs_;

@@ -1,0 +1,86 @@
+#pragma once
+
+#include <QWidget>
+#include <array>
+#include <vector>
+
+#include "app/tab_pages.h"
+#include "params/settings_commands.h"
+#include "params/tuning_state.h"
+
+class QLabel;
+class QLineEdit;
+class QScrollArea;
+class QStackedWidget;
+
+namespace tessavo {
+
+class CPlotDlg;
+class CxSkinButton;
+class SkinCheckBox;
+class SkinComboBox;
+class SkinTabBar;
+
+/// The single view of the main frame: the controls that act on the whole program, the tabs with their pages, the plot.
+class CTessavoView : public QWidget, public ISettingsView {
+    Q_OBJECT
+
+ public:
+    static constexpr int viewWidth = 1024;
+    static constexpr int viewHeight = 680;
+
+    explicit CTessavoView(TuningState& tuning, QWidget* parent = nullptr);
+    ~CTessavoView() override;
+
+    /// Fills the controls from the state and shows the first page. Called once.
+    void initialUpdate();
+
+    [[nodiscard]] const std::vector<CTabDialog*>& pages() const { return pages_; }
+    [[nodiscard]] CPlotDlg& plot() { return *plot_; }
+
+    /// Shows a page as a click on its tab does.
+    void showPage(Page page);
+
+    void checkChannelBox(int number, bool checked) override;
+    void refreshPages() override;
+
+ signals:
+    void liveModeChanged(bool on);
+    /// The set, its name, or another thing that a person sees on the frame has changed.
+    void currentSetChanged();
+
+ protected:
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+    void makeHeader();
+    void makeFlags();
+    void makeTabs();
+    void fillSetSelector();
+    void toggleLiveMode();
+    void chooseSet(int index);
+    void renameSet(const QString& text);
+    void leaveSetName();
+    void togglePlot();
+    void setPlotShown(bool shown);
+    void tabClicked(int index);
+    void updatePlot();
+
+    TuningState& tuning_;
+    SkinComboBox* setSelector_ = nullptr;
+    QLineEdit* setName_ = nullptr;
+    CxSkinButton* eqMode_ = nullptr;
+    SkinComboBox* filterModes_ = nullptr;
+    CxSkinButton* showPlot_ = nullptr;
+    std::array<SkinCheckBox*, channelCount> flags_{};  ///< by number - 1
+    SkinTabBar* tabs_ = nullptr;
+    QScrollArea* pageArea_ = nullptr;
+    QStackedWidget* stack_ = nullptr;
+    std::vector<CTabDialog*> pages_;
+    std::unique_ptr<CPlotDlg> plot_;
+    bool plotShown_ = false;
+};
+
+}  // namespace tessavo
