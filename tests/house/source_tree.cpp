@@ -84,8 +84,8 @@ std::map<std::string, std::set<std::string>> folderGraph(const SourceTree& tree)
 
 const Floors& houseFloors() {
     static const Floors floors{
-        {"dsp", 1},    {"controls", 1},    {"plot", 2},         {"params", 3}, {"comm", 4},
-        {"target", 5}, {"pages/input", 5}, {"pages/output", 6}, {"cli", 6},    {"app", 7},
+        {"dsp", 1},    {"controls", 1},    {"plot", 2},         {"plot/chart", 3}, {"params", 3}, {"comm", 4},
+        {"target", 5}, {"pages/input", 5}, {"pages/output", 6}, {"cli", 6},        {"app", 7},
     };
     return floors;
 }

@@ -1,0 +1,38 @@
+#include "plot/chart/chart_host.h"
+
+#include <QColorDialog>
+#include <QFileDialog>
+#include <QFontDialog>
+#include <QMessageBox>
+
+namespace tessavo {
+
+void DialogChartHost::showMessage(QWidget* parent, const QString& text) {
+    QMessageBox box(parent);
+    box.setText(text);
+    box.exec();
+}
+
+std::optional<QString> DialogChartHost::askSavePath(QWidget* parent, const QString& filter,
+                                                    const QString& suffix) {
+    QFileDialog dialog(parent, {}, {}, filter);
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setDefaultSuffix(suffix);
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) {
+        return std::nullopt;
+    }
+    return dialog.selectedFiles().first();
+}
+
+std::optional<QFont> DialogChartHost::askFont(QWidget* parent, const QFont& current) {
+    bool chosen = false;
+    const QFont font = QFontDialog::getFont(&chosen, current, parent);
+    return chosen ? std::optional(font) : std::nullopt;
+}
+
+std::optional<QRgb> DialogChartHost::askColor(QWidget* parent, QRgb current) {
+    const QColor color = QColorDialog::getColor(QColor(current), parent);
+    return color.isValid() ? std::optional(color.rgb()) : std::nullopt;
+}
+
+}  // namespace tessavo

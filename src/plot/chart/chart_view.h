@@ -1,0 +1,60 @@
+#pragma once
+
+#include <QPixmap>
+#include <QWidget>
+#include <optional>
+
+#include "plot/chart/chart.h"
+#include "plot/chart/chart_host.h"
+
+namespace tessavo {
+
+/// Shows a chart, its context menu and a readout under the pointer.
+///
+/// Everything is drawn into a buffer at the screen's scale and copied to the screen in one step; axes, grids
+/// and labels are kept and drawn again only when they change. However many curves arrive between two paints,
+/// the last one is painted, once. With the focus, Left and Right move the readout, Home and End take it to
+/// the ends.
+class CChartView : public QWidget {
+    Q_OBJECT
+
+ public:
+    /// \param chart, host outlive the view or are never used again by it
+    CChartView(CChart& chart, IChartHost& host, QWidget* parent = nullptr);
+
+    /// The chart without the readout, at the screen's scale.
+    [[nodiscard]] QImage picture() const;
+    /// What the readout says; empty when it shows nothing.
+    [[nodiscard]] QString readoutText() const;
+
+    void openSettings();
+    void copyPicture() const;
+    void savePicture();
+    void saveData();
+
+ protected:
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+
+ private:
+    [[nodiscard]] std::optional<ChartReadout> readout() const;
+    void setPointer(std::optional<QPointF> pointer);
+    void renewBuffers();
+    void tellReadout();
+
+    CChart& chart_;
+    IChartHost& host_;
+    ChartLayout layout_;
+    QPixmap frame_;   ///< what changes only with the layout; null when out of date
+    QPixmap buffer_;  ///< frame and data; null when out of date
+    std::optional<QPointF> pointer_;
+    bool showsFocus_ = false;
+};
+
+}  // namespace tessavo

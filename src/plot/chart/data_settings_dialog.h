@@ -1,0 +1,46 @@
+#pragma once
+
+#include <utility>
+#include <vector>
+
+#include "plot/chart/dialog_parts.h"
+
+namespace tessavo {
+
+/// "Data Settings": steps through the data sets and how they are drawn. Nothing changes in the chart before
+/// OK.
+class CDataSettingsDialog : public SettingsDialog {
+    Q_OBJECT
+
+ public:
+    /// \param chart, host outlive the dialog
+    CDataSettingsDialog(CChart& chart, IChartHost& host, QWidget* parent = nullptr);
+
+ protected:
+    bool apply() override;
+    void step(int direction) override;
+
+ private:
+    void layOut();
+    void showCurrent();
+    void takeCurrent();
+    void nameFrequencies();
+    void showColor();
+
+    CChart& chart_;
+    std::vector<std::pair<int, DataStyle>> styles_;  ///< by identifier
+    std::size_t place_ = 0;
+    QRgb color_ = 0;
+
+    QLabel* counter_;
+    QComboBox* type_;
+    QComboBox* lineStyle_;
+    QSpinBox* lineSize_;
+    QPushButton* colorButton_;
+    QComboBox* marker_;
+    QSpinBox* markerSize_;
+    QComboBox* frequency_;
+    QSpinBox* count_;
+};
+
+}  // namespace tessavo

@@ -1,0 +1,139 @@
+#include "plot/chart/image_chart.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "dsp/saturate.h"
+#include "plot/chart/number_text.h"
+
+namespace tessavo {
+
+CImageChart::CImageChart(QObject* parent) : CChart(parent) {
+    connect(this, &CChart::dataChanged, this, [this] { image_ = {}; });
+    for (const AxisSide side : {AxisSide::left, AxisSide::bottom}) {
+        CAxis changed = axis(side);
+        AxisLook look = changed.look();
+        // A grid would hide the image; it can be turned on.
+        look.majorGrid = false;
+        look.minorGrid = false;
+        look.tickMarks = true;
+        changed.setLook(look);
+        setAxis(changed);
+    }
+}
+
+bool CImageChart::setPalette(int identifier) {
+    const auto palette = CImagePalette::load(identifier);
+    if (palette) {
+        palette_ = *palette;
+        emit dataChanged();
+    }
+    return palette.has_value();
+}
+
+void CImageChart::setMaintainsAspectRatio(bool maintain) {
+    if (maintainsAspectRatio_ != maintain) {
+        maintainsAspectRatio_ = maintain;
+        emit layoutChanged();
+    }
+}
+
+void CImageChart::setScalesToWindow(bool scale) {
+    if (scalesToWindow_ != scale) {
+        scalesToWindow_ = scale;
+        emit layoutChanged();
+    }
+}
+
+const CChartData* CImageChart::shown() const {
+    const auto found = std::ranges::find_if(dataSets(), [](const CChartData& data) {
+        return data.dimensions().size() == 2 && !data.values().empty();
+    });
+    return found == dataSets().end() ? nullptr : &*found;
+}
+
+const QImage& CImageChart::image() const {
+    const CChartData* const data = shown();
+    if (data == nullptr || !image_.isNull()) {
+        return image_;
+    }
+    const int rows = data->dimensions()[0];
+    const int columns = data->dimensions()[1];
+    const AxisRange values = extentOf(data->values(), false).value_or(AxisRange{0, 0});
+    QImage image(columns, rows, QImage::Format_ARGB32);
+    auto value = data->values().begin();
+    for (int row = 0; row < rows && !image.isNull(); ++row) {
+        for (int column = 0; column < columns; ++column) {
+            image.setPixel(column, rows - 1 - row,
+                           palette_.colorOf(*value++, values.minimum, values.maximum));
+        }
+    }
+    image_ = std::move(image);
+    return image_;
+}
+
+void CImageChart::drawData(QPainter& painter, const ChartLayout& layout) const {
+    if (image().isNull()) {
+        return;
+    }
+    const QSizeF cells = image().size();
+    const auto place = [&](double column, double row) {
+        return layout.point(axis(AxisSide::bottom).fraction(column), axis(AxisSide::left).fraction(row));
+    };
+    const QRectF target(place(0, cells.height()), place(cells.width(), 0));
+    painter.save();
+    painter.setClipRect(layout.box, Qt::IntersectClip);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform, false);
+    painter.drawImage(target, image());
+    // The image covers what stands below; the grid belongs on top of it.
+    for (const CAxis& axis : axes()) {
+        drawGridLines(painter, layout, axis);
+    }
+    painter.restore();
+}
+
+std::optional<ChartReadout> CImageChart::readoutAt(const ChartLayout& layout, QPointF place) const {
+    const CChartData* const data = shown();
+    if (data == nullptr || !layout.box.contains(place)) {
+        return std::nullopt;
+    }
+    const double x = (place.x() - layout.box.left()) / layout.box.width();
+    const double y = (layout.box.bottom() - place.y()) / layout.box.height();
+    const auto column = truncateTo<int>(std::floor(axis(AxisSide::bottom).valueAt(x)));
+    const auto row = truncateTo<int>(std::floor(axis(AxisSide::left).valueAt(y)));
+    const int rows = data->dimensions()[0];
+    const int columns = data->dimensions()[1];
+    if (column < 0 || row < 0 || column >= columns || row >= rows) {
+        return std::nullopt;
+    }
+    const auto index =
+        static_cast<std::size_t>(row) * static_cast<std::size_t>(columns) + static_cast<std::size_t>(column);
+    return ChartReadout{place, QStringLiteral("%1, %2   %3")
+                                   .arg(column)
+                                   .arg(row)
+                                   .arg(QString::fromStdString(shortNumber(data->values()[index])))};
+}
+
+QRectF CImageChart::shapedBox(const QRectF& available) const {
+    const CChartData* const data = shown();
+    if (data == nullptr || (scalesToWindow_ && !maintainsAspectRatio_)) {
+        return available;
+    }
+    const QSizeF cells(data->dimensions()[1], data->dimensions()[0]);
+    if (!scalesToWindow_) {
+        return {available.topLeft(), cells.boundedTo(available.size())};
+    }
+    const QSizeF size = cells.scaled(available.size(), Qt::KeepAspectRatio).expandedTo({1, 1});
+    return {available.center() - QPointF(size.width(), size.height()) / 2, size};
+}
+
+std::optional<AxisRange> CImageChart::dataExtent(const CAxis& axis) const {
+    const CChartData* const data = shown();
+    if (data == nullptr) {
+        return std::nullopt;
+    }
+    const int cells = data->dimensions()[axis.isVertical() ? 0 : 1];
+    return AxisRange{0, static_cast<double>(cells)};
+}
+
+}  // namespace tessavo

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <QDialog>
+
+#include "plot/chart/chart_view.h"
+#include "plot/chart/xy_chart.h"
+#include "plot/curve_display.h"
+
+class QLineEdit;
+class QPushButton;
+class QSlider;
+
+namespace tessavo {
+
+/// The plot window: the equalizer curve, a slider that scrolls the dB range, and "Max", "Min" and "SET" that
+/// apply one. Its owner shows and hides it; closing it by its frame or with Escape is told.
+class CPlotDlg : public QDialog, public ICurveDisplay {
+    Q_OBJECT
+
+ public:
+    static constexpr QRgb curveColor = 0xFF1C86EE;
+    static constexpr QSize pixelSize{954, 496};
+
+    /// \param host outlives the window
+    explicit CPlotDlg(IChartHost& host, QWidget* parent = nullptr);
+
+    /// Replaces the curve; its identifier stays, and its colour is curveColor again.
+    void setCurve(const ResponseCurve& curve) override;
+    /// Shows the axes without a curve. The curve keeps its place among the data sets.
+    void clearCurve();
+    /// Identifier of the curve in the chart; -1 before the first curve.
+    [[nodiscard]] int curveIdentifier() const { return curveIdentifier_; }
+
+    [[nodiscard]] CXYChart& chart() { return chart_; }
+    /// Shows the window in the middle of its screen.
+    void showCentred();
+
+ signals:
+    /// The person closed the window; it is hidden already.
+    void closedByUser();
+
+ protected:
+    void closeEvent(QCloseEvent* event) override;
+    void reject() override;
+
+ private:
+    void applyRange();
+    void scrollTo(int position);
+    void showRange();
+
+    IChartHost& host_;
+    CXYChart chart_;
+    CChartView* view_;
+    QLineEdit* maximum_;
+    QSlider* slider_;
+    QLineEdit* minimum_;
+    QPushButton* set_;
+    int curveIdentifier_ = -1;
+};
+
+}  // namespace tessavo

@@ -1,0 +1,132 @@
+#include "plot/chart/xy_chart.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+#include "plot/chart/data_painting.h"
+#include "plot/chart/number_text.h"
+
+namespace tessavo {
+namespace {
+
+QString withUnit(double value, const CAxis& axis) {
+    QString text = QString::fromStdString(shortNumber(value));
+    if (axis.look().labels == LabelForm::withSign && value > 0) {
+        text.prepend(QLatin1Char('+'));
+    }
+    return axis.look().title.isEmpty() ? text : text + QLatin1Char(' ') + axis.look().title;
+}
+
+bool hasPlace(QPointF point) {
+    return !std::isnan(point.x()) && !std::isnan(point.y());
+}
+
+}  // namespace
+
+CXYChart::CXYChart(QObject* parent) : CChart(parent) {}
+
+void CXYChart::drawData(QPainter& painter, const ChartLayout& layout) const {
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setClipRect(layout.box, Qt::IntersectClip);
+    for (const CChartData& data : dataSets()) {
+        if (!data.isXy()) {
+            continue;
+        }
+        const QPolygonF points = placedPoints(data, axis(data.xAxis), axis(data.yAxis), layout);
+        const double zero = std::clamp(axis(data.yAxis).fraction(0.0), 0.0, 1.0);
+        // A logarithmic axis has no zero; its bars stand on its floor.
+        const double floorY = layout.point(0, std::isnan(zero) ? 0.0 : zero).y();
+        drawDataSet(painter, points, floorY, data.style, layout.box);
+    }
+    painter.restore();
+}
+
+std::optional<ChartReadout> CXYChart::readoutAt(const ChartLayout& layout, QPointF place) const {
+    const auto data = std::ranges::find_if(dataSets(), &CChartData::isXy);
+    if (data == dataSets().end() || !layout.box.contains(place)) {
+        return std::nullopt;
+    }
+    const CAxis& xAxis = axis(data->xAxis);
+    const CAxis& yAxis = axis(data->yAxis);
+    const QPolygonF points = placedPoints(*data, xAxis, yAxis, layout);
+    std::optional<std::size_t> nearest;
+    double shortest = std::numeric_limits<double>::infinity();
+    for (qsizetype n = 0; n < points.size(); ++n) {
+        const double distance = std::abs(points[n].x() - place.x());
+        if (hasPlace(points[n]) && distance < shortest) {
+            shortest = distance;
+            nearest = static_cast<std::size_t>(n);
+        }
+    }
+    if (!nearest) {
+        return std::nullopt;
+    }
+    return ChartReadout{points[static_cast<qsizetype>(*nearest)],
+                        withUnit(data->xValues()[*nearest], xAxis) + QStringLiteral("   ") +
+                            withUnit(data->yValues()[*nearest], yAxis)};
+}
+
+int CXYChart::saveToFile(const QString& path, const Notify& /*notify*/) const {
+    if (!hasData()) {
+        return 0;
+    }
+    QByteArray text;
+    for (const CChartData& data : dataSets()) {
+        for (std::size_t n = 0; n < data.pointCount(); ++n) {
+            text.append(shortNumber(data.xValues()[n])).append(' ');
+            text.append(shortNumber(data.yValues()[n])).append("\r\n");
+        }
+    }
+    return writeText(path, text);
+}
+
+std::optional<AxisRange> CXYChart::dataExtent(const CAxis& axis) const {
+    std::optional<AxisRange> extent;
+    const auto include = [&extent](const std::optional<AxisRange>& more) {
+        if (more) {
+            extent = !extent ? *more
+                             : AxisRange{std::min(extent->minimum, more->minimum),
+                                         std::max(extent->maximum, more->maximum)};
+        }
+    };
+    const bool aboveZeroOnly = axis.scale() == AxisScale::logarithmic;
+    for (const CChartData& data : dataSets()) {
+        if (data.isXy() && (axis.side() == data.xAxis || axis.side() == data.yAxis)) {
+            include(extentOf(axis.isVertical() ? data.yValues() : data.xValues(), aboveZeroOnly));
+        }
+        const bool standsOnZero = data.style.type == ChartType::histogram && data.yAxis == axis.side();
+        if (standsOnZero && extent && !aboveZeroOnly) {
+            include(AxisRange{0, 0});
+        }
+    }
+    return extent;
+}
+
+void setUpResponseAxes(CXYChart& chart) {
+    for (const AxisSide side : allAxisSides) {
+        CAxis axis(side);
+        AxisLook look = chart.axis(side).look();
+        if (axis.isVertical()) {
+            look.steps = TickSteps::decibel;
+            look.labels = LabelForm::withSign;
+            look.title = QStringLiteral("dB");
+            axis.setRange({-18, 18});
+        } else {
+            look.labels = LabelForm::kilo;
+            look.title = QStringLiteral("Hz");
+            axis.setRange({20, 20000});
+            axis.setScale(AxisScale::logarithmic);
+        }
+        if (side == AxisSide::bottom) {
+            look.majorTicks = 10;
+        }
+        // The axes across follow these two.
+        axis.setAutomatic(side == AxisSide::right || side == AxisSide::top);
+        axis.setLook(look);
+        chart.setAxis(axis);
+    }
+}
+
+}  // namespace tessavo
