@@ -16,10 +16,11 @@
 
 namespace tessavo {
 
-/// The line to the target: port, clock, lock, engine, commands and the live worker, tied together for the program.
+/// The line to the target: port, clock, lock, engine, commands and the live worker, tied together for the
+/// program.
 ///
-/// Lives on the user-interface thread. Log lines, progress and states of the worker come out as signals there, in the
-/// order in which they happened, whichever thread caused them.
+/// Lives on the user-interface thread. Log lines, progress and states of the worker come out as signals
+/// there, in the order in which they happened, whichever thread caused them.
 class CommLink : public QObject, private ICommLog {
     Q_OBJECT
 

@@ -7,7 +7,8 @@
 
 namespace tessavo {
 
-/// What the program remembers between two runs. A missing, damaged or unwritable profile reads as empty; nothing fails.
+/// What the program remembers between two runs. A missing, damaged or unwritable profile reads as empty;
+/// nothing fails.
 class Profile {
  public:
     static constexpr int recentFileLimit = 4;
@@ -34,7 +35,9 @@ class Profile {
     void setWindowPlace(const QByteArray& place) { settings_.setValue("windowPlace", place); }
 
  private:
-    [[nodiscard]] QString text(const char* key) const { return settings_.value(QLatin1String(key)).toString(); }
+    [[nodiscard]] QString text(const char* key) const {
+        return settings_.value(QLatin1String(key)).toString();
+    }
 
     QSettings settings_;
 };

@@ -12,7 +12,7 @@ struct TargetStatus {
     enum class Light { off, sending, confirmed, trouble };
 
     Light light = Light::off;
-    QString port;   ///< name of the port; empty when the list is empty
+    QString port;  ///< name of the port; empty when the list is empty
     bool liveMode = false;
     QString state;  ///< a few words with the time, or empty
 

@@ -21,7 +21,7 @@ enum class Page : std::uint8_t {
 
 inline constexpr std::size_t pageCount = 6;
 
-inline constexpr std::array<std::string_view, pageCount> tabTitles{"Equalizing Input", "Channel Config",
+inline constexpr std::array<std::string_view, pageCount> tabTitles{"Equalizing Input",  "Channel Config",
                                                                    "Equalizing Output", "Output Group",
                                                                    "Clip Detection",    "Communication"};
 

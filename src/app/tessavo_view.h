@@ -2,13 +2,13 @@
 
 #include <QWidget>
 #include <array>
+#include <memory>
 #include <vector>
 
 #include "app/tab_pages.h"
 #include "params/settings_commands.h"
 #include "params/tuning_state.h"
 
-class QLabel;
 class QLineEdit;
 class QScrollArea;
 class QStackedWidget;
@@ -16,12 +16,25 @@ class QStackedWidget;
 namespace tessavo {
 
 class CPlotDlg;
+class IChartHost;
 class CxSkinButton;
 class SkinCheckBox;
 class SkinComboBox;
-class SkinTabBar;
+class eqCTabCtrl;
 
-/// The single view of the main frame: the controls that act on the whole program, the tabs with their pages, the plot.
+/// Numbers of the view's own controls.
+namespace view_id {
+inline constexpr int setSelector = 3001;
+inline constexpr int setName = 3002;
+inline constexpr int eqMode = 3003;
+inline constexpr int filterMode = 3004;
+inline constexpr int showPlot = 3005;
+inline constexpr int tabs = 3006;
+inline constexpr int firstChannelFlag = 3011;  ///< flags 1 to 8
+}  // namespace view_id
+
+/// The single view of the main frame: the controls that act on the whole program, the tabs with their pages,
+/// the plot.
 class CTessavoView : public QWidget, public ISettingsView {
     Q_OBJECT
 
@@ -29,7 +42,8 @@ class CTessavoView : public QWidget, public ISettingsView {
     static constexpr int viewWidth = 1024;
     static constexpr int viewHeight = 680;
 
-    explicit CTessavoView(TuningState& tuning, QWidget* parent = nullptr);
+    /// \param chartHost asks and tells for the plot; outlives the view.
+    CTessavoView(TuningState& tuning, IChartHost& chartHost, QWidget* parent = nullptr);
     ~CTessavoView() override;
 
     /// Fills the controls from the state and shows the first page. Called once.
@@ -52,7 +66,6 @@ class CTessavoView : public QWidget, public ISettingsView {
  protected:
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
-    bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
     void makeHeader();
@@ -75,7 +88,7 @@ class CTessavoView : public QWidget, public ISettingsView {
     SkinComboBox* filterModes_ = nullptr;
     CxSkinButton* showPlot_ = nullptr;
     std::array<SkinCheckBox*, channelCount> flags_{};  ///< by number - 1
-    SkinTabBar* tabs_ = nullptr;
+    eqCTabCtrl* tabs_ = nullptr;
     QScrollArea* pageArea_ = nullptr;
     QStackedWidget* stack_ = nullptr;
     std::vector<CTabDialog*> pages_;

@@ -8,7 +8,8 @@ namespace tessavo {
 namespace {
 
 QString extensionOf(const FileFilter& filter) {
-    return QString::fromUtf8(filter.defaultExtension.data(), static_cast<qsizetype>(filter.defaultExtension.size()));
+    return QString::fromUtf8(filter.defaultExtension.data(),
+                             static_cast<qsizetype>(filter.defaultExtension.size()));
 }
 
 }  // namespace

@@ -12,8 +12,8 @@
 
 namespace tessavo {
 
-/// Message boxes of the window. A box asked for by another thread appears on the user-interface thread, and that thread
-/// waits for the answer.
+/// Message boxes of the window. A box asked for by another thread appears on the user-interface thread, and
+/// that thread waits for the answer.
 class UiMessageBox : public QObject, public IMessageBox {
     Q_OBJECT
 
@@ -26,8 +26,8 @@ class UiMessageBox : public QObject, public IMessageBox {
 
     BoxAnswer show(std::string_view text, BoxIcon icon, BoxButtons buttons) override;
 
-    /// From now on boxes of other threads are answered as if closed, those that wait included. Called at exit, before
-    /// those threads are joined.
+    /// From now on boxes of other threads are answered as if closed, those that wait included. Called at
+    /// exit, before those threads are joined.
     void stopAnswering();
 
     /// Replaces the presenter; user-interface thread.

@@ -1,0 +1,9 @@
+#include "app/display.h"
+
+namespace tessavo {
+
+bool hasDisplay() {
+    return true;
+}
+
+}  // namespace tessavo

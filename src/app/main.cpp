@@ -1,0 +1,80 @@
+#include <CLI/CLI.hpp>
+#include <QProcess>
+#include <cstdlib>
+#include <iostream>
+#include <string>
+
+#include "app/display.h"
+#include "app/instance_guard.h"
+#include "app/screenshots.h"
+#include "app/tessavo_app.h"
+
+namespace {
+
+using tessavo::CTessavoApp;
+using tessavo::StartOptions;
+
+// Pictures at twice the scale come from a second run of the program: the scale is fixed at its start.
+int picturesAtDoubleScale(const char* program, const QString& folder) {
+    QProcess process;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("QT_SCALE_FACTOR"), QStringLiteral("2"));
+    process.setProcessEnvironment(environment);
+    process.setProcessChannelMode(QProcess::ForwardedChannels);
+    process.start(QString::fromLocal8Bit(program), {QStringLiteral("--screenshots"), folder});
+    process.waitForFinished(-1);
+    return process.exitStatus() == QProcess::NormalExit ? process.exitCode() : 1;
+}
+
+int takePictures(CTessavoApp& app, const StartOptions& options, const char* program) {
+    const bool doubled = qEnvironmentVariable("QT_SCALE_FACTOR") == QStringLiteral("2");
+    const QString problem = tessavo::takeScreenshots(app.frame(), options.screenshots,
+                                                     doubled ? QStringLiteral("@2x") : QString());
+    if (!problem.isEmpty()) {
+        std::cerr << "tessavo: " << problem.toStdString() << '\n';
+        return 1;
+    }
+    return doubled ? 0 : picturesAtDoubleScale(program, options.screenshots);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    CLI::App cli("Tuning tool for an eight-channel car-audio signal processor", "tessavo");
+    std::string file;
+    std::string screenshots;
+    bool demo = false;
+    cli.set_version_flag("--version", "tessavo " TESSAVO_VERSION);
+    cli.add_option("file", file, "settings file to open");
+    cli.add_flag("--demo", demo, "work with a simulated target inside the program");
+    cli.add_option("--screenshots", screenshots, "draw every page into PNG files of this folder, and end")
+        ->type_name("DIR");
+    cli.allow_extras(false);
+    try {
+        cli.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        return cli.exit(error) == 0 ? 0 : 2;
+    }
+
+    const bool pictures = !screenshots.empty();
+    if (!tessavo::hasDisplay()) {
+        if (!pictures) {
+            std::cerr
+                << "tessavo: there is no display. Start it from a desktop session, or use tessavoctl.\n";
+            return 1;
+        }
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
+    const StartOptions options{QString::fromStdString(file), demo, QString::fromStdString(screenshots)};
+    QGuiApplication::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
+    CTessavoApp app(argc, argv);
+    const tessavo::InstanceGuard guard;
+    if (!pictures && !guard.isFirst()) {
+        app.boxes().showError("Tessavo is already running.\r\nPlease use the window that is open.");
+        return 1;
+    }
+    if (!app.InitInstance(options)) {
+        return 1;
+    }
+    return pictures ? takePictures(app, options, argv[0]) : app.run();
+}

@@ -1,0 +1,280 @@
+#include "app/main_frame.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QCloseEvent>
+#include <QDragEnterEvent>
+#include <QMenu>
+#include <QMenuBar>
+#include <QMimeData>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QScreen>
+#include <QTime>
+#include <QWindow>
+#include <algorithm>
+
+#include "app/about_dialog.h"
+#include "app/comm_link.h"
+#include "app/tessavo_view.h"
+#include "app/ui_file_dialogs.h"
+#include "controls/theme.h"
+
+namespace tessavo {
+
+namespace {
+
+constexpr int menuHeight = 28;
+// Menu, header, tab row, status bar and a strip of the page: below this nothing could be worked with.
+constexpr int lowestHeight = 320;
+constexpr std::string_view exitQuestion =
+    "The current settings will be lost!\r\n Do you want to save settings?";
+
+QString fileNameForMenu(const QString& path, qsizetype number) {
+    QString shown = path;
+    shown.replace(QLatin1Char('&'), QStringLiteral("&&"));
+    return QStringLiteral("&%1 %2").arg(number).arg(shown);
+}
+
+QString atTime(const char* words) {
+    return QLatin1String(words) + QTime::currentTime().toString(QStringLiteral(" HH:mm:ss"));
+}
+
+}  // namespace
+
+CMainFrame::CMainFrame(Parts parts)
+    : QWidget(nullptr, Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
+                           Qt::WindowMinimizeButtonHint | Qt::WindowCloseButtonHint),
+      parts_(parts),
+      view_(new CTessavoView(parts.tuning, parts.chartHost, this)),
+      status_(new StatusLine(this)),
+      commands_(parts.tuning, parts.dialogs, parts.boxes, *view_) {
+    setObjectName(QStringLiteral("mainFrame"));
+    setWindowTitle(QStringLiteral("Tessavo Velmira"));
+    setAcceptDrops(true);
+    makeMenus();
+    const int available = screen() != nullptr ? screen()->availableGeometry().height() : clientHeight;
+    setFixedSize(clientWidth, heightFor(available));
+    view_->initialUpdate();
+    status_->setKeyStates(readKeyStates());
+    qApp->installEventFilter(this);
+
+    connect(view_, &CTessavoView::liveModeChanged, this, [this](bool on) {
+        target_.liveMode = on;
+        target_.light = on ? TargetStatus::Light::sending : TargetStatus::Light::off;
+        target_.state = on ? QStringLiteral("sending") : QString();
+        showTarget();
+    });
+    connect(&parts_.link, &CommLink::portNameChanged, this, [this](const QString& name) {
+        target_.port = name;
+        showTarget();
+    });
+    connect(&parts_.link, &CommLink::workerState, this, [this](LiveWorker::State state) {
+        using Light = TargetStatus::Light;
+        switch (state) {
+            case LiveWorker::State::sending:
+                target_.light = Light::sending;
+                target_.state = QStringLiteral("sending");
+                break;
+            case LiveWorker::State::confirmed:
+                target_.light = Light::confirmed;
+                target_.state = atTime("confirmed");
+                break;
+            case LiveWorker::State::wrongSet:
+                target_.light = Light::trouble;
+                target_.state = atTime("wrong set");
+                break;
+            case LiveWorker::State::noAnswer:
+                target_.light = Light::trouble;
+                target_.state = atTime("no answer");
+                break;
+            case LiveWorker::State::idle:
+                break;
+        }
+        showTarget();
+    });
+    target_.port = QString::fromStdString(parts_.link.portName());
+    showTarget();
+}
+
+CMainFrame::~CMainFrame() = default;
+
+int CMainFrame::heightFor(int availableHeight) {
+    // What the caption and the frame around the client area take on usual desktops.
+    constexpr int captionHeight = 32;
+    return std::clamp(availableHeight - captionHeight, lowestHeight, clientHeight);
+}
+
+void CMainFrame::makeMenus() {
+    menuBar_ = new QMenuBar(this);
+    menuBar_->setNativeMenuBar(false);
+    menuBar_->setGeometry(0, 0, clientWidth, menuHeight);
+    fileMenu_ = menuBar_->addMenu(QStringLiteral("&File"));
+    const auto add = [this](QMenu* menu, const char* text, const QKeySequence& keys, auto act) {
+        auto* action = menu->addAction(QLatin1String(text));
+        action->setShortcut(keys);
+        connect(action, &QAction::triggered, this, act);
+        return action;
+    };
+    add(fileMenu_, "&Open", QKeySequence(Qt::CTRL | Qt::Key_O), &CMainFrame::open);
+    add(fileMenu_, "&Save", QKeySequence(Qt::CTRL | Qt::Key_S), &CMainFrame::save);
+    add(fileMenu_, "&Export", QKeySequence(Qt::CTRL | Qt::Key_E), [this] { commands_.exportImage(); });
+    fileMenu_->addSeparator();
+    recentEnd_ = fileMenu_->addSeparator();
+    add(fileMenu_, "E&xit", QKeySequence(Qt::CTRL | Qt::Key_Q), [this] { close(); });
+    fillRecentFiles();
+
+    QMenu* help = menuBar_->addMenu(QStringLiteral("&Help"));
+    add(help, "&About", QKeySequence(Qt::Key_F1), &CMainFrame::showAbout);
+}
+
+QAction* CMainFrame::action(const QString& text) const {
+    for (QMenu* menu : menuBar_->findChildren<QMenu*>(Qt::FindDirectChildrenOnly)) {
+        for (QAction* action : menu->actions()) {
+            if (action->text().remove(QLatin1Char('&')) == text) {
+                return action;
+            }
+        }
+    }
+    return nullptr;
+}
+
+void CMainFrame::fillRecentFiles() {
+    for (QAction* action : fileMenu_->actions()) {
+        if (action->data().isValid()) {
+            fileMenu_->removeAction(action);
+            action->deleteLater();
+        }
+    }
+    const QStringList files = parts_.profile.recentFiles();
+    for (qsizetype i = 0; i < files.size(); ++i) {
+        auto* action = new QAction(fileNameForMenu(files[i], i + 1), fileMenu_);
+        action->setData(files[i]);
+        connect(action, &QAction::triggered, this, [this, path = files[i]] { openFile(path); });
+        fileMenu_->insertAction(recentEnd_, action);
+    }
+    recentEnd_->setVisible(!files.isEmpty());
+}
+
+void CMainFrame::open() {
+    if (commands_.loadSettings()) {
+        parts_.profile.addRecentFile(textOf(commands_.settingsPath()));
+        fillRecentFiles();
+    }
+}
+
+void CMainFrame::save() {
+    if (commands_.saveSettings()) {
+        parts_.profile.addRecentFile(textOf(commands_.settingsPath()));
+        fillRecentFiles();
+    }
+}
+
+void CMainFrame::openFile(const QString& path) {
+    if (commands_.loadSettingsFrom(pathOf(path))) {
+        parts_.profile.addRecentFile(path);
+    } else {
+        parts_.profile.removeRecentFile(path);
+    }
+    fillRecentFiles();
+}
+
+void CMainFrame::showAbout() {
+    AboutDialog(this).exec();
+}
+
+void CMainFrame::showTarget() {
+    status_->setTarget(target_);
+}
+
+bool CMainFrame::mayClose() {
+    if (nothingToLose_ && nothingToLose_()) {
+        return true;
+    }
+    switch (parts_.boxes.show(exitQuestion, BoxIcon::error, BoxButtons::yesNoCancel)) {
+        case BoxAnswer::yes:
+            commands_.saveSettingsAtExit();
+            return true;
+        case BoxAnswer::no:
+            return true;
+        default:
+            return false;
+    }
+}
+
+void CMainFrame::restorePlace() {
+    const QSize fixed = size();
+    if (restoreGeometry(parts_.profile.windowPlace())) {
+        setFixedSize(fixed);
+    }
+}
+
+void CMainFrame::closeEvent(QCloseEvent* event) {
+    if (!mayClose()) {
+        event->ignore();
+        return;
+    }
+    parts_.profile.setWindowPlace(saveGeometry());
+    event->accept();
+    qApp->quit();
+}
+
+void CMainFrame::paintEvent(QPaintEvent*) {
+    QPainter(this).fillRect(rect(), QColor::fromRgb(theme::window));
+}
+
+void CMainFrame::resizeEvent(QResizeEvent*) {
+    status_->setGeometry(0, height() - StatusLine::barHeight, width(), StatusLine::barHeight);
+    view_->setGeometry(0, menuHeight, width(), height() - menuHeight - StatusLine::barHeight);
+}
+
+// The background acts as a caption. Only what no control has taken arrives here.
+void CMainFrame::mousePressEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton) {
+        return;
+    }
+    if (windowHandle() == nullptr || !windowHandle()->startSystemMove()) {
+        dragStart_ = event->globalPosition().toPoint() - pos();
+    }
+}
+
+void CMainFrame::mouseMoveEvent(QMouseEvent* event) {
+    if (dragStart_ && (event->buttons() & Qt::LeftButton) != 0) {
+        move(event->globalPosition().toPoint() - *dragStart_);
+    }
+}
+
+void CMainFrame::mouseReleaseEvent(QMouseEvent*) {
+    dragStart_.reset();
+}
+
+void CMainFrame::dragEnterEvent(QDragEnterEvent* event) {
+    if (event->mimeData()->hasUrls() && event->mimeData()->urls().size() == 1 &&
+        event->mimeData()->urls().constFirst().isLocalFile()) {
+        event->acceptProposedAction();
+    }
+}
+
+void CMainFrame::dropEvent(QDropEvent* event) {
+    event->acceptProposedAction();
+    openFile(event->mimeData()->urls().constFirst().toLocalFile());
+}
+
+bool CMainFrame::event(QEvent* event) {
+    if (event->type() == QEvent::WindowActivate) {
+        status_->setKeyStates(readKeyStates());
+    }
+    return QWidget::event(event);
+}
+
+bool CMainFrame::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::KeyRelease) {
+        const int key = static_cast<QKeyEvent*>(event)->key();
+        if (key == Qt::Key_CapsLock || key == Qt::Key_NumLock || key == Qt::Key_ScrollLock) {
+            status_->setKeyStates(readKeyStates());
+        }
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+}  // namespace tessavo

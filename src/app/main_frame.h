@@ -1,0 +1,94 @@
+#pragma once
+
+#include <QWidget>
+#include <functional>
+#include <optional>
+
+#include "app/profile.h"
+#include "app/status_line.h"
+#include "params/message_box.h"
+#include "params/settings_commands.h"
+
+class QAction;
+class QMenu;
+class QMenuBar;
+
+namespace tessavo {
+
+class CommLink;
+class CTessavoView;
+class IChartHost;
+
+/// The program's one window: menu, view, status bar. Its size is fixed; on a screen too low for it only the
+/// page scrolls.
+class CMainFrame : public QWidget {
+    Q_OBJECT
+
+ public:
+    static constexpr int clientWidth = 1024;
+    static constexpr int clientHeight = 736;
+
+    struct Parts {
+        TuningState& tuning;
+        IMessageBox& boxes;
+        IFileDialogs& dialogs;
+        Profile& profile;
+        CommLink& link;
+        IChartHost& chartHost;
+    };
+
+    explicit CMainFrame(Parts parts);
+    ~CMainFrame() override;
+
+    [[nodiscard]] CTessavoView& view() { return *view_; }
+    [[nodiscard]] StatusLine& statusLine() { return *status_; }
+    [[nodiscard]] SettingsCommands& commands() { return commands_; }
+    /// The menu's action of this text, for the keyboard and for tests; null where there is none.
+    [[nodiscard]] QAction* action(const QString& text) const;
+
+    /// Loads a file that came from the command line, the list of recent files or a drop.
+    void openFile(const QString& path);
+
+    /// When this answers true the frame closes without a question.
+    void setNothingToLose(std::function<bool()> nothingToLose) { nothingToLose_ = std::move(nothingToLose); }
+
+    /// Puts the frame where it was when the program last ended, if that place is still on a screen.
+    void restorePlace();
+
+    /// Height of the frame on a screen with this much room, in pixels.
+    static int heightFor(int availableHeight);
+
+ protected:
+    void closeEvent(QCloseEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
+    bool event(QEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+    void makeMenus();
+    void open();
+    void save();
+    void fillRecentFiles();
+    void showAbout();
+    void showTarget();
+    bool mayClose();
+
+    Parts parts_;
+    QMenuBar* menuBar_ = nullptr;
+    QMenu* fileMenu_ = nullptr;
+    QAction* recentEnd_ = nullptr;
+    CTessavoView* view_ = nullptr;
+    StatusLine* status_ = nullptr;
+    SettingsCommands commands_;
+    std::function<bool()> nothingToLose_;
+    TargetStatus target_;
+    std::optional<QPoint> dragStart_;
+};
+
+}  // namespace tessavo

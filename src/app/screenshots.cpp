@@ -1,0 +1,47 @@
+#include "app/screenshots.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QPixmap>
+#include <array>
+
+#include "app/main_frame.h"
+#include "app/tessavo_view.h"
+#include "plot/chart/plot_dlg.h"
+
+namespace tessavo {
+
+namespace {
+
+constexpr std::array<const char*, pageCount> fileNames{"input_eq",     "channel_config", "output_eq",
+                                                       "output_group", "clip_detection", "communication"};
+
+QString saveWidget(QWidget& widget, const QString& path) {
+    QApplication::processEvents();
+    if (!widget.grab().save(path, "PNG")) {
+        return QStringLiteral("%1 could not be written").arg(path);
+    }
+    return {};
+}
+
+}  // namespace
+
+QString takeScreenshots(CMainFrame& frame, const QString& folder, const QString& suffix) {
+    const QDir dir(folder);
+    if (!dir.mkpath(QStringLiteral("."))) {
+        return QStringLiteral("%1 could not be made").arg(folder);
+    }
+    const auto pathOf = [&](const char* name) {
+        return dir.filePath(QLatin1String(name) + suffix + QStringLiteral(".png"));
+    };
+    for (std::size_t i = 0; i < pageCount; ++i) {
+        frame.view().showPage(static_cast<Page>(i));
+        if (const QString problem = saveWidget(frame, pathOf(fileNames[i])); !problem.isEmpty()) {
+            return problem;
+        }
+    }
+    frame.view().showPage(Page::outputEqualizer);
+    return saveWidget(frame.view().plot(), pathOf("plot"));
+}
+
+}  // namespace tessavo

@@ -1,0 +1,126 @@
+#include "app/tessavo_app.h"
+
+#include <QIcon>
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <istream>
+#include <ostream>
+
+#include "app/demo_target.h"
+#include "app/tessavo_view.h"
+#include "comm/port_list.h"
+#include "controls/application_theme.h"
+#include "controls/skin_message_box.h"
+
+namespace tessavo {
+
+CTessavoApp::CTessavoApp(int& argc, char** argv, std::unique_ptr<Profile> profile)
+    : application_(argc, argv),
+      profile_(profile ? std::move(profile) : std::make_unique<Profile>()),
+      boxes_([this](const QString& text, BoxIcon icon, BoxButtons buttons) {
+          return present(text, icon, buttons);
+      }),
+      tuning_(boxes_),
+      link_(tuning_, boxes_),
+      chartHost_(boxes_) {
+    QApplication::setApplicationName(QStringLiteral("tessavo"));
+    QApplication::setApplicationDisplayName(QStringLiteral("Tessavo Velmira"));
+    QApplication::setQuitOnLastWindowClosed(false);
+    QIcon icon;
+    for (const int size : {16, 24, 32, 48, 64, 128, 256}) {
+        icon.addFile(QStringLiteral(":/icons/tessavo-%1.png").arg(size));
+    }
+    QApplication::setWindowIcon(icon);
+    applyTheme(application_);
+    if (!link_.startWorker()) {
+        boxes_.showError("Couldn't create progressThread!");
+    }
+}
+
+CTessavoApp::~CTessavoApp() {
+    // Threads first: they use what is destroyed after them.
+    boxes_.stopAnswering();
+    link_.shutDown();
+}
+
+bool CTessavoApp::InitInstance(const StartOptions& options) {
+    tuning_.start();
+    dialogs_ = std::make_unique<UiFileDialogs>(nullptr, *profile_);
+    choosePort(options);
+    frame_ = std::make_unique<CMainFrame>(
+        CMainFrame::Parts{tuning_, boxes_, *dialogs_, *profile_, link_, chartHost_});
+    frame_->restorePlace();
+    frame_->show();
+    if (!options.file.isEmpty()) {
+        frame_->openFile(options.file);
+    }
+    return true;
+}
+
+int CTessavoApp::run() {
+    return QApplication::exec();
+}
+
+void CTessavoApp::choosePort(const StartOptions& options) {
+    if (options.demo) {
+        demo_ = std::make_unique<DemoTarget>();
+        if (!demo_->start()) {
+            boxes_.showError("The simulated target could not be started.");
+        }
+    }
+    std::vector<std::string> ports = listPorts();
+    if (demo_ && demo_->running()) {
+        ports.insert(ports.begin(), demo_->portName());
+    }
+    const std::string last = profile_->lastPort().toStdString();
+    const bool hasLast = std::find(ports.begin(), ports.end(), last) != ports.end();
+    if (hasLast && !options.demo) {
+        link_.setPortName(last);
+    } else if (!ports.empty()) {
+        link_.setPortName(ports.front());
+    }
+}
+
+BoxAnswer CTessavoApp::present(const QString& text, BoxIcon icon, BoxButtons buttons) {
+    using Box = SkinMessageBox;
+    const Box::Buttons choice = buttons == BoxButtons::ok         ? Box::Buttons::ok
+                                : buttons == BoxButtons::okCancel ? Box::Buttons::okCancel
+                                                                  : Box::Buttons::yesNoCancel;
+    const Box::Icon picture = icon == BoxIcon::error ? Box::Icon::stop : Box::Icon::none;
+    Box box(QString::fromUtf8(applicationTitle.data(), static_cast<qsizetype>(applicationTitle.size())), text,
+            picture, choice, QApplication::activeWindow());
+    switch (box.ask()) {
+        case Box::Answer::ok:
+            return BoxAnswer::ok;
+        case Box::Answer::yes:
+            return BoxAnswer::yes;
+        case Box::Answer::no:
+            return BoxAnswer::no;
+        case Box::Answer::cancel:
+            break;
+    }
+    return answerWhenClosed(buttons);
+}
+
+bool CTessavoApp::serialize(std::ostream& archive) const {
+    archive.put(applicationFlag_ ? '\1' : '\0');
+    archive.write(reinterpret_cast<const char*>(&tuning_.store()), parameterStoreSize);
+    return archive.good();
+}
+
+bool CTessavoApp::serialize(std::istream& archive) {
+    const int flag = archive.get();
+    std::array<char, parameterStoreSize> bytes{};
+    archive.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    if (!archive) {
+        return false;
+    }
+    ParameterStore store;
+    std::memcpy(&store, bytes.data(), bytes.size());
+    applicationFlag_ = flag != 0;
+    tuning_.replaceStore(store);
+    return true;
+}
+
+}  // namespace tessavo

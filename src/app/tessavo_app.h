@@ -1,0 +1,70 @@
+#pragma once
+
+#include <QApplication>
+#include <QString>
+#include <iosfwd>
+#include <memory>
+
+#include "app/comm_link.h"
+#include "app/main_frame.h"
+#include "app/profile.h"
+#include "app/skin_chart_host.h"
+#include "app/ui_file_dialogs.h"
+#include "app/ui_message_box.h"
+#include "params/tuning_state.h"
+
+namespace tessavo {
+
+class DemoTarget;
+
+/// What the command line asked for.
+struct StartOptions {
+    QString file;         ///< settings file to load; may be empty
+    bool demo = false;    ///< run a simulated target inside the program
+    QString screenshots;  ///< folder for pictures of every page; empty for none
+};
+
+/// Owns the toolkit's application object and everything that is tuned; lives for the whole run.
+class CTessavoApp {
+ public:
+    /// \param argc, argv as main() got them; they outlive this object.
+    /// \param profile the user's own when empty.
+    CTessavoApp(int& argc, char** argv, std::unique_ptr<Profile> profile = nullptr);
+    ~CTessavoApp();
+    CTessavoApp(const CTessavoApp&) = delete;
+    CTessavoApp& operator=(const CTessavoApp&) = delete;
+
+    /// Makes the frame and shows it.
+    /// \return false when the program must end
+    bool InitInstance(const StartOptions& options);
+
+    /// Runs until the frame is closed.
+    int run();
+
+    [[nodiscard]] TuningState& tuning() { return tuning_; }
+    [[nodiscard]] CommLink& link() { return link_; }
+    [[nodiscard]] CMainFrame& frame() { return *frame_; }
+    [[nodiscard]] UiMessageBox& boxes() { return boxes_; }
+
+    /// One byte of an application flag and the 10600 bytes of the store.
+    /// \return whether all of it went through; nothing changes otherwise
+    bool serialize(std::ostream& archive) const;
+    bool serialize(std::istream& archive);
+
+ private:
+    BoxAnswer present(const QString& text, BoxIcon icon, BoxButtons buttons);
+    void choosePort(const StartOptions& options);
+
+    QApplication application_;
+    std::unique_ptr<Profile> profile_;
+    UiMessageBox boxes_;
+    TuningState tuning_;
+    bool applicationFlag_ = false;
+    CommLink link_;
+    SkinChartHost chartHost_;
+    std::unique_ptr<UiFileDialogs> dialogs_;
+    std::unique_ptr<CMainFrame> frame_;
+    std::unique_ptr<DemoTarget> demo_;
+};
+
+}  // namespace tessavo

@@ -1,0 +1,289 @@
+#include "app/tessavo_view.h"
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QLinearGradient>
+#include <QPainter>
+#include <QScrollArea>
+#include <QStackedWidget>
+#include <bit>
+
+#include "app/tab_control.h"
+#include "controls/skin_button.h"
+#include "controls/skin_check_box.h"
+#include "controls/skin_combo_box.h"
+#include "controls/text_edit_box.h"
+#include "controls/theme.h"
+#include "params/set_text.h"
+#include "plot/chart/plot_dlg.h"
+
+namespace tessavo {
+
+namespace {
+
+constexpr int headerHeight = 48;
+constexpr int tabRowHeight = 36;
+constexpr int pageTop = headerHeight + tabRowHeight;
+constexpr int pageLeft = 20;
+constexpr int pageWidth = 984;
+constexpr int pageHeight = 596;
+// The page, a gap, and the scroll bar that shows only when the page does not fit.
+constexpr int pageAreaWidth = 998;
+constexpr std::array<int, pageCount> tabWidths{138, 124, 144, 112, 122, 126};
+
+void paintLabel(QLabel& label, QRgb color) {
+    QPalette palette = label.palette();
+    palette.setColor(QPalette::WindowText, QColor::fromRgb(color));
+    label.setPalette(palette);
+}
+
+QString latin(std::string_view text) {
+    return QLatin1String(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+QString nameOf(const ParameterSet& set) {
+    return QString::fromStdU16String(readSetText(set.setName));
+}
+
+// Record channel that the check box of this number shows.
+RecordChannel channelOfCheckBox(int number) {
+    for (std::uint8_t channel = 0; channel < channelCount; ++channel) {
+        if (channelCheckBoxMap[channel] == number) {
+            return {channel};
+        }
+    }
+    return {};
+}
+
+}  // namespace
+
+CTessavoView::CTessavoView(TuningState& tuning, IChartHost& chartHost, QWidget* parent)
+    : QWidget(parent), tuning_(tuning), plot_(std::make_unique<CPlotDlg>(chartHost)) {
+    setObjectName(QStringLiteral("mainView"));
+    makeHeader();
+    makeFlags();
+    makeTabs();
+    tuning_.setCurveDisplay(plot_.get());
+}
+
+CTessavoView::~CTessavoView() {
+    tuning_.setCurveDisplay(nullptr);
+}
+
+void CTessavoView::makeHeader() {
+    setSelector_ = new SkinComboBox(view_id::setSelector, this);
+    setSelector_->setGeometry(20, 10, 132, 28);
+    setSelector_->setAccessibleName(QStringLiteral("Parameter set"));
+    setSelector_->setToolTip(QStringLiteral("Parameter set"));
+    connect(setSelector_, &QComboBox::activated, this, &CTessavoView::chooseSet);
+
+    setName_ = new TextEditBox(view_id::setName, this);
+    setName_->setGeometry(160, 10, 188, 28);
+    setName_->setAccessibleName(QStringLiteral("Set name"));
+    setName_->setToolTip(QStringLiteral("Set name"));
+    connect(setName_, &QLineEdit::textEdited, this, &CTessavoView::renameSet);
+    connect(setName_, &QLineEdit::editingFinished, this, &CTessavoView::leaveSetName);
+
+    eqMode_ = new CxSkinButton(QString(), view_id::eqMode, this);
+    eqMode_->setGeometry(374, 10, 124, 28);
+    eqMode_->setToggle(true);
+    connect(eqMode_, &QAbstractButton::clicked, this, &CTessavoView::toggleLiveMode);
+
+    auto* label = new QLabel(QStringLiteral("Switch Mode"), this);
+    label->setGeometry(510, 10, 78, 28);
+    label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    label->setFont(theme::font(12));
+    paintLabel(*label, theme::text2);
+
+    filterModes_ = new SkinComboBox(view_id::filterMode, this);
+    filterModes_->setGeometry(596, 10, 96, 28);
+    filterModes_->setAccessibleName(QStringLiteral("Switch Mode"));
+    connect(filterModes_, &QComboBox::activated, this,
+            [this](int index) { tuning_.setFilterMode(static_cast<std::uint32_t>(index)); });
+
+    showPlot_ = new CxSkinButton(QStringLiteral("Show Plot"), view_id::showPlot, this);
+    showPlot_->setGeometry(702, 10, 92, 28);
+    connect(showPlot_, &QAbstractButton::clicked, this, &CTessavoView::togglePlot);
+    connect(plot_.get(), &CPlotDlg::closedByUser, this, [this] { setPlotShown(false); });
+}
+
+void CTessavoView::makeFlags() {
+    for (int i = 0; i < static_cast<int>(channelCount); ++i) {
+        const int number = i + 1;
+        auto* flag = new SkinCheckBox(QString(), view_id::firstChannelFlag + i, this);
+        flag->setGeometry(817 + 24 * i, 7, 22, 22);
+        flag->setAccessibleName(QStringLiteral("Channel flag %1").arg(number));
+        flag->setToolTip(QStringLiteral("Channel flag %1").arg(number));
+        connect(flag, &QAbstractButton::clicked, this, [this, number](bool checked) {
+            tuning_.setChannelFlag(channelOfCheckBox(number), checked ? 1 : 0);
+        });
+        flags_[static_cast<std::size_t>(i)] = flag;
+        auto* digit = new QLabel(QString::number(number), this);
+        digit->setGeometry(817 + 24 * i, 29, 22, 12);
+        digit->setAlignment(Qt::AlignCenter);
+        digit->setFont(theme::font(11));
+        paintLabel(*digit, theme::text2);
+    }
+}
+
+void CTessavoView::makeTabs() {
+    tabs_ = new eqCTabCtrl(view_id::tabs, this);
+    tabs_->setGeometry(pageLeft, headerHeight + 2, 776, 34);
+    for (std::size_t i = 0; i < pageCount; ++i) {
+        tabs_->addFixedTab(latin(tabTitles[i]), tabWidths[i]);
+    }
+    pageArea_ = new QScrollArea(this);
+    pageArea_->setFrameShape(QFrame::NoFrame);
+    pageArea_->setFocusPolicy(Qt::NoFocus);
+    stack_ = new QStackedWidget;
+    stack_->setFixedSize(pageWidth, pageHeight);
+    pageArea_->setWidget(stack_);
+    pages_ = tabs_->createPages(stack_);
+    // A click on the tab in front is a click too: it brings the plot up to date.
+    connect(tabs_, &QTabBar::tabBarClicked, this, &CTessavoView::tabClicked);
+    connect(tabs_, &QTabBar::currentChanged, this, &CTessavoView::tabClicked);
+}
+
+void CTessavoView::initialUpdate() {
+    eqMode_->setText(QStringLiteral("EQ Mode Off"));
+    fillSetSelector();
+    setSelector_->setCurrentIndex(0);
+    filterModes_->addItems({QStringLiteral("BZT"), QStringLiteral("MZT"), QStringLiteral("BZT/MZT")});
+    filterModes_->setCurrentIndex(0);
+    setName_->setText(nameOf(tuning_.currentParameterSet()));
+    showPage(Page::inputEqualizer);
+}
+
+void CTessavoView::showPage(Page page) {
+    const int index = static_cast<int>(page);
+    if (tabs_->currentIndex() == index) {
+        tabClicked(index);
+    } else {
+        tabs_->setCurrentIndex(index);
+    }
+}
+
+void CTessavoView::checkChannelBox(int number, bool checked) {
+    if (number >= 1 && number <= static_cast<int>(channelCount)) {
+        flags_[static_cast<std::size_t>(number - 1)]->setChecked(checked);
+    }
+}
+
+void CTessavoView::refreshPages() {
+    for (CTabDialog* page : pages_) {
+        page->refresh();
+    }
+    fillSetSelector();
+    setName_->setText(nameOf(tuning_.currentParameterSet()));
+    updatePlot();
+    emit currentSetChanged();
+}
+
+void CTessavoView::fillSetSelector() {
+    setSelector_->clear();
+    for (const ParameterSet& set : tuning_.store().sets) {
+        setSelector_->addItem(nameOf(set));
+    }
+    setSelector_->setCurrentIndex(static_cast<int>(tuning_.currentSet()));
+}
+
+void CTessavoView::toggleLiveMode() {
+    const bool on = !tuning_.liveMode();
+    tuning_.setLiveMode(on);
+    eqMode_->setText(on ? QStringLiteral("EQ Mode On") : QStringLiteral("EQ Mode Off"));
+    eqMode_->setOn(on);
+    emit liveModeChanged(on);
+}
+
+void CTessavoView::chooseSet(int index) {
+    if (index < 0) {
+        return;
+    }
+    const auto set = static_cast<std::uint32_t>(index);
+    tuning_.selectSet(set, [&] {
+        for (CTabDialog* page : pages_) {
+            page->changeSet(set);
+        }
+    });
+    setName_->setText(nameOf(tuning_.currentParameterSet()));
+    for (std::uint8_t channel = 0; channel < channelCount; ++channel) {
+        checkChannelBox(channelCheckBoxMap[channel],
+                        tuning_.currentParameterSet().channels[channel].channelFlag != 0);
+    }
+    updatePlot();
+    emit currentSetChanged();
+}
+
+void CTessavoView::renameSet(const QString& text) {
+    tuning_.setName(text.toStdU16String());
+}
+
+void CTessavoView::leaveSetName() {
+    fillSetSelector();
+    setName_->setText(nameOf(tuning_.currentParameterSet()));
+    emit currentSetChanged();
+}
+
+void CTessavoView::togglePlot() {
+    setPlotShown(!plotShown_);
+    updatePlot();
+}
+
+void CTessavoView::setPlotShown(bool shown) {
+    plotShown_ = shown;
+    showPlot_->setText(shown ? QStringLiteral("Hide Plot") : QStringLiteral("Show Plot"));
+    if (shown) {
+        plot_->showCentred();
+    } else {
+        plot_->hide();
+    }
+}
+
+void CTessavoView::tabClicked(int index) {
+    if (index < 0 || index >= static_cast<int>(pageCount)) {
+        return;
+    }
+    stack_->setCurrentIndex(index);
+    plot_->setWindowTitle(latin(plotTitles[static_cast<std::size_t>(index)]));
+    updatePlot();
+}
+
+void CTessavoView::updatePlot() {
+    switch (static_cast<Page>(stack_->currentIndex())) {
+        case Page::inputEqualizer:
+            tuning_.showInputCurve();
+            break;
+        case Page::outputEqualizer: {
+            // The leftmost selected page position; none selected shows no curve.
+            const int position = std::countl_zero(tuning_.selectionMask());
+            if (position < static_cast<int>(channelCount)) {
+                tuning_.showOutputCurve(recordChannelAt({static_cast<std::uint8_t>(position)}));
+            } else {
+                plot_->clearCurve();
+            }
+            break;
+        }
+        default:
+            plot_->clearCurve();
+    }
+}
+
+void CTessavoView::resizeEvent(QResizeEvent*) {
+    pageArea_->setGeometry(pageLeft, pageTop, pageAreaWidth, height() - pageTop);
+}
+
+void CTessavoView::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.fillRect(rect(), QColor::fromRgb(theme::window));
+    QLinearGradient strip(0, 0, 0, pageTop);
+    strip.setColorAt(0, QColor::fromRgb(theme::headerTop));
+    strip.setColorAt(1, QColor::fromRgb(theme::headerBottom));
+    painter.fillRect(0, 0, width(), pageTop, strip);
+    const QColor line = QColor::fromRgb(theme::line);
+    painter.fillRect(0, 0, width(), 1, line);
+    painter.fillRect(0, pageTop - 1, width(), 1, line);
+    painter.fillRect(360, 11, 1, 26, line);
+    painter.fillRect(807, 11, 1, 26, line);
+}
+
+}  // namespace tessavo
