@@ -2,6 +2,7 @@
 
 #include <QColor>
 #include <QFont>
+#include <array>
 
 namespace tessavo::theme {
 
@@ -52,6 +53,17 @@ inline constexpr QRgb stop = 0xFFC9303A;
 inline constexpr QRgb sending = 0xFF4BA3F7;
 inline constexpr QRgb trouble = 0xFFFF8087;
 inline constexpr QRgb focus = 0xFF8FCBFF;
+inline constexpr QRgb lightBlue = 0xFF6DB8FF;  ///< chosen radio button, sent lines of the log
+inline constexpr QRgb received = 0xFF5CCFC0;   ///< received lines of the log
+
+// Rulers.
+inline constexpr QRgb tick = 0xFF4A5663;         ///< tick beside a slider
+inline constexpr QRgb rowDivider = 0xFF242B34;   ///< between the rows of a group
+inline constexpr QRgb paneDivider = 0xFF343E49;  ///< between the panes of the status bar
+
+/// Colours of the channel groups A to H; the letter always stands beside.
+inline constexpr std::array<QRgb, 8> groups{0xFF4BA3F7, 0xFF2BB3A3, 0xFF9A8AF0, 0xFFE0A94A,
+                                            0xFFE9828C, 0xFF7BC56B, 0xFFC98BD9, 0xFF9AA7B5};
 
 /// The program's font in logical pixels: Inter, Segoe UI, Noto Sans or DejaVu Sans, whichever is there.
 [[nodiscard]] QFont font(int pixelSize, QFont::Weight weight = QFont::Normal);

@@ -1,0 +1,140 @@
+#include "controls/accessible.h"
+
+#include <QAccessible>
+#include <QAccessibleWidget>
+
+#include "controls/bitmap_slider.h"
+#include "controls/clip_light.h"
+#include "controls/skin_group_box.h"
+#include "controls/state_lamp.h"
+#include "controls/transfer_line.h"
+
+namespace tessavo {
+namespace {
+
+class SliderInterface : public QAccessibleWidget, public QAccessibleValueInterface {
+ public:
+    explicit SliderInterface(CBitmapSlider& slider)
+        : QAccessibleWidget(&slider, QAccessible::Slider), slider_(slider) {}
+
+    void* interface_cast(QAccessible::InterfaceType type) override {
+        if (type == QAccessible::ValueInterface) {
+            return static_cast<QAccessibleValueInterface*>(this);
+        }
+        return QAccessibleWidget::interface_cast(type);
+    }
+
+    QString text(QAccessible::Text kind) const override {
+        return kind == QAccessible::Value ? slider_.valueText() : QAccessibleWidget::text(kind);
+    }
+
+    QVariant currentValue() const override { return slider_.valueOf(slider_.position()); }
+    void setCurrentValue(const QVariant& value) override {
+        bool isNumber = false;
+        const double number = value.toDouble(&isNumber);
+        if (isNumber) {
+            slider_.setValueByUser(number);
+        }
+    }
+    // A negated scale turns the ends round.
+    QVariant minimumValue() const override {
+        return qMin(slider_.valueOf(slider_.minimum()), slider_.valueOf(slider_.maximum()));
+    }
+    QVariant maximumValue() const override {
+        return qMax(slider_.valueOf(slider_.minimum()), slider_.valueOf(slider_.maximum()));
+    }
+    QVariant minimumStepSize() const override { return qAbs(slider_.valuePerStep()); }
+
+    QStringList actionNames() const override {
+        QStringList names = QAccessibleWidget::actionNames();
+        if (slider_.isEnabled()) {
+            names << increaseAction() << decreaseAction();
+        }
+        return names;
+    }
+    void doAction(const QString& name) override {
+        if (name == increaseAction()) {
+            slider_.stepValueByUser(1);
+        } else if (name == decreaseAction()) {
+            slider_.stepValueByUser(-1);
+        } else {
+            QAccessibleWidget::doAction(name);
+        }
+    }
+
+ private:
+    CBitmapSlider& slider_;
+};
+
+class TransferInterface : public QAccessibleWidget, public QAccessibleValueInterface {
+ public:
+    explicit TransferInterface(TransferLine& line)
+        : QAccessibleWidget(&line, QAccessible::ProgressBar), line_(line) {}
+
+    void* interface_cast(QAccessible::InterfaceType type) override {
+        if (type == QAccessible::ValueInterface) {
+            return static_cast<QAccessibleValueInterface*>(this);
+        }
+        return QAccessibleWidget::interface_cast(type);
+    }
+
+    QString text(QAccessible::Text kind) const override {
+        return kind == QAccessible::Value ? line_.text() : QAccessibleWidget::text(kind);
+    }
+
+    QVariant currentValue() const override { return line_.blocksSent(); }
+    void setCurrentValue(const QVariant& /*value*/) override {}
+    QVariant minimumValue() const override { return 0; }
+    QVariant maximumValue() const override { return line_.blocks(); }
+    QVariant minimumStepSize() const override { return 1; }
+
+ private:
+    TransferLine& line_;
+};
+
+/// A widget that needs no more than its role, name and description.
+class PlainInterface : public QAccessibleWidget {
+ public:
+    PlainInterface(QWidget& widget, QAccessible::Role role) : QAccessibleWidget(&widget, role) {}
+};
+
+QAccessibleInterface* makeInterface(const QString& /*className*/, QObject* object) {
+    if (auto* slider = qobject_cast<CBitmapSlider*>(object)) {
+        return new SliderInterface(*slider);
+    }
+    if (auto* line = qobject_cast<TransferLine*>(object)) {
+        return new TransferInterface(*line);
+    }
+    if (auto* group = qobject_cast<SkinGroupBox*>(object)) {
+        return new PlainInterface(*group, QAccessible::Grouping);
+    }
+    if (auto* light = qobject_cast<ClipLight*>(object)) {
+        return new PlainInterface(*light, QAccessible::Indicator);
+    }
+    if (auto* lamp = qobject_cast<StateLamp*>(object)) {
+        return new PlainInterface(*lamp, QAccessible::Indicator);
+    }
+    return nullptr;
+}
+
+}  // namespace
+
+void installAccessibility() {
+    QAccessible::installFactory(makeInterface);
+}
+
+void announceValue(QWidget& control, double value) {
+    if (QAccessible::isActive()) {
+        QAccessibleValueChangeEvent event(&control, value);
+        QAccessible::updateAccessibility(&event);
+    }
+}
+
+void announceText(QWidget& control) {
+    if (QAccessible::isActive()) {
+        QAccessibleEvent event(&control, QAccessible::DescriptionChanged);
+        QAccessible::updateAccessibility(&event);
+    }
+}
+
+}  // namespace tessavo

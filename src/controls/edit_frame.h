@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QLineEdit>
+
+#include "controls/skin.h"
+
+namespace tessavo {
+
+/// Font, focus and a clear ground for an edit that paints its own frame.
+void prepareEdit(QLineEdit& edit);
+
+/// Draws the frame below the text; `stripe` 0 for none. An edit with the focus always shows its ring.
+void paintEditFrame(QLineEdit& edit, bool focused, bool hovered, QRgb stripe);
+
+/// Width that a text needs in the edit without scrolling.
+[[nodiscard]] int editNeededWidth(const QLineEdit& edit, const QString& text);
+
+}  // namespace tessavo

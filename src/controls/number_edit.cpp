@@ -1,0 +1,135 @@
+#include "controls/number_edit.h"
+
+#include <QKeyEvent>
+#include <QPointer>
+
+#include "controls/control_id.h"
+#include "controls/edit_frame.h"
+
+namespace tessavo {
+namespace {
+
+constexpr int longestNumber = 16;
+constexpr int narrow = 50;
+
+}  // namespace
+
+NumberEdit::NumberEdit(int controlId, QWidget* parent) : QLineEdit(parent) {
+    setControlId(*this, controlId);
+    prepareEdit(*this);
+    setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    setMaxLength(longestNumber);
+}
+
+void NumberEdit::setValueText(const QString& text) {
+    applied_ = text;
+    if (text != this->text()) {
+        setText(text);
+    }
+}
+
+void NumberEdit::setColor(QRgb color) {
+    color_ = color;
+    update();
+}
+
+void NumberEdit::setBypassed(bool bypassed) {
+    if (bypassed_ != bypassed) {
+        bypassed_ = bypassed;
+        update();
+    }
+}
+
+int NumberEdit::neededWidth(const QString& value) const {
+    return editNeededWidth(*this, value);
+}
+
+void NumberEdit::apply(void (NumberEdit::*signal)()) {
+    if (applying_) {
+        return;
+    }
+    const QPointer<NumberEdit> alive(this);
+    applying_ = true;
+    Q_EMIT(this->*signal)();
+    if (alive) {
+        applying_ = false;
+        applied_ = text();
+    }
+}
+
+void NumberEdit::keyPressEvent(QKeyEvent* event) {
+    const Qt::KeyboardModifiers modifiers = event->modifiers() & ~Qt::KeypadModifier;
+    switch (event->key()) {
+        case Qt::Key_Return:
+        case Qt::Key_Enter: {
+            const QPointer<NumberEdit> alive(this);
+            apply(&NumberEdit::entered);
+            if (alive) {
+                selectAll();
+            }
+            return;
+        }
+        case Qt::Key_Escape:
+            if (!isEdited()) {
+                break;
+            }
+            setText(applied_);
+            selectAll();
+            return;
+        case Qt::Key_Up:
+        case Qt::Key_Down:
+            if (modifiers == Qt::NoModifier || modifiers == Qt::ShiftModifier) {
+                Q_EMIT stepRequested(event->key() == Qt::Key_Up ? 1 : -1, modifiers == Qt::ShiftModifier);
+                return;
+            }
+            break;
+        default:
+            break;
+    }
+    if (event->key() == Qt::Key_Escape) {
+        event->ignore();
+        return;
+    }
+    QLineEdit::keyPressEvent(event);
+}
+
+void NumberEdit::focusInEvent(QFocusEvent* event) {
+    QLineEdit::focusInEvent(event);
+    focused_ = true;
+    update();
+}
+
+void NumberEdit::focusOutEvent(QFocusEvent* event) {
+    QLineEdit::focusOutEvent(event);
+    focused_ = false;
+    update();
+    if (event->reason() != Qt::PopupFocusReason) {
+        apply(&NumberEdit::left);
+    }
+}
+
+void NumberEdit::enterEvent(QEnterEvent* event) {
+    hovered_ = true;
+    QLineEdit::enterEvent(event);
+    update();
+}
+
+void NumberEdit::leaveEvent(QEvent* event) {
+    hovered_ = false;
+    QLineEdit::leaveEvent(event);
+    update();
+}
+
+void NumberEdit::resizeEvent(QResizeEvent* event) {
+    // Narrow boxes hold the same numbers.
+    setTextMargins(width() < narrow ? QMargins(2, 0, 2, 0) : QMargins(5, 0, 5, 0));
+    QLineEdit::resizeEvent(event);
+}
+
+void NumberEdit::paintEvent(QPaintEvent* event) {
+    const bool pale = bypassed_ || !isEnabled();
+    paintEditFrame(*this, focused_, hovered_, color_ != 0 && pale ? theme::off : color_);
+    QLineEdit::paintEvent(event);
+}
+
+}  // namespace tessavo

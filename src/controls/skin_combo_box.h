@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QColor>
+#include <QComboBox>
+
+#include "controls/focus_ring.h"
+
+namespace tessavo {
+
+/// Drop-down list with a painted body. One of 81 pixels or less is compact: smaller text, closer to the edge.
+class SkinComboBox : public QComboBox {
+    Q_OBJECT
+
+ public:
+    explicit SkinComboBox(int controlId, QWidget* parent = nullptr);
+
+    /// A dot before the text of an entry; an invalid colour takes it away.
+    void setItemDot(int index, const QColor& color);
+
+    [[nodiscard]] bool isCompact() const { return width() <= 81; }
+    /// Width that the widest entry needs.
+    [[nodiscard]] int neededWidth() const;
+
+ protected:
+    void paintEvent(QPaintEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+    void enterEvent(QEnterEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+
+ private:
+    [[nodiscard]] int textLeft(bool dotted) const;
+    [[nodiscard]] QColor dotOf(int index) const;
+
+    bool hovered_ = false;
+    FocusRing ring_;
+};
+
+}  // namespace tessavo
