@@ -1,3 +1,4 @@
+#include <array>
 #include <cstdlib>
 
 #include "app/display.h"
@@ -5,7 +6,8 @@
 namespace tessavo {
 
 bool hasDisplay() {
-    for (const char* name : {"QT_QPA_PLATFORM", "WAYLAND_DISPLAY", "DISPLAY"}) {
+    constexpr std::array<const char*, 3> names{"QT_QPA_PLATFORM", "WAYLAND_DISPLAY", "DISPLAY"};
+    for (const char* name : names) {
         const char* value = std::getenv(name);
         if (value != nullptr && *value != '\0') {
             return true;
