@@ -4,6 +4,7 @@
 #include <QCoreApplication>
 #include <QHashFunctions>
 #include <QPainterPath>
+#include <QtMath>
 
 #include "controls/skin_drawing.h"
 #include "controls/theme.h"
@@ -32,8 +33,8 @@ Cache& cache() {
     return pieces;
 }
 
-int withParityOf(int size, bool odd) {
-    return (size % 2 != 0) == odd ? size : size + 1;
+int withParityOf(int size, bool odd, int correction) {
+    return (size % 2 != 0) == odd ? size : size + correction;
 }
 
 QSize deviceSize(const SkinPiece& piece, double scale) {
@@ -73,12 +74,13 @@ void draw(const SkinInk& ink, const SkinPiece& piece) {
 
 }  // namespace
 
+// The cap rounds down so that its ring stays inside the slider at every scale.
 SliderPixels::SliderPixels(double scale, bool oddBox)
     : hair(Skin::hairline(scale)),
-      channel(withParityOf(qRound(6 * scale), oddBox)),
+      channel(withParityOf(qRound(6 * scale), oddBox, 1)),
       fill(qMax(1, channel - 2 * hair)),
-      capAcross(withParityOf(qRound(Skin::capWidth * scale), oddBox)),
-      capAlong(qRound(Skin::capLength * scale)),
+      capAcross(withParityOf(qRound(Skin::capWidth * scale), oddBox, -1)),
+      capAlong(qFloor(Skin::capLength * scale)),
       capMargin(qRound(4 * scale)) {}
 
 int Skin::hairline(double scale) {

@@ -5,6 +5,7 @@
 #include <QWheelEvent>
 
 #include "controls/control_id.h"
+#include "controls/skin_drawing.h"
 #include "controls/skin_painter.h"
 #include "controls/theme.h"
 
@@ -13,7 +14,8 @@ namespace {
 
 constexpr int dotSize = 8;
 constexpr int dotRoom = 13;
-constexpr int chevronRoom = 18;
+constexpr int chevronRoom = 20;
+constexpr int compactChevronRoom = 13;
 constexpr int rowHeight = 27;
 constexpr int dotRole = Qt::UserRole + 100;
 
@@ -77,8 +79,12 @@ QColor SkinComboBox::dotOf(int index) const {
     return itemData(index, dotRole).value<QColor>();
 }
 
+bool SkinComboBox::isCompact() const {
+    return width() <= compactCombo;
+}
+
 int SkinComboBox::textLeft(bool dotted) const {
-    const int left = isCompact() ? 6 : 8;
+    const int left = isCompact() ? 5 : 8;
     return dotted ? left + dotRoom : left;
 }
 
@@ -88,7 +94,7 @@ int SkinComboBox::neededWidth() const {
         widest =
             qMax(widest, textLeft(dotOf(index).isValid()) + fontMetrics().horizontalAdvance(itemText(index)));
     }
-    return widest + (width() < 90 ? chevronRoom - 1 : chevronRoom + 2);
+    return widest + (isCompact() ? compactChevronRoom : chevronRoom);
 }
 
 void SkinComboBox::paintEvent(QPaintEvent* /*event*/) {

@@ -17,7 +17,7 @@ class SkinComboBox : public QComboBox {
     /// A dot before the text of an entry; an invalid colour takes it away.
     void setItemDot(int index, const QColor& color);
 
-    [[nodiscard]] bool isCompact() const { return width() <= 81; }
+    [[nodiscard]] bool isCompact() const;
     /// Width that the widest entry needs.
     [[nodiscard]] int neededWidth() const;
 

@@ -28,6 +28,9 @@ struct SkinInk {
                 double width) const;
 };
 
+/// A combo box of at most this width is compact.
+inline constexpr int compactCombo = 81;
+
 [[nodiscard]] QBrush verticalGradient(const QRectF& rect, QRgb top, QRgb bottom);
 
 // One function for each family; each draws into a transparent pixmap of the piece's device size.

@@ -67,7 +67,7 @@ void drawButtonPiece(const SkinInk& ink, const SkinPiece& piece) {
     }
     if (piece.kind == SkinPiece::Kind::combo) {
         const bool disabled = (piece.state & skinDisabled) != 0;
-        const int fromRight = piece.size.width() < 90 ? 15 : 18;
+        const int fromRight = piece.size.width() <= compactCombo ? 12 : 18;
         const QPointF origin(ink.size.width() - ink(fromRight), ink.size.height() / 2 - ink(3));
         ink.stroke(origin, {{1, 1}, {4.5, 4.7}, {8, 1}},
                    QColor::fromRgb(disabled ? theme::text3 : theme::text2), 1.6);

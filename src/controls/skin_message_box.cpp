@@ -34,19 +34,27 @@ QFont textFont() {
     return theme::font(13, QFont::Medium);
 }
 
-/// Breaks a line at spaces where it is wider than the box may become.
+/// How many characters of a line fit into the widest box.
+qsizetype fitting(const QFontMetrics& metrics, const QString& line) {
+    qsizetype fits = 0;
+    qsizetype tooMany = line.size() + 1;
+    while (tooMany - fits > 1) {
+        const qsizetype middle = fits + (tooMany - fits) / 2;
+        (metrics.horizontalAdvance(line.left(middle)) <= widestText ? fits : tooMany) = middle;
+    }
+    return fits;
+}
+
+/// Breaks a line that is wider than the box may become, at spaces where it has some.
 QStringList folded(const QString& line) {
     const QFontMetrics metrics(textFont());
     QStringList parts;
     QString rest = line;
-    while (metrics.horizontalAdvance(rest) > widestText) {
-        qsizetype fit = rest.size();
-        while (fit > 1 && metrics.horizontalAdvance(rest.left(fit)) > widestText) {
-            const qsizetype space = rest.lastIndexOf(QLatin1Char(' '), fit - 1);
-            fit = space > 0 && space < fit ? space : fit - 1;
-        }
-        parts << rest.left(fit);
-        rest = rest.mid(fit).trimmed();
+    for (qsizetype fits = fitting(metrics, rest); fits < rest.size(); fits = fitting(metrics, rest)) {
+        const qsizetype space = rest.lastIndexOf(QLatin1Char(' '), fits);
+        const qsizetype end = space > 0 ? space : qMax<qsizetype>(1, fits);
+        parts << rest.left(end);
+        rest = rest.mid(end).trimmed();
     }
     return parts << rest;
 }

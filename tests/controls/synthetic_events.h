@@ -4,6 +4,8 @@
 #include <QEnterEvent>
 #include <QFocusEvent>
 #include <QMouseEvent>
+#include <QTest>
+#include <QTimer>
 #include <QWidget>
 
 namespace tessavo {
@@ -24,6 +26,13 @@ inline void sendPress(QWidget& control, const QPointF& place) {
     QMouseEvent event(QEvent::MouseButtonPress, place, control.mapToGlobal(place), Qt::LeftButton,
                       Qt::LeftButton, Qt::NoModifier);
     QApplication::sendEvent(&control, &event);
+}
+
+/// Runs the event loop until a timer has fired that is set far behind every timer of a test.
+[[nodiscard]] inline bool letLoopRun() {
+    bool fired = false;
+    QTimer::singleShot(20, [&fired] { fired = true; });
+    return QTest::qWaitFor([&fired] { return fired; }, 5000);
 }
 
 }  // namespace tessavo

@@ -1,0 +1,311 @@
+#include <QApplication>
+#include <QClipboard>
+#include <QMessageBox>
+#include <QSignalSpy>
+#include <QTest>
+#include <QTimer>
+#include <gtest/gtest.h>
+#include <memory>
+
+#include "controls/control_id.h"
+#include "controls/number_edit.h"
+#include "controls/read_only_edit.h"
+#include "controls/spin_edit.h"
+#include "controls/synthetic_events.h"
+#include "controls/text_edit_box.h"
+
+namespace tessavo {
+namespace {
+
+class NumberEditTest : public testing::Test {
+ protected:
+    NumberEditTest()
+        : edit_(new NumberEdit(1081, &page_)),
+          other_(new NumberEdit(1, &page_)),
+          entered_(edit_, &NumberEdit::entered),
+          left_(edit_, &NumberEdit::left),
+          steps_(edit_, &NumberEdit::stepRequested) {
+        edit_->setGeometry(10, 10, 58, 24);
+        other_->setGeometry(100, 10, 58, 24);
+        edit_->setValueText(QStringLiteral("2.5"));
+        page_.resize(200, 60);
+        page_.show();
+        page_.activateWindow();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&page_));
+        edit_->setFocus();
+    }
+
+    void type(const QString& text) {
+        edit_->selectAll();
+        QTest::keyClicks(edit_, text);
+    }
+
+    QWidget page_;
+    NumberEdit* edit_;
+    NumberEdit* other_;
+    QSignalSpy entered_;
+    QSignalSpy left_;
+    QSignalSpy steps_;
+};
+
+TEST_F(NumberEditTest, CarriesItsNumberAndStandsAtTheRight) {
+    EXPECT_EQ(controlId(*edit_), 1081);
+    EXPECT_TRUE((edit_->alignment() & Qt::AlignRight) != 0);
+}
+
+TEST_F(NumberEditTest, EnterAppliesAndKeepsTheFocus) {
+    type(QStringLiteral("7"));
+    EXPECT_TRUE(edit_->isEdited());
+    QTest::keyClick(edit_, Qt::Key_Return);
+    EXPECT_EQ(entered_.size(), 1);
+    EXPECT_TRUE(edit_->hasFocus());
+    EXPECT_FALSE(edit_->isEdited());
+    QTest::keyClick(edit_, Qt::Key_Enter);
+    EXPECT_EQ(entered_.size(), 2);
+    EXPECT_EQ(left_.size(), 0);
+}
+
+TEST_F(NumberEditTest, EscapeBringsBackTheLastAppliedText) {
+    type(QStringLiteral("99"));
+    QTest::keyClick(edit_, Qt::Key_Escape);
+    EXPECT_EQ(edit_->text(), QStringLiteral("2.5"));
+    type(QStringLiteral("7"));
+    QTest::keyClick(edit_, Qt::Key_Return);
+    type(QStringLiteral("88"));
+    QTest::keyClick(edit_, Qt::Key_Escape);
+    EXPECT_EQ(edit_->text(), QStringLiteral("7"));
+    EXPECT_EQ(entered_.size(), 1);
+    EXPECT_TRUE(edit_->hasFocus());
+}
+
+TEST_F(NumberEditTest, EscapeWithNothingToTakeBackIsLeftToTheDialog) {
+    QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
+    QApplication::sendEvent(edit_, &escape);
+    EXPECT_FALSE(escape.isAccepted());
+}
+
+TEST_F(NumberEditTest, TheAnswerOfTheReceiverIsTheNewText) {
+    QObject::connect(edit_, &NumberEdit::entered, edit_,
+                     [this] { edit_->setValueText(QStringLiteral("18.0")); });
+    type(QStringLiteral("99"));
+    QTest::keyClick(edit_, Qt::Key_Return);
+    EXPECT_EQ(edit_->text(), QStringLiteral("18.0"));
+    type(QStringLiteral("1"));
+    QTest::keyClick(edit_, Qt::Key_Escape);
+    EXPECT_EQ(edit_->text(), QStringLiteral("18.0"));
+}
+
+TEST_F(NumberEditTest, LeavingTellsOnce) {
+    type(QStringLiteral("7"));
+    other_->setFocus();
+    EXPECT_EQ(left_.size(), 1);
+    EXPECT_EQ(entered_.size(), 0);
+    edit_->setFocus();
+    EXPECT_EQ(left_.size(), 1);
+}
+
+TEST_F(NumberEditTest, TabLeaves) {
+    QTest::keyClick(edit_, Qt::Key_Tab);
+    EXPECT_EQ(left_.size(), 1);
+    EXPECT_TRUE(other_->hasFocus());
+}
+
+TEST_F(NumberEditTest, ADialogOpenedByTheReceiverDoesNotTellAgain) {
+    int boxes = 0;
+    const auto openBox = [this, &boxes] {
+        ++boxes;
+        QDialog box(&page_);
+        QTimer::singleShot(0, &box, &QDialog::accept);
+        box.exec();
+    };
+    QObject::connect(edit_, &NumberEdit::entered, edit_, openBox);
+    QObject::connect(edit_, &NumberEdit::left, edit_, openBox);
+    type(QStringLiteral("7"));
+    QTest::keyClick(edit_, Qt::Key_Return);
+    EXPECT_EQ(boxes, 1);
+    EXPECT_EQ(left_.size(), 0);
+    page_.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&page_));
+    ASSERT_TRUE(edit_->hasFocus());
+    other_->setFocus();
+    EXPECT_EQ(left_.size(), 1);
+    EXPECT_EQ(boxes, 2);
+}
+
+TEST_F(NumberEditTest, ItsOwnMenuIsNotLeaving) {
+    QFocusEvent out(QEvent::FocusOut, Qt::PopupFocusReason);
+    QApplication::sendEvent(edit_, &out);
+    EXPECT_EQ(left_.size(), 0);
+}
+
+TEST_F(NumberEditTest, HidingAFocusedBoxTellsOnce) {
+    edit_->hide();
+    EXPECT_EQ(left_.size(), 1);
+}
+
+TEST_F(NumberEditTest, AProgramsTextTellsNothing) {
+    edit_->setValueText(QStringLiteral("1.0"));
+    edit_->setColor(theme::level);
+    edit_->setBypassed(true);
+    EXPECT_EQ(entered_.size() + left_.size() + steps_.size(), 0);
+    EXPECT_FALSE(edit_->isEdited());
+}
+
+TEST_F(NumberEditTest, UpAndDownAskForASteps) {
+    QTest::keyClick(edit_, Qt::Key_Up);
+    QTest::keyClick(edit_, Qt::Key_Down);
+    QTest::keyClick(edit_, Qt::Key_Up, Qt::ShiftModifier);
+    QTest::keyClick(edit_, Qt::Key_Down, Qt::ShiftModifier);
+    QTest::keyClick(edit_, Qt::Key_Up, Qt::ControlModifier);
+    ASSERT_EQ(steps_.size(), 4);
+    EXPECT_EQ(steps_[0], QList<QVariant>({1, false}));
+    EXPECT_EQ(steps_[1], QList<QVariant>({-1, false}));
+    EXPECT_EQ(steps_[2], QList<QVariant>({1, true}));
+    EXPECT_EQ(steps_[3], QList<QVariant>({-1, true}));
+    EXPECT_EQ(edit_->text(), QStringLiteral("2.5"));
+}
+
+TEST_F(NumberEditTest, AReceiverMayDeleteTheBox) {
+    auto* doomed = new NumberEdit(2, &page_);
+    doomed->show();
+    doomed->setFocus();
+    QObject::connect(doomed, &NumberEdit::entered, &page_, [doomed] { delete doomed; });
+    QKeyEvent enter(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
+    QApplication::sendEvent(doomed, &enter);
+    EXPECT_EQ(page_.findChild<NumberEdit*>(QStringLiteral("id2")), nullptr);
+}
+
+TEST_F(NumberEditTest, TheStripeShowsColourBypassAndNothing) {
+    other_->setFocus();
+    const auto stripe = [this] { return edit_->grab().toImage().pixel(2, 12); };
+    const QRgb bare = stripe();
+    edit_->setColor(theme::frequency);
+    EXPECT_EQ(stripe(), theme::frequency);
+    edit_->setBypassed(true);
+    EXPECT_EQ(stripe(), theme::off);
+    edit_->setBypassed(false);
+    edit_->setEnabled(false);
+    EXPECT_EQ(stripe(), theme::off);
+    edit_->setEnabled(true);
+    edit_->setColor(0);
+    EXPECT_EQ(stripe(), bare);
+}
+
+TEST_F(NumberEditTest, AnEditAlwaysShowsItsFocus) {
+    for (const auto reason : {Qt::MouseFocusReason, Qt::TabFocusReason, Qt::OtherFocusReason}) {
+        other_->setFocus();
+        EXPECT_NE(edit_->grab().toImage().pixel(29, 0), theme::focus);
+        edit_->setFocus(reason);
+        EXPECT_EQ(edit_->grab().toImage().pixel(29, 0), theme::focus);
+        EXPECT_EQ(edit_->grab().toImage().pixel(29, 1), theme::focus);
+    }
+}
+
+TEST(ReadOnlyEdit, APersonCannotChangeIt) {
+    CReadOnlyEdit edit(9);
+    edit.resize(120, 26);
+    edit.setText(QStringLiteral("0x00010002"));
+    // Even when somebody lifts the toolkit's own flag.
+    for (const bool flag : {true, false}) {
+        edit.setReadOnly(flag);
+        edit.selectAll();
+        QTest::keyClicks(&edit, QStringLiteral("abc"));
+        for (const int key : {Qt::Key_Delete, Qt::Key_Backspace, Qt::Key_Return, Qt::Key_Escape}) {
+            QTest::keyClick(&edit, static_cast<Qt::Key>(key));
+        }
+        QGuiApplication::clipboard()->setText(QStringLiteral("pasted"));
+        QTest::keyClick(&edit, Qt::Key_V, Qt::ControlModifier);
+        QTest::keyClick(&edit, Qt::Key_X, Qt::ControlModifier);
+        QTest::keyClick(&edit, Qt::Key_Z, Qt::ControlModifier);
+        EXPECT_EQ(edit.text(), QStringLiteral("0x00010002"));
+    }
+    EXPECT_EQ(controlId(edit), 9);
+}
+
+TEST(ReadOnlyEdit, ItsTextCanBeCopied) {
+    CReadOnlyEdit edit(9);
+    edit.setText(QStringLiteral("0x00010002"));
+    QTest::keyClick(&edit, Qt::Key_A, Qt::ControlModifier);
+    EXPECT_EQ(edit.selectedText(), QStringLiteral("0x00010002"));
+    QTest::keyClick(&edit, Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), QStringLiteral("0x00010002"));
+}
+
+TEST(TextEditBox, TakesText) {
+    TextEditBox edit(3);
+    edit.resize(188, 28);
+    QTest::keyClicks(&edit, QStringLiteral("Type 1"));
+    EXPECT_EQ(edit.text(), QStringLiteral("Type 1"));
+    const QImage plain = edit.grab().toImage();
+    sendHover(edit);
+    EXPECT_NE(edit.grab().toImage(), plain);
+}
+
+class SpinEditTest : public testing::Test {
+ protected:
+    SpinEditTest() : spin_(12), values_(&spin_, &QSpinBox::valueChanged) {
+        spin_.setRange(0, 4);
+        spin_.resize(84, 26);
+    }
+
+    SpinEdit spin_;
+    QSignalSpy values_;
+};
+
+TEST_F(SpinEditTest, TheColumnStepsUpAndDownWithinTheRange) {
+    for (int i = 0; i < 6; ++i) {
+        QTest::mouseClick(&spin_, Qt::LeftButton, {}, spin_.buttonRect(true).center());
+    }
+    EXPECT_EQ(spin_.value(), 4);
+    EXPECT_EQ(values_.size(), 4);
+    QTest::mouseClick(&spin_, Qt::LeftButton, {}, spin_.buttonRect(false).center());
+    EXPECT_EQ(spin_.value(), 3);
+    QTest::mouseClick(&spin_, Qt::LeftButton, {}, QPoint(20, 13));
+    EXPECT_EQ(spin_.value(), 3);
+}
+
+TEST_F(SpinEditTest, TheColumnIsTwentyPixelsAndCoversTheHeight) {
+    EXPECT_EQ(spin_.buttonRect(true).united(spin_.buttonRect(false)), QRect(64, 0, 20, 26));
+    EXPECT_FALSE(spin_.buttonRect(true).intersects(spin_.buttonRect(false)));
+}
+
+TEST_F(SpinEditTest, AHeldColumnRepeatsUntilLetGo) {
+    spin_.setRepeat(1, 1);
+    QTest::mousePress(&spin_, Qt::LeftButton, {}, spin_.buttonRect(true).center());
+    EXPECT_TRUE(QTest::qWaitFor([this] { return spin_.value() >= 3; }, 2000));
+    QTest::mouseRelease(&spin_, Qt::LeftButton, {}, spin_.buttonRect(true).center());
+    spin_.setValue(0);
+    ASSERT_TRUE(letLoopRun());
+    EXPECT_EQ(spin_.value(), 0);
+}
+
+TEST_F(SpinEditTest, DisablingAHeldColumnStopsIt) {
+    spin_.setRepeat(1, 1);
+    QTest::mousePress(&spin_, Qt::LeftButton, {}, spin_.buttonRect(true).center());
+    spin_.setEnabled(false);
+    spin_.setValue(0);
+    ASSERT_TRUE(letLoopRun());
+    EXPECT_EQ(spin_.value(), 0);
+}
+
+TEST_F(SpinEditTest, KeysAndTypingStayInTheRange) {
+    QTest::keyClick(&spin_, Qt::Key_Up);
+    EXPECT_EQ(spin_.value(), 1);
+    QTest::keyClick(&spin_, Qt::Key_Down);
+    QTest::keyClick(&spin_, Qt::Key_Down);
+    EXPECT_EQ(spin_.value(), 0);
+    spin_.selectAll();
+    QTest::keyClicks(&spin_, QStringLiteral("9x3"));
+    QTest::keyClick(&spin_, Qt::Key_Return);
+    EXPECT_EQ(spin_.value(), 3);
+}
+
+TEST_F(SpinEditTest, TheTextStandsBesideTheColumn) {
+    spin_.show();
+    const QRect field = spin_.findChild<QLineEdit*>()->geometry();
+    EXPECT_FALSE(field.intersects(spin_.buttonRect(true)));
+    EXPECT_GE(field.width(), 60);
+}
+
+}  // namespace
+}  // namespace tessavo
