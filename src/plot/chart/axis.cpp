@@ -25,7 +25,7 @@ AxisRange grownLinear(AxisRange extent, const AxisLook& look, bool exact) {
     if (isTooNarrow(extent)) {
         const double largest = std::max(std::abs(extent.minimum), std::abs(extent.maximum));
         const double least = look.steps == TickSteps::decibel ? 6.0 : 0.0;
-        const double margin = std::max({least, largest * 0.1, largest < narrowest ? 1.0 : 0.0});
+        const double margin = std::max({least, largest * 0.1, largest < narrowest * 1e10 ? 1.0 : 0.0});
         extent = {extent.minimum - margin, extent.maximum + margin};
     }
     return exact ? extent : roundOutwards(extent, look.majorTicks, look.steps);

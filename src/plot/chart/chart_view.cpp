@@ -72,12 +72,11 @@ CChartView::CChartView(CChart& chart, IChartHost& host, QWidget* parent)
     setFocusPolicy(Qt::StrongFocus);
     setAccessibleName(QStringLiteral("Chart"));
     connect(&chart, &CChart::dataChanged, this, [this] {
-        buffer_ = {};
+        bufferIsFresh_ = false;
         update();
     });
     connect(&chart, &CChart::layoutChanged, this, [this] {
-        frame_ = {};
-        buffer_ = {};
+        frameIsFresh_ = false;
         update();
     });
 }
@@ -95,18 +94,26 @@ QImage CChartView::picture() const {
 void CChartView::renewBuffers() {
     const double scale = devicePixelRatioF();
     const QSize wanted = deviceSize(size(), scale);
-    if (frame_.isNull() || frame_.size() != wanted || frame_.devicePixelRatio() != scale) {
-        layout_ = chart_.layoutFor(rect());
+    if (frame_.size() != wanted || frame_.devicePixelRatio() != scale) {
         frame_ = QPixmap(wanted);
         frame_.setDevicePixelRatio(scale);
+        buffer_ = frame_;
+        frameIsFresh_ = false;
+    }
+    if (!frameIsFresh_) {
+        frameIsFresh_ = true;
+        bufferIsFresh_ = false;
+        layout_ = chart_.layoutFor(rect());
         frame_.fill(QColor(theme::window));
         QPainter painter(&frame_);
         chart_.drawStatic(painter, layout_);
-        buffer_ = {};
     }
-    if (buffer_.isNull()) {
-        buffer_ = frame_;
+    if (!bufferIsFresh_) {
+        bufferIsFresh_ = true;
         QPainter painter(&buffer_);
+        painter.setCompositionMode(QPainter::CompositionMode_Source);
+        painter.drawPixmap(0, 0, frame_);
+        painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
         chart_.drawData(painter, layout_);
         painter.end();
         tellReadout();
@@ -133,8 +140,7 @@ void CChartView::paintEvent(QPaintEvent* /*event*/) {
 
 void CChartView::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
-    frame_ = {};
-    buffer_ = {};
+    frameIsFresh_ = false;
 }
 
 std::optional<ChartReadout> CChartView::readout() const {

@@ -51,8 +51,10 @@ class CChartView : public QWidget {
     CChart& chart_;
     IChartHost& host_;
     ChartLayout layout_;
-    QPixmap frame_;   ///< what changes only with the layout; null when out of date
-    QPixmap buffer_;  ///< frame and data; null when out of date
+    QPixmap frame_;  ///< what changes only with the layout
+    bool frameIsFresh_ = false;
+    QPixmap buffer_;  ///< frame and data
+    bool bufferIsFresh_ = false;
     std::optional<QPointF> pointer_;
     bool showsFocus_ = false;
 };

@@ -32,6 +32,37 @@ std::vector<QPolygonF> unbrokenRuns(const QPolygonF& points) {
     return runs;
 }
 
+// The cost of a shape grows with the square of its corners; parts of so many points are much cheaper.
+constexpr qsizetype partSize = 24;
+
+/// Shades between a line and the floor. The line hides the edge, so that it need not be smooth; then neighbouring
+/// parts meet without a seam.
+void drawShade(QPainter& painter, const QPolygonF& line, double floorY, const DataStyle& style,
+               const QRectF& box) {
+    QColor color(style.color);
+    color.setAlphaF(static_cast<float>(style.fillOpacity));
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(color);
+    painter.setRenderHint(QPainter::Antialiasing, false);
+    for (qsizetype from = 0; from + 1 < line.size(); from += partSize) {
+        const qsizetype to = std::min(from + partSize, line.size() - 1);
+        QPolygonF part = line.mid(from, to - from + 1);
+        part.append({line[to].x(), floorY});
+        part.append({line[from].x(), floorY});
+        painter.drawPolygon(polygonInside(part, box));
+    }
+    painter.setRenderHint(QPainter::Antialiasing);
+}
+
+/// Strokes a solid line in parts. Each begins with the last segment of the one before, which joins them.
+void drawInParts(QPainter& painter, const QPolygonF& line) {
+    for (qsizetype start = 0; start + 1 < line.size(); start += partSize) {
+        const qsizetype from = std::max<qsizetype>(start - 1, 0);
+        const qsizetype to = std::min(start + partSize, line.size() - 1);
+        painter.drawPolyline(line.constData() + from, truncateTo<int>(static_cast<double>(to - from + 1)));
+    }
+}
+
 void drawLine(QPainter& painter, const QPolygonF& run, double floorY, const DataStyle& style,
               const QRectF& box) {
     const double scale = std::max(1e-3, std::abs(painter.deviceTransform().m11()));
@@ -39,14 +70,7 @@ void drawLine(QPainter& painter, const QPolygonF& run, double floorY, const Data
     const bool crowded = static_cast<double>(run.size()) > 2 * box.width() * scale;
     const QPolygonF line = thinned(run, crowded ? 1 / scale : 0);
     if (style.fillOpacity > 0 && line.size() > 1) {
-        QPolygonF shade = line;
-        shade.append({line.last().x(), floorY});
-        shade.append({line.first().x(), floorY});
-        QColor color(style.color);
-        color.setAlphaF(static_cast<float>(style.fillOpacity));
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(color);
-        painter.drawPolygon(polygonInside(shade, box));
+        drawShade(painter, line, floorY, style, box);
     }
     const double reach = style.lineSize;
     painter.setPen(linePen(style));
@@ -54,6 +78,8 @@ void drawLine(QPainter& painter, const QPolygonF& run, double floorY, const Data
     for (const QPolygonF& piece : piecesInside(line, box.adjusted(-reach, -reach, reach, reach))) {
         if (piece.size() == 1) {
             drawMarker(painter, piece.first(), MarkerShape::filled, style.lineSize * 2.0, style.color);
+        } else if (style.lineStyle == LineStyle::solid) {
+            drawInParts(painter, piece);
         } else {
             painter.drawPolyline(piece);
         }
@@ -144,6 +170,7 @@ void drawMarker(QPainter& painter, QPointF center, MarkerShape shape, double siz
     const double half = size / 2;
     QPen pen{QColor(color)};
     pen.setWidthF(1.5);
+    pen.setJoinStyle(Qt::MiterJoin);
     painter.setPen(pen);
     painter.setBrush(Qt::NoBrush);
     switch (shape) {

@@ -181,10 +181,12 @@ TickSet logarithmicTicks(AxisRange range, int maxMajor, int maxMinor) {
                               LogFamily{one, 2},  LogFamily{one, 5},  LogFamily{one, 10},
                               LogFamily{one, 20}, LogFamily{one, 50}, LogFamily{one, 100}};
     const double decades = std::log10(range.maximum) - std::log10(range.minimum);
+    // Two labels in a part of a decade say less than linear ones.
+    const int least = decades < 1 ? 3 : 2;
     for (const LogFamily& family : families) {
         std::vector<Tick> ticks = logTicksOf(range, family, maxMinor > 0 && decades <= 20);
         const auto labelled = std::ranges::count_if(ticks, &Tick::labelled);
-        if (labelled >= 2 && labelled <= maxMajor) {
+        if (labelled >= least && labelled <= maxMajor) {
             return {std::move(ticks), 0};
         }
     }
