@@ -1,9 +1,10 @@
-#include "chart/chart_helpers.h"
 #include "plot/chart/axis.h"
 
 #include <cmath>
 #include <gtest/gtest.h>
 #include <limits>
+
+#include "chart/chart_helpers.h"
 
 namespace tessavo {
 namespace {

@@ -10,6 +10,7 @@
 #include <span>
 #include <vector>
 
+#include "controls/skin_group_box.h"
 #include "plot/chart/chart.h"
 #include "plot/chart/chart_host.h"
 #include "plot/response_curve.h"
@@ -111,7 +112,8 @@ inline QAbstractButton* button(const QWidget& parent, const QString& text) {
 /// Whether a label, a button or a group shows this text.
 inline bool shows(const QWidget& parent, const QString& text) {
     const auto has = [&text](const QObject* object) {
-        return object->property("text").toString() == text || object->property("title").toString() == text;
+        const auto* const group = qobject_cast<const SkinGroupBox*>(object);
+        return object->property("text").toString() == text || (group != nullptr && group->title() == text);
     };
     const auto children = parent.findChildren<QWidget*>();
     return std::any_of(children.begin(), children.end(), has);

@@ -1,10 +1,11 @@
-#include "chart/chart_helpers.h"
 #include "plot/chart/image_palette.h"
 
 #include <cmath>
 #include <gtest/gtest.h>
 #include <limits>
 #include <set>
+
+#include "chart/chart_helpers.h"
 
 namespace tessavo {
 namespace {

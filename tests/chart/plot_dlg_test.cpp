@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "chart/chart_helpers.h"
+#include "controls/bitmap_slider.h"
 #include "controls/theme.h"
 
 namespace tessavo {
@@ -156,6 +157,83 @@ TEST_F(PlotWindow, RefusedRangesAreToldAndChangeNothing) {
         EXPECT_EQ(range(), (AxisRange{-18, 18}));
         EXPECT_EQ(text("Max"), wrong.maximum) << "what was typed can be mended";
     }
+}
+
+TEST_F(PlotWindow, SliderScrollsTheRange) {
+    auto* const slider = plot_.findChild<CBitmapSlider*>();
+    ASSERT_NE(slider, nullptr);
+    EXPECT_EQ(slider->geometry(), QRect(885, 74, 30, 274));
+    EXPECT_EQ(slider->position(), 0);
+    // Up on the slider shows higher levels.
+    QTest::mousePress(slider, Qt::LeftButton, {}, slider->rect().center());
+    QMouseEvent up(QEvent::MouseMove, QPointF(15, 0), slider->mapToGlobal(QPointF(15, 0)), Qt::NoButton,
+                   Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(slider, &up);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(range(), (AxisRange{42, 78})) << "while it is dragged";
+    QTest::mouseRelease(slider, Qt::LeftButton, {}, {15, 0});
+    QCoreApplication::processEvents();
+    EXPECT_EQ(range(), (AxisRange{42, 78}));
+    EXPECT_EQ(text("Max"), "78");
+    EXPECT_EQ(text("Min"), "42");
+    slider->setFocus();
+    QTest::keyClick(slider, Qt::Key_Down);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(range(), (AxisRange{41, 77}));
+    QTest::keyClick(slider, Qt::Key_End);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(range(), (AxisRange{-78, -42}));
+    EXPECT_EQ(slider->valueText(), "-60 dB");
+    EXPECT_TRUE(host_.messages.empty());
+}
+
+TEST_F(PlotWindow, ScrollingKeepsTheSpanAndTheFractions) {
+    type("Max", "6.5");
+    type("Min", "-20");
+    set();
+    auto* const slider = plot_.findChild<CBitmapSlider*>();
+    EXPECT_EQ(slider->position(), 7);
+    slider->setFocus();
+    for (int n = 0; n < 3; ++n) {
+        QTest::keyClick(slider, Qt::Key_Up);
+        QCoreApplication::processEvents();
+    }
+    EXPECT_EQ(range(), (AxisRange{-17, 9.5}));
+    EXPECT_EQ(slider->position(), 4);
+}
+
+TEST_F(PlotWindow, SliderFollowsRangesBeyondItsReach) {
+    type("Max", "400");
+    type("Min", "200");
+    set();
+    auto* const slider = plot_.findChild<CBitmapSlider*>();
+    EXPECT_EQ(slider->position(), -300);
+    slider->setFocus();
+    QTest::keyClick(slider, Qt::Key_Down);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(range(), (AxisRange{199, 399}));
+}
+
+TEST_F(PlotWindow, TabVisitsEveryControl) {
+    QStringList stops;
+    plot_.findChild<CChartView*>()->setFocus();
+    for (int n = 0; n < 5; ++n) {
+        QWidget* const now = plot_.focusWidget();
+        ASSERT_NE(now, nullptr);
+        stops << (now->accessibleName().isEmpty() ? now->property("text").toString() : now->accessibleName());
+        QTest::keyClick(now, Qt::Key_Tab);
+    }
+    EXPECT_EQ(stops, QStringList({"Frequency response", "Max", "Middle of the dB range", "Min", "SET"}));
+    EXPECT_EQ(plot_.focusWidget(), plot_.findChild<CChartView*>());
+}
+
+TEST_F(PlotWindow, EscapeInAnEditBringsItsValueBackFirst) {
+    type("Max", "99");
+    QTest::keyClick(byName<QLineEdit>(plot_, "Max"), Qt::Key_Escape);
+    EXPECT_EQ(text("Max"), "18");
+    EXPECT_TRUE(plot_.isVisible());
+    QTest::keyClick(byName<QLineEdit>(plot_, "Max"), Qt::Key_Escape);
+    EXPECT_FALSE(plot_.isVisible());
 }
 
 TEST_F(PlotWindow, RangesSetInTheChartShowInTheEdits) {

@@ -34,6 +34,7 @@ CAxisSettings::CAxisSettings(CChart& chart, IChartHost& host, QWidget* parent)
         shown_ = {AxisSide::left, AxisSide::bottom};
     }
     name_->setFont(theme::font(13, QFont::Medium));
+    name_->setColors(QColor(theme::text));
 
     auto* const head = new QHBoxLayout;
     head->addWidget(name_);
@@ -41,8 +42,10 @@ CAxisSettings::CAxisSettings(CChart& chart, IChartHost& host, QWidget* parent)
     head->addWidget(counter_);
     body().addLayout(head);
 
-    auto* const ranges = new QGroupBox(QStringLiteral("Plotting Ranges"), this);
+    auto* const ranges = makeGroup(QStringLiteral("Plotting Ranges"), this);
     auto* const rows = new QGridLayout(ranges);
+    rows->setContentsMargins(groupMargins);
+    rows->setHorizontalSpacing(12);
     addHead(*rows, ranges);
     xRange_ = makeRow(QStringLiteral("X Range"), ranges);
     yRange_ = makeRow(QStringLiteral("Y Range"), ranges);
@@ -59,8 +62,10 @@ CAxisSettings::CAxisSettings(CChart& chart, IChartHost& host, QWidget* parent)
     rows->addWidget(logarithmic_, line, 1, 1, 3);
     body().addWidget(ranges);
 
-    auto* const ticks = new QGroupBox(QStringLiteral("Ticks"), this);
+    auto* const ticks = makeGroup(QStringLiteral("Ticks"), this);
     auto* const tickGrid = new QGridLayout(ticks);
+    tickGrid->setContentsMargins(groupMargins);
+    tickGrid->setHorizontalSpacing(12);
     majorTicks_ = makeSpin(QStringLiteral("Number of major ticks"), 0, AxisLook::mostMajorTicks, ticks);
     minorTicks_ = makeSpin(QStringLiteral("Number of minor ticks"), 0, AxisLook::mostMinorTicks, ticks);
     tickMarks_ = makeCheck(QStringLiteral("Tick marks"), ticks);
@@ -85,8 +90,9 @@ CAxisSettings::RangeRow CAxisSettings::makeRow(const QString& name, QWidget* par
                        makeEdit(name + QStringLiteral(" Max"), parent),
                        makeCheck(QStringLiteral("Auto range"), parent)};
     row.automatic->setAccessibleName(name + QStringLiteral(" Auto range"));
-    for (QLineEdit* const edit : {row.minimum, row.maximum}) {
-        edit->setAlignment(Qt::AlignRight);
+    for (TextEditBox* const edit : {row.minimum, row.maximum}) {
+        edit->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+        edit->setMinimumWidth(110);
         connect(row.automatic, &QCheckBox::toggled, edit, &QWidget::setDisabled);
     }
     return row;
@@ -135,7 +141,7 @@ bool CAxisSettings::takeRange(const RangeRow& row, CAxis& axis, AxisScale scale)
             minimum && maximum ? changed.setRange({*minimum, *maximum}) : RangeFault::notANumber;
         if (fault != RangeFault::none) {
             host_.showMessage(this, rangeFaultText(fault));
-            QLineEdit* const wrong = minimum && !maximum ? row.maximum : row.minimum;
+            TextEditBox* const wrong = minimum && !maximum ? row.maximum : row.minimum;
             wrong->setFocus();
             wrong->selectAll();
             return false;

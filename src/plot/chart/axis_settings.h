@@ -22,9 +22,9 @@ class CAxisSettings : public SettingsDialog {
 
  private:
     struct RangeRow {
-        QLineEdit* minimum;
-        QLineEdit* maximum;
-        QCheckBox* automatic;
+        TextEditBox* minimum;
+        TextEditBox* maximum;
+        SkinCheckBox* automatic;
     };
 
     [[nodiscard]] RangeRow makeRow(const QString& name, QWidget* parent);
@@ -43,15 +43,15 @@ class CAxisSettings : public SettingsDialog {
     std::vector<AxisSide> shown_;
     std::size_t place_ = 0;
 
-    QLabel* name_;
-    QLabel* counter_;
+    CColorControl* name_;
+    CColorControl* counter_;
     RangeRow xRange_{};
     RangeRow yRange_{};
-    QCheckBox* logarithmic_;
-    QSpinBox* majorTicks_;
-    QSpinBox* minorTicks_;
-    QCheckBox* tickMarks_;
-    QCheckBox* tickLabels_;
+    SkinCheckBox* logarithmic_;
+    SpinEdit* majorTicks_;
+    SpinEdit* minorTicks_;
+    SkinCheckBox* tickMarks_;
+    SkinCheckBox* tickLabels_;
     TitleGroup* title_;
 };
 

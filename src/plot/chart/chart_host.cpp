@@ -3,14 +3,16 @@
 #include <QColorDialog>
 #include <QFileDialog>
 #include <QFontDialog>
-#include <QMessageBox>
+#include <QGuiApplication>
+
+#include "controls/skin_message_box.h"
 
 namespace tessavo {
 
 void DialogChartHost::showMessage(QWidget* parent, const QString& text) {
-    QMessageBox box(parent);
-    box.setText(text);
-    box.exec();
+    SkinMessageBox(QGuiApplication::applicationDisplayName(), text, SkinMessageBox::Icon::stop,
+                   SkinMessageBox::Buttons::ok, parent)
+        .ask();
 }
 
 std::optional<QString> DialogChartHost::askSavePath(QWidget* parent, const QString& filter,

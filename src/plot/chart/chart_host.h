@@ -24,7 +24,7 @@ class IChartHost {
     virtual std::optional<QRgb> askColor(QWidget* parent, QRgb current) = 0;
 };
 
-/// Asks with the toolkit's dialogs.
+/// Tells with the program's message box and asks with the toolkit's dialogs.
 class DialogChartHost : public IChartHost {
  public:
     void showMessage(QWidget* parent, const QString& text) override;

@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "controls/skin_painter.h"
 #include "controls/theme.h"
 #include "dsp/saturate.h"
 #include "plot/chart/chart_menu.h"
@@ -26,15 +27,6 @@ namespace {
 QSize deviceSize(QSizeF size, double scale) {
     return {std::max(1, truncateTo<int>(std::ceil(size.width() * scale))),
             std::max(1, truncateTo<int>(std::ceil(size.height() * scale)))};
-}
-
-/// Moves the painter to whole device pixels, so that nothing blurs at scales between the whole ones.
-void alignToDevice(QPainter& painter) {
-    const QTransform device = painter.deviceTransform();
-    if (device.m11() > 0 && device.m22() > 0) {
-        painter.translate((std::round(device.dx()) - device.dx()) / device.m11(),
-                          (std::round(device.dy()) - device.dy()) / device.m22());
-    }
 }
 
 void drawReadout(QPainter& painter, const ChartReadout& readout, const QRectF& box) {
@@ -122,19 +114,15 @@ void CChartView::renewBuffers() {
 
 void CChartView::paintEvent(QPaintEvent* /*event*/) {
     renewBuffers();
-    QPainter painter(this);
-    alignToDevice(painter);
+    SkinPainter painter(this);
     painter.drawPixmap(0, 0, buffer_);
     if (const auto shown = readout()) {
         painter.save();
         drawReadout(painter, *shown, layout_.box);
         painter.restore();
     }
-    if (showsFocus_) {
-        painter.setRenderHint(QPainter::Antialiasing);
-        painter.setPen(QPen(QColor(theme::focus), 2));
-        painter.setBrush(Qt::NoBrush);
-        painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), 5, 5);
+    if (ring_.isShown()) {
+        painter.focusRing(rect(), 6);
     }
 }
 
@@ -206,14 +194,13 @@ void CChartView::keyPressEvent(QKeyEvent* event) {
 
 void CChartView::focusInEvent(QFocusEvent* event) {
     QWidget::focusInEvent(event);
-    showsFocus_ = event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason ||
-                  event->reason() == Qt::ShortcutFocusReason;
+    ring_.focusIn(*event);
     update();
 }
 
 void CChartView::focusOutEvent(QFocusEvent* event) {
     QWidget::focusOutEvent(event);
-    showsFocus_ = false;
+    ring_.focusOut(*event);
     update();
 }
 

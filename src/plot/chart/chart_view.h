@@ -4,6 +4,7 @@
 #include <QWidget>
 #include <optional>
 
+#include "controls/focus_ring.h"
 #include "plot/chart/chart.h"
 #include "plot/chart/chart_host.h"
 
@@ -56,7 +57,7 @@ class CChartView : public QWidget {
     QPixmap buffer_;  ///< frame and data
     bool bufferIsFresh_ = false;
     std::optional<QPointF> pointer_;
-    bool showsFocus_ = false;
+    FocusRing ring_;
 };
 
 }  // namespace tessavo

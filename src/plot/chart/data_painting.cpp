@@ -35,8 +35,8 @@ std::vector<QPolygonF> unbrokenRuns(const QPolygonF& points) {
 // The cost of a shape grows with the square of its corners; parts of so many points are much cheaper.
 constexpr qsizetype partSize = 24;
 
-/// Shades between a line and the floor. The line hides the edge, so that it need not be smooth; then neighbouring
-/// parts meet without a seam.
+/// Shades between a line and the floor. The line hides the edge, so that it need not be smooth; then
+/// neighbouring parts meet without a seam.
 void drawShade(QPainter& painter, const QPolygonF& line, double floorY, const DataStyle& style,
                const QRectF& box) {
     QColor color(style.color);

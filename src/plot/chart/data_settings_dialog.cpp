@@ -1,7 +1,8 @@
 #include "plot/chart/data_settings_dialog.h"
 
 #include <QGridLayout>
-#include <QPixmap>
+
+#include "controls/theme.h"
 
 namespace tessavo {
 
@@ -18,6 +19,7 @@ CDataSettingsDialog::CDataSettingsDialog(CChart& chart, IChartHost& host, QWidge
                             QStringLiteral("Dash-Dot-Dot _ . .")},
                            this)),
       lineSize_(makeSpin(QStringLiteral("Line size"), 1, 20, this)),
+      swatch_(makeLabel({}, this)),
       colorButton_(makeButton(QStringLiteral("Color..."), this)),
       marker_(makeCombo(
           QStringLiteral("Marker"),
@@ -30,8 +32,8 @@ CDataSettingsDialog::CDataSettingsDialog(CChart& chart, IChartHost& host, QWidge
     for (const CChartData& set : chart.dataSets()) {
         styles_.emplace_back(set.identifier, set.style);
     }
-    connect(count_, &QSpinBox::valueChanged, this, &CDataSettingsDialog::nameFrequencies);
-    connect(frequency_, &QComboBox::currentIndexChanged, this,
+    connect(count_, &SpinEdit::valueChanged, this, &CDataSettingsDialog::nameFrequencies);
+    connect(frequency_, &SkinComboBox::currentIndexChanged, this,
             [this](int index) { count_->setEnabled(index > 0); });
     connect(colorButton_, &QPushButton::clicked, this, [this, &host] {
         if (const auto chosen = host.askColor(this, color_)) {
@@ -49,11 +51,15 @@ void CDataSettingsDialog::layOut() {
     head->addWidget(counter_);
     body().addLayout(head);
 
-    auto* const lines = new QGroupBox(QStringLiteral("Lines"), this);
+    auto* const lines = makeGroup(QStringLiteral("Lines"), this);
     auto* const lineGrid = new QGridLayout(lines);
+    lineGrid->setContentsMargins(groupMargins);
+    lineGrid->setHorizontalSpacing(12);
     lineGrid->addWidget(makeLabel(QStringLiteral("Chart type"), lines), 0, 0);
     lineGrid->addWidget(type_, 0, 1);
-    lineGrid->addWidget(colorButton_, 0, 2);
+    lineGrid->addWidget(swatch_, 0, 2);
+    lineGrid->addWidget(colorButton_, 0, 3);
+    swatch_->setFixedSize(16, 16);
     lineGrid->addWidget(makeLabel(QStringLiteral("Line style"), lines), 1, 0);
     lineGrid->addWidget(lineStyle_, 1, 1);
     lineGrid->addWidget(makeLabel(QStringLiteral("Line size"), lines), 2, 0);
@@ -61,8 +67,10 @@ void CDataSettingsDialog::layOut() {
     lineGrid->setColumnStretch(1, 1);
     body().addWidget(lines);
 
-    auto* const markers = new QGroupBox(QStringLiteral("Markers"), this);
+    auto* const markers = makeGroup(QStringLiteral("Markers"), this);
     auto* const markerGrid = new QGridLayout(markers);
+    markerGrid->setContentsMargins(groupMargins);
+    markerGrid->setHorizontalSpacing(12);
     markerGrid->addWidget(makeLabel(QStringLiteral("Marker"), markers), 0, 0);
     markerGrid->addWidget(marker_, 0, 1, 1, 2);
     markerGrid->addWidget(makeLabel(QStringLiteral("Marker size"), markers), 1, 0);
@@ -71,7 +79,8 @@ void CDataSettingsDialog::layOut() {
     markerGrid->addWidget(frequency_, 2, 1);
     markerGrid->addWidget(count_, 2, 2);
     markerGrid->setColumnStretch(1, 1);
-    frequency_->setMinimumWidth(170);
+    // Wide enough for the largest number.
+    frequency_->setMinimumWidth(180);
     body().addWidget(markers);
 
     addFoot(true);
@@ -89,9 +98,7 @@ void CDataSettingsDialog::nameFrequencies() {
 }
 
 void CDataSettingsDialog::showColor() {
-    QPixmap swatch(12, 12);
-    swatch.fill(QColor(color_));
-    colorButton_->setIcon(swatch);
+    swatch_->setColors(QColor(theme::text), QColor(color_));
 }
 
 void CDataSettingsDialog::showCurrent() {

@@ -32,15 +32,16 @@ class CDataSettingsDialog : public SettingsDialog {
     std::size_t place_ = 0;
     QRgb color_ = 0;
 
-    QLabel* counter_;
-    QComboBox* type_;
-    QComboBox* lineStyle_;
-    QSpinBox* lineSize_;
-    QPushButton* colorButton_;
-    QComboBox* marker_;
-    QSpinBox* markerSize_;
-    QComboBox* frequency_;
-    QSpinBox* count_;
+    CColorControl* counter_;
+    SkinComboBox* type_;
+    SkinComboBox* lineStyle_;
+    SpinEdit* lineSize_;
+    CColorControl* swatch_;
+    CxSkinButton* colorButton_;
+    SkinComboBox* marker_;
+    SpinEdit* markerSize_;
+    SkinComboBox* frequency_;
+    SpinEdit* count_;
 };
 
 }  // namespace tessavo

@@ -3,6 +3,7 @@
 #include <QFontInfo>
 #include <QGridLayout>
 #include <QHBoxLayout>
+#include <algorithm>
 
 #include "controls/theme.h"
 
@@ -10,63 +11,60 @@ namespace tessavo {
 namespace {
 
 constexpr int controlHeight = 26;
+// Nothing looks for these controls by number.
+constexpr int noId = -1;
 
 }  // namespace
 
-QPushButton* makeButton(const QString& text, QWidget* parent) {
-    auto* const button = new QPushButton(text, parent);
-    button->setFont(theme::font(12, QFont::Medium));
+CxSkinButton* makeButton(const QString& text, QWidget* parent) {
+    auto* const button = new CxSkinButton(text, noId, parent);
     button->setAutoDefault(false);
     button->setFixedHeight(28);
-    button->setMinimumWidth(84);
+    button->setMinimumWidth(std::max(84, button->neededWidth()));
     return button;
 }
 
-QLineEdit* makeEdit(const QString& name, QWidget* parent) {
-    auto* const edit = new QLineEdit(parent);
-    edit->setFont(theme::font(12));
+TextEditBox* makeEdit(const QString& name, QWidget* parent) {
+    auto* const edit = new TextEditBox(noId, parent);
     edit->setAccessibleName(name);
     edit->setFixedHeight(controlHeight);
     return edit;
 }
 
-QComboBox* makeCombo(const QString& name, const QStringList& items, QWidget* parent) {
-    auto* const combo = new QComboBox(parent);
-    combo->setFont(theme::font(12));
+SkinComboBox* makeCombo(const QString& name, const QStringList& items, QWidget* parent) {
+    auto* const combo = new SkinComboBox(noId, parent);
     combo->addItems(items);
     combo->setAccessibleName(name);
     combo->setFixedHeight(controlHeight);
+    combo->setMinimumWidth(std::max(90, combo->neededWidth()));
     return combo;
 }
 
-QSpinBox* makeSpin(const QString& name, int minimum, int maximum, QWidget* parent) {
-    auto* const spin = new QSpinBox(parent);
-    spin->setFont(theme::font(12));
+SpinEdit* makeSpin(const QString& name, int minimum, int maximum, QWidget* parent) {
+    auto* const spin = new SpinEdit(noId, parent);
     spin->setRange(minimum, maximum);
     spin->setAccessibleName(name);
-    spin->setFixedHeight(controlHeight);
-    spin->setMinimumWidth(84);
+    spin->setFixedSize(84, controlHeight);
     return spin;
 }
 
-QCheckBox* makeCheck(const QString& text, QWidget* parent) {
-    auto* const check = new QCheckBox(text, parent);
-    check->setFont(theme::font(12));
-    return check;
+SkinCheckBox* makeCheck(const QString& text, QWidget* parent) {
+    return new SkinCheckBox(text, noId, parent);
 }
 
-QLabel* makeLabel(const QString& text, QWidget* parent) {
-    auto* const label = new QLabel(text, parent);
-    label->setFont(theme::font(11));
-    return label;
+CColorControl* makeLabel(const QString& text, QWidget* parent) {
+    return new CColorControl(text, noId, parent);
+}
+
+SkinGroupBox* makeGroup(const QString& title, QWidget* parent) {
+    return new SkinGroupBox(title, noId, parent);
 }
 
 SettingsDialog::SettingsDialog(const QString& title, QWidget* parent)
-    : QDialog(parent,
-              Qt::Dialog | Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint),
-      body_(new QVBoxLayout(this)) {
+    : CDialogSK(parent), body_(new QVBoxLayout(this)) {
+    setWindowFlags(Qt::Dialog | Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint);
     setWindowTitle(title);
-    body_->setContentsMargins(12, 12, 12, 12);
+    body_->setContentsMargins(8, 8, 8, 8);
     body_->setSpacing(10);
     body_->setSizeConstraint(QLayout::SetFixedSize);
 }
@@ -85,6 +83,7 @@ void SettingsDialog::addFoot(bool steps) {
     auto* const ok = makeButton(QStringLiteral("OK"), this);
     auto* const cancel = makeButton(QStringLiteral("Cancel"), this);
     ok->setDefault(true);
+    ok->setAccented(true);
     connect(ok, &QPushButton::clicked, this, [this] {
         if (apply()) {
             accept();
@@ -103,7 +102,8 @@ void SettingsDialog::enableSteps(bool previous, bool next) {
     next_->setEnabled(next);
 }
 
-TitleGroup::TitleGroup(IChartHost& host, QWidget* parent) : QGroupBox(QStringLiteral("Title"), parent) {
+TitleGroup::TitleGroup(IChartHost& host, QWidget* parent)
+    : SkinGroupBox(QStringLiteral("Title"), noId, parent) {
     edit_ = makeEdit(QStringLiteral("Title"), this);
     edit_->setMaxLength(100);
     description_ = makeLabel({}, this);
@@ -115,9 +115,12 @@ TitleGroup::TitleGroup(IChartHost& host, QWidget* parent) : QGroupBox(QStringLit
         }
     });
     auto* const grid = new QGridLayout(this);
+    grid->setContentsMargins(groupMargins);
     grid->addWidget(edit_, 0, 0, 1, 3);
     grid->addWidget(makeLabel(QStringLiteral("Title font description"), this), 1, 0);
     grid->addWidget(description_, 1, 1);
+    description_->setColors(QColor(theme::text));
+    grid->setHorizontalSpacing(12);
     grid->addWidget(choose, 1, 2);
     grid->setColumnStretch(1, 1);
 }
@@ -133,7 +136,7 @@ void TitleGroup::describeFont() {
 }
 
 GridsGroup::GridsGroup(const CChart& chart, QWidget* parent)
-    : QGroupBox(QStringLiteral("Grids"), parent),
+    : SkinGroupBox(QStringLiteral("Grids"), noId, parent),
       majorHorizontal_(makeCheck(QStringLiteral("Major Horizontal Grids"), this)),
       majorVertical_(makeCheck(QStringLiteral("Major Vertical Grids"), this)),
       minorHorizontal_(makeCheck(QStringLiteral("Minor Horizontal Grids"), this)),
@@ -146,6 +149,7 @@ GridsGroup::GridsGroup(const CChart& chart, QWidget* parent)
     minorHorizontal_->setChecked(upright.minorGrid);
     minorVertical_->setChecked(level.minorGrid);
     auto* const grid = new QGridLayout(this);
+    grid->setContentsMargins(groupMargins);
     grid->addWidget(majorHorizontal_, 0, 0);
     grid->addWidget(majorVertical_, 0, 1);
     grid->addWidget(minorHorizontal_, 1, 0);

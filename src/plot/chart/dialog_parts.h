@@ -1,17 +1,17 @@
 #pragma once
 
 #include <QBoxLayout>
-#include <QCheckBox>
-#include <QComboBox>
-#include <QDialog>
 #include <QFont>
-#include <QGroupBox>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPushButton>
-#include <QSpinBox>
 #include <QStringList>
 
+#include "controls/color_control.h"
+#include "controls/dialog_sk.h"
+#include "controls/skin_button.h"
+#include "controls/skin_check_box.h"
+#include "controls/skin_combo_box.h"
+#include "controls/skin_group_box.h"
+#include "controls/spin_edit.h"
+#include "controls/text_edit_box.h"
 #include "plot/chart/chart.h"
 #include "plot/chart/chart_host.h"
 
@@ -19,15 +19,18 @@ namespace tessavo {
 
 // Makers of the settings dialogs' controls: each has its look, its name for a screen reader and a parent.
 
-[[nodiscard]] QPushButton* makeButton(const QString& text, QWidget* parent);
-[[nodiscard]] QLineEdit* makeEdit(const QString& name, QWidget* parent);
-[[nodiscard]] QComboBox* makeCombo(const QString& name, const QStringList& items, QWidget* parent);
-[[nodiscard]] QSpinBox* makeSpin(const QString& name, int minimum, int maximum, QWidget* parent);
-[[nodiscard]] QCheckBox* makeCheck(const QString& text, QWidget* parent);
-[[nodiscard]] QLabel* makeLabel(const QString& text, QWidget* parent);
+[[nodiscard]] CxSkinButton* makeButton(const QString& text, QWidget* parent);
+[[nodiscard]] TextEditBox* makeEdit(const QString& name, QWidget* parent);
+[[nodiscard]] SkinComboBox* makeCombo(const QString& name, const QStringList& items, QWidget* parent);
+[[nodiscard]] SpinEdit* makeSpin(const QString& name, int minimum, int maximum, QWidget* parent);
+[[nodiscard]] SkinCheckBox* makeCheck(const QString& text, QWidget* parent);
+[[nodiscard]] CColorControl* makeLabel(const QString& text, QWidget* parent);
+/// A group with room for its title above whatever its layout holds.
+[[nodiscard]] SkinGroupBox* makeGroup(const QString& title, QWidget* parent);
+inline constexpr QMargins groupMargins{12, 30, 12, 12};
 
 /// Dialog with "OK" (Enter) and "Cancel" (Escape) at its foot.
-class SettingsDialog : public QDialog {
+class SettingsDialog : public CDialogSK {
     Q_OBJECT
 
  public:
@@ -47,12 +50,12 @@ class SettingsDialog : public QDialog {
 
  private:
     QVBoxLayout* body_;
-    QPushButton* previous_ = nullptr;
-    QPushButton* next_ = nullptr;
+    CxSkinButton* previous_ = nullptr;
+    CxSkinButton* next_ = nullptr;
 };
 
 /// Title text and title font.
-class TitleGroup : public QGroupBox {
+class TitleGroup : public SkinGroupBox {
     Q_OBJECT
 
  public:
@@ -64,13 +67,13 @@ class TitleGroup : public QGroupBox {
  private:
     void describeFont();
 
-    QLineEdit* edit_;
-    QLabel* description_;
+    TextEditBox* edit_;
+    CColorControl* description_;
     QFont font_;
 };
 
 /// The four grids of the left and the bottom axis.
-class GridsGroup : public QGroupBox {
+class GridsGroup : public SkinGroupBox {
     Q_OBJECT
 
  public:
@@ -78,10 +81,10 @@ class GridsGroup : public QGroupBox {
     void apply(CChart& chart) const;
 
  private:
-    QCheckBox* majorHorizontal_;
-    QCheckBox* majorVertical_;
-    QCheckBox* minorHorizontal_;
-    QCheckBox* minorVertical_;
+    SkinCheckBox* majorHorizontal_;
+    SkinCheckBox* majorVertical_;
+    SkinCheckBox* minorHorizontal_;
+    SkinCheckBox* minorVertical_;
 };
 
 /// Name, size and style of a font, for people.

@@ -7,7 +7,7 @@
 namespace tessavo {
 namespace {
 
-constexpr QSize stripSize(64, 12);
+constexpr QSize stripSize(120, 16);
 
 QPixmap stripOf(const CImagePalette& palette) {
     QImage strip(static_cast<int>(CImagePalette::colorCount), 1, QImage::Format_RGB32);
@@ -24,24 +24,26 @@ CImagePlotSettingsDialog::CImagePlotSettingsDialog(CImageChart& chart, IChartHos
       chart_(chart),
       title_(new TitleGroup(host, this)),
       colorTable_(makeCombo(QStringLiteral("Color Table"), {}, this)),
+      strip_(makeLabel({}, this)),
       grids_(new GridsGroup(chart, this)),
       aspectRatio_(makeCheck(QStringLiteral("Maintain aspect ratio"), this)),
       scale_(makeCheck(QStringLiteral("Scale to window"), this)) {
     title_->show(chart.title(), chart.titleFont());
-    colorTable_->setIconSize(stripSize);
     for (int identifier = CImagePalette::firstIdentifier; identifier <= CImagePalette::lastIdentifier;
          ++identifier) {
-        if (const auto palette = CImagePalette::load(identifier)) {
-            colorTable_->addItem(stripOf(*palette), CImagePalette::nameOf(identifier), identifier);
-        }
+        colorTable_->addItem(CImagePalette::nameOf(identifier), identifier);
     }
     colorTable_->setCurrentIndex(colorTable_->findData(chart.palette().identifier()));
+    colorTable_->setMinimumWidth(colorTable_->neededWidth());
+    connect(colorTable_, &SkinComboBox::currentIndexChanged, this, &CImagePlotSettingsDialog::showStrip);
+    showStrip();
     aspectRatio_->setChecked(chart.maintainsAspectRatio());
     scale_->setChecked(chart.scalesToWindow());
 
     auto* const colors = new QHBoxLayout;
     colors->addWidget(makeLabel(QStringLiteral("Color Table"), this));
     colors->addWidget(colorTable_, 1);
+    colors->addWidget(strip_);
     auto* const fill = new QHBoxLayout;
     fill->addWidget(aspectRatio_);
     fill->addWidget(scale_);
@@ -60,6 +62,12 @@ CImagePlotSettingsDialog::CImagePlotSettingsDialog(CImageChart& chart, IChartHos
     addFoot(false);
     setTabOrder(title_, colorTable_);
     setTabOrder(colorTable_, grids_);
+}
+
+void CImagePlotSettingsDialog::showStrip() {
+    if (const auto palette = CImagePalette::load(colorTable_->currentData().toInt())) {
+        strip_->setPixmap(stripOf(*palette));
+    }
 }
 
 bool CImagePlotSettingsDialog::apply() {

@@ -17,12 +17,15 @@ class CImagePlotSettingsDialog : public SettingsDialog {
     bool apply() override;
 
  private:
+    void showStrip();
+
     CImageChart& chart_;
     TitleGroup* title_;
-    QComboBox* colorTable_;
+    SkinComboBox* colorTable_;
+    CColorControl* strip_;
     GridsGroup* grids_;
-    QCheckBox* aspectRatio_;
-    QCheckBox* scale_;
+    SkinCheckBox* aspectRatio_;
+    SkinCheckBox* scale_;
 };
 
 }  // namespace tessavo

@@ -2,15 +2,16 @@
 
 #include <QCloseEvent>
 #include <QGuiApplication>
-#include <QLineEdit>
 #include <QScreen>
-#include <QSignalBlocker>
-#include <QSlider>
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <vector>
 
+#include "controls/bitmap_slider.h"
+#include "controls/number_edit.h"
+#include "controls/skin_button.h"
+#include "controls/slider_event.h"
 #include "controls/theme.h"
 #include "dsp/saturate.h"
 #include "plot/chart/dialog_parts.h"
@@ -21,6 +22,11 @@ namespace {
 
 // The middle of the range may be scrolled so far; further when a range is set there.
 constexpr int scrollReachDb = 60;
+
+constexpr int maximumId = 1;
+constexpr int sliderId = 2;
+constexpr int minimumId = 3;
+constexpr int setId = 4;
 
 QString limitText(double value) {
     return QString::fromStdString(shortNumber(value, 15));
@@ -33,21 +39,21 @@ int wholeMiddle(const AxisRange& range) {
 }  // namespace
 
 CPlotDlg::CPlotDlg(IChartHost& host, QWidget* parent)
-    : QDialog(parent,
-              Qt::Dialog | Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint),
+    : CDialogSK(parent),
       host_(host),
       view_(new CChartView(chart_, host, this)),
-      maximum_(makeEdit(QStringLiteral("Max"), this)),
-      slider_(new QSlider(Qt::Vertical, this)),
-      minimum_(makeEdit(QStringLiteral("Min"), this)),
-      set_(makeButton(QStringLiteral("SET"), this)) {
+      maximum_(new NumberEdit(maximumId, this)),
+      slider_(new CBitmapSlider(Qt::Vertical, sliderId, this)),
+      minimum_(new NumberEdit(minimumId, this)),
+      set_(new CxSkinButton(QStringLiteral("SET"), setId, this)) {
+    setWindowFlags(Qt::Dialog | Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint);
     setWindowTitle(QStringLiteral("Plot"));
     setFixedSize(pixelSize);
     setUpResponseAxes(chart_);
     view_->setGeometry(12, 12, 834, 472);
     view_->setAccessibleName(QStringLiteral("Frequency response"));
-    QLabel* const maximumLabel = makeLabel(QStringLiteral("Max"), this);
-    QLabel* const minimumLabel = makeLabel(QStringLiteral("Min"), this);
+    CColorControl* const maximumLabel = makeLabel(QStringLiteral("Max"), this);
+    CColorControl* const minimumLabel = makeLabel(QStringLiteral("Min"), this);
     maximumLabel->setFont(theme::font(12));
     minimumLabel->setFont(theme::font(12));
     maximumLabel->setGeometry(858, 12, 84, 16);
@@ -56,12 +62,20 @@ CPlotDlg::CPlotDlg(IChartHost& host, QWidget* parent)
     minimumLabel->setGeometry(858, 364, 84, 16);
     minimum_->setGeometry(858, 384, 84, 26);
     set_->setGeometry(858, 456, 84, 28);
-    maximum_->setAlignment(Qt::AlignRight);
-    minimum_->setAlignment(Qt::AlignRight);
+    maximum_->setAccessibleName(QStringLiteral("Max"));
+    minimum_->setAccessibleName(QStringLiteral("Min"));
     slider_->setAccessibleName(QStringLiteral("Middle of the dB range"));
+    slider_->setValueScale(-1);
+    slider_->setFormatter([](int position) { return QStringLiteral("%1 dB").arg(-position); });
     set_->setDefault(true);
+    const std::array<QWidget*, 5> order{view_, maximum_, slider_, minimum_, set_};
+    for (std::size_t n = 1; n < order.size(); ++n) {
+        setTabOrder(order[n - 1], order[n]);
+    }
     connect(set_, &QPushButton::clicked, this, &CPlotDlg::applyRange);
-    connect(slider_, &QSlider::valueChanged, this, [this](int position) { scrollTo(position); });
+    for (NumberEdit* const edit : {maximum_, minimum_}) {
+        connect(edit, &NumberEdit::entered, this, &CPlotDlg::applyRange);
+    }
     connect(&chart_, &CChart::layoutChanged, this, &CPlotDlg::showRange);
     showRange();
 }
@@ -98,6 +112,14 @@ void CPlotDlg::showCentred() {
     activateWindow();
 }
 
+bool CPlotDlg::event(QEvent* event) {
+    if (SliderEvent::isSliderEvent(*event)) {
+        scrollTo(static_cast<const SliderEvent*>(event)->position());
+        return true;
+    }
+    return CDialogSK::event(event);
+}
+
 void CPlotDlg::closeEvent(QCloseEvent* event) {
     event->accept();
     // A close that the system asks for twice is told once.
@@ -121,7 +143,7 @@ void CPlotDlg::applyRange() {
         return;
     }
     host_.showMessage(this, rangeFaultText(fault));
-    QLineEdit* const wrong = maximum && !minimum ? minimum_ : maximum_;
+    NumberEdit* const wrong = maximum && !minimum ? minimum_ : maximum_;
     wrong->setFocus();
     wrong->selectAll();
 }
@@ -137,13 +159,12 @@ void CPlotDlg::scrollTo(int position) {
 
 void CPlotDlg::showRange() {
     const AxisRange range = chart_.axis(AxisSide::left).range();
-    maximum_->setText(limitText(range.maximum));
-    minimum_->setText(limitText(range.minimum));
+    maximum_->setValueText(limitText(range.maximum));
+    minimum_->setValueText(limitText(range.minimum));
     const int middle = wholeMiddle(range);
     const int reach = std::max(scrollReachDb, std::abs(std::clamp(middle, -1'000'000'000, 1'000'000'000)));
-    const QSignalBlocker quiet(slider_);
     slider_->setRange(-reach, reach);
-    slider_->setValue(-middle);
+    slider_->setPosition(-middle);
 }
 
 }  // namespace tessavo

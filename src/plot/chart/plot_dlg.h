@@ -1,20 +1,19 @@
 #pragma once
 
-#include <QDialog>
-
+#include "controls/dialog_sk.h"
 #include "plot/chart/chart_view.h"
 #include "plot/chart/xy_chart.h"
 #include "plot/curve_display.h"
 
-class QLineEdit;
-class QPushButton;
-class QSlider;
-
 namespace tessavo {
+
+class CBitmapSlider;
+class CxSkinButton;
+class NumberEdit;
 
 /// The plot window: the equalizer curve, a slider that scrolls the dB range, and "Max", "Min" and "SET" that
 /// apply one. Its owner shows and hides it; closing it by its frame or with Escape is told.
-class CPlotDlg : public QDialog, public ICurveDisplay {
+class CPlotDlg : public CDialogSK, public ICurveDisplay {
     Q_OBJECT
 
  public:
@@ -40,6 +39,7 @@ class CPlotDlg : public QDialog, public ICurveDisplay {
     void closedByUser();
 
  protected:
+    bool event(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void reject() override;
 
@@ -51,10 +51,10 @@ class CPlotDlg : public QDialog, public ICurveDisplay {
     IChartHost& host_;
     CXYChart chart_;
     CChartView* view_;
-    QLineEdit* maximum_;
-    QSlider* slider_;
-    QLineEdit* minimum_;
-    QPushButton* set_;
+    NumberEdit* maximum_;
+    CBitmapSlider* slider_;
+    NumberEdit* minimum_;
+    CxSkinButton* set_;
     int curveIdentifier_ = -1;
 };
 
