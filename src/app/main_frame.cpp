@@ -46,7 +46,7 @@ CMainFrame::CMainFrame(Parts parts)
     : QWidget(nullptr, Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
                            Qt::WindowMinimizeButtonHint | Qt::WindowCloseButtonHint),
       parts_(parts),
-      view_(new CTessavoView(parts.tuning, parts.chartHost, this)),
+      view_(new CTessavoView(parts.tuning, parts.chartHost, this, parts.makePage)),
       status_(new StatusLine(this)),
       commands_(parts.tuning, parts.dialogs, parts.boxes, *view_) {
     setObjectName(QStringLiteral("mainFrame"));
@@ -90,6 +90,11 @@ CMainFrame::CMainFrame(Parts parts)
                 break;
             case LiveWorker::State::idle:
                 break;
+        }
+        if (!target_.liveMode) {
+            // The answer to what was under way when Live Mode ended is told; the target is no longer
+            // followed.
+            target_.light = Light::off;
         }
         showTarget();
     });
@@ -205,6 +210,8 @@ bool CMainFrame::mayClose() {
 void CMainFrame::restorePlace() {
     const QSize fixed = size();
     if (restoreGeometry(parts_.profile.windowPlace())) {
+        // The place may come with another size, or as large as the screen.
+        setWindowState(Qt::WindowNoState);
         setFixedSize(fixed);
     }
 }

@@ -6,6 +6,7 @@
 
 #include "app/profile.h"
 #include "app/status_line.h"
+#include "app/tab_pages.h"
 #include "params/message_box.h"
 #include "params/settings_commands.h"
 
@@ -35,6 +36,7 @@ class CMainFrame : public QWidget {
         Profile& profile;
         CommLink& link;
         IChartHost& chartHost;
+        PageFactory makePage = {};  ///< pages without content when empty
     };
 
     explicit CMainFrame(Parts parts);

@@ -33,6 +33,7 @@ void Profile::addRecentFile(const QString& path) {
 void Profile::removeRecentFile(const QString& path) {
     QStringList files = recentFiles();
     files.removeAll(path);
+    files.removeAll(QFileInfo(path).absoluteFilePath());
     settings_.setValue(recentKey, files);
 }
 

@@ -17,7 +17,9 @@ class eqCTabCtrl : public SkinTabBar {
     using SkinTabBar::SkinTabBar;
 
     /// Creates one page for each tab, in tab order, inside `stack`, which owns them.
-    std::vector<CTabDialog*> createPages(QStackedWidget* stack);
+    ///
+    /// \param makePage pages without content when empty
+    std::vector<CTabDialog*> createPages(QStackedWidget* stack, const PageFactory& makePage = {});
 };
 
 }  // namespace tessavo

@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <string_view>
 
 #include "controls/tab_dialog.h"
@@ -20,6 +21,9 @@ enum class Page : std::uint8_t {
 };
 
 inline constexpr std::size_t pageCount = 6;
+
+/// Makes the page of a tab. Its caller takes it over.
+using PageFactory = std::function<CTabDialog*(Page)>;
 
 inline constexpr std::array<std::string_view, pageCount> tabTitles{"Equalizing Input",  "Channel Config",
                                                                    "Equalizing Output", "Output Group",

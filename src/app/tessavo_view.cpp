@@ -57,12 +57,13 @@ RecordChannel channelOfCheckBox(int number) {
 
 }  // namespace
 
-CTessavoView::CTessavoView(TuningState& tuning, IChartHost& chartHost, QWidget* parent)
+CTessavoView::CTessavoView(TuningState& tuning, IChartHost& chartHost, QWidget* parent,
+                           const PageFactory& makePage)
     : QWidget(parent), tuning_(tuning), plot_(std::make_unique<CPlotDlg>(chartHost)) {
     setObjectName(QStringLiteral("mainView"));
     makeHeader();
     makeFlags();
-    makeTabs();
+    makeTabs(makePage);
     tuning_.setCurveDisplay(plot_.get());
 }
 
@@ -81,6 +82,8 @@ void CTessavoView::makeHeader() {
     setName_->setGeometry(160, 10, 188, 28);
     setName_->setAccessibleName(QStringLiteral("Set name"));
     setName_->setToolTip(QStringLiteral("Set name"));
+    // A file that is dropped here is meant for the window; its name would be taken for text.
+    setName_->setAcceptDrops(false);
     connect(setName_, &QLineEdit::textEdited, this, &CTessavoView::renameSet);
     connect(setName_, &QLineEdit::editingFinished, this, &CTessavoView::leaveSetName);
 
@@ -126,7 +129,7 @@ void CTessavoView::makeFlags() {
     }
 }
 
-void CTessavoView::makeTabs() {
+void CTessavoView::makeTabs(const PageFactory& makePage) {
     tabs_ = new eqCTabCtrl(view_id::tabs, this);
     tabs_->setGeometry(pageLeft, headerHeight + 2, 776, 34);
     for (std::size_t i = 0; i < pageCount; ++i) {
@@ -138,9 +141,14 @@ void CTessavoView::makeTabs() {
     stack_ = new QStackedWidget;
     stack_->setFixedSize(pageWidth, pageHeight);
     pageArea_->setWidget(stack_);
-    pages_ = tabs_->createPages(stack_);
-    // A click on the tab in front is a click too: it brings the plot up to date.
-    connect(tabs_, &QTabBar::tabBarClicked, this, &CTessavoView::tabClicked);
+    pages_ = tabs_->createPages(stack_, makePage);
+    // A click on the tab in front is a click too: it brings the plot up to date. Buttons that choose no tab
+    // are told for any of them.
+    connect(tabs_, &QTabBar::tabBarClicked, this, [this](int index) {
+        if (index == tabs_->currentIndex()) {
+            tabClicked(index);
+        }
+    });
     connect(tabs_, &QTabBar::currentChanged, this, &CTessavoView::tabClicked);
 }
 

@@ -43,7 +43,9 @@ class CTessavoView : public QWidget, public ISettingsView {
     static constexpr int viewHeight = 680;
 
     /// \param chartHost asks and tells for the plot; outlives the view.
-    CTessavoView(TuningState& tuning, IChartHost& chartHost, QWidget* parent = nullptr);
+    /// \param makePage pages without content when empty
+    CTessavoView(TuningState& tuning, IChartHost& chartHost, QWidget* parent = nullptr,
+                 const PageFactory& makePage = {});
     ~CTessavoView() override;
 
     /// Fills the controls from the state and shows the first page. Called once.
@@ -70,7 +72,7 @@ class CTessavoView : public QWidget, public ISettingsView {
  private:
     void makeHeader();
     void makeFlags();
-    void makeTabs();
+    void makeTabs(const PageFactory& makePage);
     void fillSetSelector();
     void toggleLiveMode();
     void chooseSet(int index);
