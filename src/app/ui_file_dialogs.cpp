@@ -1,5 +1,6 @@
 #include "app/ui_file_dialogs.h"
 
+#include <QApplication>
 #include <QFileDialog>
 #include <QFileInfo>
 
@@ -15,7 +16,7 @@ QString extensionOf(const FileFilter& filter) {
 }  // namespace
 
 std::optional<std::filesystem::path> UiFileDialogs::askOpenPath(const FileFilter& filter) {
-    QFileDialog dialog(owner_, QString(), profile_.lastFolder());
+    QFileDialog dialog(owner(), QString(), profile_.lastFolder());
     dialog.setAcceptMode(QFileDialog::AcceptOpen);
     dialog.setFileMode(QFileDialog::ExistingFile);
     dialog.setNameFilters(nameFilters(filter.filter));
@@ -24,11 +25,15 @@ std::optional<std::filesystem::path> UiFileDialogs::askOpenPath(const FileFilter
 }
 
 std::optional<std::filesystem::path> UiFileDialogs::askSavePath(const FileFilter& filter) {
-    QFileDialog dialog(owner_, QString(), profile_.lastFolder());
+    QFileDialog dialog(owner(), QString(), profile_.lastFolder());
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setNameFilters(nameFilters(filter.filter));
     dialog.setDefaultSuffix(extensionOf(filter));
     return dialog.exec() == QDialog::Accepted ? remembered(dialog.selectedFiles().value(0)) : std::nullopt;
+}
+
+QWidget* UiFileDialogs::owner() const {
+    return owner_ != nullptr ? owner_ : QApplication::activeWindow();
 }
 
 std::optional<std::filesystem::path> UiFileDialogs::remembered(const QString& chosen) {

@@ -12,12 +12,14 @@ namespace tessavo {
 /// File dialogs of the toolkit. They open in the folder of the last one.
 class UiFileDialogs : public IFileDialogs {
  public:
+    /// \param owner the active window when null
     UiFileDialogs(QWidget* owner, Profile& profile) : owner_(owner), profile_(profile) {}
 
     std::optional<std::filesystem::path> askOpenPath(const FileFilter& filter) override;
     std::optional<std::filesystem::path> askSavePath(const FileFilter& filter) override;
 
  private:
+    [[nodiscard]] QWidget* owner() const;
     std::optional<std::filesystem::path> remembered(const QString& chosen);
 
     QWidget* owner_;

@@ -1,0 +1,273 @@
+#include <QApplication>
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QSysInfo>
+#include <QTest>
+#include <QTimer>
+#include <fstream>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "app/instance_guard.h"
+#include "app/profile.h"
+#include "app/tessavo_doc.h"
+#include "app/ui_file_dialogs.h"
+#include "params/harness.h"
+#include "params/settings_commands.h"
+#include "params/temporary_folder.h"
+
+// What stands around the frame: profile, file dialogs, document, the guard against a second program.
+
+namespace tessavo::testing {
+namespace {
+
+class ProfileTest : public ::testing::Test {
+ protected:
+    void write(const QByteArray& bytes) {
+        std::ofstream file(folder / "profile.ini", std::ios::binary);
+        file.write(bytes.constData(), bytes.size());
+    }
+    QString path() { return textOf(folder / "profile.ini"); }
+    static QString absolute(int number) { return QStringLiteral("/settings/%1.eqs").arg(number); }
+
+    TemporaryFolder folder;
+};
+
+TEST_F(ProfileTest, AMissingOneIsEmpty) {
+    const Profile profile(path());
+    EXPECT_TRUE(profile.recentFiles().isEmpty());
+    EXPECT_TRUE(profile.lastPort().isEmpty());
+    EXPECT_TRUE(profile.lastFolder().isEmpty());
+    EXPECT_TRUE(profile.windowPlace().isEmpty());
+}
+
+TEST_F(ProfileTest, KeepsEverythingForTheNextStart) {
+    {
+        Profile profile(path());
+        profile.addRecentFile(QStringLiteral("/a, b; \"c\" = ü%.eqs"));
+        profile.setLastPort(QStringLiteral("pts/3"));
+        profile.setLastFolder(QStringLiteral("/some folder"));
+        profile.setWindowPlace(QByteArray("\0\xff\n,;", 5));
+    }
+    const Profile profile(path());
+    EXPECT_EQ(profile.recentFiles(), QStringList{QStringLiteral("/a, b; \"c\" = ü%.eqs")});
+    EXPECT_EQ(profile.lastPort(), QStringLiteral("pts/3"));
+    EXPECT_EQ(profile.lastFolder(), QStringLiteral("/some folder"));
+    EXPECT_EQ(profile.windowPlace(), QByteArray("\0\xff\n,;", 5));
+}
+
+TEST_F(ProfileTest, KeepsFourFilesOnceEachNewestFirst) {
+    Profile profile(path());
+    for (const int number : {1, 2, 3, 2, 4, 5, 3}) {
+        profile.addRecentFile(absolute(number));
+    }
+    EXPECT_EQ(profile.recentFiles(), (QStringList{absolute(3), absolute(5), absolute(4), absolute(2)}));
+    profile.removeRecentFile(absolute(4));
+    profile.removeRecentFile(absolute(77));
+    EXPECT_EQ(profile.recentFiles(), (QStringList{absolute(3), absolute(5), absolute(2)}));
+}
+
+TEST_F(ProfileTest, ADamagedOneReadsAsEmptyAndCanBeWritten) {
+    const QByteArray damaged[]{QByteArray("\xff\xfe\x00\x01[[[\n=%%%", 12), QByteArray(100000, '['),
+                               QByteArray(4096, '\0'),
+                               "[General]\nrecentFiles=@Variant(\\0\\0\\0\\x7f\\0\\0\nport=@Invalid()"
+                               "\nfolder=@ByteArray(\nwindowPlace=1",
+                               "[General]\nrecentFiles=@Invalid()\nport=@Rect(1 2 3 4)\n"};
+    for (const QByteArray& bytes : damaged) {
+        write(bytes);
+        Profile profile(path());
+        EXPECT_LE(profile.recentFiles().size(), Profile::recentFileLimit);
+        EXPECT_TRUE(profile.lastPort().isEmpty());
+        profile.addRecentFile(absolute(1));
+        profile.setLastPort(QStringLiteral("COM3"));
+        EXPECT_EQ(profile.recentFiles().value(0), absolute(1));
+        EXPECT_EQ(profile.lastPort(), QStringLiteral("COM3"));
+    }
+}
+
+TEST_F(ProfileTest, AListThatIsTooLongIsCut) {
+    write("[General]\nrecentFiles=/1.eqs, , /2.eqs, /3.eqs, /4.eqs, /5.eqs, /6.eqs\n");
+    EXPECT_EQ(Profile(path()).recentFiles(),
+              (QStringList{QStringLiteral("/1.eqs"), QStringLiteral("/2.eqs"), QStringLiteral("/3.eqs"),
+                           QStringLiteral("/4.eqs")}));
+}
+
+TEST_F(ProfileTest, APlaceThatCannotBeWrittenFailsNothing) {
+    write("not a folder");
+    Profile profile(path() + QStringLiteral("/inside.ini"));
+    profile.addRecentFile(absolute(1));
+    EXPECT_EQ(profile.recentFiles(), QStringList{absolute(1)});
+}
+
+// ---- file dialogs
+
+TEST(NameFilters, TakeOneEntryForEachPair) {
+    EXPECT_EQ(nameFilters(settingsFilter.filter),
+              QStringList{QStringLiteral("Tessavo settings files (*.eqs)")});
+    EXPECT_EQ(nameFilters(binaryFilter.filter), QStringList{QStringLiteral("Tessavo Binary files (*.bin)")});
+    EXPECT_EQ(nameFilters("A (*.a)|*.a|B (*.b)|*.b||"),
+              (QStringList{QStringLiteral("A (*.a)"), QStringLiteral("B (*.b)")}));
+    EXPECT_EQ(nameFilters(""), QStringList());
+    EXPECT_EQ(nameFilters("||"), QStringList());
+}
+
+TEST(PathOfText, GoesThereAndBack) {
+    const QString text = QString::fromUtf8("/tmp/ü 車 🚗.eqs");
+    EXPECT_EQ(textOf(pathOf(text)), text);
+    EXPECT_TRUE(pathOf(QString()).empty());
+}
+
+class FileDialogs : public ::testing::Test {
+ protected:
+    FileDialogs() : profile_(textOf(folder / "profile.ini")), dialogs_(nullptr, profile_) {
+        QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
+        window_.show();
+        window_.activateWindow();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&window_));
+    }
+    ~FileDialogs() override { QApplication::setAttribute(Qt::AA_DontUseNativeDialogs, false); }
+
+    /// Does something with the file dialog that opens next.
+    template <typename Act>
+    void whenOpen(Act act) {
+        auto* timer = new QTimer(&window_);
+        QObject::connect(timer, &QTimer::timeout, timer, [timer, act] {
+            if (auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget())) {
+                timer->stop();
+                act(*dialog);
+            }
+        });
+        timer->start(1);
+    }
+    static void typeName(QFileDialog& dialog, const QString& name) {
+        auto* field = dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+        // Set at once: typed names bring up a list of completions that takes the keys.
+        field->setText(name);
+        QTest::keyClick(field, Qt::Key_Return);
+    }
+
+    TemporaryFolder folder;
+    Profile profile_;
+    UiFileDialogs dialogs_;
+    QWidget window_;
+};
+
+TEST_F(FileDialogs, AskForAnExistingSettingsFile) {
+    writeFile(folder / "a.eqs", {1});
+    profile_.setLastFolder(textOf(folder.path()));
+    bool seen = false;
+    whenOpen([&](QFileDialog& dialog) {
+        seen = true;
+        EXPECT_EQ(dialog.acceptMode(), QFileDialog::AcceptOpen);
+        EXPECT_EQ(dialog.fileMode(), QFileDialog::ExistingFile);
+        EXPECT_EQ(dialog.nameFilters(), QStringList{QStringLiteral("Tessavo settings files (*.eqs)")});
+        EXPECT_EQ(dialog.defaultSuffix(), QStringLiteral("eqs"));
+        EXPECT_EQ(dialog.parentWidget(), &window_);
+        EXPECT_TRUE(dialog.isModal());
+        typeName(dialog, QStringLiteral("a.eqs"));
+    });
+    EXPECT_EQ(dialogs_.askOpenPath(settingsFilter), folder / "a.eqs");
+    EXPECT_TRUE(seen);
+}
+
+TEST_F(FileDialogs, ASavedNameGetsTheExtensionAndItsFolderIsRemembered) {
+    std::filesystem::create_directory(folder / "sub");
+    whenOpen([&](QFileDialog& dialog) {
+        EXPECT_EQ(dialog.acceptMode(), QFileDialog::AcceptSave);
+        EXPECT_EQ(dialog.nameFilters(), QStringList{QStringLiteral("Tessavo Binary files (*.bin)")});
+        typeName(dialog, textOf(folder / "sub" / "image"));
+    });
+    EXPECT_EQ(dialogs_.askSavePath(binaryFilter), folder / "sub" / "image.bin");
+    EXPECT_EQ(profile_.lastFolder(), textOf(folder / "sub"));
+    QString opened;
+    whenOpen([&](QFileDialog& dialog) {
+        opened = dialog.directory().absolutePath();
+        dialog.reject();
+    });
+    EXPECT_EQ(dialogs_.askOpenPath(settingsFilter), std::nullopt);
+    EXPECT_EQ(opened, textOf(folder / "sub"));
+}
+
+TEST_F(FileDialogs, AskBeforeAFileIsOverwritten) {
+    writeFile(folder / "a.eqs", {1});
+    profile_.setLastFolder(textOf(folder.path()));
+    bool asked = false;
+    whenOpen([&](QFileDialog& dialog) {
+        QTimer::singleShot(0, &dialog, [&dialog, &asked] {
+            // The question stands above the dialog; Escape says no.
+            QWidget* question = QApplication::activeModalWidget();
+            asked = question != nullptr && question != &dialog;
+            if (asked) {
+                QTest::keyClick(question, Qt::Key_Escape);
+            }
+            dialog.reject();
+        });
+        typeName(dialog, QStringLiteral("a.eqs"));
+    });
+    EXPECT_EQ(dialogs_.askSavePath(settingsFilter), std::nullopt);
+    EXPECT_TRUE(asked);
+}
+
+TEST_F(FileDialogs, ACancelledDialogRemembersNothing) {
+    whenOpen([](QFileDialog& dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); });
+    EXPECT_EQ(dialogs_.askSavePath(settingsFilter), std::nullopt);
+    EXPECT_EQ(profile_.lastFolder(), QString());
+}
+
+// ---- document
+
+TEST(Document, WritesAndReadsTheStoreInItsFile) {
+    const TemporaryFolder folder;
+    Tuning tuning;
+    tuning.state.setVolume(4.5F, true);
+    ParameterStore store = tuning.state.store();
+    EXPECT_TRUE(CTessavoDoc::serialize(store, true, folder / "EQSettings.set"));
+    EXPECT_EQ(readFile(folder / "EQSettings.set"), bytesOf(tuning.state.store()));
+    ParameterStore read{};
+    EXPECT_TRUE(CTessavoDoc::serialize(read, false, folder / "EQSettings.set"));
+    EXPECT_SAME_BYTES(bytesOf(read), bytesOf(store));
+}
+
+TEST(Document, ItsFileIsAlwaysTheSame) {
+    EXPECT_EQ(CTessavoDoc::serializedFile().string(),
+              "C:\\Dokumente und Einstellungen\\Windows User\\Desktop\\EQSettings.set");
+}
+
+TEST(Document, AMissingOrShortFileLeavesTheStore) {
+    const TemporaryFolder folder;
+    Tuning tuning;
+    ParameterStore store = tuning.state.store();
+    EXPECT_FALSE(CTessavoDoc::serialize(store, false, folder / "missing.set"));
+    writeFile(folder / "short.set", Bytes(10599, 7));
+    EXPECT_FALSE(CTessavoDoc::serialize(store, false, folder / "short.set"));
+    EXPECT_FALSE(CTessavoDoc::serialize(store, true, folder / "no folder" / "a.set"));
+    EXPECT_SAME_BYTES(bytesOf(store), tuning.store());
+}
+
+// ---- second program
+
+TEST(InstanceGuardTest, LetsOneIn) {
+    const TemporaryFolder folder;
+    {
+        const InstanceGuard first(textOf(folder.path()));
+        EXPECT_TRUE(first.isFirst());
+        const InstanceGuard second(textOf(folder.path()));
+        EXPECT_FALSE(second.isFirst());
+        const InstanceGuard elsewhere(textOf(folder.path()) + QStringLiteral("/none"));
+        EXPECT_TRUE(elsewhere.isFirst()) << "a place that cannot be written is free";
+    }
+    const InstanceGuard next(textOf(folder.path()));
+    EXPECT_TRUE(next.isFirst());
+}
+
+TEST(InstanceGuardTest, TheFileOfAProgramThatWasKilledIsNoHindrance) {
+    const TemporaryFolder folder;
+    // No process has this number: it is beyond what the system gives.
+    std::ofstream(folder / "tessavo.lock") << "2147483646\ntessavo\n"
+                                           << QSysInfo::machineHostName().toStdString() << "\n";
+    const InstanceGuard guard(textOf(folder.path()));
+    EXPECT_TRUE(guard.isFirst());
+}
+
+}  // namespace
+}  // namespace tessavo::testing
