@@ -26,6 +26,16 @@ int picturesAtDoubleScale(const char* program, const QString& folder) {
     return process.exitStatus() == QProcess::NormalExit ? process.exitCode() : 1;
 }
 
+// The toolkit aborts where it cannot use the display; a person gets a sentence and an exit code instead.
+void endWithoutDisplay(QtMsgType type, const QMessageLogContext&, const QString& text) {
+    std::cerr << text.toStdString() << '\n';
+    if (type == QtFatalMsg) {
+        std::cerr
+            << "tessavo: the display cannot be used. Start it from a desktop session, or use tessavoctl.\n";
+        std::_Exit(1);
+    }
+}
+
 int takePictures(CTessavoApp& app, const StartOptions& options, const char* program) {
     const bool doubled = qEnvironmentVariable("QT_SCALE_FACTOR") == QStringLiteral("2");
     const QString problem = tessavo::takeScreenshots(app.frame(), options.screenshots,
@@ -67,7 +77,9 @@ int main(int argc, char** argv) {
     }
     const StartOptions options{QString::fromStdString(file), demo, QString::fromStdString(screenshots)};
     QGuiApplication::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
+    const QtMessageHandler usual = qInstallMessageHandler(endWithoutDisplay);
     CTessavoApp app(argc, argv);
+    qInstallMessageHandler(usual);
     const tessavo::InstanceGuard guard;
     if (!pictures && !guard.isFirst()) {
         app.boxes().showError("Tessavo is already running.\r\nPlease use the window that is open.");

@@ -1,0 +1,204 @@
+#include <QAbstractButton>
+#include <QTest>
+#include <QTimer>
+#include <atomic>
+#include <chrono>
+#include <cstring>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sstream>
+
+#include "app/status_line.h"
+#include "app/tessavo_app.h"
+#include "app/tessavo_view.h"
+#include "controls/skin_button.h"
+#include "controls/skin_message_box.h"
+#include "params/harness.h"
+#include "params/set_text.h"
+#include "params/settings_file.h"
+#include "params/temporary_folder.h"
+
+// The application object, which makes the toolkit's own: no other test of this program may have one.
+
+namespace tessavo::testing {
+namespace {
+
+class Application : public ::testing::Test {
+ protected:
+    Application() {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+        // The toolkit wants this folder closed to others.
+        std::filesystem::permissions(folder.path(), std::filesystem::perms::owner_all);
+        qputenv("XDG_RUNTIME_DIR", QByteArray::fromStdString(folder.path().string()));
+        app = std::make_unique<CTessavoApp>(count_, arguments_.data(),
+                                            std::make_unique<Profile>(textOf(folder / "profile.ini")));
+    }
+
+    TemporaryFolder folder;
+    std::unique_ptr<CTessavoApp> app;
+
+ private:
+    std::array<char, 8> name_{"tessavo"};
+    std::array<char*, 2> arguments_{name_.data(), nullptr};
+    int count_ = 1;
+};
+
+/// Answers the program's own message box that opens next by a click on one of its buttons.
+void clickNextBox(int button, QString& text, QString& title) {
+    auto* timer = new QTimer(qApp);
+    QObject::connect(timer, &QTimer::timeout, qApp, [timer, button, &text, &title] {
+        if (auto* box = qobject_cast<SkinMessageBox*>(QApplication::activeModalWidget())) {
+            timer->stop();
+            timer->deleteLater();
+            text = box->text();
+            title = box->windowTitle();
+            QTest::mouseClick(box->buttons().at(button), Qt::LeftButton);
+        }
+    });
+    timer->start(1);
+}
+
+TEST_F(Application, StartsWithTheStateThatAConstructionGives) {
+    EXPECT_EQ(app->tuning().currentSet(), 0U);
+    EXPECT_EQ(app->tuning().filterMode(), 0U);
+    EXPECT_FALSE(app->tuning().liveMode());
+    EXPECT_FALSE(app->tuning().liveTransferEnabled());
+    EXPECT_FALSE(app->tuning().updatePending());
+    EXPECT_EQ(app->tuning().image().imageSize, 3384U);
+    for (const ParameterSet& set : app->tuning().store().sets) {
+        EXPECT_EQ(set.recordSize, 2120U);
+    }
+}
+
+TEST_F(Application, ShowsItsWindow) {
+    ASSERT_TRUE(app->InitInstance({}));
+    EXPECT_TRUE(app->frame().isVisible());
+    EXPECT_EQ(app->frame().windowTitle(), QStringLiteral("Tessavo Velmira"));
+    EXPECT_FALSE(QApplication::quitOnLastWindowClosed());
+    EXPECT_EQ(readSetText(app->tuning().store().sets[4].setName), u"Type 5");
+}
+
+TEST_F(Application, LoadsTheFileOfTheCommandLine) {
+    Tuning other;
+    other.state.setName(u"From outside");
+    ASSERT_EQ(writeSettings(folder / "a.eqs", other.state.store()), SaveVerdict::saved);
+    StartOptions options;
+    options.file = textOf(folder / "a.eqs");
+    ASSERT_TRUE(app->InitInstance(options));
+    EXPECT_EQ(readSetText(app->tuning().store().sets[0].setName), u"From outside");
+}
+
+TEST_F(Application, TellsOfAnUnreadableFileAndGoesOn) {
+    QString text;
+    QString title;
+    clickNextBox(0, text, title);
+    StartOptions options;
+    options.file = textOf(folder / "missing.eqs");
+    ASSERT_TRUE(app->InitInstance(options));
+    EXPECT_EQ(text, QStringLiteral("Error opening configuration file!"));
+    EXPECT_EQ(title, QStringLiteral("Tessavo Velmira"));
+    EXPECT_TRUE(app->frame().isVisible());
+}
+
+TEST_F(Application, EndsWhenItsFrameIsClosed) {
+    ASSERT_TRUE(app->InitInstance({}));
+    QString text;
+    QString title;
+    clickNextBox(1, text, title);
+    QTimer::singleShot(0, &app->frame(), [this] { app->frame().close(); });
+    EXPECT_EQ(app->run(), 0);
+    EXPECT_EQ(text, QStringLiteral("The current settings will be lost!\r\n Do you want to save settings?"));
+    EXPECT_FALSE(app->frame().isVisible());
+}
+
+TEST_F(Application, ABoxGivesTheAnswerOfItsButton) {
+    ASSERT_TRUE(app->InitInstance({}));
+    const BoxAnswer answers[]{BoxAnswer::yes, BoxAnswer::no, BoxAnswer::cancel};
+    QString text;
+    QString title;
+    for (int button = 0; button < 3; ++button) {
+        clickNextBox(button, text, title);
+        EXPECT_EQ(app->boxes().show("x", BoxIcon::error, BoxButtons::yesNoCancel), answers[button]);
+    }
+    clickNextBox(0, text, title);
+    EXPECT_EQ(app->boxes().show("x", BoxIcon::none, BoxButtons::ok), BoxAnswer::ok);
+    clickNextBox(1, text, title);
+    EXPECT_EQ(app->boxes().show("x", BoxIcon::none, BoxButtons::okCancel), BoxAnswer::cancel);
+}
+
+TEST_F(Application, ADemoHasItsPortAndConfirms) {
+    StartOptions options;
+    options.demo = true;
+    ASSERT_TRUE(app->InitInstance(options));
+    EXPECT_NE(app->link().portName(), "");
+    auto* eqMode = app->frame().findChild<CxSkinButton*>(QStringLiteral("id%1").arg(view_id::eqMode));
+    QTest::mouseClick(eqMode, Qt::LeftButton);
+    EXPECT_TRUE(QTest::qWaitFor(
+        [&] { return app->frame().statusLine().target().light == TargetStatus::Light::confirmed; }, 30000));
+}
+
+TEST_F(Application, EndsInTheMiddleOfAnExchangeWithinASecond) {
+    StartOptions options;
+    options.demo = true;
+    ASSERT_TRUE(app->InitInstance(options));
+    std::atomic<bool> talking = false;
+    QObject::connect(
+        &app->link(), &CommLink::lineLogged, &app->link(), [&] { talking = true; }, Qt::DirectConnection);
+    QTest::mouseClick(app->frame().findChild<CxSkinButton*>(QStringLiteral("id%1").arg(view_id::eqMode)),
+                      Qt::LeftButton);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return talking.load(); }, 30000));
+    const auto start = std::chrono::steady_clock::now();
+    app.reset();
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(1));
+}
+
+// ---- serialisation
+
+TEST_F(Application, SerialisesItsFlagAndTheStore) {
+    app->tuning().start();
+    app->tuning().setVolume(4.5F, true);
+    std::ostringstream archive;
+    ASSERT_TRUE(std::as_const(*app).serialize(archive));
+    const std::string bytes = archive.str();
+    ASSERT_EQ(bytes.size(), 10601U);
+    EXPECT_EQ(bytes[0], '\0');
+    EXPECT_EQ(std::memcmp(bytes.data() + 1, &app->tuning().store(), 10600), 0);
+}
+
+TEST_F(Application, LoadsWhatItHasStored) {
+    app->tuning().start();
+    app->tuning().setVolume(4.5F, true);
+    std::ostringstream out;
+    ASSERT_TRUE(std::as_const(*app).serialize(out));
+    std::string bytes = out.str();
+    bytes[0] = '\1';
+    app->tuning().setVolume(-3.0F, true);
+    std::istringstream in(bytes);
+    ASSERT_TRUE(app->serialize(in));
+    EXPECT_EQ(app->tuning().store().sets[0].channels[7].volumeDb, 4.5F);
+    std::ostringstream again;
+    ASSERT_TRUE(std::as_const(*app).serialize(again));
+    EXPECT_EQ(again.str(), bytes);
+}
+
+TEST_F(Application, AShortArchiveChangesNothing) {
+    app->tuning().start();
+    std::ostringstream before;
+    ASSERT_TRUE(std::as_const(*app).serialize(before));
+    for (const std::size_t size : {0U, 1U, 5000U, 10600U}) {
+        std::istringstream in(std::string(size, '\1'));
+        EXPECT_FALSE(app->serialize(in)) << size;
+    }
+    std::ostringstream after;
+    ASSERT_TRUE(std::as_const(*app).serialize(after));
+    EXPECT_EQ(after.str(), before.str());
+}
+
+TEST_F(Application, AnArchiveThatTakesNothingIsTold) {
+    std::ostringstream closed;
+    closed.setstate(std::ios::badbit);
+    EXPECT_FALSE(std::as_const(*app).serialize(closed));
+}
+
+}  // namespace
+}  // namespace tessavo::testing

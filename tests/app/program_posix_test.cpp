@@ -1,0 +1,125 @@
+#include <QImage>
+#include <QProcess>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "app/ui_file_dialogs.h"
+#include "params/harness.h"
+#include "params/temporary_folder.h"
+
+// The program as a person starts it.
+
+namespace tessavo::testing {
+namespace {
+
+using ::testing::HasSubstr;
+
+class Program : public ::testing::Test {
+ protected:
+    struct Result {
+        int code;
+        std::string output;
+        std::string error;
+    };
+
+    Program() : environment_(QProcessEnvironment::systemEnvironment()) {
+        for (const char* name : {"QT_QPA_PLATFORM", "WAYLAND_DISPLAY", "DISPLAY"}) {
+            environment_.remove(QLatin1String(name));
+        }
+        std::filesystem::permissions(folder.path(), std::filesystem::perms::owner_all);
+        // Its profile and its lock file stay away from the person's own.
+        for (const char* name : {"HOME", "XDG_CONFIG_HOME", "XDG_RUNTIME_DIR"}) {
+            environment_.insert(QLatin1String(name), textOf(folder.path()));
+        }
+    }
+
+    Result run(const QStringList& arguments) {
+        QProcess process;
+        process.setProcessEnvironment(environment_);
+        process.start(QStringLiteral(TESSAVO_PROGRAM), arguments);
+        const bool ended = process.waitForFinished(60000);
+        EXPECT_TRUE(ended) << "it must end by itself";
+        if (!ended) {
+            process.kill();
+            process.waitForFinished();
+        }
+        EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
+        return {process.exitCode(), process.readAllStandardOutput().toStdString(),
+                process.readAllStandardError().toStdString()};
+    }
+
+    TemporaryFolder folder;
+    QProcessEnvironment environment_;
+};
+
+TEST_F(Program, TellsItsVersionWithoutADisplay) {
+    const Result result = run({QStringLiteral("--version")});
+    EXPECT_EQ(result.code, 0);
+    EXPECT_EQ(result.output, "tessavo " TESSAVO_VERSION "\n");
+    EXPECT_EQ(result.error, "");
+}
+
+TEST_F(Program, TellsItsOptionsWithoutADisplay) {
+    const Result result = run({QStringLiteral("--help")});
+    EXPECT_EQ(result.code, 0);
+    for (const char* option : {"--version", "--help", "--demo", "--screenshots", "DIR", "file"}) {
+        EXPECT_THAT(result.output, HasSubstr(option));
+    }
+    EXPECT_EQ(result.error, "");
+}
+
+TEST_F(Program, RefusesWhatItDoesNotKnow) {
+    for (const QStringList& arguments : {QStringList{QStringLiteral("--wrong")},
+                                         QStringList{QStringLiteral("a.eqs"), QStringLiteral("b.eqs")},
+                                         QStringList{QStringLiteral("--screenshots")}}) {
+        const Result result = run(arguments);
+        EXPECT_EQ(result.code, 2) << arguments.join(QLatin1Char(' ')).toStdString();
+        EXPECT_NE(result.error, "");
+        EXPECT_EQ(result.output, "");
+    }
+}
+
+TEST_F(Program, SaysThatThereIsNoDisplay) {
+    for (const QStringList& arguments : {QStringList(), QStringList{QStringLiteral("--demo")}}) {
+        const Result result = run(arguments);
+        EXPECT_EQ(result.code, 1);
+        EXPECT_EQ(result.error,
+                  "tessavo: there is no display. Start it from a desktop session, or use tessavoctl.\n");
+    }
+}
+
+TEST_F(Program, SaysThatTheDisplayCannotBeReached) {
+    const std::pair<const char*, const char*> places[]{
+        {"DISPLAY", ":7654"}, {"WAYLAND_DISPLAY", "wayland-none"}, {"QT_QPA_PLATFORM", "no-such-platform"}};
+    for (const auto& [name, value] : places) {
+        environment_.insert(QLatin1String(name), QLatin1String(value));
+        const Result result = run({});
+        EXPECT_EQ(result.code, 1) << name;
+        EXPECT_THAT(result.error, HasSubstr("tessavo: the display cannot be used."));
+        environment_.remove(QLatin1String(name));
+    }
+}
+
+TEST_F(Program, DrawsItsPicturesAtBothScalesWithoutADisplay) {
+    const QString pictures = textOf(folder / "new" / "pictures");
+    const Result result = run({QStringLiteral("--screenshots"), pictures});
+    EXPECT_EQ(result.code, 0) << result.error;
+    for (const char* name :
+         {"input_eq", "channel_config", "output_eq", "output_group", "clip_detection", "communication"}) {
+        const QString path = pictures + QLatin1Char('/') + QLatin1String(name);
+        EXPECT_EQ(QImage(path + QStringLiteral(".png")).size(), QSize(1024, 736)) << name;
+        EXPECT_EQ(QImage(path + QStringLiteral("@2x.png")).size().width(), 2048) << name;
+    }
+    EXPECT_EQ(QImage(pictures + QStringLiteral("/plot.png")).size(), QSize(954, 496));
+    EXPECT_EQ(QImage(pictures + QStringLiteral("/plot@2x.png")).size(), QSize(1908, 992));
+}
+
+TEST_F(Program, SaysThatItsPicturesCannotBeWritten) {
+    writeFile(folder / "file", {1});
+    const Result result = run({QStringLiteral("--screenshots"), textOf(folder / "file" / "pictures")});
+    EXPECT_EQ(result.code, 1);
+    EXPECT_THAT(result.error, HasSubstr("could not be made"));
+}
+
+}  // namespace
+}  // namespace tessavo::testing
