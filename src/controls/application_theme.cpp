@@ -54,7 +54,8 @@ QMenu::item:selected { background: @selected@; color: @white@; }
 QMenu::item:disabled { color: @dim@; background: transparent; }
 QMenu::separator { height: 1px; background: @edge@; margin: 4px 8px; }
 QComboBox { combobox-popup: 0; }
-QComboBox QAbstractItemView { background: @button@; border: 1px solid @edge@; padding: 3px; outline: 0; }
+QListView { background: @sunk@; border: 1px solid @edge@; border-radius: 4px; padding: 1px; color: @text@; outline: 0; }
+QListView:focus { border: 2px solid @focus@; padding: 0; }
 QLineEdit { background: @sunk@; border: 1px solid @edge@; border-radius: 4px; padding: 2px 6px; color: @text@; }
 QLineEdit:focus { border: 2px solid @focus@; padding: 1px 5px; }
 tessavo--NumberEdit, tessavo--CReadOnlyEdit, tessavo--TextEditBox,
@@ -62,9 +63,10 @@ tessavo--NumberEdit:focus, tessavo--CReadOnlyEdit:focus, tessavo--TextEditBox:fo
 QSpinBox QLineEdit, QSpinBox QLineEdit:focus { background: transparent; border: none; padding: 0; }
 tessavo--CReadOnlyEdit { color: @label@; }
 QLineEdit:disabled { color: @dim@; }
-QListView { background: @sunk@; border: 1px solid @edge@; border-radius: 4px; color: @text@; outline: 0; }
-QListView:focus { border: 2px solid @focus@; }
 QListView:disabled { background: @inset@; border-color: @line@; color: @dim@; }
+QComboBox QAbstractItemView, QComboBox QAbstractItemView:focus {
+  background: @button@; border: 1px solid @edge@; border-radius: 0; padding: 3px; outline: 0;
+}
 QListView::item { height: 18px; }
 QListView::item:selected { background: @selected@; color: @white@; }
 QScrollBar:vertical { background: transparent; width: 8px; margin: 0; border: none; }

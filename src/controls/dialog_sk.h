@@ -7,8 +7,8 @@ namespace tessavo {
 
 /// Dialog or page on a background that is drawn once for each size and scale.
 ///
-/// As a page inside a window it leaves Enter and Escape to its controls; as a dialog of its own it keeps
-/// their usual meaning.
+/// As a page inside a window (its window flags are then Qt::Widget) it leaves Enter and Escape to its
+/// controls; as a dialog of its own it keeps their usual meaning.
 class CDialogSK : public QDialog {
     Q_OBJECT
 

@@ -35,10 +35,6 @@ struct SkinPiece {
         socket,       ///< empty place of a clip light
         stopIcon,
         infoIcon,
-        lightConfirmed,  ///< 16 x 16 lights of the status bar: disc with a tick
-        lightSending,    ///< ring with a dot
-        lightWrong,      ///< disc with a bar
-        lightOff,        ///< empty ring
         sliderChannel,
         sliderCap,  ///< halo of a dragged cap in `color`
     };

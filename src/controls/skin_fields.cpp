@@ -67,10 +67,15 @@ void drawButtonPiece(const SkinInk& ink, const SkinPiece& piece) {
     }
     if (piece.kind == SkinPiece::Kind::combo) {
         const bool disabled = (piece.state & skinDisabled) != 0;
-        const int fromRight = piece.size.width() <= compactCombo ? 12 : 18;
-        const QPointF origin(ink.size.width() - ink(fromRight), ink.size.height() / 2 - ink(3));
-        ink.stroke(origin, {{1, 1}, {4.5, 4.7}, {8, 1}},
-                   QColor::fromRgb(disabled ? theme::text3 : theme::text2), 1.6);
+        // A compact one keeps its room for the text.
+        const bool compact = piece.size.width() <= compactCombo;
+        const QPointF origin(ink.size.width() - ink(compact ? 12.5 : 18), ink.size.height() / 2 - ink(3));
+        const QColor color = QColor::fromRgb(disabled ? theme::text3 : theme::text2);
+        if (compact) {
+            ink.stroke(origin, {{1, 1.2}, {3.75, 4.3}, {6.5, 1.2}}, color, 1.6);
+        } else {
+            ink.stroke(origin, {{1, 1}, {4.5, 4.7}, {8, 1}}, color, 1.6);
+        }
     }
 }
 

@@ -1,4 +1,4 @@
-// Lamps, clip lights, icons of message boxes, lights of the status bar.
+// Lamps, clip lights, icons of message boxes.
 #include <QPainterPath>
 
 #include "controls/skin_drawing.h"
@@ -86,33 +86,6 @@ void drawIcon(const SkinInk& ink, Kind kind, QPointF center) {
     disc(ink, center + QPointF(0, ink(-6.8)), ink(2), white);
 }
 
-void drawStateLight(const SkinInk& ink, Kind kind, QPointF center) {
-    if (kind == Kind::lightOff) {
-        outlined(ink, center, ink(5), Qt::NoBrush, QColor::fromRgb(theme::mark), ink(1.4));
-        return;
-    }
-    const QRgb rgb = kind == Kind::lightConfirmed ? theme::live
-                     : kind == Kind::lightSending ? theme::sending
-                                                  : theme::clip;
-    QColor color = QColor::fromRgb(rgb);
-    color.setAlphaF(0.20F);
-    disc(ink, center, ink(7.5), color);
-    color.setAlphaF(1);
-    if (kind == Kind::lightSending) {
-        outlined(ink, center, ink(5), Qt::NoBrush, color, ink(1.8));
-        disc(ink, center, ink(1.9), color);
-        return;
-    }
-    disc(ink, center, ink(5), color);
-    if (kind == Kind::lightConfirmed) {
-        ink.stroke(center, {{-2.4, 0.2}, {-0.6, 1.9}, {2.5, -1.6}}, QColor(0x0B, 0x1A, 0x12), 1.6);
-        return;
-    }
-    ink.painter.setBrush(QColor::fromRgb(theme::white));
-    ink.painter.drawRoundedRect(QRectF(center.x() - ink(3), center.y() - ink(0.9), ink(6), ink(1.8)),
-                                ink(0.6), ink(0.6));
-}
-
 }  // namespace
 
 void drawLightPiece(const SkinInk& ink, const SkinPiece& piece) {
@@ -124,11 +97,8 @@ void drawLightPiece(const SkinInk& ink, const SkinPiece& piece) {
         case Kind::notClipping:
         case Kind::socket:
             return drawClipLight(ink, piece.kind, center, ink(piece.size.width() >= 44 ? 14 : 11));
-        case Kind::stopIcon:
-        case Kind::infoIcon:
-            return drawIcon(ink, piece.kind, center);
         default:
-            return drawStateLight(ink, piece.kind, center);
+            return drawIcon(ink, piece.kind, center);
     }
 }
 

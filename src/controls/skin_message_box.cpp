@@ -133,10 +133,6 @@ SkinMessageBox::Answer SkinMessageBox::ask() {
     return answer_;
 }
 
-void SkinMessageBox::reject() {
-    QDialog::reject();
-}
-
 QRect SkinMessageBox::closeRect() const {
     return {width() - closeSize - 1, 1, closeSize, titleHeight};
 }

@@ -29,8 +29,6 @@ class SkinMessageBox : public QDialog {
     /// Shows the box and waits for the answer.
     Answer ask();
 
-    void reject() override;
-
  protected:
     void paintEvent(QPaintEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;

@@ -34,7 +34,7 @@ void TransferLine::setLineLength(int pixels) {
     update();
 }
 
-void TransferLine::show(Phase phase, const QString& text) {
+void TransferLine::enter(Phase phase, const QString& text) {
     phase_ = phase;
     text_ = text;
     announceValue(*this, sent_);
@@ -44,7 +44,7 @@ void TransferLine::show(Phase phase, const QString& text) {
 void TransferLine::showIdle() {
     sent_ = 0;
     blocks_ = 0;
-    show(Phase::idle, QStringLiteral("No transfer"));
+    enter(Phase::idle, QStringLiteral("No transfer"));
 }
 
 void TransferLine::showProgress(int blocksSent, int blocks, std::chrono::milliseconds elapsed) {
@@ -55,16 +55,16 @@ void TransferLine::showProgress(int blocksSent, int blocks, std::chrono::millise
     if (sent_ >= blocksBeforeEstimate) {
         text += QStringLiteral(", %1 left").arg(minutesAndSeconds(elapsed * (blocks_ - sent_) / sent_));
     }
-    show(Phase::running, text);
+    enter(Phase::running, text);
 }
 
 void TransferLine::showStopped() {
-    show(Phase::stopped, QStringLiteral("Stopped at block %1 of %2").arg(sent_).arg(blocks_));
+    enter(Phase::stopped, QStringLiteral("Stopped at block %1 of %2").arg(sent_).arg(blocks_));
 }
 
 void TransferLine::showDone() {
     sent_ = blocks_;
-    show(Phase::done, QStringLiteral("Done, %1 blocks").arg(blocks_));
+    enter(Phase::done, QStringLiteral("Done, %1 blocks").arg(blocks_));
 }
 
 int TransferLine::neededWidth() const {

@@ -36,7 +36,7 @@ class TransferLine : public QWidget {
     void paintEvent(QPaintEvent* event) override;
 
  private:
-    void show(Phase phase, const QString& text);
+    void enter(Phase phase, const QString& text);
 
     Phase phase_ = Phase::idle;
     int sent_ = 0;

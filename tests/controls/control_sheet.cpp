@@ -389,13 +389,15 @@ void ControlSheet::addMessages() {
         SkinMessageBox::Icon::stop, SkinMessageBox::Buttons::yesNoCancel, this);
     auto* third = new SkinMessageBox(title, QStringLiteral("Please turn on Live Mode"),
                                      SkinMessageBox::Icon::none, SkinMessageBox::Buttons::ok, this);
+    auto* fourth = new SkinMessageBox(title, QStringLiteral("Settings saved"), SkinMessageBox::Icon::info,
+                                      SkinMessageBox::Buttons::ok, this);
     // A dialog that is shown gives its window's focus anew.
     if (focusWidget() != nullptr) {
         focusWidget()->clearFocus();
     }
     int x = 440;
     int y = 938;
-    for (SkinMessageBox* box : {first, second, third}) {
+    for (SkinMessageBox* box : {first, second, third, fourth}) {
         box->setWindowFlags(Qt::Widget);
         box->move(x, y);
         box->show();
