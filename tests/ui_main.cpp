@@ -1,6 +1,5 @@
-#include <gtest/gtest.h>
-
 #include <QApplication>
+#include <gtest/gtest.h>
 
 // Widgets need an application object for the whole run.
 int main(int argc, char** argv) {

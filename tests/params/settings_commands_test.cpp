@@ -268,7 +268,11 @@ TEST_F(SettingsFile, SaveWritesTheStoreByteForByte) {
     menu_.tuning.load(randomStore(random_), 2);
     for (const bool atExit : {false, true}) {
         menu_.dialogs.answer = folder_ / (atExit ? "exit.eqs" : "out.eqs");
-        atExit ? menu_.commands.saveSettingsAtExit() : menu_.commands.saveSettings();
+        if (atExit) {
+            menu_.commands.saveSettingsAtExit();
+        } else {
+            EXPECT_TRUE(menu_.commands.saveSettings());
+        }
         EXPECT_SAME_BYTES(readFile(*menu_.dialogs.answer), menu_.tuning.store());
     }
     EXPECT_THAT(menu_.texts(), IsEmpty());
