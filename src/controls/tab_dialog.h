@@ -12,8 +12,8 @@ class CTabDialog : public QWidget {
  public:
     explicit CTabDialog(QWidget* parent = nullptr);
 
-    /// Reads every control of the page again from the current set. Called on every page, in tab order, after a settings
-    /// file was loaded or a set received.
+    /// Reads every control of the page again from the current set. Called on every page, in tab order, after
+    /// a settings file was loaded or a set received.
     virtual void refresh() {}
 
     /// The current set is now another one. Called on every page, in tab order.
