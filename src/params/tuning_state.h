@@ -165,8 +165,8 @@ class TuningState {
     ParameterStore store_;
     ParameterImage image_;
     /// Held for the few microseconds in which an edit writes the image or a copy is taken, so that a copy
-    /// never holds half an edit. Never held while coefficients are computed: that may show a warning and wait
-    /// for its answer.
+    /// never holds half an edit of a channel. Never held while coefficients are computed: that may show a
+    /// warning and wait for its answer.
     mutable std::mutex imageGuard_;
 
     std::array<std::array<BiquadWords, bandCount>, channelCount> bandWords_{};
