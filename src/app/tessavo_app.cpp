@@ -8,6 +8,7 @@
 #include <ostream>
 
 #include "app/demo_target.h"
+#include "app/page_factory.h"
 #include "app/tessavo_view.h"
 #include "comm/port_list.h"
 #include "controls/application_theme.h"
@@ -48,8 +49,8 @@ bool CTessavoApp::InitInstance(const StartOptions& options) {
     tuning_.start();
     dialogs_ = std::make_unique<UiFileDialogs>(nullptr, *profile_);
     choosePort(options);
-    frame_ = std::make_unique<CMainFrame>(
-        CMainFrame::Parts{tuning_, boxes_, *dialogs_, *profile_, link_, chartHost_});
+    frame_ = std::make_unique<CMainFrame>(CMainFrame::Parts{tuning_, boxes_, *dialogs_, *profile_, link_,
+                                                            chartHost_, pageFactory(tuning_, boxes_)});
     frame_->restorePlace();
     frame_->show();
     if (!options.file.isEmpty()) {

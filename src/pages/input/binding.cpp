@@ -1,0 +1,190 @@
+#include "pages/input/binding.h"
+
+#include <QScopedValueRollback>
+#include <algorithm>
+#include <cmath>
+
+#include "controls/bitmap_slider.h"
+#include "controls/number_edit.h"
+#include "controls/skin_check_box.h"
+#include "controls/skin_combo_box.h"
+#include "dsp/saturate.h"
+
+namespace tessavo {
+
+namespace {
+
+// Sound goes 34.3 cm in a millisecond. A typed distance is divided by 34.0, so that whole multiples of 34
+// and of 34.3 both give whole tenths.
+constexpr double centimetresPerMsShown = 34.3;
+constexpr double centimetresPerMsTyped = 34.0;
+
+}  // namespace
+
+SliderBinding::SliderBinding(CBitmapSlider& slider, NumberEdit& edit, const ValueScale& scale,
+                             const QString& unit, Write write)
+    : Binding(std::move(write)),
+      slider_(slider),
+      edit_(edit),
+      scale_(scale),
+      thirdOctaves_(unit == QLatin1String("Hz")) {
+    slider_.setRange(scale.minimum, scale.maximum);
+    slider_.setValueScale((scale.negated ? -1.0 : 1.0) / scale.stepsPerUnit);
+    slider_.setFormatter([scale, unit](int position) {
+        const QString number = textAt(scale, position);
+        return unit.isEmpty() ? number : number + QLatin1Char(' ') + unit;
+    });
+    connect(&edit_, &NumberEdit::entered, this, &SliderBinding::applyText);
+    connect(&edit_, &NumberEdit::left, this, &SliderBinding::leave);
+    connect(&edit_, &NumberEdit::stepRequested, this, &SliderBinding::step);
+}
+
+void SliderBinding::show(double value) {
+    const QScopedValueRollback busy(busy_, true);
+    moveTo(positionOf(scale_, value));
+}
+
+void SliderBinding::setBypassed(bool bypassed) {
+    slider_.setBypassed(bypassed);
+    edit_.setBypassed(bypassed);
+}
+
+void SliderBinding::moveTo(int position) {
+    slider_.setPosition(position);
+    showText(position);
+}
+
+void SliderBinding::showText(int position) {
+    edit_.setValueText(textAt(scale_, position));
+}
+
+void SliderBinding::moved(int position, bool final) {
+    if (busy_ && !final) {
+        return;
+    }
+    const QScopedValueRollback busy(busy_, true);
+    const int clamped = std::clamp(position, scale_.minimum, scale_.maximum);
+    showText(clamped);
+    write_(valueAt(scale_, clamped), final);
+}
+
+void SliderBinding::applyText() {
+    const QScopedValueRollback busy(busy_, true);
+    const int position = typedPosition(scale_, edit_.text());
+    slider_.setPosition(position);
+    write_(valueAt(scale_, position), true);
+}
+
+void SliderBinding::leave() {
+    // A box that was only passed through has nothing to say: the value behind it may be finer than its text.
+    if (edit_.isEdited()) {
+        applyText();
+    }
+}
+
+void SliderBinding::step(int steps, bool coarse) {
+    const QScopedValueRollback busy(busy_, true);
+    int position = edit_.isEdited() ? typedPosition(scale_, edit_.text()) : slider_.position();
+    if (coarse && thirdOctaves_) {
+        position = positionOf(scale_, valueAt(scale_, position) * std::exp2(steps / 3.0));
+    } else {
+        position += (coarse ? 10 : 1) * (scale_.negated ? -steps : steps);
+        position = std::clamp(position, scale_.minimum, scale_.maximum);
+    }
+    moveTo(position);
+    write_(valueAt(scale_, position), true);
+}
+
+DelayBinding::DelayBinding(CBitmapSlider& slider, NumberEdit& edit, NumberEdit& distance,
+                           const ValueScale& scale, const QString& unit, Write write)
+    : SliderBinding(slider, edit, scale, unit, std::move(write)), distance_(distance) {
+    connect(&distance_, &NumberEdit::entered, this, &DelayBinding::applyDistance);
+    connect(&distance_, &NumberEdit::left, this, [this] {
+        if (distance_.isEdited()) {
+            applyDistance();
+        }
+    });
+}
+
+void DelayBinding::setBypassed(bool bypassed) {
+    SliderBinding::setBypassed(bypassed);
+    distance_.setBypassed(bypassed);
+}
+
+void DelayBinding::applyText() {
+    const int position = typedPosition(scale(), edit().text());
+    moveTo(position);
+    write_(valueAt(scale(), position), true);
+}
+
+void DelayBinding::applyDistance() {
+    const ValueScale& limits = scale();
+    const int tenths = truncateTo<int>(readTenths(distance_.text()) / centimetresPerMsTyped);
+    const int position = std::clamp(limits.negated ? -tenths : tenths, limits.minimum, limits.maximum);
+    slider().setPosition(position);
+    SliderBinding::showText(position);
+    write_(valueAt(limits, position), true);
+}
+
+void DelayBinding::showText(int position) {
+    SliderBinding::showText(position);
+    distance_.setValueText(numberText(valueAt(scale(), position) * centimetresPerMsShown, 1));
+}
+
+NumberBinding::NumberBinding(NumberEdit& edit, const ValueScale& scale, Write write)
+    : Binding(std::move(write)), edit_(edit), scale_(scale) {
+    connect(&edit_, &NumberEdit::entered, this, [this] { take(typedPosition(scale_, edit_.text())); });
+    connect(&edit_, &NumberEdit::left, this, [this] {
+        if (edit_.isEdited()) {
+            take(typedPosition(scale_, edit_.text()));
+        }
+    });
+    connect(&edit_, &NumberEdit::stepRequested, this, [this](int steps, bool coarse) {
+        const int position = typedPosition(scale_, edit_.text()) + (coarse ? 10 : 1) * steps;
+        take(std::clamp(position, scale_.minimum, scale_.maximum));
+    });
+}
+
+void NumberBinding::show(double value) {
+    edit_.setValueText(textAt(scale_, positionOf(scale_, value)));
+}
+
+void NumberBinding::setBypassed(bool bypassed) {
+    edit_.setBypassed(bypassed);
+}
+
+void NumberBinding::take(int position) {
+    edit_.setValueText(textAt(scale_, position));
+    write_(valueAt(scale_, position), true);
+}
+
+CheckBinding::CheckBinding(SkinCheckBox& box, bool inverted, Write write)
+    : Binding(std::move(write)), box_(box), inverted_(inverted) {
+    connect(&box_, &QAbstractButton::clicked, this,
+            [this](bool checked) { write_(checked != inverted_ ? 1 : 0, true); });
+}
+
+void CheckBinding::show(double value) {
+    box_.setChecked((value != 0) != inverted_);
+}
+
+ComboBinding::ComboBinding(SkinComboBox& list, std::vector<int> codes, Write write)
+    : Binding(std::move(write)), list_(list), codes_(std::move(codes)) {
+    connect(&list_, &QComboBox::activated, this, [this](int) {
+        if (code() >= 0) {
+            write_(code(), true);
+        }
+    });
+}
+
+void ComboBinding::show(double value) {
+    const auto place = std::find(codes_.begin(), codes_.end(), truncateTo<int>(value));
+    list_.setCurrentIndex(place == codes_.end() ? -1 : static_cast<int>(place - codes_.begin()));
+}
+
+int ComboBinding::code() const {
+    const int index = list_.currentIndex();
+    return index < 0 ? -1 : codes_[static_cast<std::size_t>(index)];
+}
+
+}  // namespace tessavo

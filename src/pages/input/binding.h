@@ -1,0 +1,148 @@
+#pragma once
+
+#include <QObject>
+#include <functional>
+#include <vector>
+
+#include "pages/input/value_scale.h"
+
+namespace tessavo {
+
+class CBitmapSlider;
+class NumberEdit;
+class SkinCheckBox;
+class SkinComboBox;
+
+/// Keeps the controls of one parameter in step with each other and with its value. The controls belong to
+/// their parent widget and live as long as the binding.
+class Binding : public QObject {
+    Q_OBJECT
+
+ public:
+    /// Takes a value that a person has set; `final` is false while a slider moves.
+    using Write = std::function<void(double value, bool final)>;
+
+    explicit Binding(Write write) : write_(std::move(write)) {}
+
+    /// Shows a value, clamped to what the controls can hold. Writes nothing.
+    virtual void show(double value) = 0;
+    /// Takes the colour of the controls away, or gives it back.
+    virtual void setBypassed(bool) {}
+
+ protected:
+    Write write_;
+};
+
+/// A slider with the edit box of its number.
+class SliderBinding : public Binding {
+    Q_OBJECT
+
+ public:
+    /// \param unit of the value, for screen readers; may be empty
+    SliderBinding(CBitmapSlider& slider, NumberEdit& edit, const ValueScale& scale, const QString& unit,
+                  Write write);
+
+    void show(double value) override;
+    void setBypassed(bool bypassed) override;
+
+    [[nodiscard]] CBitmapSlider& slider() { return slider_; }
+    [[nodiscard]] NumberEdit& edit() { return edit_; }
+
+    /// A person has moved the slider: the box follows and the value is written. Ignored while the binding
+    /// itself is at work, unless `final`.
+    void moved(int position, bool final);
+
+    /// Takes the text of the box: clamped, the slider follows, the text stays as it was typed.
+    virtual void applyText();
+
+ protected:
+    /// Writes the value at a position into the box, or boxes.
+    virtual void showText(int position);
+    void moveTo(int position);
+    [[nodiscard]] const ValueScale& scale() const { return scale_; }
+
+ private:
+    void leave();
+    void step(int steps, bool coarse);
+
+    CBitmapSlider& slider_;
+    NumberEdit& edit_;
+    ValueScale scale_;
+    bool thirdOctaves_;
+    bool busy_ = false;
+};
+
+/// A delay: slider and box in milliseconds, and a second box with the distance that sound goes in that time.
+class DelayBinding : public SliderBinding {
+    Q_OBJECT
+
+ public:
+    DelayBinding(CBitmapSlider& slider, NumberEdit& edit, NumberEdit& distance, const ValueScale& scale,
+                 const QString& unit, Write write);
+
+    void setBypassed(bool bypassed) override;
+    /// Both boxes are rewritten with what was taken.
+    void applyText() override;
+
+    /// Takes a distance typed in centimetres; only the box of the time is rewritten.
+    void applyDistance();
+
+ protected:
+    void showText(int position) override;
+
+ private:
+    NumberEdit& distance_;
+};
+
+/// An edit box alone, for a whole number within the field's range; the box is rewritten with what was taken.
+class NumberBinding : public Binding {
+    Q_OBJECT
+
+ public:
+    NumberBinding(NumberEdit& edit, const ValueScale& scale, Write write);
+
+    void show(double value) override;
+    void setBypassed(bool bypassed) override;
+    [[nodiscard]] NumberEdit& edit() { return edit_; }
+
+ private:
+    void take(int position);
+
+    NumberEdit& edit_;
+    ValueScale scale_;
+};
+
+/// A check box for a switch; an inverted one is checked where the field is 0.
+class CheckBinding : public Binding {
+    Q_OBJECT
+
+ public:
+    CheckBinding(SkinCheckBox& box, bool inverted, Write write);
+
+    void show(double value) override;
+    [[nodiscard]] SkinCheckBox& box() { return box_; }
+
+ private:
+    SkinCheckBox& box_;
+    bool inverted_;
+};
+
+/// A list whose entries stand for codes. A code that no entry has leaves the list without a selection.
+class ComboBinding : public Binding {
+    Q_OBJECT
+
+ public:
+    /// \param codes one for each entry of the list
+    ComboBinding(SkinComboBox& list, std::vector<int> codes, Write write);
+
+    void show(double value) override;
+    [[nodiscard]] SkinComboBox& list() { return list_; }
+    /// Code of the selected entry, -1 without one.
+    [[nodiscard]] int code() const;
+
+ private:
+    SkinComboBox& list_;
+    std::vector<int> codes_;
+};
+
+}  // namespace tessavo

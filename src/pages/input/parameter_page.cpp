@@ -1,0 +1,197 @@
+#include "pages/input/parameter_page.h"
+
+#include <QLabel>
+
+#include "controls/bitmap_slider.h"
+#include "controls/number_edit.h"
+#include "controls/skin_button.h"
+#include "controls/skin_check_box.h"
+#include "controls/skin_combo_box.h"
+#include "controls/skin_group_box.h"
+#include "controls/slider_event.h"
+
+namespace tessavo {
+
+namespace {
+
+// Levels are read against a ruler of 6 dB where they go both ways in such steps.
+std::vector<int> decibelTicks(const ValueScale& scale) {
+    const int every = 6 * scale.stepsPerUnit;
+    std::vector<int> ticks;
+    if (scale.minimum >= 0 || scale.maximum <= 0 || scale.minimum % every != 0 ||
+        scale.maximum % every != 0) {
+        return ticks;
+    }
+    for (int position = scale.minimum; position <= scale.maximum; position += every) {
+        ticks.push_back(position);
+    }
+    return ticks;
+}
+
+QString unitOf(FieldId field) {
+    const std::string_view unit = fieldOf(field).unit;
+    return QString::fromUtf8(unit.data(), static_cast<qsizetype>(unit.size()));
+}
+
+}  // namespace
+
+ParameterPage::ParameterPage(TuningState& tuning, QWidget* parent) : CTabDialog(parent), tuning_(tuning) {}
+
+ParameterPage::~ParameterPage() = default;
+
+void ParameterPage::refresh() {
+    for (const Bound& bound : bindings_) {
+        bound.binding->show(shown(bound.to));
+    }
+    updateLook();
+}
+
+FieldIndex ParameterPage::elementOf(BoundField bound) const {
+    return {bound.part, 0};
+}
+
+void ParameterPage::write(BoundField bound, double value, bool final) {
+    tuning_.setField(bound.field, elementOf(bound), storedFromShown(fieldOf(bound.field), value), final);
+}
+
+double ParameterPage::shown(BoundField bound) const {
+    return shownValue(tuning_.currentParameterSet(), fieldOf(bound.field), elementOf(bound));
+}
+
+Binding::Write ParameterPage::writer(BoundField bound) {
+    return [this, bound](double value, bool final) {
+        write(bound, value, final);
+        updateLook();
+    };
+}
+
+QRect ParameterPage::placeIn(const QWidget* parent, const QRect& place) const {
+    return parent == this ? place : place.translated(-parent->mapTo(this, QPoint(0, 0)));
+}
+
+SkinGroupBox* ParameterPage::addGroup(const QString& title, const QRect& place, QWidget* parent) {
+    QWidget* owner = parent != nullptr ? parent : this;
+    auto* group = new SkinGroupBox(title, -1, owner,
+                                   owner == this ? SkinGroupBox::Kind::card : SkinGroupBox::Kind::inset);
+    group->setGeometry(placeIn(owner, place));
+    return group;
+}
+
+QLabel* ParameterPage::addLabel(const QString& text, const QRect& place, QWidget* parent,
+                                Qt::Alignment alignment, QRgb color, int pixelSize) {
+    auto* label = new QLabel(text, parent);
+    label->setGeometry(placeIn(parent, place));
+    label->setAlignment(alignment);
+    label->setFont(theme::font(pixelSize));
+    QPalette palette = label->palette();
+    palette.setColor(QPalette::WindowText, QColor::fromRgb(color));
+    label->setPalette(palette);
+    return label;
+}
+
+void ParameterPage::addLine(const QRect& place, QWidget* parent) {
+    auto* line = new QLabel(parent);
+    line->setGeometry(placeIn(parent, place));
+    QPalette palette = line->palette();
+    palette.setColor(QPalette::Window, QColor::fromRgb(theme::line));
+    line->setPalette(palette);
+    line->setAutoFillBackground(true);
+}
+
+CxSkinButton* ParameterPage::addButton(const QString& caption, int id, const QRect& place, QWidget* parent) {
+    auto* button = new CxSkinButton(caption, id, parent);
+    button->setGeometry(placeIn(parent, place));
+    return button;
+}
+
+CBitmapSlider* ParameterPage::makeSlider(const SliderRow& row, const QString& name, QWidget* parent) {
+    auto* slider = new CBitmapSlider(row.orientation, row.sliderId, parent);
+    slider->setGeometry(placeIn(parent, row.slider));
+    slider->setColor(row.color);
+    slider->setAccessibleName(name);
+    if (fieldOf(row.bound.field).unit == "dB") {
+        if (std::vector<int> ticks = decibelTicks(sliderScale(row.bound.field, row.orientation));
+            !ticks.empty()) {
+            slider->setTicks(std::move(ticks));
+        }
+    }
+    return slider;
+}
+
+NumberEdit* ParameterPage::makeEdit(int id, const QRect& place, QRgb color, const QString& name,
+                                    QWidget* parent) {
+    auto* edit = new NumberEdit(id, parent);
+    edit->setGeometry(placeIn(parent, place));
+    edit->setColor(color);
+    edit->setAccessibleName(name);
+    return edit;
+}
+
+template <typename Made>
+Made& ParameterPage::keep(BoundField bound, std::unique_ptr<Made> binding) {
+    Made& made = *binding;
+    bindings_.push_back({bound, std::move(binding)});
+    return made;
+}
+
+SliderBinding& ParameterPage::addSlider(const SliderRow& row, const QString& name, QWidget* parent) {
+    CBitmapSlider* slider = makeSlider(row, name, parent);
+    NumberEdit* edit = makeEdit(row.editId, row.edit, row.color, name, parent);
+    SliderBinding& made = keep(row.bound, std::make_unique<SliderBinding>(
+                                              *slider, *edit, sliderScale(row.bound.field, row.orientation),
+                                              unitOf(row.bound.field), writer(row.bound)));
+    sliders_[row.sliderId] = &made;
+    return made;
+}
+
+DelayBinding& ParameterPage::addDelay(const SliderRow& row, int distanceId, const QRect& distance,
+                                      const QString& name, QWidget* parent) {
+    CBitmapSlider* slider = makeSlider(row, name, parent);
+    NumberEdit* edit = makeEdit(row.editId, row.edit, row.color, name, parent);
+    NumberEdit* distanceEdit =
+        makeEdit(distanceId, distance, row.color, name + QStringLiteral(" distance"), parent);
+    DelayBinding& made =
+        keep(row.bound, std::make_unique<DelayBinding>(*slider, *edit, *distanceEdit,
+                                                       sliderScale(row.bound.field, row.orientation),
+                                                       unitOf(row.bound.field), writer(row.bound)));
+    sliders_[row.sliderId] = &made;
+    return made;
+}
+
+NumberBinding& ParameterPage::addNumber(BoundField bound, int id, const QRect& place, QRgb color,
+                                        const QString& name, QWidget* parent) {
+    NumberEdit* edit = makeEdit(id, place, color, name, parent);
+    return keep(bound, std::make_unique<NumberBinding>(*edit, sliderScale(bound.field, Qt::Horizontal),
+                                                       writer(bound)));
+}
+
+CheckBinding& ParameterPage::addCheck(BoundField bound, int id, const QRect& place, const QString& caption,
+                                      bool inverted, const QString& name, QWidget* parent) {
+    auto* box = new SkinCheckBox(caption, id, parent);
+    box->setGeometry(placeIn(parent, place));
+    box->setAccessibleName(name);
+    return keep(bound, std::make_unique<CheckBinding>(*box, inverted, writer(bound)));
+}
+
+ComboBinding& ParameterPage::addCombo(BoundField bound, int id, const QRect& place,
+                                      const QStringList& entries, std::vector<int> codes, const QString& name,
+                                      QWidget* parent) {
+    auto* list = new SkinComboBox(id, parent);
+    list->setGeometry(placeIn(parent, place));
+    list->addItems(entries);
+    list->setAccessibleName(name);
+    return keep(bound, std::make_unique<ComboBinding>(*list, std::move(codes), writer(bound)));
+}
+
+bool ParameterPage::event(QEvent* event) {
+    if (!SliderEvent::isSliderEvent(*event)) {
+        return CTabDialog::event(event);
+    }
+    const auto& moved = static_cast<const SliderEvent&>(*event);
+    if (const auto slider = sliders_.find(moved.controlId()); slider != sliders_.end()) {
+        slider->second->moved(moved.position(), moved.isFinal());
+    }
+    return true;
+}
+
+}  // namespace tessavo

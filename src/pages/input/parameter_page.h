@@ -1,0 +1,112 @@
+#pragma once
+
+#include <QRect>
+#include <QString>
+#include <QStringList>
+#include <map>
+#include <memory>
+#include <vector>
+
+#include "controls/tab_dialog.h"
+#include "controls/theme.h"
+#include "pages/input/binding.h"
+#include "params/tuning_state.h"
+
+class QLabel;
+
+namespace tessavo {
+
+class CBitmapSlider;
+class CxSkinButton;
+class NumberEdit;
+class SkinGroupBox;
+
+/// A field behind a control; `part` is the band, crossover or other element that the control belongs to.
+struct BoundField {
+    FieldId field;
+    std::size_t part = 0;
+};
+
+/// Place and look of a slider with its edit box. Rectangles are page pixels.
+struct SliderRow {
+    BoundField bound;
+    int sliderId;
+    int editId;
+    Qt::Orientation orientation;
+    QRect slider;
+    QRect edit;
+    QRgb color;
+};
+
+/// A page that edits fields of the current set: it makes the controls of a table's rows, keeps each bound to
+/// its field, and reads all of them again on a refresh.
+class ParameterPage : public CTabDialog {
+    Q_OBJECT
+
+ public:
+    /// \param tuning outlives the page.
+    explicit ParameterPage(TuningState& tuning, QWidget* parent = nullptr);
+    ~ParameterPage() override;
+
+    /// Shows the current set. Neither writes a value nor raises `updatePending`.
+    void refresh() override;
+
+ protected:
+    [[nodiscard]] TuningState& tuning() { return tuning_; }
+    [[nodiscard]] const TuningState& tuning() const { return tuning_; }
+
+    /// Element of a repeated field that a control shows; `part` unless the page says otherwise.
+    [[nodiscard]] virtual FieldIndex elementOf(BoundField bound) const;
+    /// Carries out an edit; `setField` unless the page says otherwise.
+    /// \param value as a person reads it, in the field's unit
+    virtual void write(BoundField bound, double value, bool final);
+    /// Called after every refresh and every edit, for what depends on other values: bars, colours.
+    virtual void updateLook() {}
+
+    /// Value that the current set holds, as a person reads it.
+    [[nodiscard]] double shown(BoundField bound) const;
+
+    // Each makes a control at a place in page pixels, inside `parent`: the page itself or a group on it.
+    SkinGroupBox* addGroup(const QString& title, const QRect& place, QWidget* parent = nullptr);
+    QLabel* addLabel(const QString& text, const QRect& place, QWidget* parent,
+                     Qt::Alignment alignment = Qt::AlignLeft | Qt::AlignVCenter, QRgb color = theme::text2,
+                     int pixelSize = 11);
+    /// A hairline between parts of a group.
+    void addLine(const QRect& place, QWidget* parent);
+    CxSkinButton* addButton(const QString& caption, int id, const QRect& place, QWidget* parent);
+    /// \param name what screen readers call slider and box
+    SliderBinding& addSlider(const SliderRow& row, const QString& name, QWidget* parent);
+    /// \param distanceId, distance box of the centimetres
+    DelayBinding& addDelay(const SliderRow& row, int distanceId, const QRect& distance, const QString& name,
+                           QWidget* parent);
+    NumberBinding& addNumber(BoundField bound, int id, const QRect& place, QRgb color, const QString& name,
+                             QWidget* parent);
+    CheckBinding& addCheck(BoundField bound, int id, const QRect& place, const QString& caption,
+                           bool inverted, const QString& name, QWidget* parent);
+    ComboBinding& addCombo(BoundField bound, int id, const QRect& place, const QStringList& entries,
+                           std::vector<int> codes, const QString& name, QWidget* parent);
+
+    /// A page rectangle in the coordinates of `parent`.
+    [[nodiscard]] QRect placeIn(const QWidget* parent, const QRect& place) const;
+
+    bool event(QEvent* event) override;
+
+ private:
+    struct Bound {
+        BoundField to;
+        std::unique_ptr<Binding> binding;
+    };
+
+    [[nodiscard]] Binding::Write writer(BoundField bound);
+    [[nodiscard]] CBitmapSlider* makeSlider(const SliderRow& row, const QString& name, QWidget* parent);
+    [[nodiscard]] NumberEdit* makeEdit(int id, const QRect& place, QRgb color, const QString& name,
+                                       QWidget* parent);
+    template <typename Made>
+    Made& keep(BoundField bound, std::unique_ptr<Made> binding);
+
+    TuningState& tuning_;
+    std::vector<Bound> bindings_;
+    std::map<int, SliderBinding*> sliders_;  ///< by control id
+};
+
+}  // namespace tessavo

@@ -1,0 +1,488 @@
+#include "pages/output/output_eq.h"
+
+#include <QCoreApplication>
+#include <QLabel>
+#include <bit>
+
+#include "comm/target_commands.h"
+#include "controls/bitmap_slider.h"
+#include "controls/number_edit.h"
+#include "controls/skin_button.h"
+#include "controls/skin_check_box.h"
+#include "controls/skin_combo_box.h"
+#include "controls/skin_group_box.h"
+#include "controls/slider_event.h"
+#include "dsp/saturate.h"
+#include "pages/output/channel_selection.h"
+
+namespace tessavo {
+
+namespace {
+
+struct SliderIds {
+    int slider;
+    int edit;
+};
+
+/// Numbers of the controls of a band: check box, list of types, then frequency, gain and quality.
+struct BandIds {
+    int enabled;
+    int type;
+    std::array<SliderIds, 3> sliders;
+};
+
+constexpr std::array<BandIds, bandCount> bandIds{{
+    {1098, 1269, {{{2000, 1111}, {1112, 1116}, {1117, 1121}}}},
+    {1099, 1270, {{{1107, 1110}, {1010, 1115}, {1009, 1120}}}},
+    {1034, 1271, {{{1014, 1109}, {1016, 1114}, {1015, 1119}}}},
+    {1035, 1272, {{{1020, 1108}, {1022, 1113}, {1021, 1118}}}},
+    {1036, 1161, {{{1026, 1049}, {1028, 1050}, {1027, 1051}}}},
+    {1100, 1162, {{{2001, 1123}, {1126, 1124}, {1127, 1125}}}},
+    {1101, 1163, {{{1128, 1129}, {1011, 1130}, {1012, 1131}}}},
+    {1037, 1164, {{{1017, 1132}, {1018, 1133}, {1019, 1134}}}},
+}};
+
+/// What the three sliders of a band stand for, from left to right.
+struct BandColumn {
+    FieldId field;
+    const char* head;
+    const char* unit;
+    const char* name;
+    QRgb color;
+};
+
+constexpr std::array<BandColumn, 3> bandColumns{{
+    {FieldId::bandFrequency, "Freq", "Hz", "frequency", theme::frequency},
+    {FieldId::bandGain, "Gain", "dB", "gain", theme::level},
+    {FieldId::bandQ, "Q", "Q", "Q", theme::quality},
+}};
+
+struct CrossoverIds {
+    int enabled;
+    int kind;
+    int order;
+    SliderIds frequency;
+};
+
+constexpr std::array<CrossoverIds, crossoverCount> crossoverIds{
+    {{1438, 1167, 1165, {1063, 1064}}, {1437, 1168, 1166, {1069, 1070}}}};
+
+/// Groups of bands that the record has no room for: created, hidden, never shown.
+struct HiddenBandIds {
+    const char* title;
+    std::array<SliderIds, 3> sliders;
+    int disabled;
+};
+
+constexpr std::array<HiddenBandIds, 2> hiddenBands{
+    {{"Filter 9 Properties", {{{1023, 1135}, {1024, 1136}, {1025, 1137}}}, 1038},
+     {"Filter 10 Properties", {{{1029, 1052}, {1030, 1059}, {1031, 1071}}}, 1039}}};
+
+struct LimiterColumn {
+    FieldId field;
+    const char* head;
+    const char* name;
+    SliderIds ids;
+};
+
+constexpr std::array<LimiterColumn, 3> limiterColumns{{
+    {FieldId::limiterGain, "Gain", "Limiter gain", {1346, 1347}},
+    {FieldId::limiterActivateLevel, "Activate\nLevel", "Limiter activate level", {1355, 1356}},
+    {FieldId::limiterDeactivateLevel, "Deactivate\nLevel", "Limiter deactivate level", {1353, 1354}},
+}};
+
+struct LimiterTime {
+    FieldId field;
+    const char* caption;
+    const char* name;
+    int edit;
+    int y;  ///< of the edit box
+};
+
+constexpr std::array<LimiterTime, 2> limiterTimes{{
+    {FieldId::limiterAttack, "Attacktime", "Limiter attack time", 1358, 502},
+    {FieldId::limiterRelease, "Releasetime", "Limiter release time", 1359, 556},
+}};
+
+constexpr int limiterDisabledId = 1357;
+constexpr SliderIds volumeIds{1076, 1081};
+constexpr int invertPhaseId = 1088;
+constexpr SliderIds delayIds{1243, 1244};
+constexpr int delayDistanceId = 1041;
+constexpr int allFiltersId = 1122;
+constexpr int resetChannelId = 1258;
+constexpr int calibrateId = 1254;
+
+constexpr std::size_t lastBand = bandCount - 1;
+
+const QString& disableAllText() {
+    static const auto text = QStringLiteral("Disable All Filters");
+    return text;
+}
+
+}  // namespace
+
+COutputEQ::COutputEQ(TuningState& tuning, IMessageBox& boxes, QWidget* parent)
+    : ParameterPage(tuning, parent), boxes_(boxes) {
+    for (std::size_t band = 0; band < bandCount; ++band) {
+        makeBand(band);
+    }
+    makeSelection();
+    for (std::size_t crossover = 0; crossover < crossoverCount; ++crossover) {
+        makeCrossover(crossover);
+    }
+    makeVolume();
+    makeLimiter();
+    makeHiddenControls();
+    tuning.setSelectionMask(selection_->mask());
+    COutputEQ::refresh();
+}
+
+void COutputEQ::makeBand(std::size_t band) {
+    const int left = 100 * static_cast<int>(band);
+    const BandIds& ids = bandIds[band];
+    const QString title = QStringLiteral("Filter %1").arg(band + 1);
+    Band& made = bands_[band];
+    made.group = addGroup(title, {left, 8, 94, 378});
+    made.group->setTitlePlace({8, 7});
+    made.enabled = &addCheck({FieldId::bandOff, band}, ids.enabled, {left + 4, 37, 86, 22},
+                             QStringLiteral("Enabled"), true, title + QStringLiteral(" enabled"), made.group);
+    made.type = &addCombo({FieldId::bandType, band}, ids.type, {left + 7, 64, 80, 24},
+                          {QStringLiteral("Low Shelf"), QStringLiteral("Peak"), QStringLiteral("High Shelf")},
+                          {1, 2, 0}, title + QStringLiteral(" type"), made.group);
+    for (int i = 0; i < 3; ++i) {
+        const auto column = static_cast<std::size_t>(i);
+        const BandColumn& what = bandColumns[column];
+        const int center = left + 18 + 29 * i;
+        addLabel(QLatin1String(what.head), {center - 15, 97, 30, 14}, made.group, Qt::AlignCenter);
+        const int y = 302 + 26 * i;
+        made.sliders[column] = &addSlider({{what.field, band},
+                                           ids.sliders[column].slider,
+                                           ids.sliders[column].edit,
+                                           Qt::Vertical,
+                                           {center - 14, 114, 28, 182},
+                                           {left + 7, y, 58, 24},
+                                           what.color},
+                                          title + QLatin1Char(' ') + QLatin1String(what.name), made.group);
+        addLabel(QLatin1String(what.unit), {left + 69, y, 22, 24}, made.group);
+    }
+    // Reading order: the three sliders, then the three boxes.
+    for (std::size_t i = 0; i + 1 < made.sliders.size(); ++i) {
+        QWidget::setTabOrder(&made.sliders[i]->slider(), &made.sliders[i + 1]->slider());
+    }
+    QWidget::setTabOrder(&made.sliders.back()->slider(), &made.sliders.front()->edit());
+    for (std::size_t i = 0; i + 1 < made.sliders.size(); ++i) {
+        QWidget::setTabOrder(&made.sliders[i]->edit(), &made.sliders[i + 1]->edit());
+    }
+}
+
+void COutputEQ::makeSelection() {
+    selection_ = new ChannelSelection(this);
+    selection_->setGeometry(800, 8, 184, 378);
+    connect(selection_, &ChannelSelection::chosen, this, &COutputEQ::selectChannels);
+    connect(selection_, &ChannelSelection::assignClicked, this, &COutputEQ::assignToMultiple);
+    allFilters_ = addButton(disableAllText(), allFiltersId, {812, 308, 160, 28}, selection_);
+    connect(allFilters_, &QAbstractButton::clicked, this, &COutputEQ::toggleAllFilters);
+    CxSkinButton* reset =
+        addButton(QStringLiteral("Reset Channel"), resetChannelId, {812, 346, 160, 28}, selection_);
+    connect(reset, &QAbstractButton::clicked, this, &COutputEQ::resetChannel);
+}
+
+void COutputEQ::makeCrossover(std::size_t crossover) {
+    const int top = 396 + 66 * static_cast<int>(crossover);
+    const CrossoverIds& ids = crossoverIds[crossover];
+    const QString title = QStringLiteral("Crossover Filter %1").arg(crossover + 1);
+    Crossover& made = crossovers_[crossover];
+    made.group = addGroup(title, {0, top, 594, 60});
+    made.enabled =
+        &addCheck({FieldId::crossoverEnabled, crossover}, ids.enabled, {9, top + 29, 89, 22},
+                  QStringLiteral("Enabled"), false, title + QStringLiteral(" enabled"), made.group);
+    made.kind = &addCombo({FieldId::crossoverKind, crossover}, ids.kind, {104, top + 28, 58, 24},
+                          {QStringLiteral("HP"), QStringLiteral("LP")}, {0, 1},
+                          title + QStringLiteral(" kind"), made.group);
+    made.order = &addCombo({FieldId::crossoverOrder, crossover}, ids.order, {168, top + 28, 48, 24},
+                           {QStringLiteral("2"), QStringLiteral("4")}, {2, 4},
+                           title + QStringLiteral(" order"), made.group);
+    made.frequency = &addSlider({{FieldId::crossoverFrequency, crossover},
+                                 ids.frequency.slider,
+                                 ids.frequency.edit,
+                                 Qt::Horizontal,
+                                 {230, top + 26, 266, 28},
+                                 {506, top + 28, 58, 24},
+                                 theme::frequency},
+                                title + QStringLiteral(" frequency"), made.group);
+    addLabel(QStringLiteral("Hz"), {568, top + 28, 22, 24}, made.group);
+}
+
+void COutputEQ::makeVolume() {
+    SkinGroupBox* group = addGroup(QStringLiteral("Volume"), {0, 528, 594, 60});
+    addCheck({FieldId::invertPhase}, invertPhaseId, {9, 557, 113, 22}, QStringLiteral("Invert Phase"), false,
+             QStringLiteral("Invert Phase"), group);
+    addSlider({{FieldId::volume},
+               volumeIds.slider,
+               volumeIds.edit,
+               Qt::Horizontal,
+               {230, 554, 266, 28},
+               {506, 556, 58, 24},
+               theme::level},
+              QStringLiteral("Volume"), group);
+    addLabel(QStringLiteral("dB"), {568, 556, 22, 24}, group);
+}
+
+void COutputEQ::makeLimiter() {
+    limiter_ = addGroup(QStringLiteral("Limiter"), {600, 396, 384, 192});
+    for (int i = 0; i < static_cast<int>(limiterColumns.size()); ++i) {
+        const LimiterColumn& column = limiterColumns[static_cast<std::size_t>(i)];
+        const int left = 610 + 82 * i;
+        addLabel(QLatin1String(column.head), {left, 422, 82, 28}, limiter_,
+                 Qt::AlignHCenter | Qt::AlignBottom);
+        limiterControls_.push_back(&addSlider({{column.field},
+                                               column.ids.slider,
+                                               column.ids.edit,
+                                               Qt::Vertical,
+                                               {left + 27, 452, 28, 98},
+                                               {left + 2, 556, 50, 24},
+                                               theme::level},
+                                              QLatin1String(column.name), limiter_));
+        addLabel(QStringLiteral("[dB]"), {left + 55, 556, 27, 24}, limiter_);
+    }
+    limiterDisabled_ =
+        &addCheck({FieldId::limiterEnabled}, limiterDisabledId, {875, 423, 99, 22},
+                  QStringLiteral("Disabled"), true, QStringLiteral("Limiter disabled"), limiter_);
+    addLine({864, 426, 1, 152}, limiter_);
+    for (const LimiterTime& time : limiterTimes) {
+        addLabel(QLatin1String(time.caption), {878, time.y - 18, 90, 14}, limiter_);
+        limiterControls_.push_back(&addNumber({time.field}, time.edit, {878, time.y, 58, 24}, theme::quality,
+                                              QLatin1String(time.name), limiter_));
+        addLabel(QStringLiteral("ms"), {940, time.y, 26, 24}, limiter_);
+    }
+}
+
+// Controls without a place: there for whoever looks them up by number, never to be seen or reached.
+void COutputEQ::makeHiddenControls() {
+    for (const HiddenBandIds& band : hiddenBands) {
+        SkinGroupBox* group = addGroup(QLatin1String(band.title), {0, 0, 94, 378});
+        group->hide();
+        group->setEnabled(false);
+        for (const SliderIds& ids : band.sliders) {
+            new CBitmapSlider(Qt::Vertical, ids.slider, group);
+            new NumberEdit(ids.edit, group);
+        }
+        new SkinCheckBox(QStringLiteral("Disabled"), band.disabled, group);
+    }
+    SkinGroupBox* delay = addGroup(QStringLiteral("Delay"), {0, 0, 594, 60});
+    delay->hide();
+    delay->setEnabled(false);
+    addDelay({{FieldId::delay},
+              delayIds.slider,
+              delayIds.edit,
+              Qt::Horizontal,
+              {230, 26, 266, 28},
+              {506, 28, 40, 24},
+              theme::quality},
+             delayDistanceId, {550, 28, 40, 24}, QStringLiteral("Delay"), delay);
+    CxSkinButton* calibrate = addButton(QStringLiteral("Calibrate"), calibrateId, {0, 0, 160, 28}, this);
+    calibrate->hide();
+    calibrate->setEnabled(false);
+}
+
+void COutputEQ::refresh() {
+    // Several channels at once may differ: the first of them speaks for all.
+    const int first = std::countl_zero(tuning().selectionMask());
+    if (first < static_cast<int>(channelCount)) {
+        shownChannel_ = recordChannelAt({static_cast<std::uint8_t>(first)});
+    }
+    ParameterPage::refresh();
+    showSources();
+}
+
+void COutputEQ::showSources() {
+    for (std::uint8_t position = 0; position < channelCount; ++position) {
+        selection_->setSource({position},
+                              tuning().currentParameterSet().routerSource[recordChannelAt({position}).value]);
+    }
+}
+
+void COutputEQ::showEvent(QShowEvent* event) {
+    ParameterPage::showEvent(event);
+    // Another page may have routed the channels anew.
+    showSources();
+}
+
+FieldIndex COutputEQ::elementOf(BoundField bound) const {
+    return {shownChannel_.value, bound.part};
+}
+
+void COutputEQ::write(BoundField bound, double value, bool final) {
+    switch (bound.field) {
+        case FieldId::bandFrequency:
+            tuning().setBandFrequency(bound.part, truncateTo<std::uint16_t>(value), final);
+            break;
+        case FieldId::bandGain:
+            tuning().setBandGainOrQ(bound.part, BandValue::gain, static_cast<float>(value), final);
+            break;
+        case FieldId::bandQ:
+            tuning().setBandGainOrQ(bound.part, BandValue::q, static_cast<float>(value), final);
+            break;
+        case FieldId::bandType:
+            tuning().setBandType(bound.part, truncateTo<std::uint8_t>(value));
+            break;
+        case FieldId::bandOff:
+            tuning().setBandOff(bound.part, truncateTo<std::uint8_t>(value));
+            break;
+        case FieldId::crossoverFrequency:
+            tuning().setCrossoverFrequency(bound.part, truncateTo<std::uint16_t>(value), final);
+            break;
+        case FieldId::crossoverOrder: {
+            writeCrossover(bound.part);
+            // The frequency is written and shown again with the new order, as if its slider had moved.
+            const CBitmapSlider& slider = crossovers_[bound.part].frequency->slider();
+            QCoreApplication::postEvent(
+                this, new SliderEvent(SliderEvent::moved, crossoverIds[bound.part].frequency.slider,
+                                      slider.position()));
+            break;
+        }
+        case FieldId::crossoverEnabled:
+        case FieldId::crossoverKind:
+            writeCrossover(bound.part);
+            break;
+        case FieldId::volume:
+            tuning().setVolume(static_cast<float>(value), final);
+            break;
+        case FieldId::delay:
+            tuning().setDelay(static_cast<float>(value), final);
+            break;
+        case FieldId::invertPhase:
+            tuning().setInvertPhase(true, truncateTo<std::uint8_t>(value));
+            break;
+        default:
+            writeLimiter(bound.field, value, final);
+    }
+}
+
+void COutputEQ::writeCrossover(std::size_t crossover) {
+    const Crossover& controls = crossovers_[crossover];
+    const bool enabled = controls.enabled->box().isChecked();
+    // A code that the lists do not know is left as it is.
+    const auto codeOf = [&](const ComboBinding& list, FieldId field) {
+        return truncateTo<std::uint8_t>(list.code() >= 0 ? list.code() : shown({field, crossover}));
+    };
+    tuning().setCrossover(crossover, codeOf(*controls.kind, FieldId::crossoverKind),
+                          codeOf(*controls.order, FieldId::crossoverOrder), enabled ? 1 : 0);
+}
+
+void COutputEQ::writeLimiter(FieldId field, double value, bool final) {
+    const auto stored = truncateTo<std::int32_t>(storedFromShown(fieldOf(field), value));
+    switch (field) {
+        case FieldId::limiterGain:
+            tuning().setLimiter(LimiterField::gain, stored, final);
+            break;
+        case FieldId::limiterActivateLevel:
+            tuning().setLimiter(LimiterField::activateLevel, stored, final);
+            break;
+        case FieldId::limiterDeactivateLevel:
+            tuning().setLimiter(LimiterField::deactivateLevel, stored, final);
+            break;
+        case FieldId::limiterAttack:
+            tuning().setLimiter(LimiterField::attack, stored, final);
+            break;
+        case FieldId::limiterRelease:
+            tuning().setLimiter(LimiterField::release, stored, final);
+            break;
+        case FieldId::limiterEnabled:
+            tuning().setLimiter(stored != 0 ? LimiterField::enable : LimiterField::disable, 0, true);
+            break;
+        default:
+            break;
+    }
+}
+
+void COutputEQ::updateLook() {
+    for (const Band& band : bands_) {
+        const bool on = band.enabled->box().isChecked();
+        band.group->setInCircuit(on);
+        for (SliderBinding* slider : band.sliders) {
+            slider->setBypassed(!on);
+        }
+    }
+    for (const Crossover& crossover : crossovers_) {
+        const bool on = crossover.enabled->box().isChecked();
+        crossover.group->setInCircuit(on);
+        crossover.frequency->setBypassed(!on);
+    }
+    const bool limiting = !limiterDisabled_->box().isChecked();
+    limiter_->setInCircuit(limiting);
+    for (Binding* control : limiterControls_) {
+        control->setBypassed(!limiting);
+    }
+}
+
+void COutputEQ::selectChannels() {
+    tuning().setSelectionMask(selection_->mask());
+    if (!selection_->isMultiChannel()) {
+        refresh();
+    }
+    // Band 8's type always follows its list, whichever channels are chosen.
+    if (const int type = bands_[lastBand].type->code(); type >= 0) {
+        tuning().setBandType(lastBand, truncateTo<std::uint8_t>(type));
+    }
+}
+
+void COutputEQ::assignToMultiple(bool checked) {
+    if (checked && boxes_.show("Are you sure?\r\nThe current channel settings will be lost!", BoxIcon::error,
+                               BoxButtons::okCancel) != BoxAnswer::ok) {
+        selection_->assignBox().setChecked(false);
+        return;
+    }
+    selection_->setMultiChannel(checked);
+    selectChannels();
+}
+
+void COutputEQ::toggleAllFilters() {
+    allFiltersOff_ = !allFiltersOff_;
+    for (std::size_t band = 0; band < bandCount; ++band) {
+        bands_[band].enabled->box().setChecked(!allFiltersOff_);
+        tuning().setBandOff(band, allFiltersOff_ ? 1 : 0);
+    }
+    allFilters_->setText(allFiltersOff_ ? QStringLiteral("Enable All Filters") : disableAllText());
+    updateLook();
+}
+
+void COutputEQ::resetChannel() {
+    if (tuning().liveMode()) {
+        boxes_.showPlain(turnOffLiveModeText);
+        return;
+    }
+    if (boxes_.show("Are you sure?\r\nThe current channel settings will be lost!", BoxIcon::error,
+                    BoxButtons::okCancel) != BoxAnswer::ok) {
+        return;
+    }
+    const auto fresh = [](FieldId field, std::size_t part) {
+        return storedDefault(fieldOf(field), {0, part});
+    };
+    for (std::size_t band = 0; band < bandCount; ++band) {
+        tuning().setBandOff(band, truncateTo<std::uint8_t>(fresh(FieldId::bandOff, band)));
+        tuning().setBandType(band, truncateTo<std::uint8_t>(fresh(FieldId::bandType, band)));
+        tuning().setBandFrequency(band, truncateTo<std::uint16_t>(fresh(FieldId::bandFrequency, band)), true);
+        tuning().setBandGainOrQ(band, BandValue::gain, static_cast<float>(fresh(FieldId::bandGain, band)),
+                                true);
+        tuning().setBandGainOrQ(band, BandValue::q, static_cast<float>(fresh(FieldId::bandQ, band)), true);
+    }
+    for (std::size_t k = 0; k < crossoverCount; ++k) {
+        tuning().setCrossoverFrequency(k, truncateTo<std::uint16_t>(fresh(FieldId::crossoverFrequency, k)),
+                                       true);
+        tuning().setCrossover(k, truncateTo<std::uint8_t>(fresh(FieldId::crossoverKind, k)),
+                              truncateTo<std::uint8_t>(fresh(FieldId::crossoverOrder, k)),
+                              truncateTo<std::uint8_t>(fresh(FieldId::crossoverEnabled, k)));
+    }
+    tuning().setInvertPhase(true, truncateTo<std::uint8_t>(fresh(FieldId::invertPhase, 0)));
+    for (const FieldId field :
+         {FieldId::limiterGain, FieldId::limiterActivateLevel, FieldId::limiterDeactivateLevel,
+          FieldId::limiterAttack, FieldId::limiterRelease, FieldId::limiterEnabled}) {
+        const Field& described = fieldOf(field);
+        writeLimiter(field, storedDefault(described, {}) / described.storedPerShown, true);
+    }
+    refresh();
+}
+
+}  // namespace tessavo

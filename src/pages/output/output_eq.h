@@ -1,0 +1,75 @@
+#pragma once
+
+#include <array>
+
+#include "pages/input/parameter_page.h"
+#include "params/message_box.h"
+
+namespace tessavo {
+
+class ChannelSelection;
+
+/// Page "Equalizing Output": eight bands, two crossovers, volume, phase and limiter of the chosen channels.
+///
+/// The channels that are chosen here (`selectionMask`) take part in every edit of this page. With one channel
+/// the page shows that channel; with several it keeps what it showed, and each edit goes into all of them.
+class COutputEQ : public ParameterPage {
+    Q_OBJECT
+
+ public:
+    /// \param tuning, boxes outlive the page.
+    COutputEQ(TuningState& tuning, IMessageBox& boxes, QWidget* parent = nullptr);
+
+    /// With several channels chosen the first of them is shown; with none the last single one.
+    void refresh() override;
+
+ protected:
+    [[nodiscard]] FieldIndex elementOf(BoundField bound) const override;
+    void write(BoundField bound, double value, bool final) override;
+    void updateLook() override;
+    void showEvent(QShowEvent* event) override;
+
+ private:
+    /// Controls of a band or crossover whose look or values depend on each other.
+    struct Band {
+        SkinGroupBox* group;
+        CheckBinding* enabled;
+        ComboBinding* type;
+        std::array<SliderBinding*, 3> sliders;
+    };
+    struct Crossover {
+        SkinGroupBox* group;
+        CheckBinding* enabled;
+        ComboBinding* kind;
+        ComboBinding* order;
+        SliderBinding* frequency;
+    };
+
+    void makeBand(std::size_t band);
+    void makeCrossover(std::size_t crossover);
+    void makeVolume();
+    void makeHiddenControls();
+    void makeLimiter();
+    void makeSelection();
+
+    void showSources();
+    void selectChannels();
+    void assignToMultiple(bool checked);
+    void writeCrossover(std::size_t crossover);
+    void writeLimiter(FieldId field, double value, bool final);
+    void toggleAllFilters();
+    void resetChannel();
+
+    IMessageBox& boxes_;
+    std::array<Band, bandCount> bands_{};
+    std::array<Crossover, crossoverCount> crossovers_{};
+    SkinGroupBox* limiter_ = nullptr;
+    CheckBinding* limiterDisabled_ = nullptr;
+    std::vector<Binding*> limiterControls_;
+    ChannelSelection* selection_ = nullptr;
+    CxSkinButton* allFilters_ = nullptr;
+    bool allFiltersOff_ = false;
+    RecordChannel shownChannel_ = recordChannelAt({});
+};
+
+}  // namespace tessavo
