@@ -5,7 +5,8 @@ class QWidget;
 namespace tessavo {
 
 /// Lets assistive technology see the controls of this folder: role, name, value and value text. Each control
-/// calls it; only the first call does something.
+/// calls it before it names itself, for its first name settles how it is seen; only the first call does
+/// something.
 void installAccessibility();
 
 /// Tells assistive technology that a control's value has changed.

@@ -23,12 +23,12 @@ constexpr double samePixel = 1.0 / 256;
 
 CBitmapSlider::CBitmapSlider(Qt::Orientation orientation, int controlId, QWidget* parent)
     : QWidget(parent), vertical_(orientation == Qt::Vertical) {
+    installAccessibility();
     setControlId(*this, controlId);
     setFocusPolicy(Qt::StrongFocus);
     wheelRest_.setSingleShot(true);
     wheelRest_.setInterval(defaultWheelRestMs);
     connect(&wheelRest_, &QTimer::timeout, this, &CBitmapSlider::finishSteps);
-    installAccessibility();
     thumbPixel_ = track().pixelOf(position_, minimum_, maximum_);
 }
 

@@ -26,6 +26,7 @@ SkinPiece::Kind pieceOf(ClipLight::Picture picture) {
 
 ClipLight::ClipLight(Picture picture, int diameter, int controlId, QWidget* parent)
     : QWidget(parent), picture_(picture) {
+    installAccessibility();
     setControlId(*this, controlId);
     const int side = diameter >= largeDiameter ? largeSide : smallSide;
     setFixedSize(side, side);
@@ -34,7 +35,6 @@ ClipLight::ClipLight(Picture picture, int diameter, int controlId, QWidget* pare
         setAccessibleName(picture == Picture::clipping ? QStringLiteral("clipping")
                                                        : QStringLiteral("not clipping"));
     }
-    installAccessibility();
 }
 
 void ClipLight::paintEvent(QPaintEvent* /*event*/) {

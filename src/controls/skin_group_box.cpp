@@ -24,10 +24,10 @@ SkinGroupBox::SkinGroupBox(const QString& title, int controlId, QWidget* parent,
       titlePlace_(kind == Kind::card ? QPoint(12, 7) : QPoint(12, 9)),
       kind_(kind),
       centred_(kind == Kind::inset) {
+    installAccessibility();
     setControlId(*this, controlId);
     setFont(theme::font(12, kind == Kind::card ? QFont::DemiBold : QFont::Medium));
     setAccessibleName(title);
-    installAccessibility();
 }
 
 void SkinGroupBox::setTitle(const QString& title) {

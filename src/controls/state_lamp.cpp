@@ -7,11 +7,11 @@
 namespace tessavo {
 
 StateLamp::StateLamp(int diameter, int controlId, QWidget* parent) : QWidget(parent) {
+    installAccessibility();
     setControlId(*this, controlId);
     setFixedSize(diameter + 6, diameter + 6);
     setAttribute(Qt::WA_TransparentForMouseEvents);
     setAccessibleDescription(QStringLiteral("off"));
-    installAccessibility();
 }
 
 void StateLamp::setLit(bool lit) {

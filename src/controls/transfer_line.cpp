@@ -22,10 +22,10 @@ QString minutesAndSeconds(std::chrono::milliseconds time) {
 }  // namespace
 
 TransferLine::TransferLine(int controlId, QWidget* parent) : QWidget(parent) {
+    installAccessibility();
     setControlId(*this, controlId);
     setFont(theme::font(11));
     setAccessibleName(QStringLiteral("Transfer progress"));
-    installAccessibility();
     showIdle();
 }
 
