@@ -262,9 +262,10 @@ void CTessavoView::updatePlot() {
             tuning_.showInputCurve();
             break;
         case Page::outputEqualizer: {
-            // The leftmost selected page position; none selected shows no curve.
-            const int position = std::countl_zero(tuning_.selectionMask());
-            if (position < static_cast<int>(channelCount)) {
+            // The last selected channel in page order, as an edit shows it; none selected shows no curve.
+            const int position =
+                static_cast<int>(channelCount) - 1 - std::countr_zero(tuning_.selectionMask());
+            if (position >= 0) {
                 tuning_.showOutputCurve(recordChannelAt({static_cast<std::uint8_t>(position)}));
             } else {
                 plot_->clearCurve();

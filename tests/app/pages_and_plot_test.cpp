@@ -203,17 +203,18 @@ TEST_F(Plot, ShowsTheInputsCurveOnTheFirstTabAndTheChannelsOnTheThird) {
     EXPECT_NEAR(highest(curveDb()), 12.0, 1.0);
 }
 
-TEST_F(Plot, ShowsTheLeftmostSelectedChannel) {
+TEST_F(Plot, ShowsTheLastSelectedChannelInPageOrder) {
     // Page positions 4 and 6 are record channels 1 and 2.
     tuning.setSelectionMask(0x08);
     tuning.setBandGainOrQ(3, BandValue::gain, 6.0F, true);
     tuning.setSelectionMask(0x02);
     tuning.setBandGainOrQ(3, BandValue::gain, 12.0F, true);
+    tuning.setSelectionMask(0x08);
     clickTab(2);
-    EXPECT_NEAR(highest(curveDb()), 12.0, 1.0);
+    EXPECT_NEAR(highest(curveDb()), 6.0, 1.0);
     tuning.setSelectionMask(0x0A);
     clickTab(2);
-    EXPECT_NEAR(highest(curveDb()), 6.0, 1.0) << "a click on the tab in front brings the plot up to date";
+    EXPECT_NEAR(highest(curveDb()), 12.0, 1.0) << "a click on the tab in front brings the plot up to date";
     tuning.setSelectionMask(0);
     clickTab(2);
     EXPECT_EQ(curvePoints(), 0U);

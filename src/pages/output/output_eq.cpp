@@ -287,10 +287,10 @@ void COutputEQ::makeHiddenControls() {
 }
 
 void COutputEQ::refresh() {
-    // Several channels at once may differ: the first of them speaks for all.
-    const int first = std::countl_zero(tuning().selectionMask());
-    if (first < static_cast<int>(channelCount)) {
-        shownChannel_ = recordChannelAt({static_cast<std::uint8_t>(first)});
+    // Several channels at once may differ: the last of them is shown, like its curve.
+    const int last = static_cast<int>(channelCount) - 1 - std::countr_zero(tuning().selectionMask());
+    if (last >= 0) {
+        shownChannel_ = recordChannelAt({static_cast<std::uint8_t>(last)});
     }
     ParameterPage::refresh();
     showSources();

@@ -20,7 +20,7 @@ class COutputEQ : public ParameterPage {
     /// \param tuning, boxes outlive the page.
     COutputEQ(TuningState& tuning, IMessageBox& boxes, QWidget* parent = nullptr);
 
-    /// With several channels chosen the first of them is shown; with none the last single one.
+    /// With several channels chosen the last of them in page order is shown; with none the one shown before.
     void refresh() override;
 
  protected:
