@@ -1,13 +1,16 @@
 #include <CLI/CLI.hpp>
 #include <QProcess>
+#include <QTemporaryDir>
 #include <cstdlib>
 #include <iostream>
 #include <string>
 
+#include "app/demo_run.h"
 #include "app/display.h"
 #include "app/instance_guard.h"
 #include "app/screenshots.h"
 #include "app/tessavo_app.h"
+#include "app/tessavo_view.h"
 
 namespace {
 
@@ -15,13 +18,20 @@ using tessavo::CTessavoApp;
 using tessavo::StartOptions;
 
 // Pictures at twice the scale come from a second run of the program: the scale is fixed at its start.
-int picturesAtDoubleScale(const char* program, const QString& folder) {
+int picturesAtDoubleScale(const char* program, const StartOptions& options) {
     QProcess process;
+    QStringList arguments{QStringLiteral("--screenshots"), options.screenshots};
+    if (options.demo) {
+        arguments << QStringLiteral("--demo");
+    }
+    if (!options.file.isEmpty()) {
+        arguments << QStringLiteral("--") << options.file;
+    }
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("QT_SCALE_FACTOR"), QStringLiteral("2"));
     process.setProcessEnvironment(environment);
     process.setProcessChannelMode(QProcess::ForwardedChannels);
-    process.start(QString::fromLocal8Bit(program), {QStringLiteral("--screenshots"), folder});
+    process.start(QString::fromLocal8Bit(program), arguments);
     process.waitForFinished(-1);
     return process.exitStatus() == QProcess::NormalExit ? process.exitCode() : 1;
 }
@@ -36,15 +46,34 @@ void endWithoutDisplay(QtMsgType type, const QMessageLogContext&, const QString&
     }
 }
 
+int tellProblem(const QString& problem) {
+    std::cerr << "tessavo: " << problem.toStdString() << '\n';
+    return 1;
+}
+
 int takePictures(CTessavoApp& app, const StartOptions& options, const char* program) {
     const bool doubled = qEnvironmentVariable("QT_SCALE_FACTOR") == QStringLiteral("2");
+    if (options.demo) {
+        const tessavo::DemoRun run = tessavo::sendCurrentSet(app.frame().view(), app.link());
+        if (!run.problem.isEmpty()) {
+            return tellProblem(run.problem);
+        }
+        if (!doubled) {
+            std::cout << run.summary.toStdString() << '\n';
+        }
+    }
     const QString problem = tessavo::takeScreenshots(app.frame(), options.screenshots,
                                                      doubled ? QStringLiteral("@2x") : QString());
     if (!problem.isEmpty()) {
-        std::cerr << "tessavo: " << problem.toStdString() << '\n';
-        return 1;
+        return tellProblem(problem);
     }
-    return doubled ? 0 : picturesAtDoubleScale(program, options.screenshots);
+    return doubled ? 0 : picturesAtDoubleScale(program, options);
+}
+
+// Pictures show the same for everyone, and leave no trace in the person's own profile.
+std::unique_ptr<tessavo::Profile> profileFor(bool pictures, const QTemporaryDir& folder) {
+    return pictures ? std::make_unique<tessavo::Profile>(folder.filePath(QStringLiteral("profile.ini")))
+                    : nullptr;
 }
 
 }  // namespace
@@ -78,7 +107,8 @@ int main(int argc, char** argv) {
     const StartOptions options{QString::fromStdString(file), demo, QString::fromStdString(screenshots)};
     QGuiApplication::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
     const QtMessageHandler usual = qInstallMessageHandler(endWithoutDisplay);
-    CTessavoApp app(argc, argv);
+    const QTemporaryDir folder;
+    CTessavoApp app(argc, argv, profileFor(pictures, folder));
     qInstallMessageHandler(usual);
     const tessavo::InstanceGuard guard;
     if (!pictures && !guard.isFirst()) {

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <iostream>
 #include <istream>
 #include <ostream>
 
@@ -46,6 +47,7 @@ CTessavoApp::~CTessavoApp() {
 }
 
 bool CTessavoApp::InitInstance(const StartOptions& options) {
+    unattended_ = !options.screenshots.isEmpty();
     tuning_.start();
     dialogs_ = std::make_unique<UiFileDialogs>(nullptr, *profile_);
     choosePort(options);
@@ -84,6 +86,10 @@ void CTessavoApp::choosePort(const StartOptions& options) {
 }
 
 BoxAnswer CTessavoApp::present(const QString& text, BoxIcon icon, BoxButtons buttons) {
+    if (unattended_) {
+        std::cerr << "tessavo: " << text.toStdString() << '\n';
+        return answerWhenClosed(buttons);
+    }
     using Box = SkinMessageBox;
     const Box::Buttons choice = buttons == BoxButtons::ok         ? Box::Buttons::ok
                                 : buttons == BoxButtons::okCancel ? Box::Buttons::okCancel

@@ -21,7 +21,7 @@ class DemoTarget;
 struct StartOptions {
     QString file;         ///< settings file to load; may be empty
     bool demo = false;    ///< run a simulated target inside the program
-    QString screenshots;  ///< folder for pictures of every page; empty for none
+    QString screenshots;  ///< folder for pictures of every page, drawn with nobody there; empty for none
 };
 
 /// Owns the toolkit's application object and everything that is tuned; lives for the whole run.
@@ -60,6 +60,7 @@ class CTessavoApp {
     UiMessageBox boxes_;
     TuningState tuning_;
     bool applicationFlag_ = false;
+    bool unattended_ = false;  ///< nobody is there to answer a box: its text goes to standard error
     CommLink link_;
     SkinChartHost chartHost_;
     std::unique_ptr<UiFileDialogs> dialogs_;

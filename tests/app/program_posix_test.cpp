@@ -4,7 +4,9 @@
 #include <gtest/gtest.h>
 
 #include "app/ui_file_dialogs.h"
+#include "controls/theme.h"
 #include "params/harness.h"
+#include "params/settings_file.h"
 #include "params/temporary_folder.h"
 
 // The program as a person starts it.
@@ -51,6 +53,8 @@ class Program : public ::testing::Test {
     TemporaryFolder folder;
     QProcessEnvironment environment_;
 };
+
+class ProgramOnALine : public Program {};
 
 TEST_F(Program, TellsItsVersionWithoutADisplay) {
     const Result result = run({QStringLiteral("--version")});
@@ -108,10 +112,46 @@ TEST_F(Program, DrawsItsPicturesAtBothScalesWithoutADisplay) {
          {"input_eq", "channel_config", "output_eq", "output_group", "clip_detection", "communication"}) {
         const QString path = pictures + QLatin1Char('/') + QLatin1String(name);
         EXPECT_EQ(QImage(path + QStringLiteral(".png")).size(), QSize(1024, 736)) << name;
-        EXPECT_EQ(QImage(path + QStringLiteral("@2x.png")).size().width(), 2048) << name;
+        EXPECT_EQ(QImage(path + QStringLiteral("@2x.png")).size(), QSize(2048, 1472)) << name;
     }
     EXPECT_EQ(QImage(pictures + QStringLiteral("/plot.png")).size(), QSize(954, 496));
     EXPECT_EQ(QImage(pictures + QStringLiteral("/plot@2x.png")).size(), QSize(1908, 992));
+}
+
+TEST_F(Program, PicturesLeaveTheProfileOfThePersonAlone) {
+    Tuning tuning;
+    ASSERT_EQ(writeSettings(folder / "a.eqs", tuning.state.store()), SaveVerdict::saved);
+    const QString pictures = textOf(folder / "pictures");
+    const Result result = run({QStringLiteral("--screenshots"), pictures, textOf(folder / "a.eqs")});
+    EXPECT_EQ(result.code, 0) << result.error;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder.path())) {
+        EXPECT_NE(entry.path().extension(), ".conf") << entry.path();
+    }
+}
+
+TEST_F(Program, APictureNeedsNobodyToAnswerABox) {
+    const Result result =
+        run({QStringLiteral("--screenshots"), textOf(folder / "pictures"), textOf(folder / "missing.eqs")});
+    EXPECT_EQ(result.code, 0);
+    EXPECT_THAT(result.error, HasSubstr("tessavo: Error opening configuration file!"));
+}
+
+TEST_F(ProgramOnALine, SendsToItsDemoTargetAndDrawsThatItWasConfirmed) {
+    const QString pictures = textOf(folder / "pictures");
+    const Result result = run({QStringLiteral("--demo"), QStringLiteral("--screenshots"), pictures});
+    EXPECT_EQ(result.code, 0) << result.error;
+    EXPECT_THAT(result.output, HasSubstr("Live Mode sent the image of the current set to "));
+    EXPECT_THAT(result.output, HasSubstr(" (1 of 1 blocks); the target has confirmed it.\n"));
+    const QImage picture(pictures + QStringLiteral("/input_eq.png"));
+    ASSERT_EQ(picture.size(), QSize(1024, 736));
+    // The light of the first pane is a green disc with a tick.
+    int green = 0;
+    for (int x = 19; x < 31; ++x) {
+        for (int y = 716; y < 728; ++y) {
+            green += picture.pixelColor(x, y) == QColor::fromRgb(theme::live) ? 1 : 0;
+        }
+    }
+    EXPECT_GT(green, 30);
 }
 
 TEST_F(Program, SaysThatItsPicturesCannotBeWritten) {
