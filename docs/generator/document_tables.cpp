@@ -12,6 +12,7 @@
 #include "comm/target_commands.h"
 #include "comm/transfer_timing.h"
 #include "params/field_table.h"
+#include "params/surround_delays.h"
 #include "params/volume_gain_table.h"
 
 namespace tessavo {
@@ -254,12 +255,30 @@ std::string timingTable() {
                   {"pause between live image and confirmation", ms(timing::pauseBeforeConfirmation)}});
 }
 
+std::string surroundDelayTable() {
+    constexpr std::array<const char*, surroundModeCount> modes{"0 music club", "1 concert hall", "2 stadium"};
+    Row head{"Surround mode"};
+    for (std::size_t room = 0; room < roomSizeCount; ++room) {
+        head.push_back("Room size " + std::to_string(room));
+    }
+    std::vector<Row> rows;
+    for (std::size_t mode = 0; mode < surroundModeCount; ++mode) {
+        Row row{modes[mode]};
+        for (const std::uint16_t delayMs : startingSurroundDelays[mode]) {
+            row.push_back(std::to_string(delayMs));
+        }
+        rows.push_back(std::move(row));
+    }
+    return table(head, rows);
+}
+
 }  // namespace
 
 std::map<std::string, std::string> documentTables() {
-    return {{"record", recordTable()}, {"image", imageTable()},     {"gain", gainTable()},
-            {"frames", frameTable()},  {"control", controlTable()}, {"commands", commandTable()},
-            {"timing", timingTable()}};
+    return {{"record", recordTable()},   {"image", imageTable()},
+            {"gain", gainTable()},       {"frames", frameTable()},
+            {"control", controlTable()}, {"commands", commandTable()},
+            {"timing", timingTable()},   {"surround delays", surroundDelayTable()}};
 }
 
 std::string fillTables(const std::string& document, const std::map<std::string, std::string>& tables,

@@ -43,7 +43,11 @@ void SkinGroupBox::setTitlePlace(QPoint place, bool centred) {
 }
 
 void SkinGroupBox::setInCircuit(bool on) {
-    bar_ = on ? QColor::fromRgb(theme::level) : QColor();
+    const QColor bar = on ? QColor::fromRgb(theme::level) : QColor();
+    if (bar == bar_ && dimmed_ == !on) {
+        return;
+    }
+    bar_ = bar;
     dimmed_ = !on;
     setAccessibleDescription(on ? QStringLiteral("in circuit") : QStringLiteral("bypassed"));
     update();

@@ -1,6 +1,7 @@
 #include "pages/input/binding.h"
 
 #include <QScopedValueRollback>
+#include <QSignalBlocker>
 #include <algorithm>
 #include <cmath>
 
@@ -8,6 +9,7 @@
 #include "controls/number_edit.h"
 #include "controls/skin_check_box.h"
 #include "controls/skin_combo_box.h"
+#include "controls/spin_edit.h"
 #include "dsp/saturate.h"
 
 namespace tessavo {
@@ -29,13 +31,19 @@ SliderBinding::SliderBinding(CBitmapSlider& slider, NumberEdit& edit, const Valu
       scale_(scale),
       thirdOctaves_(unit == QLatin1String("Hz")) {
     slider_.setRange(scale.minimum, scale.maximum);
-    slider_.setValueScale((scale.negated ? -1.0 : 1.0) / scale.stepsPerUnit);
-    slider_.setFormatter([scale, unit](int position) {
+    const double direction = scale.negated ? -1.0 : 1.0;
+    if (scale.attenuation) {
+        slider_.setValueScale(direction / 10, -highestValue(scale) / 10);
+    } else {
+        slider_.setValueScale(direction / scale.stepsPerUnit);
+    }
+    slider_.setFormatter([scale, shown = scale.attenuation ? QStringLiteral("dB") : unit](int position) {
         const QString number = textAt(scale, position);
-        return unit.isEmpty() ? number : number + QLatin1Char(' ') + unit;
+        return shown.isEmpty() ? number : number + QLatin1Char(' ') + shown;
     });
     connect(&edit_, &NumberEdit::entered, this, &SliderBinding::applyText);
     connect(&edit_, &NumberEdit::left, this, &SliderBinding::leave);
+    connect(&edit_, &QLineEdit::textChanged, this, &SliderBinding::followText);
     connect(&edit_, &NumberEdit::stepRequested, this, &SliderBinding::step);
 }
 
@@ -47,6 +55,10 @@ void SliderBinding::show(double value) {
 void SliderBinding::setBypassed(bool bypassed) {
     slider_.setBypassed(bypassed);
     edit_.setBypassed(bypassed);
+}
+
+double SliderBinding::value() const {
+    return valueAt(scale_, slider_.position());
 }
 
 void SliderBinding::moveTo(int position) {
@@ -72,7 +84,21 @@ void SliderBinding::applyText() {
     const QScopedValueRollback busy(busy_, true);
     const int position = typedPosition(scale_, edit_.text());
     slider_.setPosition(position);
+    if (typing_ != Typing::kept) {
+        showText(position);
+    }
     write_(valueAt(scale_, position), true);
+}
+
+void SliderBinding::followText() {
+    if (busy_ || typing_ != Typing::followed || !isWholeText(scale_, edit_.text())) {
+        return;
+    }
+    const QScopedValueRollback busy(busy_, true);
+    const int position = typedPosition(scale_, edit_.text());
+    slider_.setPosition(position);
+    // With its old text again, as Escape gives it, the box has nothing to say when it is left.
+    write_(valueAt(scale_, position), !edit_.isEdited());
 }
 
 void SliderBinding::leave() {
@@ -139,6 +165,7 @@ NumberBinding::NumberBinding(NumberEdit& edit, const ValueScale& scale, Write wr
             take(typedPosition(scale_, edit_.text()));
         }
     });
+    connect(&edit_, &QLineEdit::textChanged, this, &NumberBinding::followText);
     connect(&edit_, &NumberEdit::stepRequested, this, [this](int steps, bool coarse) {
         const int position = typedPosition(scale_, edit_.text()) + (coarse ? 10 : 1) * steps;
         take(std::clamp(position, scale_.minimum, scale_.maximum));
@@ -146,6 +173,7 @@ NumberBinding::NumberBinding(NumberEdit& edit, const ValueScale& scale, Write wr
 }
 
 void NumberBinding::show(double value) {
+    const QScopedValueRollback busy(busy_, true);
     edit_.setValueText(textAt(scale_, positionOf(scale_, value)));
 }
 
@@ -153,9 +181,28 @@ void NumberBinding::setBypassed(bool bypassed) {
     edit_.setBypassed(bypassed);
 }
 
+void NumberBinding::followText() {
+    if (!busy_ && typing_ == Typing::followed) {
+        write_(valueAt(scale_, typedPosition(scale_, edit_.text())), !edit_.isEdited());
+    }
+}
+
 void NumberBinding::take(int position) {
+    const QScopedValueRollback busy(busy_, true);
     edit_.setValueText(textAt(scale_, position));
     write_(valueAt(scale_, position), true);
+}
+
+SpinBinding::SpinBinding(SpinEdit& spin, const ValueScale& scale, Write write)
+    : Binding(std::move(write)), spin_(spin), scale_(scale) {
+    spin_.setRange(scale.minimum, scale.maximum);
+    connect(&spin_, &QSpinBox::valueChanged, this,
+            [this](int position) { write_(valueAt(scale_, position), true); });
+}
+
+void SpinBinding::show(double value) {
+    const QSignalBlocker quiet(spin_);
+    spin_.setValue(positionOf(scale_, value));
 }
 
 CheckBinding::CheckBinding(SkinCheckBox& box, bool inverted, Write write)

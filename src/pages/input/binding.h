@@ -12,6 +12,14 @@ class CBitmapSlider;
 class NumberEdit;
 class SkinCheckBox;
 class SkinComboBox;
+class SpinEdit;
+
+/// What becomes of a text that a person types into an edit box.
+enum class Typing {
+    kept,       ///< taken by Enter or by leaving the box, and left as it was typed
+    rewritten,  ///< taken in the same way, and rewritten with what was taken
+    followed,   ///< taken at every change, not final; by Enter or by leaving the box final and rewritten
+};
 
 /// Keeps the controls of one parameter in step with each other and with its value. The controls belong to
 /// their parent widget and live as long as the binding.
@@ -46,13 +54,18 @@ class SliderBinding : public Binding {
     void setBypassed(bool bypassed) override;
 
     [[nodiscard]] CBitmapSlider& slider() { return slider_; }
+    /// Value that the slider stands at.
+    [[nodiscard]] double value() const;
     [[nodiscard]] NumberEdit& edit() { return edit_; }
 
     /// A person has moved the slider: the box follows and the value is written. Ignored while the binding
     /// itself is at work, unless `final`.
     void moved(int position, bool final);
 
-    /// Takes the text of the box: clamped, the slider follows, the text stays as it was typed.
+    /// Without a call a text is kept.
+    void setTyping(Typing typing) { typing_ = typing; }
+
+    /// Takes the text of the box: clamped, the slider follows, the text becomes what `Typing` says.
     virtual void applyText();
 
  protected:
@@ -63,11 +76,13 @@ class SliderBinding : public Binding {
 
  private:
     void leave();
+    void followText();
     void step(int steps, bool coarse);
 
     CBitmapSlider& slider_;
     NumberEdit& edit_;
     ValueScale scale_;
+    Typing typing_ = Typing::kept;
     bool thirdOctaves_;
     bool busy_ = false;
 };
@@ -94,7 +109,7 @@ class DelayBinding : public SliderBinding {
     NumberEdit& distance_;
 };
 
-/// An edit box alone, for a whole number within the field's range; the box is rewritten with what was taken.
+/// An edit box alone, for a whole number within the field's range. Its text is rewritten, or followed.
 class NumberBinding : public Binding {
     Q_OBJECT
 
@@ -104,11 +119,30 @@ class NumberBinding : public Binding {
     void show(double value) override;
     void setBypassed(bool bypassed) override;
     [[nodiscard]] NumberEdit& edit() { return edit_; }
+    void setTyping(Typing typing) { typing_ = typing; }
 
  private:
     void take(int position);
+    void followText();
 
     NumberEdit& edit_;
+    ValueScale scale_;
+    Typing typing_ = Typing::rewritten;
+    bool busy_ = false;
+};
+
+/// A small whole number with an up-down column. Every change by a person is final.
+class SpinBinding : public Binding {
+    Q_OBJECT
+
+ public:
+    SpinBinding(SpinEdit& spin, const ValueScale& scale, Write write);
+
+    void show(double value) override;
+    [[nodiscard]] SpinEdit& spin() { return spin_; }
+
+ private:
+    SpinEdit& spin_;
     ValueScale scale_;
 };
 

@@ -9,6 +9,7 @@
 #include "controls/skin_combo_box.h"
 #include "controls/skin_group_box.h"
 #include "controls/slider_event.h"
+#include "controls/spin_edit.h"
 
 namespace tessavo {
 
@@ -89,11 +90,11 @@ QLabel* ParameterPage::addLabel(const QString& text, const QRect& place, QWidget
     return label;
 }
 
-void ParameterPage::addLine(const QRect& place, QWidget* parent) {
+void ParameterPage::addLine(const QRect& place, QWidget* parent, QRgb color) {
     auto* line = new QLabel(parent);
     line->setGeometry(placeIn(parent, place));
     QPalette palette = line->palette();
-    palette.setColor(QPalette::Window, QColor::fromRgb(theme::line));
+    palette.setColor(QPalette::Window, QColor::fromRgb(color));
     line->setPalette(palette);
     line->setAutoFillBackground(true);
 }
@@ -165,6 +166,15 @@ NumberBinding& ParameterPage::addNumber(BoundField bound, int id, const QRect& p
                                                        writer(bound)));
 }
 
+SpinBinding& ParameterPage::addSpin(BoundField bound, int id, const QRect& place, const QString& name,
+                                    QWidget* parent) {
+    auto* spin = new SpinEdit(id, parent);
+    spin->setGeometry(placeIn(parent, place));
+    spin->setAccessibleName(name);
+    return keep(
+        bound, std::make_unique<SpinBinding>(*spin, sliderScale(bound.field, Qt::Horizontal), writer(bound)));
+}
+
 CheckBinding& ParameterPage::addCheck(BoundField bound, int id, const QRect& place, const QString& caption,
                                       bool inverted, const QString& name, QWidget* parent) {
     auto* box = new SkinCheckBox(caption, id, parent);
@@ -181,6 +191,12 @@ ComboBinding& ParameterPage::addCombo(BoundField bound, int id, const QRect& pla
     list->addItems(entries);
     list->setAccessibleName(name);
     return keep(bound, std::make_unique<ComboBinding>(*list, std::move(codes), writer(bound)));
+}
+
+void ParameterPage::setReadingOrder(const std::vector<QWidget*>& controls) {
+    for (std::size_t i = 0; i + 1 < controls.size(); ++i) {
+        QWidget::setTabOrder(controls[i], controls[i + 1]);
+    }
 }
 
 bool ParameterPage::event(QEvent* event) {

@@ -72,7 +72,7 @@ class ParameterPage : public CTabDialog {
                      Qt::Alignment alignment = Qt::AlignLeft | Qt::AlignVCenter, QRgb color = theme::text2,
                      int pixelSize = 11);
     /// A hairline between parts of a group.
-    void addLine(const QRect& place, QWidget* parent);
+    void addLine(const QRect& place, QWidget* parent, QRgb color = theme::line);
     CxSkinButton* addButton(const QString& caption, int id, const QRect& place, QWidget* parent);
     /// \param name what screen readers call slider and box
     SliderBinding& addSlider(const SliderRow& row, const QString& name, QWidget* parent);
@@ -81,10 +81,14 @@ class ParameterPage : public CTabDialog {
                            QWidget* parent);
     NumberBinding& addNumber(BoundField bound, int id, const QRect& place, QRgb color, const QString& name,
                              QWidget* parent);
+    SpinBinding& addSpin(BoundField bound, int id, const QRect& place, const QString& name, QWidget* parent);
     CheckBinding& addCheck(BoundField bound, int id, const QRect& place, const QString& caption,
                            bool inverted, const QString& name, QWidget* parent);
     ComboBinding& addCombo(BoundField bound, int id, const QRect& place, const QStringList& entries,
                            std::vector<int> codes, const QString& name, QWidget* parent);
+
+    /// Tab goes through the controls in this order.
+    static void setReadingOrder(const std::vector<QWidget*>& controls);
 
     /// A page rectangle in the coordinates of `parent`.
     [[nodiscard]] QRect placeIn(const QWidget* parent, const QRect& place) const;

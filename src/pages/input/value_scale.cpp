@@ -7,12 +7,26 @@
 
 namespace tessavo {
 
+namespace {
+
+const QString& silence() {
+    static const auto text = QStringLiteral("-Inf.");
+    return text;
+}
+
+bool isSilence(const QString& text) {
+    return text == silence() || text == QLatin1String("-inf.");
+}
+
+}  // namespace
+
 ValueScale sliderScale(FieldId field, Qt::Orientation orientation) {
     const Field& described = fieldOf(field);
     ValueScale scale;
     scale.decimals = described.decimals;
     scale.stepsPerUnit = described.decimals > 0 ? 10 : 1;
     scale.negated = orientation == Qt::Vertical;
+    scale.attenuation = field == FieldId::decoderGain;
     const int low = truncateTo<int>(std::round(described.minimum * scale.stepsPerUnit));
     const int high = truncateTo<int>(std::round(described.maximum * scale.stepsPerUnit));
     scale.minimum = scale.negated ? -high : low;
@@ -30,7 +44,15 @@ int positionOf(const ValueScale& scale, double value) {
     return std::clamp(position, scale.minimum, scale.maximum);
 }
 
+double highestValue(const ValueScale& scale) {
+    return valueAt(scale, scale.negated ? scale.minimum : scale.maximum);
+}
+
 QString textAt(const ValueScale& scale, int position) {
+    if (scale.attenuation) {
+        const double value = valueAt(scale, position);
+        return value <= 0 ? silence() : numberText((value - highestValue(scale)) / 10.0, 1);
+    }
     return numberText(valueAt(scale, position), scale.decimals);
 }
 
@@ -71,11 +93,20 @@ double readTenths(const QString& text) {
 }
 
 int typedPosition(const ValueScale& scale, const QString& text) {
+    if (scale.attenuation) {
+        const bool silent = isSilence(text.trimmed());
+        return positionOf(scale, silent ? 0 : highestValue(scale) + std::trunc(readTenths(text)));
+    }
     // Ten steps to a unit are the tenths themselves: no rounding on the way.
     const double tenths = readTenths(text);
     const double steps = std::trunc(scale.stepsPerUnit == 10 ? tenths : tenths / 10.0 * scale.stepsPerUnit);
     const int position = truncateTo<int>(scale.negated ? -steps : steps);
     return std::clamp(position, scale.minimum, scale.maximum);
+}
+
+bool isWholeText(const ValueScale& scale, const QString& text) {
+    return !scale.attenuation || isSilence(text.trimmed()) ||
+           std::any_of(text.begin(), text.end(), [](QChar unit) { return unit >= u'0' && unit <= u'9'; });
 }
 
 QString numberText(double value, int decimals) {

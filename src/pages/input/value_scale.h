@@ -15,6 +15,9 @@ struct ValueScale {
     int stepsPerUnit = 1;  ///< positions in one unit of the value; 10 gives tenths
     bool negated = false;  ///< vertical sliders hold the negated value, so that the top is the highest
     int decimals = 0;      ///< of the text
+    /// The text is a level in dB: 0.0 at the highest value, a tenth less for each step below it, "-Inf." at
+    /// value 0.
+    bool attenuation = false;
 };
 
 /// Scale of a field's slider: its range and decimals are those of the field table.
@@ -26,6 +29,9 @@ struct ValueScale {
 /// Position nearest to a value, clamped; a value that is no number counts as 0.
 [[nodiscard]] int positionOf(const ValueScale& scale, double value);
 
+/// Value at the top of a vertical slider, at the right end of a horizontal one.
+[[nodiscard]] double highestValue(const ValueScale& scale);
+
 /// The value at a position as text, with a decimal point in every locale.
 [[nodiscard]] QString textAt(const ValueScale& scale, int position);
 
@@ -33,8 +39,13 @@ struct ValueScale {
 /// as one), digits. What follows is ignored; a text without a digit there gives 0.
 [[nodiscard]] double readTenths(const QString& text);
 
-/// Position that a typed text asks for: truncated towards zero and clamped.
+/// Position that a typed text asks for: truncated towards zero and clamped. "-Inf." and "-inf." are the
+/// bottom of an attenuation.
 [[nodiscard]] int typedPosition(const ValueScale& scale, const QString& text);
+
+/// False while a text is only the beginning of one that typedPosition() understands and would give the
+/// loudest level for it.
+[[nodiscard]] bool isWholeText(const ValueScale& scale, const QString& text);
 
 /// `value` with this many decimals, as the C format "%.nf" writes it.
 [[nodiscard]] QString numberText(double value, int decimals);
