@@ -3,6 +3,7 @@
 #include "pages/input/audio_router.h"
 #include "pages/input/input_eq.h"
 #include "pages/output/output_eq.h"
+#include "pages/output/output_group.h"
 
 namespace tessavo {
 
@@ -15,6 +16,8 @@ PageFactory pageFactory(TuningState& tuning, IMessageBox& boxes) {
                 return new CAudioRouter(tuning);
             case Page::outputEqualizer:
                 return new COutputEQ(tuning, boxes);
+            case Page::outputGroup:
+                return new COutputGroup(tuning);
             default:
                 return new CTabDialog;
         }
