@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "comm/framing.h"
 #include "params/md5.h"
 
 namespace tessavo {
@@ -35,9 +36,9 @@ std::string versionText(std::uint32_t version) {
     return text;
 }
 
-TargetCommands::TargetCommands(TuningState& tuning, TransferEngine& engine, IMessageBox& boxes,
+TargetCommands::TargetCommands(TuningState& tuning, ITransfers& transfers, IMessageBox& boxes,
                                FileReader readFile)
-    : tuning_(tuning), engine_(engine), boxes_(boxes), readFile_(std::move(readFile)) {}
+    : tuning_(tuning), transfers_(transfers), boxes_(boxes), readFile_(std::move(readFile)) {}
 
 bool TargetCommands::SaveSetToRam(std::uint8_t targetSet) {
     if (targetSet > lastTargetSet) {
@@ -50,7 +51,7 @@ bool TargetCommands::SaveSetToRam(std::uint8_t targetSet) {
     const Md5Digest digest = md5Image(tuning_.image());
     std::array<std::uint8_t, 2 + sizeof(Md5Digest)> payload{command_code::saveSet, targetSet};
     std::copy(digest.begin(), digest.end(), payload.begin() + 2);
-    return engine_.SendToTarget(payload, MessageType::blocks128);
+    return transfers_.SendToTarget(payload, MessageType::blocks128);
 }
 
 bool TargetCommands::LoadSetFromRam(std::uint8_t targetSet, const std::function<void()>& refreshPages) {
@@ -63,7 +64,7 @@ bool TargetCommands::LoadSetFromRam(std::uint8_t targetSet, const std::function<
     }
     ReplyBuffer reply{};
     const std::array<std::uint8_t, 2> request{command_code::readSet, targetSet};
-    if (!engine_.ReceiveFromTarget(reply, request)) {
+    if (!transfers_.ReceiveFromTarget(reply, request)) {
         return false;
     }
     ParameterImage received;
@@ -83,7 +84,7 @@ bool TargetCommands::LoadSetFromRam(std::uint8_t targetSet, const std::function<
 
 std::optional<TargetVersions> TargetCommands::ReadVersions() {
     ReplyBuffer reply{};
-    if (!engine_.ReceiveFromTarget(reply, std::span(&command_code::readVersions, std::size_t{1}))) {
+    if (!transfers_.ReceiveFromTarget(reply, std::span(&command_code::readVersions, std::size_t{1}))) {
         return std::nullopt;
     }
     return TargetVersions{littleEndian32(reply, reply_layout::hardwareVersion),
@@ -92,7 +93,7 @@ std::optional<TargetVersions> TargetCommands::ReadVersions() {
 
 std::optional<ClipState> TargetCommands::ReadClipState() {
     ReplyBuffer reply{};
-    if (!engine_.ReceiveFromTarget(reply, std::span(&command_code::readClipState, std::size_t{1}))) {
+    if (!transfers_.ReceiveFromTarget(reply, std::span(&command_code::readClipState, std::size_t{1}))) {
         return std::nullopt;
     }
     ClipState state;
@@ -125,7 +126,7 @@ bool TargetCommands::FlashFile(const std::filesystem::path& path) {
         boxes_.showError(fileReadErrorText);
         return false;
     }
-    return engine_.SendToTarget(file->bytes, MessageType::blocks1kWithCrc);
+    return transfers_.SendToTarget(file->bytes, MessageType::blocks1kWithCrc);
 }
 
 }  // namespace tessavo

@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-#include "comm/transfer_engine.h"
+#include "comm/transfers.h"
 #include "params/file_dialogs.h"
 #include "params/message_box.h"
 #include "params/raw_file.h"
@@ -71,7 +71,7 @@ class TargetCommands {
     using FileReader = std::function<std::optional<FileStart>(const std::filesystem::path&, std::size_t)>;
 
     /// Everything outlives this object.
-    TargetCommands(TuningState& tuning, TransferEngine& engine, IMessageBox& boxes,
+    TargetCommands(TuningState& tuning, ITransfers& transfers, IMessageBox& boxes,
                    FileReader readFile = readFileStart);
 
     /// Saves the set that Live Mode sent last into a set of the target. Needs Live Mode on.
@@ -106,7 +106,7 @@ class TargetCommands {
 
  private:
     TuningState& tuning_;
-    TransferEngine& engine_;
+    ITransfers& transfers_;
     IMessageBox& boxes_;
     FileReader readFile_;
 };

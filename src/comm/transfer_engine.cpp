@@ -39,6 +39,10 @@ std::optional<BlockPlan> planOf(MessageType type) {
     return std::nullopt;
 }
 
+std::size_t blocksIn(std::size_t messageSize, std::size_t blockSize) {
+    return (messageSize + blockSize - 1) / blockSize;
+}
+
 // Every block can be cut from it whole: what lies behind the message is padding.
 std::vector<std::uint8_t> workBuffer(std::span<const std::uint8_t> data, const BlockPlan& plan) {
     const std::size_t crcSize = plan.appendsCrc ? 2 : 0;
@@ -135,9 +139,9 @@ bool Exchange::connect() {
 
 bool Exchange::sendBlocks(std::span<const std::uint8_t> work, std::size_t length, std::uint8_t frameType) {
     const std::size_t blockSize = payloadSize(frameType);
-    const std::size_t blockCount = (length + blockSize - 1) / blockSize;
+    const std::size_t blocks = blocksIn(length, blockSize);
     std::uint8_t blockNumber = firstBlock;
-    for (std::size_t block = 0; block < blockCount; ++block) {
+    for (std::size_t block = 0; block < blocks; ++block) {
         const std::size_t frameSize =
             BuildFrame(frameType, blockNumber, work.subspan(block * blockSize, blockSize), frame_);
         flushInput();
@@ -148,7 +152,7 @@ bool Exchange::sendBlocks(std::span<const std::uint8_t> work, std::size_t length
         }
         ++blockNumber;
         if (outside_.progress) {
-            outside_.progress(block + 1, blockCount);
+            outside_.progress(block + 1, blocks);
         }
     }
     return true;
@@ -260,25 +264,45 @@ struct ClosedAtEnd {
     const TransferEngine::Outside& outside;
 };
 
+void tellEnd(const TransferEngine::Outside& outside, ExchangeEnd end) {
+    if (outside.ended) {
+        outside.ended(end);
+    }
+}
+
+template <typename Body>
+ExchangeEnd runWithLock(const TransferEngine::Outside& outside, std::string_view preparation, Body body) {
+    const ClosedAtEnd closed(outside);
+    outside.log.log(LogKind::status, preparation);
+    Exchange exchange(outside);
+    if (!exchange.openPort()) {
+        return ExchangeEnd::portNotOpened;
+    }
+    const bool done = exchange.connect() && body(exchange) && exchange.disconnect();
+    return done ? ExchangeEnd::answered : ExchangeEnd::noAnswer;
+}
+
 template <typename Body>
 bool run(const TransferEngine::Outside& outside, std::string_view preparation, Body body) {
     if (!outside.lock.take(timing::lockWait)) {
+        tellEnd(outside, ExchangeEnd::lineBusy);
         return false;
     }
-    {
-        const ClosedAtEnd closed(outside);
-        outside.log.log(LogKind::status, preparation);
-        Exchange exchange(outside);
-        if (exchange.openPort()) {
-            return exchange.connect() && body(exchange) && exchange.disconnect();
-        }
+    const ExchangeEnd end = runWithLock(outside, preparation, body);
+    tellEnd(outside, end);
+    if (end == ExchangeEnd::portNotOpened) {
+        // The lock is free by now: while the box waits for the user, other exchanges go on.
+        outside.boxes.showPlain(cannotOpenPortText);
     }
-    // The lock is free by now: while the box waits for the user, other exchanges go on.
-    outside.boxes.showPlain(cannotOpenPortText);
-    return false;
+    return end == ExchangeEnd::answered;
 }
 
 }  // namespace
+
+std::size_t blockCount(std::size_t messageSize, MessageType type) {
+    const auto plan = planOf(type);
+    return plan ? blocksIn(messageSize, payloadSize(plan->frameType)) : 0;
+}
 
 TransferEngine::TransferEngine(Outside outside) : outside_(std::move(outside)) {}
 

@@ -77,6 +77,7 @@ void TuningState::selectSet(std::uint32_t setIndex, const std::function<void()>&
     if (taken) {
         exclusion_->release();
     }
+    tellChange();
 }
 
 void TuningState::setFilterMode(std::uint32_t mode) {
@@ -88,11 +89,15 @@ void TuningState::setFilterMode(std::uint32_t mode) {
 void TuningState::replaceStore(const ParameterStore& store) {
     store_ = store;
     bringInStep(true);
+    tellChange();
 }
 
 void TuningState::replaceImage(const ParameterImage& received) {
-    const std::lock_guard guard(imageGuard_);
-    image_ = received;
+    {
+        const std::lock_guard guard(imageGuard_);
+        image_ = received;
+    }
+    tellChange();
 }
 
 void TuningState::imageToSet() {
@@ -102,6 +107,7 @@ void TuningState::imageToSet() {
     if (taken) {
         exclusion_->release();
     }
+    tellChange();
 }
 
 void TuningState::showOutputCurve(RecordChannel channel) {
@@ -127,10 +133,17 @@ void TuningState::setLiveMode(bool on) {
     if (on) {
         raiseUpdatePending();
     }
+    tellChange();
 }
 
 bool TuningState::takeUpdate() {
     return liveTransferEnabled_ && updatePending_.exchange(false);
+}
+
+void TuningState::tellChange() const {
+    if (changeListener_) {
+        changeListener_();
+    }
 }
 
 void TuningState::computeBand(RecordChannel channel, std::size_t band) {

@@ -8,6 +8,7 @@
 #include <mutex>
 #include <span>
 #include <string_view>
+#include <utility>
 
 #include "dsp/icoefficient_generator.h"
 #include "params/channels.h"
@@ -53,6 +54,10 @@ class TuningState {
 
     /// Takes the curve of each edit from now on; null for none.
     void setCurveDisplay(ICurveDisplay* display) { curveDisplay_ = display; }
+
+    /// Called on the user-interface thread whenever the image or `updatePending` may have changed: by every
+    /// edit, dragging included, by a change of set and by a received or loaded one.
+    void setChangeListener(std::function<void()> listener) { changeListener_ = std::move(listener); }
 
     // --- what is there
     // -------------------------------------------------------------------------------------------
@@ -159,6 +164,7 @@ class TuningState {
     /// Writes the field's place in the image from the current set.
     void mirror(FieldId id, FieldIndex index = {});
     void finish(bool final);
+    void tellChange() const;
     ParameterSet& editedSet() { return store_.sets[currentSet_]; }
     OutputChannelParams& edited(RecordChannel channel) { return editedSet().channels[channel.value]; }
 
@@ -183,6 +189,7 @@ class TuningState {
 
     std::unique_ptr<TimedLock> exclusion_;
     ICurveDisplay* curveDisplay_ = nullptr;
+    std::function<void()> changeListener_;
 };
 
 }  // namespace tessavo

@@ -24,6 +24,7 @@ void TuningState::finish(bool final) {
     if (final) {
         raiseUpdatePending();
     }
+    tellChange();
 }
 
 // Curves follow the last channel that was written, once for all of them.
