@@ -1,0 +1,143 @@
+#pragma once
+
+#include <QPixmap>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "comm/clock.h"
+#include "comm/comm_log.h"
+#include "comm/page/foreground_transfers.h"
+#include "comm/target_commands.h"
+#include "controls/tab_dialog.h"
+#include "params/file_dialogs.h"
+
+class QLabel;
+
+namespace tessavo {
+
+class CReadOnlyEdit;
+class CxSkinButton;
+class LogView;
+class SkinCheckBox;
+class SkinComboBox;
+class SkinGroupBox;
+class TransferLine;
+
+/// Numbers of the communication page's controls.
+namespace comm_id {
+inline constexpr int saveGroup = 4001;
+inline constexpr int loadGroup = 4002;
+inline constexpr int softwareGroup = 4003;
+inline constexpr int interfaceGroup = 4004;
+inline constexpr int versionGroup = 4005;
+inline constexpr int logGroup = 4006;
+inline constexpr int firstSave = 4010;  ///< default set, then sets 1 to 5
+inline constexpr int firstLoad = 4020;  ///< default set, then sets 1 to 5
+inline constexpr int imagePath = 4030;
+inline constexpr int selectImage = 4031;
+inline constexpr int flashFile = 4032;
+inline constexpr int transferLine = 4033;
+inline constexpr int portList = 4040;
+inline constexpr int refresh = 4041;
+inline constexpr int hardwareVersion = 4050;
+inline constexpr int softwareVersion = 4051;
+inline constexpr int update = 4052;
+inline constexpr int log = 4060;
+inline constexpr int showStatus = 4061;
+inline constexpr int showErrors = 4062;
+inline constexpr int showSent = 4063;
+inline constexpr int showReceived = 4064;
+inline constexpr int clearLog = 4065;
+}  // namespace comm_id
+
+/// The "Communication" page: commands to the target, choice of the port, versions, software update, log.
+///
+/// User-interface thread, except for Log() and blockSent().
+class CCommunication : public CTabDialog {
+    Q_OBJECT
+
+ public:
+    struct Parts {
+        TuningState& tuning;
+        ForegroundTransfers& transfers;
+        IMessageBox& boxes;
+        IFileDialogs& dialogs;
+        /// Names of the ports that are there now, in the list's order.
+        std::function<std::vector<std::string>()> listPorts;
+        /// The port name is now this one; empty when there is no port.
+        std::function<void(const std::string&)> usePort;
+        /// A person has chosen this port in the list. May be empty.
+        std::function<void(const std::string&)> rememberPort;
+        /// Every page and the view read the current set again.
+        std::function<void()> refreshPages;
+        std::string lastPort;  ///< chosen at the start when it is there
+    };
+
+    /// Everything in `parts` outlives the page.
+    explicit CCommunication(Parts parts, QWidget* parent = nullptr);
+    ~CCommunication() override;
+
+    /// Adds a line to the log; an empty one when the kind's filter is off. Any thread.
+    void Log(LogKind kind, const QString& text);
+    /// A block of a transfer has arrived, at this time of the clock. Any thread.
+    void blockSent(std::size_t done, std::size_t all, Milliseconds at);
+
+    /// Lists the ports again and chooses the first.
+    void FillPortList();
+
+    [[nodiscard]] const std::string& portName() const { return portName_; }
+    /// Whether the versions shown are the target's.
+    [[nodiscard]] bool versionsKnown() const { return versionsKnown_; }
+    /// While set, the program closes without asking whether to save. Nothing on this page sets it.
+    [[nodiscard]] bool nothingToLose() const { return nothingToLose_; }
+    void setNothingToLose(bool nothing) { nothingToLose_ = nothing; }
+
+ protected:
+    void paintEvent(QPaintEvent* event) override;
+
+ private:
+    void makeSetGroup(const char* title, int groupId, int left, int firstId,
+                      const std::function<void(std::uint8_t)>& command);
+    void makeSoftwareGroup();
+    void makeInterfaceGroup();
+    void makeVersionGroup();
+    void makeLogGroup();
+    CxSkinButton* addButton(const char* caption, int id, const QRect& place,
+                            const std::function<void()>& command);
+    SkinCheckBox* addFilter(const char* caption, int id, const QRect& place);
+    QLabel* addLabel(const char* text, const QRect& place);
+    CReadOnlyEdit* addField(const char* name, int id, const QRect& place);
+
+    void SaveSetToRam(std::uint8_t targetSet);
+    void LoadSetFromRam(std::uint8_t targetSet);
+    void ReadVersions();
+    void SelectImageFile();
+    void FlashFile();
+    void saveLog();
+    void selectPort(int index);
+    void exchangeStarted(std::size_t blocks);
+    void exchangeEnded(bool success);
+
+    Parts parts_;
+    TargetCommands commands_;
+    std::string portName_;
+    bool versionsKnown_ = false;
+    bool nothingToLose_ = false;
+    std::size_t blocksToSend_ = 0;
+    Milliseconds firstBlockAt_{0};
+    CReadOnlyEdit* imagePath_ = nullptr;
+    CxSkinButton* flash_ = nullptr;
+    TransferLine* line_ = nullptr;
+    SkinComboBox* ports_ = nullptr;
+    CReadOnlyEdit* hardware_ = nullptr;
+    CReadOnlyEdit* software_ = nullptr;
+    LogView* log_ = nullptr;
+    SkinCheckBox* showStatus_ = nullptr;
+    SkinCheckBox* showErrors_ = nullptr;
+    SkinCheckBox* showSent_ = nullptr;
+    SkinCheckBox* showReceived_ = nullptr;
+    QPixmap art_;
+};
+
+}  // namespace tessavo

@@ -1,0 +1,64 @@
+#include "comm/page/foreground_transfers.h"
+
+#include <QCoreApplication>
+#include <QEventLoop>
+#include <atomic>
+#include <system_error>
+#include <thread>
+
+#include "comm/page/input_hold.h"
+
+namespace tessavo {
+
+ForegroundTransfers::ForegroundTransfers(ITransfers& transfers) : transfers_(transfers) {}
+
+bool ForegroundTransfers::SendToTarget(std::span<const std::uint8_t> data, MessageType type) {
+    const bool software = type == MessageType::blocks1kWithCrc;
+    return run(software ? Activity::sendingSoftware : Activity::sending, blockCount(data.size(), type),
+               [&] { return transfers_.SendToTarget(data, type); });
+}
+
+bool ForegroundTransfers::ReceiveFromTarget(std::span<std::uint8_t> reply,
+                                            std::span<const std::uint8_t> request) {
+    return run(Activity::reading, 0, [&] { return transfers_.ReceiveFromTarget(reply, request); });
+}
+
+bool ForegroundTransfers::run(Activity activity, std::size_t blocks, const std::function<bool()>& exchange) {
+    if (running()) {
+        return false;
+    }
+    activity_ = activity;
+    bool success = false;
+    {
+        const InputHold hold;
+        emit started(blocks);
+        std::atomic<bool> over = false;
+        std::thread thread;
+        try {
+            thread = std::thread([&] {
+                success = exchange();
+                over = true;
+                // Wakes the loop below; the lines logged before stand in front of this event.
+                QMetaObject::invokeMethod(
+                    this, [] {}, Qt::QueuedConnection);
+            });
+        } catch (const std::system_error&) {
+            // A window that stands still for a while is better than no exchange.
+            success = exchange();
+            over = true;
+        }
+        // Not an event loop: one that runs while the program quits would return too early.
+        while (!over) {
+            QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
+        }
+        if (thread.joinable()) {
+            thread.join();
+        }
+        QCoreApplication::sendPostedEvents();
+    }
+    activity_ = Activity::none;
+    emit ended(success);
+    return success;
+}
+
+}  // namespace tessavo

@@ -1,0 +1,54 @@
+#include "pages/output/clip_poller.h"
+
+#include <system_error>
+#include <utility>
+
+#include "pages/output/thread_priority.h"
+
+namespace tessavo {
+
+namespace {
+
+constexpr Milliseconds pollPause{1000};
+
+}  // namespace
+
+ClipPoller::ClipPoller(Outside outside, IClock* clock)
+    : outside_(std::move(outside)), clock_(clock != nullptr ? *clock : ownClock_) {
+    try {
+        thread_ = std::thread(&ClipPoller::run, this);
+    } catch (const std::system_error&) {
+        // Without the thread the indicators keep their state, as when the target does not answer.
+    }
+}
+
+ClipPoller::~ClipPoller() {
+    stopping_ = true;
+    ownClock_.interrupt();
+    if (thread_.joinable()) {
+        thread_.join();
+    }
+}
+
+void ClipPoller::setOn(bool on) {
+    on_ = on;
+}
+
+void ClipPoller::run() {
+    lowerThreadPriority();
+    do {
+        poll();
+    } while (clock_.sleep(pollPause) && !stopping_);
+}
+
+void ClipPoller::poll() {
+    if (!on_ || !outside_.lineIsFree()) {
+        return;
+    }
+    const auto state = outside_.ask();
+    if (state && on_ && !stopping_) {
+        outside_.deliver(*state);
+    }
+}
+
+}  // namespace tessavo

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <atomic>
+#include <functional>
+#include <optional>
+#include <thread>
+
+#include "comm/clock.h"
+#include "comm/target_commands.h"
+
+namespace tessavo {
+
+/// The background thread that asks the target for its clip state once a second while it is switched on.
+///
+/// It leaves the line alone while something more urgent needs it, so that an edit waits for one poll at most.
+class ClipPoller {
+ public:
+    struct Outside {
+        /// One exchange, run on the poller's thread; nothing when it failed.
+        std::function<std::optional<ClipState>()> ask;
+        /// Whether nobody else needs the line; asked on the poller's thread before each exchange.
+        std::function<bool()> lineIsFree;
+        /// Takes each answer, on the poller's thread.
+        std::function<void(const ClipState&)> deliver;
+    };
+
+    /// Starts the thread, at the lowest priority that the system gives.
+    /// \param clock for the pause between two polls; outlives the poller. When empty the machine's own, whose
+    /// pause ends at once when the poller is destroyed.
+    explicit ClipPoller(Outside outside, IClock* clock = nullptr);
+    /// Ends the thread. Waits for an exchange that runs.
+    ~ClipPoller();
+    ClipPoller(const ClipPoller&) = delete;
+    ClipPoller& operator=(const ClipPoller&) = delete;
+
+    /// No exchange starts after this has returned with `on` false, and no answer is delivered any more.
+    void setOn(bool on);
+    [[nodiscard]] bool isOn() const { return on_; }
+
+ private:
+    void run();
+    void poll();
+
+    Outside outside_;
+    SystemClock ownClock_;
+    IClock& clock_;
+    std::atomic<bool> on_ = false;
+    std::atomic<bool> stopping_ = false;
+    std::thread thread_;
+};
+
+}  // namespace tessavo
