@@ -5,11 +5,15 @@
 namespace tessavo {
 
 CommLink::CommLink(TuningState& tuning, IMessageBox& boxes)
-    : engine_({port_, clock_, *this, boxes, transferLock_, [this] { return portName(); },
-               [this](std::size_t done, std::size_t all) { emit blockSent(done, all); }}),
-      commands_(tuning, engine_, boxes),
-      worker_(tuning, engine_, clock_, boxes, [this](LiveWorker::State state) { emit workerState(state); }) {
+    : tuning_(tuning),
+      engine_({port_, clock_, *this, boxes, transferLock_, [this] { return portName(); },
+               [this](std::size_t done, std::size_t all) { emit blockSent(done, all, clock_.now().count()); },
+               [this](ExchangeEnd end) { emit exchangeEnded(end); }}),
+      foreground_(engine_),
+      background_(tuning, engine_, boxes),
+      worker_(tuning, engine_, clock_, boxes, [this](LiveWorker::State state) { noteWorkerState(state); }) {
     qRegisterMetaType<LogKind>();
+    qRegisterMetaType<ExchangeEnd>();
     qRegisterMetaType<LiveWorker::State>();
 }
 
@@ -22,25 +26,57 @@ bool CommLink::startWorker() {
 }
 
 void CommLink::shutDown() {
-    clock_.interrupt();
-    port_.Cancel();
+    cancelExchanges();
     worker_.stop();
 }
 
+void CommLink::cancelExchanges() {
+    clock_.interrupt();
+    port_.Cancel();
+}
+
 std::string CommLink::portName() const {
-    const std::lock_guard guard(portGuard_);
+    const std::lock_guard guard(guard_);
     return portName_;
 }
 
 void CommLink::setPortName(const std::string& name) {
     {
-        const std::lock_guard guard(portGuard_);
+        const std::lock_guard guard(guard_);
         if (portName_ == name) {
             return;
         }
         portName_ = name;
     }
     emit portNameChanged(QString::fromStdString(name));
+}
+
+bool CommLink::isFree() const {
+    const bool editWaits = tuning_.liveTransferEnabled() && tuning_.updatePending();
+    return !editWaits && !liveTransferRuns_ && !foreground_.running();
+}
+
+std::optional<ParameterImage> CommLink::confirmedImage() const {
+    const std::lock_guard guard(guard_);
+    return confirmedImage_;
+}
+
+void CommLink::noteWorkerState(LiveWorker::State state) {
+    const bool starts = state == LiveWorker::State::sending;
+    {
+        const std::lock_guard guard(guard_);
+        if (starts) {
+            // The worker takes its own copy right after this; an edit between the two is one that waits.
+            imageUnderWay_ = tuning_.imageCopy();
+        }
+        if (state == LiveWorker::State::confirmed) {
+            confirmedImage_ = imageUnderWay_;
+        } else {
+            confirmedImage_.reset();
+        }
+    }
+    liveTransferRuns_ = starts;
+    emit workerState(state);
 }
 
 void CommLink::log(LogKind kind, std::string_view text) {

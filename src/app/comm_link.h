@@ -2,13 +2,16 @@
 
 #include <QObject>
 #include <QString>
+#include <atomic>
 #include <functional>
 #include <mutex>
+#include <optional>
 #include <string>
 
 #include "comm/clock.h"
 #include "comm/comm_log.h"
 #include "comm/live_worker.h"
+#include "comm/page/foreground_transfers.h"
 #include "comm/serial.h"
 #include "comm/target_commands.h"
 #include "comm/transfer_engine.h"
@@ -32,29 +35,49 @@ class CommLink : public QObject, private ICommLog {
     bool startWorker();
     /// Ends the worker and any exchange at once; called at exit.
     void shutDown();
+    /// Cuts short every running exchange and each later one; does not wait for their end. For a program that
+    /// is about to end: the line is not usable afterwards.
+    void cancelExchanges();
 
     [[nodiscard]] std::string portName() const;
     void setPortName(const std::string& name);
 
-    [[nodiscard]] TransferEngine& engine() { return engine_; }
-    [[nodiscard]] TargetCommands& commands() { return commands_; }
+    /// Exchanges of the commands that a person starts.
+    [[nodiscard]] ForegroundTransfers& foreground() { return foreground_; }
+    /// Commands of a background thread, run on the caller's thread.
+    [[nodiscard]] TargetCommands& background() { return background_; }
+
+    /// True when neither a command nor Live Mode needs the line. Any thread.
+    [[nodiscard]] bool isFree() const;
+    /// True from the start of a live transfer until its result is told. Any thread.
+    [[nodiscard]] bool liveTransferRuns() const { return liveTransferRuns_; }
+    /// The image that the target has confirmed last; nothing before that and after a later failure.
+    [[nodiscard]] std::optional<ParameterImage> confirmedImage() const;
 
  signals:
     void portNameChanged(const QString& name);
     void lineLogged(tessavo::LogKind kind, const QString& text);
-    void blockSent(qulonglong done, qulonglong all);
+    /// \param atMs when the target took the block, by the exchange's clock
+    void blockSent(qulonglong done, qulonglong all, qlonglong atMs);
+    void exchangeEnded(tessavo::ExchangeEnd end);
     void workerState(tessavo::LiveWorker::State state);
 
  private:
     void log(LogKind kind, std::string_view text) override;
+    void noteWorkerState(LiveWorker::State state);
 
-    mutable std::mutex portGuard_;
+    TuningState& tuning_;
+    mutable std::mutex guard_;
     std::string portName_;
+    std::optional<ParameterImage> imageUnderWay_;
+    std::optional<ParameterImage> confirmedImage_;
+    std::atomic<bool> liveTransferRuns_ = false;
     SystemClock clock_;
     CSerial port_;
     TimedLock transferLock_;
     TransferEngine engine_;
-    TargetCommands commands_;
+    ForegroundTransfers foreground_;
+    TargetCommands background_;
     LiveWorker worker_;
 };
 

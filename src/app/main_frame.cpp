@@ -13,6 +13,7 @@
 #include <QTime>
 #include <QWindow>
 #include <algorithm>
+#include <cstring>
 
 #include "app/about_dialog.h"
 #include "app/comm_link.h"
@@ -29,15 +30,17 @@ constexpr int menuHeight = 28;
 constexpr int lowestHeight = 320;
 constexpr std::string_view exitQuestion =
     "The current settings will be lost!\r\n Do you want to save settings?";
+constexpr std::string_view breakExchangeQuestion =
+    "An exchange with the target is still running.\r\n Do you want to wait until it ends?";
+constexpr std::string_view breakSoftwareQuestion =
+    "The software image is still being sent!\r\n"
+    " If you close now, the target may be left without software.\r\n"
+    " Do you want to wait until it is sent?";
 
 QString fileNameForMenu(const QString& path, qsizetype number) {
     QString shown = path;
     shown.replace(QLatin1Char('&'), QStringLiteral("&&"));
     return QStringLiteral("&%1 %2").arg(number).arg(shown);
-}
-
-QString atTime(const char* words) {
-    return QLatin1String(words) + QTime::currentTime().toString(QStringLiteral(" HH:mm:ss"));
 }
 
 }  // namespace
@@ -59,50 +62,12 @@ CMainFrame::CMainFrame(Parts parts)
     status_->setKeyStates(readKeyStates());
     qApp->installEventFilter(this);
 
-    connect(view_, &CTessavoView::liveModeChanged, this, [this](bool on) {
-        target_.liveMode = on;
-        target_.light = on ? TargetStatus::Light::sending : TargetStatus::Light::off;
-        target_.state = on ? QStringLiteral("sending") : QString();
-        showTarget();
-    });
-    connect(&parts_.link, &CommLink::portNameChanged, this, [this](const QString& name) {
-        target_.port = name;
-        showTarget();
-    });
-    connect(&parts_.link, &CommLink::workerState, this, [this](LiveWorker::State state) {
-        using Light = TargetStatus::Light;
-        switch (state) {
-            case LiveWorker::State::sending:
-                target_.light = Light::sending;
-                target_.state = QStringLiteral("sending");
-                break;
-            case LiveWorker::State::confirmed:
-                target_.light = Light::confirmed;
-                target_.state = atTime("confirmed");
-                break;
-            case LiveWorker::State::wrongSet:
-                target_.light = Light::trouble;
-                target_.state = atTime("wrong set");
-                break;
-            case LiveWorker::State::noAnswer:
-                target_.light = Light::trouble;
-                target_.state = atTime("no answer");
-                break;
-            case LiveWorker::State::idle:
-                break;
-        }
-        if (!target_.liveMode) {
-            // The answer to what was under way when Live Mode ended is told; the target is no longer
-            // followed.
-            target_.light = Light::off;
-        }
-        showTarget();
-    });
-    target_.port = QString::fromStdString(parts_.link.portName());
-    showTarget();
+    followTarget();
 }
 
-CMainFrame::~CMainFrame() = default;
+CMainFrame::~CMainFrame() {
+    parts_.tuning.setChangeListener({});
+}
 
 int CMainFrame::heightFor(int availableHeight) {
     // What the caption and the frame around the client area take on usual desktops.
@@ -188,8 +153,63 @@ void CMainFrame::showAbout() {
     AboutDialog(this).exec();
 }
 
+void CMainFrame::followTarget() {
+    CommLink& link = parts_.link;
+    ForegroundTransfers& commands = link.foreground();
+    // Every event is told to the follower, and then the pane shows what it makes of it.
+    const auto follow = [this](auto* sender, auto signal, auto tell) {
+        connect(sender, signal, this, [this, tell](auto... values) {
+            tell(values...);
+            showTarget();
+        });
+    };
+    follow(view_, &CTessavoView::liveModeChanged, [this](bool on) { follower_.liveModeChanged(on); });
+    follow(&link, &CommLink::portNameChanged, [this](const QString& name) { follower_.setPort(name); });
+    follow(&link, &CommLink::workerState,
+           [this](LiveWorker::State state) { follower_.workerState(state, QTime::currentTime()); });
+    follow(&link, &CommLink::exchangeEnded,
+           [this](ExchangeEnd end) { follower_.exchangeEnded(end, QTime::currentTime()); });
+    follow(&link, &CommLink::blockSent,
+           [this](qulonglong done, qulonglong all, qlonglong) { follower_.blockSent(done, all); });
+    follow(&commands, &ForegroundTransfers::started,
+           [this, &commands](qulonglong) { follower_.commandStarted(commands.activity()); });
+    follow(&commands, &ForegroundTransfers::ended, [this](bool) {
+        follower_.commandEnded();
+        if (closing_) {
+            // The command that has run the exchange has to return first.
+            QMetaObject::invokeMethod(this, &CMainFrame::closeAfterExchange, Qt::QueuedConnection);
+        }
+    });
+    parts_.tuning.setChangeListener([this] { showTarget(); });
+    follower_.setPort(QString::fromStdString(link.portName()));
+    showTarget();
+}
+
 void CMainFrame::showTarget() {
-    status_->setTarget(target_);
+    const TuningState& tuning = parts_.tuning;
+    const auto confirmed = parts_.link.confirmedImage();
+    const bool asItStands = confirmed && std::memcmp(&*confirmed, &tuning.image(), sizeof *confirmed) == 0;
+    status_->setTarget(follower_.status({.liveMode = tuning.liveMode(),
+                                         .updatePending = tuning.updatePending(),
+                                         .confirmedAsItStands = asItStands}));
+}
+
+bool CMainFrame::mayBreakOff() {
+    using Activity = ForegroundTransfers::Activity;
+    const Activity activity = parts_.link.foreground().activity();
+    if (activity == Activity::none && !parts_.link.liveTransferRuns()) {
+        return true;
+    }
+    const bool software = activity == Activity::sendingSoftware;
+    // The default button waits: a key pressed too soon must not break anything off.
+    return parts_.boxes.show(software ? breakSoftwareQuestion : breakExchangeQuestion, BoxIcon::error,
+                             BoxButtons::yesNoCancel) == BoxAnswer::no;
+}
+
+void CMainFrame::closeAfterExchange() {
+    parts_.profile.setWindowPlace(saveGeometry());
+    hide();
+    qApp->quit();
 }
 
 bool CMainFrame::mayClose() {
@@ -217,13 +237,17 @@ void CMainFrame::restorePlace() {
 }
 
 void CMainFrame::closeEvent(QCloseEvent* event) {
-    if (!mayClose()) {
-        event->ignore();
+    event->ignore();
+    if (closing_ || !mayBreakOff() || !mayClose()) {
         return;
     }
-    parts_.profile.setWindowPlace(saveGeometry());
+    if (parts_.link.foreground().running()) {
+        closing_ = true;
+        parts_.link.cancelExchanges();
+        return;
+    }
     event->accept();
-    qApp->quit();
+    closeAfterExchange();
 }
 
 void CMainFrame::paintEvent(QPaintEvent*) {

@@ -7,6 +7,7 @@
 #include "app/profile.h"
 #include "app/status_line.h"
 #include "app/tab_pages.h"
+#include "app/target_follower.h"
 #include "params/message_box.h"
 #include "params/settings_commands.h"
 
@@ -78,8 +79,11 @@ class CMainFrame : public QWidget {
     void save();
     void fillRecentFiles();
     void showAbout();
+    void followTarget();
     void showTarget();
+    bool mayBreakOff();
     bool mayClose();
+    void closeAfterExchange();
 
     Parts parts_;
     QMenuBar* menuBar_ = nullptr;
@@ -89,7 +93,8 @@ class CMainFrame : public QWidget {
     StatusLine* status_ = nullptr;
     SettingsCommands commands_;
     std::function<bool()> nothingToLose_;
-    TargetStatus target_;
+    TargetFollower follower_;
+    bool closing_ = false;  ///< all questions are answered; only an exchange has still to end
     std::optional<QPoint> dragStart_;
 };
 

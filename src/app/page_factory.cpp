@@ -1,23 +1,62 @@
 #include "app/page_factory.h"
 
+#include <utility>
+
+#include "app/comm_link.h"
+#include "comm/page/communication.h"
 #include "pages/input/audio_router.h"
 #include "pages/input/input_eq.h"
+#include "pages/output/clip_detect_dlg.h"
 #include "pages/output/output_eq.h"
-#include "pages/output/output_group.h"
 
 namespace tessavo {
 
-PageFactory pageFactory(TuningState& tuning, IMessageBox& boxes) {
-    return [&tuning, &boxes](Page page) -> CTabDialog* {
+namespace {
+
+CTabDialog* makeCommunication(const PageParts& parts) {
+    CommLink& link = parts.link;
+    Profile& profile = parts.profile;
+    auto* page = new CCommunication({
+        .tuning = parts.tuning,
+        .transfers = link.foreground(),
+        .boxes = parts.boxes,
+        .dialogs = parts.dialogs,
+        .listPorts = parts.listPorts,
+        .usePort = [&link](const std::string& name) { link.setPortName(name); },
+        .rememberPort =
+            [&profile](const std::string& name) { profile.setLastPort(QString::fromStdString(name)); },
+        .refreshPages = parts.refreshPages,
+        .lastPort = parts.firstPort,
+    });
+    QObject::connect(&link, &CommLink::lineLogged, page, &CCommunication::Log);
+    QObject::connect(&link, &CommLink::blockSent, page,
+                     [page](qulonglong done, qulonglong all, qlonglong at) {
+                         page->blockSent(done, all, Milliseconds{at});
+                     });
+    return page;
+}
+
+CTabDialog* makeClipDetection(const PageParts& parts) {
+    CommLink& link = parts.link;
+    return new CClipDetectDlg({.ask = [&link] { return link.background().ReadClipState(); },
+                               .lineIsFree = [&link] { return link.isFree(); }});
+}
+
+}  // namespace
+
+PageFactory pageFactory(PageParts parts) {
+    return [parts = std::move(parts)](Page page) -> CTabDialog* {
         switch (page) {
             case Page::inputEqualizer:
-                return new CInputEQ(tuning, boxes);
+                return new CInputEQ(parts.tuning, parts.boxes);
             case Page::channelConfig:
-                return new CAudioRouter(tuning);
+                return new CAudioRouter(parts.tuning);
             case Page::outputEqualizer:
-                return new COutputEQ(tuning, boxes);
-            case Page::outputGroup:
-                return new COutputGroup(tuning);
+                return new COutputEQ(parts.tuning, parts.boxes);
+            case Page::clipDetection:
+                return makeClipDetection(parts);
+            case Page::communication:
+                return makeCommunication(parts);
             default:
                 return new CTabDialog;
         }

@@ -1,12 +1,34 @@
 #pragma once
 
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "app/profile.h"
 #include "app/tab_pages.h"
+#include "params/file_dialogs.h"
 #include "params/message_box.h"
 #include "params/tuning_state.h"
 
 namespace tessavo {
 
-/// Makes the pages of the program. What it is given outlives the pages.
-[[nodiscard]] PageFactory pageFactory(TuningState& tuning, IMessageBox& boxes);
+class CommLink;
+
+/// What the pages of the program work with. All of it outlives the pages.
+struct PageParts {
+    TuningState& tuning;
+    IMessageBox& boxes;
+    IFileDialogs& dialogs;
+    Profile& profile;
+    CommLink& link;
+    /// Ports that the communication page offers.
+    std::function<std::vector<std::string>()> listPorts;
+    std::string firstPort;  ///< chosen at the start when it is there
+    /// Every page and the view read the current set again.
+    std::function<void()> refreshPages;
+};
+
+/// Makes the pages of the program and ties them to the line.
+[[nodiscard]] PageFactory pageFactory(PageParts parts);
 
 }  // namespace tessavo

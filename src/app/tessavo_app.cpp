@@ -1,7 +1,6 @@
 #include "app/tessavo_app.h"
 
 #include <QIcon>
-#include <algorithm>
 #include <array>
 #include <cstring>
 #include <iostream>
@@ -11,6 +10,7 @@
 #include "app/demo_target.h"
 #include "app/page_factory.h"
 #include "app/tessavo_view.h"
+#include "comm/page/communication.h"
 #include "comm/port_list.h"
 #include "controls/application_theme.h"
 #include "controls/skin_message_box.h"
@@ -50,9 +50,17 @@ bool CTessavoApp::InitInstance(const StartOptions& options) {
     unattended_ = !options.screenshots.isEmpty();
     tuning_.start();
     dialogs_ = std::make_unique<UiFileDialogs>(nullptr, *profile_);
-    choosePort(options);
-    frame_ = std::make_unique<CMainFrame>(CMainFrame::Parts{tuning_, boxes_, *dialogs_, *profile_, link_,
-                                                            chartHost_, pageFactory(tuning_, boxes_)});
+    if (options.demo) {
+        startDemo();
+    }
+    const std::string firstPort = options.demo ? std::string() : profile_->lastPort().toStdString();
+    frame_ = std::make_unique<CMainFrame>(CMainFrame::Parts{
+        tuning_, boxes_, *dialogs_, *profile_, link_, chartHost_,
+        pageFactory({tuning_, boxes_, *dialogs_, *profile_, link_, [this] { return portList(); }, firstPort,
+                     [this] { frame_->view().refreshPages(); }})});
+    const auto* communication =
+        qobject_cast<CCommunication*>(frame_->view().pages()[static_cast<std::size_t>(Page::communication)]);
+    frame_->setNothingToLose([communication] { return communication->nothingToLose(); });
     frame_->restorePlace();
     frame_->show();
     if (!options.file.isEmpty()) {
@@ -65,24 +73,21 @@ int CTessavoApp::run() {
     return QApplication::exec();
 }
 
-void CTessavoApp::choosePort(const StartOptions& options) {
-    if (options.demo) {
-        demo_ = std::make_unique<DemoTarget>();
-        if (!demo_->start()) {
-            boxes_.showError("The simulated target could not be started.");
-        }
+void CTessavoApp::startDemo() {
+    demo_ = std::make_unique<DemoTarget>();
+    if (!demo_->start()) {
+        boxes_.showError("The simulated target could not be started.");
     }
+}
+
+std::vector<std::string> CTessavoApp::portList() const {
     std::vector<std::string> ports = listPorts();
     if (demo_ && demo_->running()) {
+        // The simulated target stands first, whatever the machine has.
+        std::erase(ports, demo_->portName());
         ports.insert(ports.begin(), demo_->portName());
     }
-    const std::string last = profile_->lastPort().toStdString();
-    const bool hasLast = std::find(ports.begin(), ports.end(), last) != ports.end();
-    if (hasLast && !options.demo) {
-        link_.setPortName(last);
-    } else if (!ports.empty()) {
-        link_.setPortName(ports.front());
-    }
+    return ports;
 }
 
 BoxAnswer CTessavoApp::present(const QString& text, BoxIcon icon, BoxButtons buttons) {

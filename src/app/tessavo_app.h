@@ -4,6 +4,8 @@
 #include <QString>
 #include <iosfwd>
 #include <memory>
+#include <string>
+#include <vector>
 
 #include "app/comm_link.h"
 #include "app/main_frame.h"
@@ -53,7 +55,8 @@ class CTessavoApp {
 
  private:
     BoxAnswer present(const QString& text, BoxIcon icon, BoxButtons buttons);
-    void choosePort(const StartOptions& options);
+    void startDemo();
+    [[nodiscard]] std::vector<std::string> portList() const;
 
     QApplication application_;
     std::unique_ptr<Profile> profile_;

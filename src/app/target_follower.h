@@ -1,0 +1,54 @@
+#pragma once
+
+#include <QString>
+#include <QTime>
+#include <cstddef>
+#include <optional>
+
+#include "app/status_line.h"
+#include "comm/live_worker.h"
+#include "comm/page/foreground_transfers.h"
+#include "comm/transfer_engine.h"
+
+namespace tessavo {
+
+/// Follows everything that happens between the program and the target and tells in a few words whether what
+/// is on the screen is what plays. Knows no widget and no clock.
+class TargetFollower {
+ public:
+    /// What the words depend on besides the events.
+    struct Now {
+        bool liveMode = false;
+        bool updatePending = false;
+        bool confirmedAsItStands = false;  ///< the target's last confirmed image is the program's image
+    };
+
+    void setPort(const QString& name) { port_ = name; }
+    void liveModeChanged(bool on);
+    void workerState(LiveWorker::State state, QTime at);
+    void exchangeEnded(ExchangeEnd end, QTime at);
+    void commandStarted(ForegroundTransfers::Activity activity);
+    void commandEnded();
+    void blockSent(std::size_t done, std::size_t all);
+
+    [[nodiscard]] TargetStatus status(const Now& now) const;
+
+ private:
+    enum class Trouble { none, noAnswer, portNotOpened, wrongSet };
+
+    void setTrouble(Trouble trouble, QTime at);
+    [[nodiscard]] QString commandWords() const;
+    [[nodiscard]] QString troubleWords() const;
+
+    QString port_;
+    ForegroundTransfers::Activity command_ = ForegroundTransfers::Activity::none;
+    std::size_t blocksDone_ = 0;
+    std::size_t blocks_ = 0;
+    bool liveTransfer_ = false;
+    Trouble trouble_ = Trouble::none;
+    QTime troubleAt_;
+    QTime confirmedAt_;
+    QTime answeredAt_;
+};
+
+}  // namespace tessavo
