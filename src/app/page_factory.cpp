@@ -8,6 +8,7 @@
 #include "pages/input/input_eq.h"
 #include "pages/output/clip_detect_dlg.h"
 #include "pages/output/output_eq.h"
+#include "pages/output/output_group.h"
 
 namespace tessavo {
 
@@ -53,6 +54,8 @@ PageFactory pageFactory(PageParts parts) {
                 return new CAudioRouter(parts.tuning);
             case Page::outputEqualizer:
                 return new COutputEQ(parts.tuning, parts.boxes);
+            case Page::outputGroup:
+                return new COutputGroup(parts.tuning);
             case Page::clipDetection:
                 return makeClipDetection(parts);
             case Page::communication:

@@ -90,6 +90,11 @@ class ParameterPage : public CTabDialog {
     /// Tab goes through the controls in this order.
     static void setReadingOrder(const std::vector<QWidget*>& controls);
 
+    // The controls alone, for a page that binds them itself.
+    [[nodiscard]] CBitmapSlider* makeSlider(const SliderRow& row, const QString& name, QWidget* parent);
+    [[nodiscard]] NumberEdit* makeEdit(int id, const QRect& place, QRgb color, const QString& name,
+                                       QWidget* parent);
+
     /// A page rectangle in the coordinates of `parent`.
     [[nodiscard]] QRect placeIn(const QWidget* parent, const QRect& place) const;
 
@@ -102,9 +107,6 @@ class ParameterPage : public CTabDialog {
     };
 
     [[nodiscard]] Binding::Write writer(BoundField bound);
-    [[nodiscard]] CBitmapSlider* makeSlider(const SliderRow& row, const QString& name, QWidget* parent);
-    [[nodiscard]] NumberEdit* makeEdit(int id, const QRect& place, QRgb color, const QString& name,
-                                       QWidget* parent);
     template <typename Made>
     Made& keep(BoundField bound, std::unique_ptr<Made> binding);
 

@@ -1,0 +1,91 @@
+#include "pages/input/input_base.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <limits>
+#include <string>
+
+#include "controls/bitmap_slider.h"
+#include "controls/number_edit.h"
+#include "dsp/saturate.h"
+#include "pages/input/value_scale.h"
+
+namespace tessavo {
+
+namespace {
+
+constexpr int textDecimals = 1;
+
+}  // namespace
+
+float parsedNumber(const QString& text) {
+    std::string number = text.trimmed().toStdString();
+    std::replace(number.begin(), number.end(), ',', '.');
+    if (number.starts_with('+') && !number.starts_with("+-")) {
+        number.erase(0, 1);
+    }
+    double value = 0;
+    const auto [end, problem] = std::from_chars(number.data(), number.data() + number.size(), value);
+    if (problem == std::errc::result_out_of_range) {
+        // Too large or too small for a double: the exponent tells which.
+        const std::size_t exponent = number.find_first_of("eE");
+        const bool tiny = exponent != std::string::npos && number[exponent + 1] == '-';
+        value = tiny ? 0 : std::copysign(std::numeric_limits<double>::infinity(), number[0] == '-' ? -1 : 1);
+    }
+    if (std::isnan(value)) {
+        return 0;
+    }
+    constexpr double largest = std::numeric_limits<float>::max();
+    return static_cast<float>(std::clamp(value, -largest, largest));
+}
+
+CInputBase::CInputBase(CBitmapSlider& slider, NumberEdit& valueEdit, QWidget* owner, int lower, int upper,
+                       int divisor)
+    : slider_(slider),
+      valueEdit_(valueEdit),
+      owner_(owner),
+      divisor_(divisor),
+      lower_(lower * divisor),
+      upper_(upper * divisor) {
+    slider_.setRange(-upper_, -lower_);
+}
+
+float CInputBase::positionInUnits() const {
+    return static_cast<float>(slider_.position()) / static_cast<float>(divisor_);
+}
+
+void CInputBase::moveToSteps(float steps) {
+    const int position = truncateTo<int>(-steps);
+    slider_.setPosition(std::clamp(position, slider_.minimum(), slider_.maximum()));
+    slider_.update();
+}
+
+void CInputBase::showPosition() {
+    float value = positionInUnits();
+    if (value != 0) {
+        value = -value;
+    }
+    valueEdit_.setValueText(numberText(value, textDecimals));
+}
+
+void CInputBase::applyText() {
+    const auto lowest = static_cast<float>(lower_);
+    const auto highest = static_cast<float>(upper_);
+    float steps = parsedNumber(valueEdit_.text()) * static_cast<float>(divisor_);
+    if (steps < lowest) {
+        steps = lowest;
+        CInputBase::showValue(lower_);
+    } else if (steps > highest) {
+        steps = highest;
+        CInputBase::showValue(upper_);
+    }
+    moveToSteps(steps);
+}
+
+void CInputBase::showValue(int steps) {
+    const float value = static_cast<float>(steps) / static_cast<float>(divisor_);
+    valueEdit_.setValueText(numberText(value, textDecimals));
+}
+
+}  // namespace tessavo

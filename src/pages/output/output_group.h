@@ -1,0 +1,61 @@
+#pragma once
+
+#include <array>
+#include <memory>
+
+#include "pages/input/parameter_page.h"
+#include "pages/output/linked_sliders.h"
+
+namespace tessavo {
+
+class CInputBase;
+class SkinComboBox;
+struct GroupRowTable;
+
+/// Page "Output Group": a gain and a delay for each of the eight channels, which add to the channel's own
+/// volume and delay. Channels whose "Group" lists show the same letter move together.
+///
+/// Every slider belongs to one channel: the channels chosen on the page of the output equalizer play no part.
+class COutputGroup : public ParameterPage {
+    Q_OBJECT
+
+ public:
+    /// \param tuning outlives the page.
+    explicit COutputGroup(TuningState& tuning, QWidget* parent = nullptr);
+    ~COutputGroup() override;
+
+    /// The next move of a slider starts from what is shown now.
+    void refresh() override;
+
+ protected:
+    [[nodiscard]] FieldIndex elementOf(BoundField bound) const override;
+    void updateLook() override;
+    bool event(QEvent* event) override;
+
+ private:
+    /// Eight sliders with their boxes and lists, by slider position.
+    struct Row {
+        explicit Row(const GroupRowTable& itsTable);
+
+        const GroupRowTable& table;
+        LinkedSliders linked;
+        std::array<std::unique_ptr<CInputBase>, channelCount> inputs;
+        std::array<SkinComboBox*, channelCount> groups{};
+    };
+
+    void makeRow(Row& row);
+    void makeSliders(Row& row, std::size_t place, SkinGroupBox* box);
+    void makeGroupList(Row& row, std::size_t place, SkinGroupBox* box);
+    /// Lets an edit box apply its text by a function and step the slider by the keyboard.
+    template <typename Apply>
+    void connectEdit(Row& row, std::size_t place, NumberEdit& edit, Apply apply);
+
+    /// Takes over where a slider stands now: moves those that are linked to it and stores all of them, or
+    /// puts the slider back.
+    void takeMove(Row& row, std::size_t place);
+    void store(const Row& row, std::size_t place);
+
+    std::array<Row, 2> rows_;  ///< gain, delay
+};
+
+}  // namespace tessavo
