@@ -8,7 +8,7 @@ namespace tessavo {
 bool hasDisplay() {
     constexpr std::array<const char*, 3> names{"QT_QPA_PLATFORM", "WAYLAND_DISPLAY", "DISPLAY"};
     for (const char* name : names) {
-        const char* value = std::getenv(name);
+        const char* value = std::getenv(name);  // NOLINT(concurrency-mt-unsafe): no thread runs yet
         if (value != nullptr && *value != '\0') {
             return true;
         }

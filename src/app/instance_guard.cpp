@@ -18,7 +18,7 @@ QString lockPath(const QString& folder) {
 
 }  // namespace
 
-InstanceGuard::InstanceGuard(const QString& folder) : lock_(lockPath(folder)), first_(true) {
+InstanceGuard::InstanceGuard(const QString& folder) : lock_(lockPath(folder)) {
     // A program that was killed leaves its file behind; the lock sees that its owner is gone.
     lock_.setStaleLockTime(0);
     first_ = lock_.tryLock() || lock_.error() != QLockFile::LockFailedError;

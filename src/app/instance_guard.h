@@ -16,7 +16,7 @@ class InstanceGuard {
 
  private:
     QLockFile lock_;
-    bool first_;
+    bool first_ = true;
 };
 
 }  // namespace tessavo

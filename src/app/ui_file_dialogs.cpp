@@ -54,7 +54,7 @@ QStringList nameFilters(std::string_view filter) {
 }
 
 std::filesystem::path pathOf(const QString& text) {
-    return std::filesystem::path(text.toStdU16String());
+    return {text.toStdU16String()};
 }
 
 QString textOf(const std::filesystem::path& path) {

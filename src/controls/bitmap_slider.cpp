@@ -201,7 +201,7 @@ std::optional<std::int64_t> CBitmapSlider::keyTarget(const QKeyEvent& event) con
         return std::nullopt;
     }
     // Up and right lead to the top and right end.
-    const int upwards = vertical_ ? -1 : 1;
+    const std::int64_t upwards = vertical_ ? -1 : 1;
     const auto moved = [this](std::int64_t steps) { return position_ + steps; };
     switch (event.key()) {
         case Qt::Key_Up:

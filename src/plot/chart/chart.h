@@ -87,7 +87,7 @@ class CChart : public QObject {
     /// Saves one value a line, for data sets of one or two dimensions. An existing file is replaced whole or
     /// not at all. \param notify gets "Cannot save files of %d dimensions." for each data set of another kind
     /// \return 1 when the file was written, 0 when there is nothing to save or the file cannot be written
-    virtual int saveToFile(const QString& path, const Notify& notify) const;
+    [[nodiscard]] virtual int saveToFile(const QString& path, const Notify& notify) const;
     /// Whether any data set holds a value.
     [[nodiscard]] bool hasData() const;
 

@@ -104,7 +104,7 @@ QPolygonF cutOff(const QPolygonF& polygon, Depth depth) {
 }  // namespace
 
 QPolygonF thinned(const QPolygonF& line, double columnWidth) {
-    const QPolygonF kept = withoutLevelPoints(line);
+    QPolygonF kept = withoutLevelPoints(line);
     if (columnWidth <= 0 || kept.size() < 4) {
         return kept;
     }

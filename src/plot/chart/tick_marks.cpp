@@ -161,8 +161,8 @@ TickSet linearTicks(AxisRange range, int maxMajor, int maxMinor, TickSteps steps
     const std::int64_t last = lastMultiple(range.maximum, part);
     for (std::int64_t n = firstMultiple(range.minimum, part); n <= last; ++n) {
         const bool labelled = n % parts == 0;
-        const double multiple = labelled ? static_cast<double>(n / parts * step.mantissa)
-                                         : static_cast<double>(n * step.mantissa) / parts;
+        // Whole for labelled ticks: both factors divide evenly there.
+        const double multiple = static_cast<double>(n * step.mantissa) / parts;
         const GridRank minorOrMajor = labelled ? GridRank::major : GridRank::minor;
         set.ticks.push_back(
             {scaledByTen(multiple, step.exponent), labelled, n == 0 ? GridRank::zero : minorOrMajor});

@@ -19,7 +19,7 @@ class CXYChart : public CChart {
     [[nodiscard]] std::optional<ChartReadout> readoutAt(const ChartLayout& layout,
                                                         QPointF place) const override;
     /// Saves a line "x y" for each point of the x/y data sets; others are skipped.
-    int saveToFile(const QString& path, const Notify& notify) const override;
+    [[nodiscard]] int saveToFile(const QString& path, const Notify& notify) const override;
 
  protected:
     [[nodiscard]] std::optional<AxisRange> dataExtent(const CAxis& axis) const override;
