@@ -1,6 +1,7 @@
 #include "pages/input/parameter_page.h"
 
 #include <QLabel>
+#include <QScopedValueRollback>
 
 #include "controls/bitmap_slider.h"
 #include "controls/number_edit.h"
@@ -204,7 +205,9 @@ bool ParameterPage::event(QEvent* event) {
         return CTabDialog::event(event);
     }
     const auto& moved = static_cast<const SliderEvent&>(*event);
-    if (const auto slider = sliders_.find(moved.controlId()); slider != sliders_.end()) {
+    const auto slider = sliders_.find(moved.controlId());
+    if (slider != sliders_.end() && (moved.isFinal() || !sliderAtWork_)) {
+        const QScopedValueRollback atWork(sliderAtWork_, true);
         slider->second->moved(moved.position(), moved.isFinal());
     }
     return true;

@@ -113,6 +113,7 @@ class ParameterPage : public CTabDialog {
     TuningState& tuning_;
     std::vector<Bound> bindings_;
     std::map<int, SliderBinding*> sliders_;  ///< by control id
+    bool sliderAtWork_ = false;              ///< moves of other sliders meanwhile are ignored
 };
 
 }  // namespace tessavo
