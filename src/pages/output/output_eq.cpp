@@ -166,14 +166,8 @@ void COutputEQ::makeBand(std::size_t band) {
                                           title + QLatin1Char(' ') + QLatin1String(what.name), made.group);
         addLabel(QLatin1String(what.unit), {left + 69, y, 22, 24}, made.group);
     }
-    // Reading order: the three sliders, then the three boxes.
-    for (std::size_t i = 0; i + 1 < made.sliders.size(); ++i) {
-        QWidget::setTabOrder(&made.sliders[i]->slider(), &made.sliders[i + 1]->slider());
-    }
-    QWidget::setTabOrder(&made.sliders.back()->slider(), &made.sliders.front()->edit());
-    for (std::size_t i = 0; i + 1 < made.sliders.size(); ++i) {
-        QWidget::setTabOrder(&made.sliders[i]->edit(), &made.sliders[i + 1]->edit());
-    }
+    setReadingOrder({&made.sliders[0]->slider(), &made.sliders[1]->slider(), &made.sliders[2]->slider(),
+                     &made.sliders[0]->edit(), &made.sliders[1]->edit(), &made.sliders[2]->edit()});
 }
 
 void COutputEQ::makeSelection() {
@@ -425,6 +419,8 @@ void COutputEQ::selectChannels() {
     // Band 8's type always follows its list, whichever channels are chosen.
     if (const int type = bands_[lastBand].type->code(); type >= 0) {
         tuning().setBandType(lastBand, truncateTo<std::uint8_t>(type));
+    } else if (tuning().selectionMask() != 0) {
+        tuning().showOutputCurve(shownChannel_);
     }
 }
 
