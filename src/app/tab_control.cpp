@@ -4,15 +4,11 @@
 
 namespace tessavo {
 
-std::vector<CTabDialog*> eqCTabCtrl::createPages(QStackedWidget* stack, const PageFactory& makePage) {
-    std::vector<CTabDialog*> pages;
-    for (int i = 0; i < count(); ++i) {
-        CTabDialog* page = makePage ? makePage(static_cast<Page>(i)) : new CTabDialog;
-        page->setAccessibleName(tabText(i));
-        stack->addWidget(page);
-        pages.push_back(page);
-    }
-    return pages;
+CTabDialog* eqCTabCtrl::createPage(QStackedWidget* stack, Page page, const PageFactory& makePage) {
+    CTabDialog* created = makePage ? makePage(page) : new CTabDialog;
+    created->setAccessibleName(tabText(static_cast<int>(page)));
+    stack->addWidget(created);
+    return created;
 }
 
 }  // namespace tessavo

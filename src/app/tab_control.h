@@ -1,7 +1,5 @@
 #pragma once
 
-#include <vector>
-
 #include "app/tab_pages.h"
 #include "controls/skin_tab_bar.h"
 
@@ -9,17 +7,17 @@ class QStackedWidget;
 
 namespace tessavo {
 
-/// The row of tabs; it creates the pages.
+/// The row of tabs; it creates the pages, in tab order.
 class eqCTabCtrl : public SkinTabBar {
     Q_OBJECT
 
  public:
     using SkinTabBar::SkinTabBar;
 
-    /// Creates one page for each tab, in tab order, inside `stack`, which owns them.
+    /// Creates the page of a tab inside `stack`, which owns it.
     ///
-    /// \param makePage pages without content when empty
-    std::vector<CTabDialog*> createPages(QStackedWidget* stack, const PageFactory& makePage = {});
+    /// \param makePage a page without content when empty
+    CTabDialog* createPage(QStackedWidget* stack, Page page, const PageFactory& makePage = {});
 };
 
 }  // namespace tessavo

@@ -29,11 +29,6 @@ CTessavoApp::CTessavoApp(int& argc, char** argv, std::unique_ptr<Profile> profil
     QApplication::setApplicationName(QStringLiteral("tessavo"));
     QApplication::setApplicationDisplayName(QStringLiteral("Tessavo Velmira"));
     QApplication::setQuitOnLastWindowClosed(false);
-    QIcon icon;
-    for (const int size : {16, 24, 32, 48, 64, 128, 256}) {
-        icon.addFile(QStringLiteral(":/icons/tessavo-%1.png").arg(size));
-    }
-    QApplication::setWindowIcon(icon);
     applyTheme(application_);
     if (!link_.startWorker()) {
         boxes_.showError("Couldn't create progressThread!");
@@ -62,6 +57,14 @@ bool CTessavoApp::InitInstance(const StartOptions& options) {
         qobject_cast<CCommunication*>(frame_->view().pages()[static_cast<std::size_t>(Page::communication)]);
     frame_->setNothingToLose([communication] { return communication->nothingToLose(); });
     frame_->restorePlace();
+    // Reading its files would keep the window waiting.
+    QObject::connect(&frame_->view(), &CTessavoView::firstPainted, &application_, [] {
+        QIcon icon;
+        for (const int size : {16, 24, 32, 48, 64, 128, 256}) {
+            icon.addFile(QStringLiteral(":/icons/tessavo-%1.png").arg(size));
+        }
+        QApplication::setWindowIcon(icon);
+    });
     frame_->show();
     if (!options.file.isEmpty()) {
         frame_->openFile(options.file);

@@ -6,7 +6,9 @@
 #include <QPainter>
 #include <QScrollArea>
 #include <QStackedWidget>
+#include <QTimer>
 #include <bit>
+#include <utility>
 
 #include "app/tab_control.h"
 #include "controls/skin_button.h"
@@ -59,12 +61,11 @@ RecordChannel channelOfCheckBox(int number) {
 
 CTessavoView::CTessavoView(TuningState& tuning, IChartHost& chartHost, QWidget* parent,
                            const PageFactory& makePage)
-    : QWidget(parent), tuning_(tuning), plot_(std::make_unique<CPlotDlg>(chartHost)) {
+    : QWidget(parent), tuning_(tuning), chartHost_(chartHost), makePage_(makePage) {
     setObjectName(QStringLiteral("mainView"));
     makeHeader();
     makeFlags();
-    makeTabs(makePage);
-    tuning_.setCurveDisplay(plot_.get());
+    makeTabs();
 }
 
 CTessavoView::~CTessavoView() {
@@ -107,7 +108,6 @@ void CTessavoView::makeHeader() {
     showPlot_ = new CxSkinButton(QStringLiteral("Show Plot"), view_id::showPlot, this);
     showPlot_->setGeometry(702, 10, 92, 28);
     connect(showPlot_, &QAbstractButton::clicked, this, &CTessavoView::togglePlot);
-    connect(plot_.get(), &CPlotDlg::closedByUser, this, [this] { setPlotShown(false); });
 }
 
 void CTessavoView::makeFlags() {
@@ -129,7 +129,7 @@ void CTessavoView::makeFlags() {
     }
 }
 
-void CTessavoView::makeTabs(const PageFactory& makePage) {
+void CTessavoView::makeTabs() {
     tabs_ = new eqCTabCtrl(view_id::tabs, this);
     tabs_->setGeometry(pageLeft, headerHeight + 2, 776, 34);
     for (std::size_t i = 0; i < pageCount; ++i) {
@@ -141,7 +141,7 @@ void CTessavoView::makeTabs(const PageFactory& makePage) {
     stack_ = new QStackedWidget;
     stack_->setFixedSize(pageWidth, pageHeight);
     pageArea_->setWidget(stack_);
-    pages_ = tabs_->createPages(stack_, makePage);
+    makePagesUpTo(1);
     // A click on the tab in front is a click too: it brings the plot up to date. Buttons that choose no tab
     // are told for any of them.
     connect(tabs_, &QTabBar::tabBarClicked, this, [this](int index) {
@@ -150,6 +150,28 @@ void CTessavoView::makeTabs(const PageFactory& makePage) {
         }
     });
     connect(tabs_, &QTabBar::currentChanged, this, &CTessavoView::tabClicked);
+}
+
+void CTessavoView::makePagesUpTo(std::size_t count) {
+    while (pages_.size() < count) {
+        pages_.push_back(tabs_->createPage(stack_, static_cast<Page>(pages_.size()), makePage_));
+    }
+}
+
+const std::vector<CTabDialog*>& CTessavoView::pages() {
+    makePagesUpTo(pageCount);
+    return pages_;
+}
+
+CPlotDlg& CTessavoView::plot() {
+    if (!plot_) {
+        plot_ = std::make_unique<CPlotDlg>(chartHost_);
+        connect(plot_.get(), &CPlotDlg::closedByUser, this, [this] { setPlotShown(false); });
+        plot_->setWindowTitle(latin(plotTitles[static_cast<std::size_t>(stack_->currentIndex())]));
+        tuning_.setCurveDisplay(plot_.get());
+        updatePlot();
+    }
+    return *plot_;
 }
 
 void CTessavoView::initialUpdate() {
@@ -178,7 +200,7 @@ void CTessavoView::checkChannelBox(int number, bool checked) {
 }
 
 void CTessavoView::refreshPages() {
-    for (CTabDialog* page : pages_) {
+    for (CTabDialog* page : pages()) {
         page->refresh();
     }
     fillSetSelector();
@@ -196,6 +218,8 @@ void CTessavoView::fillSetSelector() {
 }
 
 void CTessavoView::toggleLiveMode() {
+    // A page that logs the exchange must be there before it starts.
+    makePagesUpTo(pageCount);
     const bool on = !tuning_.liveMode();
     tuning_.setLiveMode(on);
     eqMode_->setText(on ? QStringLiteral("EQ Mode On") : QStringLiteral("EQ Mode Off"));
@@ -209,7 +233,7 @@ void CTessavoView::chooseSet(int index) {
     }
     const auto set = static_cast<std::uint32_t>(index);
     tuning_.selectSet(set, [&] {
-        for (CTabDialog* page : pages_) {
+        for (CTabDialog* page : pages()) {
             page->changeSet(set);
         }
     });
@@ -241,9 +265,9 @@ void CTessavoView::setPlotShown(bool shown) {
     plotShown_ = shown;
     showPlot_->setText(shown ? QStringLiteral("Hide Plot") : QStringLiteral("Show Plot"));
     if (shown) {
-        plot_->showCentred();
+        plot().showCentred();
     } else {
-        plot_->hide();
+        plot().hide();
     }
 }
 
@@ -251,12 +275,18 @@ void CTessavoView::tabClicked(int index) {
     if (index < 0 || index >= static_cast<int>(pageCount)) {
         return;
     }
+    makePagesUpTo(static_cast<std::size_t>(index) + 1);
     stack_->setCurrentIndex(index);
-    plot_->setWindowTitle(latin(plotTitles[static_cast<std::size_t>(index)]));
+    if (plot_) {
+        plot_->setWindowTitle(latin(plotTitles[static_cast<std::size_t>(index)]));
+    }
     updatePlot();
 }
 
 void CTessavoView::updatePlot() {
+    if (!plot_) {
+        return;
+    }
     switch (static_cast<Page>(stack_->currentIndex())) {
         case Page::inputEqualizer:
             tuning_.showInputCurve();
@@ -293,6 +323,13 @@ void CTessavoView::paintEvent(QPaintEvent*) {
     painter.fillRect(0, pageTop - 1, width(), 1, line);
     painter.fillRect(360, 11, 1, 26, line);
     painter.fillRect(807, 11, 1, 26, line);
+    if (!std::exchange(painted_, true)) {
+        // The window is there at once; what is behind its first page follows.
+        QTimer::singleShot(0, this, [this] {
+            makePagesUpTo(pageCount);
+            emit firstPainted();
+        });
+    }
 }
 
 }  // namespace tessavo

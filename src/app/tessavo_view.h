@@ -51,8 +51,11 @@ class CTessavoView : public QWidget, public ISettingsView {
     /// Fills the controls from the state and shows the first page. Called once.
     void initialUpdate();
 
-    [[nodiscard]] const std::vector<CTabDialog*>& pages() const { return pages_; }
-    [[nodiscard]] CPlotDlg& plot() { return *plot_; }
+    /// All pages in tab order. Those behind the first are made when the window has been painted, or when they
+    /// are asked for, whichever comes first.
+    [[nodiscard]] const std::vector<CTabDialog*>& pages();
+    /// The plot window, made when it is asked for first; it shows the curve of the tab in front.
+    [[nodiscard]] CPlotDlg& plot();
 
     /// Shows a page as a click on its tab does.
     void showPage(Page page);
@@ -62,6 +65,8 @@ class CTessavoView : public QWidget, public ISettingsView {
 
  signals:
     void liveModeChanged(bool on);
+    /// The window has been painted for the first time; what can wait for that follows now.
+    void firstPainted();
     /// The set, its name, or another thing that a person sees on the frame has changed.
     void currentSetChanged();
 
@@ -72,7 +77,8 @@ class CTessavoView : public QWidget, public ISettingsView {
  private:
     void makeHeader();
     void makeFlags();
-    void makeTabs(const PageFactory& makePage);
+    void makeTabs();
+    void makePagesUpTo(std::size_t count);
     void fillSetSelector();
     void toggleLiveMode();
     void chooseSet(int index);
@@ -84,6 +90,8 @@ class CTessavoView : public QWidget, public ISettingsView {
     void updatePlot();
 
     TuningState& tuning_;
+    IChartHost& chartHost_;
+    PageFactory makePage_;
     SkinComboBox* setSelector_ = nullptr;
     QLineEdit* setName_ = nullptr;
     CxSkinButton* eqMode_ = nullptr;
@@ -96,6 +104,7 @@ class CTessavoView : public QWidget, public ISettingsView {
     std::vector<CTabDialog*> pages_;
     std::unique_ptr<CPlotDlg> plot_;
     bool plotShown_ = false;
+    bool painted_ = false;
 };
 
 }  // namespace tessavo

@@ -86,7 +86,41 @@ TEST_F(Pages, AreMadeOnceEachInTabOrder) {
         made.push_back(static_cast<int>(page));
         return new CTabDialog;
     });
+    EXPECT_TRUE(QTest::qWaitFor([&] { return made.size() >= pageCount; }));
     EXPECT_THAT(made, ElementsAre(0, 1, 2, 3, 4, 5));
+}
+
+TEST_F(Pages, BehindTheFirstAreMadeWhenTheyAreNeeded) {
+    std::vector<int> made;
+    const PageFactory factory = [&made](Page page) {
+        made.push_back(static_cast<int>(page));
+        return new CTabDialog;
+    };
+    CTessavoView other(tuning, chartHost, nullptr, factory);
+    other.initialUpdate();
+    EXPECT_THAT(made, ElementsAre(0));
+    other.showPage(Page::outputEqualizer);
+    EXPECT_THAT(made, ElementsAre(0, 1, 2));
+    other.refreshPages();
+    EXPECT_THAT(made, ElementsAre(0, 1, 2, 3, 4, 5));
+    EXPECT_EQ(other.pages().size(), pageCount);
+}
+
+TEST_F(Pages, ThePlotIsMadeWhenItIsAskedForAndShowsTheTabInFront) {
+    const auto plots = [] {
+        return std::ranges::count_if(QApplication::topLevelWidgets(), [](const QWidget* widget) {
+            return qobject_cast<const CPlotDlg*>(widget) != nullptr;
+        });
+    };
+    const auto before = plots();
+    clickTab(2);
+    clickTab(0);
+    EXPECT_EQ(plots(), before);
+    clickTab(2);
+    EXPECT_EQ(plot().windowTitle(), QStringLiteral("OutputEQ Graph"));
+    EXPECT_EQ(plots(), before + 1);
+    clickTab(0);
+    EXPECT_GT(curvePoints(), 0U);
 }
 
 TEST_F(Pages, AChangeOfSetIsOfferedToEachInTabOrder) {
