@@ -34,8 +34,8 @@ DemoRun sendCurrentSet(CTessavoView& view, CommLink& link) {
         }
     });
     QTimer::singleShot(patience, &loop, &QEventLoop::quit);
-    const QString port = QString::fromStdString(link.portName());
     view.findChild<QAbstractButton*>(QStringLiteral("id%1").arg(view_id::eqMode))->click();
+    const QString port = QString::fromStdString(link.portName());
     loop.exec();
     if (state != State::confirmed) {
         return {QStringLiteral("%1 did not confirm what Live Mode sent").arg(port), {}};

@@ -53,9 +53,12 @@ bool CTessavoApp::InitInstance(const StartOptions& options) {
         tuning_, boxes_, *dialogs_, *profile_, link_, chartHost_,
         pageFactory({tuning_, boxes_, *dialogs_, *profile_, link_, [this] { return portList(); }, firstPort,
                      [this] { frame_->view().refreshPages(); }})});
-    const auto* communication =
-        qobject_cast<CCommunication*>(frame_->view().pages()[static_cast<std::size_t>(Page::communication)]);
-    frame_->setNothingToLose([communication] { return communication->nothingToLose(); });
+    // Asked for when the window closes: the page is made after the window has been painted.
+    frame_->setNothingToLose([this] {
+        const auto* communication = qobject_cast<CCommunication*>(
+            frame_->view().pages()[static_cast<std::size_t>(Page::communication)]);
+        return communication->nothingToLose();
+    });
     frame_->restorePlace();
     // Reading its files would keep the window waiting.
     QObject::connect(&frame_->view(), &CTessavoView::firstPainted, &application_, [] {
@@ -81,6 +84,7 @@ void CTessavoApp::startDemo() {
     if (!demo_->start()) {
         boxes_.showError("The simulated target could not be started.");
     }
+    link_.setPortName(demo_->portName());
 }
 
 std::vector<std::string> CTessavoApp::portList() const {
