@@ -68,10 +68,11 @@ void CAudioRouter::makeOutput() {
         const QString channel = QStringLiteral("Channel %1").arg(i + 1);
         const int top = 46 + 42 * i;
         const auto position = static_cast<std::size_t>(i);
-        addLabel(channel, {16, top, 90, 28}, group, leftAligned, theme::text, 12);
+        QLabel* label = addLabel(channel, {16, top, 90, 28}, group, leftAligned, theme::text, 12);
         sources_[position] =
             &addCombo({FieldId::routerSource, position}, audio_router_id::firstSource + i,
                       {120, top, 252, 28}, names, codes, channel + QStringLiteral(" source"), group);
+        label->setBuddy(&sources_[position]->list());
         sources_[position]->list().setItemDot(0, QColor::fromRgb(theme::mark));
         const bool last = position + 1 == channelCount;
         addLine({16, top + 35, 356, 1}, group, last ? theme::line : theme::rowDivider);
