@@ -13,7 +13,7 @@
 #include <QTime>
 #include <QWindow>
 #include <algorithm>
-#include <cstring>
+#include <span>
 
 #include "app/about_dialog.h"
 #include "app/comm_link.h"
@@ -188,7 +188,8 @@ void CMainFrame::followTarget() {
 void CMainFrame::showTarget() {
     const TuningState& tuning = parts_.tuning;
     const auto confirmed = parts_.link.confirmedImage();
-    const bool asItStands = confirmed && std::memcmp(&*confirmed, &tuning.image(), sizeof *confirmed) == 0;
+    const auto bytesOf = [](const ParameterImage& image) { return std::as_bytes(std::span(&image, 1)); };
+    const bool asItStands = confirmed && std::ranges::equal(bytesOf(*confirmed), bytesOf(tuning.image()));
     status_->setTarget(follower_.status({.liveMode = tuning.liveMode(),
                                          .updatePending = tuning.updatePending(),
                                          .confirmedAsItStands = asItStands}));

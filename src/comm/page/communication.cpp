@@ -33,7 +33,7 @@ QString latin(std::string_view text) {
 }
 
 std::filesystem::path pathOf(const QString& text) {
-    return std::filesystem::path(text.toStdU16String());
+    return {text.toStdU16String()};
 }
 
 QString textOf(const std::filesystem::path& path) {

@@ -60,9 +60,9 @@ void CAudioRouter::makeOutput() {
     SkinGroupBox* group = addGroup(QStringLiteral("Output"), {0, 8, 388, 440});
     QStringList names;
     std::vector<int> codes;
-    for (std::uint8_t source = 0; source < sourceNames.size(); ++source) {
-        names << sourceName(source);
-        codes.push_back(source);
+    for (std::size_t source = 0; source < sourceNames.size(); ++source) {
+        names << sourceName(static_cast<std::uint8_t>(source));
+        codes.push_back(static_cast<int>(source));
     }
     for (int i = 0; i < static_cast<int>(channelCount); ++i) {
         const QString channel = QStringLiteral("Channel %1").arg(i + 1);

@@ -36,7 +36,6 @@ void addChoice(QMenu& menu, const QString& text, std::span<const int> offered, i
             chart.setAxis(axis);
         });
     }
-    // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks): the menu owns the group
 }
 
 int pixelSizeOf(const QFont& font) {
