@@ -116,6 +116,12 @@ void CCommunication::makeVersionGroup() {
     hardware_ = addField("Hardware Version", comm_id::hardwareVersion, {796, 242, 176, 26});
     addLabel("Software Version", {796, 284, 176, 16});
     software_ = addField("Software Version", comm_id::softwareVersion, {796, 304, 176, 26});
+    for (QWidget* field : {static_cast<QWidget*>(hardware_), static_cast<QWidget*>(software_)}) {
+        // Some fonts draw an x between digits as a multiplication sign; a version is read letter by letter.
+        QFont font = field->font();
+        font.setStyleStrategy(QFont::PreferNoShaping);
+        field->setFont(font);
+    }
     addButton("Update", comm_id::update, {796, 348, 176, 28}, [this] { ReadVersions(); });
 }
 
