@@ -40,6 +40,7 @@ void PageTest::mouse(QEvent::Type type, CBitmapSlider& target, const QPointF& pl
     QMouseEvent event(type, place, target.mapToGlobal(place), move ? Qt::NoButton : Qt::LeftButton,
                       type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton, {});
     QApplication::sendEvent(&target, &event);
+    draggedTo = target.position();
     deliver();
 }
 

@@ -92,7 +92,8 @@ class PageTest : public ::testing::Test {
     Tuning twin;
     ScriptedBoxes boxes;
     QWidget window;
-    CTabDialog* page = nullptr;
+    CTabDialog* page = nullptr;  ///< the one that the functions above work on
+    int draggedTo = 0;           ///< where the last drag took the thumb, before the page heard of it
 
  private:
     void mouse(QEvent::Type type, CBitmapSlider& target, const QPointF& place);

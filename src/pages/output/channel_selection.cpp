@@ -152,6 +152,8 @@ void ChannelSelection::showChoice() {
         const bool isChosen = (chosenOnes & selectionBit({position})) != 0;
         heads_[position]->setFont(theme::font(12, isChosen ? QFont::Medium : QFont::Normal));
         setTextColor(*heads_[position], isChosen ? theme::text : theme::text2);
+        // Tab stops at the chosen one, wherever it stands; the arrow keys lead to the others.
+        radios_[position]->setFocusPolicy(radios_[position]->isChecked() ? Qt::StrongFocus : Qt::ClickFocus);
     }
     update();
 }

@@ -154,7 +154,7 @@ void COutputEQ::makeBand(std::size_t band) {
         const auto column = static_cast<std::size_t>(i);
         const BandColumn& what = bandColumns[column];
         const int center = left + 18 + 29 * i;
-        addLabel(QLatin1String(what.head), {center - 15, 97, 30, 14}, made.group, Qt::AlignCenter);
+        addLabel(QLatin1String(what.head), {center - 14, 97, 28, 14}, made.group, Qt::AlignCenter);
         const int y = 302 + 26 * i;
         made.sliders[column] = &addSlider({{what.field, band},
                                            ids.sliders[column].slider,
