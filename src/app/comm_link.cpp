@@ -1,12 +1,14 @@
 #include "app/comm_link.h"
 
 #include <QMetaType>
+#include <utility>
 
 namespace tessavo {
 
-CommLink::CommLink(TuningState& tuning, IMessageBox& boxes)
+CommLink::CommLink(TuningState& tuning, IMessageBox& boxes, std::unique_ptr<CSerial> port)
     : tuning_(tuning),
-      engine_({port_, clock_, *this, boxes, transferLock_, [this] { return portName(); },
+      port_(std::move(port)),
+      engine_({*port_, clock_, *this, boxes, transferLock_, [this] { return portName(); },
                [this](std::size_t done, std::size_t all) { emit blockSent(done, all, clock_.now().count()); },
                [this](ExchangeEnd end) { emit exchangeEnded(end); }}),
       foreground_(engine_),
@@ -32,7 +34,7 @@ void CommLink::shutDown() {
 
 void CommLink::cancelExchanges() {
     clock_.interrupt();
-    port_.Cancel();
+    port_->Cancel();
 }
 
 std::string CommLink::portName() const {

@@ -4,6 +4,7 @@
 #include <QString>
 #include <atomic>
 #include <functional>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -28,7 +29,9 @@ class CommLink : public QObject, private ICommLog {
     Q_OBJECT
 
  public:
-    CommLink(TuningState& tuning, IMessageBox& boxes);
+    /// \param port any that opens under devicePath() of the port's name
+    CommLink(TuningState& tuning, IMessageBox& boxes,
+             std::unique_ptr<CSerial> port = std::make_unique<CSerial>());
     ~CommLink() override;
 
     /// \return false when the worker's thread could not be created
@@ -73,7 +76,7 @@ class CommLink : public QObject, private ICommLog {
     std::optional<ParameterImage> confirmedImage_;
     std::atomic<bool> liveTransferRuns_ = false;
     SystemClock clock_;
-    CSerial port_;
+    std::unique_ptr<CSerial> port_;
     TimedLock transferLock_;
     TransferEngine engine_;
     ForegroundTransfers foreground_;

@@ -1,24 +1,29 @@
 #include "app/demo_target.h"
+#include "comm/serial.h"
 #include "target/pty_target.h"
 
 namespace tessavo {
 
+struct DemoTarget::Native {
+    PtyTarget target{TargetMemory{}, PtyTarget::Options{}};
+};
+
 DemoTarget::DemoTarget() = default;
 
-DemoTarget::~DemoTarget() {
-    if (target_) {
-        target_->stop();
-    }
-}
+DemoTarget::~DemoTarget() = default;
 
 bool DemoTarget::start() {
-    target_ = std::make_unique<PtyTarget>(TargetMemory{}, PtyTarget::Options{});
-    running_ = target_->start().empty();
+    native_ = std::make_unique<Native>();
+    running_ = native_->target.start().empty();
     return running_;
 }
 
 std::string DemoTarget::portName() const {
-    return running_ ? target_->portName() : std::string();
+    return running_ ? native_->target.portName() : std::string();
+}
+
+std::unique_ptr<CSerial> DemoTarget::makePort() {
+    return std::make_unique<CSerial>();
 }
 
 }  // namespace tessavo

@@ -7,7 +7,6 @@
 #include <istream>
 #include <ostream>
 
-#include "app/demo_target.h"
 #include "app/page_factory.h"
 #include "app/tessavo_view.h"
 #include "comm/page/communication.h"
@@ -24,7 +23,7 @@ CTessavoApp::CTessavoApp(int& argc, char** argv, std::unique_ptr<Profile> profil
           return present(text, icon, buttons);
       }),
       tuning_(boxes_),
-      link_(tuning_, boxes_),
+      link_(tuning_, boxes_, demo_.makePort()),
       chartHost_(boxes_) {
     QApplication::setApplicationName(QStringLiteral("tessavo"));
     QApplication::setApplicationDisplayName(QStringLiteral("Tessavo Velmira"));
@@ -80,19 +79,18 @@ int CTessavoApp::run() {
 }
 
 void CTessavoApp::startDemo() {
-    demo_ = std::make_unique<DemoTarget>();
-    if (!demo_->start()) {
+    if (!demo_.start()) {
         boxes_.showError("The simulated target could not be started.");
     }
-    link_.setPortName(demo_->portName());
+    link_.setPortName(demo_.portName());
 }
 
 std::vector<std::string> CTessavoApp::portList() const {
     std::vector<std::string> ports = listPorts();
-    if (demo_ && demo_->running()) {
+    if (demo_.running()) {
         // The simulated target stands first, whatever the machine has.
-        std::erase(ports, demo_->portName());
-        ports.insert(ports.begin(), demo_->portName());
+        std::erase(ports, demo_.portName());
+        ports.insert(ports.begin(), demo_.portName());
     }
     return ports;
 }

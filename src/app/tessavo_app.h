@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "app/comm_link.h"
+#include "app/demo_target.h"
 #include "app/main_frame.h"
 #include "app/profile.h"
 #include "app/skin_chart_host.h"
@@ -16,8 +17,6 @@
 #include "params/tuning_state.h"
 
 namespace tessavo {
-
-class DemoTarget;
 
 /// What the command line asked for.
 struct StartOptions {
@@ -64,11 +63,11 @@ class CTessavoApp {
     TuningState tuning_;
     bool applicationFlag_ = false;
     bool unattended_ = false;  ///< nobody is there to answer a box: its text goes to standard error
+    DemoTarget demo_;
     CommLink link_;
     SkinChartHost chartHost_;
     std::unique_ptr<UiFileDialogs> dialogs_;
     std::unique_ptr<CMainFrame> frame_;
-    std::unique_ptr<DemoTarget> demo_;
 };
 
 }  // namespace tessavo

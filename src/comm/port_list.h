@@ -18,8 +18,8 @@ namespace tessavo {
 [[nodiscard]] std::vector<std::string> listPorts();
 
 /// Makes a simulated target's port known to listPorts() of every program of this user while it lives, also
-/// when the program dies without a word. Systems without pseudo-terminals have no simulated targets: there it
-/// does nothing.
+/// when the program dies without a word. On systems without pseudo-terminals a simulated target has its port
+/// to itself: there it is known inside the program only.
 class AnnouncedPort {
  public:
     /// \param portName as listPorts() is to give it; failing to announce is not an error

@@ -1,5 +1,7 @@
 #include <windows.h>
 
+#include <algorithm>
+#include <mutex>
 #include <vector>
 
 #include "comm/port_list.h"
@@ -60,6 +62,17 @@ std::string listedNames() {
     return narrow(std::wstring_view(value).substr(0, length));
 }
 
+struct AnnouncedNames {
+    std::mutex mutex;
+    std::vector<std::string> names;
+};
+
+// Simulated targets stand inside the program that has them: no other one could open their ports.
+AnnouncedNames& announcedNames() {
+    static AnnouncedNames announced;
+    return announced;
+}
+
 }  // namespace
 
 std::wstring devicePath(std::string_view portName) {
@@ -68,14 +81,30 @@ std::wstring devicePath(std::string_view portName) {
 
 std::vector<std::string> listPorts() {
     std::vector<std::string> names = comPortNames(deviceNames());
+    {
+        AnnouncedNames& announced = announcedNames();
+        const std::lock_guard guard(announced.mutex);
+        appendPortNames(names, announced.names);
+    }
     for (const std::string& name : splitPortNames(listedNames())) {
         appendPortNames(names, {std::string(withoutPrefix(name, devicePrefix))});
     }
     return names;
 }
 
-AnnouncedPort::AnnouncedPort(const std::string& /*portName*/) {}
+AnnouncedPort::AnnouncedPort(const std::string& portName) : path_(portName) {
+    AnnouncedNames& announced = announcedNames();
+    const std::lock_guard guard(announced.mutex);
+    announced.names.push_back(portName);
+}
 
-AnnouncedPort::~AnnouncedPort() = default;
+AnnouncedPort::~AnnouncedPort() {
+    AnnouncedNames& announced = announcedNames();
+    const std::lock_guard guard(announced.mutex);
+    const auto own = std::find(announced.names.begin(), announced.names.end(), path_);
+    if (own != announced.names.end()) {
+        announced.names.erase(own);
+    }
+}
 
 }  // namespace tessavo

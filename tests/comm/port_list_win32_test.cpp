@@ -32,6 +32,23 @@ TEST(PortList, LongListsFromTheEnvironmentAreWhole) {
     EXPECT_EQ(portsWith(listed.c_str()).size(), portsWith(nullptr).size() + 3000);
 }
 
+TEST(PortList, AnnouncedPortsStandBeforeTheEnvironmentsWhileTheyLive) {
+    std::vector<std::string> expected = portsWith(nullptr);
+    const std::vector<std::string> before = expected;
+    {
+        const AnnouncedPort port("demo");
+        expected.emplace_back("demo");
+        EXPECT_EQ(portsWith(nullptr), expected);
+        {
+            const AnnouncedPort again("demo");
+            EXPECT_EQ(portsWith(nullptr), expected);
+        }
+        expected.emplace_back("zz9");
+        EXPECT_EQ(portsWith(L"zz9 demo"), expected);
+    }
+    EXPECT_EQ(portsWith(nullptr), before);
+}
+
 TEST(DevicePath, StandsBehindThePrefix) {
     EXPECT_EQ(devicePath("COM3"), L"\\\\.\\COM3");
     EXPECT_EQ(devicePath("\\\\.\\COM12"), L"\\\\.\\COM12");
