@@ -6,6 +6,7 @@
 #include <array>
 
 #include "app/main_frame.h"
+#include "app/screenshot_states.h"
 #include "app/tessavo_view.h"
 #include "plot/chart/plot_dlg.h"
 
@@ -43,7 +44,11 @@ QString takeScreenshots(CMainFrame& frame, const QString& folder, const QString&
         }
     }
     frame.view().showPage(Page::outputEqualizer);
-    return saveWidget(frame.view().plot(), pathOf("plot"));
+    if (const QString problem = saveWidget(frame.view().plot(), pathOf("plot")); !problem.isEmpty()) {
+        return problem;
+    }
+    return takeStatePictures(
+        [&](QWidget& window, const char* name) { return saveWidget(window, pathOf(name)); });
 }
 
 }  // namespace tessavo

@@ -1,0 +1,186 @@
+#include "app/screenshot_states.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QMouseEvent>
+#include <QTemporaryDir>
+
+#include "app/comm_link.h"
+#include "app/main_frame.h"
+#include "app/page_factory.h"
+#include "app/skin_chart_host.h"
+#include "app/tessavo_view.h"
+#include "controls/bitmap_slider.h"
+
+namespace tessavo {
+
+namespace {
+
+// Controls of the output equalizer's page.
+constexpr int severalChannelsBox = 1077;
+constexpr std::array tickedChannels{1053, 1054, 1057};  // "Channel 1", "Channel 2", "Channel 5"
+constexpr int draggedSlider = 1028;                     // gain of band 5
+constexpr int dragPixels = -34;
+
+class AgreeingBoxes : public IMessageBox {
+ public:
+    BoxAnswer show(std::string_view, BoxIcon, BoxButtons) override { return BoxAnswer::ok; }
+};
+
+class NoDialogs : public IFileDialogs {
+ public:
+    std::optional<std::filesystem::path> askOpenPath(const FileFilter&) override { return {}; }
+    std::optional<std::filesystem::path> askSavePath(const FileFilter&) override { return {}; }
+};
+
+struct BandExample {
+    std::uint8_t off;
+    std::uint8_t type;
+    std::uint16_t frequencyHz;
+    float gainDb;
+    float q;
+};
+
+constexpr std::array<BandExample, bandCount> bandExamples{{{0, 1, 90, 3.5F, 0.7F},
+                                                           {0, 2, 170, -4.0F, 2.2F},
+                                                           {0, 2, 640, -2.5F, 1.4F},
+                                                           {0, 2, 1250, 1.5F, 1.0F},
+                                                           {0, 2, 3150, -5.5F, 3.6F},
+                                                           {1, 2, 6000, 0.0F, 1.0F},
+                                                           {0, 0, 9000, 2.5F, 0.7F},
+                                                           {1, 2, 16000, 0.0F, 1.0F}}};
+
+struct GroupExample {
+    float gainDb;
+    std::uint32_t gainGroup;
+    float delayMs;
+    std::uint32_t delayGroup;
+};
+
+/// By slider position.
+constexpr std::array<GroupExample, channelCount> groupExamples{{{1.5F, 0, 0.4F, 0},
+                                                                {1.5F, 0, 0.6F, 0},
+                                                                {-2.0F, 1, 1.2F, 1},
+                                                                {-1.0F, 1, 1.2F, 1},
+                                                                {3.0F, 2, 0.0F, 2},
+                                                                {3.0F, 2, 0.0F, 2},
+                                                                {0.0F, 3, 1.7F, 5},
+                                                                {4.5F, 4, 0.9F, 6}}};
+
+void fillExamples(TuningState& tuning) {
+    for (std::size_t band = 0; band < bandCount; ++band) {
+        const BandExample& example = bandExamples[band];
+        tuning.setBandOff(band, example.off);
+        tuning.setBandType(band, example.type);
+        tuning.setBandFrequency(band, example.frequencyHz, true);
+        tuning.setBandGainOrQ(band, BandValue::gain, example.gainDb, true);
+        tuning.setBandGainOrQ(band, BandValue::q, example.q, true);
+    }
+    tuning.setCrossoverFrequency(0, 80, true);
+    tuning.setCrossover(0, 0, 4, 1);
+    tuning.setVolume(2.5F, true);
+    constexpr std::array<std::uint8_t, channelCount> sources{1, 2, 4, 5, 1, 2, 3, 6};
+    for (std::size_t p = 0; p < channelCount; ++p) {
+        tuning.setRouterSource(recordChannelAt({static_cast<std::uint8_t>(p)}), sources[p]);
+        const RecordChannel channel{groupSliderMap[p]};
+        tuning.setGroupGain(channel, groupExamples[p].gainDb);
+        tuning.setGainGroup(channel, groupExamples[p].gainGroup);
+        tuning.setGroupDelay(channel, groupExamples[p].delayMs);
+        tuning.setDelayGroup(channel, groupExamples[p].delayGroup);
+    }
+}
+
+/// A window like the program's, with a state of its own that ends with it.
+class ExampleWindow {
+ public:
+    ExampleWindow()
+        : profile_(folder_.filePath(QStringLiteral("profile.ini"))),
+          tuning_(boxes_),
+          link_(tuning_, boxes_),
+          chartHost_(boxes_) {
+        tuning_.start();
+        fillExamples(tuning_);
+        frame_ = std::make_unique<CMainFrame>(
+            CMainFrame::Parts{tuning_, boxes_, dialogs_, profile_, link_, chartHost_,
+                              pageFactory({tuning_,
+                                           boxes_,
+                                           dialogs_,
+                                           profile_,
+                                           link_,
+                                           [] { return std::vector<std::string>(); },
+                                           {},
+                                           [this] { frame_->view().refreshPages(); }})});
+        frame_->setAttribute(Qt::WA_DontShowOnScreen);
+        frame_->setFixedSize(CMainFrame::clientWidth, CMainFrame::clientHeight);
+        frame_->show();
+    }
+    ~ExampleWindow() { link_.shutDown(); }
+    ExampleWindow(const ExampleWindow&) = delete;
+    ExampleWindow& operator=(const ExampleWindow&) = delete;
+
+    [[nodiscard]] CMainFrame& frame() { return *frame_; }
+
+    void showPage(Page page) {
+        frame_->view().showPage(page);
+        page_ = frame_->view().pages()[static_cast<std::size_t>(page)];
+    }
+    /// A control of the page that was shown last.
+    template <typename Control>
+    [[nodiscard]] Control& control(int id) {
+        return *page_->findChild<Control*>(QStringLiteral("id%1").arg(id));
+    }
+
+ private:
+    QTemporaryDir folder_;
+    Profile profile_;
+    AgreeingBoxes boxes_;
+    NoDialogs dialogs_;
+    TuningState tuning_;
+    CommLink link_;
+    SkinChartHost chartHost_;
+    std::unique_ptr<CMainFrame> frame_;
+    CTabDialog* page_ = nullptr;
+};
+
+void sendMouse(QWidget& target, QEvent::Type type, const QPointF& place) {
+    const bool release = type == QEvent::MouseButtonRelease;
+    QMouseEvent event(type, place, target.mapToGlobal(place),
+                      type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton,
+                      release ? Qt::NoButton : Qt::LeftButton, {});
+    QApplication::sendEvent(&target, &event);
+}
+
+}  // namespace
+
+QString takeStatePictures(const PictureTaker& take) {
+    ExampleWindow window;
+    window.showPage(Page::outputEqualizer);
+    if (const QString problem = take(window.frame(), "output_eq_single"); !problem.isEmpty()) {
+        return problem;
+    }
+
+    auto& slider = window.control<CBitmapSlider>(draggedSlider);
+    const QPointF thumb(slider.width() / 2.0,
+                        slider.track().pixelOf(slider.position(), slider.minimum(), slider.maximum()));
+    const QPointF target = thumb + QPointF(0, dragPixels);
+    sendMouse(slider, QEvent::MouseButtonPress, thumb);
+    sendMouse(slider, QEvent::MouseMove, target);
+    const QString problem = take(window.frame(), "output_eq_drag");
+    sendMouse(slider, QEvent::MouseButtonRelease, target);
+    if (!problem.isEmpty()) {
+        return problem;
+    }
+
+    window.control<QAbstractButton>(severalChannelsBox).click();
+    for (const int id : tickedChannels) {
+        window.control<QAbstractButton>(id).click();
+    }
+    if (const QString failed = take(window.frame(), "output_eq_multi"); !failed.isEmpty()) {
+        return failed;
+    }
+
+    window.showPage(Page::outputGroup);
+    return take(window.frame(), "output_group_linked");
+}
+
+}  // namespace tessavo
