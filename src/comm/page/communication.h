@@ -26,29 +26,29 @@ class TransferLine;
 
 /// Numbers of the communication page's controls.
 namespace comm_id {
-inline constexpr int saveGroup = 4001;
-inline constexpr int loadGroup = 4002;
-inline constexpr int softwareGroup = 4003;
-inline constexpr int interfaceGroup = 4004;
-inline constexpr int versionGroup = 4005;
-inline constexpr int logGroup = 4006;
-inline constexpr int firstSave = 4010;  ///< default set, then sets 1 to 5
-inline constexpr int firstLoad = 4020;  ///< default set, then sets 1 to 5
-inline constexpr int imagePath = 4030;
-inline constexpr int selectImage = 4031;
-inline constexpr int flashFile = 4032;
-inline constexpr int transferLine = 4033;
-inline constexpr int portList = 4040;
-inline constexpr int refresh = 4041;
-inline constexpr int hardwareVersion = 4050;
-inline constexpr int softwareVersion = 4051;
-inline constexpr int update = 4052;
-inline constexpr int log = 4060;
-inline constexpr int showStatus = 4061;
-inline constexpr int showErrors = 4062;
-inline constexpr int showSent = 4063;
-inline constexpr int showReceived = 4064;
-inline constexpr int clearLog = 4065;
+inline constexpr int saveGroup = 7001;
+inline constexpr int loadGroup = 7002;
+inline constexpr int softwareGroup = 7003;
+inline constexpr int interfaceGroup = 7004;
+inline constexpr int versionGroup = 7005;
+inline constexpr int logGroup = 7006;
+inline constexpr int firstSave = 7010;  ///< default set, then sets 1 to 5
+inline constexpr int firstLoad = 7020;  ///< default set, then sets 1 to 5
+inline constexpr int imagePath = 7030;
+inline constexpr int selectImage = 7031;
+inline constexpr int flashFile = 7032;
+inline constexpr int transferLine = 7033;
+inline constexpr int portList = 7040;
+inline constexpr int refresh = 7041;
+inline constexpr int hardwareVersion = 7050;
+inline constexpr int softwareVersion = 7051;
+inline constexpr int update = 7052;
+inline constexpr int log = 7060;
+inline constexpr int showStatus = 7061;
+inline constexpr int showErrors = 7062;
+inline constexpr int showSent = 7063;
+inline constexpr int showReceived = 7064;
+inline constexpr int clearLog = 7065;
 }  // namespace comm_id
 
 /// The "Communication" page: commands to the target, choice of the port, versions, software update, log.

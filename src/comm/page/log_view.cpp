@@ -5,7 +5,7 @@
 #include <QGuiApplication>
 #include <QMenu>
 #include <QPainter>
-#include <QStyledItemDelegate>
+#include <QScrollBar>
 #include <algorithm>
 
 #include "controls/control_id.h"
@@ -32,64 +32,124 @@ QRgb colorOf(const QVariant& kind) {
     return theme::text2;
 }
 
-class LogLine : public QStyledItemDelegate {
- public:
-    using QStyledItemDelegate::QStyledItemDelegate;
-
-    void paint(QPainter* painter, const QStyleOptionViewItem& option,
-               const QModelIndex& index) const override {
-        if ((option.state & QStyle::State_Selected) != 0) {
-            QColor tint = QColor::fromRgb(theme::level);
-            tint.setAlpha(selectionAlpha);
-            painter->fillRect(option.rect, tint);
-        }
-        painter->setFont(option.font);
-        painter->setPen(QColor::fromRgb(colorOf(index.data(LogModel::kindRole))));
-        painter->drawText(option.rect.adjusted(textLeft, 0, 0, 0), Qt::AlignVCenter | Qt::AlignLeft,
-                          index.data(Qt::DisplayRole).toString());
-    }
-    QSize sizeHint(const QStyleOptionViewItem& /*option*/, const QModelIndex& /*index*/) const override {
-        return {0, LogView::rowHeight};
-    }
-};
-
 }  // namespace
 
-LogView::LogView(int controlId, QWidget* parent) : QListView(parent) {
+LogView::LogView(int controlId, QWidget* parent) : QAbstractItemView(parent) {
     setControlId(*this, controlId);
     setAccessibleName(QStringLiteral("Communication Log"));
     setFont(theme::fixedFont(11));
-    // The ring is painted inside, so that the rows stay where they are.
-    const QString edge = QColor::fromRgb(theme::edge).name();
     setStyleSheet(
-        QStringLiteral("QListView, QListView:focus { border: 1px solid %1; border-radius: 4px; padding: 0; }")
-            .arg(edge));
-    setUniformItemSizes(true);
+        QStringLiteral("tessavo--LogView { background: %1; border: 1px solid %2; border-radius: 4px; }")
+            .arg(QColor::fromRgb(theme::sunk).name(), QColor::fromRgb(theme::edge).name()));
     setSelectionMode(QAbstractItemView::ExtendedSelection);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    setItemDelegate(new LogLine(this));
     setModel(&model_);
-    following_.setSingleShot(true);
-    connect(&following_, &QTimer::timeout, this, &LogView::followNewest);
 }
 
 void LogView::append(LogKind kind, const QString& text) {
     model_.append(kind, text);
-    if (!following_.isActive()) {
-        following_.start(0);
-    }
+    updateGeometries();
+    setCurrentIndex(model_.index(lineCount() - 1, 0));
+    verticalScrollBar()->setValue(verticalScrollBar()->maximum());
+    viewport()->update();
 }
 
 void LogView::clear() {
     model_.clear();
 }
 
-void LogView::followNewest() {
-    const QModelIndex newest = model_.index(model_.rowCount() - 1, 0);
-    if (newest.isValid()) {
-        setCurrentIndex(newest);
-        scrollToBottom();
+int LogView::rowsInView() const {
+    return std::max(1, viewport()->height() / rowHeight);
+}
+
+int LogView::verticalOffset() const {
+    return verticalScrollBar()->value() * rowHeight;
+}
+
+QRect LogView::visualRect(const QModelIndex& index) const {
+    return {0, index.row() * rowHeight - verticalOffset(), viewport()->width(), rowHeight};
+}
+
+void LogView::scrollTo(const QModelIndex& index, ScrollHint /*hint*/) {
+    QScrollBar* bar = verticalScrollBar();
+    bar->setValue(std::clamp(bar->value(), index.row() - rowsInView() + 1, index.row()));
+}
+
+QModelIndex LogView::indexAt(const QPoint& point) const {
+    return model_.index((point.y() + verticalOffset()) / rowHeight, 0);
+}
+
+QModelIndex LogView::moveCursor(CursorAction action, Qt::KeyboardModifiers /*modifiers*/) {
+    const int last = lineCount() - 1;
+    int row = currentIndex().row();
+    switch (action) {
+        case MoveUp:
+        case MovePrevious:
+            --row;
+            break;
+        case MoveDown:
+        case MoveNext:
+            ++row;
+            break;
+        case MovePageUp:
+            row -= rowsInView();
+            break;
+        case MovePageDown:
+            row += rowsInView();
+            break;
+        case MoveHome:
+            row = 0;
+            break;
+        case MoveEnd:
+            row = last;
+            break;
+        case MoveLeft:
+        case MoveRight:
+            break;
     }
+    return last < 0 ? QModelIndex() : model_.index(std::clamp(row, 0, last), 0);
+}
+
+void LogView::setSelection(const QRect& rect, QItemSelectionModel::SelectionFlags command) {
+    const int last = lineCount() - 1;
+    const auto rowAt = [&](int y) {
+        return std::clamp((y + verticalOffset()) / rowHeight, 0, std::max(0, last));
+    };
+    QItemSelection rows;
+    if (last >= 0) {
+        rows.select(model_.index(rowAt(rect.top()), 0), model_.index(rowAt(rect.bottom()), 0));
+    }
+    selectionModel()->select(rows, command);
+}
+
+QRegion LogView::visualRegionForSelection(const QItemSelection& selection) const {
+    QRegion region;
+    for (const QItemSelectionRange& range : selection) {
+        region += visualRect(range.topLeft()) | visualRect(range.bottomRight());
+    }
+    return region;
+}
+
+void LogView::updateGeometries() {
+    verticalScrollBar()->setRange(0, std::max(0, lineCount() - rowsInView()));
+    verticalScrollBar()->setPageStep(rowsInView());
+    verticalScrollBar()->setSingleStep(1);
+    QAbstractItemView::updateGeometries();
+}
+
+void LogView::resizeEvent(QResizeEvent* event) {
+    QAbstractItemView::resizeEvent(event);
+    updateGeometries();
+}
+
+void LogView::showEvent(QShowEvent* event) {
+    QAbstractItemView::showEvent(event);
+    updateGeometries();
+    scrollTo(currentIndex());
+}
+
+void LogView::scrollContentsBy(int /*dx*/, int /*dy*/) {
+    viewport()->update();
 }
 
 QString LogView::allText() const {
@@ -134,15 +194,29 @@ void LogView::keyPressEvent(QKeyEvent* event) {
         event->accept();
         return;
     }
-    QListView::keyPressEvent(event);
+    QAbstractItemView::keyPressEvent(event);
 }
 
 void LogView::paintEvent(QPaintEvent* event) {
-    QListView::paintEvent(event);
+    QPainter painter(viewport());
+    QColor tint = QColor::fromRgb(theme::level);
+    tint.setAlpha(selectionAlpha);
+    painter.setFont(font());
+    const int first = (event->rect().top() + verticalOffset()) / rowHeight;
+    const int last = std::min((event->rect().bottom() + verticalOffset()) / rowHeight, lineCount() - 1);
+    for (int row = first; row <= last; ++row) {
+        const QModelIndex index = model_.index(row, 0);
+        const QRect place = visualRect(index);
+        if (selectionModel()->isSelected(index)) {
+            painter.fillRect(place, tint);
+        }
+        painter.setPen(QColor::fromRgb(colorOf(index.data(LogModel::kindRole))));
+        painter.drawText(place.adjusted(textLeft, 0, 0, 0), Qt::AlignVCenter | Qt::AlignLeft, line(row));
+    }
     if (hasFocus()) {
-        QPainter painter(viewport());
-        painter.setPen(QPen(QColor::fromRgb(theme::focus), 1));
-        painter.drawRect(QRectF(viewport()->rect()).adjusted(0.5, 0.5, -0.5, -0.5));
+        // Inside, so that the rows stay where they are.
+        painter.setPen(QPen(QColor::fromRgb(theme::focus), 2));
+        painter.drawRect(viewport()->rect().adjusted(1, 1, -1, -1));
     }
 }
 

@@ -1,15 +1,14 @@
 #pragma once
 
-#include <QListView>
-#include <QTimer>
+#include <QAbstractItemView>
 
 #include "comm/page/log_model.h"
 
 namespace tessavo {
 
 /// The communication log on the page: eighteen rows, coloured by kind. The newest line is selected and in
-/// view; many lines between two paints cost no more than one.
-class LogView : public QListView {
+/// view. All rows are equally high, so a line costs the same however many there are.
+class LogView : public QAbstractItemView {
     Q_OBJECT
 
  public:
@@ -26,20 +25,33 @@ class LogView : public QListView {
     [[nodiscard]] QString allText() const;
     [[nodiscard]] QString selectedText() const;
 
+    [[nodiscard]] QRect visualRect(const QModelIndex& index) const override;
+    void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
+    [[nodiscard]] QModelIndex indexAt(const QPoint& point) const override;
+
  signals:
     /// The context menu's item of that name was chosen.
     void saveAsked();
 
  protected:
+    QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
+    [[nodiscard]] int horizontalOffset() const override { return 0; }
+    [[nodiscard]] int verticalOffset() const override;
+    [[nodiscard]] bool isIndexHidden(const QModelIndex& /*index*/) const override { return false; }
+    void setSelection(const QRect& rect, QItemSelectionModel::SelectionFlags command) override;
+    [[nodiscard]] QRegion visualRegionForSelection(const QItemSelection& selection) const override;
+    void updateGeometries() override;
     void contextMenuEvent(QContextMenuEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void scrollContentsBy(int dx, int dy) override;
+    void showEvent(QShowEvent* event) override;
 
  private:
-    void followNewest();
+    [[nodiscard]] int rowsInView() const;
 
     LogModel model_;
-    QTimer following_;
 };
 
 }  // namespace tessavo

@@ -1,0 +1,142 @@
+#include "app/target_follower.h"
+
+#include <gtest/gtest.h>
+
+// What the first pane says, event by event.
+
+namespace tessavo::testing {
+namespace {
+
+using Activity = ForegroundTransfers::Activity;
+using Light = TargetStatus::Light;
+using State = LiveWorker::State;
+
+constexpr auto pending = true;
+
+class Follower : public ::testing::Test {
+ protected:
+    struct Told {
+        Light light;
+        std::string words;
+        friend bool operator==(const Told&, const Told&) = default;
+        friend void PrintTo(const Told& told, std::ostream* out) {
+            *out << static_cast<int>(told.light) << " \"" << told.words << '"';
+        }
+    };
+    Told live(bool updatePending = false, bool asItStands = false) const {
+        return told({.liveMode = true, .updatePending = updatePending, .confirmedAsItStands = asItStands});
+    }
+    Told off(bool updatePending = false) const { return told({.updatePending = updatePending}); }
+    Told told(const TargetFollower::Now& now) const {
+        const TargetStatus status = follower.status(now);
+        EXPECT_EQ(status.liveMode, now.liveMode);
+        return {status.light, status.state.toStdString()};
+    }
+    static QTime at(int second) { return {14, 32, second}; }
+
+    TargetFollower follower;
+};
+
+TEST_F(Follower, StartsWithNothingToTell) {
+    EXPECT_EQ(off(), (Told{Light::off, ""}));
+    EXPECT_EQ(off(pending), (Told{Light::off, ""})) << "without Live Mode no edit waits";
+    follower.setPort(QStringLiteral("COM3"));
+    EXPECT_EQ(follower.status({}).port, QStringLiteral("COM3"));
+}
+
+TEST_F(Follower, AnEditWaitsIsSentAndConfirmed) {
+    follower.liveModeChanged(true);
+    EXPECT_EQ(live(pending), (Told{Light::sending, "waiting"}));
+    follower.workerState(State::sending, at(1));
+    EXPECT_EQ(live(), (Told{Light::sending, "sending"}));
+    EXPECT_EQ(live(pending), (Told{Light::sending, "sending"})) << "another edit meanwhile";
+    follower.exchangeEnded(ExchangeEnd::answered, at(2));
+    EXPECT_EQ(live(), (Told{Light::sending, "sending"})) << "until its confirmation is read";
+    follower.exchangeEnded(ExchangeEnd::answered, at(3));
+    follower.workerState(State::confirmed, at(7));
+    EXPECT_EQ(live(false, true), (Told{Light::confirmed, "confirmed 14:32:07"}));
+    EXPECT_EQ(live(pending, true), (Told{Light::sending, "waiting"})) << "the next edit ends it at once";
+    EXPECT_EQ(live(false, false), (Told{Light::sending, "not sent"})) << "so does a drag";
+}
+
+TEST_F(Follower, AWrongSetStaysUntilALiveTransferSucceeds) {
+    follower.workerState(State::sending, at(1));
+    follower.exchangeEnded(ExchangeEnd::answered, at(2));
+    follower.workerState(State::wrongSet, at(3));
+    EXPECT_EQ(live(), (Told{Light::trouble, "wrong set 14:32:03"}));
+    follower.exchangeEnded(ExchangeEnd::answered, at(4));
+    EXPECT_EQ(live(), (Told{Light::trouble, "wrong set 14:32:03"})) << "a poll says nothing about the set";
+    EXPECT_EQ(live(pending), (Told{Light::sending, "waiting"}));
+    follower.workerState(State::sending, at(5));
+    EXPECT_EQ(live(), (Told{Light::sending, "sending"}));
+    follower.workerState(State::confirmed, at(6));
+    EXPECT_EQ(live(false, true), (Told{Light::confirmed, "confirmed 14:32:06"}));
+}
+
+TEST_F(Follower, SilenceIsToldAsSoonAsItIsKnown) {
+    follower.workerState(State::sending, at(1));
+    follower.exchangeEnded(ExchangeEnd::noAnswer, at(2));
+    EXPECT_EQ(live(), (Told{Light::trouble, "no answer 14:32:02"}));
+    follower.workerState(State::noAnswer, at(9));
+    EXPECT_EQ(live(), (Told{Light::trouble, "no answer 14:32:09"}));
+    follower.exchangeEnded(ExchangeEnd::answered, at(10));
+    EXPECT_EQ(live(), (Told{Light::sending, "not sent"})) << "it answers again, but the edit is lost";
+}
+
+TEST_F(Follower, APortThatDoesNotOpenIsToldAsSuch) {
+    follower.workerState(State::sending, at(1));
+    follower.exchangeEnded(ExchangeEnd::portNotOpened, at(2));
+    EXPECT_EQ(live(), (Told{Light::trouble, "port not opened 14:32:02"})) << "while its box is still open";
+    follower.exchangeEnded(ExchangeEnd::portNotOpened, at(4));
+    follower.workerState(State::noAnswer, at(5));
+    EXPECT_EQ(live(), (Told{Light::trouble, "port not opened 14:32:04"}));
+}
+
+TEST_F(Follower, CommandsTellWhatTheyDo) {
+    follower.commandStarted(Activity::reading);
+    EXPECT_EQ(off(), (Told{Light::sending, "reading"}));
+    follower.exchangeEnded(ExchangeEnd::answered, at(3));
+    follower.commandEnded();
+    EXPECT_EQ(off(), (Told{Light::off, "last answer 14:32:03"}));
+    follower.commandStarted(Activity::sendingSoftware);
+    EXPECT_EQ(off(), (Told{Light::sending, "sending image"}));
+    follower.blockSent(37, 512);
+    EXPECT_EQ(off(), (Told{Light::sending, "sending image, block 37 of 512"}));
+    EXPECT_EQ(live(pending), (Told{Light::sending, "sending image, block 37 of 512"}));
+    follower.exchangeEnded(ExchangeEnd::noAnswer, at(8));
+    follower.commandEnded();
+    EXPECT_EQ(off(), (Told{Light::trouble, "no answer 14:32:08"}));
+    follower.commandStarted(Activity::sending);
+    EXPECT_EQ(off(), (Told{Light::sending, "sending"}));
+    follower.exchangeEnded(ExchangeEnd::answered, at(9));
+    follower.commandEnded();
+    EXPECT_EQ(off(), (Told{Light::off, "last answer 14:32:09"}));
+    follower.commandStarted(Activity::sendingSoftware);
+    EXPECT_EQ(off(), (Told{Light::sending, "sending image"})) << "blocks of the image before are forgotten";
+}
+
+TEST_F(Follower, ALineInUseByAnotherExchangeIsNoTrouble) {
+    follower.exchangeEnded(ExchangeEnd::answered, at(3));
+    follower.exchangeEnded(ExchangeEnd::lineBusy, at(5));
+    EXPECT_EQ(off(), (Told{Light::off, "last answer 14:32:03"}));
+}
+
+TEST_F(Follower, SwitchingLiveModeOffEndsTheTalkOfSets) {
+    follower.workerState(State::wrongSet, at(3));
+    follower.liveModeChanged(false);
+    EXPECT_EQ(off(), (Told{Light::off, ""}));
+    follower.exchangeEnded(ExchangeEnd::noAnswer, at(4));
+    follower.liveModeChanged(true);
+    EXPECT_EQ(live(), (Told{Light::trouble, "no answer 14:32:04"})) << "silence is no matter of sets";
+}
+
+TEST_F(Follower, ATransferUnderWayWhenLiveModeEndsIsFollowedToItsEnd) {
+    follower.workerState(State::sending, at(1));
+    follower.liveModeChanged(false);
+    EXPECT_EQ(off(), (Told{Light::sending, "sending"}));
+    follower.workerState(State::confirmed, at(2));
+    EXPECT_EQ(off(), (Told{Light::off, "last answer 14:32:02"}));
+}
+
+}  // namespace
+}  // namespace tessavo::testing

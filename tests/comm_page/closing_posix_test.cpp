@@ -1,0 +1,112 @@
+#include <QElapsedTimer>
+#include <QTimer>
+#include <vector>
+
+#include "comm_page/line_bench_posix.h"
+
+// Closing the window while the line is in use.
+
+namespace tessavo::testing {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+class ClosingOnALine : public OnALine {
+ protected:
+    /// Starts a command and asks the window to close once its exchange runs.
+    void closeDuring(int command) {
+        QTimer timer;
+        QObject::connect(&timer, &QTimer::timeout, frame.get(), [&] {
+            if (log().lineCount() >= 3) {
+                timer.stop();
+                closed_ = frame->close();
+                sinceClose_.start();
+            }
+        });
+        timer.start(1);
+        click(command);
+        commandTook_ = sinceClose_.elapsed();
+    }
+    void chooseImage(std::size_t size) {
+        writeFile(folder / "software.bin", std::vector<std::uint8_t>(size, 0x5A));
+        dialogs.answer = folder / "software.bin";
+        click(comm_id::selectImage);
+    }
+
+    const std::string exchangeQuestion =
+        "An exchange with the target is still running.\r\n Do you want to wait until it ends?";
+    const std::string softwareQuestion =
+        "The software image is still being sent!\r\n"
+        " If you close now, the target may be left without software.\r\n"
+        " Do you want to wait until it is sent?";
+    const std::string saveQuestion = "The current settings will be lost!\r\n Do you want to save settings?";
+
+    bool closed_ = false;
+    QElapsedTimer sinceClose_;
+    qint64 commandTook_ = 0;
+};
+
+TEST_F(ClosingOnALine, AsksAndWaitsOnYes) {
+    startTarget({"late=500"});
+    answers = {BoxAnswer::yes};
+    closeDuring(comm_id::update);
+    EXPECT_THAT(shownTexts(), ElementsAre(exchangeQuestion));
+    EXPECT_FALSE(closed_);
+    EXPECT_TRUE(frame->isVisible());
+    EXPECT_EQ(log().line(log().lineCount() - 1), QStringLiteral("ST-->    Disconnected from Target"))
+        << "the exchange went on to its end";
+}
+
+TEST_F(ClosingOnALine, ABoxClosedWithoutAnAnswerWaitsToo) {
+    startTarget({"late=300"});
+    closeDuring(comm_id::update);
+    EXPECT_THAT(shownTexts(), ElementsAre(exchangeQuestion));
+    EXPECT_TRUE(frame->isVisible());
+}
+
+TEST_F(ClosingOnALine, StaysWhenTheSecondQuestionIsCancelledAndTheExchangeGoesOn) {
+    startTarget({"late=500"});
+    answers = {BoxAnswer::no, BoxAnswer::cancel};
+    closeDuring(comm_id::update);
+    EXPECT_THAT(shownTexts(), ElementsAre(exchangeQuestion, saveQuestion));
+    EXPECT_TRUE(frame->isVisible());
+    EXPECT_EQ(log().line(log().lineCount() - 1), QStringLiteral("ST-->    Disconnected from Target"));
+}
+
+TEST_F(ClosingOnALine, EndsASilentExchangeAtOnceOnNo) {
+    startTarget({"silence=1"});
+    answers = {BoxAnswer::no, BoxAnswer::no};
+    closeDuring(comm_id::update);
+    EXPECT_LT(commandTook_, 1000) << "not the whole time-out";
+    ASSERT_TRUE(passEventsUntil([&] { return !frame->isVisible(); }));
+    EXPECT_THAT(shownTexts(), ElementsAre(exchangeQuestion, saveQuestion));
+}
+
+TEST_F(ClosingOnALine, SaysDuringAFlashWhatTheTargetMayBeLeftWithout) {
+    startTarget();
+    chooseImage(200 * 1024);
+    answers = {BoxAnswer::no, BoxAnswer::no};
+    closeDuring(comm_id::flashFile);
+    EXPECT_LT(commandTook_, 1000);
+    ASSERT_TRUE(passEventsUntil([&] { return !frame->isVisible(); }));
+    EXPECT_THAT(shownTexts(), ElementsAre(softwareQuestion, saveQuestion));
+    EXPECT_THAT(target->memory().software, IsEmpty()) << "a half image is not taken";
+}
+
+TEST_F(ClosingOnALine, AsksForALiveTransferToo) {
+    startTarget();
+    toggleLiveMode();
+    ASSERT_TRUE(passEventsUntil([&] { return words() == "sending"; }));
+    answers = {BoxAnswer::yes};
+    EXPECT_FALSE(frame->close());
+    EXPECT_THAT(shownTexts(), ElementsAre(exchangeQuestion));
+    ASSERT_TRUE(becomesConfirmed());
+    answers = {BoxAnswer::no};
+    EXPECT_TRUE(frame->close());
+    EXPECT_EQ(shownTexts().back(), saveQuestion);
+    EXPECT_EQ(shown.size(), 2U) << "an idle line asks nothing";
+}
+
+}  // namespace
+}  // namespace tessavo::testing

@@ -1,0 +1,97 @@
+#pragma once
+
+#include <QTest>
+#include <cstring>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "app/frame_fixture.h"
+#include "app/page_factory.h"
+#include "app/status_line.h"
+#include "comm/page/communication.h"
+#include "comm/page/log_view.h"
+#include "comm_page/page_bench.h"
+#include "pages/output/clip_detect_dlg.h"
+#include "target/pty_target.h"
+#include "target/run_folder.h"
+
+namespace tessavo::testing {
+
+/// The whole frame with its real pages and its worker, on a pseudo-terminal to a simulated target.
+class OnALine : public FrameTest {
+ protected:
+    ~OnALine() override {
+        boxes.stopAnswering();
+        link.shutDown();
+        frame.reset();
+    }
+
+    /// Starts a target with these faults and, the first time, the frame with its pages and the worker.
+    void startTarget(const std::vector<std::string>& faults = {}) {
+        PtyTarget::Options options;
+        for (const std::string& fault : faults) {
+            ASSERT_EQ(addFault(options.faults, fault), "");
+        }
+        const TargetMemory kept = target ? target->memory() : TargetMemory::holding(factoryImage());
+        if (target) {
+            target->stop();
+        }
+        target = std::make_unique<PtyTarget>(kept, std::move(options));
+        ASSERT_EQ(target->start(), "");
+        if (!started_) {
+            started_ = true;
+            makeFrame(pageFactory({tuning,
+                                   boxes,
+                                   dialogs,
+                                   *profile,
+                                   link,
+                                   [this] { return std::vector<std::string>{target->portName()}; },
+                                   {},
+                                   [this] { frame->view().refreshPages(); }}));
+            ASSERT_EQ(view().pages().size(), pageCount);
+            ASSERT_TRUE(link.startWorker());
+        } else {
+            click(comm_id::refresh);
+        }
+    }
+
+    /// Clicks a button of the communication page, or the switch of the other one, with its page in front.
+    /// Numbers are those of one page only; another page may have the same.
+    void click(int id) {
+        const Page page = id == clip_id::onOff ? Page::clipDetection : Page::communication;
+        view().showPage(page);
+        auto* clicked = view().pages()[static_cast<std::size_t>(page)]->findChild<CxSkinButton*>(
+            QStringLiteral("id%1").arg(id));
+        ASSERT_NE(clicked, nullptr);
+        ASSERT_TRUE(clicked->isVisible());
+        QTest::mouseClick(clicked, Qt::LeftButton);
+    }
+    void toggleLiveMode() { QTest::mouseClick(&eqMode(), Qt::LeftButton); }
+    [[nodiscard]] std::string sentence() const { return frame->statusLine().paneText(0).toStdString(); }
+    [[nodiscard]] std::string words() const { return frame->statusLine().target().state.toStdString(); }
+    [[nodiscard]] TargetStatus::Light light() const { return frame->statusLine().target().light; }
+    bool becomesConfirmed() {
+        return passEventsUntil([this] { return light() == TargetStatus::Light::confirmed; });
+    }
+    [[nodiscard]] bool targetHoldsTheImage() const {
+        const ImageBytes live = target->memory().live;
+        return std::memcmp(live.data(), &tuning.image(), live.size()) == 0;
+    }
+    LogView& log() { return control<LogView>(comm_id::log); }
+    [[nodiscard]] std::vector<std::string> shownTexts() const {
+        std::vector<std::string> texts;
+        for (const ShownBox& box : shown) {
+            texts.push_back(box.text);
+        }
+        return texts;
+    }
+
+    test::OwnRunFolder runFolder;
+    std::unique_ptr<PtyTarget> target;
+
+ private:
+    bool started_ = false;
+};
+
+}  // namespace tessavo::testing

@@ -1,0 +1,198 @@
+#include <QApplication>
+#include <QClipboard>
+#include <QElapsedTimer>
+#include <QMenu>
+#include <QTest>
+#include <QTimer>
+#include <thread>
+
+#include "comm_page/page_bench.h"
+#include "controls/synthetic_events.h"
+
+namespace tessavo::testing {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+class Log : public PageBench {
+ protected:
+    void add(LogKind kind, const char* text) { page->Log(kind, QString::fromLatin1(text)); }
+    /// Opens the context menu and chooses an item.
+    void chooseItem(const QString& item) {
+        QTimer::singleShot(0, &window, [&] {
+            auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+            ASSERT_NE(menu, nullptr);
+            for (QAction* action : menu->actions()) {
+                if (action->text() == item) {
+                    QTest::mouseClick(menu, Qt::LeftButton, {}, menu->actionGeometry(action).center());
+                    return;
+                }
+            }
+            menu->close();
+            ADD_FAILURE() << "no item " << item.toStdString();
+        });
+        QContextMenuEvent event(QContextMenuEvent::Mouse, {20, 20}, log().mapToGlobal(QPoint(20, 20)));
+        QApplication::sendEvent(log().viewport(), &event);
+    }
+};
+
+TEST_F(Log, EachKindHasItsPrefix) {
+    add(LogKind::tx, "a");
+    add(LogKind::rx, "b");
+    add(LogKind::status, "c");
+    add(LogKind::error, "d");
+    EXPECT_THAT(logLines(), ElementsAre("TX-->    a", "RX-->    b", "ST-->    c", "ERR-->   d"));
+}
+
+TEST_F(Log, AFilterThatIsOffLeavesAnEmptyLine) {
+    const std::pair<int, LogKind> filters[]{{comm_id::showSent, LogKind::tx},
+                                            {comm_id::showReceived, LogKind::rx},
+                                            {comm_id::showStatus, LogKind::status},
+                                            {comm_id::showErrors, LogKind::error}};
+    for (const auto& [id, kind] : filters) {
+        click(button(comm_id::clearLog));
+        click(filter(id));
+        for (const LogKind each : {LogKind::tx, LogKind::rx, LogKind::status, LogKind::error}) {
+            add(each, "text");
+        }
+        const LogLines lines = logLines();
+        ASSERT_EQ(lines.size(), 4U);
+        for (std::size_t i = 0; i < lines.size(); ++i) {
+            EXPECT_EQ(lines[i].empty(), i == static_cast<std::size_t>(kind)) << i;
+        }
+        click(filter(id));
+    }
+}
+
+TEST_F(Log, AReceiveWithoutItsReceivedLinesLeavesThemEmpty) {
+    click(filter(comm_id::showReceived));
+    click(button(comm_id::update));
+    EXPECT_THAT(logLines(),
+                ElementsAre("ST-->    Prepare XModem2k Message", "ST-->    Connecting to Target", "",
+                            "ST-->    Connected to Target", "TX-->    Send XModem Message", "",
+                            "ST-->    Answer received", "", "", "ST-->    Disconnect from Target",
+                            "TX-->    Send Disconnect Command", "", "ST-->    Disconnected from Target"));
+}
+
+TEST_F(Log, AFilterChangesOnlyLinesToCome) {
+    add(LogKind::rx, "before");
+    click(filter(comm_id::showReceived));
+    add(LogKind::rx, "after");
+    click(filter(comm_id::showReceived));
+    EXPECT_THAT(logLines(), ElementsAre("RX-->    before", ""));
+}
+
+TEST_F(Log, AKindBeyondTheFourAddsNothing) {
+    add(static_cast<LogKind>(4), "nobody");
+    EXPECT_EQ(log().lineCount(), 0);
+}
+
+TEST_F(Log, TheNewestLineIsSelectedAndInView) {
+    for (int i = 0; i < 100; ++i) {
+        add(LogKind::status, "line");
+    }
+    ASSERT_TRUE(passEventsUntil([&] { return log().currentIndex().row() == 99; }));
+    EXPECT_TRUE(log().selectionModel()->isSelected(log().currentIndex()));
+    const QRect newest = log().visualRect(log().currentIndex());
+    EXPECT_TRUE(log().viewport()->rect().contains(newest));
+    EXPECT_EQ(newest.height(), 18);
+    EXPECT_EQ(log().indexAt({5, 0}).row(), 82) << "eighteen whole rows are in view";
+    EXPECT_EQ(log().visualRect(log().indexAt({5, 0})).top(), 0);
+}
+
+TEST_F(Log, ClearEmptiesIt) {
+    add(LogKind::status, "line");
+    click(button(comm_id::clearLog));
+    EXPECT_EQ(log().lineCount(), 0);
+    add(LogKind::status, "next");
+    EXPECT_THAT(logLines(), ElementsAre("ST-->    next"));
+}
+
+TEST_F(Log, LinesOfOtherThreadsKeepTheirOrder) {
+    std::thread other([&] {
+        for (int i = 0; i < 1000; ++i) {
+            page->Log(LogKind::tx, QString::number(i));
+        }
+    });
+    ASSERT_TRUE(passEventsUntil([&] { return log().lineCount() == 1000; }));
+    other.join();
+    for (int i = 0; i < 1000; ++i) {
+        ASSERT_EQ(log().line(i), QStringLiteral("TX-->    %1").arg(i));
+    }
+}
+
+TEST_F(Log, HoldsAHundredThousandLinesAndThenForgetsTheOldest) {
+    QElapsedTimer timer;
+    timer.start();
+    for (int i = 0; i < LogModel::lineLimit + 5; ++i) {
+        page->Log(LogKind::status, QString::number(i));
+    }
+    EXPECT_EQ(log().lineCount(), 100000);
+    EXPECT_EQ(log().line(0), QStringLiteral("ST-->    5"));
+    EXPECT_EQ(log().line(99999), QStringLiteral("ST-->    100004"));
+    EXPECT_EQ(log().currentIndex().row(), 99999);
+    ASSERT_TRUE(letLoopRun());
+    // One more line at a time, each drawn: what a transfer does on a full log.
+    constexpr int more = 100;
+    timer.restart();
+    for (int i = 0; i < more; ++i) {
+        page->Log(LogKind::status, QStringLiteral("more"));
+        QApplication::processEvents();
+    }
+    const auto onFull = timer.nsecsElapsed();
+    RecordProperty("microseconds_per_line_on_a_full_log", static_cast<int>(onFull / 1000 / more));
+    click(button(comm_id::clearLog));
+    ASSERT_TRUE(letLoopRun());
+    timer.restart();
+    for (int i = 0; i < more; ++i) {
+        page->Log(LogKind::status, QStringLiteral("more"));
+        QApplication::processEvents();
+    }
+    RecordProperty("microseconds_per_line_on_a_short_log",
+                   static_cast<int>(timer.nsecsElapsed() / 1000 / more));
+    EXPECT_LT(onFull, 4 * timer.nsecsElapsed()) << "a full log is no slower than a short one";
+}
+
+TEST_F(Log, CopiesSelectedLinesOrAll) {
+    add(LogKind::tx, "one");
+    add(LogKind::rx, "two");
+    add(LogKind::error, "three");
+    ASSERT_TRUE(passEventsUntil([&] { return log().currentIndex().row() == 2; }));
+    chooseItem(QStringLiteral("Copy Whole Log"));
+    EXPECT_EQ(QApplication::clipboard()->text(),
+              QStringLiteral("TX-->    one\nRX-->    two\nERR-->   three\n"));
+    chooseItem(QStringLiteral("Copy Selected Lines"));
+    EXPECT_EQ(QApplication::clipboard()->text(), QStringLiteral("ERR-->   three\n"));
+    QTest::mouseClick(log().viewport(), Qt::LeftButton, {}, {30, 9});
+    QTest::mouseClick(log().viewport(), Qt::LeftButton, Qt::ShiftModifier, {30, 27});
+    QTest::keyClick(&log(), Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(QApplication::clipboard()->text(), QStringLiteral("TX-->    one\nRX-->    two\n"));
+}
+
+TEST_F(Log, IsSavedAsAText) {
+    add(LogKind::tx, "one");
+    click(filter(comm_id::showReceived));
+    add(LogKind::rx, "two");
+    add(LogKind::error, "three");
+    dialogs.answer = folder / "log.txt";
+    chooseItem(QStringLiteral("Save As Text File..."));
+    ASSERT_EQ(dialogs.asked.size(), 1U);
+    EXPECT_TRUE(dialogs.asked[0].save);
+    EXPECT_EQ(dialogs.asked[0].extension, "txt");
+    const auto bytes = readFile(folder / "log.txt");
+    EXPECT_EQ(std::string(bytes.begin(), bytes.end()), "TX-->    one\n\nERR-->   three\n");
+    EXPECT_THAT(shown, IsEmpty());
+}
+
+TEST_F(Log, TellsThatItCouldNotBeSavedAndDoesNothingWhenCancelled) {
+    add(LogKind::tx, "one");
+    chooseItem(QStringLiteral("Save As Text File..."));
+    EXPECT_THAT(shown, IsEmpty());
+    dialogs.answer = folder / "missing" / "log.txt";
+    chooseItem(QStringLiteral("Save As Text File..."));
+    EXPECT_THAT(shown, ElementsAre("The log could not be saved."));
+}
+
+}  // namespace
+}  // namespace tessavo::testing

@@ -1,0 +1,147 @@
+#include "comm_page/page_bench.h"
+
+#include <QTest>
+#include <cstring>
+
+namespace tessavo::testing {
+
+namespace {
+
+/// A device's port that may refuse to open.
+class RefusingPort final : public CSerial {
+ public:
+    std::uint32_t Open(const std::wstring& /*deviceName*/, std::uint32_t /*inQueue*/,
+                       std::uint32_t /*outQueue*/, bool /*overlapped*/) override {
+        return serial_result::fileNotFound;
+    }
+};
+
+}  // namespace
+
+bool passEventsUntil(const std::function<bool()>& condition) {
+    return QTest::qWaitFor(condition, 30000);
+}
+
+PageBench::PageBench()
+    : boxes([this](const QString& text, BoxIcon, BoxButtons buttons) {
+          shown.push_back(text.toStdString());
+          return answerWhenClosed(buttons);
+      }) {
+    window.resize(984, 596);
+    plugIn({});
+    window.show();
+    window.activateWindow();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&window));
+}
+
+PageBench::~PageBench() {
+    delete page;
+}
+
+void PageBench::plugIn(const std::vector<std::string>& faults) {
+    FaultPlan plan;
+    for (const std::string& fault : faults) {
+        EXPECT_EQ(addFault(plan, fault), "");
+    }
+    const TargetMemory kept = device ? device->memory() : TargetMemory::holding(factoryImage());
+    delete page;
+    page = nullptr;
+    transfers.reset();
+    engine.reset();
+    device = std::make_unique<TargetDevice>(kept, TargetDevice::Options{.faults = std::move(plan)});
+    port = std::make_unique<test::DevicePort>(*device, clock);
+    static RefusingPort refusing;
+    engine = std::make_unique<TransferEngine>(TransferEngine::Outside{
+        .port = portOpens ? static_cast<CSerial&>(*port) : refusing,
+        .clock = clock,
+        .log = *this,
+        .boxes = boxes,
+        .lock = lock,
+        .portName = [this] { return page->portName(); },
+        .progress = [this](std::size_t done, std::size_t all) { page->blockSent(done, all, clock.now()); }});
+    transfers = std::make_unique<ForegroundTransfers>(*engine);
+    makePage();
+}
+
+void PageBench::makePage() {
+    delete page;
+    page =
+        new CCommunication({.tuning = tuning.state,
+                            .transfers = *transfers,
+                            .boxes = boxes,
+                            .dialogs = dialogs,
+                            .listPorts = [this] { return portsThere; },
+                            .usePort = [this](const std::string& name) { used.push_back(name); },
+                            .rememberPort = [this](const std::string& name) { remembered.push_back(name); },
+                            .refreshPages = [this] { ++refreshes; },
+                            .lastPort = lastPort},
+                           &window);
+    page->resize(984, 596);
+    page->show();
+}
+
+void PageBench::log(LogKind kind, std::string_view text) {
+    page->Log(kind, QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())));
+}
+
+void PageBench::click(QWidget& target) {
+    QTest::mouseClick(&target, Qt::LeftButton);
+}
+
+void PageBench::choosePort(int index) {
+    ports().setFocus();
+    QTest::keyClick(&ports(), Qt::Key_Home);
+    for (int i = 0; i < index; ++i) {
+        QTest::keyClick(&ports(), Qt::Key_Down);
+    }
+    ASSERT_EQ(ports().currentIndex(), index);
+}
+
+void PageBench::goLive() {
+    tuning.state.setLiveMode(true);
+    LiveWorker worker(tuning.state, *engine, clock, boxes);
+    worker.step();
+}
+
+LogLines PageBench::logLines() {
+    LogLines lines;
+    for (int row = 0; row < log().lineCount(); ++row) {
+        lines.push_back(log().line(row).toStdString());
+    }
+    return lines;
+}
+
+LogLines PageBench::opened(const std::string& preparation) {
+    return {"ST-->    " + preparation, "ST-->    Connecting to Target", "RX-->    Wait for REQ",
+            "ST-->    Connected to Target"};
+}
+
+LogLines PageBench::disconnected() {
+    return {"ST-->    Disconnect from Target", "TX-->    Send Disconnect Command", "RX-->    Wait for answer",
+            "ST-->    Disconnected from Target"};
+}
+
+LogLines PageBench::joined(std::vector<LogLines> parts) {
+    LogLines all;
+    for (LogLines& part : parts) {
+        all.insert(all.end(), part.begin(), part.end());
+    }
+    return all;
+}
+
+ImageBytes PageBench::imageBytes() const {
+    ImageBytes bytes;
+    std::memcpy(bytes.data(), &tuning.state.image(), bytes.size());
+    return bytes;
+}
+
+std::filesystem::path PageBench::imageFile(const std::string& name, std::size_t size) {
+    std::vector<std::uint8_t> bytes(size);
+    for (std::size_t i = 0; i < size; ++i) {
+        bytes[i] = static_cast<std::uint8_t>((i * 7 + i / 1024) & 0xFF);
+    }
+    writeFile(folder / name, bytes);
+    return folder / name;
+}
+
+}  // namespace tessavo::testing

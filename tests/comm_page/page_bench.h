@@ -1,0 +1,101 @@
+#pragma once
+
+#include <QWidget>
+#include <deque>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "app/ui_message_box.h"
+#include "comm/live_worker.h"
+#include "comm/page/communication.h"
+#include "comm/page/log_view.h"
+#include "controls/read_only_edit.h"
+#include "controls/skin_button.h"
+#include "controls/skin_check_box.h"
+#include "controls/skin_combo_box.h"
+#include "controls/transfer_line.h"
+#include "params/settings_fakes.h"
+#include "params/temporary_folder.h"
+#include "target/device_port.h"
+
+namespace tessavo::testing {
+
+/// Texts of a log, as the page shows them.
+using LogLines = std::vector<std::string>;
+
+/// Lets events pass until the condition holds, at most thirty seconds.
+bool passEventsUntil(const std::function<bool()>& condition);
+
+/// The page on a line to a simulated target, all in virtual time. The exchanges run on threads of their own
+/// all the same.
+class PageBench : public ::testing::Test, private ICommLog {
+ protected:
+    PageBench();
+    ~PageBench() override;
+
+    /// A new target with these faults takes the old one's place, with its memory.
+    void plugIn(const std::vector<std::string>& faults);
+    /// Makes the page once more.
+    void makePage();
+
+    template <typename Control>
+    Control& control(int id) {
+        auto* found = page->findChild<Control*>(QStringLiteral("id%1").arg(id));
+        if (found == nullptr) {
+            throw std::logic_error("no control " + std::to_string(id));
+        }
+        return *found;
+    }
+    CxSkinButton& button(int id) { return control<CxSkinButton>(id); }
+    CxSkinButton& saveButton(int set) { return button(comm_id::firstSave + set); }
+    CxSkinButton& loadButton(int set) { return button(comm_id::firstLoad + set); }
+    SkinCheckBox& filter(int id) { return control<SkinCheckBox>(id); }
+    CReadOnlyEdit& field(int id) { return control<CReadOnlyEdit>(id); }
+    SkinComboBox& ports() { return control<SkinComboBox>(comm_id::portList); }
+    TransferLine& line() { return control<TransferLine>(comm_id::transferLine); }
+    LogView& log() { return control<LogView>(comm_id::log); }
+
+    void click(QWidget& target);
+    void choosePort(int index);
+    /// Switches Live Mode and sends the image as the worker does.
+    void goLive();
+    [[nodiscard]] LogLines logLines();
+    /// What every exchange logs up to the connection, and from the disconnect on.
+    static LogLines opened(const std::string& preparation);
+    static LogLines disconnected();
+    static LogLines joined(std::vector<LogLines> parts);
+
+    [[nodiscard]] ImageBytes imageBytes() const;
+    [[nodiscard]] const TargetMemory& memory() const { return device->memory(); }
+    /// A file of this size with bytes that depend on their place.
+    std::filesystem::path imageFile(const std::string& name, std::size_t size);
+
+    TemporaryFolder folder;
+    std::vector<std::string> shown;  ///< texts of the boxes
+    UiMessageBox boxes;
+    Tuning tuning;
+    FakeDialogs dialogs;
+    std::unique_ptr<TargetDevice> device;
+    test::VirtualClock clock;
+    std::unique_ptr<test::DevicePort> port;
+    bool portOpens = true;
+    TimedLock lock;
+    std::unique_ptr<TransferEngine> engine;
+    std::unique_ptr<ForegroundTransfers> transfers;
+    std::vector<std::string> portsThere{"COM3", "COM5", "COM12"};
+    std::string lastPort;
+    std::vector<std::string> used;        ///< port names that the page gave out
+    std::vector<std::string> remembered;  ///< those that a person chose
+    int refreshes = 0;
+    QWidget window;
+    CCommunication* page = nullptr;
+
+ private:
+    void log(LogKind kind, std::string_view text) override;
+};
+
+}  // namespace tessavo::testing
