@@ -134,7 +134,7 @@ bool stepsDoNotPileUp() {
 int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication application(argc, argv);
-    tessavo::applyTheme(application);
+    tessavo::applyTheme();
     const bool inTime = tessavo::bench::stepsArePaintedInTime();
     const bool noBacklog = tessavo::bench::stepsDoNotPileUp();
     return inTime && noBacklog ? 0 : 1;

@@ -78,7 +78,7 @@ int CMainFrame::heightFor(int availableHeight) {
 void CMainFrame::makeMenus() {
     menuBar_ = new QMenuBar(this);
     menuBar_->setNativeMenuBar(false);
-    menuBar_->setGeometry(0, 0, clientWidth, menuHeight);
+    menuBar_->setFixedSize(clientWidth, menuHeight);
     fileMenu_ = menuBar_->addMenu(QStringLiteral("&File"));
     const auto add = [this](QMenu* menu, const char* text, const QKeySequence& keys, auto act) {
         auto* action = menu->addAction(QLatin1String(text));

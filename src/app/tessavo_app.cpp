@@ -28,7 +28,7 @@ CTessavoApp::CTessavoApp(int& argc, char** argv, std::unique_ptr<Profile> profil
     QApplication::setApplicationName(QStringLiteral("tessavo"));
     QApplication::setApplicationDisplayName(QStringLiteral("Tessavo Velmira"));
     QApplication::setQuitOnLastWindowClosed(false);
-    applyTheme(application_);
+    applyTheme();
     if (!link_.startWorker()) {
         boxes_.showError("Couldn't create progressThread!");
     }

@@ -16,7 +16,7 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "usage: tessavo_control_sheet FOLDER\n");
         return 2;
     }
-    tessavo::applyTheme(application);
+    tessavo::applyTheme();
     tessavo::ControlSheet sheet;
     const QDir folder(QString::fromLocal8Bit(argv[1]));
     for (const auto& [name, scale] : {std::pair{"controls-1x.png", 1.0}, std::pair{"controls-1.5x.png", 1.5},

@@ -1,0 +1,163 @@
+#include "controls/application_style.h"
+
+#include <QAbstractItemView>
+#include <QAbstractSpinBox>
+#include <QApplication>
+#include <QColor>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
+#include <QScrollBar>
+#include <QStyleOption>
+
+#include "controls/theme.h"
+
+namespace tessavo {
+namespace {
+
+const char dressed[] = "tessavoDressed";
+
+/// Names between '@' signs are colours.
+constexpr char menuBarSheet[] = R"(
+QMenuBar { background: @bars@; color: @text@; padding: 2px 6px; border: none; }
+QMenuBar::item { background: transparent; padding: 4px 10px; border-radius: 4px; }
+QMenuBar::item:selected, QMenuBar::item:pressed { background: @edge@; }
+)";
+constexpr char menuSheet[] = R"(
+QMenu { background: @button@; border: 1px solid @edge@; padding: 4px; color: @text@; }
+QMenu::item { padding: 5px 24px 5px 12px; border-radius: 3px; background: transparent; }
+QMenu::item:selected { background: @selected@; color: @white@; }
+QMenu::item:disabled { color: @dim@; background: transparent; }
+QMenu::separator { height: 1px; background: @edge@; margin: 4px 8px; }
+)";
+constexpr char listSheet[] = R"(
+QListView { background: @sunk@; border: 1px solid @edge@; border-radius: 4px; padding: 1px; color: @text@; outline: 0; }
+QListView:focus { border: 2px solid @focus@; padding: 0; }
+QListView:disabled { background: @inset@; border-color: @line@; color: @dim@; }
+QComboBox QAbstractItemView, QComboBox QAbstractItemView:focus {
+  background: @button@; border: 1px solid @edge@; border-radius: 0; padding: 3px; outline: 0;
+}
+QListView::item { height: 18px; }
+QListView::item:selected { background: @selected@; color: @white@; }
+)";
+constexpr char scrollBarSheet[] = R"(
+QScrollBar:vertical { background: transparent; width: 8px; margin: 0; border: none; }
+QScrollBar:horizontal { background: transparent; height: 8px; margin: 0; border: none; }
+QScrollBar::handle { background: @edge@; border-radius: 4px; }
+QScrollBar::handle:vertical { min-height: 24px; }
+QScrollBar::handle:horizontal { min-width: 24px; }
+QScrollBar::handle:hover, QScrollBar::handle:pressed { background: @mark@; }
+QScrollBar::add-line, QScrollBar::sub-line { width: 0; height: 0; border: none; background: none; }
+QScrollBar::add-page, QScrollBar::sub-page { background: none; }
+)";
+// Of the toolkit's own dialogs; the skin paints those of the pages.
+constexpr char editSheet[] = R"(
+QLineEdit { background: @sunk@; border: 1px solid @edge@; border-radius: 4px; padding: 2px 6px; color: @text@; }
+QLineEdit:focus { border: 2px solid @focus@; padding: 1px 5px; }
+QLineEdit:disabled { color: @dim@; }
+)";
+constexpr char tipSheet[] = R"(
+QToolTip { background: @button@; color: @text@; border: 1px solid @edge@; padding: 3px 6px; }
+)";
+
+QString withColors(const char* sheet) {
+    QString text = QString::fromLatin1(sheet);
+    const std::pair<const char*, QRgb> colors[]{
+        {"@bars@", theme::bars},   {"@text@", theme::text},   {"@edge@", theme::edge},
+        {"@line@", theme::line},   {"@mark@", theme::mark},   {"@button@", theme::buttonBottom},
+        {"@sunk@", theme::sunk},   {"@inset@", theme::inset}, {"@selected@", theme::selected},
+        {"@white@", theme::white}, {"@dim@", theme::text3},   {"@focus@", theme::focus},
+    };
+    for (const auto& [name, color] : colors) {
+        text.replace(QLatin1String(name), QColor::fromRgb(color).name());
+    }
+    return text;
+}
+
+bool isFieldOfSpinBox(const QWidget* widget) {
+    return widget != nullptr && qobject_cast<const QAbstractSpinBox*>(widget->parentWidget()) != nullptr;
+}
+
+/// The sheet of a kind of widget, null for what needs none.
+const char* sheetFor(const QWidget& widget) {
+    if (qobject_cast<const QMenuBar*>(&widget) != nullptr) {
+        return menuBarSheet;
+    }
+    if (qobject_cast<const QMenu*>(&widget) != nullptr) {
+        return menuSheet;
+    }
+    if (qobject_cast<const QScrollBar*>(&widget) != nullptr) {
+        return scrollBarSheet;
+    }
+    if (qobject_cast<const QAbstractItemView*>(&widget) != nullptr) {
+        return listSheet;
+    }
+    if (widget.metaObject() == &QLineEdit::staticMetaObject && !isFieldOfSpinBox(&widget)) {
+        return editSheet;
+    }
+    return widget.inherits("QTipLabel") ? tipSheet : nullptr;
+}
+
+}  // namespace
+
+ApplicationStyle::ApplicationStyle() : QProxyStyle(QStringLiteral("Fusion")) {}
+
+void ApplicationStyle::polish(QApplication* application) {
+    QProxyStyle::polish(application);
+    application->installEventFilter(this);
+}
+
+bool ApplicationStyle::eventFilter(QObject* watched, QEvent* event) {
+    switch (event->type()) {
+        case QEvent::KeyPress:
+        case QEvent::KeyRelease:
+            if (static_cast<QKeyEvent*>(event)->key() == Qt::Key_Alt) {
+                showMnemonics(event->type() == QEvent::KeyPress);
+            }
+            break;
+        case QEvent::ApplicationStateChange:
+            // The key's release goes to another program.
+            showMnemonics(false);
+            break;
+        default:
+            break;
+    }
+    return QProxyStyle::eventFilter(watched, event);
+}
+
+void ApplicationStyle::showMnemonics(bool shown) {
+    if (mnemonicsShown_ == shown) {
+        return;
+    }
+    mnemonicsShown_ = shown;
+    for (QWidget* widget : QApplication::allWidgets()) {
+        if (qobject_cast<QMenuBar*>(widget) != nullptr || qobject_cast<QMenu*>(widget) != nullptr) {
+            widget->update();
+        }
+    }
+}
+
+void ApplicationStyle::polish(QWidget* widget) {
+    QProxyStyle::polish(widget);
+    const char* sheet = sheetFor(*widget);
+    // The sheet's own style asks this one to polish the widget again.
+    if (sheet != nullptr && !widget->property(dressed).toBool()) {
+        widget->setProperty(dressed, true);
+        widget->setStyleSheet(withColors(sheet) + widget->styleSheet());
+    }
+}
+
+int ApplicationStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                                QStyleHintReturn* data) const {
+    switch (hint) {
+        case SH_ComboBox_Popup:
+            return 0;
+        case SH_UnderlineShortcut:
+            return mnemonicsShown_ ? 1 : 0;
+        default:
+            return QProxyStyle::styleHint(hint, option, widget, data);
+    }
+}
+
+}  // namespace tessavo

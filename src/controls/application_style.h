@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QProxyStyle>
+
+namespace tessavo {
+
+/// Base style of the application. What the skin does not paint (menus, lists, scroll bars, opened lists of
+/// combo boxes, tool tips) gets a style sheet when it is shown first; a sheet of the whole application would
+/// make every control of every page pay for it. The letters that open menus are underlined while Alt is held.
+class ApplicationStyle : public QProxyStyle {
+    Q_OBJECT
+
+ public:
+    ApplicationStyle();
+
+    using QProxyStyle::polish;
+    void polish(QApplication* application) override;
+    void polish(QWidget* widget) override;
+    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                  QStyleHintReturn* data) const override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+    void showMnemonics(bool shown);
+
+    bool mnemonicsShown_ = false;
+};
+
+}  // namespace tessavo
