@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
-#include <sstream>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -11,6 +10,8 @@
 #include "comm/framing.h"
 #include "comm/target_commands.h"
 #include "comm/transfer_timing.h"
+#include "control_tables.h"
+#include "markdown.h"
 #include "params/field_table.h"
 #include "params/surround_delays.h"
 #include "params/volume_gain_table.h"
@@ -18,33 +19,6 @@
 namespace tessavo {
 
 namespace {
-
-using Row = std::vector<std::string>;
-
-std::string table(const Row& head, const std::vector<Row>& rows) {
-    std::ostringstream out;
-    const auto line = [&](const Row& row) {
-        for (const std::string& cell : row) {
-            out << "| " << cell << ' ';
-        }
-        out << "|\n";
-    };
-    line(head);
-    for (std::size_t i = 0; i < head.size(); ++i) {
-        out << "| --- ";
-    }
-    out << "|\n";
-    for (const Row& row : rows) {
-        line(row);
-    }
-    return out.str();
-}
-
-std::string number(double value) {
-    std::array<char, 64> text{};
-    const auto result = std::to_chars(text.data(), text.data() + text.size(), value);
-    return {text.data(), result.ptr};
-}
 
 std::string hex(unsigned value) {
     std::array<char, 16> text{};
@@ -54,12 +28,6 @@ std::string hex(unsigned value) {
     for (const char digit : digits) {
         out += digit >= 'a' ? static_cast<char>(digit - 'a' + 'A') : digit;
     }
-    return out;
-}
-
-std::string quoted(std::string_view name) {
-    std::string out = "`";
-    out.append(name).append("`");
     return out;
 }
 
@@ -275,10 +243,16 @@ std::string surroundDelayTable() {
 }  // namespace
 
 std::map<std::string, std::string> documentTables() {
-    return {{"record", recordTable()},   {"image", imageTable()},
-            {"gain", gainTable()},       {"frames", frameTable()},
-            {"control", controlTable()}, {"commands", commandTable()},
-            {"timing", timingTable()},   {"surround delays", surroundDelayTable()}};
+    std::map<std::string, std::string> tables = manualTables();
+    tables.insert({{"record", recordTable()},
+                   {"image", imageTable()},
+                   {"gain", gainTable()},
+                   {"frames", frameTable()},
+                   {"control", controlTable()},
+                   {"commands", commandTable()},
+                   {"timing", timingTable()},
+                   {"surround delays", surroundDelayTable()}});
+    return tables;
 }
 
 std::string fillTables(const std::string& document, const std::map<std::string, std::string>& tables,

@@ -18,6 +18,16 @@ namespace tessavo::cli {
 
 namespace {
 
+std::string wordList() {
+    std::string text = "Its words are:";
+    for (const std::string_view usage : scriptUsages()) {
+        text.append("\n  ").append(usage);
+    }
+    return text +
+           "\n\nselect takes channels 1 to 8 as the pages number them; elsewhere CHANNEL is the record's, "
+           "BAND and CROSSOVER\ncount from 0.";
+}
+
 /// The program's commands and options, and the command that was chosen once parse() is through.
 class Parser {
  public:
@@ -123,10 +133,11 @@ void Parser::addFileCommands() {
     addFile(command, "Settings file");
     command->add_option("OTHER", arguments_.secondFile, "Settings file to compare with")->required();
 
-    command =
-        add("edit", runEdit, "Run an edit script on a settings file",
-            "edit car.eqs --script tuning.txt --output tuned.eqs\n\nA script has one operation a line:\n"
-            "  set 1\n  select 1 2\n  setVolume -3.5\n  setCrossover 0 hp 4 1\n  setCrossoverFrequency 0 80");
+    command = add(
+        "edit", runEdit, "Run an edit script on a settings file",
+        "edit car.eqs --script tuning.txt --output tuned.eqs\n\nA script has one operation a line:\n"
+        "  set 1\n  select 1 2\n  setVolume -3.5\n  setCrossover 0 hp 4 1\n  setCrossoverFrequency 0 80\n\n" +
+            wordList());
     addFile(command, "Settings file");
     command->add_option("--script", arguments_.script, "Script, or - for standard input")
         ->type_name("FILE")

@@ -15,6 +15,7 @@ namespace {
 
 constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 constexpr std::string_view blanks = " \t";
+constexpr std::string_view setNameUsage = "setName TEXT";
 constexpr std::array<std::string_view, 2> crossoverKindWords{"hp", "lp"};
 
 template <std::integral Integer>
@@ -194,7 +195,7 @@ std::vector<std::string_view> splitWords(std::string_view line) {
 
 LineVerdict readName(std::string_view text) {
     if (text.empty()) {
-        return {{}, "setName: an argument is missing, write: setName TEXT"};
+        return {{}, "setName: an argument is missing, write: " + std::string(setNameUsage)};
     }
     const auto isControl = [](char character) {
         const auto byte = static_cast<unsigned char>(character);
@@ -244,6 +245,15 @@ LineVerdict readLine(std::string_view line) {
 }
 
 }  // namespace
+
+std::vector<std::string_view> scriptUsages() {
+    std::vector<std::string_view> usages;
+    for (const Word& word : wordTable) {
+        usages.push_back(word.usage);
+    }
+    usages.push_back(setNameUsage);
+    return usages;
+}
 
 std::variant<Script, ScriptError> parseScript(std::string_view text) {
     if (text.starts_with(byteOrderMark)) {

@@ -128,6 +128,9 @@ inline constexpr std::size_t longestScriptLine = 1000;
 /// set 0 current.
 [[nodiscard]] std::set<std::size_t> setsUsed(std::span<const ScriptLine> script);
 
+/// How each word of a script is written, its arguments in capitals: "setBandFrequency BAND HZ".
+[[nodiscard]] std::vector<std::string_view> scriptUsages();
+
 /// Runs the operations in order, each as a final edit.
 void applyScript(TuningState& tuning, std::span<const ScriptLine> script);
 

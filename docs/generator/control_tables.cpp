@@ -1,0 +1,305 @@
+#include "control_tables.h"
+
+#include <algorithm>
+#include <span>
+#include <string_view>
+
+#include "cli/edit_script.h"
+#include "markdown.h"
+#include "params/channels.h"
+#include "params/field_table.h"
+
+namespace tessavo {
+
+namespace {
+
+using Names = std::vector<std::string_view>;
+
+/// A control of a page and the field behind it.
+struct Control {
+    std::string_view caption;
+    FieldId field;
+    std::string_view effect;
+    /// What a person reads for each code, for controls that show no number; empty where there is none.
+    Names names = {};
+    /// Told in place of the range, or of the first value, where a list of them would tell nothing.
+    std::string_view range = {};
+    std::string_view start = {};
+};
+
+const Names tick{"no", "yes"};
+const Names inverseTick{"yes", "no"};
+const Names types{"High Shelf", "Low Shelf", "Peak"};
+
+const std::vector<Control>& inputControls() {
+    static const std::vector<Control> rows{
+        {"**Equalizer** 60 … 16K", FieldId::inputBandGain,
+         "gain of a graphic band; the frequencies are fixed"},
+        {"**Tone** Bass, Mid, Treble", FieldId::toneGain,
+         "gain of the low shelf at 150 Hz, the peak at 4000 Hz, the high shelf at 15000 Hz"},
+        {"**EQ On / EQ Off**",
+         FieldId::inputEqOn,
+         "puts the equalizer and the tone bands in circuit; the caption names the state in force",
+         {"EQ Off", "EQ On"},
+         {},
+         "EQ On"},
+        {"**Gain**", FieldId::inputGain, "input level"},
+        {"**Preamp**", FieldId::preampGain, "gain of the preamplifier"},
+        {"**Poweramp**", FieldId::powerampGain, "gain of the power amplifier"},
+        {"**Line-In Gain**", FieldId::lineInGain, "gain of the line input"},
+        {"**Suppression**", FieldId::suppression, "suppression"},
+        {"**Gain Detection**, Level", FieldId::gainDetectionLevel, "level of the gain detection"},
+        {"**Compressor** Crossover", FieldId::compressorCrossover, "crossover frequency of the compressor"},
+        {"**Compressor** PONE", FieldId::pone, "the target's parameter of that name"},
+        {"**Compressor** Lower Limit", FieldId::compressorLowerLimit, "lower limit of the compressor"},
+        {"**Compressor** Gain", FieldId::compressorGain, "gain of the compressor"},
+        {"**Expander** Upper Limit", FieldId::expanderUpperLimit, "upper limit of the expander"},
+        {"**Expander** Factor", FieldId::expanderFactor, "factor of the expander"},
+        {"**Attacktime**", FieldId::compressorAttack, "attack time of the compressor"},
+        {"**Releasetime**", FieldId::compressorRelease, "release time of the compressor"},
+        {"**Disable**", FieldId::compressorDisabled, "takes the compressor out of circuit", tick},
+    };
+    return rows;
+}
+
+const std::vector<Control>& configControls() {
+    static const std::vector<Control> rows{
+        {"**Channel 1 … 8**",
+         FieldId::routerSource,
+         "source that feeds the output channel",
+         {},
+         "one of the sources below",
+         "Silenced"},
+        {"**Deactivate Channel 7 and 8 (for Line-Out use)**", FieldId::lineOutUse,
+         "takes the two channels out of use, for the line output", tick},
+        {"**Long Turn-Off Delay settings**, list",
+         FieldId::turnOffDelayOn,
+         "whether the long turn-off delay is in use",
+         {"Off", "On"}},
+        {"**Long Turn-Off Delay settings**, slider", FieldId::turnOffDelay, "how long it is"},
+        {"**Enable / Disable Surround**",
+         FieldId::surroundOff,
+         "the surround processing; see below",
+         {"on", "off"},
+         {},
+         "shown as off"},
+        {"**Surround mode**", FieldId::surroundMode, "0 Music Club, 1 Concert Hall, 2 Stadium"},
+        {"**Room size**", FieldId::roomSize, "0 small room … 4 large room"},
+        {"**Delay size 1**", FieldId::delaySize1, "kept for each pair of mode and room size"},
+        {"**Delay size 2**", FieldId::delaySize2, "second delay"},
+        {"**Center, Panorama, Hall effect, Rear to front mix gain**",
+         FieldId::decoderGain,
+         "gains of the surround decoder; the bottom is silence",
+         {},
+         "-Inf., -29.9 … 0.0",
+         "-Inf."},
+        {"**Use rear channel for surround calculation**", FieldId::rearForSurround,
+         "the rear channels take part in the surround calculation", tick},
+    };
+    return rows;
+}
+
+const std::vector<Control>& outputControls() {
+    static const std::vector<Control> rows{
+        {"**Filter 1 … 8** Enabled", FieldId::bandOff, "puts the band in circuit", inverseTick},
+        {"**Filter 1 … 8** type", FieldId::bandType, "shape of the band", types},
+        {"**Filter 1 … 8** Freq", FieldId::bandFrequency, "centre of a peak, corner of a shelf"},
+        {"**Filter 1 … 8** Gain", FieldId::bandGain, "height of the peak or shelf"},
+        {"**Filter 1 … 8** Q", FieldId::bandQ, "the higher, the narrower"},
+        {"**Crossover Filter 1, 2** Enabled", FieldId::crossoverEnabled, "puts the crossover in circuit",
+         tick},
+        {"**Crossover Filter 1, 2** kind", FieldId::crossoverKind, "HP high-pass, LP low-pass", {"HP", "LP"}},
+        {"**Crossover Filter 1, 2** order",
+         FieldId::crossoverOrder,
+         "order that the target is told; the curve shows one second-order section",
+         {"", "", "2", "", "4"}},
+        {"**Crossover Filter 1, 2** frequency", FieldId::crossoverFrequency, "corner frequency"},
+        {"**Volume**", FieldId::volume, "volume of the channel; the target takes it in steps of 0.5 dB"},
+        {"**Invert Phase**", FieldId::invertPhase, "turns the polarity of the channel", tick},
+        {"**Limiter** Gain", FieldId::limiterGain, "gain of the limiter"},
+        {"**Limiter** Activate Level", FieldId::limiterActivateLevel, "level above which it acts"},
+        {"**Limiter** Deactivate Level", FieldId::limiterDeactivateLevel, "level below which it lets go"},
+        {"**Limiter** Attacktime", FieldId::limiterAttack, "attack time of the limiter"},
+        {"**Limiter** Releasetime", FieldId::limiterRelease, "release time of the limiter"},
+        {"**Limiter** Disabled", FieldId::limiterEnabled, "takes the limiter out of circuit", inverseTick},
+    };
+    return rows;
+}
+
+const std::vector<Control>& groupControls() {
+    static const Names letters{"A", "B", "C", "D", "E", "F", "G", "H"};
+    static const std::vector<Control> rows{
+        {"**Output Gain** slider", FieldId::groupGain, "added to the channel's volume"},
+        {"**Output Gain** Group",
+         FieldId::gainGroup,
+         "channels with the same letter move together",
+         letters,
+         {},
+         "A for Channel 1 … H for Channel 8"},
+        {"**Output Delay** slider and ms box", FieldId::groupDelay, "added to the channel's delay"},
+        {"**Output Delay** Group",
+         FieldId::delayGroup,
+         "channels with the same letter move together",
+         letters,
+         {},
+         "A for Channel 1 … H for Channel 8"},
+    };
+    return rows;
+}
+
+std::string nameOf(const Control& control, double code) {
+    return std::string(control.names.at(static_cast<std::size_t>(code)));
+}
+
+std::string rangeOf(const Control& control) {
+    const Field& field = fieldOf(control.field);
+    if (!control.range.empty()) {
+        return std::string(control.range);
+    }
+    if (control.names.empty()) {
+        return number(field.minimum) + " … " + number(field.maximum);
+    }
+    std::string text;
+    for (double code = field.minimum; code <= field.maximum; ++code) {
+        if (const std::string name = nameOf(control, code); !name.empty()) {
+            text += (text.empty() ? "" : ", ") + name;
+        }
+    }
+    return text;
+}
+
+std::string unitOf(const Control& control) {
+    const Field& field = fieldOf(control.field);
+    return control.field == FieldId::decoderGain ? "dB" : std::string(field.unit);
+}
+
+std::string stepOf(const Control& control) {
+    const Field& field = fieldOf(control.field);
+    if (!control.names.empty() || field.id == FieldId::routerSource) {
+        return "";
+    }
+    return field.decimals > 0 || field.id == FieldId::decoderGain ? "0.1" : "1";
+}
+
+std::string startOf(const Control& control) {
+    const Field& field = fieldOf(control.field);
+    if (!control.start.empty()) {
+        return std::string(control.start);
+    }
+    constexpr double zero = 0;
+    std::string text;
+    for (const double value : field.defaults.empty() ? std::span(&zero, 1) : field.defaults) {
+        text += (text.empty() ? "" : ", ") + (control.names.empty() ? number(value) : nameOf(control, value));
+    }
+    return text;
+}
+
+std::string controlTable(const std::vector<Control>& controls) {
+    std::vector<Row> rows;
+    for (const Control& control : controls) {
+        rows.push_back({std::string(control.caption), rangeOf(control), unitOf(control), stepOf(control),
+                        startOf(control), std::string(control.effect)});
+    }
+    return table({"Control", "Range", "Unit", "Step", "At first", "What it does"}, rows);
+}
+
+/// What each word of a script does, by the word.
+const std::map<std::string_view, std::string_view>& wordEffects() {
+    static const std::map<std::string_view, std::string_view> effects{
+        {"set", "the set that is edited from here on, 1 to 5; set 1 until then"},
+        {"mode", "the filter method from here on; BZT until then"},
+        {"select",
+         "the channels, 1 to 8 as on the pages, that the words without a channel edit; Channel 1 until then"},
+        {"setVolume", "volume of the selected channels"},
+        {"setDelay", "delay of the selected channels"},
+        {"setGroupGain", "group gain of one record channel"},
+        {"setGroupDelay", "group delay of one record channel"},
+        {"setInvertPhase", "phase of the selected channels, 1 inverted"},
+        {"setBandFrequency", "frequency of a band, 0 to 7, of the selected channels"},
+        {"setBandType", "its shape"},
+        {"setBandGainOrQ", "its gain or its Q"},
+        {"setBandOff", "1 takes it out of circuit, 0 puts it in"},
+        {"setCrossover", "kind, order and 1 for in circuit of a crossover, 0 or 1, of the selected channels"},
+        {"setCrossoverFrequency", "its corner frequency"},
+        {"setInputBandGain", "gain of an input band: 0 to 9 graphic, 10 bass, 11 middle, 12 treble"},
+        {"setInputEqOn", "1 puts the input equalizer in circuit"},
+        {"setLimiter", "one value of the limiters of the selected channels; enabled takes 0 or 1"},
+        {"setRouterSource", "source, 0 to 13, of one record channel"},
+        {"setName", "name of the set: everything up to the end of the line, at most 31 characters"},
+    };
+    return effects;
+}
+
+std::string unitText(const Field& field) {
+    return number(field.minimum) + " … " + number(field.maximum) +
+           (field.unit.empty() ? "" : " " + std::string(field.unit));
+}
+
+std::string scriptRange(std::string_view word) {
+    static const std::map<std::string_view, FieldId> fields{
+        {"setVolume", FieldId::volume},
+        {"setDelay", FieldId::delay},
+        {"setGroupGain", FieldId::groupGain},
+        {"setGroupDelay", FieldId::groupDelay},
+        {"setBandFrequency", FieldId::bandFrequency},
+        {"setCrossoverFrequency", FieldId::crossoverFrequency},
+        {"setInputBandGain", FieldId::inputBandGain},
+        {"setRouterSource", FieldId::routerSource}};
+    if (word == "setBandGainOrQ") {
+        return "gain " + unitText(fieldOf(FieldId::bandGain)) + ", q " + unitText(fieldOf(FieldId::bandQ));
+    }
+    if (word == "setLimiter") {
+        return "gain " + unitText(fieldOf(FieldId::limiterGain)) + ", levels " +
+               unitText(fieldOf(FieldId::limiterActivateLevel)) + ", times " +
+               unitText(fieldOf(FieldId::limiterAttack));
+    }
+    const auto field = fields.find(word);
+    return field == fields.end() ? "" : unitText(fieldOf(field->second));
+}
+
+/// The same channel under each of its numbers.
+std::string channelTable() {
+    std::vector<Row> rows;
+    for (std::uint8_t position = 0; position < channelCount; ++position) {
+        const std::uint8_t channel = recordChannelAt({position}).value;
+        const auto slider = std::find(groupSliderMap.begin(), groupSliderMap.end(), channel);
+        rows.push_back({"Channel " + std::to_string(position + 1),
+                        "Ch " + std::to_string(slider - groupSliderMap.begin() + 1),
+                        std::to_string(channel)});
+    }
+    return table(
+        {"Equalizing Output, Channel Config, `select` in scripts",
+         "Row in Channel Selection; \"Channel\" on Output Group, channel flag, \"Kanal\" on Clip Detection",
+         "Record channel: files, `tessavoctl show`, `diff`"},
+        rows);
+}
+
+std::string escaped(std::string_view text) {
+    std::string out;
+    for (const char character : text) {
+        out += character == '|' ? "\\|" : std::string(1, character);
+    }
+    return out;
+}
+
+std::string scriptTable() {
+    std::vector<Row> rows;
+    for (const std::string_view usage : cli::scriptUsages()) {
+        const std::string_view word = usage.substr(0, usage.find(' '));
+        rows.push_back({quoted(escaped(usage)), scriptRange(word), std::string(wordEffects().at(word))});
+    }
+    return table({"Line", "Range", "What it sets"}, rows);
+}
+
+}  // namespace
+
+std::map<std::string, std::string> manualTables() {
+    return {{"input controls", controlTable(inputControls())},
+            {"config controls", controlTable(configControls())},
+            {"output controls", controlTable(outputControls())},
+            {"group controls", controlTable(groupControls())},
+            {"channels", channelTable()},
+            {"script words", scriptTable()}};
+}
+
+}  // namespace tessavo
