@@ -46,7 +46,8 @@ class ScriptWords {
     std::optional<std::string> error_;
 };
 
-/// A piece of a file for a message: quoted, cut after 40 bytes, bytes other than printable ASCII as \xNN.
+/// A piece of a file for a message: quoted, cut after 40 bytes, bytes other than printable ASCII as
+/// hexadecimal escapes.
 [[nodiscard]] std::string quoted(std::string_view text);
 
 /// "-6 to 18 dB".

@@ -39,7 +39,7 @@ struct SpareRun {
 /// the bits are told: "nan(0x7fc00000)". Fields with decimals have at least one.
 [[nodiscard]] std::string elementText(const ParameterSet& set, const Field& field, FieldIndex index);
 
-/// A text of a set in UTF-8, fit for a terminal: control characters as \xNN.
+/// A text of a set in UTF-8, fit for a terminal: control characters as hexadecimal escapes.
 [[nodiscard]] std::string readableText(const ParameterSet& set, const TextField& field);
 
 using RecordBytes = std::array<std::uint8_t, parameterSetSize>;

@@ -110,11 +110,12 @@ std::string addFault(FaultPlan& plan, std::string_view text) {
 }
 
 std::string faultHelp() {
-    constexpr std::size_t column = 22;
+    // Two blanks at least: what makes manual pages of this knows names by them.
+    constexpr std::size_t column = 23;
     std::string help;
     for (const Fault& fault : faults) {
         std::string line = "  " + form(fault);
-        line.resize(std::max(line.size() + 1, column), ' ');
+        line.resize(std::max(line.size() + 2, column), ' ');
         help += line + std::string(fault.effect) + "\n";
     }
     return help;
