@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "cli/cli_fixture.h"
+#include "cli/edit_script.h"
 
 namespace tessavo::cli {
 namespace {
@@ -41,6 +42,13 @@ TEST(CommandUsage, EveryCommandHasHelpWithAnExampleOfItself) {
         EXPECT_EQ(result.code, 0) << command;
         EXPECT_THAT(result.out, HasSubstr("Example:\n  tessavoctl " + command)) << command;
         EXPECT_THAT(result.err, IsEmpty()) << command;
+    }
+}
+
+TEST(CommandUsage, TheHelpOfEditListsEveryWordOfAScript) {
+    const CommandResult result = run({"edit", "--help"});
+    for (const std::string_view usage : scriptUsages()) {
+        EXPECT_THAT(result.out, HasSubstr("\n  " + std::string(usage) + "\n"));
     }
 }
 

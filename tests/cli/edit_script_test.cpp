@@ -39,6 +39,15 @@ Operation onlyOperation(std::string_view text) {
     return std::get<Operation>(script[0].edit);
 }
 
+TEST(EditScript, EachWordWithoutArgumentsTellsHowItIsWritten) {
+    const auto usages = scriptUsages();
+    EXPECT_EQ(usages.size(), std::variant_size_v<Edit>);
+    for (const std::string_view view : usages) {
+        const std::string usage(view);
+        EXPECT_THAT(errorOf(usage.substr(0, usage.find(' '))).message, HasSubstr("write: " + usage));
+    }
+}
+
 // --- every word, well written
 // -----------------------------------------------------------------------------------
 
