@@ -1,7 +1,9 @@
 # Manual pages, made at build time from what the programs say to --help.
 find_program(TESSAVO_HELP2MAN help2man)
 find_program(TESSAVO_GZIP gzip)
-if(TESSAVO_HELP2MAN AND TESSAVO_GZIP)
+if(TESSAVO_SANITIZE)
+  # Programs under a sanitizer do not run everywhere, and nobody installs them.
+elseif(TESSAVO_HELP2MAN AND TESSAVO_GZIP)
   set(pages "")
   # tessavo_man_page(program purpose)
   function(tessavo_man_page program purpose)
