@@ -309,6 +309,20 @@ class OutputEqResetTest : public OutputEqSelectionTest {
  protected:
     OutputEqResetTest() {
         loadRandom(16);
+        // Random switches may happen to be as a reset leaves them.
+        for (Tuning* tuning : {&actual, &twin}) {
+            tuning->state.setSelectionMask(0xFF);
+            tuning->state.setInvertPhase(true, 1);
+            tuning->state.setLimiter(LimiterField::disable, 0, true);
+            for (std::size_t k = 0; k < 2; ++k) {
+                tuning->state.setCrossover(k, k == 0 ? 1 : 0, 4, 1);
+            }
+            for (std::size_t band = 0; band < 8; ++band) {
+                tuning->state.setBandOff(band, 0);
+            }
+            tuning->state.setSelectionMask(0x80);
+            tuning->settle();
+        }
         page->refresh();
     }
 
