@@ -1,3 +1,4 @@
+#include <QApplication>
 #include <QTest>
 #include <algorithm>
 #include <cstring>
@@ -233,6 +234,18 @@ TEST_F(Commands, AFlashThatStopsShowsWhere) {
     EXPECT_EQ(line().text(), QStringLiteral("Stopped at block 2 of 5"));
     EXPECT_TRUE(button(comm_id::flashFile).isEnabled());
     EXPECT_EQ(logLines().back(), "ERR-->   Wait for answer");
+}
+
+TEST_F(Commands, FlashingLeavesTheFocusWhereItWas) {
+    chooseImage(imageFile("small.bin", 3000));
+    QWidget* meanwhile = &button(comm_id::flashFile);
+    const auto watch = QObject::connect(transfers.get(), &ForegroundTransfers::started, page,
+                                        [&] { meanwhile = QApplication::focusWidget(); });
+    button(comm_id::flashFile).setFocus();
+    QTest::keyClick(&button(comm_id::flashFile), Qt::Key_Space);
+    QObject::disconnect(watch);
+    EXPECT_EQ(meanwhile, page) << "no other control has it";
+    EXPECT_EQ(QApplication::focusWidget(), &button(comm_id::flashFile));
 }
 
 TEST_F(Commands, TheKeyboardStartsACommandToo) {

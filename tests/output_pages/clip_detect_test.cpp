@@ -25,6 +25,11 @@ class ClipDetection : public PageTest {
         dialog = made.get();
         showPage(std::move(made));
     }
+    ~ClipDetection() override {
+        // Its thread asks this object.
+        delete page;
+        page = nullptr;
+    }
 
     bool shows(int id) { return control<ClipLight>(id).isVisible(); }
     QString stateText() { return control<QLabel>(clip_id::state).text(); }

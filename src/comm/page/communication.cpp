@@ -271,9 +271,17 @@ void CCommunication::SelectImageFile() {
 }
 
 void CCommunication::FlashFile() {
+    const bool focused = flash_->hasFocus();
+    if (focused) {
+        // A disabled button hands the focus on, and keys pressed later would choose another port.
+        setFocus();
+    }
     flash_->setEnabled(false);
     commands_.FlashFile(pathOf(imagePath_->text()));
     flash_->setEnabled(true);
+    if (focused) {
+        flash_->setFocus();
+    }
 }
 
 void CCommunication::saveLog() {

@@ -33,7 +33,7 @@ class ClipPoller {
     ClipPoller(const ClipPoller&) = delete;
     ClipPoller& operator=(const ClipPoller&) = delete;
 
-    /// No exchange starts after this has returned with `on` false, and no answer is delivered any more.
+    /// Switched off, no further exchange begins; the answer to one under way is dropped.
     void setOn(bool on);
     [[nodiscard]] bool isOn() const { return on_; }
 
