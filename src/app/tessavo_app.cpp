@@ -75,12 +75,18 @@ bool CTessavoApp::InitInstance(const StartOptions& options) {
 }
 
 int CTessavoApp::run() {
-    return QApplication::exec();
+    const int code = QApplication::exec();
+    // The simulated target is gone with the program; the port of before it is worth more.
+    if (const std::string port = link_.portName(); !demo_.running() && !port.empty()) {
+        profile_->setLastPort(QString::fromStdString(port));
+    }
+    return code;
 }
 
 void CTessavoApp::startDemo() {
     if (!demo_.start()) {
         boxes_.showError("The simulated target could not be started.");
+        return;
     }
     link_.setPortName(demo_.portName());
 }

@@ -39,7 +39,7 @@ class CTessavoApp {
     /// \return false when the program must end
     bool InitInstance(const StartOptions& options);
 
-    /// Runs until the frame is closed.
+    /// Runs until the frame is closed, and remembers the port.
     int run();
 
     [[nodiscard]] TuningState& tuning() { return tuning_; }

@@ -83,8 +83,6 @@ void CTessavoView::makeHeader() {
     setName_->setGeometry(160, 10, 188, 28);
     setName_->setAccessibleName(QStringLiteral("Set name"));
     setName_->setToolTip(QStringLiteral("Set name"));
-    // A file that is dropped here is meant for the window; its name would be taken for text.
-    setName_->setAcceptDrops(false);
     connect(setName_, &QLineEdit::textEdited, this, &CTessavoView::renameSet);
     connect(setName_, &QLineEdit::editingFinished, this, &CTessavoView::leaveSetName);
 

@@ -12,6 +12,8 @@ constexpr int innerMargin = 2;  ///< that the toolkit keeps on both sides of a l
 
 void prepareEdit(QLineEdit& edit) {
     edit.setFrame(false);
+    // A file that is dropped here is meant for the window; its name would be taken for text.
+    edit.setAcceptDrops(false);
     edit.setFont(theme::font(12));
     QPalette colors = edit.palette();
     colors.setBrush(QPalette::Base, Qt::transparent);

@@ -6,7 +6,8 @@
 
 namespace tessavo {
 
-/// Font, focus and a clear ground for an edit that paints its own frame.
+/// Font, focus and a clear ground for an edit that paints its own frame. What is dropped on it goes to the
+/// window.
 void prepareEdit(QLineEdit& edit);
 
 /// Draws the frame below the text; `stripe` 0 for none. An edit with the focus always shows its ring.

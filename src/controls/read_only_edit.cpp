@@ -26,7 +26,6 @@ CReadOnlyEdit::CReadOnlyEdit(int controlId, QWidget* parent) : QLineEdit(parent)
     colors.setColor(QPalette::Text, QColor::fromRgb(theme::text2));
     setPalette(colors);
     setReadOnly(true);
-    setAcceptDrops(false);
     setTextMargins(5, 0, 5, 0);
 }
 

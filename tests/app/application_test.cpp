@@ -100,6 +100,31 @@ TEST_F(Application, TellsOfAnUnreadableFileAndGoesOn) {
     EXPECT_TRUE(app->frame().isVisible());
 }
 
+TEST_F(Application, RemembersItsPortWhenItEnds) {
+    ASSERT_TRUE(app->InitInstance({}));
+    EXPECT_EQ(app->frame().view().pages().size(), pageCount);
+    app->link().setPortName("ttyUSB7");
+    QString text;
+    QString title;
+    clickNextBox(1, text, title);
+    QTimer::singleShot(0, &app->frame(), [this] { app->frame().close(); });
+    EXPECT_EQ(app->run(), 0);
+    EXPECT_EQ(Profile(textOf(folder / "profile.ini")).lastPort(), QStringLiteral("ttyUSB7"));
+}
+
+TEST_F(Application, DoesNotRememberThePortOfADemo) {
+    Profile(textOf(folder / "profile.ini")).setLastPort(QStringLiteral("ttyUSB7"));
+    StartOptions options;
+    options.demo = true;
+    ASSERT_TRUE(app->InitInstance(options));
+    QString text;
+    QString title;
+    clickNextBox(1, text, title);
+    QTimer::singleShot(0, &app->frame(), [this] { app->frame().close(); });
+    EXPECT_EQ(app->run(), 0);
+    EXPECT_EQ(Profile(textOf(folder / "profile.ini")).lastPort(), QStringLiteral("ttyUSB7"));
+}
+
 TEST_F(Application, EndsWhenItsFrameIsClosed) {
     ASSERT_TRUE(app->InitInstance({}));
     QString text;

@@ -53,6 +53,15 @@ TEST_F(NumberEditTest, CarriesItsNumberAndStandsAtTheRight) {
     EXPECT_TRUE((edit_->alignment() & Qt::AlignRight) != 0);
 }
 
+TEST(Edits, LeaveWhatIsDroppedToTheWindow) {
+    EXPECT_FALSE(NumberEdit(1).acceptDrops());
+    EXPECT_FALSE(CReadOnlyEdit(1).acceptDrops());
+    EXPECT_FALSE(TextEditBox(1).acceptDrops());
+    const SpinEdit spin(1);
+    EXPECT_FALSE(spin.acceptDrops());
+    EXPECT_FALSE(spin.findChild<QLineEdit*>()->acceptDrops());
+}
+
 TEST_F(NumberEditTest, EnterAppliesAndKeepsTheFocus) {
     type(QStringLiteral("7"));
     EXPECT_TRUE(edit_->isEdited());
