@@ -49,6 +49,9 @@ void CommLink::setPortName(const std::string& name) {
             return;
         }
         portName_ = name;
+        // What another port confirmed says nothing about this one, nor does a transfer that is under way.
+        confirmedImage_.reset();
+        imageUnderWay_.reset();
     }
     emit portNameChanged(QString::fromStdString(name));
 }

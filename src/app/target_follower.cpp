@@ -13,6 +13,16 @@ QString atTime(const char* words, QTime time) {
 
 }  // namespace
 
+void TargetFollower::setPort(const QString& name) {
+    if (name == port_) {
+        return;
+    }
+    port_ = name;
+    trouble_ = Trouble::none;
+    confirmedAt_ = {};
+    answeredAt_ = {};
+}
+
 void TargetFollower::liveModeChanged(bool /*on*/) {
     // What the target holds is asked anew by switching on, and no longer followed by switching off.
     if (trouble_ == Trouble::wrongSet) {

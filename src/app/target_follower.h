@@ -23,7 +23,8 @@ class TargetFollower {
         bool confirmedAsItStands = false;  ///< the target's last confirmed image is the program's image
     };
 
-    void setPort(const QString& name) { port_ = name; }
+    /// Another port starts without a past.
+    void setPort(const QString& name);
     void liveModeChanged(bool on);
     void workerState(LiveWorker::State state, QTime at);
     void exchangeEnded(ExchangeEnd end, QTime at);

@@ -203,8 +203,16 @@ void CTessavoView::refreshPages() {
     }
     fillSetSelector();
     setName_->setText(nameOf(tuning_.currentParameterSet()));
+    showChannelFlags();
     updatePlot();
     emit currentSetChanged();
+}
+
+void CTessavoView::showChannelFlags() {
+    for (std::uint8_t channel = 0; channel < channelCount; ++channel) {
+        checkChannelBox(channelCheckBoxMap[channel],
+                        tuning_.currentParameterSet().channels[channel].channelFlag != 0);
+    }
 }
 
 void CTessavoView::fillSetSelector() {
@@ -226,7 +234,8 @@ void CTessavoView::toggleLiveMode() {
 }
 
 void CTessavoView::chooseSet(int index) {
-    if (index < 0) {
+    // The list also tells of an entry that was chosen again.
+    if (index < 0 || static_cast<std::uint32_t>(index) == tuning_.currentSet()) {
         return;
     }
     const auto set = static_cast<std::uint32_t>(index);
@@ -236,10 +245,7 @@ void CTessavoView::chooseSet(int index) {
         }
     });
     setName_->setText(nameOf(tuning_.currentParameterSet()));
-    for (std::uint8_t channel = 0; channel < channelCount; ++channel) {
-        checkChannelBox(channelCheckBoxMap[channel],
-                        tuning_.currentParameterSet().channels[channel].channelFlag != 0);
-    }
+    showChannelFlags();
     updatePlot();
     emit currentSetChanged();
 }

@@ -79,6 +79,7 @@ class CTessavoView : public QWidget, public ISettingsView {
     void makeFlags();
     void makeTabs();
     void makePagesUpTo(std::size_t count);
+    void showChannelFlags();
     void fillSetSelector();
     void toggleLiveMode();
     void chooseSet(int index);

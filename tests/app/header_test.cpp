@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "app/frame_fixture.h"
+#include "params/md5.h"
 #include "params/set_text.h"
 
 // The controls above the tabs.
@@ -123,6 +124,20 @@ TEST_F(Header, ChoosingASetShowsItsChannelFlags) {
     QTest::keyClick(&setSelector(), Qt::Key_Up);
     EXPECT_TRUE(flag(1).isChecked());
     EXPECT_FALSE(flag(4).isChecked());
+}
+
+TEST_F(Header, ReadingTheSetAgainShowsItsChannelFlags) {
+    tuning.setChannelFlag({0}, 1);
+    EXPECT_FALSE(flag(4).isChecked());
+    view().refreshPages();
+    EXPECT_TRUE(flag(4).isChecked()) << "a received set brings its own flags";
+}
+
+TEST_F(Header, ChoosingTheCurrentSetAgainChangesNothing) {
+    const ParameterImage before = tuning.image();
+    choose(setSelector(), 0);
+    EXPECT_EQ(md5Image(tuning.image()), md5Image(before));
+    EXPECT_FALSE(tuning.updatePending());
 }
 
 // ---- set name

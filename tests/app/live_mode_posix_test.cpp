@@ -101,8 +101,8 @@ TEST_F(LiveLine, WithoutAPortTheTroubleIsTold) {
     ASSERT_TRUE(link.startWorker());
     QTest::mouseClick(&eqMode(), Qt::LeftButton);
     ASSERT_TRUE(statusBecomes(TargetStatus::Light::trouble));
-    EXPECT_TRUE(
-        frame->statusLine().paneText(0).startsWith(QStringLiteral("no port, Live Mode on, port not opened ")));
+    EXPECT_TRUE(frame->statusLine().paneText(0).startsWith(
+        QStringLiteral("no port, Live Mode on, port not opened ")));
     EXPECT_THAT(shown, Contains(::testing::Field(&ShownBox::text, "Cannot open COM port!")));
 }
 

@@ -8,6 +8,7 @@
 #include <cstring>
 
 #include "app/frame_fixture.h"
+#include "app/page_factory.h"
 #include "app/ui_file_dialogs.h"
 #include "params/set_text.h"
 
@@ -273,6 +274,36 @@ TEST_F(SettingsFiles, AFileMayBeDroppedOnAnyPlaceOfTheWindow) {
             EXPECT_EQ(firstName(), u"Dropped") << child->metaObject()->className();
         }
     }
+}
+
+TEST_F(SettingsFiles, AFileMayBeDroppedOnAnyControlOfThePages) {
+    makeFrame(pageFactory({.tuning = tuning,
+                           .boxes = boxes,
+                           .dialogs = dialogs,
+                           .profile = *profile,
+                           .link = link,
+                           .listPorts = [] { return std::vector<std::string>{}; },
+                           .firstPort = {},
+                           .refreshPages = [] {}}));
+    const QString path = settingsFileNamed("a.eqs", u"Dropped");
+    QMimeData data;
+    data.setUrls({urlOf(path)});
+    data.setText(path);
+    std::size_t places = 0;
+    for (int page = 0; page < static_cast<int>(pageCount); ++page) {
+        clickTab(page);
+        for (QLineEdit* edit : frame->findChildren<QLineEdit*>()) {
+            if (!edit->isVisible()) {
+                continue;
+            }
+            ++places;
+            tuning.setName(u"Before");
+            EXPECT_TRUE(drop(data, edit->mapTo(frame.get(), edit->rect().center())));
+            EXPECT_EQ(firstName(), u"Dropped") << edit->objectName().toStdString();
+            EXPECT_NE(edit->text(), path);
+        }
+    }
+    EXPECT_GT(places, 80U);
 }
 
 TEST_F(SettingsFiles, ADroppedFileThatIsNoneIsTold) {

@@ -44,6 +44,18 @@ TEST_F(Follower, StartsWithNothingToTell) {
     EXPECT_EQ(follower.status({}).port, QStringLiteral("COM3"));
 }
 
+TEST_F(Follower, AnotherPortStartsWithoutAPast) {
+    follower.setPort(QStringLiteral("COM3"));
+    follower.exchangeEnded(ExchangeEnd::portNotOpened, at(1));
+    follower.setPort(QStringLiteral("COM3"));
+    EXPECT_EQ(off(), (Told{Light::trouble, "port not opened 14:32:01"})) << "the same port again";
+    follower.setPort(QStringLiteral("COM4"));
+    EXPECT_EQ(off(), (Told{Light::off, ""}));
+    follower.workerState(State::confirmed, at(7));
+    follower.setPort(QStringLiteral("COM3"));
+    EXPECT_EQ(off(), (Told{Light::off, ""})) << "the answer was the other port's";
+}
+
 TEST_F(Follower, AnEditWaitsIsSentAndConfirmed) {
     follower.liveModeChanged(true);
     EXPECT_EQ(live(pending), (Told{Light::sending, "waiting"}));

@@ -328,9 +328,11 @@ void COutputEQ::write(BoundField bound, double value, bool final) {
             tuning().setCrossoverFrequency(bound.part, truncateTo<std::uint16_t>(value), final);
             break;
         case FieldId::crossoverOrder: {
-            writeCrossover(bound.part);
-            // The frequency is written and shown again with the new order, as if its slider had moved.
+            // The frequency is written and shown again with the new order, as if its slider had moved. The
+            // edit that is sent comes last: it must not leave with an older frequency.
             const CBitmapSlider& slider = crossovers_[bound.part].frequency->slider();
+            tuning().setCrossoverFrequency(bound.part, truncateTo<std::uint16_t>(slider.position()), false);
+            writeCrossover(bound.part);
             QCoreApplication::postEvent(
                 this, new SliderEvent(SliderEvent::moved, crossoverIds[bound.part].frequency.slider,
                                       slider.position()));

@@ -1,0 +1,24 @@
+# Headers that most sources of a target read, read once. For builds that are made to be run, not to be looked at: a
+# source that forgets an #include does not show there.
+set(TESSAVO_CORE_HEADERS <algorithm> <array> <cstdint> <functional> <map> <memory> <optional> <span> <string>
+                         <string_view> <vector>)
+set(TESSAVO_WINDOW_HEADERS
+    ${TESSAVO_CORE_HEADERS}
+    <QApplication>
+    <QCheckBox>
+    <QComboBox>
+    <QDialog>
+    <QLabel>
+    <QLineEdit>
+    <QPainter>
+    <QPushButton>
+    <QWidget>)
+set(TESSAVO_TEST_HEADERS ${TESSAVO_CORE_HEADERS} <gmock/gmock.h> <gtest/gtest.h>)
+set(TESSAVO_WINDOW_TEST_HEADERS ${TESSAVO_WINDOW_HEADERS} <QTest> <gmock/gmock.h> <gtest/gtest.h>)
+
+# tessavo_precompile(target headers...)
+function(tessavo_precompile target)
+  if(TESSAVO_PRECOMPILE)
+    target_precompile_headers(${target} PRIVATE ${ARGN})
+  endif()
+endfunction()
