@@ -20,7 +20,7 @@ const char dressed[] = "tessavoDressed";
 
 /// Names between '@' signs are colours.
 constexpr char menuBarSheet[] = R"(
-QMenuBar { background: @bars@; color: @text@; padding: 2px 6px; border: none; }
+QMenuBar { background: @bars@; color: @text@; padding: 2px 6px; border: none; spacing: 3px; }
 QMenuBar::item { background: transparent; padding: 4px 10px; border-radius: 4px; }
 QMenuBar::item:selected, QMenuBar::item:pressed { background: @edge@; }
 )";

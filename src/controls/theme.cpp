@@ -10,6 +10,8 @@ QFont font(int pixelSize, QFont::Weight weight) {
                       QStringLiteral("DejaVu Sans")});
     font.setPixelSize(pixelSize);
     font.setWeight(weight);
+    // Stems as wide as they are drawn: hinted ones look heavy as light text on a dark ground.
+    font.setHintingPreference(QFont::PreferNoHinting);
     return font;
 }
 
