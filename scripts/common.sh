@@ -6,11 +6,14 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 jobs=$(nproc)
 
 # configure PRESET [-DOPTION=VALUE...]
-# TESSAVO_WERROR=ON in the environment turns warnings into errors, as CI does.
+# These options may stand in the environment, as CI has them: TESSAVO_WERROR, TESSAVO_PRECOMPILE, TESSAVO_TEST_ROOMS.
 configure() {
-    local preset=$1
+    local preset=$1 option options=()
     shift
-    cmake --preset "$preset" ${TESSAVO_WERROR:+"-DTESSAVO_WERROR=$TESSAVO_WERROR"} "$@"
+    for option in TESSAVO_WERROR TESSAVO_PRECOMPILE TESSAVO_TEST_ROOMS; do
+        [ -z "${!option:-}" ] || options+=("-D$option=${!option}")
+    done
+    cmake --preset "$preset" "${options[@]}" "$@"
 }
 
 # build PRESET [-DOPTION=VALUE...]: configures and builds a preset.
