@@ -49,10 +49,9 @@ void CommLink::setPortName(const std::string& name) {
             return;
         }
         portName_ = name;
-        // What another port confirmed says nothing about this one, nor does a transfer that is under way.
-        confirmedImage_.reset();
-        imageUnderWay_.reset();
     }
+    // What another port confirmed says nothing about this one, nor does a transfer that is under way.
+    forgetConfirmation();
     emit portNameChanged(QString::fromStdString(name));
 }
 
@@ -64,6 +63,12 @@ bool CommLink::isFree() const {
 std::optional<ParameterImage> CommLink::confirmedImage() const {
     const std::lock_guard guard(guard_);
     return confirmedImage_;
+}
+
+void CommLink::forgetConfirmation() {
+    const std::lock_guard guard(guard_);
+    confirmedImage_.reset();
+    imageUnderWay_.reset();
 }
 
 void CommLink::noteWorkerState(LiveWorker::State state) {

@@ -56,6 +56,8 @@ class CommLink : public QObject, private ICommLog {
     [[nodiscard]] bool liveTransferRuns() const { return liveTransferRuns_; }
     /// The image that the target has confirmed last; nothing before that and after a later failure.
     [[nodiscard]] std::optional<ParameterImage> confirmedImage() const;
+    /// From now on nothing counts as confirmed until the next confirmation.
+    void forgetConfirmation();
 
  signals:
     void portNameChanged(const QString& name);

@@ -31,11 +31,11 @@ constexpr int lowestHeight = 320;
 constexpr std::string_view exitQuestion =
     "The current settings will be lost!\r\n Do you want to save settings?";
 constexpr std::string_view breakExchangeQuestion =
-    "An exchange with the target is still running.\r\n Do you want to wait until it ends?";
+    "An exchange with the target is still running.\r\nDo you want to wait until it ends?";
 constexpr std::string_view breakSoftwareQuestion =
     "The software image is still being sent!\r\n"
-    " If you close now, the target may be left without software.\r\n"
-    " Do you want to wait until it is sent?";
+    "If you close now, the target may be left without software.\r\n"
+    "Do you want to wait until it is sent?";
 
 QString fileNameForMenu(const QString& path, qsizetype number) {
     QString shown = path;
@@ -171,8 +171,13 @@ void CMainFrame::followTarget() {
            [this](ExchangeEnd end) { follower_.exchangeEnded(end, QTime::currentTime()); });
     follow(&link, &CommLink::blockSent,
            [this](qulonglong done, qulonglong all, qlonglong) { follower_.blockSent(done, all); });
-    follow(&commands, &ForegroundTransfers::started,
-           [this, &commands](qulonglong) { follower_.commandStarted(commands.activity()); });
+    follow(&commands, &ForegroundTransfers::started, [this, &commands](qulonglong) {
+        if (commands.activity() == ForegroundTransfers::Activity::sendingSoftware) {
+            // What the target plays after a new software is its own affair.
+            parts_.link.forgetConfirmation();
+        }
+        follower_.commandStarted(commands.activity());
+    });
     follow(&commands, &ForegroundTransfers::ended, [this](bool) {
         follower_.commandEnded();
         if (closing_) {

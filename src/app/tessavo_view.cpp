@@ -5,6 +5,7 @@
 #include <QLinearGradient>
 #include <QPainter>
 #include <QScrollArea>
+#include <QScrollBar>
 #include <QStackedWidget>
 #include <QTimer>
 #include <bit>
@@ -280,6 +281,11 @@ void CTessavoView::tabClicked(int index) {
         return;
     }
     makePagesUpTo(static_cast<std::size_t>(index) + 1);
+    if (stack_->currentIndex() != index) {
+        // On a low screen every page starts at its top.
+        pageArea_->verticalScrollBar()->setValue(0);
+        pageArea_->horizontalScrollBar()->setValue(0);
+    }
     stack_->setCurrentIndex(index);
     if (plot_) {
         plot_->setWindowTitle(latin(plotTitles[static_cast<std::size_t>(index)]));

@@ -96,7 +96,17 @@ void NumberEdit::keyPressEvent(QKeyEvent* event) {
 void NumberEdit::focusInEvent(QFocusEvent* event) {
     QLineEdit::focusInEvent(event);
     focused_ = true;
+    // Whoever clicks into a number means to replace it.
+    selectsOnRelease_ = event->reason() == Qt::MouseFocusReason;
     update();
+}
+
+void NumberEdit::mouseReleaseEvent(QMouseEvent* event) {
+    QLineEdit::mouseReleaseEvent(event);
+    if (selectsOnRelease_ && event->button() == Qt::LeftButton && !hasSelectedText()) {
+        selectAll();
+    }
+    selectsOnRelease_ = false;
 }
 
 void NumberEdit::focusOutEvent(QFocusEvent* event) {

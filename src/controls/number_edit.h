@@ -8,8 +8,9 @@ namespace tessavo {
 
 /// Edit box of a number, with a stripe in the colour of its slider.
 ///
-/// Enter applies the text and keeps the focus, Escape brings back the text last applied, Up and Down ask for
-/// a step. The box does not read the number: whoever applies it answers with `setValueText`.
+/// The click that brings the focus selects the number. Enter applies the text and keeps the focus, Escape
+/// brings back the text last applied, Up and Down ask for a step. The box does not read the number: whoever
+/// applies it answers with `setValueText`.
 class NumberEdit : public QLineEdit {
     Q_OBJECT
 
@@ -40,6 +41,7 @@ class NumberEdit : public QLineEdit {
  protected:
     void paintEvent(QPaintEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
     void enterEvent(QEnterEvent* event) override;
@@ -55,6 +57,7 @@ class NumberEdit : public QLineEdit {
     bool hovered_ = false;
     bool focused_ = false;
     bool applying_ = false;
+    bool selectsOnRelease_ = false;  ///< the press under way brought the focus
 };
 
 }  // namespace tessavo

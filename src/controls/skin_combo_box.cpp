@@ -109,8 +109,11 @@ void SkinComboBox::paintEvent(QPaintEvent* /*event*/) {
     if (dot.isValid()) {
         paintDot(painter, left - dotRoom, height() / 2.0, isEnabled() ? dot : QColor::fromRgb(theme::off));
     }
+    // Texts of the program fit; one that a person made up may not.
+    const int room = width() - left - (isCompact() ? compactChevronRoom : chevronRoom);
+    const QString shown = fontMetrics().elidedText(currentText(), Qt::ElideRight, room);
     painter.text(QRectF(left, 0, width() - left, height()), Qt::AlignLeft | Qt::AlignVCenter,
-                 isEnabled() ? theme::text : theme::text3, currentText());
+                 isEnabled() ? theme::text : theme::text3, shown);
 }
 
 void SkinComboBox::wheelEvent(QWheelEvent* event) {

@@ -35,11 +35,11 @@ class ClosingOnALine : public OnALine {
     }
 
     const std::string exchangeQuestion =
-        "An exchange with the target is still running.\r\n Do you want to wait until it ends?";
+        "An exchange with the target is still running.\r\nDo you want to wait until it ends?";
     const std::string softwareQuestion =
         "The software image is still being sent!\r\n"
-        " If you close now, the target may be left without software.\r\n"
-        " Do you want to wait until it is sent?";
+        "If you close now, the target may be left without software.\r\n"
+        "Do you want to wait until it is sent?";
     const std::string saveQuestion = "The current settings will be lost!\r\n Do you want to save settings?";
 
     bool closed_ = false;
