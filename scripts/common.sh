@@ -6,11 +6,11 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 jobs=$(nproc)
 
 # configure PRESET [-DOPTION=VALUE...]
-# These options may stand in the environment, as CI has them: TESSAVO_WERROR, TESSAVO_PRECOMPILE, TESSAVO_TEST_ROOMS.
+# These options may stand in the environment, as CI has them.
 configure() {
     local preset=$1 option options=()
     shift
-    for option in TESSAVO_WERROR TESSAVO_PRECOMPILE TESSAVO_TEST_ROOMS; do
+    for option in TESSAVO_WERROR TESSAVO_PRECOMPILE TESSAVO_TEST_ROOMS TESSAVO_GUI; do
         [ -z "${!option:-}" ] || options+=("-D$option=${!option}")
     done
     cmake --preset "$preset" "${options[@]}" "$@"
