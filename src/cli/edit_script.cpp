@@ -248,6 +248,7 @@ LineVerdict readLine(std::string_view line) {
 
 std::vector<std::string_view> scriptUsages() {
     std::vector<std::string_view> usages;
+    usages.reserve(std::size(wordTable) + 1);
     for (const Word& word : wordTable) {
         usages.push_back(word.usage);
     }
