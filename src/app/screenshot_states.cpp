@@ -155,7 +155,7 @@ void sendMouse(QWidget& target, QEvent::Type type, const QPointF& place) {
 QString takeStatePictures(const PictureTaker& take) {
     ExampleWindow window;
     window.showPage(Page::outputEqualizer);
-    if (const QString problem = take(window.frame(), "output_eq_single"); !problem.isEmpty()) {
+    if (QString problem = take(window.frame(), "output_eq_single"); !problem.isEmpty()) {
         return problem;
     }
 
@@ -165,7 +165,7 @@ QString takeStatePictures(const PictureTaker& take) {
     const QPointF target = thumb + QPointF(0, dragPixels);
     sendMouse(slider, QEvent::MouseButtonPress, thumb);
     sendMouse(slider, QEvent::MouseMove, target);
-    const QString problem = take(window.frame(), "output_eq_drag");
+    QString problem = take(window.frame(), "output_eq_drag");
     sendMouse(slider, QEvent::MouseButtonRelease, target);
     if (!problem.isEmpty()) {
         return problem;
@@ -175,7 +175,7 @@ QString takeStatePictures(const PictureTaker& take) {
     for (const int id : tickedChannels) {
         window.control<QAbstractButton>(id).click();
     }
-    if (const QString failed = take(window.frame(), "output_eq_multi"); !failed.isEmpty()) {
+    if (QString failed = take(window.frame(), "output_eq_multi"); !failed.isEmpty()) {
         return failed;
     }
 

@@ -39,12 +39,12 @@ QString takeScreenshots(CMainFrame& frame, const QString& folder, const QString&
     frame.setFixedSize(CMainFrame::clientWidth, CMainFrame::clientHeight);
     for (std::size_t i = 0; i < pageCount; ++i) {
         frame.view().showPage(static_cast<Page>(i));
-        if (const QString problem = saveWidget(frame, pathOf(fileNames[i])); !problem.isEmpty()) {
+        if (QString problem = saveWidget(frame, pathOf(fileNames[i])); !problem.isEmpty()) {
             return problem;
         }
     }
     frame.view().showPage(Page::outputEqualizer);
-    if (const QString problem = saveWidget(frame.view().plot(), pathOf("plot")); !problem.isEmpty()) {
+    if (QString problem = saveWidget(frame.view().plot(), pathOf("plot")); !problem.isEmpty()) {
         return problem;
     }
     return takeStatePictures(

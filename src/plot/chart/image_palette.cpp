@@ -137,7 +137,7 @@ Lab colorAt(const Table& table, const std::vector<Lab>& anchors, std::size_t ind
             // The colour behind the last one is the first again.
             return along(anchors, static_cast<double>(index) / CImagePalette::colorCount);
         case Spacing::banded:
-            return along(anchors, static_cast<double>(index / 16) / 15.0);
+            return along(anchors, std::floor(static_cast<double>(index) / 16.0) / 15.0);
     }
     return {};
 }
