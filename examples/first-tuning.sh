@@ -26,7 +26,7 @@ tessavoctl() {
 }
 
 echo "1. A fresh settings file, and the tuning of first-tuning.txt in its set 1"
-tessavoctl new "$work/fresh.eqs"
+tessavoctl new --force "$work/fresh.eqs"
 tessavoctl edit "$work/fresh.eqs" --script "$here/first-tuning.txt" --output "$work/tuned.eqs"
 # Two files that differ make diff end with 1.
 "$programs/tessavoctl" diff "$work/fresh.eqs" "$work/tuned.eqs" | sed 's/^/   /' || true

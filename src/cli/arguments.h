@@ -22,6 +22,7 @@ struct Arguments {
     int channel = 0;               ///< page position 1 to 8, or 0 where none was named
     std::uint32_t filterMode = 0;  ///< index into filterModeNames
     bool json = false;
+    bool force = false;
 
     [[nodiscard]] std::size_t setIndex() const { return static_cast<std::size_t>(set - 1); }
 };

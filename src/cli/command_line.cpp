@@ -121,7 +121,8 @@ void Parser::addTargetSet(CLI::App* command) {
 
 void Parser::addFileCommands() {
     CLI::App* command = add("new", runNew, "Write a settings file that holds the defaults", "new fresh.eqs");
-    addFile(command, "Settings file to write");
+    addFile(command, "Settings file to write; an existing one is left alone");
+    command->add_flag("--force", arguments_.force, "Write over an existing file");
 
     command = add("show", runShow, "Show the sets of a settings file", "show car.eqs --set 1");
     addFile(command, "Settings file");

@@ -48,6 +48,26 @@ std::string writeTrouble(const fs::path& path) {
     return {};
 }
 
+bool holdsSettings(const fs::path& path) {
+    ParameterStore store;
+    for (std::size_t set = 0; set < setCount; ++set) {
+        if (readSettings(path, set, store) == LoadVerdict::loaded) {
+            return true;
+        }
+    }
+    return false;
+}
+
+bool holdsImage(const fs::path& path) {
+    const auto start = readFileStart(path, parameterImageSize);
+    if (!start || start->bytes.size() < parameterImageSize) {
+        return false;
+    }
+    ParameterImage image;
+    std::memcpy(&image, start->bytes.data(), sizeof image);
+    return image.imageSize == parameterImageSize;
+}
+
 template <typename Record>
 std::vector<std::uint8_t> bytesOfRecord(const Record& record) {
     std::vector<std::uint8_t> bytes(sizeof(Record));
@@ -68,6 +88,12 @@ bool isSameFile(const std::string& first, const std::string& second) {
     }
     const fs::path one = fs::weakly_canonical(pathOf(first), error);
     return !one.empty() && one == fs::weakly_canonical(pathOf(second), error);
+}
+
+bool isExistingFile(const std::string& file) {
+    // What is written to a device or a pipe replaces nothing.
+    std::error_code error;
+    return fs::is_regular_file(pathOf(file), error);
 }
 
 std::string readTrouble(const std::string& file) {
@@ -141,6 +167,16 @@ bool OutputFiles::check() {
         const std::string trouble = writeTrouble(pathOf(target.file));
         if (!trouble.empty()) {
             tellUnopened(target, trouble);
+            return false;
+        }
+        // The longer of the two would keep its tail, and be neither.
+        const bool settings = target.kind == Kind::settings;
+        if (isExistingFile(target.file) &&
+            (settings ? holdsImage(pathOf(target.file)) : holdsSettings(pathOf(target.file)))) {
+            reporter_.error(target.file + (settings ? ": is a parameter image and is not replaced by a "
+                                                      "settings file; choose another name"
+                                                    : ": is a settings file and is not replaced by a "
+                                                      "parameter image; choose another name"));
             return false;
         }
     }

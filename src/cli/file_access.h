@@ -21,6 +21,9 @@ namespace tessavo::cli {
 /// Whether two arguments name the same file, existing or not.
 [[nodiscard]] bool isSameFile(const std::string& first, const std::string& second);
 
+/// Whether writing this file would write over one that holds something of a person.
+[[nodiscard]] bool isExistingFile(const std::string& file);
+
 /// Why a file that could not be opened for reading was not: "no such file", "is a directory", ...
 [[nodiscard]] std::string readTrouble(const std::string& file);
 
@@ -44,7 +47,8 @@ class OutputFiles {
     void addSettings(const std::string& file) { targets_.push_back({file, Kind::settings, {}, {}}); }
     void addImage(const std::string& file) { targets_.push_back({file, Kind::image, {}, {}}); }
 
-    /// Looks whether every file can be written, without changing any. Tells what fails.
+    /// Looks whether every file can be written, without changing any; a settings file is not written over an
+    /// image, nor an image over a settings file. Tells what fails.
     [[nodiscard]] bool check();
 
     /// Writes the files, existing ones without truncating them. When one fails the ones before it are put

@@ -92,6 +92,10 @@ void takeStore(TuningState& tuning, const ParameterStore& store, std::size_t set
 }
 
 int runNew(const Arguments& arguments, const Surroundings& around) {
+    if (!arguments.force && isExistingFile(arguments.file)) {
+        around.reporter.error(arguments.file + ": exists already; --force writes over it");
+        return exit_code::failed;
+    }
     TuningState tuning(around.reporter);
     tuning.start();
     OutputFiles output(around.reporter);
@@ -142,8 +146,11 @@ int runDiff(const Arguments& arguments, const Surroundings& around) {
 }
 
 int runEdit(const Arguments& arguments, const Surroundings& around) {
+    const std::string scriptFile = arguments.script == "-" ? std::string() : arguments.script;
     if (!areApart(arguments.image, arguments.file, around.reporter) ||
-        !areApart(arguments.image, arguments.output, around.reporter)) {
+        !areApart(arguments.image, arguments.output, around.reporter) ||
+        !areApart(scriptFile, arguments.output, around.reporter) ||
+        !areApart(scriptFile, arguments.image, around.reporter)) {
         return exit_code::wrongUsage;
     }
     const auto script = loadScript(arguments.script, around);

@@ -59,7 +59,7 @@ class CommandTest : public testing::Test {
 
     /// A fresh settings file.
     [[nodiscard]] std::string fresh(const std::string& name = "fresh.eqs") const {
-        const CommandResult result = run({"new", path(name)});
+        const CommandResult result = run({"new", "--force", path(name)});
         EXPECT_EQ(result.code, 0) << result.err;
         return path(name);
     }

@@ -56,7 +56,7 @@ TEST_F(FileCommands, NewWritesTheDefaultsOfEverySet) {
 
 TEST_F(FileCommands, NewOverALongerFileKeepsItsTail) {
     write(path("long.eqs"), Bytes(12000, 0xA5));
-    ASSERT_EQ(run({"new", path("long.eqs")}).code, 0);
+    ASSERT_EQ(run({"new", "--force", path("long.eqs")}).code, 0);
     const Bytes bytes = read(path("long.eqs"));
     ASSERT_EQ(bytes.size(), 12000U);
     EXPECT_EQ(firstBytes(bytes, parameterStoreSize), read(fresh()));
