@@ -110,6 +110,10 @@ int main(int argc, char** argv) {
     const QTemporaryDir folder;
     CTessavoApp app(argc, argv, profileFor(pictures, folder));
     qInstallMessageHandler(usual);
+    // A box would not be readable either.
+    if (const QString problem = CTessavoApp::unusableDisplay(); !problem.isEmpty()) {
+        return tellProblem(problem);
+    }
     const tessavo::InstanceGuard guard;
     if (!pictures && !guard.isFirst()) {
         app.boxes().showError("Tessavo is already running.\r\nPlease use the window that is open.");

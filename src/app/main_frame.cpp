@@ -10,6 +10,7 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QScreen>
+#include <QScrollBar>
 #include <QTime>
 #include <QWindow>
 #include <algorithm>
@@ -17,6 +18,7 @@
 
 #include "app/about_dialog.h"
 #include "app/comm_link.h"
+#include "app/narrow_view.h"
 #include "app/tessavo_view.h"
 #include "app/ui_file_dialogs.h"
 #include "controls/theme.h"
@@ -28,6 +30,7 @@ namespace {
 constexpr int menuHeight = 28;
 // Menu, header, tab row, status bar and a strip of the page: below this nothing could be worked with.
 constexpr int lowestHeight = 320;
+constexpr int lowestWidth = 480;
 constexpr std::string_view exitQuestion =
     "The current settings will be lost!\r\n Do you want to save settings?";
 constexpr std::string_view breakExchangeQuestion =
@@ -43,6 +46,12 @@ QString fileNameForMenu(const QString& path, qsizetype number) {
     return QStringLiteral("&%1 %2").arg(number).arg(shown);
 }
 
+// The platform that draws pictures has a screen of its own size, which nobody looks at.
+QSize roomOn(const QScreen* screen) {
+    const bool seen = screen != nullptr && QGuiApplication::platformName() != QStringLiteral("offscreen");
+    return seen ? screen->availableSize() : QSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
+}
+
 }  // namespace
 
 CMainFrame::CMainFrame(Parts parts)
@@ -56,8 +65,7 @@ CMainFrame::CMainFrame(Parts parts)
     setWindowTitle(QStringLiteral("Tessavo Velmira"));
     setAcceptDrops(true);
     makeMenus();
-    const int available = screen() != nullptr ? screen()->availableGeometry().height() : clientHeight;
-    setFixedSize(clientWidth, heightFor(available));
+    fitInto(roomOn(screen()));
     view_->initialUpdate();
     status_->setKeyStates(readKeyStates());
     qApp->installEventFilter(this);
@@ -73,6 +81,53 @@ int CMainFrame::heightFor(int availableHeight) {
     // What the caption and the frame around the client area take on usual desktops.
     constexpr int captionHeight = 32;
     return std::clamp(availableHeight - captionHeight, lowestHeight, clientHeight);
+}
+
+int CMainFrame::widthFor(int availableWidth) {
+    // What the frame around a client area takes that would otherwise fill the screen.
+    constexpr int borders = 8;
+    return availableWidth >= clientWidth ? clientWidth : std::max(availableWidth - borders, lowestWidth);
+}
+
+void CMainFrame::fitInto(QSize room) {
+    setFixedSize(widthFor(room.width()), heightFor(room.height()));
+    if (width() < clientWidth && narrow_ == nullptr) {
+        narrow_ = new NarrowView(view_, this);
+        connect(narrow_, &NarrowView::scrolledAcross, this, &CMainFrame::layOut);
+        narrow_->show();
+    }
+    layOut();
+}
+
+void CMainFrame::followScreen(QScreen* screen) {
+    disconnect(screenConnection_);
+    if (screen == nullptr) {
+        return;
+    }
+    screenConnection_ = connect(screen, &QScreen::availableGeometryChanged, this,
+                                [this, screen] { fitInto(roomOn(screen)); });
+    fitInto(roomOn(screen));
+}
+
+void CMainFrame::layOut() {
+    const QRect middle(0, menuHeight, width(), height() - menuHeight - StatusLine::barHeight);
+    if (narrow_ != nullptr) {
+        narrow_->setGeometry(middle);
+    } else {
+        view_->setGeometry(middle);
+    }
+    const int across = narrow_ != nullptr ? narrow_->horizontalScrollBar()->value() : 0;
+    status_->setGeometry(-across, height() - StatusLine::barHeight, clientWidth, StatusLine::barHeight);
+}
+
+void CMainFrame::bringIntoSight(QWidget* control) {
+    if (!view_->isAncestorOf(control)) {
+        return;
+    }
+    view_->bringIntoSight(control);
+    if (narrow_ != nullptr) {
+        narrow_->bringIntoSight(control);
+    }
 }
 
 void CMainFrame::makeMenus() {
@@ -260,9 +315,15 @@ void CMainFrame::paintEvent(QPaintEvent*) {
     QPainter(this).fillRect(rect(), QColor::fromRgb(theme::window));
 }
 
+void CMainFrame::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    // The screens of a laptop come and go while the window is open.
+    connect(windowHandle(), &QWindow::screenChanged, this, &CMainFrame::followScreen, Qt::UniqueConnection);
+    followScreen(screen());
+}
+
 void CMainFrame::resizeEvent(QResizeEvent*) {
-    status_->setGeometry(0, height() - StatusLine::barHeight, width(), StatusLine::barHeight);
-    view_->setGeometry(0, menuHeight, width(), height() - menuHeight - StatusLine::barHeight);
+    layOut();
 }
 
 // The background acts as a caption. Only what no control has taken arrives here.
@@ -309,6 +370,14 @@ bool CMainFrame::eventFilter(QObject* watched, QEvent* event) {
         const int key = static_cast<QKeyEvent*>(event)->key();
         if (key == Qt::Key_CapsLock || key == Qt::Key_NumLock || key == Qt::Key_ScrollLock) {
             status_->setKeyStates(readKeyStates());
+        }
+    }
+    if (event->type() == QEvent::FocusIn && watched->isWidgetType()) {
+        // Only for the keyboard: what the mouse has pressed must not move away under it.
+        const Qt::FocusReason reason = static_cast<QFocusEvent*>(event)->reason();
+        if (reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason ||
+            reason == Qt::ShortcutFocusReason) {
+            bringIntoSight(static_cast<QWidget*>(watched));
         }
     }
     return QWidget::eventFilter(watched, event);

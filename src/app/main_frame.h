@@ -14,15 +14,17 @@
 class QAction;
 class QMenu;
 class QMenuBar;
+class QScreen;
 
 namespace tessavo {
 
 class CommLink;
 class CTessavoView;
 class IChartHost;
+class NarrowView;
 
 /// The program's one window: menu, view, status bar. Its size is fixed; on a screen too low for it only the
-/// page scrolls.
+/// page scrolls, on one too narrow everything below the menu scrolls across.
 class CMainFrame : public QWidget {
     Q_OBJECT
 
@@ -58,11 +60,16 @@ class CMainFrame : public QWidget {
     /// Puts the frame where it was when the program last ended, if that place is still on a screen.
     void restorePlace();
 
-    /// Height of the frame on a screen with this much room, in pixels.
+    /// Takes the size that fits into this much room on the screen, in pixels.
+    void fitInto(QSize room);
+
+    /// Height and width of the frame on a screen with this much room, in pixels.
     static int heightFor(int availableHeight);
+    static int widthFor(int availableWidth);
 
  protected:
     void closeEvent(QCloseEvent* event) override;
+    void showEvent(QShowEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
@@ -75,6 +82,9 @@ class CMainFrame : public QWidget {
 
  private:
     void makeMenus();
+    void followScreen(QScreen* screen);
+    void layOut();
+    void bringIntoSight(QWidget* control);
     void open();
     void save();
     void fillRecentFiles();
@@ -91,6 +101,8 @@ class CMainFrame : public QWidget {
     QAction* recentEnd_ = nullptr;
     CTessavoView* view_ = nullptr;
     StatusLine* status_ = nullptr;
+    NarrowView* narrow_ = nullptr;  ///< holds the view once a screen was too narrow
+    QMetaObject::Connection screenConnection_;
     SettingsCommands commands_;
     std::function<bool()> nothingToLose_;
     TargetFollower follower_;

@@ -1,5 +1,6 @@
 #include "app/profile.h"
 
+#include <QDir>
 #include <QFileInfo>
 
 namespace tessavo {
@@ -35,6 +36,15 @@ void Profile::removeRecentFile(const QString& path) {
     files.removeAll(path);
     files.removeAll(QFileInfo(path).absoluteFilePath());
     settings_.setValue(recentKey, files);
+}
+
+QString Profile::keep() {
+    settings_.sync();
+    if (settings_.status() != QSettings::AccessError) {
+        return {};
+    }
+    return QStringLiteral("%1 cannot be written: recent files, port and window place are not remembered.")
+        .arg(QDir::toNativeSeparators(settings_.fileName()));
 }
 
 }  // namespace tessavo

@@ -8,7 +8,7 @@
 namespace tessavo {
 
 /// What the program remembers between two runs. A missing, damaged or unwritable profile reads as empty;
-/// nothing fails.
+/// nothing fails, but keep() tells.
 class Profile {
  public:
     static constexpr int recentFileLimit = 4;
@@ -33,6 +33,10 @@ class Profile {
 
     [[nodiscard]] QByteArray windowPlace() const { return settings_.value("windowPlace").toByteArray(); }
     void setWindowPlace(const QByteArray& place) { settings_.setValue("windowPlace", place); }
+
+    /// Writes what was set since the last time.
+    /// \return what a person should know when it could not be kept; empty otherwise
+    QString keep();
 
  private:
     [[nodiscard]] QString text(const char* key) const {

@@ -1,6 +1,8 @@
 #include "app/tessavo_app.h"
 
+#include <QFontMetrics>
 #include <QIcon>
+#include <QScreen>
 #include <array>
 #include <cstring>
 #include <iostream>
@@ -13,6 +15,7 @@
 #include "comm/port_list.h"
 #include "controls/application_theme.h"
 #include "controls/skin_message_box.h"
+#include "controls/theme.h"
 
 namespace tessavo {
 
@@ -38,6 +41,23 @@ CTessavoApp::~CTessavoApp() {
     // Threads first: they use what is destroyed after them.
     boxes_.stopAnswering();
     link_.shutDown();
+}
+
+QString CTessavoApp::unusableDisplay() {
+    // Below that the toolkit paints nothing.
+    constexpr int leastDepth = 15;
+    if (const QScreen* screen = QGuiApplication::primaryScreen();
+        screen != nullptr && screen->depth() < leastDepth) {
+        return QStringLiteral("the display has too few colours (%1 bits for each point, %2 are needed).")
+            .arg(screen->depth())
+            .arg(leastDepth);
+    }
+    if (!QFontMetrics(theme::font(12)).inFont(QLatin1Char('A'))) {
+        return QStringLiteral(
+            "there is no font to write with. Install one; on Debian and Ubuntu: "
+            "sudo apt install fonts-dejavu-core");
+    }
+    return {};
 }
 
 bool CTessavoApp::InitInstance(const StartOptions& options) {
@@ -79,6 +99,9 @@ int CTessavoApp::run() {
     // The simulated target is gone with the program; the port of before it is worth more.
     if (const std::string port = link_.portName(); !demo_.running() && !port.empty()) {
         profile_->setLastPort(QString::fromStdString(port));
+    }
+    if (const QString trouble = profile_->keep(); !trouble.isEmpty()) {
+        std::cerr << "tessavo: " << trouble.toStdString() << '\n';
     }
     return code;
 }

@@ -35,6 +35,9 @@ class CTessavoApp {
     CTessavoApp(const CTessavoApp&) = delete;
     CTessavoApp& operator=(const CTessavoApp&) = delete;
 
+    /// Why nothing could be read on this display, or empty.
+    [[nodiscard]] static QString unusableDisplay();
+
     /// Makes the frame and shows it.
     /// \return false when the program must end
     bool InitInstance(const StartOptions& options);

@@ -26,7 +26,7 @@ namespace {
 
 constexpr int headerHeight = 48;
 constexpr int tabRowHeight = 36;
-constexpr int pageTop = headerHeight + tabRowHeight;
+static_assert(CTessavoView::pageTop == headerHeight + tabRowHeight);
 constexpr int pageLeft = 20;
 constexpr int pageWidth = 984;
 constexpr int pageHeight = 596;
@@ -291,6 +291,38 @@ void CTessavoView::tabClicked(int index) {
         plot_->setWindowTitle(latin(plotTitles[static_cast<std::size_t>(index)]));
     }
     updatePlot();
+}
+
+void CTessavoView::bringIntoSight(QWidget* control) {
+    if (stack_->isAncestorOf(control)) {
+        pageArea_->ensureWidgetVisible(control);
+    }
+}
+
+void CTessavoView::scrollPageWith(QScrollBar* bar) {
+    if (pageBar_ == bar) {
+        return;
+    }
+    QScrollBar* own = pageArea_->verticalScrollBar();
+    if (pageBar_ != nullptr) {
+        pageBar_->disconnect(own);
+        own->disconnect(pageBar_);
+    }
+    pageBar_ = bar;
+    pageArea_->setVerticalScrollBarPolicy(bar != nullptr ? Qt::ScrollBarAlwaysOff : Qt::ScrollBarAsNeeded);
+    if (bar == nullptr) {
+        return;
+    }
+    const auto takeRange = [own, bar] {
+        bar->setPageStep(own->pageStep());
+        bar->setSingleStep(own->singleStep());
+        bar->setRange(own->minimum(), own->maximum());
+        bar->setValue(own->value());
+    };
+    connect(own, &QScrollBar::rangeChanged, bar, takeRange);
+    connect(own, &QScrollBar::valueChanged, bar, &QScrollBar::setValue);
+    connect(bar, &QScrollBar::valueChanged, own, &QScrollBar::setValue);
+    takeRange();
 }
 
 void CTessavoView::updatePlot() {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QPointer>
+#include <QScrollBar>
 #include <QWidget>
 #include <array>
 #include <memory>
@@ -41,6 +43,8 @@ class CTessavoView : public QWidget, public ISettingsView {
  public:
     static constexpr int viewWidth = 1024;
     static constexpr int viewHeight = 680;
+    /// Below header and tabs.
+    static constexpr int pageTop = 84;
 
     /// \param chartHost asks and tells for the plot; outlives the view.
     /// \param makePage pages without content when empty
@@ -59,6 +63,12 @@ class CTessavoView : public QWidget, public ISettingsView {
 
     /// Shows a page as a click on its tab does.
     void showPage(Page page);
+
+    /// Scrolls the page as far as one of its controls needs to be seen.
+    void bringIntoSight(QWidget* control);
+
+    /// The page scrolls up and down with this bar instead of its own; with its own again when null.
+    void scrollPageWith(QScrollBar* bar);
 
     void checkChannelBox(int number, bool checked) override;
     void refreshPages() override;
@@ -101,6 +111,7 @@ class CTessavoView : public QWidget, public ISettingsView {
     std::array<SkinCheckBox*, channelCount> flags_{};  ///< by number - 1
     eqCTabCtrl* tabs_ = nullptr;
     QScrollArea* pageArea_ = nullptr;
+    QPointer<QScrollBar> pageBar_;
     QStackedWidget* stack_ = nullptr;
     std::vector<CTabDialog*> pages_;
     std::unique_ptr<CPlotDlg> plot_;

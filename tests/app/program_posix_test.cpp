@@ -155,6 +155,20 @@ TEST_F(ProgramOnALine, SendsToItsDemoTargetAndDrawsThatItWasConfirmed) {
     EXPECT_GT(green, 30);
 }
 
+TEST_F(Program, SaysThatThereIsNoFont) {
+    std::filesystem::create_directory(folder / "empty");
+    const std::string empty = (folder / "empty").string();
+    std::ofstream(folder / "fonts.conf")
+        << "<fontconfig><dir>" << empty << "</dir><cachedir>" << empty << "</cachedir></fontconfig>";
+    environment_.insert(QStringLiteral("FONTCONFIG_FILE"), textOf(folder / "fonts.conf"));
+    const Result result = run({QStringLiteral("--screenshots"), textOf(folder / "pictures")});
+    EXPECT_EQ(result.code, 1);
+    EXPECT_EQ(result.error,
+              "tessavo: there is no font to write with. Install one; on Debian and Ubuntu: sudo apt install "
+              "fonts-dejavu-core\n");
+    EXPECT_FALSE(std::filesystem::exists(folder / "pictures"));
+}
+
 TEST_F(Program, SaysThatItsPicturesCannotBeWritten) {
     writeFile(folder / "file", {1});
     const Result result = run({QStringLiteral("--screenshots"), textOf(folder / "file" / "pictures")});

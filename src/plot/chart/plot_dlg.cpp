@@ -107,6 +107,8 @@ void CPlotDlg::showCentred() {
     const QRect available = onScreen->availableGeometry();
     QRect frame = frameGeometry();
     frame.moveCenter(available.center());
+    // On a screen that is too small the caption has to stay within reach.
+    frame.moveTop(std::max(frame.top(), available.top()));
     move(frame.topLeft());
     raise();
     activateWindow();
