@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <cstring>
 
+#include "comm_page/line_watcher.h"
 #include "comm_page/page_bench.h"
+#include "controls/skin_group_box.h"
 
 namespace tessavo::testing {
 namespace {
@@ -87,6 +89,40 @@ TEST_F(Commands, EachButtonLoadsItsSetAndRefreshesThePages) {
     EXPECT_THAT(shown, IsEmpty());
 }
 
+TEST_F(Commands, DefaultSetIsSetNumberZeroBothWays) {
+    // Found as a person finds them: by the caption, inside the group of that title.
+    const auto defaultSetOf = [&](int groupId) -> CxSkinButton* {
+        CxSkinButton* found = nullptr;
+        for (CxSkinButton* each : page->findChildren<CxSkinButton*>()) {
+            if (each->text() == QStringLiteral("Default Set") &&
+                control<SkinGroupBox>(groupId).geometry().contains(each->geometry())) {
+                EXPECT_EQ(found, nullptr) << "once only";
+                found = each;
+            }
+        }
+        return found;
+    };
+    ASSERT_EQ(control<SkinGroupBox>(comm_id::saveGroup).title(), QStringLiteral("Save Set In RAM To"));
+    ASSERT_EQ(control<SkinGroupBox>(comm_id::loadGroup).title(), QStringLiteral("Load Set from RAM"));
+    CxSkinButton* save = defaultSetOf(comm_id::saveGroup);
+    CxSkinButton* load = defaultSetOf(comm_id::loadGroup);
+    ASSERT_NE(save, nullptr);
+    ASSERT_NE(load, nullptr);
+    tuning.state.setVolume(-5.0F, true);
+    goLive();
+    auto expected = memory().sets;
+    expected[0] = imageBytes();
+    ASSERT_NE(expected, memory().sets);
+    click(*save);
+    EXPECT_EQ(memory().sets, expected) << "set 0 and no other";
+    tuning.state.setLiveMode(false);
+    tuning.state.setVolume(-3.0F, true);
+    click(*load);
+    EXPECT_EQ(imageBytes(), expected[0]);
+    EXPECT_FLOAT_EQ(tuning.state.currentParameterSet().channels[7].volumeDb, -5.0F);
+    EXPECT_THAT(shown, IsEmpty());
+}
+
 TEST_F(Commands, ASetWithAWrongDigestIsToldAndLeavesTheCurrentSet) {
     plugIn({"wrong-digest"});
     tuning.state.setVolume(-12.5F, true);
@@ -134,52 +170,52 @@ TEST_F(Commands, FlashingNothingDoesNothing) {
 }
 
 TEST_F(Commands, TheLargestImageIsFlashedWithEveryBlockTold) {
+    constexpr int blocks = 512;
     chooseImage(imageFile("full.bin", 524288));
-    std::vector<int> sent;
-    std::vector<std::string> texts;
-    bool enabledMeanwhile = false;
+    bool enabledMeanwhile = true;
+    QString first;
     const auto watch = QObject::connect(transfers.get(), &ForegroundTransfers::started, page, [&] {
         enabledMeanwhile = button(comm_id::flashFile).isEnabled();
-        texts.push_back(line().text().toStdString());
+        first = line().text();
     });
-    class Watcher : public QObject {
-     public:
-        Watcher(TransferLine& watched, std::vector<int>& sent, std::vector<std::string>& texts)
-            : watched_(watched), sent_(sent), texts_(texts) {
-            watched.installEventFilter(this);
-        }
-        // Each state of the line asks for a paint; the lines in between are read as they stand.
-        bool eventFilter(QObject*, QEvent* event) override {
-            if (event->type() == QEvent::Paint && (sent_.empty() || sent_.back() != watched_.blocksSent())) {
-                sent_.push_back(watched_.blocksSent());
-                texts_.push_back(watched_.text().toStdString());
-            }
-            return false;
-        }
-
-     private:
-        TransferLine& watched_;
-        std::vector<int>& sent_;
-        std::vector<std::string>& texts_;
-    } watcher(line(), sent, texts);
+    LineWatcher watcher(*page, line());
     const auto before = clock.now();
     click(button(comm_id::flashFile));
+    QObject::disconnect(watch);
     EXPECT_FALSE(enabledMeanwhile);
     EXPECT_TRUE(button(comm_id::flashFile).isEnabled());
+    EXPECT_EQ(first, QStringLiteral("Block 0 of 512, 0 %"));
     EXPECT_EQ(memory().software.size(), 524288U);
     EXPECT_EQ(memory().software, readFile(folder / "full.bin"));
     // 250 ms of pauses for each of the 512 blocks.
-    EXPECT_GE(clock.now() - before, std::chrono::milliseconds(512 * 250));
+    EXPECT_GE(clock.now() - before, std::chrono::milliseconds(blocks * 250));
+    const std::vector<std::string> texts = watcher.texts();
+    ASSERT_EQ(texts.size(), static_cast<std::size_t>(blocks) + 2U) << "0 to 512, then the end";
+    for (int sent = 1; sent <= blocks; ++sent) {
+        const std::string& text = texts[static_cast<std::size_t>(sent)];
+        const std::string share = std::to_string(sent * 100 / blocks);
+        const std::string told = "Block " + std::to_string(sent) + " of 512, " + share + " %";
+        // Time left from the fourth block on; 251 ms for each block that is still to come.
+        if (sent < 4) {
+            EXPECT_EQ(text, told);
+        } else {
+            ASSERT_THAT(text, ::testing::StartsWith(told + ", "));
+            ASSERT_THAT(text, ::testing::EndsWith(" left"));
+            const std::string left = text.substr(told.size() + 2);
+            const auto colon = left.find(':');
+            ASSERT_NE(colon, std::string::npos) << text;
+            const double seconds = 60.0 * std::stoi(left) + std::stoi(left.substr(colon + 1));
+            EXPECT_NEAR(seconds, 0.251 * (blocks - sent), 1.01) << text;
+        }
+        EXPECT_EQ(watcher.blocks()[static_cast<std::size_t>(sent)], sent);
+    }
+    EXPECT_EQ(texts.back(), "Done, 512 blocks");
     EXPECT_EQ(line().phase(), TransferLine::Phase::done);
-    EXPECT_EQ(line().text(), QStringLiteral("Done, 512 blocks"));
-    EXPECT_TRUE(std::is_sorted(sent.begin(), sent.end()));
-    EXPECT_EQ(texts.front(), "Block 0 of 512, 0 %");
     const LogLines lines = logLines();
-    EXPECT_EQ(std::count(lines.begin(), lines.end(), "TX-->    Send XModem Message"), 512);
+    EXPECT_EQ(std::count(lines.begin(), lines.end(), "TX-->    Send XModem Message"), blocks);
     EXPECT_EQ(lines.front(), "ST-->    Prepare XModem1k Message");
     EXPECT_EQ(lines.back(), "ST-->    Disconnected from Target");
     EXPECT_THAT(shown, IsEmpty());
-    QObject::disconnect(watch);
 }
 
 TEST_F(Commands, TheTimeLeftComesFromTheMeanOfTheBlocksSoFar) {

@@ -1,4 +1,6 @@
+#include <QLabel>
 #include <QTest>
+#include <algorithm>
 
 #include "comm_page/page_bench.h"
 #include "controls/skin_group_box.h"
@@ -65,6 +67,28 @@ TEST_F(Controls, CarryTheirTexts) {
     for (const auto& [id, title] : groups) {
         EXPECT_EQ(control<SkinGroupBox>(id).title(), QLatin1String(title));
     }
+}
+
+TEST_F(Controls, LabelsStandBesideWhatTheyName) {
+    const struct {
+        const char* text;
+        QRect place;
+        int names;
+    } labels[]{{"COM Port", {796, 46, 62, 28}, comm_id::portList},
+               {"Hardware Version", {796, 222, 176, 16}, comm_id::hardwareVersion},
+               {"Software Version", {796, 284, 176, 16}, comm_id::softwareVersion}};
+    const auto all = page->findChildren<QLabel*>();
+    for (const auto& [text, place_, names] : labels) {
+        const auto label = std::find_if(all.begin(), all.end(), [wanted = text](const QLabel* each) {
+            return each->text() == QLatin1String(wanted);
+        });
+        ASSERT_NE(label, all.end()) << text;
+        EXPECT_TRUE((*label)->isVisible()) << text;
+        EXPECT_EQ((*label)->geometry(), place_) << text;
+        EXPECT_LE((*label)->fontMetrics().horizontalAdvance((*label)->text()), place_.width()) << text;
+        EXPECT_EQ(control<QWidget>(names).accessibleName(), QLatin1String(text));
+    }
+    EXPECT_EQ(all.size(), 3);
 }
 
 TEST_F(Controls, FitTheirTexts) {

@@ -7,6 +7,7 @@
 #include "controls/clip_light.h"
 #include "controls/state_lamp.h"
 #include "output_pages/page_fixture.h"
+#include "output_pages/stepped_clock.h"
 #include "pages/output/clip_detect_dlg.h"
 
 namespace tessavo::testing {
@@ -21,12 +22,15 @@ class ClipDetection : public PageTest {
                                       const std::lock_guard guard(mutex);
                                       return next;
                                   },
-                                  .lineIsFree = [] { return true; }});
+                                  .lineIsFree = [] { return true; },
+                                  .clock = &clock});
         dialog = made.get();
         showPage(std::move(made));
+        clock.waitForPause();
     }
     ~ClipDetection() override {
         // Its thread asks this object.
+        clock.end();
         delete page;
         page = nullptr;
     }
@@ -69,6 +73,7 @@ class ClipDetection : public PageTest {
         EXPECT_EQ(shows(1377), state.amplifiers[1] == 0);
     }
 
+    SteppedClock clock;
     std::atomic<int> asked = 0;
     std::mutex mutex;
     std::optional<ClipState> next = ClipState{};
@@ -112,6 +117,28 @@ TEST_F(ClipDetection, StandsAtItsPlaces) {
     EXPECT_EQ(control<QWidget>(1378).geometry(), QRect(929, 529, 44, 44));
 }
 
+TEST_F(ClipDetection, TheAmplifiersAreNamed) {
+    for (int row = 0; row < 2; ++row) {
+        const QString text = QStringLiteral("Amplifier %1 Clipping Status").arg(row + 1);
+        const QLabel* named = nullptr;
+        for (const QLabel* each : page->findChildren<QLabel*>()) {
+            if (each->text() == text) {
+                EXPECT_EQ(named, nullptr) << "once only: " << text.toStdString();
+                named = each;
+            }
+        }
+        ASSERT_NE(named, nullptr) << text.toStdString();
+        EXPECT_TRUE(named->isVisible());
+        EXPECT_LE(named->fontMetrics().horizontalAdvance(text), named->width());
+        const QRect light = control<QWidget>(row == 0 ? 1376 : 1375).geometry();
+        EXPECT_TRUE(named->geometry().top() < light.center().y() &&
+                    light.center().y() < named->geometry().bottom())
+            << "beside its light";
+        EXPECT_LT(named->geometry().right(), light.left());
+        EXPECT_LT(light.left() - named->geometry().left(), 480) << "on the same card";
+    }
+}
+
 TEST_F(ClipDetection, StartsOffWithNothingClipping) {
     EXPECT_FALSE(dialog->isOn());
     EXPECT_EQ(stateText(), QStringLiteral("Clip Detection is OFF"));
@@ -141,6 +168,36 @@ TEST_F(ClipDetection, EveryEntryLightsItsRowAndNoOther) {
             expectShown(state);
         }
     }
+}
+
+TEST_F(ClipDetection, AnAnswerOfZerosShowsEveryIndicatorNotClipping) {
+    constexpr std::array<std::array<int, 3>, 4> columns{
+        {{1386, 1392, 6}, {1380, 1398, 6}, {1404, 1412, 8}, {1420, 1428, 8}}};
+    ClipState loud;
+    for (auto& group : loud.groups) {
+        group.fill(255);
+    }
+    loud.amplifiers = {255, 255};
+    const auto expectAll = [&](bool clipping) {
+        int indicators = 0;
+        const auto expect = [&](int clippingId, int notClippingId) {
+            EXPECT_EQ(shows(clippingId), clipping) << clippingId;
+            EXPECT_EQ(shows(notClippingId), !clipping) << notClippingId;
+            ++indicators;
+        };
+        for (const auto& [firstClipping, firstNotClipping, rows] : columns) {
+            for (int row = 0; row < rows; ++row) {
+                expect(firstClipping + row, firstNotClipping + row);
+            }
+        }
+        expect(1376, 1378);
+        expect(1375, 1377);
+        EXPECT_EQ(indicators, 30);
+    };
+    dialog->showState(loud);
+    expectAll(true);
+    dialog->showState({});
+    expectAll(false);
 }
 
 TEST_F(ClipDetection, TheFirstEntryOfSignalProcessingIsKanal4) {
@@ -203,21 +260,33 @@ TEST_F(ClipDetection, RandomStatesAreShownAsTheyCome) {
     }
 }
 
-TEST_F(ClipDetection, AnAnswerOfTheThreadReachesTheLights) {
+TEST_F(ClipDetection, AnAnswerOfTheThreadReachesTheLightsUntilSwitchedOff) {
     ClipState state;
     state.groups[3][2] = 1;
-    {
+    const auto answer = [&](const ClipState& next_) {
         const std::lock_guard guard(mutex);
-        next = state;
+        next = next_;
+    };
+    answer(state);
+    click(control<QWidget>(clip_id::onOff));
+    clock.step();
+    EXPECT_EQ(asked, 1);
+    deliver();
+    EXPECT_TRUE(shows(1420));
+    expectShown(state);
+    click(control<QWidget>(clip_id::onOff));
+    answer({});
+    for (int i = 0; i < 5; ++i) {
+        clock.step();
+        deliver();
     }
-    click(control<QWidget>(clip_id::onOff));
-    ASSERT_TRUE(QTest::qWaitFor([&] { return shows(1420); }, 5000));
+    EXPECT_EQ(asked, 1) << "nothing is asked any more";
     expectShown(state);
     click(control<QWidget>(clip_id::onOff));
-    const int before = asked;
-    QTest::qWait(1200);
-    EXPECT_LE(asked, before);
-    expectShown(state);
+    clock.step();
+    EXPECT_EQ(asked, 2);
+    deliver();
+    expectShown({});
 }
 
 TEST_F(ClipDetection, AFailedRequestKeepsTheLights) {
@@ -229,27 +298,50 @@ TEST_F(ClipDetection, AFailedRequestKeepsTheLights) {
         next.reset();
     }
     click(control<QWidget>(clip_id::onOff));
-    ASSERT_TRUE(QTest::qWaitFor([&] { return asked > 0; }, 5000));
+    clock.step();
+    EXPECT_EQ(asked, 1);
     deliver();
     expectShown(state);
 }
 
 TEST_F(ClipDetection, PicturesDifferInShapeNotOnlyInColour) {
-    // Read as grey, the two pictures of a place are still far apart.
-    const QRect place = control<QWidget>(1386).geometry();
-    const auto grey = [&] { return page->grab(place).toImage().convertToFormat(QImage::Format_Grayscale8); };
-    const QImage quiet = grey();
-    ClipState state;
-    state.groups[0][0] = 1;
-    dialog->showState(state);
-    const QImage loud = grey();
-    int far = 0;
-    for (int y = 0; y < quiet.height(); ++y) {
-        for (int x = 0; x < quiet.width(); ++x) {
-            far += std::abs(qGray(quiet.pixel(x, y)) - qGray(loud.pixel(x, y))) > 60 ? 1 : 0;
-        }
+    // Read as grey, the two pictures of a place are still far apart, small ones and the amplifiers' large
+    // ones.
+    ClipState allClip;
+    for (auto& group : allClip.groups) {
+        group.fill(1);
     }
-    EXPECT_GT(far, 150);
+    allClip.amplifiers = {1, 1};
+    for (const int id : {1386, 1380, 1404, 1420, 1376, 1375}) {
+        const QRect place = control<QWidget>(id).geometry();
+        const auto grey = [&] {
+            return page->grab(place).toImage().convertToFormat(QImage::Format_Grayscale8);
+        };
+        const auto darkness = [](const QImage& image) {
+            double sum = 0;
+            for (int y = 0; y < image.height(); ++y) {
+                for (int x = 0; x < image.width(); ++x) {
+                    sum += 255 - qGray(image.pixel(x, y));
+                }
+            }
+            return sum / (image.width() * image.height());
+        };
+        dialog->showState({});
+        const QImage quiet = grey();
+        dialog->showState(allClip);
+        const QImage loud = grey();
+        ASSERT_EQ(quiet.size(), loud.size());
+        int far = 0;
+        for (int y = 0; y < quiet.height(); ++y) {
+            for (int x = 0; x < quiet.width(); ++x) {
+                far += std::abs(qGray(quiet.pixel(x, y)) - qGray(loud.pixel(x, y))) > 60 ? 1 : 0;
+            }
+        }
+        // A large one has more of everything.
+        const int diameter = place.width() == 44 ? 28 : 22;
+        EXPECT_GT(far, 150 * diameter * diameter / (22 * 22)) << id;
+        EXPECT_GT(std::abs(darkness(quiet) - darkness(loud)), 3) << id;
+    }
 }
 
 }  // namespace

@@ -1,64 +1,17 @@
 #include "pages/output/clip_poller.h"
 
 #include <atomic>
-#include <condition_variable>
 #include <gtest/gtest.h>
-#include <mutex>
+#include <thread>
 #include <vector>
 
+#include "output_pages/stepped_clock.h"
 #include "target/waiting.h"
 
 namespace tessavo::testing {
 namespace {
 
 using test::eventually;
-
-/// A clock whose pauses end when the test says so.
-class SteppedClock final : public IClock {
- public:
-    Milliseconds now() override {
-        const std::lock_guard guard(mutex_);
-        return now_;
-    }
-    bool sleep(Milliseconds duration) override {
-        std::unique_lock guard(mutex_);
-        pauses_.push_back(duration);
-        changed_.notify_all();
-        changed_.wait(guard, [this] { return steps_ > 0 || ended_; });
-        steps_ -= ended_ ? 0 : 1;
-        now_ += duration;
-        return !ended_;
-    }
-    /// Lets one pause pass and waits for the next one.
-    void step() {
-        std::unique_lock guard(mutex_);
-        const std::size_t before = pauses_.size();
-        ++steps_;
-        changed_.notify_all();
-        changed_.wait(guard, [&] { return pauses_.size() > before; });
-    }
-    void waitForPause() {
-        std::unique_lock guard(mutex_);
-        changed_.wait(guard, [this] { return !pauses_.empty(); });
-    }
-    void end() {
-        const std::lock_guard guard(mutex_);
-        ended_ = true;
-        changed_.notify_all();
-    }
-    std::vector<Milliseconds> pauses() {
-        const std::lock_guard guard(mutex_);
-        return pauses_;
-    }
-
- private:
-    std::mutex mutex_;
-    std::condition_variable changed_;
-    std::vector<Milliseconds> pauses_;
-    Milliseconds now_{0};
-    int steps_ = 0;
-    bool ended_ = false;
-};
 
 class Poller : public ::testing::Test {
  protected:
@@ -155,38 +108,46 @@ TEST_F(Poller, EndsAtOnceInsideItsPauseWithTheMachinesClock) {
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(900));
 }
 
-TEST_F(Poller, AnEditWaitsForOnePollAtMost) {
-    // The line as the program shares it: polls and edits take turns through one lock.
+TEST(PollerAndEdits, AnEditWaitsForOnePollAtMost) {
+    // The line as the program shares it: polls and edits take turns through one lock, and some passes of the
+    // poller go by before whoever sends the edit comes to look.
+    constexpr int passesUntilTheLook = 5;
     TimedLock line;
+    SteppedClock clock;
     std::atomic<bool> editWaits = false;
-    std::atomic<int> pollsWhileAnEditWaited = 0;
-    std::atomic<bool> polling = false;
-    SystemClock fast;
-    ClipPoller busy({[&]() -> std::optional<ClipState> {
-                         line.take(std::chrono::seconds(5));
-                         if (editWaits) {
-                             ++pollsWhileAnEditWaited;
-                         }
-                         polling = true;
-                         fast.sleep(Milliseconds{2});
-                         line.release();
-                         return ClipState{};
-                     },
-                     [&] { return !editWaits; }, [](const ClipState&) {}},
-                    &clock);
+    std::atomic<int> begun = 0;
+    std::atomic<int> ended = 0;
+    std::atomic<bool> holdThePoll = false;
+    ClipPoller poller({[&]() -> std::optional<ClipState> {
+                           if (!line.take(std::chrono::seconds(30))) {
+                               return std::nullopt;
+                           }
+                           ++begun;
+                           EXPECT_TRUE(eventually([&] { return !holdThePoll; }));
+                           ++ended;
+                           line.release();
+                           return ClipState{};
+                       },
+                       [&] { return !editWaits; }, [](const ClipState&) {}},
+                      &clock);
     clock.waitForPause();
-    busy.setOn(true);
-    for (int i = 0; i < 50; ++i) {
-        polling = false;
-        std::thread stepper([&] { clock.step(); });
-        ASSERT_TRUE(eventually([&] { return polling.load(); }));
+    poller.setOn(true);
+    for (int i = 0; i < 50 && !::testing::Test::HasFailure(); ++i) {
+        // The edit is made while a poll holds the line.
+        holdThePoll = true;
+        const std::size_t pausesBefore = clock.pauses().size();
+        clock.allow(1);
+        EXPECT_TRUE(eventually([&] { return begun == ended + 1; }));
+        const int endedBefore = ended;
         editWaits = true;
-        const int before = pollsWhileAnEditWaited;
-        ASSERT_TRUE(line.take(std::chrono::seconds(5)));
-        EXPECT_LE(pollsWhileAnEditWaited - before, 1);
+        holdThePoll = false;
+        clock.allow(passesUntilTheLook);
+        clock.waitForPauses(pausesBefore + 1 + passesUntilTheLook);
+        EXPECT_TRUE(line.take(std::chrono::seconds(30)));
+        EXPECT_EQ(ended - endedBefore, 1) << "the one that was under way, and no other";
+        EXPECT_EQ(begun, ended);
         line.release();
         editWaits = false;
-        stepper.join();
     }
     clock.end();
 }

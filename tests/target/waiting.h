@@ -5,11 +5,11 @@
 
 namespace tessavo::test {
 
-/// Waits until the condition holds, at most ten seconds.
+/// Waits until the condition holds, at most thirty seconds.
 /// \return whether it does
 template <typename Condition>
 bool eventually(Condition condition) {
-    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(30);
     while (!condition()) {
         if (std::chrono::steady_clock::now() > end) {
             return false;
