@@ -1,4 +1,5 @@
-#include <QTest>
+#include <algorithm>
+#include <random>
 
 #include "comm_page/page_bench.h"
 
@@ -152,55 +153,186 @@ TEST_F(Faults, APortThatDoesNotOpen) {
     EXPECT_EQ(lines.size(), 6U);
 }
 
-TEST_F(Faults, TheCablePulledAtAnyByte) {
-    // Wherever it breaks, the exchange ends with an error or had ended before, and nothing else changes.
-    plugIn({});
-    goLive();
-    const auto live = memory().live;
-    const struct {
-        const char* name;
-        bool needsLive;
-        int button;
-        std::uint64_t bytes;
-    } exchanges[]{{"save", true, comm_id::firstSave + 4, 136},
-                  {"load", false, comm_id::firstLoad + 4, 6159},
-                  {"versions", false, comm_id::update, 6159}};
-    std::mt19937 random(7);
-    for (const auto& exchange : exchanges) {
+/// Where in an exchange the cable is pulled. Bytes are counted from 1 in both directions together: the
+/// target's request byte is the first.
+class PulledCable : public Faults {
+ protected:
+    // Sizes of what passes, in the order in which it does.
+    static constexpr std::uint64_t requestByte = 1;
+    static constexpr std::uint64_t answerByte = 1;
+    static constexpr std::uint64_t disconnectByte = 1;
+    static constexpr std::uint64_t overhead = 5;  ///< of a frame, beside its payload
+    static constexpr std::uint64_t saveFrame = requestByte + 128 + overhead;
+    static constexpr std::uint64_t liveFrame = requestByte + 4096 + overhead;
+    static constexpr std::uint64_t reply = requestByte + 2048 + overhead + answerByte + 4096 + overhead;
+
+    /// Twenty places at random, and the first and the last.
+    std::vector<std::uint64_t> places(std::uint64_t first, std::uint64_t last) {
+        std::vector<std::uint64_t> all{first, last};
         for (int i = 0; i < 20; ++i) {
-            const std::uint64_t at = random() % exchange.bytes;
-            plugIn({"cable=" + std::to_string(at)});
-            tuning.state.setLiveMode(exchange.needsLive);
-            const Bytes store = tuning.store();
-            click(button(exchange.button));
-            EXPECT_THAT(logLines().back(), ::testing::StartsWith("ERR-->   ")) << exchange.name << " " << at;
-            EXPECT_EQ(transfers->running(), false);
-            if (!exchange.needsLive) {
-                EXPECT_SAME_BYTES(tuning.store(), store);
-            }
-            EXPECT_EQ(memory().live, live);
-            EXPECT_THAT(shown, IsEmpty());
+            all.push_back(first + random_() % (last - first + 1));
         }
+        return all;
+    }
+    void pullAt(std::uint64_t byte) { plugIn({"cable=" + std::to_string(byte)}); }
+    void expectError(std::uint64_t at) {
+        EXPECT_THAT(logLines().back(), ::testing::StartsWith("ERR-->   ")) << at;
+        EXPECT_FALSE(transfers->running());
+        EXPECT_TRUE(device->cablePulled()) << at;
+    }
+    /// Another volume than before.
+    void edit() {
+        volume_ = volume_ == 12.0F ? -5.0F : volume_ + 1.0F;
+        tuning.state.setVolume(volume_, true);
+    }
+    /// One live transfer by a worker that has seen nothing yet.
+    LiveWorker::State sendLive() {
+        auto result = LiveWorker::State::idle;
+        tuning.state.setLiveMode(true);
+        LiveWorker worker(tuning.state, *engine, clock, boxes,
+                          [&](LiveWorker::State state) { result = state; });
+        worker.step();
+        return result;
+    }
+
+ private:
+    std::mt19937 random_{7};
+    float volume_ = -5.0F;
+};
+
+TEST_F(PulledCable, DuringASave) {
+    for (const std::uint64_t at : places(1, saveFrame + answerByte + disconnectByte)) {
+        plugIn({});
+        edit();
+        goLive();
+        auto expected = memory().sets;
+        if (at >= saveFrame) {
+            expected[4] = memory().live;
+        }
+        pullAt(at);
+        click(saveButton(4));
+        expectError(at);
+        EXPECT_EQ(memory().sets, expected) << at;
+        EXPECT_THAT(shown, IsEmpty());
+    }
+    plugIn({});
+    click(saveButton(4));
+    EXPECT_EQ(memory().sets[4], imageBytes()) << "with a whole cable everything works again";
+}
+
+TEST_F(PulledCable, WhileASetIsRead) {
+    const TargetMemory before = memory();
+    for (const std::uint64_t at : places(1, reply + disconnectByte)) {
+        edit();
+        const Bytes store = tuning.store();
+        const ImageBytes image = imageBytes();
+        pullAt(at);
+        click(loadButton(4));
+        expectError(at);
+        EXPECT_SAME_BYTES(tuning.store(), store);
+        EXPECT_EQ(imageBytes(), image);
+        EXPECT_EQ(refreshes, 0);
+        EXPECT_THAT(shown, IsEmpty());
+    }
+    plugIn({});
+    click(loadButton(4));
+    EXPECT_EQ(imageBytes(), before.sets[4]);
+}
+
+TEST_F(PulledCable, WhileTheVersionsAreRead) {
+    for (const std::uint64_t at : places(1, reply + disconnectByte)) {
+        pullAt(at);
+        click(button(comm_id::update));
+        expectError(at);
+        EXPECT_FALSE(page->versionsKnown());
+        EXPECT_EQ(field(comm_id::hardwareVersion).text(), QString());
+        EXPECT_THAT(shown, IsEmpty());
     }
     plugIn({});
     click(button(comm_id::update));
-    EXPECT_TRUE(page->versionsKnown()) << "with a whole cable everything works again";
+    EXPECT_TRUE(page->versionsKnown());
 }
 
-TEST_F(Faults, TheLiveImageWithTheCablePulledAtAnyByte) {
-    std::mt19937 random(11);
-    for (int i = 0; i < 20; ++i) {
-        plugIn({"cable=" + std::to_string(random() % 4100)});
+TEST_F(PulledCable, WhileASoftwareImageIsSent) {
+    constexpr std::uint64_t block = 1024 + overhead;
+    constexpr std::uint64_t blocks = 3;
+    constexpr std::uint64_t taken = requestByte + blocks * (block + answerByte) + disconnectByte;
+    std::size_t size = 2100;
+    for (const std::uint64_t at : places(1, taken)) {
+        const auto before = memory().software;
+        dialogs.answer = imageFile("software.bin", ++size);
+        pullAt(at);
+        click(button(comm_id::selectImage));
+        click(button(comm_id::flashFile));
+        expectError(at);
+        // The target takes an image when it is told that all of it has come.
+        EXPECT_EQ(memory().software == before, at < taken) << at;
+        const std::uint64_t answered = std::min(blocks, (at - requestByte) / (block + answerByte));
+        EXPECT_EQ(line().text().toStdString(), "Stopped at block " + std::to_string(answered) + " of 3")
+            << at;
+        EXPECT_TRUE(button(comm_id::flashFile).isEnabled());
+        EXPECT_THAT(shown, IsEmpty());
+    }
+    const auto before = memory().software;
+    dialogs.answer = imageFile("software.bin", ++size);
+    plugIn({});
+    click(button(comm_id::selectImage));
+    click(button(comm_id::flashFile));
+    EXPECT_EQ(line().text(), QStringLiteral("Done, 3 blocks"));
+    EXPECT_NE(memory().software, before);
+}
+
+TEST_F(PulledCable, WhileTheClipStateIsRead) {
+    TargetCommands commands(tuning.state, *engine, boxes);
+    for (const std::uint64_t at : places(1, reply + disconnectByte)) {
+        pullAt(at);
+        EXPECT_EQ(commands.ReadClipState(), std::nullopt) << at;
+        expectError(at);
+        EXPECT_THAT(shown, IsEmpty());
+    }
+    plugIn({});
+    EXPECT_NE(commands.ReadClipState(), std::nullopt);
+}
+
+TEST_F(PulledCable, WhileTheLiveImageIsSent) {
+    for (const std::uint64_t at : places(1, liveFrame + answerByte + disconnectByte)) {
+        edit();
+        const ImageBytes before = memory().live;
+        pullAt(at);
         shown.clear();
-        goLive();
-        EXPECT_THAT(shown, ElementsAre("Target received wrong set"));
+        EXPECT_EQ(sendLive(), LiveWorker::State::noAnswer) << at;
+        expectError(at);
+        EXPECT_EQ(memory().live, at < liveFrame ? before : imageBytes()) << at;
+        EXPECT_THAT(shown, ElementsAre("Target received wrong set")) << at;
     }
     plugIn({});
     shown.clear();
-    tuning.state.setVolume(-3.0F, true);
-    goLive();
+    EXPECT_EQ(sendLive(), LiveWorker::State::confirmed);
     EXPECT_THAT(shown, IsEmpty());
     EXPECT_EQ(memory().live, imageBytes());
+}
+
+TEST_F(PulledCable, WhileTheLiveImageIsConfirmed) {
+    constexpr std::uint64_t sent = liveFrame + answerByte + disconnectByte + answerByte;
+    for (const std::uint64_t at : places(sent, sent + reply + disconnectByte)) {
+        edit();
+        pullAt(at);
+        shown.clear();
+        EXPECT_EQ(sendLive(), LiveWorker::State::noAnswer) << at;
+        expectError(at);
+        EXPECT_EQ(memory().live, imageBytes()) << "the target has it by then";
+        if (at < sent + reply) {
+            EXPECT_THAT(shown, ElementsAre("Target received wrong set")) << at;
+        } else {
+            EXPECT_THAT(shown, IsEmpty()) << "the confirmation had come: " << at;
+        }
+    }
+    plugIn({"cable=" + std::to_string(sent + reply + disconnectByte + answerByte)});
+    shown.clear();
+    edit();
+    EXPECT_EQ(sendLive(), LiveWorker::State::confirmed) << "pulled behind the last byte";
+    EXPECT_TRUE(device->cablePulled());
+    EXPECT_THAT(shown, IsEmpty());
 }
 
 }  // namespace

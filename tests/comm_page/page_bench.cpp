@@ -5,21 +5,8 @@
 
 namespace tessavo::testing {
 
-namespace {
-
-/// A device's port that may refuse to open.
-class RefusingPort final : public CSerial {
- public:
-    std::uint32_t Open(const std::wstring& /*deviceName*/, std::uint32_t /*inQueue*/,
-                       std::uint32_t /*outQueue*/, bool /*overlapped*/) override {
-        return serial_result::fileNotFound;
-    }
-};
-
-}  // namespace
-
 bool passEventsUntil(const std::function<bool()>& condition) {
-    return QTest::qWaitFor(condition, 30000);
+    return QTest::qWaitFor(condition, 60000);
 }
 
 PageBench::PageBench()
@@ -28,6 +15,15 @@ PageBench::PageBench()
           return answerWhenClosed(buttons);
       }) {
     window.resize(984, 596);
+    engine = std::make_unique<TransferEngine>(TransferEngine::Outside{
+        .port = switchedPort,
+        .clock = clock,
+        .log = *this,
+        .boxes = boxes,
+        .lock = lock,
+        .portName = [this] { return page->portName(); },
+        .progress = [this](std::size_t done, std::size_t all) { page->blockSent(done, all, clock.now()); }});
+    transfers = std::make_unique<ForegroundTransfers>(*engine);
     plugIn({});
     window.show();
     window.activateWindow();
@@ -39,28 +35,19 @@ PageBench::~PageBench() {
 }
 
 void PageBench::plugIn(const std::vector<std::string>& faults) {
+    exchangeTarget(faults);
+    makePage();
+}
+
+void PageBench::exchangeTarget(const std::vector<std::string>& faults) {
     FaultPlan plan;
     for (const std::string& fault : faults) {
         EXPECT_EQ(addFault(plan, fault), "");
     }
     const TargetMemory kept = device ? device->memory() : TargetMemory::holding(factoryImage());
-    delete page;
-    page = nullptr;
-    transfers.reset();
-    engine.reset();
     device = std::make_unique<TargetDevice>(kept, TargetDevice::Options{.faults = std::move(plan)});
     port = std::make_unique<test::DevicePort>(*device, clock);
-    static RefusingPort refusing;
-    engine = std::make_unique<TransferEngine>(TransferEngine::Outside{
-        .port = portOpens ? static_cast<CSerial&>(*port) : refusing,
-        .clock = clock,
-        .log = *this,
-        .boxes = boxes,
-        .lock = lock,
-        .portName = [this] { return page->portName(); },
-        .progress = [this](std::size_t done, std::size_t all) { page->blockSent(done, all, clock.now()); }});
-    transfers = std::make_unique<ForegroundTransfers>(*engine);
-    makePage();
+    switchedPort.plug(portOpens ? port.get() : nullptr);
 }
 
 void PageBench::makePage() {

@@ -1,14 +1,126 @@
 #include <QTest>
+#include <algorithm>
+#include <array>
+#include <atomic>
 #include <random>
+#include <set>
 
 #include "comm_page/page_bench.h"
+#include "controls/bitmap_slider.h"
+#include "controls/clip_light.h"
+#include "output_pages/stepped_clock.h"
+#include "pages/input/input_eq.h"
+#include "pages/output/clip_detect_dlg.h"
+#include "pages/output/output_eq.h"
+#include "pages/output/output_group.h"
 
 namespace tessavo::testing {
 namespace {
 
+/// Everything that uses the line at once: the page's buttons, one worker for all the troubles to come, so
+/// that its reply buffer meets them too, and the page that polls the clip state. Edits come from the pages'
+/// controls and from the side.
 class Soak : public PageBench {
  protected:
+    Soak() {
+        const auto add = [&](QWidget* made) {
+            made->setParent(&pages_);
+            made->show();
+        };
+        edited_ = {new CInputEQ(tuning.state, boxes), new COutputEQ(tuning.state, boxes),
+                   new COutputGroup(tuning.state)};
+        std::ranges::for_each(edited_, add);
+        clip_ = new CClipDetectDlg({.ask =
+                                        [this] {
+                                            ++polls;
+                                            return background_.ReadClipState();
+                                        },
+                                    .lineIsFree = [this] { return lineIsFree(); },
+                                    .clock = &pollerClock_});
+        add(clip_);
+        pages_.resize(984, 596);
+        pages_.show();
+        pollerClock_.waitForPause();
+    }
+    ~Soak() override {
+        pollerClock_.end();
+        delete clip_;
+    }
+
+    /// What the program asks before a poll.
+    bool lineIsFree() const {
+        const bool editWaits = tuning.state.liveTransferEnabled() && tuning.state.updatePending();
+        return !editWaits && !sends_ && !transfers->running();
+    }
+    void plug(const std::vector<std::string>& faults) {
+        faults_ = faults;
+        exchangeTarget(faults);
+    }
+    void switchClipDetection() { click(*clip_->findChild<CxSkinButton*>()); }
+    bool lightIsOn(int id) {
+        return !clip_->findChild<ClipLight*>(QStringLiteral("id%1").arg(id))->isHidden();
+    }
+    /// One second of the poller.
+    void pollerStep() {
+        pollerClock_.step();
+        QCoreApplication::sendPostedEvents();
+    }
+    /// One look of the worker, judged by what is known of the target and of the reply buffer.
+    void workerStep() {
+        told_ = LiveWorker::State::idle;
+        const auto before = shown.size();
+        worker.step();
+        const bool box = shown.size() > before;
+        switch (told_) {
+            case LiveWorker::State::idle:
+                EXPECT_FALSE(box);
+                return;
+            case LiveWorker::State::confirmed:
+                ++confirmed;
+                EXPECT_FALSE(box);
+                EXPECT_EQ(memory().live, imageBytes());
+                bufferConfirms_ = true;
+                break;
+            case LiveWorker::State::wrongSet:
+                ++failed;
+                EXPECT_TRUE(box);
+                EXPECT_EQ(faults_, std::vector<std::string>{"wrong-confirmation"});
+                bufferConfirms_ = false;
+                break;
+            default:
+                ++failed;
+                // Without a new reply the verdict reads what the last one has left.
+                if (noReplyComes.contains(faults_.front())) {
+                    EXPECT_EQ(box, !bufferConfirms_) << faults_.front();
+                    staleVerdicts += bufferConfirms_ ? 1 : 0;
+                }
+                bufferConfirms_ = !box;
+        }
+        if (box) {
+            EXPECT_EQ(shown.back(), "Target received wrong set");
+        }
+    }
+
     void edit(std::mt19937& random) {
+        if (random() % 3 == 0) {
+            editOnAPage(random);
+        } else {
+            editFromTheSide(random);
+        }
+    }
+    void editOnAPage(std::mt19937& random) {
+        CTabDialog& onePage = *edited_[random() % edited_.size()];
+        QList<CBitmapSlider*> sliders = onePage.findChildren<CBitmapSlider*>();
+        sliders.removeIf([](const CBitmapSlider* each) { return !each->isVisible(); });
+        ASSERT_FALSE(sliders.isEmpty());
+        CBitmapSlider& slider = *sliders[static_cast<int>(random() % static_cast<unsigned>(sliders.size()))];
+        constexpr std::array keys{Qt::Key_Up, Qt::Key_Down, Qt::Key_PageUp, Qt::Key_PageDown};
+        const Bytes before = tuning.store();
+        QTest::keyClick(&slider, keys[random() % keys.size()]);
+        QCoreApplication::sendPostedEvents();
+        editsOnPages += tuning.store() == before ? 0 : 1;
+    }
+    void editFromTheSide(std::mt19937& random) {
         const auto at = [&](int low, int high) {
             return static_cast<float>(low + static_cast<int>(random() % static_cast<unsigned>(high - low)));
         };
@@ -35,6 +147,34 @@ class Soak : public PageBench {
                 state.setChannelFlag({static_cast<std::uint8_t>(random() % 8)}, random() % 2 == 0);
         }
     }
+
+    const std::set<std::string> noReplyComes{"no-request", "wrong-request=2", "negative=1",
+                                             "silence=1",  "damaged-reply",   "truncated-reply=100",
+                                             "late=11000"};
+    int confirmed = 0;
+    int failed = 0;
+    int staleVerdicts = 0;  ///< failures without a box, for what the buffer held
+    int editsOnPages = 0;
+    std::atomic<int> polls = 0;
+    std::function<void()> whileSending;
+    LiveWorker worker{tuning.state, *engine, clock, boxes, [this](LiveWorker::State state) {
+                          told_ = state;
+                          sends_ = state == LiveWorker::State::sending;
+                          if (sends_ && whileSending) {
+                              whileSending();
+                          }
+                      }};
+
+ private:
+    QWidget pages_;
+    std::vector<CTabDialog*> edited_;
+    CClipDetectDlg* clip_ = nullptr;
+    SteppedClock pollerClock_;
+    TargetCommands background_{tuning.state, *engine, boxes};
+    std::vector<std::string> faults_;
+    std::atomic<bool> sends_ = false;
+    bool bufferConfirms_ = false;
+    LiveWorker::State told_ = LiveWorker::State::idle;
 };
 
 TEST_F(Soak, TwoThousandEditsWithRandomTroubleEndInStep) {
@@ -53,27 +193,24 @@ TEST_F(Soak, TwoThousandEditsWithRandomTroubleEndInStep) {
                                               {"cable=2000"},
                                               {"cable=5000"}};
     std::mt19937 random(2026);
-    int confirmed = 0;
-    int failed = 0;
-    std::unique_ptr<LiveWorker> worker;
-    const auto plug = [&](const std::vector<std::string>& faults) {
-        worker.reset();
-        plugIn(faults);
-        worker =
-            std::make_unique<LiveWorker>(tuning.state, *engine, clock, boxes, [&](LiveWorker::State result) {
-                confirmed += result == LiveWorker::State::confirmed ? 1 : 0;
-                failed += result == LiveWorker::State::noAnswer || result == LiveWorker::State::wrongSet;
-            });
+    whileSending = [&] {
+        const int before = polls;
+        pollerStep();
+        EXPECT_EQ(polls, before) << "no poll while the image is under way";
     };
+    switchClipDetection();
     plug({});
     tuning.state.setLiveMode(true);
-    for (int i = 0; i < 2000; ++i) {
+    for (int i = 0; i < 2000 && !HasFatalFailure(); ++i) {
         if (i % 25 == 0) {
             plug(troubles[random() % std::size(troubles)]);
         }
         edit(random);
         if (random() % 8 == 0) {
-            worker->step();
+            workerStep();
+        }
+        if (random() % 16 == 0) {
+            pollerStep();
         }
         if (random() % 100 == 0) {
             click(saveButton(static_cast<int>(random() % 6)));
@@ -84,29 +221,54 @@ TEST_F(Soak, TwoThousandEditsWithRandomTroubleEndInStep) {
     }
     EXPECT_GT(confirmed, 20);
     EXPECT_GT(failed, 20);
+    EXPECT_GT(staleVerdicts, 5);
+    EXPECT_GT(polls, 20);
+    EXPECT_GT(editsOnPages, 300);
     plug({});
     tuning.state.setVolume(-1.0F, true);
-    worker->step();
+    workerStep();
     EXPECT_EQ(memory().live, imageBytes());
     EXPECT_FALSE(tuning.state.updatePending());
+    // The poller has lived through it too.
+    ClipBytes clipping{};
+    clipping[0] = 1;
+    device->clip().hold(clipping);
+    pollerStep();
+    EXPECT_TRUE(lightIsOn(1386));
+    device->clip().hold({});
+    pollerStep();
+    EXPECT_FALSE(lightIsOn(1386));
     click(saveButton(5));
     EXPECT_EQ(memory().sets[5], imageBytes());
     tuning.state.setLiveMode(false);
     tuning.state.setVolume(-33.0F, true);
     click(loadButton(5));
-    // What was saved comes back, but for the delays: they are read with a rounding of their own.
+    // What was saved comes back, but for the delays, which are read with a rounding of their own, and for the
+    // gain word of a channel with a group gain: the word holds the sum, is read as the volume, and the group
+    // gain is added once more.
     const auto& back = memory().sets[5];
     Bytes expected(back.begin(), back.end());
     const Bytes image = tuning.image();
+    int grouped = 0;
     for (std::size_t channel = 0; channel < 8; ++channel) {
         const std::size_t delay = imageBlockOffset(channel) + 12;
         std::copy_n(image.begin() + static_cast<std::ptrdiff_t>(delay), 4,
                     expected.begin() + static_cast<std::ptrdiff_t>(delay));
+        const auto& record = tuning.state.currentParameterSet().channels[channel];
+        if (record.groupGainDb != 0.0F) {
+            ++grouped;
+            const std::size_t gain = imageBlockOffset(channel) + 4;
+            EXPECT_EQ(readAt<std::uint32_t>(expected, gain), gainWordByFormula(record.volumeDb, 0.0F));
+            writeAt(expected, gain, gainWordByFormula(record.volumeDb, record.groupGainDb));
+        }
     }
+    EXPECT_GT(grouped, 0);
     EXPECT_SAME_BYTES(image, expected);
 }
 
-TEST_F(Soak, AnEditDuringASendIsSentNext) {
+class StormOfEdits : public PageBench {};
+
+TEST_F(StormOfEdits, AnEditDuringASendIsSentNext) {
     tuning.state.setLiveMode(true);
     int edits = 0;
     LiveWorker worker(tuning.state, *engine, clock, boxes, [&](LiveWorker::State state) {
