@@ -134,8 +134,11 @@ BoxAnswer CTessavoApp::present(const QString& text, BoxIcon icon, BoxButtons but
                                 : buttons == BoxButtons::okCancel ? Box::Buttons::okCancel
                                                                   : Box::Buttons::yesNoCancel;
     const Box::Icon picture = icon == BoxIcon::error ? Box::Icon::stop : Box::Icon::none;
+    // After a dialog of its own has closed no window is active for a moment.
+    QWidget* const owner =
+        QApplication::activeWindow() != nullptr ? QApplication::activeWindow() : frame_.get();
     Box box(QString::fromUtf8(applicationTitle.data(), static_cast<qsizetype>(applicationTitle.size())), text,
-            picture, choice, QApplication::activeWindow());
+            picture, choice, owner);
     switch (box.ask()) {
         case Box::Answer::ok:
             return BoxAnswer::ok;

@@ -109,6 +109,14 @@ void NumberEdit::mouseReleaseEvent(QMouseEvent* event) {
     selectsOnRelease_ = false;
 }
 
+void NumberEdit::mouseDoubleClickEvent(QMouseEvent* event) {
+    QLineEdit::mouseDoubleClickEvent(event);
+    if (event->button() == Qt::LeftButton) {
+        // The base takes the digits on one side of the point for a word.
+        selectAll();
+    }
+}
+
 void NumberEdit::focusOutEvent(QFocusEvent* event) {
     QLineEdit::focusOutEvent(event);
     focused_ = false;

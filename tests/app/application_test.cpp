@@ -151,6 +151,22 @@ TEST_F(Application, ABoxGivesTheAnswerOfItsButton) {
     EXPECT_EQ(app->boxes().show("x", BoxIcon::none, BoxButtons::okCancel), BoxAnswer::cancel);
 }
 
+TEST_F(Application, ABoxBelongsToTheWindowAlsoWhenNoneIsActive) {
+    ASSERT_TRUE(app->InitInstance({}));
+    QApplication::setActiveWindow(nullptr);
+    QWidget* owner = nullptr;
+    QTimer timer;
+    QObject::connect(&timer, &QTimer::timeout, &timer, [&] {
+        if (auto* box = qobject_cast<SkinMessageBox*>(QApplication::activeModalWidget())) {
+            owner = box->parentWidget();
+            QTest::mouseClick(box->buttons().at(0), Qt::LeftButton);
+        }
+    });
+    timer.start(1);
+    app->boxes().showError("x");
+    EXPECT_EQ(owner, &app->frame());
+}
+
 TEST_F(Application, ADemoHasItsPortAndConfirms) {
     StartOptions options;
     options.demo = true;

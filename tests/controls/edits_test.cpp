@@ -104,6 +104,19 @@ TEST_F(NumberEditTest, TheAnswerOfTheReceiverIsTheNewText) {
     EXPECT_EQ(edit_->text(), QStringLiteral("18.0"));
 }
 
+TEST_F(NumberEditTest, ADoubleClickTakesTheWholeNumber) {
+    for (const char* number : {"-12.5", "20000", "0.1", "-Inf."}) {
+        edit_->setValueText(QLatin1String(number));
+        for (const int x : {30, 44, 54}) {
+            QTest::mouseClick(edit_, Qt::LeftButton, {}, QPoint(x, 12));
+            QTest::mouseDClick(edit_, Qt::LeftButton, {}, QPoint(x, 12));
+            EXPECT_EQ(edit_->selectedText(), QLatin1String(number)) << x;
+        }
+    }
+    QTest::keyClicks(edit_, QStringLiteral("7"));
+    EXPECT_EQ(edit_->text(), QStringLiteral("7"));
+}
+
 TEST_F(NumberEditTest, LeavingTellsOnce) {
     type(QStringLiteral("7"));
     other_->setFocus();
