@@ -10,7 +10,6 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QScreen>
-#include <QScrollBar>
 #include <QTime>
 #include <QWindow>
 #include <algorithm>
@@ -93,7 +92,6 @@ void CMainFrame::fitInto(QSize room) {
     setFixedSize(widthFor(room.width()), heightFor(room.height()));
     if (width() < clientWidth && narrow_ == nullptr) {
         narrow_ = new NarrowView(view_, this);
-        connect(narrow_, &NarrowView::scrolledAcross, this, &CMainFrame::layOut);
         narrow_->show();
     }
     layOut();
@@ -116,8 +114,7 @@ void CMainFrame::layOut() {
     } else {
         view_->setGeometry(middle);
     }
-    const int across = narrow_ != nullptr ? narrow_->horizontalScrollBar()->value() : 0;
-    status_->setGeometry(-across, height() - StatusLine::barHeight, clientWidth, StatusLine::barHeight);
+    status_->setGeometry(0, height() - StatusLine::barHeight, width(), StatusLine::barHeight);
 }
 
 void CMainFrame::bringIntoSight(QWidget* control) {

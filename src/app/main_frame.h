@@ -24,7 +24,7 @@ class IChartHost;
 class NarrowView;
 
 /// The program's one window: menu, view, status bar. Its size is fixed; on a screen too low for it only the
-/// page scrolls, on one too narrow everything below the menu scrolls across.
+/// page scrolls, on one too narrow everything between menu and status bar scrolls across.
 class CMainFrame : public QWidget {
     Q_OBJECT
 

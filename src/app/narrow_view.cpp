@@ -24,7 +24,6 @@ NarrowView::NarrowView(CTessavoView* view, QWidget* parent)
     for (auto* tabs : view->findChildren<QTabBar*>()) {
         connect(tabs, &QTabBar::currentChanged, this, [this, tabs] { bringIntoSight(tabs); });
     }
-    connect(horizontalScrollBar(), &QScrollBar::valueChanged, this, &NarrowView::scrolledAcross);
 }
 
 void NarrowView::bringIntoSight(QWidget* control) {

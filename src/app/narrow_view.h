@@ -20,10 +20,6 @@ class NarrowView : public QScrollArea {
     /// Scrolls across as far as a control of the view needs to be seen; of a row of tabs the one in front.
     void bringIntoSight(QWidget* control);
 
- signals:
-    /// The view's left edge stands this many pixels left of the window's.
-    void scrolledAcross(int pixels);
-
  protected:
     void resizeEvent(QResizeEvent* event) override;
     bool focusNextPrevChild(bool next) override;

@@ -9,7 +9,9 @@ namespace tessavo {
 
 namespace {
 
-constexpr std::array<int, StatusLine::paneCount> paneLeft{20, 830, 888, 946};
+// The key states stand at the right edge of the bar, however wide it is.
+constexpr int keysWidth = 194;
+constexpr int keyWidth = 58;
 constexpr int lightCentre = 25;
 constexpr int portLeft = 38;
 constexpr int modeLeft = 96;
@@ -52,7 +54,7 @@ void StatusLine::setTarget(const TargetStatus& status) {
     }
     target_ = status;
     setAccessibleDescription(paneText(0));
-    update(0, 0, paneLeft[1], height());
+    update(0, 0, targetWidth(), height());
 }
 
 void StatusLine::setKeyStates(const KeyStates& states) {
@@ -60,7 +62,14 @@ void StatusLine::setKeyStates(const KeyStates& states) {
         return;
     }
     keys_ = states;
-    update(paneLeft[1], 0, width() - paneLeft[1], height());
+    update(targetWidth(), 0, keysWidth, height());
+}
+
+int StatusLine::targetWidth() const {
+    // Where both do not fit the target is worth more.
+    constexpr int longestState = 200;
+    const int left = width() - keysWidth;
+    return left < stateLeft + longestState ? width() : left;
 }
 
 QString StatusLine::paneText(int pane) const {
@@ -102,7 +111,7 @@ void StatusLine::paintTarget(QPainter& painter) const {
     column(portLeft, modeLeft, portText(target_), theme::text2);
     column(modeLeft, stateLeft, modeText(target_), theme::text2);
     const bool trouble = target_.light == TargetStatus::Light::trouble;
-    column(stateLeft, paneLeft[1], target_.state, trouble ? theme::trouble : theme::text);
+    column(stateLeft, targetWidth(), target_.state, trouble ? theme::trouble : theme::text);
 }
 
 // Colour and shape tell the state: tick, dot, bar, empty ring.
@@ -137,14 +146,13 @@ void StatusLine::paintLight(QPainter& painter, QPointF centre) const {
 }
 
 void StatusLine::paintKeys(QPainter& painter) const {
-    constexpr int paneWidth = 58;
-    for (int pane = 1; pane < paneCount; ++pane) {
-        const int left = paneLeft[static_cast<std::size_t>(pane)];
+    for (int pane = 1; pane < paneCount && targetWidth() < width(); ++pane) {
+        const int left = targetWidth() + (pane - 1) * keyWidth;
         painter.fillRect(left, 7, 1, height() - 14, QColor::fromRgb(theme::line));
         const bool lit = keyLit(pane);
         painter.setFont(theme::font(11, lit ? QFont::Medium : QFont::Normal));
         painter.setPen(QColor::fromRgb(lit ? theme::white : theme::text3));
-        painter.drawText(QRect(left, 0, paneWidth, height()), Qt::AlignCenter, paneText(pane));
+        painter.drawText(QRect(left, 0, keyWidth, height()), Qt::AlignCenter, paneText(pane));
     }
 }
 

@@ -41,6 +41,8 @@ class StatusLine : public QWidget {
     void paintEvent(QPaintEvent* event) override;
 
  private:
+    /// Pixels that the first pane takes; the key states have the rest, if there is one.
+    [[nodiscard]] int targetWidth() const;
     void paintTarget(QPainter& painter) const;
     void paintLight(QPainter& painter, QPointF centre) const;
     void paintKeys(QPainter& painter) const;

@@ -49,14 +49,14 @@ TEST_F(SmallScreen, AScreenThatIsWideEnoughNeedsNothingAcross) {
     EXPECT_EQ(view().parentWidget(), frame.get());
 }
 
-TEST_F(SmallScreen, OnANarrowOneEverythingBelowTheMenuScrollsAcrossAsOne) {
+TEST_F(SmallScreen, OnANarrowOneHeaderTabsAndPageScrollAcrossAsOne) {
     fit(800, 600);
     EXPECT_EQ(frame->size(), QSize(792, 568));
     EXPECT_EQ(frame->minimumSize(), frame->maximumSize());
     ASSERT_NE(across(), nullptr);
     EXPECT_TRUE(across()->isVisible());
     EXPECT_EQ(placeOf(tabs()), QRect(20, 78, 776, 34));
-    EXPECT_EQ(placeOf(frame->statusLine()), QRect(0, 540, 1024, 28));
+    EXPECT_EQ(placeOf(frame->statusLine()), QRect(0, 540, 792, 28));
     EXPECT_TRUE(wholeInSight(setSelector()));
     EXPECT_FALSE(wholeInSight(flag(8)));
 
@@ -65,7 +65,8 @@ TEST_F(SmallScreen, OnANarrowOneEverythingBelowTheMenuScrollsAcrossAsOne) {
     // The view's right edge now stands at the bar that scrolls down.
     const int shift = 1024 - (792 - 8);
     EXPECT_EQ(placeOf(tabs()), QRect(20 - shift, 78, 776, 34));
-    EXPECT_EQ(placeOf(frame->statusLine()), QRect(-shift, 540, 1024, 28));
+    // What the target does stays in sight.
+    EXPECT_EQ(placeOf(frame->statusLine()), QRect(0, 540, 792, 28));
     EXPECT_EQ(placeOf(*view().pages()[0]).topLeft(), QPoint(20 - shift, 112));
 }
 
@@ -119,6 +120,32 @@ TEST_F(SmallScreen, TheMouseMovesNothingUnderItself) {
     QTest::mouseClick(&setName(), Qt::LeftButton, {}, QPoint(150, 14));
     EXPECT_TRUE(setName().hasFocus());
     EXPECT_EQ(across()->value(), 200);
+}
+
+TEST_F(SmallScreen, TheStatusBarKeepsTheKeyStatesWhileThereIsRoomForTheTarget) {
+    // Where something is drawn in a third of the bar's height, counted from its right edge.
+    const auto drawn = [this](int fromRight, int width) {
+        const QImage bar = frame->statusLine().grab().toImage();
+        const QColor ground = bar.pixelColor(bar.width() - 3, 3);
+        for (int x = bar.width() - fromRight; x < bar.width() - fromRight + width; ++x) {
+            for (int y = 8; y < 20; ++y) {
+                if (bar.pixelColor(x, y) != ground) {
+                    return true;
+                }
+            }
+        }
+        return false;
+    };
+    for (const int width : {1024, 800, 700}) {
+        fit(width, 600);
+        EXPECT_TRUE(drawn(194 + 10, 11)) << width << ": the line before the first key";
+        for (const int key : {194, 136, 78}) {
+            EXPECT_TRUE(drawn(key - 2, 56)) << width;
+        }
+        EXPECT_FALSE(drawn(19, 19)) << width;
+    }
+    fit(500, 600);
+    EXPECT_FALSE(drawn(190, 190));
 }
 
 TEST_F(SmallScreen, ABiggerScreenGivesEverythingItsPlaceBack) {
