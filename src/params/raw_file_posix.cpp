@@ -5,6 +5,7 @@
 #include <fcntl.h>
 #include <string>
 #include <sys/stat.h>
+#include <system_error>
 #include <unistd.h>
 
 #include "params/raw_file.h"
@@ -14,6 +15,8 @@ namespace tessavo {
 namespace {
 
 constexpr std::size_t longestName = NAME_MAX;
+// As many as the system itself follows.
+constexpr int mostLinks = 40;
 
 class Descriptor {
  public:
@@ -67,6 +70,47 @@ std::string temporaryName(const std::filesystem::path& path) {
     return (path.parent_path() / (name + suffix)).string();
 }
 
+// Where a path leads when it ends in links to something that is not there.
+std::filesystem::path behindLinks(std::filesystem::path path) {
+    for (int links = 0; links < mostLinks; ++links) {
+        std::error_code noLink;
+        const std::filesystem::path next = std::filesystem::read_symlink(path, noLink);
+        if (noLink) {
+            break;
+        }
+        path = path.parent_path() / next;
+    }
+    return path;
+}
+
+FileWrite writeExistingFile(const std::filesystem::path& path, std::span<const std::uint8_t> bytes) {
+    Descriptor file(::open(path.c_str(), O_WRONLY | O_CLOEXEC));
+    if (!file.valid()) {
+        return {};
+    }
+    FileWrite result{true, writeAll(file.get(), bytes)};
+    const bool kept = flushToDevice(file.get());
+    if (!file.close() || !kept) {
+        result.written = 0;
+    }
+    return result;
+}
+
+enum class Placed { whole, taken, failed };
+
+// Gives a file its name, unless another has it already.
+Placed placeFile(const std::string& temporary, const std::filesystem::path& path) {
+    if (::link(temporary.c_str(), path.c_str()) == 0) {
+        ::unlink(temporary.c_str());
+        return Placed::whole;
+    }
+    if (errno == EEXIST) {
+        return Placed::taken;
+    }
+    // Not every file system gives a file two names.
+    return std::rename(temporary.c_str(), path.c_str()) == 0 ? Placed::whole : Placed::failed;
+}
+
 FileWrite writeNewFile(const std::filesystem::path& path, std::span<const std::uint8_t> bytes) {
     const std::string temporary = temporaryName(path);
     FileWrite result;
@@ -83,11 +127,12 @@ FileWrite writeNewFile(const std::filesystem::path& path, std::span<const std::u
             result.written = 0;
         }
     }
-    if (result.written != bytes.size() || std::rename(temporary.c_str(), path.c_str()) != 0) {
+    const Placed placed = result.written == bytes.size() ? placeFile(temporary, path) : Placed::failed;
+    if (placed != Placed::whole) {
         ::unlink(temporary.c_str());
         result.written = 0;
     }
-    return result;
+    return placed == Placed::taken ? writeExistingFile(path, bytes) : result;
 }
 
 }  // namespace
@@ -122,16 +167,8 @@ std::optional<FileStart> readFileStart(const std::filesystem::path& path, std::s
 }
 
 FileWrite writeFileStart(const std::filesystem::path& path, std::span<const std::uint8_t> bytes) {
-    Descriptor file(::open(path.c_str(), O_WRONLY | O_CLOEXEC));
-    if (!file.valid()) {
-        return errno == ENOENT ? writeNewFile(path, bytes) : FileWrite{};
-    }
-    FileWrite result{true, writeAll(file.get(), bytes)};
-    const bool kept = flushToDevice(file.get());
-    if (!file.close() || !kept) {
-        result.written = 0;
-    }
-    return result;
+    const FileWrite result = writeExistingFile(path, bytes);
+    return !result.opened && errno == ENOENT ? writeNewFile(behindLinks(path), bytes) : result;
 }
 
 }  // namespace tessavo

@@ -1,6 +1,8 @@
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <thread>
 #include <unistd.h>
 
 #include "params/raw_file.h"
@@ -120,6 +122,47 @@ TEST_F(SettingsFilePosix, SaveThroughALinkWritesTheFileBehindIt) {
     Bytes expected = menu_.tuning.store();
     expected.resize(11000, 9);
     EXPECT_SAME_BYTES(readFile(folder_ / "real.eqs"), expected);
+}
+
+TEST_F(SettingsFilePosix, SaveThroughALinkToNothingCreatesTheFileBehindIt) {
+    std::filesystem::create_directory(folder_ / "sub");
+    std::filesystem::create_symlink("sub/real.eqs", folder_ / "second.eqs");
+    std::filesystem::create_symlink(folder_ / "second.eqs", folder_ / "first.eqs");
+    menu_.dialogs.answer = folder_ / "first.eqs";
+    menu_.commands.saveSettings();
+    EXPECT_THAT(menu_.texts(), ElementsAre());
+    EXPECT_TRUE(std::filesystem::is_symlink(folder_ / "first.eqs"));
+    EXPECT_TRUE(std::filesystem::is_symlink(folder_ / "second.eqs"));
+    EXPECT_SAME_BYTES(readFile(folder_ / "sub" / "real.eqs"), menu_.tuning.store());
+}
+
+TEST_F(SettingsFilePosix, SaveThroughALinkIntoAMissingFolderLeavesTheLink) {
+    std::filesystem::create_symlink("missing/real.eqs", folder_ / "link.eqs");
+    menu_.dialogs.answer = folder_ / "link.eqs";
+    menu_.commands.saveSettings();
+    EXPECT_THAT(menu_.texts(), ElementsAre("Error opening configuration file!", "Error writing data!"));
+    EXPECT_TRUE(std::filesystem::is_symlink(folder_ / "link.eqs"));
+}
+
+TEST_F(SettingsFilePosix, SaveKeepsTheTailOfAFileThatAppearsMeanwhile) {
+    // A pipe under the name of the bytes on their way holds the save until somebody reads.
+    const std::filesystem::path held = folder_ / ("new.eqs.part-" + std::to_string(getpid()));
+    ASSERT_EQ(mkfifo(held.c_str(), 0600), 0);
+    menu_.dialogs.answer = folder_ / "new.eqs";
+    std::thread other([&] {
+        writeFile(folder_ / "new.eqs", Bytes(12000, 9));
+        EXPECT_EQ(readFile(held).size(), 10600U);
+    });
+    menu_.commands.saveSettings();
+    // Lets go of a reader whom nobody wrote to.
+    close(open(held.c_str(), O_WRONLY | O_NONBLOCK));
+    other.join();
+    ASSERT_TRUE(std::filesystem::is_regular_file(folder_ / "new.eqs"));
+    Bytes expected = menu_.tuning.store();
+    expected.resize(12000, 9);
+    EXPECT_THAT(menu_.texts(), ElementsAre());
+    EXPECT_SAME_BYTES(readFile(folder_ / "new.eqs"), expected);
+    EXPECT_FALSE(std::filesystem::exists(held));
 }
 
 TEST_F(SettingsFilePosix, SaveLeavesNothingBesideTheFile) {
