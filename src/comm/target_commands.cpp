@@ -108,7 +108,7 @@ std::optional<ClipState> TargetCommands::ReadClipState() {
 
 std::optional<std::filesystem::path> TargetCommands::SelectImageFile(IFileDialogs& dialogs) {
     auto path = dialogs.askOpenPath(softwareImageFilter);
-    resetLocaleAfterDialog();
+    dialogs.resetLocale();
     return path;
 }
 

@@ -12,6 +12,10 @@ struct FileFilter {
     std::string_view defaultExtension;
 };
 
+/// Sets the C library's locale back to "English", which file dialogs may have changed; where no locale has
+/// that name, it stays. User-interface thread.
+void resetLocaleAfterDialog();
+
 /// Asks the user for a file. Used on the user-interface thread.
 class IFileDialogs {
  public:
@@ -20,10 +24,8 @@ class IFileDialogs {
     virtual std::optional<std::filesystem::path> askOpenPath(const FileFilter& filter) = 0;
     /// Asks before an existing file is overwritten.
     virtual std::optional<std::filesystem::path> askSavePath(const FileFilter& filter) = 0;
+    /// Called once a command is done with its dialog and the file, cancelled or not.
+    virtual void resetLocale() { resetLocaleAfterDialog(); }
 };
-
-/// Sets the C library's locale back to "English", which file dialogs may have changed; where no locale has
-/// that name, it stays. Called after each dialog, on the user-interface thread.
-void resetLocaleAfterDialog();
 
 }  // namespace tessavo

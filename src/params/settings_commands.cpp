@@ -7,18 +7,24 @@ SettingsCommands::SettingsCommands(TuningState& tuning, IFileDialogs& dialogs, I
     : tuning_(tuning), dialogs_(dialogs), boxes_(boxes), view_(view) {}
 
 bool SettingsCommands::loadSettings() {
-    bool loaded = false;
-    if (const auto path = dialogs_.askOpenPath(settingsFilter)) {
+    const auto path = dialogs_.askOpenPath(settingsFilter);
+    if (path) {
         settingsPath_ = *path;
-        if (!path->empty()) {
-            loaded = loadSettingsFrom(*path);
-        }
     }
-    resetLocaleAfterDialog();
-    return loaded;
+    if (!path || path->empty()) {
+        dialogs_.resetLocale();
+        return false;
+    }
+    return loadSettingsFrom(*path);
 }
 
 bool SettingsCommands::loadSettingsFrom(const std::filesystem::path& path) {
+    const bool loaded = load(path);
+    dialogs_.resetLocale();
+    return loaded;
+}
+
+bool SettingsCommands::load(const std::filesystem::path& path) {
     ParameterStore loaded;
     switch (readSettings(path, tuning_.currentSet(), loaded)) {
         case LoadVerdict::cannotOpen:
@@ -47,7 +53,7 @@ bool SettingsCommands::saveSettings() {
             saved = save(*path);
         }
     }
-    resetLocaleAfterDialog();
+    dialogs_.resetLocale();
     return saved;
 }
 
@@ -66,7 +72,7 @@ void SettingsCommands::exportImage() {
             report(writeImage(*path, tuning_.image()), errorOpeningBinaryText);
         }
     }
-    resetLocaleAfterDialog();
+    dialogs_.resetLocale();
 }
 
 bool SettingsCommands::save(const std::filesystem::path& path) {

@@ -26,8 +26,8 @@ class ISettingsView {
 /// The commands of the File menu. Whatever happens is told by message boxes. Used on the user-interface
 /// thread.
 ///
-/// The C library's locale is set to "English" after each file dialog, where the system knows a locale of that
-/// name.
+/// The C library's locale is set back after each load, also without a dialog, and after each save but that at
+/// the exit.
 class SettingsCommands {
  public:
     /// Everything outlives this object.
@@ -50,6 +50,7 @@ class SettingsCommands {
     [[nodiscard]] const std::filesystem::path& binaryPath() const { return binaryPath_; }
 
  private:
+    bool load(const std::filesystem::path& path);
     bool save(const std::filesystem::path& path);
     bool report(SaveVerdict verdict, std::string_view cannotOpenText);
 

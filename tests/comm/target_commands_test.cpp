@@ -415,17 +415,22 @@ class OneDialog final : public IFileDialogs {
         return std::nullopt;
     }
 
+    void resetLocale() override { ++localeResets; }
+
     FileFilter asked{};
     std::optional<fs::path> answer;
+    int localeResets = 0;
 };
 
 TEST(SelectImageFile, OffersSoftwareImages) {
     OneDialog dialogs;
     EXPECT_FALSE(TargetCommands::SelectImageFile(dialogs));
+    EXPECT_EQ(dialogs.localeResets, 1) << "cancelled or not";
     EXPECT_EQ(dialogs.asked.filter, "Velmira Software Image File (*.bin)|*.bin||");
     EXPECT_EQ(dialogs.asked.defaultExtension, "bin");
     dialogs.answer = "new.bin";
     EXPECT_EQ(TargetCommands::SelectImageFile(dialogs), fs::path("new.bin"));
+    EXPECT_EQ(dialogs.localeResets, 2);
 }
 
 }  // namespace

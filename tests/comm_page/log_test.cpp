@@ -183,6 +183,7 @@ TEST_F(Log, IsSavedAsAText) {
     ASSERT_EQ(dialogs.asked.size(), 1U);
     EXPECT_TRUE(dialogs.asked[0].save);
     EXPECT_EQ(dialogs.asked[0].extension, "txt");
+    EXPECT_EQ(dialogs.localeResets, 1);
     const auto bytes = readFile(folder / "log.txt");
     EXPECT_EQ(std::string(bytes.begin(), bytes.end()), "TX-->    one\n\nERR-->   three\n");
     EXPECT_THAT(shown, IsEmpty());

@@ -1,6 +1,7 @@
 #include "params/settings_commands.h"
 
 #include <clocale>
+#include <functional>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -360,13 +361,54 @@ TEST_F(SettingsFile, RandomFilesNeverCrashAndAreTakenOrRefusedWhole) {
     }
 }
 
-TEST_F(SettingsFile, EachDialogResetsTheLocaleToEnglishWhereThereIsOne) {
+TEST_F(SettingsFile, EachCommandResetsTheLocaleOnceWhateverComesOfIt) {
+    writeFile(folder_ / "good.eqs", menu_.tuning.store());
+    writeFile(folder_ / "bad.eqs", Bytes(storeSize, 1));
+    const std::optional<std::filesystem::path> answers[]{
+        std::nullopt,        std::filesystem::path(), folder_ / "good.eqs",
+        folder_ / "bad.eqs", folder_ / "missing.eqs", folder_ / "no folder" / "a.eqs"};
+    const std::function<void()> commands[]{[this] { menu_.commands.loadSettings(); },
+                                           [this] { menu_.commands.saveSettings(); },
+                                           [this] { menu_.commands.exportImage(); }};
+    int resets = 0;
+    for (const auto& command : commands) {
+        for (const auto& answer : answers) {
+            menu_.dialogs.answer = answer;
+            command();
+            EXPECT_EQ(menu_.dialogs.localeResets, ++resets);
+        }
+    }
+}
+
+TEST_F(SettingsFile, ALoadWithoutADialogResetsTheLocaleToo) {
+    writeFile(folder_ / "good.eqs", menu_.tuning.store());
+    menu_.commands.loadSettingsFrom(folder_ / "good.eqs");
+    EXPECT_EQ(menu_.dialogs.localeResets, 1);
+    menu_.commands.loadSettingsFrom(folder_ / "missing.eqs");
+    EXPECT_EQ(menu_.dialogs.localeResets, 2);
+}
+
+TEST_F(SettingsFile, TheSaveAtTheExitLeavesTheLocaleAlone) {
+    const std::optional<std::filesystem::path> answers[]{std::nullopt, folder_ / "exit.eqs",
+                                                         folder_ / "no folder" / "exit.eqs"};
+    for (const auto& answer : answers) {
+        menu_.dialogs.answer = answer;
+        menu_.commands.saveSettingsAtExit();
+    }
+    EXPECT_EQ(menu_.dialogs.asked.size(), 3U);
+    EXPECT_EQ(menu_.dialogs.localeResets, 0);
+}
+
+TEST(LocaleAfterDialogs, BecomesEnglishWhereThereIsOneAndStaysOtherwise) {
     std::setlocale(LC_ALL, "C");
     const char* english = std::setlocale(LC_ALL, "English");
-    const std::string expected = english != nullptr ? english : "C";
-    std::setlocale(LC_ALL, "C");
-    menu_.commands.loadSettings();
-    EXPECT_EQ(std::setlocale(LC_ALL, nullptr), expected);
+    const std::string known = english != nullptr ? english : "";
+    for (const char* before : {"C.UTF-8", "C"}) {
+        const char* set = std::setlocale(LC_ALL, before);
+        const std::string expected = !known.empty() ? known : set != nullptr ? set : "C";
+        resetLocaleAfterDialog();
+        EXPECT_EQ(std::setlocale(LC_ALL, nullptr), expected);
+    }
     std::setlocale(LC_ALL, "C");
 }
 

@@ -28,8 +28,10 @@ class FakeDialogs : public IFileDialogs {
         asked.push_back({true, std::string(filter.filter), std::string(filter.defaultExtension)});
         return answer;
     }
+    void resetLocale() override { ++localeResets; }
     std::optional<std::filesystem::path> answer;
     std::vector<Asked> asked;
+    int localeResets = 0;
 };
 
 class RecordingView : public ISettingsView {

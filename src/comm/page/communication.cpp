@@ -286,7 +286,7 @@ void CCommunication::FlashFile() {
 
 void CCommunication::saveLog() {
     const auto path = parts_.dialogs.askSavePath(logFilter);
-    resetLocaleAfterDialog();
+    parts_.dialogs.resetLocale();
     if (!path || path->empty()) {
         return;
     }
