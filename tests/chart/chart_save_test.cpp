@@ -73,16 +73,31 @@ TEST_F(ChartSave, BaseChartNamesDimensionsItCannotSave) {
     EXPECT_EQ(messages_[1], "Cannot save files of 4 dimensions.");
 }
 
-TEST_F(ChartSave, NothingToSaveWritesNothing) {
+TEST_F(ChartSave, AChartWithoutDataSetsLeavesAnEmptyFileAndTellsIt) {
+    const CXYChart xy;
+    const CImageChart image;
+    for (const CChart* chart : {static_cast<const CChart*>(&xy), static_cast<const CChart*>(&image)}) {
+        QFile::remove(path());
+        EXPECT_EQ(save(*chart), 0);
+        EXPECT_EQ(text(), "");
+        write("old");
+        EXPECT_EQ(save(*chart), 0);
+        EXPECT_EQ(text(), "");
+    }
+    EXPECT_EQ(xy.saveToFile(folder_.filePath("missing/data.txt"), {}), 0);
+}
+
+TEST_F(ChartSave, DataSetsWithoutValuesAreSavedAsNothing) {
     CXYChart xy;
-    CImageChart image;
-    EXPECT_EQ(save(xy), 0);
-    EXPECT_EQ(save(image), 0);
-    EXPECT_FALSE(QFile::exists(path()));
-    write("old");
     xy.addDataSet({}, std::array{2, 0});
-    EXPECT_EQ(save(xy), 0);
-    EXPECT_EQ(text(), "old");
+    CImageChart image;
+    image.addDataSet({}, std::array{0});
+    for (const CChart* chart : {static_cast<const CChart*>(&xy), static_cast<const CChart*>(&image)}) {
+        write("old");
+        EXPECT_EQ(save(*chart), 1);
+        EXPECT_EQ(text(), "");
+    }
+    EXPECT_TRUE(messages_.empty());
 }
 
 TEST_F(ChartSave, AnExistingFileIsReplacedWhole) {

@@ -209,9 +209,6 @@ bool CChart::hasData() const {
 }
 
 int CChart::saveToFile(const QString& path, const Notify& notify) const {
-    if (!hasData()) {
-        return 0;
-    }
     QByteArray text;
     for (const CChartData& data : dataSets_) {
         const std::size_t count = data.dimensions().size();
@@ -228,9 +225,10 @@ int CChart::saveToFile(const QString& path, const Notify& notify) const {
     return writeText(path, text);
 }
 
-int CChart::writeText(const QString& path, const QByteArray& text) {
+int CChart::writeText(const QString& path, const QByteArray& text) const {
     QSaveFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(text) == text.size() && file.commit() ? 1 : 0;
+    const bool written = file.open(QIODevice::WriteOnly) && file.write(text) == text.size() && file.commit();
+    return written && !dataSets_.empty() ? 1 : 0;
 }
 
 }  // namespace tessavo

@@ -85,8 +85,9 @@ class CChart : public QObject {
     using Notify = std::function<void(const QString&)>;
 
     /// Saves one value a line, for data sets of one or two dimensions. An existing file is replaced whole or
-    /// not at all. \param notify gets "Cannot save files of %d dimensions." for each data set of another kind
-    /// \return 1 when the file was written, 0 when there is nothing to save or the file cannot be written
+    /// not at all; a chart without data sets leaves an empty one, and data sets without values too.
+    /// \param notify gets "Cannot save files of %d dimensions." for each data set of another kind
+    /// \return 1 when the file was written, 0 when there is no data set or the file cannot be written
     [[nodiscard]] virtual int saveToFile(const QString& path, const Notify& notify) const;
     /// Whether any data set holds a value.
     [[nodiscard]] bool hasData() const;
@@ -101,7 +102,8 @@ class CChart : public QObject {
     /// Extent of the data that an automatic axis shows.
     [[nodiscard]] virtual std::optional<AxisRange> dataExtent(const CAxis& axis) const = 0;
     [[nodiscard]] virtual bool fitsExactly() const { return false; }
-    static int writeText(const QString& path, const QByteArray& text);
+    /// Replaces the file. \return what saveToFile() returns
+    [[nodiscard]] int writeText(const QString& path, const QByteArray& text) const;
 
     /// Brings automatic axes up to the data and tells what changed.
     void refitAfter(bool layoutTouched);

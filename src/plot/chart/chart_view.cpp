@@ -241,10 +241,9 @@ void CChartView::saveData() {
     if (!path) {
         return;
     }
-    const bool hadData = chart_.hasData();
     if (chart_.saveToFile(*path, [this](const QString& text) { host_.showMessage(this, text); }) == 0) {
-        host_.showMessage(this, hadData ? QStringLiteral("The data cannot be saved.")
-                                        : QStringLiteral("There is no data to save."));
+        host_.showMessage(this, chart_.dataSets().empty() ? QStringLiteral("There is no data to save.")
+                                                          : QStringLiteral("The data cannot be saved."));
     }
 }
 

@@ -69,9 +69,6 @@ std::optional<ChartReadout> CXYChart::readoutAt(const ChartLayout& layout, QPoin
 }
 
 int CXYChart::saveToFile(const QString& path, const Notify& /*notify*/) const {
-    if (!hasData()) {
-        return 0;
-    }
     QByteArray text;
     for (const CChartData& data : dataSets()) {
         for (std::size_t n = 0; n < data.pointCount(); ++n) {
