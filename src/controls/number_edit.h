@@ -25,6 +25,8 @@ class NumberEdit : public QLineEdit {
     /// Colour of the stripe, 0 for none.
     void setColor(QRgb color);
     void setBypassed(bool bypassed);
+    /// What the number counts, for screen readers; empty for a plain number.
+    void setUnit(const QString& unit) { setAccessibleDescription(unit); }
 
     /// Width that `value` needs in this box.
     [[nodiscard]] int neededWidth(const QString& value) const;

@@ -9,6 +9,7 @@
 
 #include "chart/chart_helpers.h"
 #include "controls/bitmap_slider.h"
+#include "controls/number_edit.h"
 #include "controls/theme.h"
 
 namespace tessavo {
@@ -34,6 +35,12 @@ class PlotWindow : public testing::Test {
         QTest::keyClicks(edit, text);
     }
     void set() { QTest::mouseClick(button(plot_, "SET"), Qt::LeftButton); }
+    static void moveMouse(CBitmapSlider& slider, double y) {
+        QMouseEvent move(QEvent::MouseMove, QPointF(15, y), slider.mapToGlobal(QPointF(15, y)), Qt::NoButton,
+                         Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(&slider, &move);
+        QCoreApplication::processEvents();
+    }
     [[nodiscard]] QString text(const char* name) const { return byName<QLineEdit>(plot_, name)->text(); }
     [[nodiscard]] AxisRange range() { return plot_.chart().axis(AxisSide::left).range(); }
 
@@ -212,6 +219,82 @@ TEST_F(PlotWindow, SliderFollowsRangesBeyondItsReach) {
     QTest::keyClick(slider, Qt::Key_Down);
     QCoreApplication::processEvents();
     EXPECT_EQ(range(), (AxisRange{199, 399}));
+}
+
+TEST_F(PlotWindow, ADragScrollsEvenlyBeyondTheReachToo) {
+    type("Max", "400");
+    type("Min", "200");
+    set();
+    auto* const slider = plot_.findChild<CBitmapSlider*>();
+    const SliderTrack track = slider->track();
+    const double start = track.pixelOf(slider->position(), slider->minimum(), slider->maximum());
+    const int reach = slider->maximum();
+    ASSERT_EQ(reach, 300);
+    const QPoint grip = QPointF(15, start).toPoint();
+    QTest::mousePress(slider, Qt::LeftButton, {}, grip);
+    for (int travel = 1; travel <= 20; ++travel) {
+        moveMouse(*slider, grip.y() + travel);
+        // Where the thumb stands on the scale that it had when it was taken.
+        const int position = track.positionAt(start + travel, -reach, reach);
+        EXPECT_EQ(range(), (AxisRange{-100.0 - position, 100.0 - position})) << travel;
+        EXPECT_EQ(slider->maximum(), reach) << "the scale stays under the hand";
+    }
+    const AxisRange dragged = range();
+    EXPECT_LT(dragged.maximum, 360);
+    EXPECT_GT(dragged.maximum, 340);
+    moveMouse(*slider, grip.y());
+    EXPECT_EQ(range(), (AxisRange{200, 400})) << "back to where it began";
+    moveMouse(*slider, grip.y() + 20);
+    QTest::mouseRelease(slider, Qt::LeftButton, {}, grip + QPoint(0, 20));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(range(), dragged);
+    EXPECT_EQ(slider->maximum(), (dragged.minimum + dragged.maximum) / 2) << "let go, the reach follows";
+}
+
+TEST_F(PlotWindow, ARangeFarBeyondEverySliderScrollsByWhatItIsMoved) {
+    for (const auto& [maximum, minimum] : {std::pair{-1e10, -3e10}, std::pair{3e10, 1e10},
+                                           std::pair{1e30, -3e30}, std::pair{2147483748.0, 2147483548.0}}) {
+        type("Max", QString::number(maximum, 'g', 15));
+        type("Min", QString::number(minimum, 'g', 15));
+        set();
+        ASSERT_TRUE(host_.messages.empty()) << maximum;
+        ASSERT_EQ(range(), (AxisRange{minimum, maximum}));
+        auto* const slider = plot_.findChild<CBitmapSlider*>();
+        const bool below = minimum < 0;
+        EXPECT_EQ(slider->position(), below ? slider->maximum() : slider->minimum()) << maximum;
+        slider->setFocus();
+        for (int n = 1; n <= 3; ++n) {
+            QTest::keyClick(slider, below ? Qt::Key_Up : Qt::Key_Down);
+            QCoreApplication::processEvents();
+            const double moved = below ? n : -n;
+            EXPECT_EQ(range(), (AxisRange{minimum + moved, maximum + moved})) << maximum;
+            EXPECT_EQ(slider->position(), below ? slider->maximum() : slider->minimum()) << maximum;
+        }
+    }
+}
+
+TEST_F(PlotWindow, LongLimitsAreShownShortAndKeptWhole) {
+    for (const auto& [minimum, maximum] :
+         {std::pair{-1.23456789012e+30, 1.23456789012e+30}, std::pair{-1.23456789012e-7, 1.23456789012e-7},
+          std::pair{-123456.789012345, 987654.321098765}, std::pair{1000.00010001, 1000.00020001}}) {
+        if (plot_.chart().setRange(AxisSide::left, {minimum, maximum}) != RangeFault::none) {
+            ADD_FAILURE() << minimum;
+            continue;
+        }
+        for (const char* name : {"Max", "Min"}) {
+            auto* const edit = byName<NumberEdit>(plot_, name);
+            EXPECT_LE(edit->neededWidth(edit->text()), edit->width()) << edit->text().toStdString();
+            const double shown = edit->text().toDouble();
+            const double exact = *name == 'M' && name[1] == 'a' ? maximum : minimum;
+            EXPECT_NEAR(shown / exact, 1, 1e-3) << edit->text().toStdString();
+        }
+        set();
+        EXPECT_EQ(range(), (AxisRange{minimum, maximum})) << "nobody has typed anything";
+        type("Max", QString::number(maximum * 2, 'g', 17));
+        set();
+        EXPECT_EQ(range(), (AxisRange{minimum, maximum * 2})) << "what was typed counts as it was typed";
+    }
+    EXPECT_TRUE(host_.messages.empty());
 }
 
 TEST_F(PlotWindow, TabVisitsEveryControl) {

@@ -2,10 +2,12 @@
 
 #include <QCloseEvent>
 #include <QGuiApplication>
+#include <QScopedValueRollback>
 #include <QScreen>
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <optional>
 #include <vector>
 
 #include "controls/bitmap_slider.h"
@@ -28,12 +30,31 @@ constexpr int sliderId = 2;
 constexpr int minimumId = 3;
 constexpr int setId = 4;
 
-QString limitText(double value) {
-    return QString::fromStdString(shortNumber(value, 15));
+// The longest text of a double that reads as the same double.
+constexpr int longestLimit = 24;
+constexpr int limitDigits = 15;
+// So far the slider counts; a range beyond is at its end, and scrolls from there.
+constexpr int farthestMiddle = 1'000'000'000;
+
+// As many digits as the box has room for.
+QString limitText(double value, const NumberEdit& box) {
+    for (int digits = limitDigits; digits > 1; --digits) {
+        const QString text = QString::fromStdString(shortNumber(value, digits));
+        if (box.neededWidth(text) <= box.width()) {
+            return text;
+        }
+    }
+    return QString::fromStdString(shortNumber(value, 1));
+}
+
+// A limit that nobody has changed has more digits than its text.
+std::optional<double> limitOf(const NumberEdit& box, double current) {
+    return box.text() == limitText(current, box) ? current : parseNumber(box.text());
 }
 
 int wholeMiddle(const AxisRange& range) {
-    return truncateTo<int>(std::round(range.minimum / 2 + range.maximum / 2));
+    return std::clamp(truncateTo<int>(std::round(range.minimum / 2 + range.maximum / 2)), -farthestMiddle,
+                      farthestMiddle);
 }
 
 }  // namespace
@@ -74,6 +95,8 @@ CPlotDlg::CPlotDlg(IChartHost& host, QWidget* parent)
     }
     connect(set_, &QPushButton::clicked, this, &CPlotDlg::applyRange);
     for (NumberEdit* const edit : {maximum_, minimum_}) {
+        edit->setMaxLength(longestLimit);
+        edit->setUnit(QStringLiteral("dB"));
         connect(edit, &NumberEdit::entered, this, &CPlotDlg::applyRange);
     }
     connect(&chart_, &CChart::layoutChanged, this, &CPlotDlg::showRange);
@@ -116,7 +139,11 @@ void CPlotDlg::showCentred() {
 
 bool CPlotDlg::event(QEvent* event) {
     if (SliderEvent::isSliderEvent(*event)) {
-        scrollTo(static_cast<const SliderEvent*>(event)->position());
+        const auto& moved = static_cast<const SliderEvent&>(*event);
+        scrollTo(moved.position());
+        if (moved.isFinal()) {
+            placeSlider();
+        }
         return true;
     }
     return CDialogSK::event(event);
@@ -136,8 +163,9 @@ void CPlotDlg::reject() {
 }
 
 void CPlotDlg::applyRange() {
-    const auto maximum = parseNumber(maximum_->text());
-    const auto minimum = parseNumber(minimum_->text());
+    const AxisRange current = chart_.axis(AxisSide::left).range();
+    const auto maximum = limitOf(*maximum_, current.maximum);
+    const auto minimum = limitOf(*minimum_, current.minimum);
     const RangeFault fault =
         minimum && maximum ? chart_.setRange(AxisSide::left, {*minimum, *maximum}) : RangeFault::notANumber;
     if (fault == RangeFault::none) {
@@ -151,22 +179,35 @@ void CPlotDlg::applyRange() {
 }
 
 void CPlotDlg::scrollTo(int position) {
-    const AxisRange range = chart_.axis(AxisSide::left).range();
-    // The slider counts downwards, the axis upwards.
-    const double shift = -position - wholeMiddle(range);
-    if (shift != 0) {
-        chart_.setRange(AxisSide::left, {range.minimum + shift, range.maximum + shift});
+    // The slider counts downwards, the axis upwards. Each place is taken from where the scrolling began, so
+    // that its way there does not matter.
+    const double shift = static_cast<double>(scrollPosition_) - position;
+    const AxisRange range{scrollRange_.minimum + shift, scrollRange_.maximum + shift};
+    if (range != chart_.axis(AxisSide::left).range()) {
+        const QScopedValueRollback scrolls(scrolling_, true);
+        chart_.setRange(AxisSide::left, range);
     }
 }
 
 void CPlotDlg::showRange() {
     const AxisRange range = chart_.axis(AxisSide::left).range();
-    maximum_->setValueText(limitText(range.maximum));
-    minimum_->setValueText(limitText(range.minimum));
-    const int middle = wholeMiddle(range);
-    const int reach = std::max(scrollReachDb, std::abs(std::clamp(middle, -1'000'000'000, 1'000'000'000)));
-    slider_->setRange(-reach, reach);
-    slider_->setPosition(-middle);
+    maximum_->setValueText(limitText(range.maximum, *maximum_));
+    minimum_->setValueText(limitText(range.minimum, *minimum_));
+    if (!scrolling_) {
+        placeSlider();
+    }
+}
+
+void CPlotDlg::placeSlider() {
+    scrollRange_ = chart_.axis(AxisSide::left).range();
+    // Under the hand the slider keeps its scale and its place.
+    if (!slider_->isDragging()) {
+        const int middle = wholeMiddle(scrollRange_);
+        const int reach = std::max(scrollReachDb, std::abs(middle));
+        slider_->setRange(-reach, reach);
+        slider_->setPosition(-middle);
+    }
+    scrollPosition_ = slider_->position();
 }
 
 }  // namespace tessavo

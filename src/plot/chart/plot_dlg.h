@@ -47,6 +47,7 @@ class CPlotDlg : public CDialogSK, public ICurveDisplay {
     void applyRange();
     void scrollTo(int position);
     void showRange();
+    void placeSlider();
 
     IChartHost& host_;
     CXYChart chart_;
@@ -56,6 +57,9 @@ class CPlotDlg : public CDialogSK, public ICurveDisplay {
     NumberEdit* minimum_;
     CxSkinButton* set_;
     int curveIdentifier_ = -1;
+    AxisRange scrollRange_;  ///< the range that the slider shows at scrollPosition_
+    int scrollPosition_ = 0;
+    bool scrolling_ = false;  ///< the slider sets the range just now
 };
 
 }  // namespace tessavo
