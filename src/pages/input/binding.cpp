@@ -37,7 +37,9 @@ SliderBinding::SliderBinding(CBitmapSlider& slider, NumberEdit& edit, const Valu
     } else {
         slider_.setValueScale(direction / scale.stepsPerUnit);
     }
-    slider_.setFormatter([scale, shown = scale.attenuation ? QStringLiteral("dB") : unit](int position) {
+    const QString shown = scale.attenuation ? QStringLiteral("dB") : unit;
+    edit_.setUnit(shown);
+    slider_.setFormatter([scale, shown](int position) {
         const QString number = textAt(scale, position);
         return shown.isEmpty() ? number : number + QLatin1Char(' ') + shown;
     });
@@ -124,6 +126,7 @@ void SliderBinding::step(int steps, bool coarse) {
 DelayBinding::DelayBinding(CBitmapSlider& slider, NumberEdit& edit, NumberEdit& distance,
                            const ValueScale& scale, const QString& unit, Write write)
     : SliderBinding(slider, edit, scale, unit, std::move(write)), distance_(distance) {
+    distance_.setUnit(QStringLiteral("cm"));
     connect(&distance_, &NumberEdit::entered, this, &DelayBinding::applyDistance);
     connect(&distance_, &NumberEdit::left, this, [this] {
         if (distance_.isEdited()) {

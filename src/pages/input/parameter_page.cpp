@@ -163,6 +163,7 @@ DelayBinding& ParameterPage::addDelay(const SliderRow& row, int distanceId, cons
 NumberBinding& ParameterPage::addNumber(BoundField bound, int id, const QRect& place, QRgb color,
                                         const QString& name, QWidget* parent) {
     NumberEdit* edit = makeEdit(id, place, color, name, parent);
+    edit->setUnit(unitOf(bound.field));
     return keep(bound, std::make_unique<NumberBinding>(*edit, sliderScale(bound.field, Qt::Horizontal),
                                                        writer(bound)));
 }

@@ -118,6 +118,7 @@ void COutputGroup::makeSliders(Row& row, std::size_t place, SkinGroupBox* box) {
     NumberEdit* edit = makeEdit(places.editId, places.edit, table.color, name, box);
     std::unique_ptr<CInputBase>& input = row.inputs[place];
     if (table.firstDistance == 0) {
+        edit->setUnit(QStringLiteral("dB"));
         addLabel(QStringLiteral("dB"), inColumn({91, table.edit.y(), 22, 24}, place), box);
         input = std::make_unique<CInputBase>(*slider, *edit, box, table.lower, table.upper, divisor);
     } else {
@@ -125,6 +126,8 @@ void COutputGroup::makeSliders(Row& row, std::size_t place, SkinGroupBox* box) {
                  Qt::AlignCenter);
         NumberEdit* distance = makeEdit(numberAt(table.firstDistance, place), inColumn(table.distance, place),
                                         table.color, name + QStringLiteral(" distance"), box);
+        edit->setUnit(QStringLiteral("ms"));
+        distance->setUnit(QStringLiteral("cm"));
         edit->setAlignment(Qt::AlignCenter);
         distance->setAlignment(Qt::AlignCenter);
         input = std::make_unique<CInputAdvanced>(*slider, *edit, *distance, box, table.lower, table.upper,

@@ -109,6 +109,8 @@ CAxis& CAxisSettings::axisOf(bool vertical) {
 void CAxisSettings::showRange(const RangeRow& row, const CAxis& axis) {
     row.minimum->setText(limitText(axis.range().minimum));
     row.maximum->setText(limitText(axis.range().maximum));
+    row.minimum->setAccessibleDescription(axis.look().title);
+    row.maximum->setAccessibleDescription(axis.look().title);
     row.automatic->setChecked(axis.isAutomatic());
     row.minimum->setDisabled(axis.isAutomatic());
     row.maximum->setDisabled(axis.isAutomatic());

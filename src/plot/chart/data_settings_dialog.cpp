@@ -63,6 +63,8 @@ void CDataSettingsDialog::layOut() {
     lineGrid->addWidget(makeLabel(QStringLiteral("Line style"), lines), 1, 0);
     lineGrid->addWidget(lineStyle_, 1, 1);
     lineGrid->addWidget(makeLabel(QStringLiteral("Line size"), lines), 2, 0);
+    lineSize_->setAccessibleDescription(QStringLiteral("pixels"));
+    markerSize_->setAccessibleDescription(QStringLiteral("pixels"));
     lineGrid->addWidget(lineSize_, 2, 1);
     lineGrid->setColumnStretch(1, 1);
     body().addWidget(lines);
