@@ -1,6 +1,5 @@
 #include "app/comm_link.h"
 
-#include <QMetaType>
 #include <utility>
 
 namespace tessavo {
@@ -9,15 +8,14 @@ CommLink::CommLink(TuningState& tuning, IMessageBox& boxes, std::unique_ptr<CSer
     : tuning_(tuning),
       port_(std::move(port)),
       engine_({*port_, clock_, *this, boxes, transferLock_, [this] { return portName(); },
-               [this](std::size_t done, std::size_t all) { emit blockSent(done, all, clock_.now().count()); },
-               [this](ExchangeEnd end) { emit exchangeEnded(end); }}),
+               [this](std::size_t done, std::size_t all) {
+                   calls_.call(
+                       [this, done, all, at = clock_.now().count()] { emit blockSent(done, all, at); });
+               },
+               [this](ExchangeEnd end) { calls_.call([this, end] { emit exchangeEnded(end); }); }}),
       foreground_(engine_),
       background_(tuning, engine_, boxes),
-      worker_(tuning, engine_, clock_, boxes, [this](LiveWorker::State state) { noteWorkerState(state); }) {
-    qRegisterMetaType<LogKind>();
-    qRegisterMetaType<ExchangeEnd>();
-    qRegisterMetaType<LiveWorker::State>();
-}
+      worker_(tuning, engine_, clock_, boxes, [this](LiveWorker::State state) { noteWorkerState(state); }) {}
 
 CommLink::~CommLink() {
     shutDown();
@@ -86,11 +84,12 @@ void CommLink::noteWorkerState(LiveWorker::State state) {
         }
     }
     liveTransferRuns_ = starts;
-    emit workerState(state);
+    calls_.call([this, state] { emit workerState(state); });
 }
 
 void CommLink::log(LogKind kind, std::string_view text) {
-    emit lineLogged(kind, QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())));
+    calls_.call(
+        [this, kind, line = std::string(text)] { emit lineLogged(kind, QString::fromStdString(line)); });
 }
 
 }  // namespace tessavo

@@ -16,6 +16,7 @@
 #include "comm/serial.h"
 #include "comm/target_commands.h"
 #include "comm/transfer_engine.h"
+#include "controls/ui_calls.h"
 #include "params/timed_lock.h"
 
 namespace tessavo {
@@ -24,7 +25,7 @@ namespace tessavo {
 /// program.
 ///
 /// Lives on the user-interface thread. Log lines, progress and states of the worker come out as signals
-/// there, in the order in which they happened, whichever thread caused them.
+/// there, in the order in which they happened, whichever thread caused them: each is emitted on that thread.
 class CommLink : public QObject, private ICommLog {
     Q_OBJECT
 
@@ -71,6 +72,7 @@ class CommLink : public QObject, private ICommLog {
     void log(LogKind kind, std::string_view text) override;
     void noteWorkerState(LiveWorker::State state);
 
+    UiCalls calls_;
     TuningState& tuning_;
     mutable std::mutex guard_;
     std::string portName_;

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QObject>
 #include <QString>
 #include <QWidget>
 #include <condition_variable>
@@ -8,15 +7,14 @@
 #include <memory>
 #include <mutex>
 
+#include "controls/ui_calls.h"
 #include "params/message_box.h"
 
 namespace tessavo {
 
 /// Message boxes of the window. A box asked for by another thread appears on the user-interface thread, and
 /// that thread waits for the answer.
-class UiMessageBox : public QObject, public IMessageBox {
-    Q_OBJECT
-
+class UiMessageBox : public IMessageBox {
  public:
     /// Shows one box on the user-interface thread and returns its answer.
     using Presenter = std::function<BoxAnswer(const QString& text, BoxIcon icon, BoxButtons buttons)>;
@@ -40,6 +38,7 @@ class UiMessageBox : public QObject, public IMessageBox {
     std::mutex mutex_;
     std::condition_variable answered_;
     bool stopped_ = false;
+    UiCalls calls_;
 };
 
 /// The answer of a box that was closed without one.

@@ -1,7 +1,6 @@
 #include <QAbstractButton>
 #include <QTest>
 #include <QTimer>
-#include <atomic>
 #include <chrono>
 #include <cstring>
 #include <gmock/gmock.h>
@@ -182,12 +181,11 @@ TEST_F(Application, EndsInTheMiddleOfAnExchangeWithinASecond) {
     StartOptions options;
     options.demo = true;
     ASSERT_TRUE(app->InitInstance(options));
-    std::atomic<bool> talking = false;
-    QObject::connect(
-        &app->link(), &CommLink::lineLogged, &app->link(), [&] { talking = true; }, Qt::DirectConnection);
+    bool talking = false;
+    QObject::connect(&app->link(), &CommLink::lineLogged, &app->link(), [&] { talking = true; });
     QTest::mouseClick(app->frame().findChild<CxSkinButton*>(QStringLiteral("id%1").arg(view_id::eqMode)),
                       Qt::LeftButton);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return talking.load(); }, 30000));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return talking; }, 30000));
     const auto start = std::chrono::steady_clock::now();
     app.reset();
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(1));

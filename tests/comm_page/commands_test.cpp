@@ -178,7 +178,7 @@ TEST_F(Commands, TheLargestImageIsFlashedWithEveryBlockTold) {
         enabledMeanwhile = button(comm_id::flashFile).isEnabled();
         first = line().text();
     });
-    LineWatcher watcher(*page, line());
+    LineWatcher watcher(line());
     const auto before = clock.now();
     click(button(comm_id::flashFile));
     QObject::disconnect(watch);

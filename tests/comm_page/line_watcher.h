@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QEvent>
 #include <QObject>
 #include <string>
@@ -12,11 +13,10 @@ namespace tessavo::testing {
 /// Writes down every text that a transfer line shows in turn, whether or not it was painted.
 class LineWatcher : public QObject {
  public:
-    /// \param page the object that takes what comes from the exchange's thread, one event after the other
-    LineWatcher(QObject& page, const TransferLine& line) : page_(page), line_(line) {
-        page_.installEventFilter(this);
+    explicit LineWatcher(const TransferLine& line) : line_(line) {
+        QCoreApplication::instance()->installEventFilter(this);
     }
-    ~LineWatcher() override { page_.removeEventFilter(this); }
+    ~LineWatcher() override { QCoreApplication::instance()->removeEventFilter(this); }
 
     /// Each text once for each time that it came up; the newest is read now.
     std::vector<std::string> texts() {
@@ -26,7 +26,8 @@ class LineWatcher : public QObject {
     [[nodiscard]] const std::vector<int>& blocks() const { return blocks_; }
 
  protected:
-    // What the event before this one has left on the line is read in front of each event.
+    // What comes from the exchange's thread comes in calls, one event each; what the one before has left on
+    // the line is read in front of the next, whichever object takes it.
     bool eventFilter(QObject* /*watched*/, QEvent* event) override {
         if (event->type() == QEvent::MetaCall) {
             look();
@@ -43,7 +44,6 @@ class LineWatcher : public QObject {
         }
     }
 
-    QObject& page_;
     const TransferLine& line_;
     std::vector<std::string> texts_;
     std::vector<int> blocks_;

@@ -2,7 +2,6 @@
 
 #include <QDir>
 #include <QLabel>
-#include <QMetaObject>
 #include <QPainter>
 #include <QSaveFile>
 #include <QThread>
@@ -182,8 +181,7 @@ void CCommunication::paintEvent(QPaintEvent* event) {
 
 void CCommunication::Log(LogKind kind, const QString& text) {
     if (QThread::currentThread() != thread()) {
-        QMetaObject::invokeMethod(
-            this, [this, kind, text] { Log(kind, text); }, Qt::QueuedConnection);
+        calls_.call([this, kind, text] { Log(kind, text); });
         return;
     }
     const std::array<const SkinCheckBox*, 4> filters{showSent_, showReceived_, showStatus_, showErrors_};
@@ -196,8 +194,7 @@ void CCommunication::Log(LogKind kind, const QString& text) {
 
 void CCommunication::blockSent(std::size_t done, std::size_t all, Milliseconds at) {
     if (QThread::currentThread() != thread()) {
-        QMetaObject::invokeMethod(
-            this, [=, this] { blockSent(done, all, at); }, Qt::QueuedConnection);
+        calls_.call([=, this] { blockSent(done, all, at); });
         return;
     }
     if (all < 2 || blocksToSend_ == 0) {

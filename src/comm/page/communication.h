@@ -10,6 +10,7 @@
 #include "comm/page/foreground_transfers.h"
 #include "comm/target_commands.h"
 #include "controls/tab_dialog.h"
+#include "controls/ui_calls.h"
 #include "params/file_dialogs.h"
 
 class QLabel;
@@ -119,6 +120,7 @@ class CCommunication : public CTabDialog {
     void exchangeStarted(std::size_t blocks);
     void exchangeEnded(bool success);
 
+    UiCalls calls_;
     Parts parts_;
     TargetCommands commands_;
     std::string portName_;

@@ -37,10 +37,9 @@ bool ForegroundTransfers::run(Activity activity, std::size_t blocks, const std::
         try {
             thread = std::thread([&] {
                 success = exchange();
+                // Before the loop below is woken: it may answer that and wait again in one go.
                 over = true;
-                // Wakes the loop below; the lines logged before stand in front of this event.
-                QMetaObject::invokeMethod(
-                    this, [] {}, Qt::QueuedConnection);
+                calls_.call([] {});
             });
         } catch (const std::system_error&) {
             // A window that stands still for a while is better than no exchange.
@@ -54,6 +53,7 @@ bool ForegroundTransfers::run(Activity activity, std::size_t blocks, const std::
         if (thread.joinable()) {
             thread.join();
         }
+        // The lines logged before the end.
         QCoreApplication::sendPostedEvents();
     }
     activity_ = Activity::none;

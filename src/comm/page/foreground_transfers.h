@@ -5,6 +5,7 @@
 #include <functional>
 
 #include "comm/transfers.h"
+#include "controls/ui_calls.h"
 
 namespace tessavo {
 
@@ -38,6 +39,7 @@ class ForegroundTransfers : public QObject, public ITransfers {
     bool run(Activity activity, std::size_t blocks, const std::function<bool()>& exchange);
 
     ITransfers& transfers_;
+    UiCalls calls_;
     std::atomic<Activity> activity_ = Activity::none;
 };
 

@@ -1,7 +1,6 @@
 #include "pages/output/clip_detect_dlg.h"
 
 #include <QLabel>
-#include <QMetaObject>
 #include <QPainter>
 #include <utility>
 
@@ -101,15 +100,12 @@ CClipDetectDlg::CClipDetectDlg(Parts parts, QWidget* parent) : CTabDialog(parent
         makeAmplifier(row);
     }
     const auto deliver = [this](const ClipState& state) {
-        QMetaObject::invokeMethod(
-            this,
-            [this, state] {
-                // An answer that was under way when a person switched off is no longer wanted.
-                if (isOn()) {
-                    showState(state);
-                }
-            },
-            Qt::QueuedConnection);
+        calls_.call([this, state] {
+            // An answer that was under way when a person switched off is no longer wanted.
+            if (isOn()) {
+                showState(state);
+            }
+        });
     };
     poller_ = std::make_unique<ClipPoller>(
         ClipPoller::Outside{std::move(parts.ask), std::move(parts.lineIsFree), deliver}, parts.clock);

@@ -8,6 +8,7 @@
 
 #include "comm/target_commands.h"
 #include "controls/tab_dialog.h"
+#include "controls/ui_calls.h"
 #include "pages/output/clip_poller.h"
 
 class QLabel;
@@ -69,6 +70,7 @@ class CClipDetectDlg : public CTabDialog {
     QLabel* addLabel(const QString& text, const QRect& place, int id = -1);
     void toggle();
 
+    UiCalls calls_;
     SkinGroupBox* switchGroup_ = nullptr;
     StateLamp* lamp_ = nullptr;
     QLabel* state_ = nullptr;
