@@ -111,8 +111,9 @@ class ExampleWindow {
                                            {},
                                            [this] { frame_->view().refreshPages(); }})});
         frame_->setAttribute(Qt::WA_DontShowOnScreen);
-        frame_->setFixedSize(CMainFrame::clientWidth, CMainFrame::clientHeight);
         frame_->show();
+        // The whole window, however small the screen is.
+        frame_->setFixedSize(CMainFrame::clientWidth, CMainFrame::clientHeight);
     }
     ~ExampleWindow() { link_.shutDown(); }
     ExampleWindow(const ExampleWindow&) = delete;

@@ -35,7 +35,7 @@ QString takeScreenshots(CMainFrame& frame, const QString& folder, const QString&
     const auto pathOf = [&](const char* name) {
         return dir.filePath(QLatin1String(name) + suffix + QStringLiteral(".png"));
     };
-    // The whole window, however low the screen is.
+    // The whole window, however small the screen is.
     frame.setFixedSize(CMainFrame::clientWidth, CMainFrame::clientHeight);
     for (std::size_t i = 0; i < pageCount; ++i) {
         frame.view().showPage(static_cast<Page>(i));
