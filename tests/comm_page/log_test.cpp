@@ -18,11 +18,16 @@ using ::testing::IsEmpty;
 class Log : public PageBench {
  protected:
     void add(LogKind kind, const char* text) { page->Log(kind, QString::fromLatin1(text)); }
-    /// Opens the context menu and chooses an item.
-    void chooseItem(const QString& item) {
+    /// Opens the context menu and chooses an item, with something that happens in between.
+    void chooseItem(const QString& item, const std::function<void()>& whileOpen = {}) {
         QTimer::singleShot(0, &window, [&] {
             auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
             ASSERT_NE(menu, nullptr);
+            if (whileOpen) {
+                whileOpen();
+                QCoreApplication::sendPostedEvents();
+                ASSERT_EQ(QApplication::activePopupWidget(), menu);
+            }
             for (QAction* action : menu->actions()) {
                 if (action->text() == item) {
                     QTest::mouseClick(menu, Qt::LeftButton, {}, menu->actionGeometry(action).center());
@@ -171,6 +176,58 @@ TEST_F(Log, CopiesSelectedLinesOrAll) {
     QTest::mouseClick(log().viewport(), Qt::LeftButton, Qt::ShiftModifier, {30, 27});
     QTest::keyClick(&log(), Qt::Key_C, Qt::ControlModifier);
     EXPECT_EQ(QApplication::clipboard()->text(), QStringLiteral("TX-->    one\nRX-->    two\n"));
+}
+
+TEST_F(Log, CopiesWhatWasSelectedWhenItsMenuOpened) {
+    for (const char* text : {"one", "two", "three"}) {
+        add(LogKind::tx, text);
+    }
+    QTest::mouseClick(log().viewport(), Qt::LeftButton, {}, {30, 9});
+    QTest::mouseClick(log().viewport(), Qt::LeftButton, Qt::ShiftModifier, {30, 27});
+    chooseItem(QStringLiteral("Copy Selected Lines"), [&] {
+        add(LogKind::error, "four");
+        std::thread([&] { page->Log(LogKind::rx, QStringLiteral("five")); }).join();
+    });
+    EXPECT_EQ(QApplication::clipboard()->text(), QStringLiteral("TX-->    one\nTX-->    two\n"));
+    EXPECT_EQ(log().lineCount(), 5);
+    QTest::mouseClick(log().viewport(), Qt::LeftButton, {}, {30, 9});
+    chooseItem(QStringLiteral("Copy Selected Lines"), [&] { log().clear(); });
+    EXPECT_EQ(QApplication::clipboard()->text(), QStringLiteral("TX-->    one\n"))
+        << "even when the log has been emptied since";
+}
+
+TEST_F(Log, WithNothingSelectedItsMenuCopiesOnlyTheWhole) {
+    add(LogKind::tx, "one");
+    log().selectionModel()->clear();
+    QApplication::clipboard()->setText(QStringLiteral("before"));
+    bool enabled = true;
+    chooseItem(QStringLiteral("Copy Whole Log"), [&] {
+        for (const QAction* action : qobject_cast<QMenu*>(QApplication::activePopupWidget())->actions()) {
+            if (action->text() == QStringLiteral("Copy Selected Lines")) {
+                enabled = action->isEnabled();
+            }
+        }
+        add(LogKind::tx, "two");
+    });
+    EXPECT_FALSE(enabled);
+    EXPECT_EQ(QApplication::clipboard()->text(), QStringLiteral("TX-->    one\nTX-->    two\n"));
+}
+
+TEST_F(Log, TheNewestLineAloneIsSelectedWhateverKeyIsHeld) {
+    const std::pair<Qt::Key, Qt::KeyboardModifier> keys[]{{Qt::Key_Shift, Qt::ShiftModifier},
+                                                          {Qt::Key_Control, Qt::ControlModifier}};
+    add(LogKind::tx, "first");
+    for (const auto& [key, modifier] : keys) {
+        QTest::keyPress(&log(), key, modifier);
+        ASSERT_EQ(QApplication::keyboardModifiers(), modifier);
+        for (int i = 0; i < 3; ++i) {
+            add(LogKind::status, "line");
+            EXPECT_EQ(log().selectedText(), QStringLiteral("ST-->    line\n"));
+            EXPECT_EQ(log().currentIndex().row(), log().lineCount() - 1);
+        }
+        QTest::keyRelease(&log(), key);
+        ASSERT_EQ(QApplication::keyboardModifiers(), Qt::NoModifier);
+    }
 }
 
 TEST_F(Log, IsSavedAsAText) {

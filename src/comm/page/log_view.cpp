@@ -49,7 +49,8 @@ LogView::LogView(int controlId, QWidget* parent) : QAbstractItemView(parent) {
 void LogView::append(LogKind kind, const QString& text) {
     model_.append(kind, text);
     updateGeometries();
-    setCurrentIndex(model_.index(lineCount() - 1, 0));
+    // Not the view's own function: that one heeds the keys which a person holds at this moment.
+    selectionModel()->setCurrentIndex(model_.index(lineCount() - 1, 0), QItemSelectionModel::ClearAndSelect);
     verticalScrollBar()->setValue(verticalScrollBar()->maximum());
     viewport()->update();
 }
@@ -178,8 +179,9 @@ void LogView::contextMenuEvent(QContextMenuEvent* event) {
         connect(action, &QAction::triggered, this, act);
     };
     const bool any = lineCount() > 0;
+    // Each line that arrives while the menu is open becomes the selected one.
     add("Copy Selected Lines", selectionModel()->hasSelection(),
-        [this] { QGuiApplication::clipboard()->setText(selectedText()); });
+        [selected = selectedText()] { QGuiApplication::clipboard()->setText(selected); });
     add("Copy Whole Log", any, [this] { QGuiApplication::clipboard()->setText(allText()); });
     menu.addSeparator();
     add("Save As Text File...", any, [this] { emit saveAsked(); });
