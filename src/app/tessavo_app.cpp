@@ -96,8 +96,10 @@ bool CTessavoApp::InitInstance(const StartOptions& options) {
 
 int CTessavoApp::run() {
     const int code = QApplication::exec();
-    // The simulated target is gone with the program; the port of before it is worth more.
-    if (const std::string port = link_.portName(); !demo_.running() && !port.empty()) {
+    // A port that a person has chosen outlasts starts without it. The simulated target is gone with the
+    // program.
+    const std::string port = link_.portName();
+    if (profile_->lastPort().isEmpty() && !demo_.running() && !port.empty()) {
         profile_->setLastPort(QString::fromStdString(port));
     }
     if (const QString trouble = profile_->keep(); !trouble.isEmpty()) {

@@ -42,7 +42,7 @@ class CTessavoApp {
     /// \return false when the program must end
     bool InitInstance(const StartOptions& options);
 
-    /// Runs until the frame is closed, and remembers the port.
+    /// Runs until the frame is closed. Remembers the port when none is remembered yet.
     int run();
 
     [[nodiscard]] TuningState& tuning() { return tuning_; }

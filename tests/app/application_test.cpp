@@ -10,7 +10,9 @@
 #include "app/status_line.h"
 #include "app/tessavo_app.h"
 #include "app/tessavo_view.h"
+#include "comm/page/communication.h"
 #include "controls/skin_button.h"
+#include "controls/skin_combo_box.h"
 #include "controls/skin_message_box.h"
 #include "params/harness.h"
 #include "params/set_text.h"
@@ -29,8 +31,45 @@ class Application : public ::testing::Test {
         // The toolkit wants this folder closed to others.
         std::filesystem::permissions(folder.path(), std::filesystem::perms::owner_all);
         qputenv("XDG_RUNTIME_DIR", QByteArray::fromStdString(folder.path().string()));
+        start();
+    }
+    ~Application() override { qunsetenv("TESSAVO_PORTS"); }
+
+    /// Starts the program once more, with what it remembers.
+    void start() {
+        app.reset();
         app = std::make_unique<CTessavoApp>(count_, arguments_.data(),
                                             std::make_unique<Profile>(textOf(folder / "profile.ini")));
+    }
+    /// Makes the window and all its pages, with these ports besides those of the machine.
+    void open(const char* ports) {
+        qputenv("TESSAVO_PORTS", ports);
+        ASSERT_TRUE(app->InitInstance({}));
+        ASSERT_EQ(app->frame().view().pages().size(), pageCount);
+    }
+    /// Closes the window without saving and runs the program to its end.
+    void end();
+    [[nodiscard]] QString rememberedPort() const {
+        return Profile(textOf(folder / "profile.ini")).lastPort();
+    }
+    SkinComboBox& portList() {
+        auto* list = app->frame().findChild<SkinComboBox*>(QStringLiteral("id%1").arg(comm_id::portList));
+        if (list == nullptr) {
+            throw std::logic_error("no list of ports");
+        }
+        return *list;
+    }
+    /// Chooses a port as a person does, by the keyboard.
+    void choosePort(const QString& name) {
+        app->frame().view().showPage(Page::communication);
+        const int index = portList().findText(name);
+        ASSERT_GE(index, 0);
+        portList().setFocus();
+        QTest::keyClick(&portList(), Qt::Key_Home);
+        for (int i = 0; i < index; ++i) {
+            QTest::keyClick(&portList(), Qt::Key_Down);
+        }
+        ASSERT_EQ(portList().currentText(), name);
     }
 
     TemporaryFolder folder;
@@ -55,6 +94,14 @@ void clickNextBox(int button, QString& text, QString& title) {
         }
     });
     timer->start(1);
+}
+
+void Application::end() {
+    QString text;
+    QString title;
+    clickNextBox(1, text, title);
+    QTimer::singleShot(0, &app->frame(), [this] { app->frame().close(); });
+    EXPECT_EQ(app->run(), 0);
 }
 
 TEST_F(Application, StartsWithTheStateThatAConstructionGives) {
@@ -99,16 +146,56 @@ TEST_F(Application, TellsOfAnUnreadableFileAndGoesOn) {
     EXPECT_TRUE(app->frame().isVisible());
 }
 
-TEST_F(Application, RemembersItsPortWhenItEnds) {
-    ASSERT_TRUE(app->InitInstance({}));
-    EXPECT_EQ(app->frame().view().pages().size(), pageCount);
+TEST_F(Application, RemembersItsPortWhenItEndsAndNoneIsRememberedYet) {
+    open("");
     app->link().setPortName("ttyUSB7");
-    QString text;
-    QString title;
-    clickNextBox(1, text, title);
-    QTimer::singleShot(0, &app->frame(), [this] { app->frame().close(); });
-    EXPECT_EQ(app->run(), 0);
-    EXPECT_EQ(Profile(textOf(folder / "profile.ini")).lastPort(), QStringLiteral("ttyUSB7"));
+    end();
+    EXPECT_EQ(rememberedPort(), QStringLiteral("ttyUSB7"));
+    start();
+    open("");
+    app->link().setPortName("ttyUSB8");
+    end();
+    EXPECT_EQ(rememberedPort(), QStringLiteral("ttyUSB7")) << "nobody has chosen the other one";
+}
+
+TEST_F(Application, RemembersNoPortWhenThereIsNone) {
+    open("");
+    app->link().setPortName("");
+    end();
+    EXPECT_EQ(rememberedPort(), QString());
+}
+
+TEST_F(Application, TheChosenPortOutlastsAStartWithoutIt) {
+    open("COM71,COM72");
+    choosePort(QStringLiteral("COM72"));
+    end();
+    EXPECT_EQ(rememberedPort(), QStringLiteral("COM72"));
+    start();
+    open("COM71");
+    const std::string other = app->link().portName();
+    EXPECT_EQ(other, portList().itemText(0).toStdString()) << "the first of those that are there";
+    EXPECT_NE(other, "COM72");
+    end();
+    EXPECT_EQ(rememberedPort(), QStringLiteral("COM72")) << "nobody has chosen another one";
+    start();
+    open("COM71,COM72");
+    EXPECT_EQ(app->link().portName(), "COM72");
+    EXPECT_EQ(portList().currentText(), QStringLiteral("COM72"));
+    choosePort(QStringLiteral("COM71"));
+    end();
+    start();
+    open("COM71,COM72");
+    EXPECT_EQ(app->link().portName(), "COM71") << "until another one is chosen";
+}
+
+TEST_F(Application, LookingForPortsAgainDoesNotForgetTheChosenOne) {
+    open("COM71,COM72");
+    choosePort(QStringLiteral("COM72"));
+    QTest::mouseClick(app->frame().findChild<CxSkinButton*>(QStringLiteral("id%1").arg(comm_id::refresh)),
+                      Qt::LeftButton);
+    ASSERT_NE(app->link().portName(), "COM72");
+    end();
+    EXPECT_EQ(rememberedPort(), QStringLiteral("COM72"));
 }
 
 TEST_F(Application, DoesNotRememberThePortOfADemo) {
