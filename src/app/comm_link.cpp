@@ -12,7 +12,7 @@ CommLink::CommLink(TuningState& tuning, IMessageBox& boxes, std::unique_ptr<CSer
                    calls_.call(
                        [this, done, all, at = clock_.now().count()] { emit blockSent(done, all, at); });
                },
-               [this](ExchangeEnd end) { calls_.call([this, end] { emit exchangeEnded(end); }); }}),
+               [this](ExchangeEnd end) { noteExchangeEnd(end); }, [this] { ++exchanges_; }}),
       foreground_(engine_),
       background_(tuning, engine_, boxes),
       worker_(tuning, engine_, clock_, boxes, [this](LiveWorker::State state) { noteWorkerState(state); }) {}
@@ -85,6 +85,18 @@ void CommLink::noteWorkerState(LiveWorker::State state) {
     }
     liveTransferRuns_ = starts;
     calls_.call([this, state] { emit workerState(state); });
+}
+
+void CommLink::noteExchangeEnd(ExchangeEnd end) {
+    if (end != ExchangeEnd::lineBusy) {
+        --exchanges_;
+    }
+    if (end == ExchangeEnd::noAnswer || end == ExchangeEnd::portNotOpened) {
+        // An image that is under way stays: the target is still asked whether it has that one.
+        const std::lock_guard guard(guard_);
+        confirmedImage_.reset();
+    }
+    calls_.call([this, end] { emit exchangeEnded(end); });
 }
 
 void CommLink::log(LogKind kind, std::string_view text) {

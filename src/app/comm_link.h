@@ -55,7 +55,11 @@ class CommLink : public QObject, private ICommLog {
     [[nodiscard]] bool isFree() const;
     /// True from the start of a live transfer until its result is told. Any thread.
     [[nodiscard]] bool liveTransferRuns() const { return liveTransferRuns_; }
-    /// The image that the target has confirmed last; nothing before that and after a later failure.
+    /// True while any exchange has the port, a background thread's included; exchangeEnded() is emitted once
+    /// it is false again. Any thread.
+    [[nodiscard]] bool exchangeRuns() const { return exchanges_ > 0; }
+    /// The image that the target has confirmed last; nothing before that and after a later exchange of any
+    /// kind that failed: the target may have lost its memory meanwhile.
     [[nodiscard]] std::optional<ParameterImage> confirmedImage() const;
     /// From now on nothing counts as confirmed until the next confirmation.
     void forgetConfirmation();
@@ -71,6 +75,7 @@ class CommLink : public QObject, private ICommLog {
  private:
     void log(LogKind kind, std::string_view text) override;
     void noteWorkerState(LiveWorker::State state);
+    void noteExchangeEnd(ExchangeEnd end);
 
     UiCalls calls_;
     TuningState& tuning_;
@@ -79,6 +84,7 @@ class CommLink : public QObject, private ICommLog {
     std::optional<ParameterImage> imageUnderWay_;
     std::optional<ParameterImage> confirmedImage_;
     std::atomic<bool> liveTransferRuns_ = false;
+    std::atomic<int> exchanges_ = 0;  ///< one may begin before the end of the one before it is told
     SystemClock clock_;
     std::unique_ptr<CSerial> port_;
     TimedLock transferLock_;

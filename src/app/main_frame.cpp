@@ -13,6 +13,7 @@
 #include <QTime>
 #include <QWindow>
 #include <algorithm>
+#include <chrono>
 #include <span>
 
 #include "app/about_dialog.h"
@@ -20,6 +21,7 @@
 #include "app/narrow_view.h"
 #include "app/tessavo_view.h"
 #include "app/ui_file_dialogs.h"
+#include "comm/page/input_hold.h"
 #include "controls/theme.h"
 
 namespace tessavo {
@@ -30,6 +32,8 @@ constexpr int menuHeight = 28;
 // Menu, header, tab row, status bar and a strip of the page: below this nothing could be worked with.
 constexpr int lowestHeight = 320;
 constexpr int lowestWidth = 480;
+// More than twice what a poll of a target that answers takes.
+constexpr std::chrono::seconds pollPatience{2};
 constexpr std::string_view exitQuestion =
     "The current settings will be lost!\r\n Do you want to save settings?";
 constexpr std::string_view breakExchangeQuestion =
@@ -221,11 +225,17 @@ void CMainFrame::followTarget() {
            [this](LiveWorker::State state) { follower_.workerState(state, QTime::currentTime()); });
     follow(&link, &CommLink::exchangeEnded,
            [this](ExchangeEnd end) { follower_.exchangeEnded(end, QTime::currentTime()); });
+    connect(&link, &CommLink::exchangeEnded, this, [this] {
+        if (!parts_.link.exchangeRuns()) {
+            pollEnded();
+        }
+    });
+    pollLimit_.setSingleShot(true);
+    connect(&pollLimit_, &QTimer::timeout, this, &CMainFrame::pollEnded);
     follow(&link, &CommLink::blockSent,
            [this](qulonglong done, qulonglong all, qlonglong) { follower_.blockSent(done, all); });
     follow(&commands, &ForegroundTransfers::started, [this, &commands](qulonglong) {
         if (commands.activity() == ForegroundTransfers::Activity::sendingSoftware) {
-            // What the target plays after a new software is its own affair.
             parts_.link.forgetConfirmation();
         }
         follower_.commandStarted(commands.activity());
@@ -252,16 +262,40 @@ void CMainFrame::showTarget() {
                                          .confirmedAsItStands = asItStands}));
 }
 
+bool CMainFrame::lineIsQuiet() const {
+    return !parts_.link.foreground().running() && !parts_.link.liveTransferRuns();
+}
+
 bool CMainFrame::mayBreakOff() {
-    using Activity = ForegroundTransfers::Activity;
-    const Activity activity = parts_.link.foreground().activity();
-    if (activity == Activity::none && !parts_.link.liveTransferRuns()) {
+    if (lineIsQuiet()) {
         return true;
     }
-    const bool software = activity == Activity::sendingSoftware;
+    const bool software =
+        parts_.link.foreground().activity() == ForegroundTransfers::Activity::sendingSoftware;
     // The default button waits: a key pressed too soon must not break anything off.
     return parts_.boxes.show(software ? breakSoftwareQuestion : breakExchangeQuestion, BoxIcon::error,
                              BoxButtons::yesNoCancel) == BoxAnswer::no;
+}
+
+// Nobody has started this exchange, so nobody is asked about it: it gets the moment that it needs.
+void CMainFrame::closeAfterPoll() {
+    closing_ = true;
+    hold_ = std::make_unique<InputHold>();
+    pollLimit_.start(pollPatience);
+}
+
+void CMainFrame::pollEnded() {
+    if (!hold_) {
+        return;
+    }
+    pollLimit_.stop();
+    hold_.reset();
+    // A live transfer may have waited for the line.
+    if (mayBreakOff()) {
+        closeAfterExchange();
+    } else {
+        closing_ = false;
+    }
 }
 
 void CMainFrame::closeAfterExchange() {
@@ -296,12 +330,21 @@ void CMainFrame::restorePlace() {
 
 void CMainFrame::closeEvent(QCloseEvent* event) {
     event->ignore();
-    if (closing_ || !mayBreakOff() || !mayClose()) {
+    if (closing_) {
+        return;
+    }
+    const bool quiet = lineIsQuiet();
+    // A live transfer may begin while the second question is open.
+    if (!mayBreakOff() || !mayClose() || (quiet && !mayBreakOff())) {
         return;
     }
     if (parts_.link.foreground().running()) {
         closing_ = true;
         parts_.link.cancelExchanges();
+        return;
+    }
+    if (lineIsQuiet() && parts_.link.exchangeRuns()) {
+        closeAfterPoll();
         return;
     }
     event->accept();

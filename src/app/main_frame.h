@@ -1,7 +1,9 @@
 #pragma once
 
+#include <QTimer>
 #include <QWidget>
 #include <functional>
+#include <memory>
 #include <optional>
 
 #include "app/profile.h"
@@ -21,6 +23,7 @@ namespace tessavo {
 class CommLink;
 class CTessavoView;
 class IChartHost;
+class InputHold;
 class NarrowView;
 
 /// The program's one window: menu, view, status bar. Its size is fixed; on a screen too low for it only the
@@ -91,8 +94,11 @@ class CMainFrame : public QWidget {
     void showAbout();
     void followTarget();
     void showTarget();
+    [[nodiscard]] bool lineIsQuiet() const;
     bool mayBreakOff();
     bool mayClose();
+    void closeAfterPoll();
+    void pollEnded();
     void closeAfterExchange();
 
     Parts parts_;
@@ -106,7 +112,9 @@ class CMainFrame : public QWidget {
     SettingsCommands commands_;
     std::function<bool()> nothingToLose_;
     TargetFollower follower_;
-    bool closing_ = false;  ///< all questions are answered; only an exchange has still to end
+    bool closing_ = false;             ///< all questions are answered; only an exchange has still to end
+    std::unique_ptr<InputHold> hold_;  ///< while a background exchange is waited for
+    QTimer pollLimit_;                 ///< how long that may last
     std::optional<QPoint> dragStart_;
 };
 

@@ -19,29 +19,32 @@ void TargetFollower::setPort(const QString& name) {
     }
     port_ = name;
     trouble_ = Trouble::none;
-    confirmedAt_ = {};
+    forgetSets();
     answeredAt_ = {};
 }
 
 void TargetFollower::liveModeChanged(bool /*on*/) {
     // What the target holds is asked anew by switching on, and no longer followed by switching off.
-    if (trouble_ == Trouble::wrongSet) {
-        trouble_ = Trouble::none;
-    }
+    wrongSetAt_ = {};
 }
 
 void TargetFollower::workerState(LiveWorker::State state, QTime at) {
     liveTransfer_ = state == LiveWorker::State::sending;
     switch (state) {
-        case LiveWorker::State::confirmed:
-            confirmedAt_ = at;
-            answeredAt_ = at;
-            [[fallthrough]];
         case LiveWorker::State::sending:
             trouble_ = Trouble::none;
+            forgetSets();
+            break;
+        case LiveWorker::State::confirmed:
+            trouble_ = Trouble::none;
+            forgetSets();
+            confirmedAt_ = at;
+            answeredAt_ = at;
             break;
         case LiveWorker::State::wrongSet:
-            setTrouble(Trouble::wrongSet, at);
+            trouble_ = Trouble::none;
+            forgetSets();
+            wrongSetAt_ = at;
             break;
         case LiveWorker::State::noAnswer:
             // Why there was none is known already when the port was the reason.
@@ -57,11 +60,9 @@ void TargetFollower::workerState(LiveWorker::State state, QTime at) {
 void TargetFollower::exchangeEnded(ExchangeEnd end, QTime at) {
     switch (end) {
         case ExchangeEnd::answered:
-            answeredAt_ = at;
             // That the target holds another set is not mended by an answer to another question.
-            if (trouble_ != Trouble::wrongSet) {
-                trouble_ = Trouble::none;
-            }
+            answeredAt_ = at;
+            trouble_ = Trouble::none;
             break;
         case ExchangeEnd::noAnswer:
             setTrouble(Trouble::noAnswer, at);
@@ -78,6 +79,10 @@ void TargetFollower::commandStarted(Activity activity) {
     command_ = activity;
     blocksDone_ = 0;
     blocks_ = 0;
+    if (activity == Activity::sendingSoftware) {
+        // What the target plays after a new software is its own affair.
+        forgetSets();
+    }
 }
 
 void TargetFollower::commandEnded() {
@@ -105,12 +110,15 @@ TargetStatus TargetFollower::status(const Now& now) const {
         tell(Light::sending, QStringLiteral("waiting"));
     } else if (trouble_ != Trouble::none) {
         tell(Light::trouble, troubleWords());
+    } else if (wrongSetAt_.isValid()) {
+        tell(Light::trouble, atTime("wrong set", wrongSetAt_));
     } else if (!now.liveMode) {
         tell(Light::off, answeredAt_.isValid() ? atTime("last answer", answeredAt_) : QString());
-    } else if (now.confirmedAsItStands) {
+    } else if (now.confirmedAsItStands && confirmedAt_.isValid()) {
         tell(Light::confirmed, atTime("confirmed", confirmedAt_));
     } else {
-        // A slider is being dragged, or another set was chosen: the next edit brings it to the target.
+        // A slider is being dragged, another set was chosen, or the target may have lost what it had: the
+        // next edit brings it there.
         tell(Light::sending, QStringLiteral("not sent"));
     }
     return status;
@@ -119,6 +127,13 @@ TargetStatus TargetFollower::status(const Now& now) const {
 void TargetFollower::setTrouble(Trouble trouble, QTime at) {
     trouble_ = trouble;
     troubleAt_ = at;
+    // A target that did not answer may have been without power: its memory is not what it was.
+    confirmedAt_ = {};
+}
+
+void TargetFollower::forgetSets() {
+    confirmedAt_ = {};
+    wrongSetAt_ = {};
 }
 
 QString TargetFollower::commandWords() const {
@@ -135,14 +150,7 @@ QString TargetFollower::commandWords() const {
 }
 
 QString TargetFollower::troubleWords() const {
-    switch (trouble_) {
-        case Trouble::portNotOpened:
-            return atTime("port not opened", troubleAt_);
-        case Trouble::wrongSet:
-            return atTime("wrong set", troubleAt_);
-        default:
-            return atTime("no answer", troubleAt_);
-    }
+    return atTime(trouble_ == Trouble::portNotOpened ? "port not opened" : "no answer", troubleAt_);
 }
 
 }  // namespace tessavo

@@ -35,9 +35,11 @@ class TargetFollower {
     [[nodiscard]] TargetStatus status(const Now& now) const;
 
  private:
-    enum class Trouble { none, noAnswer, portNotOpened, wrongSet };
+    /// How the last exchange failed; the next one that succeeds ends it.
+    enum class Trouble { none, noAnswer, portNotOpened };
 
     void setTrouble(Trouble trouble, QTime at);
+    void forgetSets();
     [[nodiscard]] QString commandWords() const;
     [[nodiscard]] QString troubleWords() const;
 
@@ -48,7 +50,9 @@ class TargetFollower {
     bool liveTransfer_ = false;
     Trouble trouble_ = Trouble::none;
     QTime troubleAt_;
+    // What the target is known to hold; at most one of the two is valid.
     QTime confirmedAt_;
+    QTime wrongSetAt_;
     QTime answeredAt_;
 };
 

@@ -288,6 +288,9 @@ bool run(const TransferEngine::Outside& outside, std::string_view preparation, B
         tellEnd(outside, ExchangeEnd::lineBusy);
         return false;
     }
+    if (outside.began) {
+        outside.began();
+    }
     const ExchangeEnd end = runWithLock(outside, preparation, body);
     tellEnd(outside, end);
     if (end == ExchangeEnd::portNotOpened) {

@@ -53,6 +53,9 @@ class TransferEngine : public ITransfers {
         /// Told once for each exchange, when the line is free again and before any box. May be empty.
         /// Called on the exchange's thread.
         std::function<void(ExchangeEnd)> ended = {};
+        /// Told when the exchange has the line to itself; `ended` follows. May be empty.
+        /// Called on the exchange's thread.
+        std::function<void()> began = {};
     };
 
     explicit TransferEngine(Outside outside);

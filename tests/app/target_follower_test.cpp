@@ -78,11 +78,62 @@ TEST_F(Follower, AWrongSetStaysUntilALiveTransferSucceeds) {
     EXPECT_EQ(live(), (Told{Light::trouble, "wrong set 14:32:03"}));
     follower.exchangeEnded(ExchangeEnd::answered, at(4));
     EXPECT_EQ(live(), (Told{Light::trouble, "wrong set 14:32:03"})) << "a poll says nothing about the set";
+    follower.exchangeEnded(ExchangeEnd::noAnswer, at(4));
+    EXPECT_EQ(live(), (Told{Light::trouble, "no answer 14:32:04"})) << "the newest trouble stands in front";
+    follower.exchangeEnded(ExchangeEnd::portNotOpened, at(4));
+    EXPECT_EQ(live(), (Told{Light::trouble, "port not opened 14:32:04"}));
+    follower.exchangeEnded(ExchangeEnd::answered, at(5));
+    EXPECT_EQ(live(), (Told{Light::trouble, "wrong set 14:32:03"})) << "nor does one that failed before it";
     EXPECT_EQ(live(pending), (Told{Light::sending, "waiting"}));
     follower.workerState(State::sending, at(5));
     EXPECT_EQ(live(), (Told{Light::sending, "sending"}));
     follower.workerState(State::confirmed, at(6));
     EXPECT_EQ(live(false, true), (Told{Light::confirmed, "confirmed 14:32:06"}));
+}
+
+TEST_F(Follower, AWrongSetIsForgottenWithWhateverMakesItVoid) {
+    const auto wrong = [this] {
+        follower.workerState(State::wrongSet, at(3));
+        EXPECT_EQ(live(), (Told{Light::trouble, "wrong set 14:32:03"}));
+    };
+    wrong();
+    follower.workerState(State::sending, at(4));
+    follower.workerState(State::noAnswer, at(5));
+    follower.exchangeEnded(ExchangeEnd::answered, at(6));
+    EXPECT_EQ(live(), (Told{Light::sending, "not sent"})) << "a later transfer has failed otherwise";
+    wrong();
+    follower.liveModeChanged(true);
+    EXPECT_EQ(live(), (Told{Light::sending, "not sent"}));
+    wrong();
+    follower.setPort(QStringLiteral("COM4"));
+    EXPECT_EQ(live(), (Told{Light::sending, "not sent"}));
+    wrong();
+    follower.commandStarted(Activity::reading);
+    follower.commandEnded();
+    EXPECT_EQ(live(), (Told{Light::trouble, "wrong set 14:32:03"})) << "no other command says anything";
+    follower.commandStarted(Activity::sendingSoftware);
+    follower.commandEnded();
+    EXPECT_EQ(live(), (Told{Light::sending, "not sent"})) << "a new software holds no set of before";
+}
+
+TEST_F(Follower, AConfirmationEndsWithTheNextExchangeThatFails) {
+    const auto confirm = [this] {
+        follower.workerState(State::confirmed, at(1));
+        EXPECT_EQ(live(false, true), (Told{Light::confirmed, "confirmed 14:32:01"}));
+    };
+    for (const ExchangeEnd failure : {ExchangeEnd::noAnswer, ExchangeEnd::portNotOpened}) {
+        confirm();
+        follower.exchangeEnded(failure, at(2));
+        EXPECT_EQ(live(false, true).light, Light::trouble);
+        follower.exchangeEnded(ExchangeEnd::answered, at(3));
+        EXPECT_EQ(live(false, true), (Told{Light::sending, "not sent"})) << "it may have been without power";
+    }
+    confirm();
+    follower.exchangeEnded(ExchangeEnd::lineBusy, at(4));
+    EXPECT_EQ(live(false, true), (Told{Light::confirmed, "confirmed 14:32:01"})) << "nothing was asked";
+    follower.commandStarted(Activity::sendingSoftware);
+    follower.commandEnded();
+    EXPECT_EQ(live(false, true), (Told{Light::sending, "not sent"}));
 }
 
 TEST_F(Follower, SilenceIsToldAsSoonAsItIsKnown) {

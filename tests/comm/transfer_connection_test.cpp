@@ -1,5 +1,6 @@
 // What both kinds of exchange share: the lock, opening, the request byte, disconnecting and closing.
 
+#include <algorithm>
 #include <atomic>
 #include <thread>
 
@@ -215,6 +216,42 @@ TEST_F(TransferConnection, AnExchangeAfterAFailedOneStartsAfresh) {
     port.answer({request, positive});
     EXPECT_TRUE(engine.SendToTarget({}, MessageType::blocks128));
     expectTranscript({opened("Prepare XModem128 Message"), connected(), disconnected(), closed()});
+}
+
+TEST_F(TransferConnection, TellsWhenItHasTheLineAndHowItEnded) {
+    TransferEngine told(
+        {port,
+         clock,
+         log,
+         boxes,
+         lock,
+         [this] { return portName; },
+         {},
+         [this](ExchangeEnd end) { transcript.add("ended " + std::to_string(static_cast<int>(end))); },
+         [this] { transcript.add("began"); }});
+    const Lines whole = joined({opened("Prepare XModem128 Message"), connected(), disconnected(), closed()});
+    const auto exchange = [&] {
+        transcript.clear();
+        told.SendToTarget({}, MessageType::blocks128);
+        return transcript.lines();
+    };
+    port.answer({request, positive});
+    Lines lines = exchange();
+    ASSERT_EQ(lines.size(), whole.size() + 2);
+    EXPECT_EQ(lines[1], "began") << "right behind the lock";
+    EXPECT_EQ(lines.back(), "ended 0");
+    std::erase(lines, "began");
+    std::erase(lines, "ended 0");
+    EXPECT_EQ(lines, whole);
+
+    lines = exchange();
+    EXPECT_EQ(std::ranges::count(lines, "began"), 1);
+    EXPECT_EQ(lines.back(), "ended 1") << "the target is silent";
+
+    lock.available = false;
+    lines = exchange();
+    EXPECT_EQ(std::ranges::count(lines, "began"), 0);
+    EXPECT_EQ(lines.back(), "ended 3") << "somebody else has the line";
 }
 
 TEST(TransferLock, KeepsExchangesOfTwoThreadsApart) {

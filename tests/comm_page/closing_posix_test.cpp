@@ -108,5 +108,76 @@ TEST_F(ClosingOnALine, AsksForALiveTransferToo) {
     EXPECT_EQ(shown.size(), 2U) << "an idle line asks nothing";
 }
 
+TEST_F(ClosingOnALine, LetsAClipPollComeToItsEnd) {
+    startTarget({"late=700"});
+    click(clip_id::onOff);
+    ASSERT_TRUE(passEventsUntil([&] { return log().lineCount() >= 3; }));
+    answers = {BoxAnswer::no};
+    sinceClose_.start();
+    EXPECT_FALSE(frame->close());
+    EXPECT_TRUE(frame->isVisible()) << "the poll is under way";
+    EXPECT_FALSE(frame->close()) << "asking again changes nothing";
+    int ticks = 0;
+    QTimer timer;
+    QObject::connect(&timer, &QTimer::timeout, frame.get(), [&] { ++ticks; });
+    timer.start(5);
+    ASSERT_TRUE(passEventsUntil([&] { return !frame->isVisible(); }));
+    EXPECT_LT(sinceClose_.elapsed(), 2000);
+    EXPECT_GT(ticks, 10) << "the window lives meanwhile";
+    EXPECT_EQ(log().line(log().lineCount() - 1), QStringLiteral("ST-->    Disconnected from Target"));
+    EXPECT_THAT(shownTexts(), ElementsAre(saveQuestion)) << "nobody has started that exchange";
+}
+
+TEST_F(ClosingOnALine, DoesNotWaitLongForAPollThatGetsNoAnswer) {
+    startTarget({"late=9000"});
+    click(clip_id::onOff);
+    ASSERT_TRUE(passEventsUntil([&] { return log().lineCount() >= 3; }));
+    answers = {BoxAnswer::no};
+    sinceClose_.start();
+    EXPECT_FALSE(frame->close());
+    click(comm_id::update);
+    EXPECT_EQ(log().allText().count(QStringLiteral("Prepare XModem")), 1)
+        << "nothing can be started any more";
+    EXPECT_TRUE(frame->isVisible());
+    ASSERT_TRUE(passEventsUntil([&] { return !frame->isVisible(); }));
+    EXPECT_LT(sinceClose_.elapsed(), 4000) << "not the whole time-out of 10 s";
+    EXPECT_THAT(log().allText().toStdString(), ::testing::Not(::testing::HasSubstr("ERR-->")));
+    EXPECT_THAT(shownTexts(), ElementsAre(saveQuestion));
+}
+
+TEST_F(ClosingOnALine, StaysAfterAPollWhenTheQuestionIsCancelled) {
+    startTarget({"late=700"});
+    click(clip_id::onOff);
+    ASSERT_TRUE(passEventsUntil([&] { return log().lineCount() >= 3; }));
+    answers = {BoxAnswer::cancel};
+    EXPECT_FALSE(frame->close());
+    ASSERT_TRUE(passEventsUntil([&] {
+        return log().line(log().lineCount() - 1) == QStringLiteral("ST-->    Disconnected from Target");
+    }));
+    EXPECT_TRUE(frame->isVisible());
+    click(clip_id::onOff);
+    EXPECT_FALSE(frame->findChild<CClipDetectDlg*>()->isOn()) << "the window takes input";
+}
+
+TEST_F(ClosingOnALine, AsksForALiveTransferThatBeganDuringTheOtherQuestion) {
+    startTarget();
+    toggleLiveMode();
+    ASSERT_TRUE(becomesConfirmed());
+    boxes.setPresenter([&](const QString& text, BoxIcon icon, BoxButtons buttons) {
+        shown.push_back({text.toStdString(), icon, buttons});
+        if (text.toStdString() == exchangeQuestion) {
+            return BoxAnswer::yes;
+        }
+        tuning.setVolume(-9.0F, true);
+        EXPECT_TRUE(passEventsUntil([&] { return words() == "sending"; }));
+        return BoxAnswer::no;
+    });
+    EXPECT_FALSE(frame->close());
+    EXPECT_TRUE(frame->isVisible());
+    EXPECT_THAT(shownTexts(), ElementsAre(saveQuestion, exchangeQuestion));
+    ASSERT_TRUE(becomesConfirmed());
+    EXPECT_TRUE(targetHoldsTheImage());
+}
+
 }  // namespace
 }  // namespace tessavo::testing

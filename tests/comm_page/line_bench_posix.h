@@ -46,7 +46,7 @@ class OnALine : public FrameTest {
                                    dialogs,
                                    *profile,
                                    link,
-                                   [this] { return std::vector<std::string>{target->portName()}; },
+                                   [this] { return std::vector<std::string>{lineName()}; },
                                    {},
                                    [this] { frame->view().refreshPages(); }}));
             ASSERT_EQ(view().pages().size(), pageCount);
@@ -55,6 +55,9 @@ class OnALine : public FrameTest {
             click(comm_id::refresh);
         }
     }
+
+    /// The port as the page lists it.
+    [[nodiscard]] virtual std::string lineName() const { return target->portName(); }
 
     /// Clicks a button of the communication page, or the switch of the other one, with its page in front.
     /// Numbers are those of one page only; another page may have the same.
