@@ -1,10 +1,12 @@
 #include <QDataStream>
 #include <QTest>
 #include <QTimer>
+#include <array>
 #include <fstream>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <iostream>
+#include <random>
 #include <sstream>
 
 #include "app/tessavo_app.h"

@@ -1,9 +1,11 @@
+#include <QApplication>
 #include <QScreen>
 #include <QScrollArea>
 #include <QTabBar>
 #include <QTest>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <set>
 
 #include "app/tessavo_app.h"
 #include "app/tessavo_view.h"
