@@ -1,5 +1,6 @@
 #include "controls/ui_calls.h"
 
+#include <QAbstractEventDispatcher>
 #include <QCoreApplication>
 #include <QEventLoop>
 #include <QTest>
@@ -106,6 +107,9 @@ TEST(UiCallsOfOtherThreads, GoOnInALoopThatACallRuns) {
     elsewhere([&] {
         calls.call([&] {
             order += "(";
+            // As the events of a box do that opens here: a loop within a loop may sleep until something new
+            // comes.
+            QAbstractEventDispatcher::instance()->wakeUp();
             QCoreApplication::processEvents();
             order += ")";
         });
