@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "controls/mem_dc.h"
 #include "controls/skin_painter.h"
 #include "controls/theme.h"
 #include "dsp/saturate.h"
@@ -64,7 +65,7 @@ CChartView::CChartView(CChart& chart, IChartHost& host, QWidget* parent)
     setFocusPolicy(Qt::StrongFocus);
     setAccessibleName(QStringLiteral("Chart"));
     connect(&chart, &CChart::dataChanged, this, [this] {
-        bufferIsFresh_ = false;
+        dataAreTold_ = false;
         update();
     });
     connect(&chart, &CChart::layoutChanged, this, [this] {
@@ -83,43 +84,38 @@ QImage CChartView::picture() const {
     return image;
 }
 
-void CChartView::renewBuffers() {
+void CChartView::renewFrame() {
     const double scale = devicePixelRatioF();
     const QSize wanted = deviceSize(size(), scale);
     if (frame_.size() != wanted || frame_.devicePixelRatio() != scale) {
         frame_ = QPixmap(wanted);
         frame_.setDevicePixelRatio(scale);
-        buffer_ = frame_;
         frameIsFresh_ = false;
     }
     if (!frameIsFresh_) {
         frameIsFresh_ = true;
-        bufferIsFresh_ = false;
+        dataAreTold_ = false;
         layout_ = chart_.layoutFor(rect());
         frame_.fill(QColor(theme::window));
         QPainter painter(&frame_);
         chart_.drawStatic(painter, layout_);
     }
-    if (!bufferIsFresh_) {
-        bufferIsFresh_ = true;
-        QPainter painter(&buffer_);
-        painter.setCompositionMode(QPainter::CompositionMode_Source);
-        painter.drawPixmap(0, 0, frame_);
-        painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
-        chart_.drawData(painter, layout_);
-        painter.end();
+    if (!dataAreTold_) {
+        dataAreTold_ = true;
         tellReadout();
     }
 }
 
 void CChartView::paintEvent(QPaintEvent* /*event*/) {
-    renewBuffers();
+    renewFrame();
     SkinPainter painter(this);
-    painter.drawPixmap(0, 0, buffer_);
-    if (const auto shown = readout()) {
-        painter.save();
-        drawReadout(painter, *shown, layout_.box);
-        painter.restore();
+    {
+        CMemDC screen(painter, rect(), buffer_, QColor(theme::window));
+        screen->drawPixmap(0, 0, frame_);
+        chart_.drawData(screen.painter(), layout_);
+        if (const auto shown = readout()) {
+            drawReadout(screen.painter(), *shown, layout_.box);
+        }
     }
     if (ring_.isShown()) {
         painter.focusRing(rect(), 6);

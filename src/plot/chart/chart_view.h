@@ -46,7 +46,7 @@ class CChartView : public QWidget {
  private:
     [[nodiscard]] std::optional<ChartReadout> readout() const;
     void setPointer(std::optional<QPointF> pointer);
-    void renewBuffers();
+    void renewFrame();
     void tellReadout();
 
     CChart& chart_;
@@ -54,8 +54,8 @@ class CChartView : public QWidget {
     ChartLayout layout_;
     QPixmap frame_;  ///< what changes only with the layout
     bool frameIsFresh_ = false;
-    QPixmap buffer_;  ///< frame and data
-    bool bufferIsFresh_ = false;
+    QPixmap buffer_;  ///< frame, data and readout on their way to the screen
+    bool dataAreTold_ = false;
     std::optional<QPointF> pointer_;
     FocusRing ring_;
 };
