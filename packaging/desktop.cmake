@@ -18,5 +18,8 @@ if(TESSAVO_TESTS)
                                                      ${linux}/org.tessavo.Tessavo.metainfo.xml)
   add_test(NAME packaging.mime_type_is_valid
            COMMAND sh ${CMAKE_CURRENT_SOURCE_DIR}/check-mime-type ${linux}/org.tessavo.Tessavo.xml)
+  add_test(NAME packaging.installed_files_are_valid
+           COMMAND sh ${CMAKE_CURRENT_SOURCE_DIR}/check-installed ${CMAKE_BINARY_DIR} ${linux}/icons)
+  set_tests_properties(packaging.installed_files_are_valid PROPERTIES TIMEOUT 120)
   add_test(NAME packaging.icons_have_their_sizes COMMAND sh ${CMAKE_CURRENT_SOURCE_DIR}/check-icons ${linux}/icons)
 endif()

@@ -1,4 +1,5 @@
 #include <QApplication>
+#include <QClipboard>
 #include <QContextMenuEvent>
 #include <QMenu>
 #include <QTest>
@@ -80,6 +81,16 @@ TEST_F(ChartMenu, HasItsEntriesInOrder) {
                   QStringList({"Major ticks", "Minor ticks", "Title size", "Label size"}));
     }
     opened.close();
+}
+
+TEST_F(ChartMenu, CopyAsPictureCopiesThePicture) {
+    QGuiApplication::clipboard()->clear();
+    QMenu& opened = menu();
+    QAction* const copy = entry(opened, "Copy as picture");
+    QTest::mouseClick(&opened, Qt::LeftButton, {}, opened.actionGeometry(copy).center());
+    EXPECT_FALSE(opened.isVisible());
+    EXPECT_EQ(QGuiApplication::clipboard()->image().convertToFormat(QImage::Format_RGB32),
+              view_.picture().convertToFormat(QImage::Format_RGB32));
 }
 
 TEST_F(ChartMenu, TicksAndSizesAreChosenPerAxis) {

@@ -290,6 +290,9 @@ TEST_F(SettingsDialogs, DataDialogHasItsTextsAndLists) {
     for (const char* const text : {"Data set 1 of 2", "<< Previous", "Next >>", "Marker size", "Line size"}) {
         EXPECT_TRUE(shows(dialog, text)) << text;
     }
+    for (const char* const size : {"Marker size", "Line size"}) {
+        EXPECT_EQ(byName<QSpinBox>(dialog, size)->accessibleDescription(), "pixels") << size;
+    }
     EXPECT_EQ(itemsOf(byName<QComboBox>(dialog, "Chart type")),
               QStringList({"XY Line", "XY Scatter", "Histogram"}));
     EXPECT_EQ(itemsOf(byName<QComboBox>(dialog, "Line style")),

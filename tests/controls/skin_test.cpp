@@ -9,6 +9,7 @@
 
 #include "controls/bitmap_slider.h"
 #include "controls/number_edit.h"
+#include "controls/pictures.h"
 #include "controls/skin_button.h"
 #include "controls/skin_check_box.h"
 #include "controls/skin_combo_box.h"
@@ -278,7 +279,7 @@ TEST(Skin, OnlyThePartThatMovedIsPaintedAgain) {
     EXPECT_LT(slider.painted.height(), 40);
     // And nothing outside that part looks different.
     const QImage after = slider.grab().toImage();
-    const QRect part(0, 109 - 16, 28, 40);
+    const QRect part = devicePlace(after, {0, 109 - 16, 28, 40});
     for (int y = 0; y < after.height(); ++y) {
         for (int x = 0; x < after.width(); ++x) {
             if (after.pixel(x, y) != before.pixel(x, y)) {

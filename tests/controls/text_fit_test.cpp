@@ -2,7 +2,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <memory>
+#include <tuple>
+#include <vector>
 
+#include "controls/clip_light.h"
 #include "controls/color_control.h"
 #include "controls/control_sheet.h"
 #include "controls/number_edit.h"
@@ -20,6 +23,17 @@ namespace tessavo {
 namespace {
 
 constexpr double scales[]{1.0, 1.5, 2.0};
+
+/// Pixels of a colour within a place in logical pixels of a picture at a scale.
+int countOf(const QImage& picture, QRgb color, const QRect& place, double scale) {
+    int count = 0;
+    for (int y = qRound(place.top() * scale); y < qRound((place.top() + place.height()) * scale); ++y) {
+        for (int x = qRound(place.left() * scale); x < qRound((place.left() + place.width()) * scale); ++x) {
+            count += picture.pixel(x, y) == color ? 1 : 0;
+        }
+    }
+    return count;
+}
 
 /// The widest of the program's fonts.
 void useWidestFont(QWidget& control) {
@@ -234,8 +248,47 @@ TEST(TextFit, TheSheetIsDrawnAtEveryScale) {
     for (const double scale : scales) {
         const QImage picture = sheet.picture(scale).toImage();
         EXPECT_EQ(picture.size(), (QSizeF(1280, 1502) * scale).toSize());
-        // The level colour of the sliders and the red of the clip light are both there.
         EXPECT_EQ(picture.pixel(qRound(5 * scale), qRound(5 * scale)), theme::window);
+        // Every slider in circuit is filled with its colour, and the lights that are lit shine red.
+        for (const auto& [color, place, least] : {std::tuple{theme::frequency, QRect(24, 52, 260, 268), 120},
+                                                  {theme::level, QRect(278, 52, 260, 268), 120},
+                                                  {theme::quality, QRect(532, 52, 260, 268), 120},
+                                                  {theme::level, QRect(24, 336, 612, 202), 120}}) {
+            EXPECT_GT(countOf(picture, color, place, scale), least * scale * scale) << scale;
+        }
+        for (const auto* light : sheet.findChildren<ClipLight*>()) {
+            const QRect place(light->mapTo(&sheet, QPoint()), light->size());
+            EXPECT_EQ(countOf(picture, theme::clip, place, scale) > 0,
+                      light->picture() == ClipLight::Picture::clipping)
+                << scale;
+        }
+    }
+}
+
+// An edge that is drawn at the screen's scale goes from one colour to the next without any between.
+TEST(TextFit, TheEdgesOfTheSheetAreSharpAtEveryScale) {
+    ControlSheet sheet;
+    for (const double scale : scales) {
+        const QImage picture = sheet.picture(scale).toImage();
+        int edges = 0;
+        for (const auto* button : sheet.findChildren<CxSkinButton*>()) {
+            if (!button->isEnabled() || button->text() != QLatin1String("Reset Channel")) {
+                continue;
+            }
+            const QRect place(button->mapTo(&sheet, QPoint()), button->size());
+            const int y = qRound(place.center().y() * scale);
+            std::vector<QRgb> run;
+            for (int x = qRound((place.left() - 3) * scale); x < qRound((place.left() + 8) * scale); ++x) {
+                if (run.empty() || run.back() != picture.pixel(x, y)) {
+                    run.push_back(picture.pixel(x, y));
+                }
+            }
+            // Section, border and face; with the focus a ring inside.
+            EXPECT_LE(run.size(), 5U) << scale << ' ' << place.left();
+            EXPECT_GE(run.size(), 3U) << scale << ' ' << place.left();
+            ++edges;
+        }
+        EXPECT_EQ(edges, 4);
     }
 }
 
