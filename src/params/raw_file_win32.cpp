@@ -44,6 +44,20 @@ std::size_t writeAll(HANDLE file, std::span<const std::uint8_t> bytes) {
     return written;
 }
 
+FileWrite writeInPlace(const std::filesystem::path& path, std::span<const std::uint8_t> bytes,
+                       DWORD disposition) {
+    const FileHandle file(CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, disposition,
+                                      FILE_ATTRIBUTE_NORMAL, nullptr));
+    if (!file.valid()) {
+        return {};
+    }
+    FileWrite result{true, writeAll(file.get(), bytes)};
+    if (FlushFileBuffers(file.get()) == 0) {
+        result.written = 0;
+    }
+    return result;
+}
+
 FileWrite writeNewFile(const std::filesystem::path& path, std::span<const std::uint8_t> bytes) {
     const std::wstring temporary = path.wstring() + L".part-" + std::to_wstring(GetCurrentProcessId());
     FileWrite result;
@@ -61,7 +75,13 @@ FileWrite writeNewFile(const std::filesystem::path& path, std::span<const std::u
     }
     if (result.written != bytes.size() ||
         MoveFileExW(temporary.c_str(), path.c_str(), MOVEFILE_WRITE_THROUGH) == 0) {
+        const DWORD reason = GetLastError();
         DeleteFileW(temporary.c_str());
+        if (result.written == bytes.size() &&
+            (reason == ERROR_ALREADY_EXISTS || reason == ERROR_FILE_EXISTS)) {
+            // A file has appeared meanwhile, or the name is a link to one that is not there yet.
+            return writeInPlace(path, bytes, OPEN_ALWAYS);
+        }
         result.written = 0;
     }
     return result;
@@ -98,16 +118,8 @@ std::optional<FileStart> readFileStart(const std::filesystem::path& path, std::s
 }
 
 FileWrite writeFileStart(const std::filesystem::path& path, std::span<const std::uint8_t> bytes) {
-    const FileHandle file(CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
-                                      FILE_ATTRIBUTE_NORMAL, nullptr));
-    if (!file.valid()) {
-        return GetLastError() == ERROR_FILE_NOT_FOUND ? writeNewFile(path, bytes) : FileWrite{};
-    }
-    FileWrite result{true, writeAll(file.get(), bytes)};
-    if (FlushFileBuffers(file.get()) == 0) {
-        result.written = 0;
-    }
-    return result;
+    const FileWrite result = writeInPlace(path, bytes, OPEN_EXISTING);
+    return !result.opened && GetLastError() == ERROR_FILE_NOT_FOUND ? writeNewFile(path, bytes) : result;
 }
 
 }  // namespace tessavo
