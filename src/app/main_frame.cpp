@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
+#include <QDataStream>
 #include <QDragEnterEvent>
 #include <QMenu>
 #include <QMenuBar>
@@ -13,6 +14,7 @@
 #include <QTime>
 #include <QWindow>
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <span>
 
@@ -53,6 +55,31 @@ QString fileNameForMenu(const QString& path, qsizetype number) {
 QSize roomOn(const QScreen* screen) {
     const bool seen = screen != nullptr && QGuiApplication::platformName() != QStringLiteral("offscreen");
     return seen ? screen->availableSize() : QSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
+}
+
+bool isWithinReach(const QRect& place) {
+    constexpr int farthest = 1 << 20;
+    const std::array<int, 4> edges{place.left(), place.top(), place.right(), place.bottom()};
+    return std::ranges::all_of(edges, [](int edge) { return edge > -farthest && edge < farthest; });
+}
+
+// The toolkit calculates with the numbers of a stored place before it looks whether they make sense.
+bool isSensiblePlace(const QByteArray& stored) {
+    QDataStream stream(stored);
+    stream.setVersion(QDataStream::Qt_4_0);
+    quint32 mark = 0;
+    quint16 major = 0;
+    quint16 minor = 0;
+    QRect frame;
+    QRect normal;
+    qint32 screen = 0;
+    quint8 maximised = 0;
+    quint8 wholeScreen = 0;
+    qint32 screenWidth = 0;
+    QRect client;
+    stream >> mark >> major >> minor >> frame >> normal >> screen >> maximised >> wholeScreen >>
+        screenWidth >> client;
+    return isWithinReach(frame) && isWithinReach(normal) && isWithinReach(client);
 }
 
 }  // namespace
@@ -321,7 +348,8 @@ bool CMainFrame::mayClose() {
 
 void CMainFrame::restorePlace() {
     const QSize fixed = size();
-    if (restoreGeometry(parts_.profile.windowPlace())) {
+    const QByteArray place = parts_.profile.windowPlace();
+    if (isSensiblePlace(place) && restoreGeometry(place)) {
         // The place may come with another size, or as large as the screen.
         setWindowState(Qt::WindowNoState);
         setFixedSize(fixed);

@@ -107,9 +107,9 @@ TEST_F(DamagedProfile, FilesFoldersAndPortsThatAreGoneDoNoHarm) {
 TEST_F(DamagedProfile, APlaceFarFromEveryScreenIsBroughtBack) {
     // As the toolkit writes it: its mark and version, frame and normal geometry, screen, states, width,
     // geometry.
-    for (const QRect& place :
-         {QRect(50000, 40000, 1024, 736), QRect(-50000, -40000, 1024, 736), QRect(2147483000, 5, 1024, 736),
-          QRect(10, 10, 0, 0), QRect(10, 10, 100000, 100000)}) {
+    for (const QRect& place : {QRect(50000, 40000, 1024, 736), QRect(-50000, -40000, 1024, 736),
+                               QRect(QPoint(2147483000, 5), QPoint(2147483600, 700)), QRect(10, 10, 0, 0),
+                               QRect(10, 10, 100000, 100000)}) {
         QByteArray bytes;
         QDataStream stream(&bytes, QIODevice::WriteOnly);
         stream.setVersion(QDataStream::Qt_4_0);
