@@ -108,14 +108,17 @@ int main(int argc, char** argv) {
     QGuiApplication::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
     const QtMessageHandler usual = qInstallMessageHandler(endWithoutDisplay);
     const QTemporaryDir folder;
-    CTessavoApp app(argc, argv, profileFor(pictures, folder));
+    CTessavoApp app(argc, argv, profileFor(pictures, folder),
+                    pictures ? tessavo::Attendance::nobody : tessavo::Attendance::person);
     qInstallMessageHandler(usual);
     // A box would not be readable either.
     if (const QString problem = CTessavoApp::unusableDisplay(); !problem.isEmpty()) {
         return tellProblem(problem);
     }
-    const tessavo::InstanceGuard guard;
-    if (!pictures && !guard.isFirst()) {
+    // Pictures neither need the place nor keep a person from it.
+    const auto guard = pictures ? nullptr : std::make_unique<tessavo::InstanceGuard>();
+    if (guard && !guard->isFirst()) {
+        tellProblem(QStringLiteral("another Tessavo is running; please use the window that is open."));
         app.boxes().showError("Tessavo is already running.\r\nPlease use the window that is open.");
         return 1;
     }

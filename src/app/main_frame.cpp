@@ -223,13 +223,15 @@ void CMainFrame::save() {
     }
 }
 
-void CMainFrame::openFile(const QString& path) {
-    if (commands_.loadSettingsFrom(pathOf(path))) {
+bool CMainFrame::openFile(const QString& path) {
+    const bool loaded = commands_.loadSettingsFrom(pathOf(path));
+    if (loaded) {
         parts_.profile.addRecentFile(path);
     } else {
         parts_.profile.removeRecentFile(path);
     }
     fillRecentFiles();
+    return loaded;
 }
 
 void CMainFrame::showAbout() {
@@ -332,9 +334,6 @@ void CMainFrame::closeAfterExchange() {
 }
 
 bool CMainFrame::mayClose() {
-    if (nothingToLose_ && nothingToLose_()) {
-        return true;
-    }
     switch (parts_.boxes.show(exitQuestion, BoxIcon::error, BoxButtons::yesNoCancel)) {
         case BoxAnswer::yes:
             commands_.saveSettingsAtExit();
@@ -361,9 +360,10 @@ void CMainFrame::closeEvent(QCloseEvent* event) {
     if (closing_) {
         return;
     }
+    const bool atOnce = nothingToLose_ && nothingToLose_();
     const bool quiet = lineIsQuiet();
     // A live transfer may begin while the second question is open.
-    if (!mayBreakOff() || !mayClose() || (quiet && !mayBreakOff())) {
+    if (!atOnce && (!mayBreakOff() || !mayClose() || (quiet && !mayBreakOff()))) {
         return;
     }
     if (parts_.link.foreground().running()) {
@@ -371,7 +371,7 @@ void CMainFrame::closeEvent(QCloseEvent* event) {
         parts_.link.cancelExchanges();
         return;
     }
-    if (lineIsQuiet() && parts_.link.exchangeRuns()) {
+    if (!atOnce && lineIsQuiet() && parts_.link.exchangeRuns()) {
         closeAfterPoll();
         return;
     }
@@ -423,7 +423,10 @@ void CMainFrame::dragEnterEvent(QDragEnterEvent* event) {
 
 void CMainFrame::dropEvent(QDropEvent* event) {
     event->acceptProposedAction();
-    openFile(event->mimeData()->urls().constFirst().toLocalFile());
+    // Whoever dragged the file here waits for the end of this event, and a box would keep it waiting.
+    const QString path = event->mimeData()->urls().constFirst().toLocalFile();
+    QMetaObject::invokeMethod(
+        this, [this, path] { openFile(path); }, Qt::QueuedConnection);
 }
 
 bool CMainFrame::event(QEvent* event) {

@@ -55,7 +55,8 @@ class CMainFrame : public QWidget {
     [[nodiscard]] QAction* action(const QString& text) const;
 
     /// Loads a file that came from the command line, the list of recent files or a drop.
-    void openFile(const QString& path);
+    /// \return whether it was loaded; a box has told why not
+    bool openFile(const QString& path);
 
     /// When this answers true the frame closes without a question.
     void setNothingToLose(std::function<bool()> nothingToLose) { nothingToLose_ = std::move(nothingToLose); }

@@ -25,7 +25,11 @@ CTabDialog* makeCommunication(const PageParts& parts) {
         .listPorts = parts.listPorts,
         .usePort = [&link](const std::string& name) { link.setPortName(name); },
         .rememberPort =
-            [&profile](const std::string& name) { profile.setLastPort(QString::fromStdString(name)); },
+            [&profile, demoPort = parts.demoPort](const std::string& name) {
+                if (name != demoPort) {
+                    profile.setLastPort(QString::fromStdString(name));
+                }
+            },
         .refreshPages = parts.refreshPages,
         .lastPort = parts.firstPort,
     });

@@ -26,6 +26,7 @@ struct PageParts {
     std::string firstPort;  ///< chosen at the start when it is there
     /// Every page and the view read the current set again.
     std::function<void()> refreshPages;
+    std::string demoPort = {};  ///< ends with the program, so it is not remembered; may be empty
 };
 
 /// Makes the pages of the program and ties them to the line.

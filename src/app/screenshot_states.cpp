@@ -97,7 +97,7 @@ class ExampleWindow {
         : profile_(folder_.filePath(QStringLiteral("profile.ini"))),
           tuning_(boxes_),
           link_(tuning_, boxes_),
-          chartHost_(boxes_) {
+          chartHost_(boxes_, dialogs_) {
         tuning_.start();
         fillExamples(tuning_);
         frame_ = std::make_unique<CMainFrame>(

@@ -19,20 +19,23 @@
 
 namespace tessavo {
 
-CTessavoApp::CTessavoApp(int& argc, char** argv, std::unique_ptr<Profile> profile)
+CTessavoApp::CTessavoApp(int& argc, char** argv, std::unique_ptr<Profile> profile, Attendance attendance,
+                         const std::function<bool(CommLink&)>& startWorker)
     : application_(argc, argv),
       profile_(profile ? std::move(profile) : std::make_unique<Profile>()),
       boxes_([this](const QString& text, BoxIcon icon, BoxButtons buttons) {
           return present(text, icon, buttons);
       }),
       tuning_(boxes_),
+      attendance_(attendance),
       link_(tuning_, boxes_, demo_.makePort()),
-      chartHost_(boxes_) {
+      dialogs_(nullptr, *profile_),
+      chartHost_(boxes_, dialogs_) {
     QApplication::setApplicationName(QStringLiteral("tessavo"));
     QApplication::setApplicationDisplayName(QStringLiteral("Tessavo Velmira"));
     QApplication::setQuitOnLastWindowClosed(false);
     applyTheme();
-    if (!link_.startWorker()) {
+    if (!startWorker(link_)) {
         boxes_.showError("Couldn't create progressThread!");
     }
 }
@@ -61,17 +64,16 @@ QString CTessavoApp::unusableDisplay() {
 }
 
 bool CTessavoApp::InitInstance(const StartOptions& options) {
-    unattended_ = !options.screenshots.isEmpty();
     tuning_.start();
-    dialogs_ = std::make_unique<UiFileDialogs>(nullptr, *profile_);
     if (options.demo) {
         startDemo();
     }
     const std::string firstPort = options.demo ? std::string() : profile_->lastPort().toStdString();
     frame_ = std::make_unique<CMainFrame>(CMainFrame::Parts{
-        tuning_, boxes_, *dialogs_, *profile_, link_, chartHost_,
-        pageFactory({tuning_, boxes_, *dialogs_, *profile_, link_, [this] { return portList(); }, firstPort,
-                     [this] { frame_->view().refreshPages(); }})});
+        tuning_, boxes_, dialogs_, *profile_, link_, chartHost_,
+        pageFactory({tuning_, boxes_, dialogs_, *profile_, link_, [this] { return portList(); }, firstPort,
+                     [this] { frame_->view().refreshPages(); },
+                     demo_.running() ? demo_.portName() : std::string()})});
     // Asked for when the window closes: the page is made after the window has been painted.
     frame_->setNothingToLose([this] {
         const auto* communication = qobject_cast<CCommunication*>(
@@ -87,10 +89,10 @@ bool CTessavoApp::InitInstance(const StartOptions& options) {
         }
         QApplication::setWindowIcon(icon);
     });
-    frame_->show();
-    if (!options.file.isEmpty()) {
-        frame_->openFile(options.file);
+    if (!options.file.isEmpty() && !frame_->openFile(options.file)) {
+        return false;
     }
+    frame_->show();
     return true;
 }
 
@@ -127,7 +129,7 @@ std::vector<std::string> CTessavoApp::portList() const {
 }
 
 BoxAnswer CTessavoApp::present(const QString& text, BoxIcon icon, BoxButtons buttons) {
-    if (unattended_) {
+    if (attendance_ == Attendance::nobody) {
         std::cerr << "tessavo: " << text.toStdString() << '\n';
         return answerWhenClosed(buttons);
     }
@@ -137,8 +139,8 @@ BoxAnswer CTessavoApp::present(const QString& text, BoxIcon icon, BoxButtons but
                                                                   : Box::Buttons::yesNoCancel;
     const Box::Icon picture = icon == BoxIcon::error ? Box::Icon::stop : Box::Icon::none;
     // After a dialog of its own has closed no window is active for a moment.
-    QWidget* const owner =
-        QApplication::activeWindow() != nullptr ? QApplication::activeWindow() : frame_.get();
+    QWidget* const frame = frame_ && frame_->isVisible() ? frame_.get() : nullptr;
+    QWidget* const owner = QApplication::activeWindow() != nullptr ? QApplication::activeWindow() : frame;
     Box box(QString::fromUtf8(applicationTitle.data(), static_cast<qsizetype>(applicationTitle.size())), text,
             picture, choice, owner);
     switch (box.ask()) {

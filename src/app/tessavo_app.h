@@ -2,6 +2,8 @@
 
 #include <QApplication>
 #include <QString>
+#include <cstdint>
+#include <functional>
 #include <iosfwd>
 #include <memory>
 #include <string>
@@ -25,12 +27,19 @@ struct StartOptions {
     QString screenshots;  ///< folder for pictures of every page, drawn with nobody there; empty for none
 };
 
+/// Whether somebody is there to answer a box.
+enum class Attendance : std::uint8_t { person, nobody };
+
 /// Owns the toolkit's application object and everything that is tuned; lives for the whole run.
 class CTessavoApp {
  public:
     /// \param argc, argv as main() got them; they outlive this object.
     /// \param profile the user's own when empty.
-    CTessavoApp(int& argc, char** argv, std::unique_ptr<Profile> profile = nullptr);
+    /// \param attendance with nobody there, a box's text goes to standard error instead
+    /// \param startWorker false when the worker's thread could not be created
+    CTessavoApp(int& argc, char** argv, std::unique_ptr<Profile> profile = nullptr,
+                Attendance attendance = Attendance::person,
+                const std::function<bool(CommLink&)>& startWorker = &CommLink::startWorker);
     ~CTessavoApp();
     CTessavoApp(const CTessavoApp&) = delete;
     CTessavoApp& operator=(const CTessavoApp&) = delete;
@@ -38,8 +47,8 @@ class CTessavoApp {
     /// Why nothing could be read on this display, or empty.
     [[nodiscard]] static QString unusableDisplay();
 
-    /// Makes the frame and shows it.
-    /// \return false when the program must end
+    /// Makes the frame, loads the file of the command line, and shows the frame.
+    /// \return false when the program must end: the file cannot be loaded, which a box has told
     bool InitInstance(const StartOptions& options);
 
     /// Runs until the frame is closed. Remembers the port when none is remembered yet.
@@ -65,11 +74,11 @@ class CTessavoApp {
     UiMessageBox boxes_;
     TuningState tuning_;
     bool applicationFlag_ = false;
-    bool unattended_ = false;  ///< nobody is there to answer a box: its text goes to standard error
+    Attendance attendance_;
     DemoTarget demo_;
     CommLink link_;
+    UiFileDialogs dialogs_;
     SkinChartHost chartHost_;
-    std::unique_ptr<UiFileDialogs> dialogs_;
     std::unique_ptr<CMainFrame> frame_;
 };
 

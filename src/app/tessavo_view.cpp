@@ -70,7 +70,7 @@ CTessavoView::CTessavoView(TuningState& tuning, IChartHost& chartHost, QWidget* 
 }
 
 CTessavoView::~CTessavoView() {
-    tuning_.setCurveDisplay(nullptr);
+    delete plot_;
 }
 
 void CTessavoView::makeHeader() {
@@ -164,10 +164,11 @@ const std::vector<CTabDialog*>& CTessavoView::pages() {
 
 CPlotDlg& CTessavoView::plot() {
     if (!plot_) {
-        plot_ = std::make_unique<CPlotDlg>(chartHost_);
-        connect(plot_.get(), &CPlotDlg::closedByUser, this, [this] { setPlotShown(false); });
+        plot_ = new CPlotDlg(chartHost_, window());
+        connect(plot_, &QObject::destroyed, this, [this] { tuning_.setCurveDisplay(nullptr); });
+        connect(plot_, &CPlotDlg::closedByUser, this, [this] { setPlotShown(false); });
         plot_->setWindowTitle(latin(plotTitles[static_cast<std::size_t>(stack_->currentIndex())]));
-        tuning_.setCurveDisplay(plot_.get());
+        tuning_.setCurveDisplay(plot_);
         updatePlot();
     }
     return *plot_;

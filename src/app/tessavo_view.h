@@ -114,7 +114,7 @@ class CTessavoView : public QWidget, public ISettingsView {
     QPointer<QScrollBar> pageBar_;
     QStackedWidget* stack_ = nullptr;
     std::vector<CTabDialog*> pages_;
-    std::unique_ptr<CPlotDlg> plot_;
+    QPointer<CPlotDlg> plot_;  ///< belongs to the window, so that it stays in front of it
     bool plotShown_ = false;
     bool painted_ = false;
 };

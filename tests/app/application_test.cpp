@@ -35,11 +35,13 @@ class Application : public ::testing::Test {
     }
     ~Application() override { qunsetenv("TESSAVO_PORTS"); }
 
-    /// Starts the program once more, with what it remembers.
-    void start() {
+    /// Starts the program once more as main() does, with what it remembers.
+    void start(Attendance attendance = Attendance::person,
+               const std::function<bool(CommLink&)>& startWorker = &CommLink::startWorker) {
         app.reset();
         app = std::make_unique<CTessavoApp>(count_, arguments_.data(),
-                                            std::make_unique<Profile>(textOf(folder / "profile.ini")));
+                                            std::make_unique<Profile>(textOf(folder / "profile.ini")),
+                                            attendance, startWorker);
     }
     /// Makes the window and all its pages, with these ports besides those of the machine.
     void open(const char* ports) {
@@ -134,16 +136,61 @@ TEST_F(Application, LoadsTheFileOfTheCommandLine) {
     EXPECT_EQ(readSetText(app->tuning().store().sets[0].setName), u"From outside");
 }
 
-TEST_F(Application, TellsOfAnUnreadableFileAndGoesOn) {
+TEST_F(Application, TellsOfAFileThatItCannotLoadAndEnds) {
+    writeFile(folder / "bad.eqs", Bytes(10600, 7));
+    const std::pair<const char*, const char*> files[]{{"missing.eqs", "Error opening configuration file!"},
+                                                      {"bad.eqs", "Incompatible .eqs file!\r\n"}};
+    for (const auto& [file, message] : files) {
+        QString text;
+        QString title;
+        clickNextBox(0, text, title);
+        StartOptions options;
+        options.file = textOf(folder / file);
+        EXPECT_FALSE(app->InitInstance(options)) << file;
+        EXPECT_EQ(text, QLatin1String(message));
+        EXPECT_EQ(title, QStringLiteral("Tessavo Velmira"));
+        EXPECT_FALSE(app->frame().isVisible());
+    }
+}
+
+TEST_F(Application, GoesOnWithoutItsWorker) {
+    app.reset();
     QString text;
     QString title;
-    clickNextBox(0, text, title);
-    StartOptions options;
-    options.file = textOf(folder / "missing.eqs");
-    ASSERT_TRUE(app->InitInstance(options));
-    EXPECT_EQ(text, QStringLiteral("Error opening configuration file!"));
-    EXPECT_EQ(title, QStringLiteral("Tessavo Velmira"));
+    start(Attendance::person, [&](CommLink&) {
+        clickNextBox(0, text, title);
+        return false;
+    });
+    EXPECT_EQ(text, QStringLiteral("Couldn't create progressThread!"));
+    ASSERT_TRUE(app->InitInstance({}));
     EXPECT_TRUE(app->frame().isVisible());
+    app->tuning().setLiveMode(true);
+    EXPECT_TRUE(app->tuning().updatePending()) << "nobody sends it";
+}
+
+TEST_F(Application, WithNobodyThereABoxIsALineOfStandardError) {
+    app.reset();
+    ::testing::internal::CaptureStderr();
+    start(Attendance::nobody, [](CommLink&) { return false; });
+    EXPECT_EQ(::testing::internal::GetCapturedStderr(), "tessavo: Couldn't create progressThread!\n");
+}
+
+TEST_F(Application, OffersTheDemosPortFirstAndDoesNotRememberItWhenAPersonChoosesIt) {
+    Profile(textOf(folder / "profile.ini")).setLastPort(QStringLiteral("ttyUSB7"));
+    StartOptions options;
+    options.demo = true;
+    ASSERT_TRUE(app->InitInstance(options));
+    app->frame().view().showPage(Page::communication);
+    SkinComboBox* const ports = &portList();
+    ASSERT_GE(ports->count(), 1);
+    EXPECT_EQ(ports->currentIndex(), 0);
+    EXPECT_EQ(ports->itemText(0).toStdString(), app->link().portName());
+    EXPECT_EQ(ports->findText(ports->itemText(0), Qt::MatchExactly), 0);
+    for (int other = 1; other < ports->count(); ++other) {
+        EXPECT_NE(ports->itemText(other), ports->itemText(0)) << "it stands in the list once";
+    }
+    emit ports->activated(0);
+    EXPECT_EQ(rememberedPort(), QStringLiteral("ttyUSB7"));
 }
 
 TEST_F(Application, RemembersItsPortWhenItEndsAndNoneIsRememberedYet) {

@@ -7,6 +7,7 @@
 #include <QTabBar>
 #include <QTest>
 
+#include "app/page_factory.h"
 #include "app/ui_file_dialogs.h"
 #include "controls/synthetic_events.h"
 #include "params/set_text.h"
@@ -36,7 +37,7 @@ FrameTest::FrameTest()
       }),
       tuning(boxes),
       link(tuning, boxes),
-      chartHost(boxes) {
+      chartHost(boxes, dialogs) {
     tuning.start();
     makeFrame();
 }
@@ -58,6 +59,17 @@ void FrameTest::makeFrame(PageFactory makePage) {
 
 PageFactory FrameTest::recordingPages() {
     return [this](Page page) { return new RecordingPage(page, pageCalls); };
+}
+
+PageFactory FrameTest::realPages() {
+    return pageFactory({.tuning = tuning,
+                        .boxes = boxes,
+                        .dialogs = dialogs,
+                        .profile = *profile,
+                        .link = link,
+                        .listPorts = [] { return std::vector<std::string>{}; },
+                        .firstPort = {},
+                        .refreshPages = [] {}});
 }
 
 void FrameTest::choose(SkinComboBox& list, int index) {

@@ -62,6 +62,8 @@ class FrameTest : public ::testing::Test {
     void makeFrame(PageFactory makePage = {});
     /// Pages that write to `pageCalls`.
     PageFactory recordingPages();
+    /// The program's own pages.
+    PageFactory realPages();
 
     CTessavoView& view() { return frame->view(); }
     template <typename Control>

@@ -7,6 +7,7 @@
 #include <QScreen>
 #include <QTest>
 #include <QTimer>
+#include <QWheelEvent>
 #include <QWindow>
 #include <cstring>
 
@@ -88,6 +89,21 @@ TEST_F(MainFrame, OnlyThePageScrollsInALowFrame) {
     const QWidget* page = view().pages()[0];
     EXPECT_EQ(page->size(), QSize(984, 596));
     EXPECT_LT(page->visibleRegion().boundingRect().height(), 500);
+    // The wheel brings up what is below, and nothing else moves.
+    const QPoint middle = page->rect().center();
+    for (int turn = 0; turn < 40; ++turn) {
+        QWheelEvent wheel(middle, page->mapToGlobal(middle), {}, QPoint(0, -120), Qt::NoButton,
+                          Qt::NoModifier, Qt::NoScrollPhase, false);
+        // As if it came from the system: only such a turn goes on to whoever is around the page.
+        QSpontaneKeyEvent::setSpontaneous(&wheel);
+        qApp->notify(view().pages()[0], &wheel);
+    }
+    const QRect seen = page->visibleRegion().boundingRect();
+    EXPECT_EQ(seen.bottom(), page->rect().bottom());
+    EXPECT_GT(seen.top(), 0);
+    EXPECT_EQ(page->mapTo(frame.get(), page->rect().bottomLeft()), QPoint(20, 471));
+    EXPECT_EQ(frame->statusLine().geometry(), QRect(0, 472, 1024, 28));
+    EXPECT_EQ(tabs().mapTo(frame.get(), QPoint()), QPoint(20, 78));
 }
 
 TEST_F(MainFrame, ItsControlsStandWhereTheyAreDrawn) {
@@ -189,11 +205,18 @@ TEST_F(MainFrame, AboutTellsNameVersionAndDate) {
         QString title;
         double opacity = 0;
         QString button;
+        QImage icon;
+        QPixmap red(64, 64);
+        red.fill(Qt::red);
+        QApplication::setWindowIcon(red);
         onNextDialog([&](QWidget& dialog) {
             title = dialog.windowTitle();
             opacity = dialog.windowOpacity();
             for (const QLabel* label : dialog.findChildren<QLabel*>()) {
                 lines << label->text();
+                if (!label->pixmap().isNull()) {
+                    icon = label->pixmap().toImage();
+                }
             }
             auto* ok = dialog.findChild<QPushButton*>();
             button = ok->text();
@@ -211,6 +234,9 @@ TEST_F(MainFrame, AboutTellsNameVersionAndDate) {
         EXPECT_EQ(lines.filter(QStringLiteral("Copyright")).size(), 1);
         EXPECT_EQ(button, QStringLiteral("OK"));
         EXPECT_EQ(opacity, 1.0);
+        ASSERT_EQ(icon.size(), red.size());
+        EXPECT_EQ(icon.pixelColor(32, 32), QColor(Qt::red)) << "the program's own icon";
+        QApplication::setWindowIcon({});
         EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
         frame->activateWindow();
         ASSERT_TRUE(QTest::qWaitForWindowActive(frame.get()));

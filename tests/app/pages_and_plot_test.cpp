@@ -1,8 +1,10 @@
 #include <QApplication>
+#include <QPointer>
 #include <QScreen>
 #include <QStackedWidget>
 #include <QTabBar>
 #include <QTest>
+#include <QWindow>
 #include <algorithm>
 
 #include "app/frame_fixture.h"
@@ -205,6 +207,72 @@ TEST_F(Plot, ClosingItByItsFrameIsHidingIt) {
     EXPECT_FALSE(plot().isVisible());
     EXPECT_EQ(showPlot().text(), QStringLiteral("Show Plot"));
     EXPECT_TRUE(frame->isVisible());
+}
+
+TEST_F(Plot, StaysInFrontOfTheFrameAndGoesWithIt) {
+    QTest::mouseClick(&showPlot(), Qt::LeftButton);
+    EXPECT_TRUE(plot().isWindow());
+    EXPECT_EQ(plot().parentWidget(), frame.get());
+    ASSERT_NE(plot().windowHandle(), nullptr);
+    EXPECT_EQ(plot().windowHandle()->transientParent(), frame->windowHandle());
+}
+
+TEST_F(Plot, EndsWithItsFrameHoweverTheFrameIsBuilt) {
+    for (const bool narrow : {false, true}) {
+        makeFrame();
+        QTest::mouseClick(&showPlot(), Qt::LeftButton);
+        if (narrow) {
+            frame->fitInto({800, 600});
+        }
+        const QPointer<CPlotDlg> watched(&plot());
+        frame.reset();
+        EXPECT_EQ(watched, nullptr);
+        tuning.setInputBandGain(4, 12.0F, true);
+    }
+}
+
+TEST_F(Plot, ShownAgainItShowsWhatWasChosenMeanwhile) {
+    tuning.setSelectionMask(0x08);
+    tuning.setBandGainOrQ(3, BandValue::gain, 6.0F, true);
+    tuning.setSelectionMask(0x02);
+    tuning.setBandGainOrQ(3, BandValue::gain, 12.0F, true);
+    clickTab(2);
+    QTest::mouseClick(&showPlot(), Qt::LeftButton);
+    ASSERT_NEAR(highest(curveDb()), 12.0, 1.0);
+    QTest::mouseClick(&showPlot(), Qt::LeftButton);
+    tuning.setSelectionMask(0x08);
+    QTest::mouseClick(&showPlot(), Qt::LeftButton);
+    EXPECT_NEAR(highest(curveDb()), 6.0, 1.0);
+    // Hiding it brings it up to date too.
+    tuning.setSelectionMask(0x02);
+    QTest::mouseClick(&showPlot(), Qt::LeftButton);
+    EXPECT_FALSE(plot().isVisible());
+    EXPECT_NEAR(highest(curveDb()), 12.0, 1.0);
+}
+
+TEST_F(Plot, AsksForFilesInTheProgramsOwnDialogs) {
+    QTest::mouseClick(&showPlot(), Qt::LeftButton);
+    auto& chart = *plot().findChild<CChartView*>();
+    dialogs.answer = folder / "curve.png";
+    chart.savePicture();
+    EXPECT_EQ(QImage(pathIn("curve.png")).size(), chart.size() * chart.devicePixelRatioF());
+    dialogs.answer = folder / "curve.txt";
+    chart.saveData();
+    const Bytes text = readFile(folder / "curve.txt");
+    EXPECT_EQ(std::ranges::count(text, std::uint8_t{'\n'}), static_cast<int>(curvePointCount));
+    ASSERT_EQ(dialogs.asked.size(), 2U);
+    EXPECT_TRUE(dialogs.asked[0].save && dialogs.asked[1].save);
+    EXPECT_EQ(dialogs.asked[0].filter, "PNG pictures (*.png)|*.png||");
+    EXPECT_EQ(dialogs.asked[0].extension, "png");
+    EXPECT_EQ(dialogs.asked[1].filter, "Text files (*.txt)|*.txt||");
+    EXPECT_EQ(dialogs.asked[1].extension, "txt");
+    EXPECT_EQ(dialogs.localeResets, 2);
+    dialogs.answer = std::filesystem::path();
+    chart.savePicture();
+    dialogs.answer.reset();
+    chart.saveData();
+    EXPECT_EQ(dialogs.localeResets, 4);
+    EXPECT_THAT(shown, IsEmpty());
 }
 
 TEST_F(Plot, WearsTheTitleOfTheTab) {

@@ -1,5 +1,6 @@
 #include <QApplication>
 #include <QFileDialog>
+#include <QImage>
 #include <QLineEdit>
 #include <QSysInfo>
 #include <QTest>
@@ -7,6 +8,7 @@
 #include <fstream>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <set>
 
 #include "app/instance_guard.h"
 #include "app/profile.h"
@@ -242,6 +244,30 @@ TEST(Document, AMissingOrShortFileLeavesTheStore) {
     EXPECT_FALSE(CTessavoDoc::serialize(store, false, folder / "short.set"));
     EXPECT_FALSE(CTessavoDoc::serialize(store, true, folder / "no folder" / "a.set"));
     EXPECT_SAME_BYTES(bytesOf(store), tuning.store());
+}
+
+// ---- icon
+
+TEST(ProgramIcon, IsAPictureInEverySize) {
+    for (const int size : {16, 24, 32, 48, 64, 128, 256, 512}) {
+        const QImage icon(QStringLiteral(TESSAVO_ICONS "/tessavo-%1.png").arg(size), "PNG");
+        ASSERT_EQ(icon.size(), QSize(size, size)) << "cannot be read";
+        ASSERT_TRUE(icon.hasAlphaChannel()) << size;
+        // It has a shape of its own, filled with more than one colour.
+        EXPECT_EQ(icon.pixelColor(0, 0).alpha(), 0) << size;
+        std::set<QRgb> colours;
+        int opaque = 0;
+        for (int y = 0; y < size; ++y) {
+            for (int x = 0; x < size; ++x) {
+                if (const QColor colour = icon.pixelColor(x, y); colour.alpha() == 255) {
+                    colours.insert(colour.rgb());
+                    ++opaque;
+                }
+            }
+        }
+        EXPECT_GT(opaque, size * size / 2) << size;
+        EXPECT_GT(colours.size(), 4U) << size;
+    }
 }
 
 // ---- second program

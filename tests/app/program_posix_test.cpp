@@ -1,8 +1,13 @@
 #include <QImage>
 #include <QProcess>
+#include <QSettings>
+#include <QStandardPaths>
+#include <QSysInfo>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "app/instance_guard.h"
+#include "app/profile.h"
 #include "app/ui_file_dialogs.h"
 #include "controls/theme.h"
 #include "params/harness.h"
@@ -130,10 +135,40 @@ TEST_F(Program, PicturesLeaveTheProfileOfThePersonAlone) {
     }
 }
 
+TEST_F(Program, PicturesAreDrawnBesideARunningProgram) {
+    const InstanceGuard running(textOf(folder.path()));
+    ASSERT_TRUE(running.isFirst());
+    const Result result = run({QStringLiteral("--screenshots"), textOf(folder / "pictures")});
+    EXPECT_EQ(result.code, 0) << result.error;
+}
+
+TEST_F(Program, PicturesDoNotTakeThePlaceOfAProgramThatAPersonStarts) {
+    // Whoever takes the place clears away what a killed program has left there.
+    const std::string left = "2147483646\ntessavo\n" + QSysInfo::machineHostName().toStdString() + "\n";
+    std::ofstream(folder / "tessavo.lock") << left;
+    const Result result = run({QStringLiteral("--screenshots"), textOf(folder / "pictures")});
+    EXPECT_EQ(result.code, 0) << result.error;
+    const Bytes now = readFile(folder / "tessavo.lock");
+    EXPECT_EQ(std::string(now.begin(), now.end()), left);
+}
+
+TEST_F(Program, ItsProfileIsThatOfTheMakersTool) {
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, textOf(folder.path()));
+    {
+        Profile profile;
+        profile.setLastPort(QStringLiteral("ttyUSB7"));
+    }
+    EXPECT_TRUE(std::filesystem::exists(folder / "Velmira" / "Velmira Audio Systems Equalizing Tool.conf"));
+    EXPECT_EQ(Profile().lastPort(), QStringLiteral("ttyUSB7"));
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope,
+                       QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation));
+}
+
 TEST_F(Program, APictureNeedsNobodyToAnswerABox) {
     const Result result =
         run({QStringLiteral("--screenshots"), textOf(folder / "pictures"), textOf(folder / "missing.eqs")});
-    EXPECT_EQ(result.code, 0);
+    EXPECT_EQ(result.code, 1);
+    EXPECT_FALSE(std::filesystem::exists(folder / "pictures"));
     EXPECT_THAT(result.error, HasSubstr("tessavo: Error opening configuration file!"));
 }
 

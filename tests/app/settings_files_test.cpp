@@ -6,10 +6,12 @@
 #include <QTest>
 #include <QUrl>
 #include <cstring>
+#include <functional>
 
 #include "app/frame_fixture.h"
-#include "app/page_factory.h"
 #include "app/ui_file_dialogs.h"
+#include "controls/bitmap_slider.h"
+#include "controls/synthetic_events.h"
 #include "params/set_text.h"
 
 // Open, Save, Export, the recent files, files from outside.
@@ -48,8 +50,13 @@ class SettingsFiles : public FrameTest {
         }
         QDropEvent dropped(there, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
         QApplication::sendEvent(target, &dropped);
+        if (atOnce) {
+            atOnce();
+        }
+        QCoreApplication::sendPostedEvents(frame.get(), QEvent::MetaCall);
         return true;
     }
+    std::function<void()> atOnce;  ///< looks at what the drop itself has done
     static QUrl urlOf(const QString& path) { return QUrl::fromLocalFile(path); }
 };
 
@@ -138,6 +145,38 @@ TEST_F(SettingsFiles, LoadingLeavesSetMethodAndLiveModeAlone) {
     EXPECT_EQ(tuning.filterMode(), 2U);
     EXPECT_TRUE(tuning.liveMode());
     EXPECT_EQ(eqMode().text(), QStringLiteral("EQ Mode On"));
+}
+
+TEST_F(SettingsFiles, ASetChosenInTheSelectorTakesThePagesEditsAndDecidesOnFiles) {
+    makeFrame(realPages());
+    choose(setSelector(), 3);
+    const ParameterStore before = tuning.store();
+    clickTab(static_cast<int>(Page::outputEqualizer));
+    QTest::mouseClick(&control<SkinCheckBox>(1088), Qt::LeftButton);
+    auto& volume = control<CBitmapSlider>(1076);
+    volume.setFocus(Qt::TabFocusReason);
+    QTest::keyClick(&volume, Qt::Key_Up);
+    ASSERT_TRUE(letLoopRun());
+    ParameterStore expected = before;
+    OutputChannelParams& edited = expected.sets[3].channels[7];
+    edited.invertPhase = edited.invertPhase == 0 ? 1 : 0;
+    edited.volumeDb += 0.1F;
+    EXPECT_EQ(tuning.store().sets[3].channels[7].invertPhase, edited.invertPhase);
+    EXPECT_FLOAT_EQ(tuning.store().sets[3].channels[7].volumeDb, edited.volumeDb);
+    for (const std::size_t other : {0U, 1U, 2U, 4U}) {
+        EXPECT_EQ(std::memcmp(&tuning.store().sets[other], &before.sets[other], setSize), 0) << other;
+    }
+
+    Bytes file(10600, 9);
+    writeAt<std::uint32_t>(file, 3 * setSize, 2120);
+    writeFile(folder / "fourth.eqs", file);
+    frame->openFile(pathIn("fourth.eqs"));
+    EXPECT_THAT(shown, IsEmpty()) << "the set that was chosen is sound";
+    file = Bytes(10600, 9);
+    writeAt<std::uint32_t>(file, 0, 2120);
+    writeFile(folder / "first.eqs", file);
+    frame->openFile(pathIn("first.eqs"));
+    EXPECT_THAT(shown, ElementsAre(errorBox("Incompatible .eqs file!\r\n")));
 }
 
 // ---- Save and Export
@@ -262,6 +301,14 @@ TEST_F(SettingsFiles, ADroppedFileIsLoaded) {
     EXPECT_THAT(dialogs.asked, IsEmpty());
 }
 
+TEST_F(SettingsFiles, ADropEndsBeforeItsFileIsLoadedOrABoxAppears) {
+    QMimeData data;
+    data.setUrls({urlOf(pathIn("missing.eqs"))});
+    atOnce = [this] { EXPECT_THAT(shown, IsEmpty()); };
+    EXPECT_TRUE(drop(data));
+    EXPECT_THAT(shown, ElementsAre(errorBox("Error opening configuration file!")));
+}
+
 TEST_F(SettingsFiles, AFileMayBeDroppedOnAnyPlaceOfTheWindow) {
     const QString path = settingsFileNamed("a.eqs", u"Dropped");
     QMimeData data;
@@ -277,14 +324,7 @@ TEST_F(SettingsFiles, AFileMayBeDroppedOnAnyPlaceOfTheWindow) {
 }
 
 TEST_F(SettingsFiles, AFileMayBeDroppedOnAnyControlOfThePages) {
-    makeFrame(pageFactory({.tuning = tuning,
-                           .boxes = boxes,
-                           .dialogs = dialogs,
-                           .profile = *profile,
-                           .link = link,
-                           .listPorts = [] { return std::vector<std::string>{}; },
-                           .firstPort = {},
-                           .refreshPages = [] {}}));
+    makeFrame(realPages());
     const QString path = settingsFileNamed("a.eqs", u"Dropped");
     QMimeData data;
     data.setUrls({urlOf(path)});

@@ -83,6 +83,15 @@ TEST_F(ClosingOnALine, EndsASilentExchangeAtOnceOnNo) {
     EXPECT_THAT(shownTexts(), ElementsAre(exchangeQuestion, saveQuestion));
 }
 
+TEST_F(ClosingOnALine, AsksNothingWithNothingToLose) {
+    startTarget({"silence=1"});
+    frame->setNothingToLose([] { return true; });
+    closeDuring(comm_id::update);
+    EXPECT_LT(commandTook_, 2000) << "not the whole time-out of 2.5 s";
+    ASSERT_TRUE(passEventsUntil([&] { return !frame->isVisible(); }));
+    EXPECT_THAT(shownTexts(), IsEmpty());
+}
+
 TEST_F(ClosingOnALine, SaysDuringAFlashWhatTheTargetMayBeLeftWithout) {
     startTarget();
     chooseImage(200 * 1024);

@@ -24,12 +24,9 @@ class IChartHost {
     virtual std::optional<QRgb> askColor(QWidget* parent, QRgb current) = 0;
 };
 
-/// Tells with the program's message box and asks with the toolkit's dialogs.
+/// Asks for fonts and colours with the toolkit's dialogs.
 class DialogChartHost : public IChartHost {
  public:
-    void showMessage(QWidget* parent, const QString& text) override;
-    std::optional<QString> askSavePath(QWidget* parent, const QString& filter,
-                                       const QString& suffix) override;
     std::optional<QFont> askFont(QWidget* parent, const QFont& current) override;
     std::optional<QRgb> askColor(QWidget* parent, QRgb current) override;
 };
