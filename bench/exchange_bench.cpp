@@ -39,7 +39,7 @@ void exchange(benchmark::State& state) {
     SystemClock clock;
     NoLog log;
     NoBoxes boxes;
-    TimedLock lock;
+    CSemaphore lock;
     TransferEngine engine({.port = port,
                            .clock = clock,
                            .log = log,

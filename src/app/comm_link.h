@@ -17,7 +17,7 @@
 #include "comm/target_commands.h"
 #include "comm/transfer_engine.h"
 #include "controls/ui_calls.h"
-#include "params/timed_lock.h"
+#include "params/semaphore.h"
 
 namespace tessavo {
 
@@ -87,7 +87,7 @@ class CommLink : public QObject, private ICommLog {
     std::atomic<int> exchanges_ = 0;  ///< one may begin before the end of the one before it is told
     SystemClock clock_;
     std::unique_ptr<CSerial> port_;
-    TimedLock transferLock_;
+    CSemaphore transferLock_;
     TransferEngine engine_;
     ForegroundTransfers foreground_;
     TargetCommands background_;

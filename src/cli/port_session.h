@@ -9,7 +9,7 @@
 #include "comm/clock.h"
 #include "comm/serial.h"
 #include "comm/transfer_engine.h"
-#include "params/timed_lock.h"
+#include "params/semaphore.h"
 
 namespace tessavo::cli {
 
@@ -54,7 +54,7 @@ class PortSession {
     Reporter& reporter_;
     Port port_;
     SystemClock clock_;
-    TimedLock lock_;
+    CSemaphore lock_;
     Interruption interruption_;
     TransferEngine engine_;
 };

@@ -13,7 +13,7 @@
 #include "comm/serial.h"
 #include "comm/transfers.h"
 #include "params/message_box.h"
-#include "params/timed_lock.h"
+#include "params/semaphore.h"
 
 namespace tessavo {
 
@@ -44,7 +44,7 @@ class TransferEngine : public ITransfers {
         IClock& clock;
         ICommLog& log;
         IMessageBox& boxes;
-        TimedLock& lock;
+        CSemaphore& lock;
         /// Name of the port selected now, as listPorts() gives it. Called on the exchange's thread.
         std::function<std::string()> portName;
         /// Told after each block that the target took: blocks done, blocks in all. May be empty.

@@ -31,8 +31,8 @@ bool computeBandWords(IcoefficientGenerator& generator, const EqBandParams& band
 
 }  // namespace
 
-TuningState::TuningState(IMessageBox& boxes, std::unique_ptr<TimedLock> exclusion)
-    : store_(emptyStore()), exclusion_(exclusion ? std::move(exclusion) : std::make_unique<TimedLock>()) {
+TuningState::TuningState(IMessageBox& boxes, std::unique_ptr<CSemaphore> exclusion)
+    : store_(emptyStore()), exclusion_(exclusion ? std::move(exclusion) : std::make_unique<CSemaphore>()) {
     const auto warn = [&boxes](std::string_view text) { boxes.showPlain(text); };
     generators_ = {std::make_unique<coeffBZT2>(warn), std::make_unique<coeffMZT>(warn),
                    std::make_unique<coeffBZTMZT>(warn)};

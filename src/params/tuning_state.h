@@ -16,7 +16,7 @@
 #include "params/message_box.h"
 #include "params/parameter_image.h"
 #include "params/records.h"
-#include "params/timed_lock.h"
+#include "params/semaphore.h"
 #include "plot/curve_display.h"
 
 namespace tessavo {
@@ -42,8 +42,8 @@ enum class BandValue : std::uint8_t { gain = 0, q = 1 };
 class TuningState {
  public:
     /// \param boxes shows the generators' warning; outlives this object.
-    /// \param exclusion the mutual-exclusion object; a TimedLock of its own when empty.
-    explicit TuningState(IMessageBox& boxes, std::unique_ptr<TimedLock> exclusion = nullptr);
+    /// \param exclusion the mutual-exclusion object; a CSemaphore of its own when empty.
+    explicit TuningState(IMessageBox& boxes, std::unique_ptr<CSemaphore> exclusion = nullptr);
     ~TuningState();
     TuningState(const TuningState&) = delete;
     TuningState& operator=(const TuningState&) = delete;
@@ -187,7 +187,7 @@ class TuningState {
     std::atomic<bool> liveTransferEnabled_ = false;
     std::atomic<bool> updatePending_ = false;
 
-    std::unique_ptr<TimedLock> exclusion_;
+    std::unique_ptr<CSemaphore> exclusion_;
     ICurveDisplay* curveDisplay_ = nullptr;
     std::function<void()> changeListener_;
 };

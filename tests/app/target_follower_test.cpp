@@ -182,6 +182,14 @@ TEST_F(Follower, ALineInUseByAnotherExchangeIsNoTrouble) {
     follower.exchangeEnded(ExchangeEnd::answered, at(3));
     follower.exchangeEnded(ExchangeEnd::lineBusy, at(5));
     EXPECT_EQ(off(), (Told{Light::off, "last answer 14:32:03"}));
+    // An edit that has waited in vain.
+    follower.workerState(State::sending, at(6));
+    follower.exchangeEnded(ExchangeEnd::lineBusy, at(11));
+    follower.exchangeEnded(ExchangeEnd::lineBusy, at(17));
+    follower.workerState(State::noAnswer, at(17));
+    EXPECT_EQ(live(), (Told{Light::trouble, "no answer 14:32:17"}));
+    follower.exchangeEnded(ExchangeEnd::answered, at(20));
+    EXPECT_EQ(live(), (Told{Light::sending, "not sent"}));
 }
 
 TEST_F(Follower, SwitchingLiveModeOffEndsTheTalkOfSets) {

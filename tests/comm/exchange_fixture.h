@@ -37,7 +37,7 @@ class NotedBoxes final : public IMessageBox {
     Transcript& transcript_;
 };
 
-class NotedLock final : public TimedLock {
+class NotedLock final : public CSemaphore {
  public:
     explicit NotedLock(Transcript& transcript) : transcript_(transcript) {}
     bool take(std::chrono::milliseconds limit) override;

@@ -93,7 +93,7 @@ TEST(LiveWorkerThreads, ImageAndDigestMatchWhileEditsGoOn) {
     clock.notePauses(false);
     NotedBoxes boxes(transcript);
     NotedLog log(transcript);
-    TimedLock lock;
+    CSemaphore lock;
     AnsweringPort port(replyFrame(Bytes(10, 0x11)));
     TuningState tuning(boxes);
     tuning.start();

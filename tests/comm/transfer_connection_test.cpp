@@ -259,7 +259,7 @@ TEST(TransferLock, KeepsExchangesOfTwoThreadsApart) {
     VirtualClock clock(transcript);
     NotedLog log(transcript);
     NotedBoxes boxes(transcript);
-    TimedLock lock;
+    CSemaphore lock;
     AnsweringPort port;
     TransferEngine engine({port, clock, log, boxes, lock, [] { return std::string("COM1"); }, {}});
     std::atomic<int> done = 0;

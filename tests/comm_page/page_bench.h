@@ -117,7 +117,7 @@ class PageBench : public ::testing::Test, private ICommLog {
     std::unique_ptr<test::DevicePort> port;
     SwitchedPort switchedPort;
     bool portOpens = true;
-    TimedLock lock;
+    CSemaphore lock;
     std::unique_ptr<TransferEngine> engine;
     std::unique_ptr<ForegroundTransfers> transfers;
     std::vector<std::string> portsThere{"COM3", "COM5", "COM12"};

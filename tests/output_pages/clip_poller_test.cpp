@@ -112,7 +112,7 @@ TEST(PollerAndEdits, AnEditWaitsForOnePollAtMost) {
     // The line as the program shares it: polls and edits take turns through one lock, and some passes of the
     // poller go by before whoever sends the edit comes to look.
     constexpr int passesUntilTheLook = 5;
-    TimedLock line;
+    CSemaphore line;
     SteppedClock clock;
     std::atomic<bool> editWaits = false;
     std::atomic<int> begun = 0;

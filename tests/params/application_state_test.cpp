@@ -245,8 +245,8 @@ TEST(ImageCopy, NeverHoldsHalfOfWhatAnEditWritesForAChannelOrTheInputSide) {
     EXPECT_EQ(groupsApart, 0);
 }
 
-TEST(TimedLockTest, IsReleasedByWhoeverIsDone) {
-    TimedLock lock;
+TEST(Semaphore, IsReleasedByWhoeverIsDone) {
+    CSemaphore lock;
     ASSERT_TRUE(lock.take(milliseconds(0)));
     std::thread other([&] { lock.release(); });
     EXPECT_TRUE(lock.take(milliseconds(10000)));
@@ -254,8 +254,8 @@ TEST(TimedLockTest, IsReleasedByWhoeverIsDone) {
     lock.release();
 }
 
-TEST(TimedLockTest, IsHeldByOneAtATimeAndTimesOut) {
-    TimedLock lock;
+TEST(Semaphore, IsHeldByOneAtATimeAndTimesOut) {
+    CSemaphore lock;
     EXPECT_TRUE(lock.take(milliseconds(0)));
     EXPECT_FALSE(lock.take(milliseconds(0)));
     EXPECT_FALSE(lock.take(milliseconds(5)));

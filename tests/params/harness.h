@@ -114,7 +114,7 @@ struct LockLog {
     int released = 0;
 };
 
-class FakeLock : public TimedLock {
+class FakeLock : public CSemaphore {
  public:
     explicit FakeLock(LockLog& log) : log_(log) {}
     bool take(std::chrono::milliseconds limit) override {

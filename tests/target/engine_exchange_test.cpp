@@ -40,7 +40,7 @@ struct Line {
     DevicePort port{host.device, clock};
     ErrorLog log;
     NoBoxes boxes;
-    TimedLock lock;
+    CSemaphore lock;
     TransferEngine engine{{.port = port,
                            .clock = clock,
                            .log = log,

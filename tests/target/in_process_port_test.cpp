@@ -76,7 +76,7 @@ struct Line {
     NoPauses clock;
     ErrorLog log;
     NoBoxes boxes;
-    TimedLock lock;
+    CSemaphore lock;
     TransferEngine engine{{.port = port,
                            .clock = clock,
                            .log = log,

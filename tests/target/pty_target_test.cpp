@@ -93,7 +93,7 @@ struct Host {
     NoPauses clock;
     ErrorLog log;
     NoBoxes boxes;
-    TimedLock lock;
+    CSemaphore lock;
     TransferEngine engine{{.port = port,
                            .clock = clock,
                            .log = log,

@@ -43,6 +43,14 @@ QString textOf(const std::filesystem::path& path) {
 
 CCommunication::CCommunication(Parts parts, QWidget* parent)
     : CTabDialog(parent), parts_(std::move(parts)), commands_(parts_.tuning, parts_.transfers, parts_.boxes) {
+    connect(&parts_.transfers, &ForegroundTransfers::started, this, &CCommunication::exchangeStarted);
+    connect(&parts_.transfers, &ForegroundTransfers::ended, this, &CCommunication::exchangeEnded);
+    OnInitDialog();
+}
+
+CCommunication::~CCommunication() = default;
+
+void CCommunication::OnInitDialog() {
     makeSetGroup("Save Set In RAM To", comm_id::saveGroup, 0, comm_id::firstSave,
                  [this](std::uint8_t set) { SaveSetToRam(set); });
     makeSetGroup("Load Set from RAM", comm_id::loadGroup, 392, comm_id::firstLoad,
@@ -51,9 +59,6 @@ CCommunication::CCommunication(Parts parts, QWidget* parent)
     makeInterfaceGroup();
     makeVersionGroup();
     makeLogGroup();
-    connect(&parts_.transfers, &ForegroundTransfers::started, this, &CCommunication::exchangeStarted);
-    connect(&parts_.transfers, &ForegroundTransfers::ended, this, &CCommunication::exchangeEnded);
-
     FillPortList();
     const int last = ports_->findText(QString::fromStdString(parts_.lastPort));
     if (!parts_.lastPort.empty() && last > 0) {
@@ -61,8 +66,6 @@ CCommunication::CCommunication(Parts parts, QWidget* parent)
         selectPort(last);
     }
 }
-
-CCommunication::~CCommunication() = default;
 
 void CCommunication::makeSetGroup(const char* title, int groupId, int left, int firstId,
                                   const std::function<void(std::uint8_t)>& command) {

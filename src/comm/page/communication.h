@@ -98,6 +98,8 @@ class CCommunication : public CTabDialog {
     void paintEvent(QPaintEvent* event) override;
 
  private:
+    /// Makes the controls, with all filters on and the versions unknown, and lists the ports.
+    void OnInitDialog();
     void makeSetGroup(const char* title, int groupId, int left, int firstId,
                       const std::function<void(std::uint8_t)>& command);
     void makeSoftwareGroup();

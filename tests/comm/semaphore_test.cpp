@@ -1,4 +1,4 @@
-#include "params/timed_lock.h"
+#include "params/semaphore.h"
 
 #include <atomic>
 #include <gtest/gtest.h>
@@ -12,16 +12,16 @@ namespace {
 
 using namespace std::chrono_literals;
 
-TEST(TimedLock, HasOneHolderAtATime) {
-    TimedLock lock;
+TEST(Semaphore, HasOneHolderAtATime) {
+    CSemaphore lock;
     EXPECT_TRUE(lock.take(0ms));
     EXPECT_FALSE(lock.take(0ms));
     lock.release();
     EXPECT_TRUE(lock.take(0ms));
 }
 
-TEST(TimedLock, WaitsOutItsLimitAndNotMuchMore) {
-    TimedLock lock;
+TEST(Semaphore, WaitsOutItsLimitAndNotMuchMore) {
+    CSemaphore lock;
     ASSERT_TRUE(lock.take(0ms));
     const Elapsed elapsed;
     EXPECT_FALSE(lock.take(80ms));
@@ -29,30 +29,30 @@ TEST(TimedLock, WaitsOutItsLimitAndNotMuchMore) {
     EXPECT_LT(elapsed.get(), generous);
 }
 
-TEST(TimedLock, AnyThreadReleases) {
-    TimedLock lock;
+TEST(Semaphore, AnyThreadReleases) {
+    CSemaphore lock;
     ASSERT_TRUE(lock.take(0ms));
     std::jthread other([&lock] { lock.release(); });
     EXPECT_TRUE(lock.take(20s));
 }
 
-TEST(TimedLock, TheLongestLimitIsNoTimeOut) {
-    TimedLock lock;
+TEST(Semaphore, TheLongestLimitIsNoTimeOut) {
+    CSemaphore lock;
     ASSERT_TRUE(lock.take(std::chrono::milliseconds::max()));
     std::jthread other([&lock] { lock.release(); });
     EXPECT_TRUE(lock.take(std::chrono::milliseconds::max()));
 }
 
-TEST(TimedLock, ReleaseOfAFreeLockDoesNotLetTwoIn) {
-    TimedLock lock;
+TEST(Semaphore, ReleaseOfAFreeLockDoesNotLetTwoIn) {
+    CSemaphore lock;
     lock.release();
     lock.release();
     EXPECT_TRUE(lock.take(0ms));
     EXPECT_FALSE(lock.take(0ms));
 }
 
-TEST(TimedLock, GuardsPlainDataAgainstManyThreads) {
-    TimedLock lock;
+TEST(Semaphore, GuardsPlainDataAgainstManyThreads) {
+    CSemaphore lock;
     int guarded = 0;
     std::atomic<int> taken = 0;
     {

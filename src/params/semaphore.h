@@ -6,16 +6,17 @@
 
 namespace tessavo {
 
-/// A lock taken with a time limit and released by whoever is done, from any thread; at most one holder.
+/// A binary semaphore, free at first: taken with a time limit and released by whoever is done, from any
+/// thread; at most one holder.
 ///
 /// Guards the store and the image while a set is exchanged, and, as a second object, every exchange with the
 /// target.
-class TimedLock {
+class CSemaphore {
  public:
-    TimedLock() = default;
-    virtual ~TimedLock() = default;
-    TimedLock(const TimedLock&) = delete;
-    TimedLock& operator=(const TimedLock&) = delete;
+    CSemaphore() = default;
+    virtual ~CSemaphore() = default;
+    CSemaphore(const CSemaphore&) = delete;
+    CSemaphore& operator=(const CSemaphore&) = delete;
 
     /// \return false when it could not be had in time
     virtual bool take(std::chrono::milliseconds limit);

@@ -1,4 +1,4 @@
-#include "params/timed_lock.h"
+#include "params/semaphore.h"
 
 #include <algorithm>
 
@@ -11,7 +11,7 @@ constexpr std::chrono::milliseconds longestWait = std::chrono::hours(24 * 365);
 
 }  // namespace
 
-bool TimedLock::take(std::chrono::milliseconds limit) {
+bool CSemaphore::take(std::chrono::milliseconds limit) {
     std::unique_lock guard(mutex_);
     if (!freed_.wait_for(guard, std::min(limit, longestWait), [this] { return !taken_; })) {
         return false;
@@ -20,7 +20,7 @@ bool TimedLock::take(std::chrono::milliseconds limit) {
     return true;
 }
 
-void TimedLock::release() {
+void CSemaphore::release() {
     {
         const std::lock_guard guard(mutex_);
         taken_ = false;
