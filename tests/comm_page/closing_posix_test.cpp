@@ -92,6 +92,27 @@ TEST_F(ClosingOnALine, AsksNothingWithNothingToLose) {
     EXPECT_THAT(shownTexts(), IsEmpty());
 }
 
+TEST_F(ClosingOnALine, BreaksALiveTransferOffOnNo) {
+    startTarget({"silence=1"});
+    const ImageBytes before = target->memory().live;
+    tuning.setVolume(-5.0F, true);
+    toggleLiveMode();
+    const QString waiting = QStringLiteral("RX-->    Wait for answer");
+    ASSERT_TRUE(passEventsUntil(
+        [&] { return log().lineCount() > 0 && log().line(log().lineCount() - 1) == waiting; }));
+    answers = {BoxAnswer::no, BoxAnswer::no};
+    frame->close();
+    ASSERT_TRUE(passEventsUntil([&] { return !frame->isVisible(); }));
+    link.shutDown();
+    QCoreApplication::sendPostedEvents();
+    EXPECT_THAT(shownTexts(), ElementsAre(exchangeQuestion, saveQuestion))
+        << "no box about the transfer that was broken off";
+    EXPECT_EQ(log().line(log().lineCount() - 1), waiting) << "its time-out has not been waited for";
+    EXPECT_EQ(target->memory().live, before);
+    EXPECT_EQ(timesSaid("port opened"), 1) << "the confirmation is not asked for";
+    EXPECT_FALSE(link.confirmedImage().has_value());
+}
+
 TEST_F(ClosingOnALine, SaysDuringAFlashWhatTheTargetMayBeLeftWithout) {
     startTarget();
     chooseImage(200 * 1024);

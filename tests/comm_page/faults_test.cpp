@@ -28,13 +28,6 @@ class Faults : public PageBench {
         click(saveButton(2));
         return logLines();
     }
-    LogLines saved(const LogLines& rest) { return joined({opened("Prepare XModem128 Message"), rest}); }
-    LogLines read(const LogLines& rest) { return joined({opened("Prepare XModem2k Message"), rest}); }
-
-    const LogLines sentAndTaken{"TX-->    Send XModem Message", "RX-->    Wait for answer",
-                                "RX-->    Answer received"};
-    const LogLines askedAndTaken{"TX-->    Send XModem Message", "RX-->    Wait for answer",
-                                 "ST-->    Answer received"};
 };
 
 TEST_F(Faults, NoRequest) {

@@ -1,9 +1,15 @@
 #pragma once
 
 #include <QTest>
+#include <algorithm>
+#include <array>
+#include <cstdlib>
 #include <cstring>
+#include <fcntl.h>
 #include <memory>
+#include <mutex>
 #include <string>
+#include <unistd.h>
 #include <vector>
 
 #include "app/frame_fixture.h"
@@ -17,6 +23,28 @@
 #include "target/run_folder.h"
 
 namespace tessavo::testing {
+
+/// Takes the lowest free numbers of pseudo-terminals while it lives. A terminal made meanwhile gets a higher
+/// one, which nobody else on the machine is given for a while once it is free: a port that is opened again
+/// after it vanished is then not another program's.
+class LowNumbersTaken {
+ public:
+    LowNumbersTaken() {
+        for (int& terminal : terminals_) {
+            terminal = posix_openpt(O_RDWR | O_NOCTTY);
+        }
+    }
+    ~LowNumbersTaken() {
+        for (const int terminal : terminals_) {
+            ::close(terminal);
+        }
+    }
+    LowNumbersTaken(const LowNumbersTaken&) = delete;
+    LowNumbersTaken& operator=(const LowNumbersTaken&) = delete;
+
+ private:
+    std::array<int, 16> terminals_{};
+};
 
 /// The whole frame with its real pages and its worker, on a pseudo-terminal to a simulated target.
 class OnALine : public FrameTest {
@@ -37,8 +65,15 @@ class OnALine : public FrameTest {
         if (target) {
             target->stop();
         }
-        target = std::make_unique<PtyTarget>(kept, std::move(options));
-        ASSERT_EQ(target->start(), "");
+        target = std::make_unique<PtyTarget>(kept, std::move(options),
+                                             [this](TargetLogKind /*kind*/, std::string_view text) {
+                                                 const std::lock_guard guard(saidMutex_);
+                                                 said_.emplace_back(text);
+                                             });
+        {
+            const LowNumbersTaken taken;
+            ASSERT_EQ(target->start(), "");
+        }
         if (!started_) {
             started_ = true;
             makeFrame(pageFactory({tuning,
@@ -82,6 +117,15 @@ class OnALine : public FrameTest {
         return std::memcmp(live.data(), &tuning.image(), live.size()) == 0;
     }
     LogView& log() { return control<LogView>(comm_id::log); }
+    /// What the targets so far have told of themselves.
+    [[nodiscard]] std::vector<std::string> said() {
+        const std::lock_guard guard(saidMutex_);
+        return said_;
+    }
+    [[nodiscard]] int timesSaid(const std::string& line) {
+        const std::vector<std::string> lines = said();
+        return static_cast<int>(std::count(lines.begin(), lines.end(), line));
+    }
     [[nodiscard]] std::vector<std::string> shownTexts() const {
         std::vector<std::string> texts;
         for (const ShownBox& box : shown) {
@@ -91,10 +135,14 @@ class OnALine : public FrameTest {
     }
 
     test::OwnRunFolder runFolder;
-    std::unique_ptr<PtyTarget> target;
 
  private:
     bool started_ = false;
+    std::mutex saidMutex_;
+    std::vector<std::string> said_;
+
+ protected:
+    std::unique_ptr<PtyTarget> target;  ///< last: its thread tells into the lines above
 };
 
 }  // namespace tessavo::testing

@@ -1,12 +1,17 @@
 #include <QTimer>
 #include <algorithm>
 #include <random>
+#include <set>
+#include <stdexcept>
 
 #include "comm_page/line_bench_posix.h"
+#include "comm_page/line_watcher.h"
 #include "controls/bitmap_slider.h"
 #include "controls/clip_light.h"
 #include "controls/read_only_edit.h"
 #include "controls/transfer_line.h"
+#include "pages/input/audio_router.h"
+#include "pages/input/input_eq.h"
 
 // The whole window on a real line, in real time.
 
@@ -63,23 +68,100 @@ TEST_F(OnALine, AnotherSetIsNotConfirmedUntilAnEditHasSentIt) {
     EXPECT_THAT(words(), StartsWith("confirmed ")) << "the target still holds this one";
 }
 
-TEST_F(OnALine, SetsGoToTheTargetAndComeBackOntoEveryPage) {
+/// One control of each page that shows parameters, and one of the header.
+class SetsOnALine : public OnALine {
+ protected:
+    /// What the controls show.
+    using Shown = std::vector<std::string>;
+
+    template <typename Control>
+    Control& on(Page page, int id) {
+        auto* found = view().pages()[static_cast<std::size_t>(page)]->findChild<Control*>(
+            QStringLiteral("id%1").arg(id));
+        if (found == nullptr) {
+            throw std::logic_error("no control " + std::to_string(id));
+        }
+        return *found;
+    }
+    void typeOn(Page page, int id, int number) {
+        view().showPage(page);
+        auto& edit = on<QLineEdit>(page, id);
+        type(edit, QString::number(number));
+        QTest::keyClick(&edit, Qt::Key_Return);
+        QCoreApplication::sendPostedEvents();
+    }
+    /// Enters values of this kind by hand on every page.
+    void enter(int kind) {
+        typeOn(Page::inputEqualizer, firstBand, 5 - 2 * kind);
+        view().showPage(Page::channelConfig);
+        choose(on<SkinComboBox>(Page::channelConfig, firstSource), kind + 1);
+        typeOn(Page::outputEqualizer, volume, kind - 4);
+        typeOn(Page::outputGroup, secondGroupGain, 9 - kind);
+        if (flag(4).isChecked() != (kind % 2 == 0)) {
+            QTest::mouseClick(&flag(4), Qt::LeftButton);
+        }
+        // A box shows a number as it was typed until it reads it again.
+        view().refreshPages();
+    }
+    /// The image without the gain word of the channel that has a group gain: the word holds the sum, is read
+    /// as the volume, and the group gain is added once more.
+    static Bytes comparable(const void* image) {
+        constexpr std::size_t channelOfTheSecondSlider = 4;
+        Bytes bytes(imageSize);
+        std::memcpy(bytes.data(), image, bytes.size());
+        writeAt(bytes, imageBlockOffset(channelOfTheSecondSlider) + 4, std::uint32_t{0});
+        return bytes;
+    }
+    Shown whatIsShown() {
+        return {on<QLineEdit>(Page::inputEqualizer, firstBand).text().toStdString(),
+                on<SkinComboBox>(Page::channelConfig, firstSource).currentText().toStdString(),
+                on<QLineEdit>(Page::outputEqualizer, volume).text().toStdString(),
+                on<QLineEdit>(Page::outputGroup, secondGroupGain).text().toStdString(),
+                flag(4).isChecked() ? "on" : "off"};
+    }
+
+ private:
+    static constexpr int firstBand = input_eq_id::firstBandEdit;
+    static constexpr int firstSource = audio_router_id::firstSource;
+    static constexpr int volume = 1081;
+    static constexpr int secondGroupGain = 1399;
+};
+
+TEST_F(SetsOnALine, GoToTheTargetAndComeBackOntoEveryPage) {
     startTarget();
-    toggleLiveMode();
-    tuning.setVolume(-7.0F, true);
-    ASSERT_TRUE(becomesConfirmed());
-    const ImageBytes saved = target->memory().live;
-    click(comm_id::firstSave + 4);
-    EXPECT_EQ(target->memory().sets[4], saved);
-    EXPECT_THAT(words(), StartsWith("confirmed ")) << "saving does not change what plays";
-    toggleLiveMode();
-    tuning.setVolume(-30.0F, true);
-    tuning.setInputBandGain(0, 12.0F, true);
-    click(comm_id::firstLoad + 4);
-    EXPECT_EQ(std::memcmp(&tuning.image(), saved.data(), saved.size()), 0);
-    EXPECT_FLOAT_EQ(tuning.currentParameterSet().inputEqBands[0].gainDb, 0.0F);
-    EXPECT_THAT(words(), StartsWith("last answer "));
-    EXPECT_EQ(light(), Light::off);
+    std::vector<Shown> entered;
+    std::vector<ImageBytes> images;
+    auto expected = target->memory().sets;
+    for (int set = 0; set <= 5; ++set) {
+        enter(set);
+        entered.push_back(whatIsShown());
+        toggleLiveMode();
+        ASSERT_TRUE(passEventsUntil(
+            [&] { return light() == Light::confirmed && !tuning.updatePending() && targetHoldsTheImage(); }));
+        images.push_back(target->memory().live);
+        expected[static_cast<std::size_t>(set)] = images.back();
+        click(comm_id::firstSave + set);
+        EXPECT_EQ(target->memory().sets, expected) << set;
+        EXPECT_THAT(words(), StartsWith("confirmed ")) << "saving does not change what plays";
+        toggleLiveMode();
+    }
+    for (std::size_t control = 0; control + 1 < entered[0].size(); ++control) {
+        std::set<std::string> different;
+        for (const Shown& each : entered) {
+            different.insert(each[control]);
+        }
+        EXPECT_EQ(different.size(), 6U) << "each set has its own: " << control;
+    }
+    enter(6);
+    for (int set = 0; set <= 5; ++set) {
+        const auto index = static_cast<std::size_t>(set);
+        ASSERT_NE(whatIsShown(), entered[index]);
+        click(comm_id::firstLoad + set);
+        EXPECT_EQ(whatIsShown(), entered[index]) << set;
+        EXPECT_SAME_BYTES(comparable(&tuning.image()), comparable(images[index].data()));
+        EXPECT_THAT(words(), StartsWith("last answer "));
+        EXPECT_EQ(light(), Light::off);
+    }
     EXPECT_THAT(shownTexts(), IsEmpty());
 }
 
@@ -124,8 +206,21 @@ TEST_F(OnALine, AnImageIsFlashedWithItsBlocksInTheStatusBar) {
         }
     });
     timer.start(5);
+    LineWatcher watcher(control<TransferLine>(comm_id::transferLine));
     click(comm_id::flashFile);
     timer.stop();
+    std::vector<std::string> told = watcher.texts();
+    ASSERT_FALSE(told.empty());
+    if (told.front() == "No transfer") {
+        told.erase(told.begin());
+    }
+    const auto withTimeLeft = [](const std::string& start) {
+        return ::testing::AllOf(StartsWith(start + ", 0:0"), EndsWith(" left"));
+    };
+    EXPECT_THAT(told, ElementsAre("Block 0 of 6, 0 %", "Block 1 of 6, 16 %", "Block 2 of 6, 33 %",
+                                  "Block 3 of 6, 50 %", withTimeLeft("Block 4 of 6, 66 %"),
+                                  withTimeLeft("Block 5 of 6, 83 %"), withTimeLeft("Block 6 of 6, 100 %"),
+                                  "Done, 6 blocks"));
     EXPECT_THAT(seen, ::testing::IsSupersetOf(
                           {"sending image", "sending image, block 1 of 6", "sending image, block 5 of 6"}));
     EXPECT_EQ(control<TransferLine>(comm_id::transferLine).text(), QStringLiteral("Done, 6 blocks"));
@@ -157,11 +252,10 @@ TEST_F(OnALine, ClipStatesLightTheLampsUntilSwitchedOff) {
     click(clip_id::onOff);
     ASSERT_FALSE(frame->findChild<CClipDetectDlg*>()->isOn());
     target->holdClipState(state);
-    QTest::qWait(100);
-    const int lines = log().lineCount();
-    QTest::qWait(1500);
-    EXPECT_EQ(log().lineCount(), lines) << "nothing is asked any more";
-    EXPECT_FALSE(shows(1387));
+    const int asked = timesSaid("sent the clip state");
+    EXPECT_FALSE(QTest::qWaitFor([&] { return timesSaid("sent the clip state") > asked + 1; }, 4000))
+        << "nothing is asked any more but for a poll that had begun";
+    EXPECT_FALSE(shows(1387)) << "and its answer is dropped";
 }
 
 TEST_F(OnALine, PollingLeavesConfirmedAloneAndEditsGetThrough) {
@@ -174,8 +268,13 @@ TEST_F(OnALine, PollingLeavesConfirmedAloneAndEditsGetThrough) {
     QTimer timer;
     QObject::connect(&timer, &QTimer::timeout, frame.get(), [&] { seen.push_back(words()); });
     timer.start(5);
-    QTest::qWait(1300);
+    const int asked = timesSaid("sent the clip state");
+    const int closed = timesSaid("port closed");
+    ASSERT_TRUE(passEventsUntil([&] {
+        return timesSaid("sent the clip state") >= asked + 2 && timesSaid("port closed") >= closed + 2;
+    }));
     timer.stop();
+    EXPECT_GT(seen.size(), 5U);
     EXPECT_THAT(seen, ::testing::Each(confirmed)) << "a poll asks about something else";
     tuning.setVolume(-9.0F, true);
     EXPECT_EQ(words(), "waiting");

@@ -98,24 +98,6 @@ LogLines PageBench::logLines() {
     return lines;
 }
 
-LogLines PageBench::opened(const std::string& preparation) {
-    return {"ST-->    " + preparation, "ST-->    Connecting to Target", "RX-->    Wait for REQ",
-            "ST-->    Connected to Target"};
-}
-
-LogLines PageBench::disconnected() {
-    return {"ST-->    Disconnect from Target", "TX-->    Send Disconnect Command", "RX-->    Wait for answer",
-            "ST-->    Disconnected from Target"};
-}
-
-LogLines PageBench::joined(std::vector<LogLines> parts) {
-    LogLines all;
-    for (LogLines& part : parts) {
-        all.insert(all.end(), part.begin(), part.end());
-    }
-    return all;
-}
-
 ImageBytes PageBench::imageBytes() const {
     ImageBytes bytes;
     std::memcpy(bytes.data(), &tuning.state.image(), bytes.size());

@@ -14,6 +14,7 @@
 #include "comm/page/communication.h"
 #include "comm/page/log_view.h"
 #include "comm/serial.h"
+#include "comm_page/log_lines.h"
 #include "controls/read_only_edit.h"
 #include "controls/skin_button.h"
 #include "controls/skin_check_box.h"
@@ -24,9 +25,6 @@
 #include "target/device_port.h"
 
 namespace tessavo::testing {
-
-/// Texts of a log, as the page shows them.
-using LogLines = std::vector<std::string>;
 
 /// Lets events pass until the condition holds, at most a minute.
 bool passEventsUntil(const std::function<bool()>& condition);
@@ -97,10 +95,6 @@ class PageBench : public ::testing::Test, private ICommLog {
     /// Switches Live Mode and sends the image as the worker does.
     void goLive();
     [[nodiscard]] LogLines logLines();
-    /// What every exchange logs up to the connection, and from the disconnect on.
-    static LogLines opened(const std::string& preparation);
-    static LogLines disconnected();
-    static LogLines joined(std::vector<LogLines> parts);
 
     [[nodiscard]] ImageBytes imageBytes() const;
     [[nodiscard]] const TargetMemory& memory() const { return device->memory(); }
