@@ -1,16 +1,22 @@
 #include <CLI/CLI.hpp>
 #include <QProcess>
 #include <QTemporaryDir>
+#include <algorithm>
 #include <cstdlib>
 #include <iostream>
 #include <string>
+#include <utility>
+#include <vector>
 
+#include "app/console.h"
 #include "app/demo_run.h"
 #include "app/display.h"
+#include "app/file_type.h"
 #include "app/instance_guard.h"
 #include "app/screenshots.h"
 #include "app/tessavo_app.h"
 #include "app/tessavo_view.h"
+#include "cli/program_arguments.h"
 
 namespace {
 
@@ -18,7 +24,7 @@ using tessavo::CTessavoApp;
 using tessavo::StartOptions;
 
 // Pictures at twice the scale come from a second run of the program: the scale is fixed at its start.
-int picturesAtDoubleScale(const char* program, const StartOptions& options) {
+int picturesAtDoubleScale(const StartOptions& options) {
     QProcess process;
     QStringList arguments{QStringLiteral("--screenshots"), options.screenshots};
     if (options.demo) {
@@ -31,7 +37,7 @@ int picturesAtDoubleScale(const char* program, const StartOptions& options) {
     environment.insert(QStringLiteral("QT_SCALE_FACTOR"), QStringLiteral("2"));
     process.setProcessEnvironment(environment);
     process.setProcessChannelMode(QProcess::ForwardedChannels);
-    process.start(QString::fromLocal8Bit(program), arguments);
+    process.start(QCoreApplication::applicationFilePath(), arguments);
     process.waitForFinished(-1);
     return process.exitStatus() == QProcess::NormalExit ? process.exitCode() : 1;
 }
@@ -51,7 +57,7 @@ int tellProblem(const QString& problem) {
     return 1;
 }
 
-int takePictures(CTessavoApp& app, const StartOptions& options, const char* program) {
+int takePictures(CTessavoApp& app, const StartOptions& options) {
     const bool doubled = qEnvironmentVariable("QT_SCALE_FACTOR") == QStringLiteral("2");
     if (options.demo) {
         const tessavo::DemoRun run = tessavo::sendCurrentSet(app.frame().view(), app.link());
@@ -67,7 +73,7 @@ int takePictures(CTessavoApp& app, const StartOptions& options, const char* prog
     if (!problem.isEmpty()) {
         return tellProblem(problem);
     }
-    return doubled ? 0 : picturesAtDoubleScale(program, options);
+    return doubled ? 0 : picturesAtDoubleScale(options);
 }
 
 // Pictures show the same for everyone, and leave no trace in the person's own profile.
@@ -79,6 +85,7 @@ std::unique_ptr<tessavo::Profile> profileFor(bool pictures, const QTemporaryDir&
 }  // namespace
 
 int main(int argc, char** argv) {
+    tessavo::attachConsole();
     CLI::App cli("Tuning tool for an eight-channel car-audio signal processor", "tessavo");
     std::string file;
     std::string screenshots;
@@ -90,7 +97,10 @@ int main(int argc, char** argv) {
         ->type_name("DIR");
     cli.allow_extras(false);
     try {
-        cli.parse(argc, argv);
+        // The last argument first.
+        std::vector<std::string> arguments = tessavo::cli::programArguments(argc, argv);
+        std::reverse(arguments.begin(), arguments.end());
+        cli.parse(std::move(arguments));
     } catch (const CLI::ParseError& error) {
         return cli.exit(error) == 0 ? 0 : 2;
     }
@@ -122,8 +132,11 @@ int main(int argc, char** argv) {
         app.boxes().showError("Tessavo is already running.\r\nPlease use the window that is open.");
         return 1;
     }
+    if (!pictures) {
+        tessavo::registerFileType();
+    }
     if (!app.InitInstance(options)) {
         return 1;
     }
-    return pictures ? takePictures(app, options, argv[0]) : app.run();
+    return pictures ? takePictures(app, options) : app.run();
 }

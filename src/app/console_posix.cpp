@@ -1,0 +1,7 @@
+#include "app/console.h"
+
+namespace tessavo {
+
+void attachConsole() {}
+
+}  // namespace tessavo
