@@ -9,6 +9,10 @@ namespace {
 
 const QString recentKey = QStringLiteral("recentFiles");
 
+QString wholePath(const QString& path) {
+    return QDir::toNativeSeparators(QFileInfo(path).absoluteFilePath());
+}
+
 }  // namespace
 
 // The key under which a tool of this maker keeps its settings.
@@ -24,7 +28,7 @@ QStringList Profile::recentFiles() const {
 }
 
 void Profile::addRecentFile(const QString& path) {
-    const QString absolute = QFileInfo(path).absoluteFilePath();
+    const QString absolute = wholePath(path);
     QStringList files = recentFiles();
     files.removeAll(absolute);
     files.prepend(absolute);
@@ -34,7 +38,7 @@ void Profile::addRecentFile(const QString& path) {
 void Profile::removeRecentFile(const QString& path) {
     QStringList files = recentFiles();
     files.removeAll(path);
-    files.removeAll(QFileInfo(path).absoluteFilePath());
+    files.removeAll(wholePath(path));
     settings_.setValue(recentKey, files);
 }
 

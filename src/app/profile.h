@@ -18,7 +18,7 @@ class Profile {
     /// A profile in a file of its own.
     explicit Profile(const QString& iniFile);
 
-    /// Newest first, at most four.
+    /// Whole paths as the system writes them; newest first, at most four.
     [[nodiscard]] QStringList recentFiles() const;
     /// Puts a file in front; it stands in the list once.
     void addRecentFile(const QString& path);

@@ -1,6 +1,7 @@
 #include "app/ui_file_dialogs.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
 
@@ -38,7 +39,7 @@ QWidget* UiFileDialogs::owner() const {
 
 std::optional<std::filesystem::path> UiFileDialogs::remembered(const QString& chosen) {
     if (!chosen.isEmpty()) {
-        profile_.setLastFolder(QFileInfo(chosen).absolutePath());
+        profile_.setLastFolder(QDir::toNativeSeparators(QFileInfo(chosen).absolutePath()));
     }
     return pathOf(chosen);
 }
@@ -58,7 +59,7 @@ std::filesystem::path pathOf(const QString& text) {
 }
 
 QString textOf(const std::filesystem::path& path) {
-    return QString::fromStdU16String(path.u16string());
+    return QDir::toNativeSeparators(QString::fromStdU16String(path.u16string()));
 }
 
 }  // namespace tessavo

@@ -30,6 +30,7 @@ class UiFileDialogs : public IFileDialogs {
 [[nodiscard]] QStringList nameFilters(std::string_view filter);
 
 [[nodiscard]] std::filesystem::path pathOf(const QString& text);
+/// With the separators that the system writes.
 [[nodiscard]] QString textOf(const std::filesystem::path& path);
 
 }  // namespace tessavo

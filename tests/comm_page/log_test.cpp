@@ -4,6 +4,8 @@
 #include <QTest>
 #include <QTimer>
 #include <ctime>
+#include <fstream>
+#include <iterator>
 #include <thread>
 
 #include "comm_page/page_bench.h"
@@ -241,8 +243,9 @@ TEST_F(Log, IsSavedAsAText) {
     EXPECT_TRUE(dialogs.asked[0].save);
     EXPECT_EQ(dialogs.asked[0].extension, "txt");
     EXPECT_EQ(dialogs.localeResets, 1);
-    const auto bytes = readFile(folder / "log.txt");
-    EXPECT_EQ(std::string(bytes.begin(), bytes.end()), "TX-->    one\n\nERR-->   three\n");
+    // A text as the system has it, with its line ends.
+    std::ifstream saved(folder / "log.txt");
+    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(saved), {}), "TX-->    one\n\nERR-->   three\n");
     EXPECT_THAT(shown, IsEmpty());
 }
 
