@@ -20,5 +20,7 @@ set(TESSAVO_WINDOW_TEST_HEADERS ${TESSAVO_WINDOW_HEADERS} <QTest> <gmock/gmock.h
 function(tessavo_precompile target)
   if(TESSAVO_PRECOMPILE)
     target_precompile_headers(${target} PRIVATE ${ARGN})
+    # Lets the compiler's cache see which header a source was compiled with.
+    target_compile_options(${target} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-fpch-preprocess>)
   endif()
 endfunction()

@@ -4,6 +4,8 @@ set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 jobs=$(nproc)
+# Only so the compiler's cache serves builds with precompiled headers.
+export CCACHE_SLOPPINESS=pch_defines,time_macros
 
 # configure PRESET [-DOPTION=VALUE...]
 # These options may stand in the environment, as CI has them.
@@ -20,6 +22,30 @@ configure() {
 build() {
     configure "$@"
     cmake --build "build/$1" --parallel "$jobs"
+}
+
+# Where the window toolkit for Windows stands, or will; scripts/windows-qt builds it.
+windows_qt_folder() {
+    echo "${TESSAVO_WINDOWS_QT:-${XDG_CACHE_HOME:-$HOME/.cache}/tessavo/qt6-mingw}"
+}
+
+# Where Debian keeps the build descriptions of this machine's own window toolkit.
+host_cmake_folder() {
+    echo "/usr/lib/$(dpkg-architecture -qDEB_HOST_MULTIARCH 2>/dev/null || gcc -dumpmachine)/cmake"
+}
+
+# Wine with a folder of its own, which prepare_wine makes.
+use_wine() {
+    export WINEPREFIX=$1
+    export WINEDEBUG=-all WINEDLLOVERRIDES='mscoree=;mshtml='
+    wineserver=$(command -v wineserver || command -v wineserver-stable)
+}
+prepare_wine() {
+    [ -d "$WINEPREFIX/drive_c" ] || quiet "Preparing Wine" timeout -k 10 180 wine wineboot -i
+}
+# Ends this folder's server only.
+end_wine() {
+    "$wineserver" -k || true
 }
 
 # quiet LABEL COMMAND...: runs a command, showing its output only when it fails.
