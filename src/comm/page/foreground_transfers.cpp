@@ -1,5 +1,6 @@
 #include "comm/page/foreground_transfers.h"
 
+#include <QAbstractEventDispatcher>
 #include <QCoreApplication>
 #include <QEventLoop>
 #include <atomic>
@@ -55,6 +56,9 @@ bool ForegroundTransfers::run(Activity activity, std::size_t blocks, const std::
         }
         // The lines logged before the end.
         QCoreApplication::sendPostedEvents();
+        // The loop that runs around this command may have been told to end, and the one above took the
+        // notice: it looks again instead of waiting for the next event.
+        QAbstractEventDispatcher::instance()->wakeUp();
     }
     activity_ = Activity::none;
     emit ended(success);
