@@ -39,7 +39,7 @@ constexpr int farthestMiddle = 1'000'000'000;
 // As many digits as the box has room for.
 QString limitText(double value, const NumberEdit& box) {
     for (int digits = limitDigits; digits > 1; --digits) {
-        const QString text = QString::fromStdString(shortNumber(value, digits));
+        QString text = QString::fromStdString(shortNumber(value, digits));
         if (box.neededWidth(text) <= box.width()) {
             return text;
         }
