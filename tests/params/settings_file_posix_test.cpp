@@ -1,6 +1,10 @@
+#include <algorithm>
+#include <array>
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <poll.h>
+#include <string>
 #include <sys/stat.h>
 #include <thread>
 #include <unistd.h>
@@ -145,18 +149,33 @@ TEST_F(SettingsFilePosix, SaveThroughALinkIntoAMissingFolderLeavesTheLink) {
 }
 
 TEST_F(SettingsFilePosix, SaveKeepsTheTailOfAFileThatAppearsMeanwhile) {
-    // A pipe under the name of the bytes on their way holds the save until somebody reads.
+    // A pipe under the name of the bytes on their way takes fewer than are saved, so that the save waits for
+    // somebody to read the rest.
     const std::filesystem::path held = folder_ / ("new.eqs.part-" + std::to_string(getpid()));
     ASSERT_EQ(mkfifo(held.c_str(), 0600), 0);
+    const int pipe = open(held.c_str(), O_RDWR | O_CLOEXEC);
+    ASSERT_GE(pipe, 0);
+    ASSERT_GE(fcntl(pipe, F_SETPIPE_SZ, 4096), 4096);
+    ASSERT_LT(fcntl(pipe, F_GETPIPE_SZ), 10600);
     menu_.dialogs.answer = folder_ / "new.eqs";
+    std::size_t heldBytes = 0;
     std::thread other([&] {
+        constexpr int longEnoughMs = 60000;
+        pollfd some{pipe, POLLIN, 0};
+        if (poll(&some, 1, longEnoughMs) != 1) {
+            return;
+        }
         writeFile(folder_ / "new.eqs", Bytes(12000, 9));
-        EXPECT_EQ(readFile(held).size(), 10600U);
+        std::array<char, 4096> bytes{};
+        while (heldBytes < 10600 && poll(&some, 1, longEnoughMs) == 1) {
+            heldBytes +=
+                static_cast<std::size_t>(std::max<ssize_t>(read(pipe, bytes.data(), bytes.size()), 0));
+        }
     });
     menu_.commands.saveSettings();
-    // Lets go of a reader whom nobody wrote to.
-    close(open(held.c_str(), O_WRONLY | O_NONBLOCK));
     other.join();
+    close(pipe);
+    EXPECT_EQ(heldBytes, 10600U);
     ASSERT_TRUE(std::filesystem::is_regular_file(folder_ / "new.eqs"));
     Bytes expected = menu_.tuning.store();
     expected.resize(12000, 9);
