@@ -363,6 +363,40 @@ TEST_F(PlotWindow, AppearsInTheMiddleOfTheScreen) {
     EXPECT_LE(std::abs(away.y()), std::max(1, plot_.height() - plot_.screen()->availableGeometry().height()));
 }
 
+TEST_F(PlotWindow, OnASmallScreenTheChartGivesWayAndEveryControlStaysInside) {
+    for (const QSize room : {QSize(683, 384), QSize(800, 480), QSize(1280, 400), QSize(640, 1024)}) {
+        SCOPED_TRACE(::testing::Message() << room.width() << " x " << room.height());
+        plot_.fitInto(room);
+        EXPECT_LE(plot_.width(), room.width() - 8);
+        EXPECT_LE(plot_.height(), room.height() - 32);
+        EXPECT_EQ(plot_.minimumSize(), plot_.maximumSize());
+        const QList<QWidget*> parts = plot_.findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly);
+        EXPECT_EQ(parts.size(), 7);
+        for (const QWidget* part : parts) {
+            EXPECT_TRUE(plot_.rect().adjusted(12, 12, -12, -12).contains(part->geometry()));
+            for (const QWidget* other : parts) {
+                EXPECT_TRUE(part == other || !part->geometry().intersects(other->geometry()));
+            }
+        }
+        EXPECT_GE(plot_.findChild<CBitmapSlider*>()->height(), 98);
+    }
+}
+
+TEST_F(PlotWindow, ALargerScreenGivesItsOwnSizeBack) {
+    const QRect slider = plot_.findChild<CBitmapSlider*>()->geometry();
+    EXPECT_EQ(slider, QRect(885, 74, 30, 274));
+    plot_.fitInto({683, 384});
+    EXPECT_NE(plot_.findChild<CBitmapSlider*>()->geometry(), slider);
+    plot_.fitInto({5000, 5000});
+    EXPECT_EQ(plot_.size(), CPlotDlg::pixelSize);
+    EXPECT_EQ(plot_.findChild<CBitmapSlider*>()->geometry(), slider);
+}
+
+TEST_F(PlotWindow, NoScreenIsTooSmall) {
+    plot_.fitInto({1, -7});
+    EXPECT_EQ(plot_.size(), CPlotDlg::leastSize);
+}
+
 TEST_F(PlotWindow, AHiddenWindowTakesCurvesToo) {
     plot_.hide();
     plot_.setCurve(flatCurve(-9));

@@ -63,26 +63,20 @@ CPlotDlg::CPlotDlg(IChartHost& host, QWidget* parent)
     : CDialogSK(parent),
       host_(host),
       view_(new CChartView(chart_, host, this)),
+      maximumLabel_(makeLabel(QStringLiteral("Max"), this)),
       maximum_(new NumberEdit(maximumId, this)),
       slider_(new CBitmapSlider(Qt::Vertical, sliderId, this)),
+      minimumLabel_(makeLabel(QStringLiteral("Min"), this)),
       minimum_(new NumberEdit(minimumId, this)),
       set_(new CxSkinButton(QStringLiteral("SET"), setId, this)) {
     setWindowFlags(Qt::Dialog | Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint);
     setWindowTitle(QStringLiteral("Plot"));
-    setFixedSize(pixelSize);
     setUpResponseAxes(chart_);
-    view_->setGeometry(12, 12, 834, 472);
     view_->setAccessibleName(QStringLiteral("Frequency response"));
-    CColorControl* const maximumLabel = makeLabel(QStringLiteral("Max"), this);
-    CColorControl* const minimumLabel = makeLabel(QStringLiteral("Min"), this);
-    maximumLabel->setFont(theme::font(12));
-    minimumLabel->setFont(theme::font(12));
-    maximumLabel->setGeometry(858, 12, 84, 16);
-    maximum_->setGeometry(858, 32, 84, 26);
-    slider_->setGeometry(885, 74, 30, 274);
-    minimumLabel->setGeometry(858, 364, 84, 16);
-    minimum_->setGeometry(858, 384, 84, 26);
-    set_->setGeometry(858, 456, 84, 28);
+    for (CColorControl* const label : {maximumLabel_, minimumLabel_}) {
+        label->setFont(theme::font(12));
+    }
+    layOut(pixelSize);
     maximum_->setAccessibleName(QStringLiteral("Max"));
     minimum_->setAccessibleName(QStringLiteral("Min"));
     slider_->setAccessibleName(QStringLiteral("Middle of the dB range"));
@@ -124,10 +118,30 @@ void CPlotDlg::clearCurve() {
     chart_.replaceDataSet(curveIdentifier_, {}, dimensions);
 }
 
+void CPlotDlg::fitInto(QSize room) {
+    // What caption and frame take on usual desktops.
+    constexpr QSize around(8, 32);
+    layOut((room - around).boundedTo(pixelSize).expandedTo(leastSize));
+}
+
+void CPlotDlg::layOut(QSize size) {
+    setFixedSize(size);
+    view_->setGeometry(12, 12, size.width() - 120, size.height() - 24);
+    const int column = size.width() - 96;
+    const int bottom = size.height();
+    maximumLabel_->setGeometry(column, 12, 84, 16);
+    maximum_->setGeometry(column, 32, 84, 26);
+    slider_->setGeometry(column + 27, 74, 30, bottom - 222);
+    minimumLabel_->setGeometry(column, bottom - 132, 84, 16);
+    minimum_->setGeometry(column, bottom - 112, 84, 26);
+    set_->setGeometry(column, bottom - 40, 84, 28);
+}
+
 void CPlotDlg::showCentred() {
     const QScreen* const onScreen = parentWidget() != nullptr ? parentWidget()->screen() : screen();
-    show();
     const QRect available = onScreen->availableGeometry();
+    fitInto(available.size());
+    show();
     QRect frame = frameGeometry();
     frame.moveCenter(available.center());
     // On a screen that is too small the caption has to stay within reach.

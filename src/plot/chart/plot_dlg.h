@@ -8,6 +8,7 @@
 namespace tessavo {
 
 class CBitmapSlider;
+class CColorControl;
 class CxSkinButton;
 class NumberEdit;
 
@@ -19,6 +20,8 @@ class CPlotDlg : public CDialogSK, public ICurveDisplay {
  public:
     static constexpr QRgb curveColor = 0xFF1C86EE;
     static constexpr QSize pixelSize{954, 496};
+    /// What it keeps on the smallest screen.
+    static constexpr QSize leastSize{480, 320};
 
     /// \param host outlives the window
     explicit CPlotDlg(IChartHost& host, QWidget* parent = nullptr);
@@ -31,7 +34,9 @@ class CPlotDlg : public CDialogSK, public ICurveDisplay {
     [[nodiscard]] int curveIdentifier() const { return curveIdentifier_; }
 
     [[nodiscard]] CXYChart& chart() { return chart_; }
-    /// Shows the window in the middle of its screen.
+    /// Makes the chart give way where the screen has less room than pixelSize and the frame around it take.
+    void fitInto(QSize room);
+    /// Shows the window in the middle of its screen, fitted into it.
     void showCentred();
 
  signals:
@@ -44,6 +49,7 @@ class CPlotDlg : public CDialogSK, public ICurveDisplay {
     void reject() override;
 
  private:
+    void layOut(QSize size);
     void applyRange();
     void scrollTo(int position);
     void showRange();
@@ -52,8 +58,10 @@ class CPlotDlg : public CDialogSK, public ICurveDisplay {
     IChartHost& host_;
     CXYChart chart_;
     CChartView* view_;
+    CColorControl* maximumLabel_;
     NumberEdit* maximum_;
     CBitmapSlider* slider_;
+    CColorControl* minimumLabel_;
     NumberEdit* minimum_;
     CxSkinButton* set_;
     int curveIdentifier_ = -1;
