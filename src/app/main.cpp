@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <iostream>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -77,9 +78,9 @@ int takePictures(CTessavoApp& app, const StartOptions& options) {
 }
 
 // Pictures show the same for everyone, and leave no trace in the person's own profile.
-std::unique_ptr<tessavo::Profile> profileFor(bool pictures, const QTemporaryDir& folder) {
-    return pictures ? std::make_unique<tessavo::Profile>(folder.filePath(QStringLiteral("profile.ini")))
-                    : nullptr;
+std::unique_ptr<tessavo::Profile> profileIn(const std::optional<QTemporaryDir>& folder) {
+    return folder ? std::make_unique<tessavo::Profile>(folder->filePath(QStringLiteral("profile.ini")))
+                  : nullptr;
 }
 
 }  // namespace
@@ -117,8 +118,11 @@ int main(int argc, char** argv) {
     const StartOptions options{QString::fromStdString(file), demo, QString::fromStdString(screenshots)};
     QGuiApplication::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
     const QtMessageHandler usual = qInstallMessageHandler(endWithoutDisplay);
-    const QTemporaryDir folder;
-    CTessavoApp app(argc, argv, profileFor(pictures, folder),
+    std::optional<QTemporaryDir> folder;
+    if (pictures) {
+        folder.emplace();
+    }
+    CTessavoApp app(argc, argv, profileIn(folder),
                     pictures ? tessavo::Attendance::nobody : tessavo::Attendance::person);
     qInstallMessageHandler(usual);
     // A box would not be readable either.
