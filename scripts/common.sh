@@ -37,6 +37,8 @@ host_cmake_folder() {
 # Wine with a folder of its own, which prepare_wine makes.
 use_wine() {
     export WINEPREFIX=$1
+    # In a plain C locale Wine knows file names in ASCII only.
+    export LC_ALL=C.UTF-8
     export WINEDEBUG=-all WINEDLLOVERRIDES='mscoree=;mshtml='
     wineserver=$(command -v wineserver || command -v wineserver-stable)
 }
