@@ -15,6 +15,8 @@ class InstanceGuard {
     [[nodiscard]] bool isFirst() const { return first_; }
 
  private:
+    [[nodiscard]] bool bearsOwnNumber() const;
+
     QLockFile lock_;
     bool first_ = true;
 };

@@ -307,5 +307,21 @@ TEST(InstanceGuardTest, TheFileOfAProgramThatWasKilledIsNoHindrance) {
     EXPECT_TRUE(guard.isFirst());
 }
 
+TEST(InstanceGuardTest, NeitherIsThatOfAKilledProgramWhoseNumberThisOneHasNow) {
+    const TemporaryFolder folder;
+    std::string contents;
+    {
+        const InstanceGuard running(textOf(folder.path()));
+        const auto bytes = readFile(folder / "tessavo.lock");
+        contents.assign(bytes.begin(), bytes.end());
+    }
+    EXPECT_FALSE(std::filesystem::exists(folder / "tessavo.lock"));
+    std::ofstream(folder / "tessavo.lock", std::ios::binary) << contents;
+    const InstanceGuard guard(textOf(folder.path()));
+    EXPECT_TRUE(guard.isFirst());
+    const InstanceGuard second(textOf(folder.path()));
+    EXPECT_FALSE(second.isFirst());
+}
+
 }  // namespace
 }  // namespace tessavo::testing
