@@ -4,6 +4,15 @@
 
 namespace tessavo {
 
+bool serial_frame::isPossible(std::uint32_t baudRate, std::uint8_t dataBits, int parity,
+                              std::uint8_t stopBits) {
+    constexpr std::uint8_t fewestDataBits = 5;
+    constexpr std::uint8_t mostDataBits = 8;
+    const std::uint8_t longStop = dataBits == fewestDataBits ? stopBitsOneAndHalf : stopBitsTwo;
+    return baudRate != 0 && dataBits >= fewestDataBits && dataBits <= mostDataBits && parity >= parityNone &&
+           parity <= paritySpace && (stopBits == stopBitsOne || stopBits == longStop);
+}
+
 std::uint32_t CSerial::SetEventChar(std::uint8_t character, bool adjustMask) {
     const std::uint32_t result = storeEventChar(character);
     if (result != serial_result::success || !adjustMask) {

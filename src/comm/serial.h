@@ -39,6 +39,10 @@ inline constexpr int paritySpace = 4;
 inline constexpr std::uint8_t stopBitsOne = 0;
 inline constexpr std::uint8_t stopBitsOneAndHalf = 1;
 inline constexpr std::uint8_t stopBitsTwo = 2;
+
+/// Whether any device can have it: only 5 data bits take one and a half stop bits, and they take no two.
+[[nodiscard]] bool isPossible(std::uint32_t baudRate, std::uint8_t dataBits, int parity,
+                              std::uint8_t stopBits);
 }  // namespace serial_frame
 
 /// Bits of the event mask.
@@ -121,8 +125,9 @@ class CSerial {
     /// Writes all bytes within the time-out, or returns `timeout`; `written` tells how many left.
     virtual std::uint32_t Write(const void* data, std::size_t size, std::uint32_t* written = nullptr,
                                 SerialOverlapped* overlapped = nullptr, std::uint32_t timeoutMs = infinite);
-    /// With blocking read time-outs waits for the full count, or returns `timeout`; `read` tells how many
-    /// came. With non-blocking read time-outs takes what is there.
+    /// With blocking read time-outs waits for the full count, or returns an error: `timeout`, or what the
+    /// system tells of a device that vanished. `read` tells how many came. With non-blocking read time-outs
+    /// takes what is there.
     virtual std::uint32_t Read(void* data, std::size_t size, std::uint32_t* read = nullptr,
                                SerialOverlapped* overlapped = nullptr, std::uint32_t timeoutMs = infinite);
 
@@ -133,7 +138,9 @@ class CSerial {
     virtual void ClearCancel();
 
     /// Waits for an operation that was started with an overlapped structure and tells how many bytes it moved
-    /// in all. On `timeout` and `operationAborted` the operation is over too.
+    /// in all. On `timeout` and `operationAborted` it is over for the caller too, who may free the buffer. A
+    /// driver that does not end an operation when told to is not waited for: then `count` is 0, and every
+    /// later operation of this opening gives `ioDevice`. So it is in Read, Write and WaitEvent.
     /// \return `invalidArgument` when the structure holds no operation of this port
     virtual std::uint32_t Complete(SerialOverlapped& overlapped, std::uint32_t* count = nullptr,
                                    std::uint32_t timeoutMs = infinite);
@@ -144,13 +151,16 @@ class CSerial {
     [[nodiscard]] std::uint32_t eventType() const { return eventType_; }
 
  protected:
+    struct Native;
+    /// For tests that put calls of their own in the place of the system's.
+    explicit CSerial(std::unique_ptr<Native> native);
+
     std::uint32_t lastError_ = 0;
     std::uint32_t eventType_ = 0;
     std::uint32_t eventMask_ = 0;
 
  private:
     friend class SerialOverlapped;
-    struct Native;
     static constexpr std::size_t largestTransfer = 0x7FFFFFFF;
 
     [[nodiscard]] bool isOpen() const;

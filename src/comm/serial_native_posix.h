@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <poll.h>
 #include <sys/eventfd.h>
+#include <utility>
 
 #include "comm/serial.h"
 #include "comm/serial_overlapped.h"
@@ -32,6 +33,9 @@ struct CSerial::Native {
     using Operation = SerialOverlapped::Native;
     using Kind = Operation::Kind;
 
+    explicit Native(tty::LineControl control = tty::systemLineControl()) : lineControl(std::move(control)) {}
+
+    tty::LineControl lineControl;
     tty::Descriptor device;
     // Readable while cancelled: flag and wake-up in one.
     tty::Descriptor cancel{::eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC)};

@@ -147,7 +147,9 @@ std::uint32_t CSerial::Native::perform(Operation& operation, Operation* kept, st
     return result;
 }
 
-CSerial::CSerial() : native_(std::make_unique<Native>()) {}
+CSerial::CSerial() : CSerial(std::make_unique<Native>()) {}
+
+CSerial::CSerial(std::unique_ptr<Native> native) : native_(std::move(native)) {}
 
 CSerial::~CSerial() {
     CSerial::Close();

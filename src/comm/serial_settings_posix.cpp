@@ -56,7 +56,7 @@ std::uint32_t CSerial::Setup(std::uint32_t baudRate, std::uint8_t dataBits, int 
     if (lastError_ != serial_result::success) {
         static_cast<void>(tty::writeSettings(device, former));
     } else if (dtrMode == 1) {
-        tty::driveLines(device, TIOCM_DTR, TIOCM_RTS);
+        tty::driveLines(native_->lineControl, device, TIOCM_DTR, TIOCM_RTS);
     }
     return lastError_;
 }
@@ -93,7 +93,7 @@ std::uint32_t CSerial::SetupHandshaking(int mode) {
     }
     if (lastError_ == serial_result::success) {
         constexpr int bothLines = TIOCM_DTR | TIOCM_RTS;
-        tty::driveLines(device, mode == handshakeHardware ? bothLines : 0,
+        tty::driveLines(native_->lineControl, device, mode == handshakeHardware ? bothLines : 0,
                         mode == handshakeHardware ? 0 : bothLines);
     }
     return lastError_;

@@ -8,9 +8,9 @@ using win32::resultOf;
 
 namespace {
 
-std::uint32_t readControl(HANDLE file, DCB& control) {
+std::uint32_t readControl(const win32::SerialCalls& calls, HANDLE file, DCB& control) {
     control.DCBlength = sizeof control;
-    return file == nullptr ? serial_result::invalidHandle : resultOf(GetCommState(file, &control));
+    return file == nullptr ? serial_result::invalidHandle : resultOf(calls.getCommState(file, &control));
 }
 
 }  // namespace
@@ -20,11 +20,12 @@ std::uint32_t CSerial::Setup(std::uint32_t baudRate, std::uint8_t dataBits, int 
     if (!isOpen()) {
         return lastError_ = serial_result::invalidHandle;
     }
-    if (parity < serial_frame::parityNone || parity > serial_frame::paritySpace) {
+    // Not every driver refuses them.
+    if (!serial_frame::isPossible(baudRate, dataBits, parity, stopBits)) {
         return lastError_ = serial_result::invalidParameter;
     }
     DCB control{};
-    lastError_ = readControl(native_->file.get(), control);
+    lastError_ = readControl(*native_->calls, native_->handle(), control);
     if (lastError_ == serial_result::success) {
         control.BaudRate = baudRate;
         control.ByteSize = dataBits;
@@ -35,26 +36,26 @@ std::uint32_t CSerial::Setup(std::uint32_t baudRate, std::uint8_t dataBits, int 
             control.fDtrControl = DTR_CONTROL_ENABLE;
             control.fRtsControl = RTS_CONTROL_DISABLE;
         }
-        lastError_ = resultOf(SetCommState(native_->file.get(), &control));
+        lastError_ = resultOf(native_->calls->setCommState(native_->handle(), &control));
     }
     return lastError_;
 }
 
 std::uint32_t CSerial::storeEventChar(std::uint8_t character) {
     DCB control{};
-    if (const std::uint32_t result = readControl(native_->file.get(), control);
+    if (const std::uint32_t result = readControl(*native_->calls, native_->handle(), control);
         result != serial_result::success) {
         return result;
     }
     control.EvtChar = static_cast<char>(character);
-    return resultOf(SetCommState(native_->file.get(), &control));
+    return resultOf(native_->calls->setCommState(native_->handle(), &control));
 }
 
 std::uint32_t CSerial::SetMask(std::uint32_t eventMask) {
     if (!isOpen()) {
         return lastError_ = serial_result::invalidHandle;
     }
-    lastError_ = resultOf(SetCommMask(native_->file.get(), eventMask));
+    lastError_ = resultOf(native_->calls->setCommMask(native_->handle(), eventMask));
     if (lastError_ == serial_result::success) {
         eventMask_ = eventMask;
     }
@@ -69,7 +70,7 @@ std::uint32_t CSerial::SetupHandshaking(int mode) {
         return lastError_ = serial_result::invalidArgument;
     }
     DCB control{};
-    lastError_ = readControl(native_->file.get(), control);
+    lastError_ = readControl(*native_->calls, native_->handle(), control);
     if (lastError_ == serial_result::success) {
         const bool hardware = mode == handshakeHardware;
         const bool software = mode == handshakeSoftware;
@@ -79,7 +80,7 @@ std::uint32_t CSerial::SetupHandshaking(int mode) {
         control.fRtsControl = hardware ? RTS_CONTROL_HANDSHAKE : RTS_CONTROL_DISABLE;
         control.fOutX = software ? 1 : 0;
         control.fInX = software ? 1 : 0;
-        lastError_ = resultOf(SetCommState(native_->file.get(), &control));
+        lastError_ = resultOf(native_->calls->setCommState(native_->handle(), &control));
     }
     return lastError_;
 }
@@ -92,31 +93,34 @@ std::uint32_t CSerial::SetupReadTimeouts(int mode) {
         return lastError_ = serial_result::invalidArgument;
     }
     COMMTIMEOUTS timeouts{};
-    lastError_ = resultOf(GetCommTimeouts(native_->file.get(), &timeouts));
+    lastError_ = resultOf(native_->calls->getCommTimeouts(native_->handle(), &timeouts));
     if (lastError_ == serial_result::success) {
         timeouts.ReadIntervalTimeout = mode == nonBlocking ? MAXDWORD : 0;
         timeouts.ReadTotalTimeoutMultiplier = 0;
         timeouts.ReadTotalTimeoutConstant = 0;
-        lastError_ = resultOf(SetCommTimeouts(native_->file.get(), &timeouts));
+        lastError_ = resultOf(native_->calls->setCommTimeouts(native_->handle(), &timeouts));
+    }
+    if (lastError_ == serial_result::success) {
+        native_->blockingReads = mode == blocking;
     }
     return lastError_;
 }
 
 int CSerial::GetBaudrate() {
     DCB control{};
-    lastError_ = readControl(native_->file.get(), control);
+    lastError_ = readControl(*native_->calls, native_->handle(), control);
     return lastError_ == serial_result::success ? static_cast<int>(control.BaudRate) : -1;
 }
 
 int CSerial::GetDataBits() {
     DCB control{};
-    lastError_ = readControl(native_->file.get(), control);
+    lastError_ = readControl(*native_->calls, native_->handle(), control);
     return lastError_ == serial_result::success ? control.ByteSize : -1;
 }
 
 int CSerial::GetParity() {
     DCB control{};
-    lastError_ = readControl(native_->file.get(), control);
+    lastError_ = readControl(*native_->calls, native_->handle(), control);
     if (lastError_ != serial_result::success) {
         return -1;
     }
@@ -125,13 +129,13 @@ int CSerial::GetParity() {
 
 int CSerial::GetStopBits() {
     DCB control{};
-    lastError_ = readControl(native_->file.get(), control);
+    lastError_ = readControl(*native_->calls, native_->handle(), control);
     return lastError_ == serial_result::success ? control.StopBits : -1;
 }
 
 int CSerial::GetHandshaking() {
     DCB control{};
-    lastError_ = readControl(native_->file.get(), control);
+    lastError_ = readControl(*native_->calls, native_->handle(), control);
     if (lastError_ != serial_result::success) {
         return -1;
     }
@@ -143,7 +147,7 @@ int CSerial::GetHandshaking() {
 
 std::uint8_t CSerial::GetEventChar() {
     DCB control{};
-    lastError_ = readControl(native_->file.get(), control);
+    lastError_ = readControl(*native_->calls, native_->handle(), control);
     return lastError_ == serial_result::success ? static_cast<std::uint8_t>(control.EvtChar)
                                                 : std::uint8_t{0};
 }

@@ -1,14 +1,14 @@
 #include <windows.h>
 
+#include <algorithm>
 #include <array>
+#include <cstring>
 #include <string_view>
 
 #include "comm/serial_native_win32.h"
 
 namespace tessavo {
 
-using win32::Handle;
-using win32::newEvent;
 using win32::resultOf;
 
 namespace {
@@ -45,97 +45,154 @@ std::uint32_t maskResult(BOOL done) {
 SerialOverlapped::SerialOverlapped() : native_(std::make_unique<Native>()) {}
 
 SerialOverlapped::~SerialOverlapped() {
-    if (native_->file != nullptr) {
-        // Until it is over, the system writes to the structure.
-        DWORD count = 0;
-        CancelIoEx(native_->file, &native_->io);
-        GetOverlappedResult(native_->file, &native_->io, &count, TRUE);
+    if (native_->kind != Native::Kind::none) {
+        native_->end();
     }
 }
 
-bool CSerial::Native::abandon(OVERLAPPED& io, DWORD size, DWORD& count) const {
-    CancelIoEx(file.get(), &io);
-    return GetOverlappedResult(file.get(), &io, &count, TRUE) != 0 && count >= size;
+bool SerialOverlapped::Native::end() {
+    const std::shared_ptr<win32::Opening> port = opening.lock();
+    if (port != nullptr) {
+        calls->cancelIoEx(port->file.get(), &block->io);
+    }
+    const HANDLE over = block->event.get();
+    if (calls->waitForMultipleObjects(1, &over, FALSE, win32::cancelPatienceMs) == WAIT_OBJECT_0) {
+        return true;
+    }
+    win32::leaveBehind(std::move(block));
+    if (port != nullptr) {
+        port->stuck = true;
+    }
+    return false;
 }
 
-std::uint32_t CSerial::Native::await(OVERLAPPED& io, DWORD size, std::uint32_t timeoutMs,
-                                     DWORD& count) const {
-    const std::array<HANDLE, 2> ends{io.hEvent, stop.get()};
-    const DWORD ended =
-        WaitForMultipleObjects(static_cast<DWORD>(ends.size()), ends.data(), FALSE, timeoutMs);
-    if (ended == WAIT_OBJECT_0) {
-        return resultOf(GetOverlappedResult(file.get(), &io, &count, FALSE));
-    }
-    std::uint32_t result = serial_result::timeout;
-    if (ended == WAIT_OBJECT_0 + 1) {
-        result = serial_result::operationAborted;
-    } else if (ended != WAIT_TIMEOUT) {
-        result = GetLastError();
-    }
-    return abandon(io, size, count) ? serial_result::success : result;
+std::uint32_t SerialOverlapped::Native::judged(std::uint32_t result) const {
+    const bool shortened = result == serial_result::success && whole && moved < size;
+    // Nobody cancelled it: so end the transfers of a device that was pulled out.
+    const bool dropped = result == serial_result::operationAborted && kind != Kind::event;
+    return shortened || dropped ? serial_result::ioDevice : result;
 }
 
-template <typename Start>
-std::uint32_t CSerial::Native::perform(Start start, DWORD size, std::uint32_t timeoutMs, DWORD& count) const {
-    if (!event.valid()) {
-        return resultOf(start(nullptr, count));
+void SerialOverlapped::Native::take() {
+    if (kind == Kind::read && moved != 0) {
+        std::memcpy(in, block->bytes.get(), std::min(moved, size));
     }
-    OVERLAPPED io{};
-    io.hEvent = event.get();
-    if (start(&io, count) != 0) {
-        SetEvent(event.get());
-        return serial_result::success;
-    }
-    const std::uint32_t result = GetLastError();
-    // A failed start has no outcome to wait for.
-    return result == ERROR_IO_PENDING ? await(io, size, timeoutMs, count) : result;
+    eventType = block->eventType;
 }
 
-template <typename Start>
-std::uint32_t CSerial::Native::hand(Start start, DWORD size, bool isEvent, Operation& kept,
-                                    DWORD& count) const {
-    if (kept.file != nullptr) {
-        return serial_result::busy;
-    }
-    if (!kept.event.valid()) {
-        return serial_result::notEnoughMemory;
-    }
-    kept.io = OVERLAPPED{};
-    kept.io.hEvent = kept.event.get();
-    if (start(&kept.io, count) != 0) {
-        SetEvent(kept.event.get());
-    } else if (const std::uint32_t result = GetLastError(); result != ERROR_IO_PENDING) {
-        return result;
-    }
-    kept.file = file.get();
-    kept.opening = opening;
-    kept.size = size;
-    kept.isEvent = isEvent;
-    return serial_result::success;
-}
-
-template <typename Start>
-std::uint32_t CSerial::Native::transfer(Start start, std::size_t size, Operation* kept,
-                                        std::uint32_t timeoutMs, std::uint32_t& moved) const {
-    const auto wanted = static_cast<DWORD>(size);
-    DWORD count = 0;
+std::uint32_t SerialOverlapped::Native::fetch() {
+    const std::shared_ptr<win32::Opening> port = opening.lock();
     const std::uint32_t result =
-        kept != nullptr ? hand(start, wanted, false, *kept, count) : perform(start, wanted, timeoutMs, count);
-    moved = count;
+        port == nullptr ? serial_result::invalidHandle
+                        : resultOf(calls->getOverlappedResult(port->file.get(), &block->io, &moved, FALSE));
+    take();
     return result;
 }
 
-CSerial::CSerial() : native_(std::make_unique<Native>()) {}
+CSerial::Native::Operation CSerial::Native::operation(Kind kind, std::size_t size) const {
+    Operation made;
+    made.kind = kind;
+    made.size = static_cast<DWORD>(size);
+    made.whole = kind == Kind::read && blockingReads;
+    made.opening = opening;
+    made.calls = calls;
+    return made;
+}
+
+std::uint32_t CSerial::Native::begin(Operation& operation, bool& pending) const {
+    win32::Block* const block = operation.block.get();
+    if (overlapped && (block == nullptr || !block->prepare(operation.size))) {
+        return serial_result::notEnoughMemory;
+    }
+    OVERLAPPED* const io = block == nullptr ? nullptr : &block->io;
+    BOOL done = FALSE;
+    if (operation.kind == Kind::read) {
+        void* const into = block == nullptr ? operation.in : block->bytes.get();
+        done = calls->readFile(handle(), into, operation.size, &operation.moved, io);
+    } else if (operation.kind == Kind::write) {
+        const void* from = operation.out;
+        if (block != nullptr && operation.size != 0) {
+            from = std::memcpy(block->bytes.get(), operation.out, operation.size);
+        }
+        done = calls->writeFile(handle(), from, operation.size, &operation.moved, io);
+    } else {
+        DWORD* const type = block == nullptr ? &operation.eventType : &block->eventType;
+        done = calls->waitCommEvent(handle(), type, io);
+    }
+    const std::uint32_t result = resultOf(done);
+    pending = block != nullptr && result == ERROR_IO_PENDING;
+    if (block != nullptr && result == serial_result::success) {
+        SetEvent(block->event.get());
+        operation.take();
+    }
+    return pending ? serial_result::success : operation.judged(result);
+}
+
+std::uint32_t CSerial::Native::await(Operation& operation, std::uint32_t timeoutMs) const {
+    const std::array<HANDLE, 2> ends{operation.block->event.get(), stop.get()};
+    const DWORD ended =
+        calls->waitForMultipleObjects(static_cast<DWORD>(ends.size()), ends.data(), FALSE, timeoutMs);
+    if (ended == WAIT_OBJECT_0) {
+        return operation.judged(operation.fetch());
+    }
+    std::uint32_t reason = serial_result::timeout;
+    if (ended == WAIT_OBJECT_0 + 1) {
+        reason = serial_result::operationAborted;
+    } else if (ended != WAIT_TIMEOUT) {
+        reason = GetLastError();
+    }
+    if (!operation.end()) {
+        return reason;
+    }
+    // It may have come to its own end in the last moment; bytes that it moved count in any case.
+    const std::uint32_t result = operation.fetch();
+    return result == serial_result::success && operation.moved >= operation.size ? result : reason;
+}
+
+std::uint32_t CSerial::Native::perform(Operation& operation, std::uint32_t timeoutMs) {
+    bool pending = false;
+    operation.block = std::move(ownBlock);
+    std::uint32_t result = begin(operation, pending);
+    if (pending) {
+        result = await(operation, timeoutMs);
+    }
+    ownBlock = std::move(operation.block);
+    return result;
+}
+
+std::uint32_t CSerial::Native::hand(Operation& operation, Operation& kept) const {
+    if (kept.kind != Kind::none) {
+        return serial_result::busy;
+    }
+    bool pending = false;
+    operation.block = std::make_unique<win32::Block>();
+    const std::uint32_t result = begin(operation, pending);
+    if (result == serial_result::success) {
+        kept = std::move(operation);
+    }
+    return result;
+}
+
+std::uint32_t CSerial::Native::run(Operation& operation, Operation* kept, std::uint32_t timeoutMs) {
+    if (opening->stuck) {
+        return serial_result::ioDevice;
+    }
+    return kept != nullptr ? hand(operation, *kept) : perform(operation, timeoutMs);
+}
+
+CSerial::CSerial() : CSerial(std::make_unique<Native>()) {}
+
+CSerial::CSerial(std::unique_ptr<Native> native) : native_(std::move(native)) {}
 
 CSerial::~CSerial() {
     CSerial::Close();
 }
 
 bool CSerial::isOpen() const {
-    return native_->file.valid();
+    return native_->opening != nullptr;
 }
 bool CSerial::hasOverlapped() const {
-    return native_->event.valid();
+    return native_->overlapped;
 }
 bool CSerial::isCancelled() const {
     return WaitForSingleObject(native_->stop.get(), 0) == WAIT_OBJECT_0;
@@ -149,23 +206,25 @@ std::uint32_t CSerial::Open(const std::wstring& deviceName, std::uint32_t inQueu
     if (deviceName.find(L'\0') != std::wstring::npos) {
         return lastError_ = serial_result::fileNotFound;
     }
-    HANDLE file = CreateFileW(deviceName.c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING,
-                              overlapped ? FILE_FLAG_OVERLAPPED : 0, nullptr);
+    const win32::SerialCalls& calls = *native_->calls;
+    HANDLE file = calls.createFile(deviceName.c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr,
+                                   OPEN_EXISTING, overlapped ? FILE_FLAG_OVERLAPPED : 0, nullptr);
     if (file == INVALID_HANDLE_VALUE) {
         return lastError_ = GetLastError();
     }
-    native_->file = Handle(file);
-    ++native_->opening;
+    native_->opening = std::make_shared<win32::Opening>(file);
+    native_->overlapped = overlapped;
+    native_->blockingReads = false;
     std::uint32_t result = native_->stop.valid() ? serial_result::success : serial_result::notEnoughMemory;
     if (result == serial_result::success && overlapped) {
-        native_->event = Handle(newEvent());
-        result = resultOf(native_->event.valid() ? TRUE : FALSE);
+        native_->ownBlock = std::make_unique<win32::Block>();
+        result = resultOf(native_->ownBlock->event.valid() ? TRUE : FALSE);
     }
     if (result == serial_result::success && (inQueue != 0 || outQueue != 0)) {
-        result = resultOf(SetupComm(file, inQueue, outQueue));
+        result = resultOf(calls.setupComm(file, inQueue, outQueue));
     }
     if (result == serial_result::success) {
-        result = maskResult(SetCommMask(file, serial_event::standard));
+        result = maskResult(calls.setCommMask(file, serial_event::standard));
     }
     if (result != serial_result::success) {
         CSerial::Close();
@@ -180,12 +239,13 @@ std::uint32_t CSerial::Open(const std::wstring& deviceName, std::uint32_t inQueu
 std::uint32_t CSerial::Close() {
     if (isOpen()) {
         // Structures of callers may still be in use.
-        CancelIoEx(native_->file.get(), nullptr);
+        native_->calls->cancelIoEx(native_->handle(), nullptr);
         if (isCancelled()) {
-            PurgeComm(native_->file.get(), PURGE_TXABORT | PURGE_TXCLEAR);
+            PurgeComm(native_->handle(), PURGE_TXABORT | PURGE_TXCLEAR);
         }
-        native_->event.reset();
-        native_->file.reset();
+        native_->ownBlock.reset();
+        native_->opening.reset();
+        native_->overlapped = false;
         eventMask_ = 0;
     }
     return lastError_ = serial_result::success;
@@ -196,17 +256,11 @@ std::uint32_t CSerial::WaitEvent(SerialOverlapped* overlapped, std::uint32_t tim
     if (lastError_ != serial_result::success) {
         return lastError_;
     }
-    DWORD local = 0;
-    DWORD* const type = overlapped != nullptr ? &overlapped->native_->eventType : &local;
-    const auto start = [this, type](OVERLAPPED* io, DWORD& /*count*/) {
-        return WaitCommEvent(native_->file.get(), type, io);
-    };
-    DWORD count = 0;
-    if (overlapped != nullptr) {
-        lastError_ = native_->hand(start, 0, true, *overlapped->native_, count);
-    } else {
-        lastError_ = native_->perform(start, 0, timeoutMs, count);
-        eventType_ = lastError_ == serial_result::success ? local : 0;
+    Native::Operation operation = native_->operation(Native::Kind::event, 0);
+    lastError_ =
+        native_->run(operation, overlapped == nullptr ? nullptr : overlapped->native_.get(), timeoutMs);
+    if (overlapped == nullptr) {
+        eventType_ = lastError_ == serial_result::success ? operation.eventType : 0;
     }
     return lastError_;
 }
@@ -216,11 +270,11 @@ std::uint32_t CSerial::Write(const void* data, std::size_t size, std::uint32_t* 
     std::uint32_t count = 0;
     lastError_ = refusal(data, size, overlapped, timeoutMs);
     if (lastError_ == serial_result::success) {
-        const auto start = [&](OVERLAPPED* io, DWORD& done) {
-            return WriteFile(native_->file.get(), data, static_cast<DWORD>(size), &done, io);
-        };
-        lastError_ = native_->transfer(
-            start, size, overlapped == nullptr ? nullptr : overlapped->native_.get(), timeoutMs, count);
+        Native::Operation operation = native_->operation(Native::Kind::write, size);
+        operation.out = data;
+        lastError_ =
+            native_->run(operation, overlapped == nullptr ? nullptr : overlapped->native_.get(), timeoutMs);
+        count = operation.moved;
         // The driver has a time-out of its own, which is no error to it.
         if (lastError_ == serial_result::success && overlapped == nullptr && count < size) {
             lastError_ = serial_result::timeout;
@@ -237,11 +291,11 @@ std::uint32_t CSerial::Read(void* data, std::size_t size, std::uint32_t* read, S
     std::uint32_t count = 0;
     lastError_ = refusal(data, size, overlapped, timeoutMs);
     if (lastError_ == serial_result::success) {
-        const auto start = [&](OVERLAPPED* io, DWORD& done) {
-            return ReadFile(native_->file.get(), data, static_cast<DWORD>(size), &done, io);
-        };
-        lastError_ = native_->transfer(
-            start, size, overlapped == nullptr ? nullptr : overlapped->native_.get(), timeoutMs, count);
+        Native::Operation operation = native_->operation(Native::Kind::read, size);
+        operation.in = data;
+        lastError_ =
+            native_->run(operation, overlapped == nullptr ? nullptr : overlapped->native_.get(), timeoutMs);
+        count = operation.moved;
     }
     if (read != nullptr) {
         *read = count;
@@ -257,21 +311,23 @@ std::uint32_t CSerial::Complete(SerialOverlapped& overlapped, std::uint32_t* cou
         return lastError_ = serial_result::invalidHandle;
     }
     Native::Operation& kept = *overlapped.native_;
-    if (kept.file != native_->file.get() || kept.opening != native_->opening) {
+    if (kept.kind == Native::Kind::none || kept.opening.lock() != native_->opening) {
         return lastError_ = serial_result::invalidArgument;
     }
-    DWORD moved = 0;
-    if (isCancelled()) {
-        static_cast<void>(native_->abandon(kept.io, kept.size, moved));
-        lastError_ = serial_result::operationAborted;
+    Native::Operation operation = std::exchange(kept, Native::Operation{});
+    operation.moved = 0;
+    if (!isCancelled()) {
+        lastError_ = native_->await(operation, timeoutMs);
     } else {
-        lastError_ = native_->await(kept.io, kept.size, timeoutMs, moved);
+        if (operation.end()) {
+            static_cast<void>(operation.fetch());
+        }
+        lastError_ = serial_result::operationAborted;
     }
-    kept.file = nullptr;
-    if (kept.isEvent) {
-        eventType_ = lastError_ == serial_result::success ? kept.eventType : 0;
+    if (operation.kind == Native::Kind::event) {
+        eventType_ = lastError_ == serial_result::success ? operation.eventType : 0;
     } else if (count != nullptr) {
-        *count = moved;
+        *count = operation.moved;
     }
     return lastError_;
 }

@@ -144,12 +144,17 @@ std::uint32_t writeSettings(int device, const termios& settings) {
                                                                                  : resultOf(errno);
 }
 
-void driveLines(int device, int raised, int dropped) {
+LineControl systemLineControl() {
+    return
+        [](int device, unsigned long request, const int* lines) { return ::ioctl(device, request, lines); };
+}
+
+void driveLines(const LineControl& control, int device, int raised, int dropped) {
     if (raised != 0) {
-        ::ioctl(device, TIOCMBIS, &raised);
+        control(device, TIOCMBIS, &raised);
     }
     if (dropped != 0) {
-        ::ioctl(device, TIOCMBIC, &dropped);
+        control(device, TIOCMBIC, &dropped);
     }
 }
 

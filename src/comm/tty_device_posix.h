@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <termios.h>
 
@@ -43,9 +44,13 @@ void closeDevice(Descriptor& device, bool discardOutput);
 /// Takes effect at once; neither direction is flushed.
 [[nodiscard]] std::uint32_t writeSettings(int device, const termios& settings);
 
+/// The system's call that drives modem lines: TIOCMBIS or TIOCMBIC and the TIOCM_ bits.
+using LineControl = std::function<int(int device, unsigned long request, const int* lines)>;
+[[nodiscard]] LineControl systemLineControl();
+
 /// Drives modem lines; a device without such lines is left alone.
 /// \param raised, dropped TIOCM_ bits
-void driveLines(int device, int raised, int dropped);
+void driveLines(const LineControl& control, int device, int raised, int dropped);
 
 /// A moment by which a wait ends.
 class Deadline {

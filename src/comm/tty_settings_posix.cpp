@@ -36,16 +36,6 @@ constexpr tcflag_t softwareFlow = IXON | IXOFF;
 constexpr cc_t xonCharacter = 0x11;
 constexpr cc_t xoffCharacter = 0x13;
 
-bool fits(const Framing& framing) {
-    if (framing.dataBits < fewestDataBits || framing.dataBits >= fewestDataBits + sizeFlags.size() ||
-        framing.parity < serial_frame::parityNone || framing.parity > serial_frame::paritySpace) {
-        return false;
-    }
-    const std::uint8_t longStop =
-        framing.dataBits == fewestDataBits ? serial_frame::stopBitsOneAndHalf : serial_frame::stopBitsTwo;
-    return framing.stopBits == serial_frame::stopBitsOne || framing.stopBits == longStop;
-}
-
 }  // namespace
 
 void makeRaw(termios& settings) {
@@ -65,7 +55,8 @@ bool setFraming(termios& settings, const Framing& framing) {
     const auto* const rate = std::find_if(rates.begin(), rates.end(), [&](const Rate& candidate) {
         return candidate.baudRate == framing.baudRate;
     });
-    if (rate == rates.end() || !fits(framing)) {
+    if (rate == rates.end() ||
+        !serial_frame::isPossible(framing.baudRate, framing.dataBits, framing.parity, framing.stopBits)) {
         return false;
     }
     cfsetispeed(&settings, rate->code);

@@ -4,6 +4,7 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdlib>
+#include <cstring>
 #include <fcntl.h>
 #include <poll.h>
 #include <stdexcept>
@@ -12,8 +13,6 @@
 #include <sys/ioctl.h>
 #include <termios.h>
 #include <unistd.h>
-
-#include "comm/port_list.h"
 
 namespace tessavo {
 
@@ -40,8 +39,13 @@ class PtyPair {
 
     /// As listPorts() would name it.
     [[nodiscard]] const std::string& name() const { return name_; }
+    /// The device's file.
+    [[nodiscard]] std::string file() const { return "/dev/" + name_; }
     /// As CSerial::Open() takes it.
-    [[nodiscard]] std::wstring path() const { return devicePath(name_); }
+    [[nodiscard]] std::wstring path() const {
+        const std::string narrow = file();
+        return {narrow.begin(), narrow.end()};
+    }
 
     /// Settings of the device, whoever has it open.
     [[nodiscard]] termios settings() const {
@@ -122,5 +126,13 @@ class PtyPair {
     int master_;
     std::string name_;
 };
+
+/// All settings of the device as one text.
+inline std::string settingsText(const PtyPair& line) {
+    const termios now = line.settings();
+    std::string text(sizeof now, '\0');
+    std::memcpy(text.data(), &now, sizeof now);
+    return text;
+}
 
 }  // namespace tessavo

@@ -1,15 +1,13 @@
-#include <array>
+#include <algorithm>
 #include <chrono>
-#include <csignal>
 #include <gtest/gtest.h>
 #include <string>
-#include <sys/time.h>
 #include <thread>
 
-#include "comm/asleep.h"
 #include "comm/elapsed.h"
-#include "comm/pty_pair.h"
 #include "comm/serial.h"
+#include "comm/serial_line.h"
+#include "comm/watched_port.h"
 
 namespace tessavo {
 namespace {
@@ -36,9 +34,8 @@ class SerialTransfer : public testing::Test {
     // More than the line holds while nobody receives.
     static constexpr std::size_t flood = 1U << 20U;
 
-    const pid_t thread_ = ::gettid();
-    PtyPair line_;
-    CSerial port_;
+    SerialLine line_;
+    WatchedPort port_;
     std::string text_;
     std::uint32_t count_ = 77;
 };
@@ -61,7 +58,7 @@ TEST_F(SerialTransfer, ReadWaitsOutItsTimeOutAndNotMuchMore) {
 
 TEST_F(SerialTransfer, ReadWithoutTimeTakesWhatIsThere) {
     ASSERT_TRUE(line_.send("ab"));
-    ASSERT_EQ(port_.WaitEvent(nullptr, longWait), serial_result::success);
+    ASSERT_TRUE(port_.untilReceived(2));
     EXPECT_EQ(read(1, 0), serial_result::success);
     EXPECT_EQ(text_, "a");
 }
@@ -75,7 +72,7 @@ TEST_F(SerialTransfer, ReadWithoutTimeOnAQuietLineTimesOutAtOnce) {
 TEST_F(SerialTransfer, BlockingReadWaitsForTheFullCount) {
     ASSERT_TRUE(line_.send("abc"));
     std::jthread sender([this] {
-        EXPECT_TRUE(untilAsleep(thread_));
+        EXPECT_TRUE(port_.untilWaiting());
         EXPECT_TRUE(line_.send("def"));
     });
     EXPECT_EQ(read(6, longWait), serial_result::success);
@@ -84,7 +81,7 @@ TEST_F(SerialTransfer, BlockingReadWaitsForTheFullCount) {
 
 TEST_F(SerialTransfer, BlockingReadWithoutTimeLimitWaitsForTheFullCount) {
     std::jthread sender([this] {
-        EXPECT_TRUE(untilAsleep(thread_));
+        EXPECT_TRUE(port_.untilWaiting());
         EXPECT_TRUE(line_.send("xyz"));
     });
     EXPECT_EQ(read(3, CSerial::infinite), serial_result::success);
@@ -116,7 +113,7 @@ TEST_F(SerialTransfer, NonBlockingReadReturnsAtOnceWithNothing) {
 TEST_F(SerialTransfer, NonBlockingReadTakesWhatIsThere) {
     ASSERT_EQ(port_.SetupReadTimeouts(CSerial::nonBlocking), serial_result::success);
     ASSERT_TRUE(line_.send("ab"));
-    ASSERT_EQ(port_.WaitEvent(nullptr, longWait), serial_result::success);
+    ASSERT_TRUE(port_.untilReceived(2));
     EXPECT_EQ(read(5, CSerial::infinite), serial_result::success);
     EXPECT_EQ(text_, "ab");
 }
@@ -203,7 +200,7 @@ TEST_F(SerialTransfer, CloseAfterAWriteThatStuckDoesNotWait) {
 TEST_F(SerialTransfer, CancelFromAnotherThreadEndsARead) {
     ASSERT_TRUE(line_.send("ab"));
     std::jthread canceller([this] {
-        EXPECT_TRUE(untilAsleep(thread_));
+        EXPECT_TRUE(port_.untilWaiting());
         port_.Cancel();
     });
     const Elapsed elapsed;
@@ -215,24 +212,16 @@ TEST_F(SerialTransfer, CancelFromAnotherThreadEndsARead) {
 TEST_F(SerialTransfer, CancelFromAnotherThreadEndsAWrite) {
     const std::string bytes(flood, 'x');
     std::jthread canceller([this] {
-        EXPECT_TRUE(untilAsleep(thread_));
+        EXPECT_TRUE(port_.untilWaiting());
         port_.Cancel();
     });
     EXPECT_EQ(port_.Write(bytes.data(), bytes.size(), &count_), serial_result::operationAborted);
     EXPECT_LT(count_, flood);
 }
 
-TEST_F(SerialTransfer, CancelFromAnotherThreadEndsAWaitForAnEvent) {
-    std::jthread canceller([this] {
-        EXPECT_TRUE(untilAsleep(thread_));
-        port_.Cancel();
-    });
-    EXPECT_EQ(port_.WaitEvent(nullptr, CSerial::infinite), serial_result::operationAborted);
-}
-
 TEST_F(SerialTransfer, CancelHoldsUntilItIsCleared) {
     ASSERT_TRUE(line_.send("ab"));
-    ASSERT_EQ(port_.WaitEvent(nullptr, longWait), serial_result::success);
+    ASSERT_TRUE(port_.untilReceived(2));
     port_.Cancel();
     port_.Cancel();
     EXPECT_EQ(read(1, 50), serial_result::operationAborted);
@@ -255,22 +244,22 @@ TEST_F(SerialTransfer, CancelOutlivesCloseAndOpen) {
 
 TEST_F(SerialTransfer, CablePulledDuringAReadIsAnError) {
     std::jthread puller([this] {
-        EXPECT_TRUE(untilAsleep(thread_));
+        EXPECT_TRUE(port_.untilWaiting());
         line_.hangUp();
     });
     const Elapsed elapsed;
-    EXPECT_EQ(read(5, CSerial::infinite), serial_result::ioDevice);
+    EXPECT_PRED1(tellsOfAVanishedDevice, read(5, CSerial::infinite));
     EXPECT_LT(elapsed.get(), generous);
 }
 
 TEST_F(SerialTransfer, CablePulledDuringAWriteIsAnErrorAndNoSignal) {
     const std::string bytes(flood, 'x');
     std::jthread puller([this] {
-        EXPECT_TRUE(untilAsleep(thread_));
+        EXPECT_TRUE(port_.untilWaiting());
         line_.hangUp();
     });
     const Elapsed elapsed;
-    EXPECT_EQ(port_.Write(bytes.data(), bytes.size(), &count_), serial_result::ioDevice);
+    EXPECT_PRED1(tellsOfAVanishedDevice, port_.Write(bytes.data(), bytes.size(), &count_));
     EXPECT_LT(elapsed.get(), generous);
     EXPECT_LT(count_, flood);
 }
@@ -279,9 +268,8 @@ TEST_F(SerialTransfer, EveryOperationOnAPulledCableFailsAtOnce) {
     line_.hangUp();
     const Elapsed elapsed;
     for (int round = 0; round < 3; ++round) {
-        EXPECT_EQ(read(1, longWait), serial_result::ioDevice);
-        EXPECT_EQ(port_.Write("x", 1, nullptr, nullptr, longWait), serial_result::ioDevice);
-        EXPECT_EQ(port_.WaitEvent(nullptr, longWait), serial_result::ioDevice);
+        EXPECT_PRED1(tellsOfAVanishedDevice, read(1, longWait));
+        EXPECT_PRED1(tellsOfAVanishedDevice, port_.Write("x", 1, nullptr, nullptr, longWait));
         EXPECT_NE(port_.Setup(115200, 8, 0, 0, 0), serial_result::success);
         EXPECT_NE(port_.SetupHandshaking(CSerial::handshakeNone), serial_result::success);
         EXPECT_EQ(port_.GetBaudrate(), -1);
@@ -292,66 +280,9 @@ TEST_F(SerialTransfer, EveryOperationOnAPulledCableFailsAtOnce) {
         EXPECT_EQ(port_.GetHandshaking(), -1);
     }
     ASSERT_EQ(port_.SetupReadTimeouts(CSerial::nonBlocking), serial_result::success);
-    EXPECT_EQ(read(1, longWait), serial_result::ioDevice);
+    EXPECT_PRED1(tellsOfAVanishedDevice, read(1, longWait));
     EXPECT_LT(elapsed.get(), generous);
     EXPECT_EQ(port_.Close(), serial_result::success);
-}
-
-// Signals that interrupt every system call for as long as it lives.
-class Interruptions {
- public:
-    Interruptions() {
-        struct sigaction action {};
-        action.sa_handler = [](int) {};
-        ::sigaction(SIGALRM, &action, &former_);
-        const itimerval every{{0, 2000}, {0, 2000}};
-        ::setitimer(ITIMER_REAL, &every, nullptr);
-    }
-    ~Interruptions() {
-        const itimerval never{};
-        ::setitimer(ITIMER_REAL, &never, nullptr);
-        ::sigaction(SIGALRM, &former_, nullptr);
-    }
-    Interruptions(const Interruptions&) = delete;
-    Interruptions& operator=(const Interruptions&) = delete;
-
- private:
-    struct sigaction former_ {};
-};
-
-TEST_F(SerialTransfer, SignalsNeitherEndNorStretchAWait) {
-    const Interruptions interruptions;
-    const Elapsed elapsed;
-    EXPECT_EQ(read(1, 200), serial_result::timeout);
-    EXPECT_GE(elapsed.get(), 200ms);
-    EXPECT_LT(elapsed.get(), generous);
-    ASSERT_TRUE(line_.send("a"));
-    EXPECT_EQ(read(1, longWait), serial_result::success);
-}
-
-TEST_F(SerialTransfer, WaitEventReportsReceivedBytes) {
-    ASSERT_TRUE(line_.send("a"));
-    EXPECT_EQ(port_.WaitEvent(nullptr, longWait), serial_result::success);
-    EXPECT_EQ(port_.eventType(), serial_event::received);
-    EXPECT_EQ(read(1, longWait), serial_result::success);
-}
-
-TEST_F(SerialTransfer, WaitEventOnAQuietLineTimesOut) {
-    const Elapsed elapsed;
-    EXPECT_EQ(port_.WaitEvent(nullptr, 60), serial_result::timeout);
-    EXPECT_GE(elapsed.get(), 60ms);
-    EXPECT_LT(elapsed.get(), generous);
-    EXPECT_EQ(port_.eventType(), 0U);
-}
-
-TEST_F(SerialTransfer, WaitEventReportsOnlyWhatTheMaskNames) {
-    ASSERT_EQ(port_.SetMask(serial_event::breakSeen), serial_result::success);
-    ASSERT_TRUE(line_.send("a"));
-    const Elapsed elapsed;
-    EXPECT_EQ(port_.WaitEvent(nullptr, 60), serial_result::timeout);
-    EXPECT_GE(elapsed.get(), 60ms);
-    ASSERT_EQ(port_.SetMask(serial_event::standard), serial_result::success);
-    EXPECT_EQ(port_.WaitEvent(nullptr, longWait), serial_result::success);
 }
 
 }  // namespace
