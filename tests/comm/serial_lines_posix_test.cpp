@@ -93,7 +93,7 @@ TEST(LineControl, TheSystemsReachesTheDevice) {
     const int device = ::open(line.file().c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC | O_NONBLOCK);
     ASSERT_GE(device, 0);
     const tty::LineControl control = tty::systemLineControl();
-    const int nothing = 77;
+    int nothing = 77;
     EXPECT_EQ(control(device, FIONREAD, &nothing), 0);
     ::close(device);
     EXPECT_EQ(control(device, FIONREAD, &nothing), -1);
