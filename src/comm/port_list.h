@@ -12,8 +12,10 @@ namespace tessavo {
 
 /// Names of the serial ports of this machine, as the user sees them: COM3; ttyUSB0, ttyACM0, ttyS0, pts/3.
 ///
-/// Real ports only (no ttyS without hardware), sorted by kind and number, then running simulated targets,
-/// then the names listed in the environment variable TESSAVO_PORTS (separated by commas or spaces). No name
+/// Real ports only (no ttyS without hardware), then the names listed in the environment variable
+/// TESSAVO_PORTS (separated by commas or spaces). On Linux USB ports stand first, then running simulated
+/// targets, other ports with a device that was plugged in, and the computer's own serial ports; elsewhere
+/// simulated targets stand behind all of the system's. Each kind is sorted by name and number. No name
 /// appears twice. Opens no port.
 [[nodiscard]] std::vector<std::string> listPorts();
 

@@ -11,6 +11,7 @@
 #include <unistd.h>
 
 #include "comm/device_name_posix.h"
+#include "comm/port_device_posix.h"
 #include "comm/port_list.h"
 #include "comm/port_names.h"
 #include "comm/tty_device_posix.h"
@@ -19,11 +20,16 @@ namespace tessavo {
 
 namespace fs = std::filesystem;
 
+namespace {
+
+constexpr std::string_view devicePrefix = "/dev/";
+
+}  // namespace
+
 namespace ports {
 
 namespace {
 
-constexpr std::string_view uartPrefix = "ttyS";
 constexpr std::string_view entryPrefix = "port-";
 constexpr std::size_t longestName = 255;
 
@@ -32,12 +38,6 @@ const char* variable(const char* name) {
 }
 
 // A kernel has names for UARTs that a machine may have; type 0 says that it has not.
-bool isUartName(std::string_view name) {
-    const std::string_view number = withoutPrefix(name, uartPrefix);
-    return number.size() != name.size() && !number.empty() &&
-           number.find_first_not_of("0123456789") == std::string_view::npos;
-}
-
 bool hasHardware(const fs::path& folder) {
     std::error_code error;
     if (!isUartName(folder.filename().string())) {
@@ -76,19 +76,24 @@ bool ownerLives(int entry) {
 
 }  // namespace
 
-std::vector<std::string> hardwarePorts(const fs::path& ttyClass) {
-    std::vector<std::string> names;
+HardwarePorts hardwarePorts(const fs::path& ttyClass) {
+    std::array<std::vector<std::string>, 3> kinds;
     std::error_code error;
     for (fs::directory_iterator entry(ttyClass, error), end; !error && entry != end; entry.increment(error)) {
         if (hasHardware(entry->path())) {
             std::string name = entry->path().filename().string();
             // The kernel's stand-in for a slash in a device's name.
             std::replace(name.begin(), name.end(), '!', '/');
-            names.push_back(std::move(name));
+            const Attachment attachment = terminalDevice(entry->path()).attachment;
+            kinds[static_cast<std::size_t>(attachment)].push_back(std::move(name));
         }
     }
-    std::sort(names.begin(), names.end(), portNameLess);
-    return names;
+    for (std::vector<std::string>& names : kinds) {
+        std::sort(names.begin(), names.end(), portNameLess);
+    }
+    auto& [usb, plugged, builtIn] = kinds;
+    appendPortNames(plugged, builtIn);
+    return {std::move(usb), std::move(plugged)};
 }
 
 std::vector<std::string> announcedPorts(const fs::path& runFolder, const fs::path& deviceFolder) {
@@ -132,29 +137,29 @@ std::optional<fs::path> runFolder() {
     return isPrivate(folder) ? std::optional(folder) : std::nullopt;
 }
 
+std::vector<std::string> portsIn(const fs::path& ttyClass, const fs::path& deviceFolder,
+                                 std::string_view listed) {
+    HardwarePorts hardware = hardwarePorts(ttyClass);
+    std::vector<std::string> names = std::move(hardware.usb);
+    if (const auto folder = runFolder()) {
+        appendPortNames(names, announcedPorts(*folder, deviceFolder));
+    }
+    appendPortNames(names, hardware.others);
+    for (const std::string& name : splitPortNames(listed)) {
+        appendPortNames(names, {std::string(withoutPrefix(name, devicePrefix))});
+    }
+    return names;
+}
+
 }  // namespace ports
-
-namespace {
-
-constexpr std::string_view devicePrefix = "/dev/";
-
-}  // namespace
 
 std::wstring devicePath(std::string_view portName) {
     return wideDeviceName(std::string(devicePrefix).append(withoutPrefix(portName, devicePrefix)));
 }
 
 std::vector<std::string> listPorts() {
-    std::vector<std::string> names = ports::hardwarePorts("/sys/class/tty");
-    if (const auto folder = ports::runFolder()) {
-        appendPortNames(names, ports::announcedPorts(*folder, devicePrefix));
-    }
-    if (const char* const listed = ports::variable("TESSAVO_PORTS")) {
-        for (const std::string& name : splitPortNames(listed)) {
-            appendPortNames(names, {std::string(withoutPrefix(name, devicePrefix))});
-        }
-    }
-    return names;
+    const char* const listed = ports::variable("TESSAVO_PORTS");
+    return ports::portsIn("/sys/class/tty", devicePrefix, listed != nullptr ? listed : "");
 }
 
 AnnouncedPort::AnnouncedPort(const std::string& portName) {

@@ -3,18 +3,30 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace tessavo::ports {
 
-/// Ports with hardware behind them, sorted.
+/// Ports with hardware behind them, each kind sorted.
+struct HardwarePorts {
+    std::vector<std::string> usb;
+    std::vector<std::string> others;  ///< with a plugged device; then the computer's own
+};
+
 /// \param ttyClass the kernel's folder of terminals, with one folder for each
-[[nodiscard]] std::vector<std::string> hardwarePorts(const std::filesystem::path& ttyClass);
+[[nodiscard]] HardwarePorts hardwarePorts(const std::filesystem::path& ttyClass);
 
 /// Ports that living programs announced, sorted. Entries of dead programs and of vanished devices are
 /// removed. \param runFolder see runFolder() \param deviceFolder where the names' devices are
 [[nodiscard]] std::vector<std::string> announcedPorts(const std::filesystem::path& runFolder,
                                                       const std::filesystem::path& deviceFolder);
+
+/// The whole list, as listPorts() tells it.
+/// \param listed names from the environment
+[[nodiscard]] std::vector<std::string> portsIn(const std::filesystem::path& ttyClass,
+                                               const std::filesystem::path& deviceFolder,
+                                               std::string_view listed);
 
 /// Folder of this user's running programs: a part of XDG_RUNTIME_DIR, or, without that, a folder in the
 /// temporary directory. Created when it is missing.

@@ -1,3 +1,5 @@
+#include "comm/port_list_win32.h"
+
 #include <windows.h>
 
 #include <algorithm>
@@ -6,6 +8,7 @@
 
 #include "comm/port_list.h"
 #include "comm/port_names.h"
+#include "comm/wide_text_win32.h"
 
 namespace tessavo {
 
@@ -30,26 +33,6 @@ std::wstring deviceNames() {
         names.resize(names.size() * 2);
     }
     return {};
-}
-
-std::wstring wide(std::string_view text) {
-    const auto size = static_cast<int>(text.size());
-    std::wstring result(text.size(), L'\0');
-    const int length =
-        size == 0 ? 0 : MultiByteToWideChar(CP_UTF8, 0, text.data(), size, result.data(), size);
-    result.resize(static_cast<std::size_t>(length));
-    return result;
-}
-
-std::string narrow(std::wstring_view text) {
-    const auto size = static_cast<int>(text.size());
-    if (size == 0) {
-        return {};
-    }
-    const int needed = WideCharToMultiByte(CP_UTF8, 0, text.data(), size, nullptr, 0, nullptr, nullptr);
-    std::string result(static_cast<std::size_t>(needed), '\0');
-    WideCharToMultiByte(CP_UTF8, 0, text.data(), size, result.data(), needed, nullptr, nullptr);
-    return result;
 }
 
 std::string listedNames() {
@@ -77,6 +60,12 @@ AnnouncedNames& announcedNames() {
 
 std::wstring devicePath(std::string_view portName) {
     return wide(devicePrefix) + wide(withoutPrefix(portName, devicePrefix));
+}
+
+bool ports::isAnnounced(const std::string& portName) {
+    AnnouncedNames& announced = announcedNames();
+    const std::lock_guard guard(announced.mutex);
+    return std::find(announced.names.begin(), announced.names.end(), portName) != announced.names.end();
 }
 
 std::vector<std::string> listPorts() {

@@ -97,6 +97,55 @@ std::vector<std::string> comPortNames(std::wstring_view deviceNames) {
     return names;
 }
 
+std::string oneLine(std::string_view text) {
+    const auto isGap = [](char character) {
+        const auto code = static_cast<unsigned char>(character);
+        return code <= ' ' || code == 0x7F;
+    };
+    std::string line;
+    bool gap = false;
+    for (const char character : text) {
+        if (isGap(character)) {
+            gap = true;
+            continue;
+        }
+        if (gap && !line.empty()) {
+            line.push_back(' ');
+        }
+        gap = false;
+        line.push_back(character);
+    }
+    return line;
+}
+
+std::string deviceDescription(std::string_view registryText, std::string_view portName) {
+    if (registryText.starts_with('@')) {
+        const std::size_t end = registryText.rfind(';');
+        registryText.remove_prefix(end == std::string_view::npos ? registryText.size() : end + 1);
+    }
+    std::string line = oneLine(registryText);
+    const std::string port = " (" + std::string(portName) + ")";
+    if (line.ends_with(port)) {
+        line.resize(line.size() - port.size());
+    }
+    return line;
+}
+
+std::string usbIdentity(std::string_view instancePath) {
+    constexpr char separator = '\\';
+    const std::size_t busEnd = instancePath.find(separator);
+    const std::size_t deviceEnd =
+        busEnd == std::string_view::npos ? busEnd : instancePath.find(separator, busEnd + 1);
+    const std::string_view bus = instancePath.substr(0, busEnd);
+    if (deviceEnd == std::string_view::npos || (bus != "USB" && bus != "FTDIBUS")) {
+        return {};
+    }
+    // Where a device has no number of its own the system makes one up from the socket.
+    const std::string_view instance = instancePath.substr(deviceEnd + 1);
+    const bool ownNumber = instance.find('&') == std::string_view::npos;
+    return std::string(ownNumber ? instancePath : instancePath.substr(0, deviceEnd));
+}
+
 std::string_view withoutPrefix(std::string_view name, std::string_view prefix) {
     return name.starts_with(prefix) ? name.substr(prefix.size()) : name;
 }

@@ -11,6 +11,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "comm/fake_terminals_posix.h"
 #include "comm/port_list.h"
 #include "comm/pty_pair.h"
 
@@ -79,7 +80,11 @@ class PortList : public testing::Test {
             std::ofstream(root_ / "class" / name / "type") << type << '\n';
         }
     }
-    [[nodiscard]] std::vector<std::string> hardware() const { return ports::hardwarePorts(root_ / "class"); }
+    [[nodiscard]] std::vector<std::string> hardware() const {
+        ports::HardwarePorts found = ports::hardwarePorts(root_ / "class");
+        found.usb.insert(found.usb.end(), found.others.begin(), found.others.end());
+        return found.usb;
+    }
 
     void device(const std::string& name) const {
         fs::create_directories((root_ / "dev" / name).parent_path());
@@ -122,7 +127,7 @@ TEST_F(PortList, OtherTerminalsNeedADevice) {
     terminal("tty1", false);
     terminal("console", false);
     terminal("ptmx", false);
-    EXPECT_THAT(hardware(), ElementsAre("rfcomm0", "ttyACM0", "ttyAMA0", "ttySAC1", "ttyUSB0"));
+    EXPECT_THAT(hardware(), ElementsAre("ttyACM0", "ttyUSB0", "rfcomm0", "ttyAMA0", "ttySAC1"));
 }
 
 TEST_F(PortList, PortsAreSortedByKindAndNumber) {
@@ -130,6 +135,26 @@ TEST_F(PortList, PortsAreSortedByKindAndNumber) {
         terminal(name, true);
     }
     EXPECT_THAT(hardware(), ElementsAre("ttyACM3", "ttyACM11", "ttyUSB1", "ttyUSB2", "ttyUSB10"));
+}
+
+TEST_F(PortList, UsbPortsStandFirstThenSimulatedTargetsPluggedDevicesAndTheComputersOwn) {
+    const test::FakeTerminals tree;
+    for (const char* name : {"ttyS1", "ttyS0"}) {
+        tree.builtIn(name);
+    }
+    for (const char* name : {"ttyS5", "ttyS4"}) {
+        tree.card(name);
+    }
+    tree.usbAdapter("ttyUSB10", {{"idVendor", "10c4"}}, "1-1");
+    tree.usbAdapter("ttyUSB2", {{"idVendor", "10c4"}}, "1-2");
+    tree.usbAdapter("ttyACM0", {{"idVendor", "2341"}}, "1-3");
+    std::ofstream(tree.devices() / "sim10") << "";
+    std::ofstream(tree.devices() / "sim9") << "";
+    const AnnouncedPort tenth("sim10");
+    const AnnouncedPort ninth("sim9");
+    EXPECT_THAT(ports::portsIn(tree.terminals(), tree.devices(), "aa1 ttyS4,/dev/ttyUSB2"),
+                ElementsAre("ttyACM0", "ttyUSB2", "ttyUSB10", "sim9", "sim10", "ttyS4", "ttyS5", "ttyS0",
+                            "ttyS1", "aa1"));
 }
 
 TEST_F(PortList, AnExclamationMarkStandsForASlash) {
@@ -144,7 +169,8 @@ TEST_F(PortList, LinkToAVanishedDeviceIsNoPort) {
 }
 
 TEST_F(PortList, MissingFolderHasNoPorts) {
-    EXPECT_THAT(ports::hardwarePorts(root_ / "nowhere"), IsEmpty());
+    EXPECT_THAT(ports::hardwarePorts(root_ / "nowhere").usb, IsEmpty());
+    EXPECT_THAT(ports::hardwarePorts(root_ / "nowhere").others, IsEmpty());
     EXPECT_THAT(ports::announcedPorts(root_ / "nowhere", "/dev"), IsEmpty());
 }
 
@@ -266,8 +292,7 @@ TEST_F(PortList, NamesFromTheEnvironmentComeLastAndOnce) {
     const Variable listed("TESSAVO_PORTS", ("zz9,/dev/aa1 " + line.name() + ", zz9").c_str());
     const std::vector<std::string> names = listPorts();
     ASSERT_GE(names.size(), 3U);
-    EXPECT_THAT(std::vector<std::string>(names.end() - 3, names.end()),
-                ElementsAre(line.name(), "zz9", "aa1"));
+    EXPECT_THAT(std::vector<std::string>(names.end() - 2, names.end()), ElementsAre("zz9", "aa1"));
     EXPECT_EQ(std::count(names.begin(), names.end(), line.name()), 1);
 }
 

@@ -87,5 +87,34 @@ TEST(PortNames, OnlyAWholePrefixIsCut) {
     EXPECT_EQ(withoutPrefix("/dev/", "/dev/"), "");
 }
 
+TEST(DeviceNames, ATextIsOneLine) {
+    EXPECT_EQ(oneLine("CP2102 USB to UART\n"), "CP2102 USB to UART");
+    EXPECT_EQ(oneLine("\t a \x01\x7F b\r\n\nc "), "a b c");
+    EXPECT_EQ(oneLine(" \n"), "");
+    EXPECT_EQ(oneLine(""), "");
+    EXPECT_EQ(oneLine("\xC3\xBC\xFF"), "\xC3\xBC\xFF");
+}
+
+TEST(DeviceNames, TheRegistrysTextGoesWithoutReferenceAndPort) {
+    EXPECT_EQ(deviceDescription("CP2102 USB to UART (COM3)", "COM3"), "CP2102 USB to UART");
+    EXPECT_EQ(deviceDescription("CP2102 (COM3)", "COM33"), "CP2102 (COM3)");
+    EXPECT_EQ(deviceDescription("Bridge (COM3) (COM3)", "COM3"), "Bridge (COM3)");
+    EXPECT_EQ(deviceDescription("@oem3.inf,%usb;name%;USB Serial Port", "COM3"), "USB Serial Port");
+    EXPECT_EQ(deviceDescription("@oem3.inf,%name%", "COM3"), "");
+    EXPECT_EQ(deviceDescription("a;b", "COM3"), "a;b");
+    EXPECT_EQ(deviceDescription("(COM3)", "COM3"), "(COM3)");
+    EXPECT_EQ(deviceDescription("", "COM3"), "");
+}
+
+TEST(DeviceNames, AUsbDeviceIsKnownByItsNumbersAndNotByItsSocket) {
+    EXPECT_EQ(usbIdentity("USB\\VID_10C4&PID_EA60\\0001"), "USB\\VID_10C4&PID_EA60\\0001");
+    EXPECT_EQ(usbIdentity("USB\\VID_1A86&PID_7523\\5&2C3D4E&0&2"), "USB\\VID_1A86&PID_7523");
+    EXPECT_EQ(usbIdentity("FTDIBUS\\VID_0403+PID_6001+A50285BIA\\0000"),
+              "FTDIBUS\\VID_0403+PID_6001+A50285BIA\\0000");
+    for (const char* other : {"", "USB", "USB\\VID_10C4&PID_EA60", "ACPI\\PNP0501\\1", "\\\\"}) {
+        EXPECT_EQ(usbIdentity(other), "") << other;
+    }
+}
+
 }  // namespace
 }  // namespace tessavo

@@ -99,6 +99,13 @@ class PtyPair {
         return count;
     }
 
+    /// Whether a program opened the device and nobody has it open now.
+    [[nodiscard]] bool wasOpened() const {
+        pollfd watched{master_, POLLIN, 0};
+        ::poll(&watched, 1, 0);
+        return (watched.revents & POLLHUP) != 0;
+    }
+
     /// The cable is pulled.
     void hangUp() {
         if (master_ >= 0) {
