@@ -1,5 +1,7 @@
 #include "app/comm_link.h"
 
+#include <algorithm>
+#include <span>
 #include <utility>
 
 namespace tessavo {
@@ -7,18 +9,29 @@ namespace tessavo {
 CommLink::CommLink(TuningState& tuning, IMessageBox& boxes, std::unique_ptr<CSerial> port)
     : tuning_(tuning),
       port_(std::move(port)),
-      engine_({*port_, clock_, *this, boxes, transferLock_, [this] { return portName(); },
-               [this](std::size_t done, std::size_t all) {
-                   calls_.call(
-                       [this, done, all, at = clock_.now().count()] { emit blockSent(done, all, at); });
-               },
-               [this](ExchangeEnd end) { noteExchangeEnd(end); }, [this] { ++exchanges_; }}),
+      engine_(outside(boxes)),
+      backgroundBoxes_(boxes, [this](int times) { calls_.call([this, times] { emit boxRepeated(times); }); }),
+      backgroundEngine_(outside(backgroundBoxes_)),
       foreground_(engine_),
-      background_(tuning, engine_, boxes),
+      background_(tuning, backgroundEngine_, backgroundBoxes_),
       worker_(tuning, engine_, clock_, boxes, [this](LiveWorker::State state) { noteWorkerState(state); }) {}
 
 CommLink::~CommLink() {
     shutDown();
+}
+
+TransferEngine::Outside CommLink::outside(IMessageBox& boxes) {
+    return {*port_,
+            clock_,
+            *this,
+            boxes,
+            transferLock_,
+            [this] { return portName(); },
+            [this](std::size_t done, std::size_t all) {
+                calls_.call([this, done, all, at = clock_.now().count()] { emit blockSent(done, all, at); });
+            },
+            [this](ExchangeEnd end) { noteExchangeEnd(end); },
+            [this] { ++exchanges_; }};
 }
 
 bool CommLink::startWorker() {
@@ -50,6 +63,7 @@ void CommLink::setPortName(const std::string& name) {
     }
     // What another port confirmed says nothing about this one, nor does a transfer that is under way.
     forgetConfirmation();
+    forgetRepeatedBoxes();
     emit portNameChanged(QString::fromStdString(name));
 }
 
@@ -61,6 +75,12 @@ bool CommLink::isFree() const {
 std::optional<ParameterImage> CommLink::confirmedImage() const {
     const std::lock_guard guard(guard_);
     return confirmedImage_;
+}
+
+bool CommLink::imageIsConfirmed() const {
+    const auto confirmed = confirmedImage();
+    const auto bytesOf = [](const ParameterImage& image) { return std::as_bytes(std::span(&image, 1)); };
+    return confirmed && std::ranges::equal(bytesOf(*confirmed), bytesOf(tuning_.image()));
 }
 
 void CommLink::forgetConfirmation() {
@@ -90,6 +110,9 @@ void CommLink::noteWorkerState(LiveWorker::State state) {
 void CommLink::noteExchangeEnd(ExchangeEnd end) {
     if (end != ExchangeEnd::lineBusy) {
         --exchanges_;
+    }
+    if (end != ExchangeEnd::portNotOpened && end != ExchangeEnd::lineBusy) {
+        forgetRepeatedBoxes();
     }
     if (end == ExchangeEnd::noAnswer || end == ExchangeEnd::portNotOpened) {
         // An image that is under way stays: the target is still asked whether it has that one.

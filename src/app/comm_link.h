@@ -9,6 +9,7 @@
 #include <optional>
 #include <string>
 
+#include "app/folded_boxes.h"
 #include "comm/clock.h"
 #include "comm/comm_log.h"
 #include "comm/live_worker.h"
@@ -61,8 +62,13 @@ class CommLink : public QObject, private ICommLog {
     /// The image that the target has confirmed last; nothing before that and after a later exchange of any
     /// kind that failed: the target may have lost its memory meanwhile.
     [[nodiscard]] std::optional<ParameterImage> confirmedImage() const;
+    /// Whether that image is the program's as it stands.
+    [[nodiscard]] bool imageIsConfirmed() const;
     /// From now on nothing counts as confirmed until the next confirmation.
     void forgetConfirmation();
+    /// The next box of a background command is shown, even if it repeats the one before. Another port and an
+    /// exchange that gets further do the same.
+    void forgetRepeatedBoxes() { backgroundBoxes_.forget(); }
 
  signals:
     void portNameChanged(const QString& name);
@@ -71,9 +77,13 @@ class CommLink : public QObject, private ICommLog {
     void blockSent(qulonglong done, qulonglong all, qlonglong atMs);
     void exchangeEnded(tessavo::ExchangeEnd end);
     void workerState(tessavo::LiveWorker::State state);
+    /// A box of a background command is not shown, because it repeats the one before.
+    /// \param times it has come, the shown one included; 0 from when they are forgotten
+    void boxRepeated(int times);
 
  private:
     void log(LogKind kind, std::string_view text) override;
+    [[nodiscard]] TransferEngine::Outside outside(IMessageBox& boxes);
     void noteWorkerState(LiveWorker::State state);
     void noteExchangeEnd(ExchangeEnd end);
 
@@ -89,6 +99,8 @@ class CommLink : public QObject, private ICommLog {
     std::unique_ptr<CSerial> port_;
     CSemaphore transferLock_;
     TransferEngine engine_;
+    FoldedBoxes backgroundBoxes_;
+    TransferEngine backgroundEngine_;  ///< on the same port, one at a time
     ForegroundTransfers foreground_;
     TargetCommands background_;
     LiveWorker worker_;

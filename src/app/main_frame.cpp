@@ -16,7 +16,6 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
-#include <span>
 
 #include "app/about_dialog.h"
 #include "app/comm_link.h"
@@ -90,7 +89,8 @@ CMainFrame::CMainFrame(Parts parts)
       parts_(parts),
       view_(new CTessavoView(parts.tuning, parts.chartHost, this, parts.makePage)),
       status_(new StatusLine(this)),
-      commands_(parts.tuning, parts.dialogs, parts.boxes, *view_) {
+      commands_(parts.tuning, parts.dialogs, parts.boxes, *view_),
+      portFollower_(parts.tuning, parts.link, parts.ports) {
     setObjectName(QStringLiteral("mainFrame"));
     setWindowTitle(QStringLiteral("Tessavo Velmira"));
     setAcceptDrops(true);
@@ -254,6 +254,12 @@ void CMainFrame::followTarget() {
            [this](LiveWorker::State state) { follower_.workerState(state, QTime::currentTime()); });
     follow(&link, &CommLink::exchangeEnded,
            [this](ExchangeEnd end) { follower_.exchangeEnded(end, QTime::currentTime()); });
+    connect(&link, &CommLink::exchangeEnded, &portFollower_, &PortFollower::exchangeEnded);
+    follow(&link, &CommLink::boxRepeated, [this](int times) { follower_.boxRepeated(times); });
+    follow(&portFollower_, &PortFollower::portGone, [this] { follower_.portGone(QTime::currentTime()); });
+    follow(&portFollower_, &PortFollower::portBack, [this] { follower_.portBack(QTime::currentTime()); });
+    follow(&portFollower_, &PortFollower::portReplaced,
+           [this] { follower_.portReplaced(QTime::currentTime()); });
     connect(&link, &CommLink::exchangeEnded, this, [this] {
         if (!parts_.link.exchangeRuns()) {
             pollEnded();
@@ -283,12 +289,9 @@ void CMainFrame::followTarget() {
 
 void CMainFrame::showTarget() {
     const TuningState& tuning = parts_.tuning;
-    const auto confirmed = parts_.link.confirmedImage();
-    const auto bytesOf = [](const ParameterImage& image) { return std::as_bytes(std::span(&image, 1)); };
-    const bool asItStands = confirmed && std::ranges::equal(bytesOf(*confirmed), bytesOf(tuning.image()));
     status_->setTarget(follower_.status({.liveMode = tuning.liveMode(),
                                          .updatePending = tuning.updatePending(),
-                                         .confirmedAsItStands = asItStands}));
+                                         .confirmedAsItStands = parts_.link.imageIsConfirmed()}));
 }
 
 bool CMainFrame::lineIsQuiet() const {

@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 
+#include "app/port_follower.h"
 #include "app/profile.h"
 #include "app/status_line.h"
 #include "app/tab_pages.h"
@@ -43,6 +44,7 @@ class CMainFrame : public QWidget {
         CommLink& link;
         IChartHost& chartHost;
         PageFactory makePage = {};  ///< pages without content when empty
+        PortWatch::System ports = systemPorts();
     };
 
     explicit CMainFrame(Parts parts);
@@ -113,6 +115,7 @@ class CMainFrame : public QWidget {
     SettingsCommands commands_;
     std::function<bool()> nothingToLose_;
     TargetFollower follower_;
+    PortFollower portFollower_;
     bool closing_ = false;             ///< all questions are answered; only an exchange has still to end
     std::unique_ptr<InputHold> hold_;  ///< while a background exchange is waited for
     QTimer pollLimit_;                 ///< how long that may last

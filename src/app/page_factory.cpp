@@ -32,6 +32,7 @@ CTabDialog* makeCommunication(const PageParts& parts) {
             },
         .refreshPages = parts.refreshPages,
         .lastPort = parts.firstPort,
+        .describePort = parts.describePort,
     });
     QObject::connect(&link, &CommLink::lineLogged, page, &CCommunication::Log);
     QObject::connect(&link, &CommLink::blockSent, page,
@@ -43,8 +44,10 @@ CTabDialog* makeCommunication(const PageParts& parts) {
 
 CTabDialog* makeClipDetection(const PageParts& parts) {
     CommLink& link = parts.link;
-    return new CClipDetectDlg({.ask = [&link] { return link.background().ReadClipState(); },
-                               .lineIsFree = [&link] { return link.isFree(); }});
+    auto* page = new CClipDetectDlg({.ask = [&link] { return link.background().ReadClipState(); },
+                                     .lineIsFree = [&link] { return link.isFree(); }});
+    QObject::connect(page, &CClipDetectDlg::switched, &link, &CommLink::forgetRepeatedBoxes);
+    return page;
 }
 
 }  // namespace

@@ -27,6 +27,8 @@ struct PageParts {
     /// Every page and the view read the current set again.
     std::function<void()> refreshPages;
     std::string demoPort = {};  ///< ends with the program, so it is not remembered; may be empty
+    /// What stands behind a port, for a person. May be empty.
+    std::function<std::string(const std::string&)> describePort = {};
 };
 
 /// Makes the pages of the program and ties them to the line.

@@ -106,7 +106,9 @@ void StatusLine::paintTarget(QPainter& painter) const {
     painter.setFont(theme::font(11));
     const auto column = [&](int left, int right, const QString& text, QRgb color) {
         painter.setPen(QColor::fromRgb(color));
-        painter.drawText(QRect(left, 0, right - left, height()), Qt::AlignVCenter | Qt::AlignLeft, text);
+        // Whole in the pane's description where it does not fit.
+        const QString shown = painter.fontMetrics().elidedText(text, Qt::ElideRight, right - left);
+        painter.drawText(QRect(left, 0, right - left, height()), Qt::AlignVCenter | Qt::AlignLeft, shown);
     };
     column(portLeft, modeLeft, portText(target_), theme::text2);
     column(modeLeft, stateLeft, modeText(target_), theme::text2);

@@ -19,6 +19,7 @@ void TargetFollower::setPort(const QString& name) {
     }
     port_ = name;
     trouble_ = Trouble::none;
+    presence_ = Presence::there;
     forgetSets();
     answeredAt_ = {};
 }
@@ -30,6 +31,9 @@ void TargetFollower::liveModeChanged(bool /*on*/) {
 
 void TargetFollower::workerState(LiveWorker::State state, QTime at) {
     liveTransfer_ = state == LiveWorker::State::sending;
+    if (!liveTransfer_) {
+        portIsOld();
+    }
     switch (state) {
         case LiveWorker::State::sending:
             trouble_ = Trouble::none;
@@ -58,6 +62,10 @@ void TargetFollower::workerState(LiveWorker::State state, QTime at) {
 }
 
 void TargetFollower::exchangeEnded(ExchangeEnd end, QTime at) {
+    const bool answered = end == ExchangeEnd::answered;
+    if (end != ExchangeEnd::lineBusy && (!answered || presence_ == Presence::replaced)) {
+        portIsOld();
+    }
     switch (end) {
         case ExchangeEnd::answered:
             // That the target holds another set is not mended by an answer to another question.
@@ -86,6 +94,7 @@ void TargetFollower::commandStarted(Activity activity) {
 }
 
 void TargetFollower::commandEnded() {
+    portIsOld();
     command_ = Activity::none;
 }
 
@@ -94,7 +103,34 @@ void TargetFollower::blockSent(std::size_t done, std::size_t all) {
     blocks_ = all;
 }
 
+void TargetFollower::portBack(QTime at) {
+    setPresence(Presence::back, at);
+    if (!liveTransfer_ && command_ == Activity::none) {
+        // It was the port's. What runs still has to come to its end.
+        trouble_ = Trouble::none;
+    }
+}
+
 TargetStatus TargetFollower::status(const Now& now) const {
+    TargetStatus status = statusOfTransfers(now);
+    if (presence_ == Presence::gone) {
+        // Nothing that waits or runs can come to a good end.
+        status.light = Light::trouble;
+        status.state = atTime("port gone", presenceAt_);
+    } else if (presence_ == Presence::back) {
+        const QString back = atTime("port back", presenceAt_);
+        status.state = status.state.isEmpty() ? back : back + QStringLiteral(", ") + status.state;
+    }
+    if (status.light == Light::trouble && boxTimes_ > 1) {
+        status.state += QStringLiteral(", clip detection: \"%1\" %2 times")
+                            .arg(QString::fromUtf8(cannotOpenPortText.data(),
+                                                   static_cast<qsizetype>(cannotOpenPortText.size())))
+                            .arg(boxTimes_);
+    }
+    return status;
+}
+
+TargetStatus TargetFollower::statusOfTransfers(const Now& now) const {
     TargetStatus status;
     status.port = port_;
     status.liveMode = now.liveMode;
@@ -108,6 +144,8 @@ TargetStatus TargetFollower::status(const Now& now) const {
         tell(Light::sending, QStringLiteral("sending"));
     } else if (now.liveMode && now.updatePending) {
         tell(Light::sending, QStringLiteral("waiting"));
+    } else if (presence_ == Presence::replaced) {
+        tell(Light::trouble, atTime("another device", presenceAt_));
     } else if (trouble_ != Trouble::none) {
         tell(Light::trouble, troubleWords());
     } else if (wrongSetAt_.isValid()) {
@@ -122,6 +160,18 @@ TargetStatus TargetFollower::status(const Now& now) const {
         tell(Light::sending, QStringLiteral("not sent"));
     }
     return status;
+}
+
+// There is something newer to tell than that the port came.
+void TargetFollower::portIsOld() {
+    if (presence_ != Presence::gone) {
+        presence_ = Presence::there;
+    }
+}
+
+void TargetFollower::setPresence(Presence presence, QTime at) {
+    presence_ = presence;
+    presenceAt_ = at;
 }
 
 void TargetFollower::setTrouble(Trouble trouble, QTime at) {

@@ -31,6 +31,14 @@ class TargetFollower {
     void commandStarted(ForegroundTransfers::Activity activity);
     void commandEnded();
     void blockSent(std::size_t done, std::size_t all);
+    void portGone(QTime at) { setPresence(Presence::gone, at); }
+    /// The same device has come back.
+    void portBack(QTime at);
+    /// Another device has the port's name now.
+    void portReplaced(QTime at) { setPresence(Presence::replaced, at); }
+    /// The clip detection's box about the port has come as many times without being shown again; 0: it is
+    /// over.
+    void boxRepeated(int times) { boxTimes_ = times; }
 
     [[nodiscard]] TargetStatus status(const Now& now) const;
 
@@ -38,8 +46,14 @@ class TargetFollower {
     /// How the last exchange failed; the next one that succeeds ends it.
     enum class Trouble { none, noAnswer, portNotOpened };
 
+    /// What became of the port. That it has come is told until a transfer or a command has ended.
+    enum class Presence { there, gone, back, replaced };
+
+    void setPresence(Presence presence, QTime at);
+    void portIsOld();
     void setTrouble(Trouble trouble, QTime at);
     void forgetSets();
+    [[nodiscard]] TargetStatus statusOfTransfers(const Now& now) const;
     [[nodiscard]] QString commandWords() const;
     [[nodiscard]] QString troubleWords() const;
 
@@ -50,6 +64,9 @@ class TargetFollower {
     bool liveTransfer_ = false;
     Trouble trouble_ = Trouble::none;
     QTime troubleAt_;
+    Presence presence_ = Presence::there;
+    QTime presenceAt_;
+    int boxTimes_ = 0;
     // What the target is known to hold; at most one of the two is valid.
     QTime confirmedAt_;
     QTime wrongSetAt_;

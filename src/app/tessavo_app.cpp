@@ -12,6 +12,7 @@
 #include "app/page_factory.h"
 #include "app/tessavo_view.h"
 #include "comm/page/communication.h"
+#include "comm/port_device.h"
 #include "comm/port_list.h"
 #include "controls/application_theme.h"
 #include "controls/skin_message_box.h"
@@ -73,7 +74,8 @@ bool CTessavoApp::InitInstance(const StartOptions& options) {
         tuning_, boxes_, dialogs_, *profile_, link_, chartHost_,
         pageFactory({tuning_, boxes_, dialogs_, *profile_, link_, [this] { return portList(); }, firstPort,
                      [this] { frame_->view().refreshPages(); },
-                     demo_.running() ? demo_.portName() : std::string()})});
+                     demo_.running() ? demo_.portName() : std::string(),
+                     [](const std::string& port) { return portDevice(port).description; }})});
     // Asked for when the window closes: the page is made after the window has been painted.
     frame_->setNothingToLose([this] {
         const auto* communication = qobject_cast<CCommunication*>(

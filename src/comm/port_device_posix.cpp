@@ -166,9 +166,9 @@ TerminalDevice terminalDevice(const fs::path& terminalFolder) {
     if (place.bus == "bluetooth") {
         return {attachment, {.description = "Bluetooth serial port", .identity = {}}};
     }
-    return {attachment,
-            {.description = place.bus.empty() ? "serial port" : oneLine(place.bus) + " device",
-             .identity = {}}};
+    return {
+        attachment,
+        {.description = place.bus.empty() ? "serial port" : oneLine(place.bus) + " device", .identity = {}}};
 }
 
 bool isThere(const std::string& portName, const fs::path& deviceFolder) {

@@ -49,8 +49,8 @@ class Key {
         }
         // Whoever wrote it need not have ended it with a zero.
         const std::size_t length = std::min<std::size_t>(size / sizeof(wchar_t), value.size());
-        return {value.data(), static_cast<std::size_t>(
-                                  std::find(value.data(), value.data() + length, L'\0') - value.data())};
+        return {value.data(), static_cast<std::size_t>(std::find(value.data(), value.data() + length, L'\0') -
+                                                       value.data())};
     }
 
     [[nodiscard]] bool isSet(const wchar_t* name) const {
@@ -134,8 +134,9 @@ bool portIsThere(const std::string& portName) {
     if (ports::isAnnounced(name)) {
         return true;
     }
-    std::array<wchar_t, 1> target{};
-    const DWORD length = QueryDosDeviceW(wide(name).c_str(), target.data(), target.size());
+    std::array<wchar_t, MAX_PATH> target{};
+    const DWORD length =
+        QueryDosDeviceW(wide(name).c_str(), target.data(), static_cast<DWORD>(target.size()));
     // Where its name leads to does not matter; that it is longer than this says that it is there.
     return length != 0 || GetLastError() == ERROR_INSUFFICIENT_BUFFER;
 }

@@ -16,10 +16,9 @@ void PortWatch::setPort(const std::string& name) {
 
 PortWatch::Event PortWatch::look() {
     const bool there = !port_.empty() && system_.isThere(port_);
-    const Presence before = std::exchange(
-        presence_, there                               ? Presence::there
-                   : presence_ == Presence::neverSeen ? Presence::neverSeen
-                                                       : Presence::gone);
+    const Presence before = std::exchange(presence_, there                              ? Presence::there
+                                                     : presence_ == Presence::neverSeen ? Presence::neverSeen
+                                                                                        : Presence::gone);
     if (presence_ == before) {
         return Event::none;
     }

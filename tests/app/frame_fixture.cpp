@@ -49,8 +49,8 @@ FrameTest::~FrameTest() {
 
 void FrameTest::makeFrame(PageFactory makePage) {
     frame.reset();
-    frame = std::make_unique<CMainFrame>(
-        CMainFrame::Parts{tuning, boxes, dialogs, *profile, link, chartHost, std::move(makePage)});
+    frame = std::make_unique<CMainFrame>(CMainFrame::Parts{tuning, boxes, dialogs, *profile, link, chartHost,
+                                                           std::move(makePage), portSystem});
     frame->restorePlace();
     frame->show();
     frame->activateWindow();

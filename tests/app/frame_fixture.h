@@ -113,6 +113,9 @@ class FrameTest : public ::testing::Test {
     SkinChartHost chartHost;
     FakeDialogs dialogs;
     std::vector<std::string> pageCalls;
+    /// What the frames to come know of the ports of the machine. Nothing: no port ever goes.
+    PortWatch::System portSystem{[](const std::string&) { return false; },
+                                 [](const std::string&) { return std::string(); }};
     std::unique_ptr<CMainFrame> frame;
 };
 

@@ -209,5 +209,102 @@ TEST_F(Follower, ATransferUnderWayWhenLiveModeEndsIsFollowedToItsEnd) {
     EXPECT_EQ(off(), (Told{Light::off, "last answer 14:32:02"}));
 }
 
+TEST_F(Follower, APortThatIsGoneStandsBeforeEverythingElse) {
+    follower.setPort(QStringLiteral("COM3"));
+    follower.workerState(State::confirmed, at(1));
+    follower.portGone(at(2));
+    const Told gone{Light::trouble, "port gone 14:32:02"};
+    EXPECT_EQ(off(), gone);
+    EXPECT_EQ(live(false, true), gone) << "what was confirmed is out of reach";
+    EXPECT_EQ(live(pending), gone);
+    for (const ExchangeEnd end : {ExchangeEnd::portNotOpened, ExchangeEnd::noAnswer, ExchangeEnd::lineBusy}) {
+        follower.commandStarted(Activity::sending);
+        EXPECT_EQ(off(), gone);
+        follower.exchangeEnded(end, at(3));
+        follower.commandEnded();
+        EXPECT_EQ(off(), gone);
+        follower.workerState(State::sending, at(4));
+        EXPECT_EQ(live(), gone);
+        follower.workerState(State::noAnswer, at(5));
+        EXPECT_EQ(live(), gone);
+    }
+    follower.setPort(QStringLiteral("COM4"));
+    EXPECT_EQ(off(), (Told{Light::off, ""})) << "it was the other port";
+}
+
+TEST_F(Follower, APortThatComesBackIsToldUntilSomethingElseIs) {
+    const auto replug = [this] {
+        follower.portGone(at(2));
+        follower.portBack(at(3));
+    };
+    replug();
+    EXPECT_EQ(off(), (Told{Light::off, "port back 14:32:03"}));
+    follower.exchangeEnded(ExchangeEnd::answered, at(4));
+    EXPECT_EQ(off(), (Told{Light::off, "port back 14:32:03, last answer 14:32:04"})) << "a poll";
+    follower.commandStarted(Activity::reading);
+    EXPECT_EQ(off(), (Told{Light::sending, "port back 14:32:03, reading"}));
+    follower.commandEnded();
+    EXPECT_EQ(off(), (Told{Light::off, "last answer 14:32:04"}));
+    replug();
+    EXPECT_EQ(live(pending), (Told{Light::sending, "port back 14:32:03, waiting"}));
+    follower.workerState(State::sending, at(5));
+    EXPECT_EQ(live(), (Told{Light::sending, "port back 14:32:03, sending"}));
+    follower.exchangeEnded(ExchangeEnd::answered, at(6));
+    EXPECT_EQ(live(), (Told{Light::sending, "port back 14:32:03, sending"}));
+    follower.workerState(State::confirmed, at(7));
+    EXPECT_EQ(live(false, true), (Told{Light::confirmed, "confirmed 14:32:07"}));
+    replug();
+    EXPECT_EQ(live(false, true), (Told{Light::confirmed, "port back 14:32:03, confirmed 14:32:07"}));
+    follower.exchangeEnded(ExchangeEnd::noAnswer, at(8));
+    EXPECT_EQ(live(), (Told{Light::trouble, "no answer 14:32:08"}));
+}
+
+TEST_F(Follower, TheTroubleOfAPortGoesWithItsReturn) {
+    for (const ExchangeEnd end : {ExchangeEnd::portNotOpened, ExchangeEnd::noAnswer}) {
+        follower.portGone(at(1));
+        follower.exchangeEnded(end, at(2));
+        follower.portBack(at(3));
+        EXPECT_EQ(off(), (Told{Light::off, "port back 14:32:03"}));
+    }
+    follower.portGone(at(4));
+    follower.workerState(State::sending, at(4));
+    follower.exchangeEnded(ExchangeEnd::portNotOpened, at(5));
+    follower.portBack(at(6));
+    EXPECT_EQ(live(), (Told{Light::trouble, "port back 14:32:06, port not opened 14:32:05"}))
+        << "the box about it may still be open";
+}
+
+TEST_F(Follower, AnotherDeviceUnderTheSameNameIsTroubleUntilItHasBeenSpokenTo) {
+    const Told another{Light::trouble, "another device 14:32:03"};
+    for (const ExchangeEnd end : {ExchangeEnd::answered, ExchangeEnd::portNotOpened, ExchangeEnd::noAnswer}) {
+        follower.exchangeEnded(ExchangeEnd::answered, at(1));
+        follower.portGone(at(2));
+        follower.portReplaced(at(3));
+        EXPECT_EQ(off(), another);
+        EXPECT_EQ(live(false, true), another);
+        EXPECT_EQ(live(pending), (Told{Light::sending, "waiting"}));
+        follower.exchangeEnded(ExchangeEnd::lineBusy, at(4));
+        EXPECT_EQ(off(), another);
+        follower.exchangeEnded(end, at(5));
+        EXPECT_NE(off(), another);
+    }
+}
+
+TEST_F(Follower, RepeatedBoxesOfTheClipDetectionAreALineWithACount) {
+    follower.boxRepeated(2);
+    EXPECT_EQ(off(), (Told{Light::off, ""})) << "it stands beside the trouble";
+    follower.exchangeEnded(ExchangeEnd::portNotOpened, at(1));
+    EXPECT_EQ(off(), (Told{Light::trouble,
+                           "port not opened 14:32:01, clip detection: "
+                           "\"Cannot open COM port!\" 2 times"}));
+    follower.portGone(at(2));
+    follower.boxRepeated(130);
+    EXPECT_EQ(off(), (Told{Light::trouble,
+                           "port gone 14:32:02, clip detection: "
+                           "\"Cannot open COM port!\" 130 times"}));
+    follower.boxRepeated(0);
+    EXPECT_EQ(off(), (Told{Light::trouble, "port gone 14:32:02"}));
+}
+
 }  // namespace
 }  // namespace tessavo::testing

@@ -81,11 +81,12 @@ TEST_F(RegistryOfPorts, AnOddRegistryTellsNothing) {
 TEST(PortDevice, APortIsThereWhileItsNameIs) {
     EXPECT_FALSE(portIsThere(""));
     EXPECT_FALSE(portIsThere("COM251"));
-    ASSERT_TRUE(DefineDosDeviceW(DDD_RAW_TARGET_PATH, L"TESSAVO251", L"\\Device\\Null"));
-    EXPECT_TRUE(portIsThere("TESSAVO251"));
-    EXPECT_TRUE(portIsThere("\\\\.\\TESSAVO251"));
-    ASSERT_TRUE(DefineDosDeviceW(DDD_REMOVE_DEFINITION | DDD_RAW_TARGET_PATH, L"TESSAVO251", nullptr));
-    EXPECT_FALSE(portIsThere("TESSAVO251"));
+    EXPECT_TRUE(portIsThere("NUL"));
+    ASSERT_TRUE(DefineDosDeviceW(0, L"Q:", L"C:\\windows")) << GetLastError();
+    EXPECT_TRUE(portIsThere("Q:"));
+    EXPECT_TRUE(portIsThere("\\\\.\\Q:"));
+    DefineDosDeviceW(DDD_REMOVE_DEFINITION, L"Q:", nullptr);
+    EXPECT_FALSE(portIsThere("Q:"));
 }
 
 TEST(PortDevice, ASimulatedTargetIsThereWhileItLives) {

@@ -1,5 +1,7 @@
 #include <QLabel>
 #include <QTest>
+#include <QTextDocument>
+#include <QTextDocumentFragment>
 #include <algorithm>
 
 #include "comm_page/page_bench.h"
@@ -175,6 +177,39 @@ TEST_F(Controls, APortThatVanishesAndComesBackIsUsableAgain) {
     EXPECT_EQ(page->portName(), "COM3");
     click(button(comm_id::update));
     EXPECT_TRUE(page->versionsKnown());
+}
+
+TEST_F(Controls, EveryPortTellsItsDevice) {
+    portsThere = {"COM3", "COM5", "COM7", "COM12"};
+    descriptions = {{"COM3", "CP2102 USB to UART"},
+                    {"COM5", "<img src=x><b>Bridge</b>"},
+                    {"COM12",
+                     "Br\xC3\xBC"
+                     "cke\xFF"}};
+    makePage();
+    ASSERT_EQ(ports().count(), 4);
+    const auto tip = [this](int index) { return ports().itemData(index, Qt::ToolTipRole).toString(); };
+    const auto spoken = [this](int index) {
+        return ports().itemData(index, Qt::AccessibleDescriptionRole).toString();
+    };
+    EXPECT_EQ(tip(0), QStringLiteral("CP2102 USB to UART"));
+    EXPECT_EQ(spoken(0), tip(0));
+    EXPECT_TRUE(Qt::mightBeRichText(tip(1)));
+    EXPECT_EQ(QTextDocumentFragment::fromHtml(tip(1)).toPlainText(), spoken(1))
+        << "no markup of the device's";
+    EXPECT_EQ(spoken(1), QStringLiteral("<img src=x><b>Bridge</b>"));
+    EXPECT_EQ(tip(2), QStringLiteral("nothing known of its device"));
+    EXPECT_EQ(tip(3), QString::fromUtf8("Br\xC3\xBC"
+                                        "cke\xEF\xBF\xBD"));
+    EXPECT_EQ(ports().toolTip(), tip(0)) << "the closed list tells that of its entry";
+    EXPECT_EQ(ports().accessibleDescription(), spoken(0));
+    choosePort(3);
+    EXPECT_EQ(ports().toolTip(), tip(3));
+    EXPECT_EQ(ports().accessibleDescription(), spoken(3));
+    portsThere = {};
+    click(button(comm_id::refresh));
+    EXPECT_EQ(ports().toolTip(), QString());
+    EXPECT_EQ(ports().accessibleDescription(), QString());
 }
 
 TEST_F(Controls, TheLastPortIsChosenAgainWhenItIsThere) {

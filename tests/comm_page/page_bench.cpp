@@ -61,7 +61,8 @@ void PageBench::makePage() {
                             .usePort = [this](const std::string& name) { used.push_back(name); },
                             .rememberPort = [this](const std::string& name) { remembered.push_back(name); },
                             .refreshPages = [this] { ++refreshes; },
-                            .lastPort = lastPort},
+                            .lastPort = lastPort,
+                            .describePort = [this](const std::string& name) { return descriptions[name]; }},
                            &window);
     page->resize(984, 596);
     page->show();

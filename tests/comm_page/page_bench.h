@@ -4,6 +4,7 @@
 #include <deque>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <map>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -116,8 +117,9 @@ class PageBench : public ::testing::Test, private ICommLog {
     std::unique_ptr<ForegroundTransfers> transfers;
     std::vector<std::string> portsThere{"COM3", "COM5", "COM12"};
     std::string lastPort;
-    std::vector<std::string> used;        ///< port names that the page gave out
-    std::vector<std::string> remembered;  ///< those that a person chose
+    std::map<std::string, std::string> descriptions;  ///< of ports, by name
+    std::vector<std::string> used;                    ///< port names that the page gave out
+    std::vector<std::string> remembered;              ///< those that a person chose
     int refreshes = 0;
     QWidget window;
     CCommunication* page = nullptr;

@@ -4,6 +4,7 @@
 #include <QLabel>
 #include <QPainter>
 #include <QSaveFile>
+#include <QTextDocument>
 #include <QThread>
 #include <algorithm>
 #include <array>
@@ -37,6 +38,11 @@ std::filesystem::path pathOf(const QString& text) {
 
 QString textOf(const std::filesystem::path& path) {
     return QDir::toNativeSeparators(QString::fromStdU16String(path.u16string()));
+}
+
+// A device may call itself what it likes; the toolkit must not take that for markup.
+QString plainToolTip(const QString& text) {
+    return Qt::mightBeRichText(text) ? Qt::convertFromPlainText(text) : text;
 }
 
 }  // namespace
@@ -236,7 +242,14 @@ void CCommunication::FillPortList() {
     ports_->clear();
     int index = 0;
     for (const std::string& name : parts_.listPorts()) {
-        ports_->addItem(QString::fromStdString(name), index++);
+        ports_->addItem(QString::fromStdString(name), index);
+        if (parts_.describePort) {
+            const QString device = QString::fromStdString(parts_.describePort(name));
+            const QString told = device.isEmpty() ? QStringLiteral("nothing known of its device") : device;
+            ports_->setItemData(index, plainToolTip(told), Qt::ToolTipRole);
+            ports_->setItemData(index, told, Qt::AccessibleDescriptionRole);
+        }
+        ++index;
     }
     ports_->setCurrentIndex(ports_->count() > 0 ? 0 : -1);
     selectPort(0);
@@ -244,6 +257,8 @@ void CCommunication::FillPortList() {
 
 void CCommunication::selectPort(int index) {
     portName_ = ports_->itemText(index).toStdString();
+    ports_->setToolTip(ports_->itemData(index, Qt::ToolTipRole).toString());
+    ports_->setAccessibleDescription(ports_->itemData(index, Qt::AccessibleDescriptionRole).toString());
     parts_.usePort(portName_);
 }
 

@@ -73,6 +73,8 @@ class CCommunication : public CTabDialog {
         /// Every page and the view read the current set again.
         std::function<void()> refreshPages;
         std::string lastPort;  ///< chosen at the start when it is there
+        /// What stands behind a port, for a person; empty when nothing is known. May be empty.
+        std::function<std::string(const std::string&)> describePort = {};
     };
 
     /// Everything in `parts` outlives the page.

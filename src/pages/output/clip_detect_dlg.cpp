@@ -195,6 +195,7 @@ void CClipDetectDlg::toggle() {
     lamp_->setLit(on);
     switchGroup_->setInCircuit(on);
     update();
+    emit switched(on);
 }
 
 void CClipDetectDlg::showState(const ClipState& state) {

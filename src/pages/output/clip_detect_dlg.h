@@ -53,6 +53,9 @@ class CClipDetectDlg : public CTabDialog {
     /// Shows an answer of the target. User-interface thread.
     void showState(const ClipState& state);
 
+ signals:
+    void switched(bool on);
+
  protected:
     void paintEvent(QPaintEvent* event) override;
 
