@@ -42,10 +42,15 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     readImageFields(*converted, setIndex, image);
 
     tuning.replaceImage(image);
+    image.imageSize = parameterImageSize;
     fuzz::check(fuzz::sameBytes(tuning.imageCopy(), image), "a received image is kept byte by byte");
     fuzz::check(fuzz::sameBytes(tuning.store(), *before), "a received image alone changes no set");
     tuning.imageToSet();
     fuzz::check(fuzz::sameBytes(tuning.store(), *converted), "one conversion, however it is called");
+    fuzz::check(fuzz::sameBytes(tuning.imageCopy(), image), "a conversion leaves the image as it arrived");
+    tuning.selectSet(static_cast<std::uint32_t>((setIndex + 1) % setCount));
+    tuning.selectSet(static_cast<std::uint32_t>(setIndex));
+    fuzz::check(fuzz::sameBytes(tuning.imageCopy(), image), "another set and back brings the image back");
     for (std::size_t set = 0; set < setCount; ++set) {
         checkKept(before->sets.at(set), converted->sets.at(set));
         fuzz::check(converted->sets.at(set).routerSource == converted->sets.at(setIndex).routerSource,
@@ -54,7 +59,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
     // What the set gives is what the image says, however strange its numbers are.
     ParameterImage written = image;
-    writeImageFields(written, converted->sets.at(setIndex), BypassBytes::write);
+    writeImageFields(written, converted->sets.at(setIndex));
     static_cast<void>(md5Image(written));
     return 0;
 }

@@ -1,5 +1,6 @@
 #include "params/image_conversion.h"
 
+#include <algorithm>
 #include <array>
 #include <cstring>
 
@@ -18,6 +19,10 @@ const unsigned char* bytesOf(const ParameterImage& image) {
     return reinterpret_cast<const unsigned char*>(&image);
 }
 
+const unsigned char* bytesOf(const ParameterSet& set) {
+    return reinterpret_cast<const unsigned char*>(&set);
+}
+
 std::size_t imagePlace(const Field& field, FieldIndex index) {
     return static_cast<std::size_t>(field.imageOffset) + imageStrideOf(field, index);
 }
@@ -26,8 +31,7 @@ std::size_t imagePlace(const Field& field, FieldIndex index) {
 // survive.
 void copyIntoImage(ParameterImage& image, const ParameterSet& set, const Field& field, FieldIndex index) {
     std::array<unsigned char, 4> bytes{};
-    std::memcpy(bytes.data(), reinterpret_cast<const unsigned char*>(&set) + recordOffsetOf(field, index),
-                widthOf(field.type));
+    std::memcpy(bytes.data(), bytesOf(set) + recordOffsetOf(field, index), widthOf(field.type));
     std::memcpy(bytesOf(image) + imagePlace(field, index), bytes.data(), widthOf(field.imageType));
 }
 
@@ -143,12 +147,11 @@ void writeImageField(ParameterImage& image, const ParameterSet& set, const Field
     }
 }
 
-void writeImageFields(ParameterImage& image, const ParameterSet& set, BypassBytes bypass) {
+void writeImageFields(ParameterImage& image, const ParameterSet& set) {
     for (const Field& field : fieldTable()) {
-        if (field.rule == ImageRule::inverse && bypass == BypassBytes::keep) {
-            continue;
+        if (field.rule != ImageRule::inverse) {
+            forEachElement(field, [&](FieldIndex index) { writeImageField(image, set, field, index); });
         }
-        forEachElement(field, [&](FieldIndex index) { writeImageField(image, set, field, index); });
     }
 }
 
@@ -157,6 +160,20 @@ void readImageFields(ParameterStore& store, std::size_t setIndex, const Paramete
         forEachElement(field,
                        [&](FieldIndex index) { readImageField(store, setIndex, image, field, index); });
     }
+}
+
+bool holdTheSameForTheImage(const ParameterSet& one, const ParameterSet& other) {
+    return std::ranges::all_of(fieldTable(), [&](const Field& field) {
+        bool same = true;
+        if (field.rule != ImageRule::none) {
+            forEachElement(field, [&](FieldIndex index) {
+                const std::size_t offset = recordOffsetOf(field, index);
+                same = same &&
+                       std::memcmp(bytesOf(one) + offset, bytesOf(other) + offset, widthOf(field.type)) == 0;
+            });
+        }
+        return same;
+    });
 }
 
 }  // namespace tessavo

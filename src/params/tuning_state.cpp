@@ -14,7 +14,7 @@ namespace tessavo {
 namespace {
 
 constexpr std::chrono::milliseconds setChangeWait{500};
-constexpr std::chrono::milliseconds conversionWait{5000};
+constexpr std::chrono::milliseconds wholeImageWait{5000};
 constexpr std::uint8_t firstPageChannel = 0x80;
 
 // The kind word of a coefficient generator: the block's first four bytes, little-endian.
@@ -31,11 +31,15 @@ bool computeBandWords(IcoefficientGenerator& generator, const EqBandParams& band
 
 }  // namespace
 
-TuningState::TuningState(IMessageBox& boxes, std::unique_ptr<CSemaphore> exclusion)
-    : store_(emptyStore()), exclusion_(exclusion ? std::move(exclusion) : std::make_unique<CSemaphore>()) {
-    const auto warn = [&boxes](std::string_view text) { boxes.showPlain(text); };
-    generators_ = {std::make_unique<coeffBZT2>(warn), std::make_unique<coeffMZT>(warn),
-                   std::make_unique<coeffBZTMZT>(warn)};
+TuningState::TuningState(IMessageBox& boxes, std::unique_ptr<CSemaphore> exclusion,
+                         std::unique_ptr<CSemaphore> imageGuard)
+    : boxes_(boxes),
+      store_(emptyStore()),
+      imageGuard_(imageGuard ? std::move(imageGuard) : std::make_unique<CSemaphore>()),
+      exclusion_(exclusion ? std::move(exclusion) : std::make_unique<CSemaphore>()) {
+    const auto warning = [this](std::string_view text) { warn(text); };
+    generators_ = {std::make_unique<coeffBZT2>(warning), std::make_unique<coeffMZT>(warning),
+                   std::make_unique<coeffBZTMZT>(warning)};
     image_.imageSize = parameterImageSize;
 }
 
@@ -43,12 +47,15 @@ TuningState::~TuningState() = default;
 
 void TuningState::start() {
     writeDefaults(store_);
+    received_ = {};
     selectionMask_ = firstPageChannel;
-    bringInStep(false);
+    computeAll();
+    deriveImage();
 }
 
 ParameterImage TuningState::imageCopy() const {
-    const std::lock_guard guard(imageGuard_);
+    const SemaphoreHold wholeSet(*exclusion_, wholeImageWait);
+    const SemaphoreHold hold(*imageGuard_);
     return image_;
 }
 
@@ -69,13 +76,19 @@ void TuningState::selectSet(std::uint32_t setIndex, const std::function<void()>&
         return;
     }
     currentSet_ = setIndex;
-    const bool taken = exclusion_->take(setChangeWait);
-    bringInStep(true);
-    if (whileLocked) {
-        whileLocked();
-    }
-    if (taken) {
-        exclusion_->release();
+    // Not under the lock: a generator may show its warning here, and a transfer would wait for the answer.
+    computeAll();
+    {
+        const SemaphoreHold wholeSet(*exclusion_, setChangeWait);
+        if (const auto& received = received_[setIndex]) {
+            const SemaphoreHold hold(*imageGuard_);
+            image_ = received->image;
+        } else {
+            deriveImage();
+        }
+        if (whileLocked) {
+            whileLocked();
+        }
     }
     tellChange();
 }
@@ -87,27 +100,57 @@ void TuningState::setFilterMode(std::uint32_t mode) {
 }
 
 void TuningState::replaceStore(const ParameterStore& store) {
-    store_ = store;
-    bringInStep(true);
+    {
+        const SemaphoreHold wholeSet(*exclusion_, wholeImageWait);
+        store_ = store;
+        received_ = {};
+        computeAll();
+        deriveImage();
+    }
     tellChange();
 }
 
 void TuningState::replaceImage(const ParameterImage& received) {
     {
-        const std::lock_guard guard(imageGuard_);
+        const SemaphoreHold hold(*imageGuard_);
         image_ = received;
+        image_.imageSize = parameterImageSize;
     }
     tellChange();
 }
 
 void TuningState::imageToSet() {
-    const bool taken = exclusion_->take(conversionWait);
-    readImageFields(store_, currentSet_, image_);
-    bringInStep(true);
-    if (taken) {
-        exclusion_->release();
+    {
+        const SemaphoreHold wholeSet(*exclusion_, wholeImageWait);
+        const ParameterStore before = store_;
+        readImageFields(store_, currentSet_, image_);
+        keepReceivedImage(before);
     }
+    computeAll();
     tellChange();
+}
+
+void TuningState::keepReceivedImage(const ParameterStore& before) {
+    received_[currentSet_] = {image_, currentParameterSet()};
+    const Field& source = fieldOf(FieldId::routerSource);
+    for (std::size_t set = 0; set < setCount; ++set) {
+        if (set == currentSet_ || !received_[set]) {
+            continue;
+        }
+        for (std::size_t channel = 0; channel < channelCount; ++channel) {
+            if (store_.sets[set].routerSource[channel] != before.sets[set].routerSource[channel]) {
+                writeImageField(received_[set]->image, store_.sets[set], source, {channel, 0});
+            }
+        }
+        received_[set]->record = store_.sets[set];
+    }
+}
+
+void TuningState::dropChangedImage() {
+    auto& received = received_[currentSet_];
+    if (received && !holdTheSameForTheImage(received->record, currentParameterSet())) {
+        received.reset();
+    }
 }
 
 void TuningState::showOutputCurve(RecordChannel channel) {
@@ -146,6 +189,16 @@ void TuningState::tellChange() const {
     }
 }
 
+// While the box stands the image already holds the value that is being edited.
+void TuningState::warn(std::string_view text) {
+    if (underWay_) {
+        for (const FieldId id : underWay_->fields) {
+            mirror(id, underWay_->index);
+        }
+    }
+    boxes_.showPlain(text);
+}
+
 void TuningState::computeBand(RecordChannel channel, std::size_t band) {
     computeBandWords(generator(), currentParameterSet().channels[channel.value].bands[band],
                      bandWords_[channel.value][band]);
@@ -166,7 +219,7 @@ void TuningState::computeInputBand(std::size_t inputBand) {
     computeBandWords(generator(), band, inputWords_[inputBand]);
 }
 
-void TuningState::bringInStep(bool withBypass) {
+void TuningState::computeAll() {
     for (std::size_t i = 0; i < inputSectionCount; ++i) {
         computeInputBand(i);
     }
@@ -176,8 +229,11 @@ void TuningState::bringInStep(bool withBypass) {
         }
         computeCrossovers({c});
     }
-    const std::lock_guard guard(imageGuard_);
-    writeImageFields(image_, currentParameterSet(), withBypass ? BypassBytes::write : BypassBytes::keep);
+}
+
+void TuningState::deriveImage() {
+    const SemaphoreHold hold(*imageGuard_);
+    writeImageFields(image_, currentParameterSet());
     for (std::size_t c = 0; c < channelCount; ++c) {
         image_.channels[c].bandWords = bandWords_[c];
         image_.channels[c].crossoverWords = crossoverWords_[c];

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
-#include <mutex>
+#include <optional>
 #include <span>
 #include <string_view>
 #include <utility>
@@ -34,8 +34,22 @@ enum class LimiterField : std::uint8_t {
 
 enum class BandValue : std::uint8_t { gain = 0, q = 1 };
 
+/// A band of an output channel.
+struct EditedBand {
+    RecordChannel channel;
+    std::size_t band = 0;
+    friend bool operator==(const EditedBand&, const EditedBand&) = default;
+};
+
 /// Everything that is being tuned: the five sets, the current set's image and coefficients, and the edit
 /// operations that keep the three in step.
+///
+/// The image is derived from the current set, with one exception: a set that was received keeps its image
+/// byte by byte, which says more than the record it was converted into. Each of the five sets keeps the image
+/// that it was received with until an edit changes something in its record that the image carries; choosing
+/// the set again until then brings that image back, bypass bytes, coefficient words and spare bytes included.
+/// A set received into another place writes its router sources into all five records: the kept images follow
+/// in the words of the sources that changed and stay in every other byte. A loaded store drops all of them.
 ///
 /// Used on the user-interface thread, except for the flags, imageCopy() and takeUpdate(), which any thread
 /// may use. Arguments that name a band, crossover, channel or set outside its range change nothing.
@@ -43,7 +57,9 @@ class TuningState {
  public:
     /// \param boxes shows the generators' warning; outlives this object.
     /// \param exclusion the mutual-exclusion object; a CSemaphore of its own when empty.
-    explicit TuningState(IMessageBox& boxes, std::unique_ptr<CSemaphore> exclusion = nullptr);
+    /// \param imageGuard what an edit holds while it writes the image; a CSemaphore of its own when empty.
+    explicit TuningState(IMessageBox& boxes, std::unique_ptr<CSemaphore> exclusion = nullptr,
+                         std::unique_ptr<CSemaphore> imageGuard = nullptr);
     ~TuningState();
     TuningState(const TuningState&) = delete;
     TuningState& operator=(const TuningState&) = delete;
@@ -65,7 +81,9 @@ class TuningState {
     [[nodiscard]] const ParameterStore& store() const { return store_; }
     [[nodiscard]] const ParameterSet& currentParameterSet() const { return store_.sets[currentSet_]; }
     [[nodiscard]] const ParameterImage& image() const { return image_; }
-    /// The image as it is between two edits. Any thread.
+    /// The image as it is between two edits and between two changes of the whole set: waits for the
+    /// mutual-exclusion object, at most 5000 ms, and goes on without it. Any thread, but not from within the
+    /// callback of selectSet(), which runs under that object.
     [[nodiscard]] ParameterImage imageCopy() const;
     [[nodiscard]] const BiquadWords& bandWords(RecordChannel channel, std::size_t band) const;
     [[nodiscard]] const BiquadWords& crossoverWords(RecordChannel channel, std::size_t crossover) const;
@@ -75,23 +93,31 @@ class TuningState {
     [[nodiscard]] std::uint32_t currentSet() const { return currentSet_; }
     [[nodiscard]] std::uint32_t filterMode() const { return filterMode_; }
     [[nodiscard]] std::uint8_t selectionMask() const { return selectionMask_; }
+    /// The band that was edited last, by frequency, type, gain or Q; the first channel's first band until
+    /// then. Its channel's curve is drawn where no channel is selected.
+    [[nodiscard]] EditedBand lastEditedBand() const { return lastEditedBand_; }
 
     // --- application state
     // ---------------------------------------------------------------------------------------
 
-    /// Makes a set current, then runs `whileLocked` (the pages' change of set) under the mutual-exclusion
-    /// object (waiting at most 500 ms, going on without it), and brings image and coefficients in step first.
+    /// Makes a set current, brings coefficients in step, and then, under the mutual-exclusion object (waiting
+    /// at most 500 ms, going on without it), writes the image and runs `whileLocked` (the pages' change of
+    /// set). The image becomes the one that the set keeps from its receipt, or is derived from the record;
+    /// derived, it keeps the bypass bytes and spare bytes it has.
     void selectSet(std::uint32_t setIndex, const std::function<void()>& whileLocked = {});
     /// 0 BZT, 1 MZT, 2 BZT/MZT. Recomputes nothing; the next edit does.
     void setFilterMode(std::uint32_t mode);
     void setSelectionMask(std::uint8_t mask) { selectionMask_ = mask; }
 
-    /// Replaces all five sets by a loaded store and brings image and coefficients in step.
+    /// Replaces all five sets by a loaded store and brings coefficients and image in step, under the
+    /// mutual-exclusion object (waiting at most 5000 ms, going on without it). The image keeps its bypass
+    /// bytes and spare bytes; no set keeps the image it was received with.
     void replaceStore(const ParameterStore& store);
-    /// Replaces the image by received bytes; the sets stay.
+    /// Replaces the image by received bytes, its first word by 3384; the sets stay.
     void replaceImage(const ParameterImage& received);
-    /// Converts the image into the current set (under the mutual-exclusion object, waiting at most 5000 ms
-    /// and going on without it) and brings image and coefficients in step.
+    /// Converts the image into the current set, under the mutual-exclusion object (waiting at most 5000 ms
+    /// and going on without it), and brings the coefficient tables in step. The image stays byte by byte, and
+    /// the set keeps it.
     void imageToSet();
 
     /// Computes the curve of a channel or of the input side and hands it to the display, if there is one.
@@ -145,7 +171,8 @@ class TuningState {
     void setInputBandGain(std::size_t inputBand, float gainDb, bool final);
     /// Writes record and both bypass bytes.
     void setInputEqOn(bool on);
-    /// Writes any field that shapes no filter, in its stored form, and its place in the image.
+    /// Writes any field that shapes no filter, in its stored form, and its place in the image; never
+    /// `recordSize`, which only the start and a loaded store write.
     void setField(FieldId id, FieldIndex index, double storedValue, bool final);
     /// At most 31 UTF-16 units are kept. Does not raise `updatePending`: the target does not carry the name.
     void setName(std::u16string_view name);
@@ -156,11 +183,18 @@ class TuningState {
     template <typename Change>
     void editBands(std::size_t band, FieldId id, Change change, bool final);
     template <typename Change>
-    void editCrossovers(std::size_t crossover, Change change, bool final);
+    void editCrossovers(std::size_t crossover, std::span<const FieldId> fields, Change change, bool final);
+    template <typename Compute, typename CopyWords>
+    void writeWithWords(std::span<const FieldId> fields, FieldIndex index, Compute compute,
+                        CopyWords copyWords);
+    void warn(std::string_view text);
     void computeBand(RecordChannel channel, std::size_t band);
     void computeCrossovers(RecordChannel channel);
     void computeInputBand(std::size_t inputBand);
-    void bringInStep(bool withBypass);
+    void computeAll();
+    void deriveImage();
+    void keepReceivedImage(const ParameterStore& before);
+    void dropChangedImage();
     /// Writes the field's place in the image from the current set.
     void mirror(FieldId id, FieldIndex index = {});
     void finish(bool final);
@@ -168,12 +202,26 @@ class TuningState {
     ParameterSet& editedSet() { return store_.sets[currentSet_]; }
     OutputChannelParams& edited(RecordChannel channel) { return editedSet().channels[channel.value]; }
 
+    /// What a set was received as.
+    struct Received {
+        ParameterImage image;
+        ParameterSet record;  ///< as the conversion left it
+    };
+    /// The places of an edit whose coefficients are being computed.
+    struct UnderWay {
+        std::span<const FieldId> fields;
+        FieldIndex index;
+    };
+
+    IMessageBox& boxes_;
     ParameterStore store_;
     ParameterImage image_;
-    /// Held for the few microseconds in which an edit writes the image or a copy is taken, so that a copy
-    /// never holds half an edit of a channel. Never held while coefficients are computed: that may show a
-    /// warning and wait for its answer.
-    mutable std::mutex imageGuard_;
+    std::array<std::optional<Received>, setCount> received_;  ///< by set
+    std::optional<UnderWay> underWay_;
+    /// Held for the few microseconds in which the image is written or copied, so that a copy never holds half
+    /// an edit of a channel. Taken inside the mutual-exclusion object, never the other way round, and never
+    /// held while coefficients are computed: that may show a warning and wait for its answer.
+    std::unique_ptr<CSemaphore> imageGuard_;
 
     std::array<std::array<BiquadWords, bandCount>, channelCount> bandWords_{};
     std::array<std::array<BiquadWords, crossoverCount>, channelCount> crossoverWords_{};
@@ -183,10 +231,12 @@ class TuningState {
     std::uint32_t currentSet_ = 0;
     std::uint32_t filterMode_ = 0;
     std::uint8_t selectionMask_ = 0;
+    EditedBand lastEditedBand_{recordChannelAt({0}), 0};
     std::atomic<bool> liveMode_ = false;
     std::atomic<bool> liveTransferEnabled_ = false;
     std::atomic<bool> updatePending_ = false;
 
+    /// Held while the image changes as a whole and while a copy of it is taken, so that a copy holds one set.
     std::unique_ptr<CSemaphore> exclusion_;
     ICurveDisplay* curveDisplay_ = nullptr;
     std::function<void()> changeListener_;

@@ -16,54 +16,66 @@ void TuningState::forSelectedChannels(Act act) const {
 }
 
 void TuningState::mirror(FieldId id, FieldIndex index) {
-    const std::lock_guard guard(imageGuard_);
+    const SemaphoreHold hold(*imageGuard_);
     writeImageField(image_, currentParameterSet(), fieldOf(id), index);
 }
 
 void TuningState::finish(bool final) {
+    dropChangedImage();
     if (final) {
         raiseUpdatePending();
     }
     tellChange();
 }
 
-// Curves follow the last channel that was written, once for all of them.
+// Value and words go into the image at once, so that no copy of it holds one without the other; only where a
+// generator shows its box in between, the value goes first.
+template <typename Compute, typename CopyWords>
+void TuningState::writeWithWords(std::span<const FieldId> fields, FieldIndex index, Compute compute,
+                                 CopyWords copyWords) {
+    underWay_ = {fields, index};
+    compute();
+    underWay_.reset();
+    const SemaphoreHold hold(*imageGuard_);
+    for (const FieldId id : fields) {
+        writeImageField(image_, currentParameterSet(), fieldOf(id), index);
+    }
+    copyWords(image_.channels[index.outer]);
+}
+
+// Curves follow the last channel that was written, once for all of them; where none was, the channel of the
+// band that was edited last.
 template <typename Change>
 void TuningState::editBands(std::size_t band, FieldId id, Change change, bool final) {
     if (band >= bandCount) {
         return;
     }
-    std::uint8_t last = channelCount;
     forSelectedChannels([&](RecordChannel channel) {
         change(edited(channel).bands[band]);
-        computeBand(channel, band);
-        const std::lock_guard guard(imageGuard_);
-        writeImageField(image_, currentParameterSet(), fieldOf(id), {channel.value, band});
-        image_.channels[channel.value].bandWords = bandWords_[channel.value];
-        last = channel.value;
+        writeWithWords(
+            {&id, 1}, {channel.value, band}, [&] { computeBand(channel, band); },
+            [&](ChannelImageBlock& block) { block.bandWords = bandWords_[channel.value]; });
+        lastEditedBand_ = {channel, band};
     });
-    showOutputCurve({last});
+    showOutputCurve(lastEditedBand_.channel);
     finish(final);
 }
 
 template <typename Change>
-void TuningState::editCrossovers(std::size_t crossover, Change change, bool final) {
+void TuningState::editCrossovers(std::size_t crossover, std::span<const FieldId> fields, Change change,
+                                 bool final) {
     if (crossover >= crossoverCount) {
         return;
     }
-    std::uint8_t last = channelCount;
+    RecordChannel last = lastEditedBand_.channel;
     forSelectedChannels([&](RecordChannel channel) {
         change(edited(channel).crossovers[crossover]);
-        computeCrossovers(channel);
-        const std::lock_guard guard(imageGuard_);
-        for (const FieldId id : {FieldId::crossoverEnabled, FieldId::crossoverKind,
-                                 FieldId::crossoverFrequency, FieldId::crossoverOrder}) {
-            writeImageField(image_, currentParameterSet(), fieldOf(id), {channel.value, crossover});
-        }
-        image_.channels[channel.value].crossoverWords = crossoverWords_[channel.value];
-        last = channel.value;
+        writeWithWords(
+            fields, {channel.value, crossover}, [&] { computeCrossovers(channel); },
+            [&](ChannelImageBlock& block) { block.crossoverWords = crossoverWords_[channel.value]; });
+        last = channel;
     });
-    showOutputCurve({last});
+    showOutputCurve(last);
     finish(final);
 }
 
@@ -88,7 +100,7 @@ void TuningState::setInvertPhase(bool apply, std::uint8_t value) {
         if (apply) {
             edited(channel).invertPhase = value;
         }
-        const std::lock_guard guard(imageGuard_);
+        const SemaphoreHold hold(*imageGuard_);
         image_.channels[channel.value].invertPhase = value;
     });
     finish(true);
@@ -127,17 +139,19 @@ void TuningState::setBandOff(std::size_t band, std::uint8_t off) {
 
 void TuningState::setCrossover(std::size_t crossover, std::uint8_t kind, std::uint8_t order,
                                std::uint8_t enabled) {
+    constexpr std::array fields{FieldId::crossoverEnabled, FieldId::crossoverKind, FieldId::crossoverOrder};
     const auto change = [&](CrossoverParams& params) {
         params.kind = kind;
         params.order = order;
         params.enabled = enabled;
     };
-    editCrossovers(crossover, change, true);
+    editCrossovers(crossover, fields, change, true);
 }
 
 void TuningState::setCrossoverFrequency(std::size_t crossover, std::uint16_t frequencyHz, bool final) {
+    constexpr std::array fields{FieldId::crossoverFrequency};
     editCrossovers(
-        crossover, [&](CrossoverParams& params) { params.frequencyHz = frequencyHz; }, final);
+        crossover, fields, [&](CrossoverParams& params) { params.frequencyHz = frequencyHz; }, final);
 }
 
 void TuningState::setLimiter(LimiterField which, std::int32_t value, bool final) {
@@ -203,8 +217,8 @@ void TuningState::setInputBandGain(std::size_t inputBand, float gainDb, bool fin
     const bool graphic = inputBand < inputBandCount;
     const std::size_t index = graphic ? inputBand : inputBand - inputBandCount;
     (graphic ? editedSet().inputEqBands[index] : editedSet().inputToneBands[index]).gainDb = gainDb;
-    computeInputBand(inputBand);
     mirror(graphic ? FieldId::inputBandGain : FieldId::toneGain, {index, 0});
+    computeInputBand(inputBand);
     showInputCurve();
     finish(final);
 }
@@ -216,7 +230,7 @@ void TuningState::setInputEqOn(bool on) {
 }
 
 void TuningState::setField(FieldId id, FieldIndex index, double storedValue, bool final) {
-    if (id >= FieldId::count || !contains(fieldOf(id), index)) {
+    if (id == FieldId::recordSize || id >= FieldId::count || !contains(fieldOf(id), index)) {
         return;
     }
     setStoredValue(editedSet(), fieldOf(id), index, storedValue);

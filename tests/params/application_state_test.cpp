@@ -45,7 +45,7 @@ TEST(SelectSet, BringsImageAndWordsInStepWithTheWholeSet) {
         for (const std::uint32_t set : {4U, 1U, 0U, 3U, 2U}) {
             tuning.state.selectSet(set);
             Bytes expected(imageSize, 0);
-            mirrorSet(store, set, mode, Bypass::write, expected);
+            mirrorSet(store, set, mode, expected);
             EXPECT_SAME_BYTES(tuning.image(), expected) << set;
             EXPECT_SAME_BYTES(tuning.store(), store);
             for (std::size_t band = 0; band < 13; ++band) {
@@ -161,16 +161,22 @@ TEST(ReplaceStore, TakesAllFiveSetsAndKeepsTheApplicationsState) {
     EXPECT_FALSE(tuning.state.liveMode());
     EXPECT_FALSE(tuning.state.updatePending());
     Bytes expected(imageSize, 0);
-    mirrorSet(store, 4, 2, Bypass::write, expected);
+    mirrorSet(store, 4, 2, expected);
     EXPECT_SAME_BYTES(tuning.image(), expected);
 }
 
-TEST(ReplaceStore, WithoutTheInputEqualizerSetsTheBypassBytes) {
+TEST(ReplaceStore, HoldsTheLockForItsWholeRunAndWaitsFiveSecondsForIt) {
     Tuning tuning;
-    EXPECT_EQ(tuning.image()[6], 0) << "as at the start";
-    tuning.state.replaceStore(tuning.state.store());
-    EXPECT_EQ(tuning.image()[6], 1);
-    EXPECT_EQ(tuning.image()[22], 1);
+    tuning.lock = {};
+    const Bytes store = tuning.store();
+    tuning.state.replaceStore(recordOf<ParameterStore>(store));
+    EXPECT_EQ(tuning.lock.asked, std::vector<milliseconds>{milliseconds(5000)});
+    EXPECT_EQ(tuning.lock.released, 1);
+    tuning.lock = {};
+    tuning.lock.granted = false;
+    tuning.state.replaceStore(recordOf<ParameterStore>(Bytes(storeSize, 7)));
+    EXPECT_EQ(tuning.lock.released, 0);
+    EXPECT_SAME_BYTES(tuning.store(), Bytes(storeSize, 7));
 }
 
 TEST(ReplaceStore, OfAnyBytesNeverCrashesAndTakesThemAsTheyAre) {

@@ -110,7 +110,7 @@ TEST(FreshState, WritesDefaultsOverWhateverTheSetsHoldAndLeavesTheRest) {
 TEST(FreshState, HasItsImageInStepButForTheBypassBytes) {
     const Tuning tuning;
     Bytes expected(3384, 0);
-    mirrorSet(tuning.store(), 0, 0, Bypass::keep, expected);
+    mirrorSet(tuning.store(), 0, 0, expected);
     EXPECT_SAME_BYTES(tuning.image(), expected);
     EXPECT_EQ(tuning.image()[6], 0);
     EXPECT_EQ(tuning.image()[22], 0);

@@ -129,7 +129,7 @@ std::uint32_t gainWordByFormula(float volumeDb, float groupGainDb) {
     return static_cast<std::uint32_t>(std::llround(std::pow(10.0, level / 20) * 16777216.0));
 }
 
-void mirrorSet(const Bytes& store, std::size_t set, std::uint32_t mode, Bypass bypass, Bytes& image) {
+void mirrorSet(const Bytes& store, std::size_t set, std::uint32_t mode, Bytes& image) {
     const std::size_t base = setSize * set;
     const auto copy = [&](std::size_t record, std::size_t place, std::size_t width) {
         std::copy_n(store.begin() + static_cast<std::ptrdiff_t>(base + record), width,
@@ -140,9 +140,6 @@ void mirrorSet(const Bytes& store, std::size_t set, std::uint32_t mode, Bypass b
             static_cast<std::int16_t>(
                 std::clamp(std::trunc(readAt<float>(store, base + 216)), -32768.0F, 32767.0F)));
     for (const std::size_t row : {std::size_t{6}, std::size_t{22}}) {
-        if (bypass == Bypass::write) {
-            image[row] = store[base + 4] == 0 ? 1 : 0;
-        }
         for (std::size_t band = 0; band < 13; ++band) {
             const std::size_t place = row + (band < 10 ? 4 + band : 1 + band - 10);
             writeAt(image, place, wholeNumber(readAt<float>(store, base + inputBandOffset(band) + 4)));

@@ -153,9 +153,9 @@ bool bandWordsOf(std::uint32_t mode, const Bytes& store, std::size_t offset, Biq
 bool crossoverWordsOf(std::uint32_t mode, const Bytes& store, std::size_t offset, BiquadWords& words);
 
 /// The image of a set: every field in the form and at the place that the format gives it, all coefficient
-/// words computed afresh. Bytes that are no field stay as they are in `image`.
-enum class Bypass { keep, write };
-void mirrorSet(const Bytes& store, std::size_t set, std::uint32_t mode, Bypass bypass, Bytes& image);
+/// words computed afresh. Bytes that are no field stay as they are in `image`, and so do the input
+/// equalizer's bypass bytes.
+void mirrorSet(const Bytes& store, std::size_t set, std::uint32_t mode, Bytes& image);
 
 /// Gain word of a sum, looked up by formula.
 std::uint32_t gainWordByFormula(float volumeDb, float groupGainDb);

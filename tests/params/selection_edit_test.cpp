@@ -206,6 +206,9 @@ Expected expectedOf(const SelectionEdit& edit, std::uint8_t mask, const Tuning& 
             expected.curveOf = channel;
         }
     }
+    if (mask == 0 && edit.coefficients != Coefficients::none) {
+        expected.curveOf = pageChannels[0];  // as long as nothing was edited
+    }
     return expected;
 }
 
@@ -346,6 +349,52 @@ TEST(SelectionEdit, ShowsTheCurveOfTheLastSelectedChannelInPageOrder) {
     ASSERT_EQ(tuning.display.curves.size(), 1U);
     EXPECT_EQ(tuning.display.curves[0], curveOf(tuning.image(), 6));
     EXPECT_NE(tuning.display.curves[0], curveOf(tuning.image(), 7));
+}
+
+TEST(LastEditedBand, IsTheFirstOfTheFirstChannelUntilABandIsEdited) {
+    Tuning tuning;
+    EXPECT_EQ(tuning.state.lastEditedBand(), (EditedBand{{7}, 0}));
+    tuning.state.setSelectionMask(0);
+    tuning.state.setBandType(5, 1);
+    EXPECT_EQ(tuning.state.lastEditedBand(), (EditedBand{{7}, 0})) << "no channel was written";
+    tuning.state.setSelectionMask(0xFF);
+    tuning.state.setVolume(3, true);
+    tuning.state.setBandOff(4, 0);
+    tuning.state.setCrossoverFrequency(1, 500, true);
+    tuning.state.setInputBandGain(3, 4, true);
+    EXPECT_EQ(tuning.state.lastEditedBand(), (EditedBand{{7}, 0})) << "none of these edits a band";
+}
+
+TEST(LastEditedBand, IsWhereFrequencyTypeGainOrQWasWrittenLastInPageOrder) {
+    Tuning tuning;
+    tuning.state.setSelectionMask(0xA0);  // record channels 7 and 0
+    tuning.state.setBandFrequency(5, 100, false);
+    EXPECT_EQ(tuning.state.lastEditedBand(), (EditedBand{{0}, 5}));
+    tuning.state.setSelectionMask(0x40);
+    tuning.state.setBandType(6, 1);
+    EXPECT_EQ(tuning.state.lastEditedBand(), (EditedBand{{3}, 6}));
+    tuning.state.setSelectionMask(0x01);
+    tuning.state.setBandGainOrQ(2, BandValue::gain, 3, false);
+    EXPECT_EQ(tuning.state.lastEditedBand(), (EditedBand{{6}, 2}));
+    tuning.state.setSelectionMask(0x02);
+    tuning.state.setBandGainOrQ(1, BandValue::q, 3, true);
+    EXPECT_EQ(tuning.state.lastEditedBand(), (EditedBand{{2}, 1}));
+}
+
+TEST(LastEditedBand, GivesItsChannelsCurveToEditsOfNoChannel) {
+    Tuning tuning;
+    tuning.state.setSelectionMask(0x08);  // record channel 1
+    tuning.state.setBandGainOrQ(3, BandValue::gain, 11.0F, true);
+    tuning.display.curves.clear();
+    tuning.state.setSelectionMask(0);
+    const Bytes image = tuning.image();
+    tuning.state.setBandType(7, 1);
+    tuning.state.setCrossover(0, 1, 4, 1);
+    EXPECT_SAME_BYTES(tuning.image(), image);
+    ASSERT_EQ(tuning.display.curves.size(), 2U);
+    EXPECT_EQ(tuning.display.curves[0], curveOf(image, 1));
+    EXPECT_EQ(tuning.display.curves[1], curveOf(image, 1));
+    EXPECT_NE(tuning.display.curves[0], curveOf(image, 7));
 }
 
 TEST(SelectionEdit, OfABandThatIsOffStillShowsItsWords) {

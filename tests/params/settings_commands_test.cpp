@@ -60,7 +60,7 @@ TEST_F(SettingsFile, LoadReplacesAllFiveSetsAndBringsTheImageInStep) {
     load(store);
     EXPECT_THAT(menu_.texts(), IsEmpty());
     EXPECT_SAME_BYTES(menu_.tuning.store(), store);
-    mirrorSet(store, 1, 0, Bypass::write, expected);
+    mirrorSet(store, 1, 0, expected);
     EXPECT_SAME_BYTES(menu_.tuning.image(), expected);
 }
 
