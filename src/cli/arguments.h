@@ -9,6 +9,14 @@
 
 namespace tessavo::cli {
 
+/// Whether an image has the input equalizer in circuit.
+enum class InputEq : std::uint8_t {
+    assumedOn,  ///< on, since nothing was asked for; told where the record says otherwise
+    on,
+    off,
+    stored  ///< as the record says
+};
+
 /// What a command was asked for, checked as far as the command line tells. Each command reads what it offers.
 struct Arguments {
     std::string file;
@@ -21,6 +29,7 @@ struct Arguments {
     int set = 0;                   ///< 1 to 5, or 0 where none was named
     int channel = 0;               ///< page position 1 to 8, or 0 where none was named
     std::uint32_t filterMode = 0;  ///< index into filterModeNames
+    InputEq inputEq = InputEq::assumedOn;
     bool json = false;
     bool force = false;
 

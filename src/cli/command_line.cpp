@@ -50,6 +50,7 @@ class Parser {
     CLI::Option* addFile(CLI::App* command, const std::string& what);
     void addSet(CLI::App* command, bool required);
     void addFilterMode(CLI::App* command);
+    void addInputEq(CLI::App* command);
     void addOutput(CLI::App* command, const std::string& what);
     void addPort(CLI::App* command);
     void addTargetSet(CLI::App* command);
@@ -57,6 +58,7 @@ class Parser {
     CLI::App app_{"Edits, shows and exchanges the settings of the signal processor.", "tessavoctl"};
     Arguments arguments_;
     std::string filterMode_;
+    std::string inputEq_;
     std::string targetSet_;
     Command command_ = nullptr;
     bool inputCurve_ = false;
@@ -100,6 +102,14 @@ void Parser::addFilterMode(CLI::App* command) {
     command->add_option("--filter-mode", filterMode_, "Filter method: BZT (the default), MZT or BZT/MZT")
         ->check(CLI::IsMember(std::vector<std::string>(filterModeNames.begin(), filterModeNames.end())))
         ->type_name("M");
+}
+
+void Parser::addInputEq(CLI::App* command) {
+    command
+        ->add_option("--input-eq", inputEq_,
+                     "Input equalizer in the image: on (the default), off, or stored, as the set says")
+        ->check(CLI::IsMember({"on", "off", "stored"}))
+        ->type_name("on|off|stored");
 }
 
 void Parser::addOutput(CLI::App* command, const std::string& what) {
@@ -153,6 +163,7 @@ void Parser::addFileCommands() {
     addFile(command, "Settings file");
     addSet(command, true);
     addFilterMode(command);
+    addInputEq(command);
     addOutput(command, "Parameter image to write");
 
     command = add("import", runImport, "Take a parameter image into a set",
@@ -189,6 +200,7 @@ void Parser::addPortCommands() {
     addFile(command, "Settings file");
     addSet(command, true);
     addFilterMode(command);
+    addInputEq(command);
     addPort(command);
 
     command = add("write-set", runWriteSet, "Send a set and save it as one of the target's sets",
@@ -197,6 +209,7 @@ void Parser::addPortCommands() {
     addFile(command, "Settings file");
     addSet(command, true);
     addFilterMode(command);
+    addInputEq(command);
     addPort(command);
 
     command = add("read-set", runReadSet, "Read one of the target's sets into a settings file",
@@ -221,6 +234,11 @@ void Parser::parse(std::vector<std::string> arguments) {
     const auto mode = std::find(filterModeNames.begin(), filterModeNames.end(), filterMode_);
     arguments_.filterMode =
         mode == filterModeNames.end() ? 0 : static_cast<std::uint32_t>(mode - filterModeNames.begin());
+    if (!inputEq_.empty()) {
+        arguments_.inputEq = inputEq_ == "on"    ? InputEq::on
+                             : inputEq_ == "off" ? InputEq::off
+                                                 : InputEq::stored;
+    }
     if (!targetSet_.empty() && targetSet_ != "default") {
         arguments_.targetSet = static_cast<std::uint8_t>(targetSet_[0] - '0');
     }

@@ -91,6 +91,19 @@ void takeStore(TuningState& tuning, const ParameterStore& store, std::size_t set
     tuning.replaceStore(store);
 }
 
+void takeSetToSend(TuningState& tuning, const ParameterStore& store, const Arguments& arguments) {
+    takeStore(tuning, store, arguments.setIndex(), arguments.filterMode);
+    const bool storedOn = tuning.currentParameterSet().inputEqOn != 0;
+    tuning.setInputEqOn(arguments.inputEq == InputEq::stored ? storedOn : arguments.inputEq != InputEq::off);
+}
+
+void noteInputEq(const ParameterStore& store, const Arguments& arguments, Reporter& reporter) {
+    if (arguments.inputEq == InputEq::assumedOn && store.sets[arguments.setIndex()].inputEqOn == 0) {
+        reporter.note("set " + std::to_string(arguments.set) + " of " + arguments.file +
+                      " has the input equalizer off, its image has it on; --input-eq stored follows the set");
+    }
+}
+
 int runNew(const Arguments& arguments, const Surroundings& around) {
     if (!arguments.force && isExistingFile(arguments.file)) {
         around.reporter.error(arguments.file + ": exists already; --force writes over it");
@@ -189,10 +202,14 @@ int runExport(const Arguments& arguments, const Surroundings& around) {
         return exit_code::failed;
     }
     TuningState tuning(around.reporter);
-    takeStore(tuning, *store, arguments.setIndex(), arguments.filterMode);
+    takeSetToSend(tuning, *store, arguments);
     OutputFiles output(around.reporter);
     output.addImage(arguments.output);
-    return exitCode(output.write(tuning.store(), tuning.image()));
+    if (!output.write(tuning.store(), tuning.image())) {
+        return exit_code::failed;
+    }
+    noteInputEq(*store, arguments, around.reporter);
+    return exit_code::done;
 }
 
 int runImport(const Arguments& arguments, const Surroundings& around) {

@@ -20,4 +20,10 @@ int runCurve(const Arguments& arguments, const Surroundings& around);
 void takeStore(TuningState& tuning, const ParameterStore& store, std::size_t setIndex,
                std::uint32_t filterMode);
 
+/// The same for a set that leaves as an image, with the input equalizer switched as the arguments say.
+void takeSetToSend(TuningState& tuning, const ParameterStore& store, const Arguments& arguments);
+
+/// Notes a set that has the input equalizer off when its image has it on and nobody asked for that.
+void noteInputEq(const ParameterStore& store, const Arguments& arguments, Reporter& reporter);
+
 }  // namespace tessavo::cli

@@ -96,7 +96,8 @@ int runLive(const Arguments& arguments, const Surroundings& around) {
         return exit_code::failed;
     }
     TuningState tuning(around.reporter);
-    takeStore(tuning, *store, arguments.setIndex(), arguments.filterMode);
+    takeSetToSend(tuning, *store, arguments);
+    noteInputEq(*store, arguments, around.reporter);
     PortSession session(arguments, around);
     if (!sendLive(tuning, session, around, "what it plays now is not known")) {
         return exit_code::failed;
@@ -111,7 +112,8 @@ int runWriteSet(const Arguments& arguments, const Surroundings& around) {
         return exit_code::failed;
     }
     TuningState tuning(around.reporter);
-    takeStore(tuning, *store, arguments.setIndex(), arguments.filterMode);
+    takeSetToSend(tuning, *store, arguments);
+    noteInputEq(*store, arguments, around.reporter);
     PortSession session(arguments, around);
     const std::string place = targetSetText(arguments.targetSet) + " of the target";
     if (!sendLive(tuning, session, around, place + " is unchanged")) {

@@ -313,6 +313,40 @@ TEST_F(FileCommands, ExportWritesTheNamedSet) {
     EXPECT_EQ(imageOf(read(path("3.bin"))).inputRow0.bandGainDb[0], 0);
 }
 
+TEST_F(FileCommands, ExportSwitchesTheInputEqualizerAsAskedAndOnOtherwise) {
+    const std::string in = fresh();
+    ASSERT_EQ(runWith("set 2\nsetInputEqOn 1", {"edit", in, "--script", "-", "-o", in}).code, 0);
+    struct Case {
+        const char* set;
+        const char* option;
+        int bypass;
+        bool noted;
+    };
+    // Set 1 says off, as fresh sets do; set 2 says on.
+    for (const Case& one :
+         {Case{"1", nullptr, 0, true}, Case{"1", "on", 0, false}, Case{"1", "off", 1, false},
+          Case{"1", "stored", 1, false}, Case{"2", nullptr, 0, false}, Case{"2", "on", 0, false},
+          Case{"2", "off", 1, false}, Case{"2", "stored", 0, false}}) {
+        std::vector<std::string> arguments{"export", in, "--set", one.set, "--output", path("i.bin")};
+        if (one.option != nullptr) {
+            arguments.insert(arguments.end(), {"--input-eq", one.option});
+        }
+        const CommandResult result = run(arguments);
+        const std::string what =
+            std::string(one.set) + " " + (one.option != nullptr ? one.option : "default");
+        EXPECT_EQ(result.code, 0) << what;
+        const ParameterImage image = imageOf(read(path("i.bin")));
+        EXPECT_EQ(image.inputRow0.bypass, one.bypass) << what;
+        EXPECT_EQ(image.inputRow1.bypass, one.bypass) << what;
+        EXPECT_EQ(result.err, one.noted ? "tessavoctl: set 1 of " + in +
+                                              " has the input equalizer off, its image has it on; --input-eq "
+                                              "stored follows the set\n"
+                                        : "")
+            << what;
+    }
+    EXPECT_EQ(run({"-q", "export", in, "--set", "1", "--output", path("i.bin")}).err, "");
+}
+
 TEST_F(FileCommands, ExportOverALongerFileKeepsItsTail) {
     write(path("long.bin"), Bytes(4000, 0x5A));
     ASSERT_EQ(run({"export", fresh(), "--set", "1", "--output", path("long.bin")}).code, 0);
@@ -329,7 +363,8 @@ TEST_F(FileCommands, ImportOfAnExportChangesOnlyDelaysAndWholeInputGains) {
                       {"edit", fresh(), "--script", "-", "-o", tuned})
                   .code,
               0);
-    ASSERT_EQ(run({"export", tuned, "--set", "1", "--output", path("1.bin")}).code, 0);
+    ASSERT_EQ(run({"export", tuned, "--set", "1", "--input-eq", "stored", "--output", path("1.bin")}).code,
+              0);
     const CommandResult result =
         run({"import", path("1.bin"), "--into", tuned, "--set", "1", "--output", path("back.eqs")});
     ASSERT_EQ(result.code, 0) << result.err;

@@ -132,6 +132,29 @@ TEST_F(TargetExchange, LiveUsesTheFilterMethod) {
     EXPECT_NE(read(path("mzt.bin")), read(path("tuned.bin")));
 }
 
+TEST_F(TargetExchange, LiveAndWriteSetSwitchTheInputEqualizerAsAskedAndOnOtherwise) {
+    startTarget();
+    const std::string file = tuned();  // says off
+    const auto note = HasSubstr("set 2 of " + file + " has the input equalizer off, its image has it on");
+    CommandResult result = run({"live", file, "--set", "2", "--port", port()});
+    ASSERT_EQ(result.code, 0) << result.err;
+    EXPECT_THAT(result.err, note);
+    EXPECT_EQ(target_->memory().live[6], 0);
+    result = run({"live", file, "--set", "2", "--input-eq", "stored", "--port", port()});
+    ASSERT_EQ(result.code, 0) << result.err;
+    EXPECT_THAT(result.err, Not(note));
+    EXPECT_EQ(target_->memory().live[6], 1);
+    EXPECT_EQ(target_->memory().live[22], 1);
+    result = run({"write-set", "3", file, "--set", "2", "--input-eq", "on", "--port", port()});
+    ASSERT_EQ(result.code, 0) << result.err;
+    EXPECT_THAT(result.err, Not(note));
+    EXPECT_EQ(target_->memory().sets[3][6], 0);
+    result = run({"write-set", "3", file, "--set", "2", "--input-eq", "off", "--port", port()});
+    ASSERT_EQ(result.code, 0) << result.err;
+    EXPECT_EQ(target_->memory().sets[3][6], 1);
+    EXPECT_EQ(target_->memory().sets[3][22], 1);
+}
+
 TEST_F(TargetExchange, WriteSetAndReadSetGoThereAndBack) {
     startTarget();
     const std::string file = tuned();

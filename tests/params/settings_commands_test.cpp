@@ -64,6 +64,21 @@ TEST_F(SettingsFile, LoadReplacesAllFiveSetsAndBringsTheImageInStep) {
     EXPECT_SAME_BYTES(menu_.tuning.image(), expected);
 }
 
+TEST_F(SettingsFile, ExportRightAfterAReadWritesTheReceivedBytes) {
+    Bytes image(imageSize);
+    std::generate(image.begin(), image.end(), [this] { return static_cast<std::uint8_t>(random_()); });
+    writeAt(image, 0, std::uint32_t{3384});
+    menu_.tuning.state.replaceImage(recordOf<ParameterImage>(image));
+    menu_.tuning.state.imageToSet();
+    for (int round = 0; round < 2; ++round) {
+        menu_.dialogs.answer = folder_ / ("out" + std::to_string(round) + ".bin");
+        menu_.commands.exportImage();
+        EXPECT_SAME_BYTES(readFile(*menu_.dialogs.answer), image);
+        menu_.tuning.state.selectSet(3);
+        menu_.tuning.state.selectSet(0);
+    }
+}
+
 TEST_F(SettingsFile, LoadRefreshesThePagesOnceWhenEverythingIsInStep) {
     const Bytes store = randomStore(random_);
     menu_.view.atRefresh = [&] {
