@@ -60,7 +60,7 @@ std::string ruleText(ImageRule rule) {
         case ImageRule::wholeNumber:
             return "truncated to a whole number; back: as a single";
         case ImageRule::inverse:
-            return "1 for 0 and 0 for anything else, both ways";
+            return "1 for 0 and 0 for anything else, both ways; written by the switch alone";
         case ImageRule::gainWord:
             return "gain word of volume + group gain; back: level of the word";
         case ImageRule::groupGain:

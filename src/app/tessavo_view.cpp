@@ -335,14 +335,11 @@ void CTessavoView::updatePlot() {
             tuning_.showInputCurve();
             break;
         case Page::outputEqualizer: {
-            // The last selected channel in page order, as an edit shows it; none selected shows no curve.
+            // The last selected channel in page order, or that of the last edit, as an edit shows it.
             const int position =
                 static_cast<int>(channelCount) - 1 - std::countr_zero(tuning_.selectionMask());
-            if (position >= 0) {
-                tuning_.showOutputCurve(recordChannelAt({static_cast<std::uint8_t>(position)}));
-            } else {
-                plot_->clearCurve();
-            }
+            tuning_.showOutputCurve(position >= 0 ? recordChannelAt({static_cast<std::uint8_t>(position)})
+                                                  : tuning_.lastEditedBand().channel);
             break;
         }
         default:

@@ -247,13 +247,27 @@ TEST_F(InputEq, EqOnTogglesWhatTheImageSays) {
     EXPECT_EQ(actual.store()[4], 0);
 }
 
-TEST_F(InputEq, TheToggleFollowsALoadedSet) {
-    for (const std::uint8_t on : std::initializer_list<std::uint8_t>{0, 1, 0}) {
-        Bytes store = actual.store();
-        store[4] = on;
-        actual.load(store);
+TEST_F(InputEq, TheToggleStaysWhenAFileIsOpenedOrASetChosenAndFollowsAReceivedImage) {
+    for (const bool on : {true, false}) {
+        actual.state.setInputEqOn(on);
+        for (const std::uint8_t stored : std::initializer_list<std::uint8_t>{0, 1, 0}) {
+            Bytes store = actual.store();
+            store[4] = store[setSize + 4] = stored;
+            actual.load(store);
+            page->refresh();
+            expectEqualizer(on);
+            actual.state.selectSet(1, [this] { page->changeSet(1); });
+            expectEqualizer(on);
+            actual.state.selectSet(0);
+        }
+    }
+    for (const std::uint8_t bypass : std::initializer_list<std::uint8_t>{0, 1, 0}) {
+        Bytes image = actual.image();
+        image[6] = image[22] = bypass;
+        actual.state.replaceImage(recordOf<ParameterImage>(image));
+        actual.state.imageToSet();
         page->refresh();
-        expectEqualizer(on == 1);
+        expectEqualizer(bypass == 0);
     }
 }
 

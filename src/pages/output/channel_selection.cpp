@@ -107,7 +107,7 @@ std::uint8_t ChannelSelection::mask() const {
     unsigned mask = 0;
     for (std::size_t position = 0; position < channelCount; ++position) {
         mask <<= 1U;
-        const QAbstractButton* button = multiChannel_
+        const QAbstractButton* button = multiChannelMode_
                                             ? static_cast<const QAbstractButton*>(checks_[position])
                                             : static_cast<const QAbstractButton*>(radios_[position]);
         mask += button->isChecked() ? 1U : 0U;
@@ -124,8 +124,8 @@ PagePosition ChannelSelection::position() const {
     return {};
 }
 
-void ChannelSelection::setMultiChannel(bool on) {
-    multiChannel_ = on;
+void ChannelSelection::setMultiChannelMode(bool on) {
+    multiChannelMode_ = on;
     for (std::size_t position = 0; position < channelCount; ++position) {
         checks_[position]->setChecked(false);
         // The one that comes is there before the other goes, so that the focus finds a place.

@@ -25,10 +25,11 @@ class ChannelSelection : public SkinGroupBox {
     [[nodiscard]] std::uint8_t mask() const;
     /// The chosen radio button's page position; also while several channels are edited.
     [[nodiscard]] PagePosition position() const;
-    [[nodiscard]] bool isMultiChannel() const { return multiChannel_; }
+    /// Whether several channels may be chosen.
+    [[nodiscard]] bool multiChannelMode() const { return multiChannelMode_; }
 
     /// Puts check buttons, none of them ticked, in the places of the radio buttons, or takes them away again.
-    void setMultiChannel(bool on);
+    void setMultiChannelMode(bool on);
     /// Check box "Assign to multiple Ch."; unchecking it by program tells nobody.
     [[nodiscard]] SkinCheckBox& assignBox() { return *assign_; }
 
@@ -53,7 +54,7 @@ class ChannelSelection : public SkinGroupBox {
     std::array<QLabel*, channelCount> heads_{};            ///< "Ch 1" …, by page position
     std::array<QLabel*, channelCount> sources_{};          ///< by page position
     SkinCheckBox* assign_ = nullptr;
-    bool multiChannel_ = false;
+    bool multiChannelMode_ = false;
 };
 
 }  // namespace tessavo

@@ -415,14 +415,15 @@ void COutputEQ::updateLook() {
 
 void COutputEQ::selectChannels() {
     tuning().setSelectionMask(selection_->mask());
-    if (!selection_->isMultiChannel()) {
+    if (!selection_->multiChannelMode()) {
         refresh();
     }
     // Band 8's type always follows its list, whichever channels are chosen.
     if (const int type = bands_[lastBand].type->code(); type >= 0) {
         tuning().setBandType(lastBand, truncateTo<std::uint8_t>(type));
-    } else if (tuning().selectionMask() != 0) {
-        tuning().showOutputCurve(shownChannel_);
+    } else {
+        tuning().showOutputCurve(tuning().selectionMask() != 0 ? shownChannel_
+                                                               : tuning().lastEditedBand().channel);
     }
 }
 
@@ -432,7 +433,7 @@ void COutputEQ::assignToMultiple(bool checked) {
         selection_->assignBox().setChecked(false);
         return;
     }
-    selection_->setMultiChannel(checked);
+    selection_->setMultiChannelMode(checked);
     selectChannels();
 }
 
