@@ -35,6 +35,9 @@ std::string writeTrouble(const fs::path& path) {
     if (fs::is_directory(status)) {
         return "is a directory";
     }
+    if (fs::is_fifo(status)) {
+        return "is a pipe";
+    }
     if (fs::is_regular_file(status)) {
         // Opens without changing anything.
         return std::fstream(path, std::ios::in | std::ios::out | std::ios::binary).is_open()
@@ -91,7 +94,7 @@ bool isSameFile(const std::string& first, const std::string& second) {
 }
 
 bool isExistingFile(const std::string& file) {
-    // What is written to a device or a pipe replaces nothing.
+    // What is written to a device replaces nothing.
     std::error_code error;
     return fs::is_regular_file(pathOf(file), error);
 }
@@ -102,7 +105,10 @@ std::string readTrouble(const std::string& file) {
     if (status.type() == fs::file_type::not_found) {
         return "no such file";
     }
-    return fs::is_directory(status) ? "is a directory" : "cannot be read";
+    if (fs::is_directory(status)) {
+        return "is a directory";
+    }
+    return fs::exists(status) && !fs::is_regular_file(status) ? "is no regular file" : "cannot be read";
 }
 
 std::optional<ParameterStore> loadStore(const std::string& file, const std::set<std::size_t>& tested,

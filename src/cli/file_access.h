@@ -24,7 +24,8 @@ namespace tessavo::cli {
 /// Whether writing this file would write over one that holds something of a person.
 [[nodiscard]] bool isExistingFile(const std::string& file);
 
-/// Why a file that could not be opened for reading was not: "no such file", "is a directory", ...
+/// Why a file that could not be opened for reading was not: "no such file", "is a directory",
+/// "is no regular file", ...
 [[nodiscard]] std::string readTrouble(const std::string& file);
 
 /// Reads a settings file whose sets `tested` (by index, at least one) must have valid records. Tells what

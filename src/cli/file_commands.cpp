@@ -25,7 +25,7 @@ std::optional<std::string> readScript(const std::string& file, const Surrounding
         around.console.in.read(text.data(), static_cast<std::streamsize>(text.size()));
         text.resize(static_cast<std::size_t>(around.console.in.gcount()));
     } else {
-        const auto start = readFileStart(pathOf(file), longestScript + 1);
+        const auto start = readStreamStart(pathOf(file), longestScript + 1);
         if (!start) {
             around.reporter.error(file + ": " + readTrouble(file));
             return std::nullopt;

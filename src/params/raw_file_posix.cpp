@@ -17,6 +17,8 @@ namespace {
 constexpr std::size_t longestName = NAME_MAX;
 // As many as the system itself follows.
 constexpr int mostLinks = 40;
+// A pipe without another end, or a device that is not ready, must not keep the window waiting.
+constexpr int withoutWaiting = O_NONBLOCK | O_NOCTTY;
 
 class Descriptor {
  public:
@@ -40,6 +42,27 @@ class Descriptor {
  private:
     int fd_;
 };
+
+// Opening a device may already do something to it, so what a path leads to is looked at before.
+bool leadsToRegularFile(const std::filesystem::path& path) {
+    struct stat status {};
+    return ::stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);
+}
+
+bool leadsToPipe(const std::filesystem::path& path) {
+    struct stat status {};
+    return ::stat(path.c_str(), &status) == 0 && S_ISFIFO(status.st_mode);
+}
+
+bool isRegularFile(int fd) {
+    struct stat status {};
+    return ::fstat(fd, &status) == 0 && S_ISREG(status.st_mode);
+}
+
+bool isPipe(int fd) {
+    struct stat status {};
+    return ::fstat(fd, &status) == 0 && S_ISFIFO(status.st_mode);
+}
 
 std::size_t writeAll(int fd, std::span<const std::uint8_t> bytes) {
     std::size_t written = 0;
@@ -84,8 +107,16 @@ std::filesystem::path behindLinks(std::filesystem::path path) {
 }
 
 FileWrite writeExistingFile(const std::filesystem::path& path, std::span<const std::uint8_t> bytes) {
-    Descriptor file(::open(path.c_str(), O_WRONLY | O_CLOEXEC));
+    if (leadsToPipe(path)) {
+        errno = ENXIO;
+        return {};
+    }
+    Descriptor file(::open(path.c_str(), O_WRONLY | O_CLOEXEC | withoutWaiting));
     if (!file.valid()) {
+        return {};
+    }
+    if (isPipe(file.get())) {
+        errno = ENXIO;
         return {};
     }
     FileWrite result{true, writeAll(file.get(), bytes)};
@@ -111,12 +142,21 @@ Placed placeFile(const std::string& temporary, const std::filesystem::path& path
     return std::rename(temporary.c_str(), path.c_str()) == 0 ? Placed::whole : Placed::failed;
 }
 
+// What a program that was killed has left under this name is of no use to anybody.
+int makeTemporary(const std::string& name) {
+    constexpr int flags = O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW | withoutWaiting;
+    const int fd = ::open(name.c_str(), flags, 0666);
+    if (fd >= 0 || errno != EEXIST || ::unlink(name.c_str()) != 0) {
+        return fd;
+    }
+    return ::open(name.c_str(), flags, 0666);
+}
+
 FileWrite writeNewFile(const std::filesystem::path& path, std::span<const std::uint8_t> bytes) {
     const std::string temporary = temporaryName(path);
     FileWrite result;
     {
-        Descriptor file(
-            ::open(temporary.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW, 0666));
+        Descriptor file(makeTemporary(temporary));
         if (!file.valid()) {
             return result;
         }
@@ -135,22 +175,16 @@ FileWrite writeNewFile(const std::filesystem::path& path, std::span<const std::u
     return placed == Placed::taken ? writeExistingFile(path, bytes) : result;
 }
 
-}  // namespace
-
-std::optional<FileStart> readFileStart(const std::filesystem::path& path, std::size_t limit) {
-    Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
-    if (!file.valid()) {
-        return std::nullopt;
-    }
+std::optional<FileStart> readFrom(int fd, std::size_t limit) {
     FileStart start;
     struct stat status {};
-    if (::fstat(file.get(), &status) == 0 && S_ISREG(status.st_mode)) {
+    if (::fstat(fd, &status) == 0 && S_ISREG(status.st_mode)) {
         start.fileSize = static_cast<std::uintmax_t>(status.st_size);
     }
     start.bytes.resize(limit);
     std::size_t size = 0;
     while (size < limit) {
-        const ssize_t count = ::read(file.get(), start.bytes.data() + size, limit - size);
+        const ssize_t count = ::read(fd, start.bytes.data() + size, limit - size);
         if (count < 0 && errno == EINTR) {
             continue;
         }
@@ -164,6 +198,22 @@ std::optional<FileStart> readFileStart(const std::filesystem::path& path, std::s
     }
     start.bytes.resize(size);
     return start;
+}
+
+}  // namespace
+
+std::optional<FileStart> readFileStart(const std::filesystem::path& path, std::size_t limit) {
+    if (!leadsToRegularFile(path)) {
+        return std::nullopt;
+    }
+    // Another file may stand there meanwhile.
+    const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | withoutWaiting));
+    return file.valid() && isRegularFile(file.get()) ? readFrom(file.get(), limit) : std::nullopt;
+}
+
+std::optional<FileStart> readStreamStart(const std::filesystem::path& path, std::size_t limit) {
+    const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    return file.valid() ? readFrom(file.get(), limit) : std::nullopt;
 }
 
 FileWrite writeFileStart(const std::filesystem::path& path, std::span<const std::uint8_t> bytes) {

@@ -29,6 +29,15 @@ class FileHandle {
     HANDLE handle_;
 };
 
+bool isPipe(HANDLE file) {
+    return GetFileType(file) == FILE_TYPE_PIPE;
+}
+
+// Consoles and serial ports have names that look like files; they open at once, but a read may wait for ever.
+bool isRegularFile(HANDLE file) {
+    return GetFileType(file) == FILE_TYPE_DISK;
+}
+
 constexpr std::size_t largestStep = 1U << 20U;
 
 std::size_t writeAll(HANDLE file, std::span<const std::uint8_t> bytes) {
@@ -49,6 +58,10 @@ FileWrite writeInPlace(const std::filesystem::path& path, std::span<const std::u
     const FileHandle file(CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, disposition,
                                       FILE_ATTRIBUTE_NORMAL, nullptr));
     if (!file.valid()) {
+        return {};
+    }
+    if (isPipe(file.get())) {
+        SetLastError(ERROR_BAD_FILE_TYPE);
         return {};
     }
     FileWrite result{true, writeAll(file.get(), bytes)};
@@ -87,17 +100,15 @@ FileWrite writeNewFile(const std::filesystem::path& path, std::span<const std::u
     return result;
 }
 
-}  // namespace
+HANDLE openForReading(const std::filesystem::path& path) {
+    return CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
+                       FILE_ATTRIBUTE_NORMAL, nullptr);
+}
 
-std::optional<FileStart> readFileStart(const std::filesystem::path& path, std::size_t limit) {
-    const FileHandle file(CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
-                                      FILE_ATTRIBUTE_NORMAL, nullptr));
-    if (!file.valid()) {
-        return std::nullopt;
-    }
+std::optional<FileStart> readFrom(HANDLE file, std::size_t limit) {
     FileStart start;
     LARGE_INTEGER length{};
-    if (GetFileSizeEx(file.get(), &length) != 0) {
+    if (isRegularFile(file) && GetFileSizeEx(file, &length) != 0) {
         start.fileSize = static_cast<std::uintmax_t>(length.QuadPart);
     }
     start.bytes.resize(limit);
@@ -105,8 +116,12 @@ std::optional<FileStart> readFileStart(const std::filesystem::path& path, std::s
     while (size < limit) {
         DWORD count = 0;
         const auto step = static_cast<DWORD>(std::min(limit - size, largestStep));
-        if (ReadFile(file.get(), start.bytes.data() + size, step, &count, nullptr) == 0) {
-            return std::nullopt;
+        if (ReadFile(file, start.bytes.data() + size, step, &count, nullptr) == 0) {
+            // The other end of a pipe is closed: that is its end.
+            if (GetLastError() != ERROR_BROKEN_PIPE) {
+                return std::nullopt;
+            }
+            break;
         }
         if (count == 0) {
             break;
@@ -115,6 +130,18 @@ std::optional<FileStart> readFileStart(const std::filesystem::path& path, std::s
     }
     start.bytes.resize(size);
     return start;
+}
+
+}  // namespace
+
+std::optional<FileStart> readFileStart(const std::filesystem::path& path, std::size_t limit) {
+    const FileHandle file(openForReading(path));
+    return file.valid() && isRegularFile(file.get()) ? readFrom(file.get(), limit) : std::nullopt;
+}
+
+std::optional<FileStart> readStreamStart(const std::filesystem::path& path, std::size_t limit) {
+    const FileHandle file(openForReading(path));
+    return file.valid() ? readFrom(file.get(), limit) : std::nullopt;
 }
 
 FileWrite writeFileStart(const std::filesystem::path& path, std::span<const std::uint8_t> bytes) {

@@ -1,5 +1,8 @@
 #include <fstream>
 #include <gmock/gmock.h>
+#include <sys/stat.h>
+#include <thread>
+#include <unistd.h>
 
 #include "cli/cli_fixture.h"
 
@@ -11,7 +14,15 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-class FileFaults : public CommandTest {};
+class FileFaults : public CommandTest {
+ protected:
+    FileFaults() {
+        // A pipe that is opened in the usual way waits for its other end.
+        constexpr unsigned hangSeconds = 60;
+        ::alarm(hangSeconds);
+    }
+    ~FileFaults() override { ::alarm(0); }
+};
 
 TEST_F(FileFaults, AFullDiskIsReported) {
     const CommandResult result = run({"new", "/dev/full"});
@@ -35,6 +46,51 @@ TEST_F(FileFaults, AFullDiskTakesTheOtherOutputBack) {
     EXPECT_EQ(read(path("old.eqs")), old);
     EXPECT_EQ(read(path("small.eqs")), small);
     EXPECT_THAT(files(), ElementsAre("fresh.eqs", "old.eqs", "small.eqs"));
+}
+
+TEST_F(FileFaults, WhatIsNoRegularFileIsRefusedAtOnce) {
+    const std::string pipe = path("pipe");
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    const std::string good = fresh();
+    for (const std::string& odd : {pipe, std::string("/dev/zero"), std::string("/dev/null")}) {
+        for (const auto& arguments : {std::vector<std::string>{"show", odd},
+                                      {"show", odd, "--json"},
+                                      {"diff", good, odd},
+                                      {"diff", odd, good},
+                                      {"curve", odd, "--set", "1", "--input"},
+                                      {"export", odd, "--set", "1", "--output", path("o.bin")}}) {
+            const CommandResult result = run(arguments);
+            EXPECT_EQ(result.code, 1) << arguments.front() << ' ' << odd;
+            EXPECT_THAT(result.err,
+                        HasSubstr("Error opening configuration file! " + odd + ": is no regular file"))
+                << arguments.front();
+        }
+        EXPECT_THAT(runWith("setVolume 1", {"edit", odd, "--script", "-", "--output", path("o.eqs")}).err,
+                    HasSubstr("Error opening configuration file! " + odd));
+    }
+    EXPECT_THAT(files(), ElementsAre("fresh.eqs", "pipe"));
+}
+
+TEST_F(FileFaults, APipeIsNotWritten) {
+    const std::string pipe = path("pipe");
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    const CommandResult made = run({"new", pipe});
+    EXPECT_EQ(made.code, 1);
+    EXPECT_THAT(made.err, HasSubstr("Error opening configuration file! " + pipe + ": is a pipe"));
+    EXPECT_THAT(made.err, HasSubstr("Error writing data! " + pipe));
+    const CommandResult exported = run({"export", fresh(), "--set", "1", "--output", pipe});
+    EXPECT_EQ(exported.code, 1);
+    EXPECT_THAT(exported.err, HasSubstr("Error opening binary file! " + pipe + ": is a pipe"));
+    EXPECT_TRUE(std::filesystem::is_fifo(pipe));
+}
+
+TEST_F(FileFaults, AScriptMayComeThroughAPipe) {
+    const std::string pipe = path("script");
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    std::thread other([&] { std::ofstream(pipe) << "setVolume 1\n"; });
+    const CommandResult result = run({"edit", fresh(), "--script", pipe, "--output", path("o.eqs")});
+    other.join();
+    EXPECT_EQ(result.code, 0) << result.err;
 }
 
 TEST_F(FileFaults, APlaceThatCannotBeWritten) {

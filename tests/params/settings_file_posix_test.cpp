@@ -1,18 +1,36 @@
-#include <algorithm>
-#include <array>
 #include <fcntl.h>
+#include <functional>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <poll.h>
+#include <iterator>
 #include <string>
+#include <sys/ioctl.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <thread>
 #include <unistd.h>
+#include <utility>
+#include <vector>
 
 #include "params/raw_file.h"
 #include "params/settings_fakes.h"
 #include "params/settings_file.h"
 #include "params/temporary_folder.h"
+
+namespace {
+
+/// Runs once, when a save is about to flush what it has written.
+std::function<void()> beforeFlush;
+
+}  // namespace
+
+// Takes the place of the C library's.
+extern "C" int fsync(int fd) {
+    if (const auto act = std::exchange(beforeFlush, nullptr)) {
+        act();
+    }
+    return static_cast<int>(syscall(SYS_fsync, fd));
+}
 
 namespace tessavo::testing {
 namespace {
@@ -42,6 +60,29 @@ class OrdinaryUser {
 
 class SettingsFilePosix : public ::testing::Test {
  protected:
+    SettingsFilePosix() {
+        // A pipe that is opened in the usual way waits for its other end.
+        constexpr unsigned hangSeconds = 60;
+        alarm(hangSeconds);
+    }
+    ~SettingsFilePosix() override {
+        alarm(0);
+        beforeFlush = nullptr;
+    }
+
+    [[nodiscard]] std::filesystem::path makePipe(const std::string& name) const {
+        EXPECT_EQ(mkfifo((folder_ / name).c_str(), 0600), 0) << name;
+        return folder_ / name;
+    }
+    /// A pipe without another end, devices, a folder, and links to such.
+    [[nodiscard]] std::vector<std::filesystem::path> oddFiles() const {
+        std::filesystem::create_symlink("/dev/zero", folder_ / "link.eqs");
+        std::filesystem::create_symlink(folder_.path(), folder_ / "folder.eqs");
+        return {makePipe("pipe.eqs"), folder_ / "link.eqs", folder_ / "folder.eqs",
+                folder_.path(),       "/dev/zero",          "/dev/null",
+                "/dev/ptmx"};
+    }
+
     TemporaryFolder folder_;
     FileMenu menu_;
 };
@@ -68,10 +109,76 @@ TEST_F(SettingsFilePosix, LoadOfAFileThatCannotBeReadChangesNothing) {
     EXPECT_EQ(menu_.view.refreshes, 0);
 }
 
-TEST_F(SettingsFilePosix, LoadOfAnEndlessFileOfZerosIsRefused) {
-    menu_.dialogs.answer = "/dev/zero";
+TEST_F(SettingsFilePosix, LoadOfWhatIsNoRegularFileSaysThatItCannotBeOpened) {
+    const Bytes before = menu_.tuning.store();
+    for (const std::filesystem::path& odd : oddFiles()) {
+        menu_.boxes.shown.clear();
+        menu_.dialogs.answer = odd;
+        menu_.commands.loadSettings();
+        EXPECT_THAT(menu_.texts(), ElementsAre("Error opening configuration file!")) << odd;
+        EXPECT_SAME_BYTES(menu_.tuning.store(), before);
+        EXPECT_FALSE(readFileStart(odd, 10).has_value()) << odd;
+    }
+    EXPECT_EQ(menu_.view.refreshes, 0);
+}
+
+TEST_F(SettingsFilePosix, LoadOfAPipeInWhichSettingsWaitIsRefusedAndTakesNothingOut) {
+    const auto path = makePipe("full.eqs");
+    const int pipe = open(path.c_str(), O_RDWR | O_CLOEXEC);
+    const Bytes settings = menu_.tuning.store();
+    ASSERT_EQ(write(pipe, settings.data(), settings.size()), static_cast<ssize_t>(settings.size()));
+    menu_.dialogs.answer = path;
     menu_.commands.loadSettings();
-    EXPECT_THAT(menu_.texts(), ElementsAre("Incompatible .eqs file!\r\n"));
+    EXPECT_THAT(menu_.texts(), ElementsAre("Error opening configuration file!"));
+    int waiting = 0;
+    EXPECT_EQ(ioctl(pipe, FIONREAD, &waiting), 0);
+    EXPECT_EQ(static_cast<std::size_t>(waiting), settings.size());
+    close(pipe);
+}
+
+TEST_F(SettingsFilePosix, SaveAndExportIntoAPipeOrAFolderSayThatItCannotBeOpened) {
+    const auto read = makePipe("read.eqs");
+    // Somebody reads from this one.
+    const int end = open(read.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    ASSERT_GE(end, 0);
+    std::filesystem::create_directory(folder_ / "sub");
+    std::filesystem::create_symlink(read, folder_ / "link.eqs");
+    for (const std::filesystem::path& odd :
+         {makePipe("alone.eqs"), read, folder_ / "link.eqs", folder_ / "sub"}) {
+        menu_.boxes.shown.clear();
+        menu_.dialogs.answer = odd;
+        menu_.commands.saveSettings();
+        menu_.commands.exportImage();
+        menu_.commands.saveSettingsAtExit();
+        EXPECT_THAT(menu_.texts(), ElementsAre("Error opening configuration file!", "Error writing data!",
+                                               "Error opening binary file!", "Error writing data!",
+                                               "Error opening configuration file!", "Error writing data!"))
+            << odd;
+        EXPECT_TRUE(menu_.everyBoxIsAnError());
+    }
+    char byte = 0;
+    EXPECT_EQ(::read(end, &byte, 1), 0) << "nothing was written, and nobody has it open for writing";
+    close(end);
+}
+
+TEST_F(SettingsFilePosix, SaveOverAPipeUnderTheNameOfTheBytesOnTheirWayDoesNotWait) {
+    const auto held = makePipe("new.eqs.part-" + std::to_string(getpid()));
+    menu_.dialogs.answer = folder_ / "new.eqs";
+    menu_.commands.saveSettings();
+    EXPECT_THAT(menu_.texts(), ElementsAre());
+    EXPECT_SAME_BYTES(readFile(folder_ / "new.eqs"), menu_.tuning.store());
+    EXPECT_FALSE(std::filesystem::exists(held));
+}
+
+TEST_F(SettingsFilePosix, StreamsAreReadToTheirEnd) {
+    const auto path = makePipe("stream");
+    std::thread other([&] { writeFile(path, Bytes(9000, 5)); });
+    const auto stream = readStreamStart(path, 10000);
+    other.join();
+    ASSERT_TRUE(stream.has_value());
+    EXPECT_SAME_BYTES(stream->bytes, Bytes(9000, 5));
+    EXPECT_EQ(stream->fileSize, 0U);
+    EXPECT_FALSE(readStreamStart(folder_.path(), 10).has_value());
 }
 
 TEST_F(SettingsFilePosix, LoadThroughALoopOfLinksSaysThatItCannotBeOpened) {
@@ -149,39 +256,20 @@ TEST_F(SettingsFilePosix, SaveThroughALinkIntoAMissingFolderLeavesTheLink) {
 }
 
 TEST_F(SettingsFilePosix, SaveKeepsTheTailOfAFileThatAppearsMeanwhile) {
-    // A pipe under the name of the bytes on their way takes fewer than are saved, so that the save waits for
-    // somebody to read the rest.
-    const std::filesystem::path held = folder_ / ("new.eqs.part-" + std::to_string(getpid()));
-    ASSERT_EQ(mkfifo(held.c_str(), 0600), 0);
-    const int pipe = open(held.c_str(), O_RDWR | O_CLOEXEC);
-    ASSERT_GE(pipe, 0);
-    ASSERT_GE(fcntl(pipe, F_SETPIPE_SZ, 4096), 4096);
-    ASSERT_LT(fcntl(pipe, F_GETPIPE_SZ), 10600);
     menu_.dialogs.answer = folder_ / "new.eqs";
-    std::size_t heldBytes = 0;
-    std::thread other([&] {
-        constexpr int longEnoughMs = 60000;
-        pollfd some{pipe, POLLIN, 0};
-        if (poll(&some, 1, longEnoughMs) != 1) {
-            return;
-        }
+    bool bytesWereThere = false;
+    beforeFlush = [&] {
+        bytesWereThere = std::filesystem::exists(folder_ / ("new.eqs.part-" + std::to_string(getpid())));
         writeFile(folder_ / "new.eqs", Bytes(12000, 9));
-        std::array<char, 4096> bytes{};
-        while (heldBytes < 10600 && poll(&some, 1, longEnoughMs) == 1) {
-            heldBytes +=
-                static_cast<std::size_t>(std::max<ssize_t>(read(pipe, bytes.data(), bytes.size()), 0));
-        }
-    });
+    };
     menu_.commands.saveSettings();
-    other.join();
-    close(pipe);
-    EXPECT_EQ(heldBytes, 10600U);
-    ASSERT_TRUE(std::filesystem::is_regular_file(folder_ / "new.eqs"));
+    EXPECT_FALSE(beforeFlush);
+    EXPECT_TRUE(bytesWereThere);
     Bytes expected = menu_.tuning.store();
     expected.resize(12000, 9);
     EXPECT_THAT(menu_.texts(), ElementsAre());
     EXPECT_SAME_BYTES(readFile(folder_ / "new.eqs"), expected);
-    EXPECT_FALSE(std::filesystem::exists(held));
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder_.path()), {}), 1);
 }
 
 TEST_F(SettingsFilePosix, SaveLeavesNothingBesideTheFile) {
