@@ -7,7 +7,8 @@ namespace tessavo {
 
 class CSerial;
 
-/// The simulated target inside the program, for trying everything without hardware.
+/// The simulated target inside the program, for trying everything without hardware. Every set that it holds
+/// is the default one until another is saved there.
 ///
 /// On a pseudo-terminal where the system has them, which other programs may open too; otherwise at the end of
 /// a port that only this program has.

@@ -5,7 +5,7 @@
 namespace tessavo {
 
 struct DemoTarget::Native {
-    PtyTarget target{TargetMemory{}, PtyTarget::Options{}};
+    PtyTarget target{TargetMemory::holding(factoryImage()), PtyTarget::Options{}};
 };
 
 DemoTarget::DemoTarget() = default;

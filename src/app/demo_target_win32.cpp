@@ -8,7 +8,7 @@
 namespace tessavo {
 
 struct DemoTarget::Native {
-    InProcessTarget target{"demo", TargetMemory{}, TargetDevice::Options{}};
+    InProcessTarget target{"demo", TargetMemory::holding(factoryImage()), TargetDevice::Options{}};
     std::optional<AnnouncedPort> announced;
 };
 
