@@ -4,11 +4,12 @@
 #include <QSettings>
 #include <QString>
 #include <QStringList>
+#include <memory>
 
 namespace tessavo {
 
-/// What the program remembers between two runs. A missing, damaged or unwritable profile reads as empty;
-/// nothing fails, but keep() tells.
+/// What the program remembers between two runs. A missing, damaged or unwritable profile reads as empty, and
+/// so does a pipe or a device in its place; nothing fails or waits, but keep() tells.
 class Profile {
  public:
     static constexpr int recentFileLimit = 4;
@@ -25,14 +26,14 @@ class Profile {
     void removeRecentFile(const QString& path);
 
     [[nodiscard]] QString lastPort() const { return text("port"); }
-    void setLastPort(const QString& port) { settings_.setValue("port", port); }
+    void setLastPort(const QString& port) { settings_->setValue("port", port); }
 
     /// Folder of the last file dialog.
     [[nodiscard]] QString lastFolder() const { return text("folder"); }
-    void setLastFolder(const QString& folder) { settings_.setValue("folder", folder); }
+    void setLastFolder(const QString& folder) { settings_->setValue("folder", folder); }
 
-    [[nodiscard]] QByteArray windowPlace() const { return settings_.value("windowPlace").toByteArray(); }
-    void setWindowPlace(const QByteArray& place) { settings_.setValue("windowPlace", place); }
+    [[nodiscard]] QByteArray windowPlace() const { return settings_->value("windowPlace").toByteArray(); }
+    void setWindowPlace(const QByteArray& place) { settings_->setValue("windowPlace", place); }
 
     /// Writes what was set since the last time.
     /// \return what a person should know when it could not be kept; empty otherwise
@@ -40,10 +41,11 @@ class Profile {
 
  private:
     [[nodiscard]] QString text(const char* key) const {
-        return settings_.value(QLatin1String(key)).toString();
+        return settings_->value(QLatin1String(key)).toString();
     }
 
-    QSettings settings_;
+    std::unique_ptr<QSettings> settings_;
+    QString fileName_;  ///< as a person knows it
 };
 
 }  // namespace tessavo
