@@ -11,6 +11,7 @@
 #include <bit>
 #include <utility>
 
+#include "app/record_mark.h"
 #include "app/tab_control.h"
 #include "controls/skin_button.h"
 #include "controls/skin_check_box.h"
@@ -79,6 +80,9 @@ void CTessavoView::makeHeader() {
     setSelector_->setAccessibleName(QStringLiteral("Parameter set"));
     setSelector_->setToolTip(QStringLiteral("Parameter set"));
     connect(setSelector_, &QComboBox::activated, this, &CTessavoView::chooseSet);
+
+    recordMark_ = new RecordMark(view_id::recordMark, tuning_, this);
+    recordMark_->move(2, 16);
 
     setName_ = new TextEditBox(view_id::setName, this);
     setName_->setGeometry(160, 10, 188, 28);
@@ -221,8 +225,21 @@ void CTessavoView::fillSetSelector() {
     setSelector_->clear();
     for (const ParameterSet& set : tuning_.store().sets) {
         setSelector_->addItem(nameOf(set));
+        setSelector_->setItemNumber(setSelector_->count() - 1, setSelector_->count());
     }
     setSelector_->setCurrentIndex(static_cast<int>(tuning_.currentSet()));
+    markInvalidSets();
+}
+
+void CTessavoView::markInvalidSets() {
+    for (int set = 0; set < setSelector_->count(); ++set) {
+        const QString trouble = recordTrouble(tuning_.store().sets[static_cast<std::size_t>(set)]);
+        setSelector_->setItemDot(set, trouble.isEmpty() ? QColor() : QColor::fromRgb(theme::clip));
+        setSelector_->setItemData(
+            set, trouble.isEmpty() ? QVariant() : QStringLiteral("No valid record: %1").arg(trouble),
+            Qt::ToolTipRole);
+    }
+    recordMark_->showState();
 }
 
 void CTessavoView::toggleLiveMode() {
@@ -247,6 +264,7 @@ void CTessavoView::chooseSet(int index) {
         }
     });
     setName_->setText(nameOf(tuning_.currentParameterSet()));
+    markInvalidSets();
     showChannelFlags();
     updatePlot();
     emit currentSetChanged();
@@ -254,6 +272,7 @@ void CTessavoView::chooseSet(int index) {
 
 void CTessavoView::renameSet(const QString& text) {
     tuning_.setName(text.toStdU16String());
+    markInvalidSets();
 }
 
 void CTessavoView::leaveSetName() {

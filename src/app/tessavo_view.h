@@ -20,6 +20,7 @@ namespace tessavo {
 class CPlotDlg;
 class IChartHost;
 class CxSkinButton;
+class RecordMark;
 class SkinCheckBox;
 class SkinComboBox;
 class eqCTabCtrl;
@@ -32,6 +33,7 @@ inline constexpr int eqMode = 3003;
 inline constexpr int filterMode = 3004;
 inline constexpr int showPlot = 3005;
 inline constexpr int tabs = 3006;
+inline constexpr int recordMark = 3007;
 inline constexpr int firstChannelFlag = 3011;  ///< flags 1 to 8
 }  // namespace view_id
 
@@ -91,6 +93,7 @@ class CTessavoView : public QWidget, public ISettingsView {
     void makePagesUpTo(std::size_t count);
     void showChannelFlags();
     void fillSetSelector();
+    void markInvalidSets();
     void toggleLiveMode();
     void chooseSet(int index);
     void renameSet(const QString& text);
@@ -104,6 +107,7 @@ class CTessavoView : public QWidget, public ISettingsView {
     IChartHost& chartHost_;
     PageFactory makePage_;
     SkinComboBox* setSelector_ = nullptr;
+    RecordMark* recordMark_ = nullptr;
     QLineEdit* setName_ = nullptr;
     CxSkinButton* eqMode_ = nullptr;
     SkinComboBox* filterModes_ = nullptr;

@@ -17,7 +17,13 @@ constexpr int dotRoom = 13;
 constexpr int chevronRoom = 20;
 constexpr int compactChevronRoom = 13;
 constexpr int rowHeight = 27;
+constexpr int numberGap = 6;
 constexpr int dotRole = Qt::UserRole + 100;
+constexpr int numberRole = Qt::UserRole + 101;
+
+int numberRoom(const QFontMetrics& metrics, const QString& number) {
+    return number.isEmpty() ? 0 : metrics.horizontalAdvance(number) + numberGap;
+}
 
 void paintDot(QPainter& painter, double left, double middle, const QColor& color) {
     painter.setPen(Qt::NoPen);
@@ -48,8 +54,17 @@ class RowDelegate : public QStyledItemDelegate {
             row.setLeft(row.left() + dotRoom);
         }
         painter->setFont(option.font);
+        const QFontMetrics metrics(option.font);
+        const QString number = index.data(numberRole).toString();
+        if (!number.isEmpty()) {
+            painter->setPen(QColor::fromRgb(current ? theme::white : theme::text2));
+            painter->drawText(row, Qt::AlignLeft | Qt::AlignVCenter, number);
+            row.setLeft(row.left() + numberRoom(metrics, number));
+        }
         painter->setPen(QColor::fromRgb(current ? theme::white : theme::text));
-        painter->drawText(row, Qt::AlignLeft | Qt::AlignVCenter, index.data().toString());
+        painter->drawText(
+            row, Qt::AlignLeft | Qt::AlignVCenter,
+            metrics.elidedText(index.data().toString(), Qt::ElideRight, static_cast<int>(row.width())));
         painter->restore();
     }
 
@@ -75,24 +90,43 @@ void SkinComboBox::setItemDot(int index, const QColor& color) {
     update();
 }
 
+void SkinComboBox::setItemNumber(int index, int number) {
+    const QVariant text = number < 0 ? QVariant() : QVariant(QString::number(number));
+    setItemData(index, text, numberRole);
+    setItemData(index,
+                number < 0 ? QVariant() : QVariant(text.toString() + QLatin1Char(' ') + itemText(index)),
+                Qt::AccessibleTextRole);
+    update();
+}
+
 QColor SkinComboBox::dotOf(int index) const {
     return itemData(index, dotRole).value<QColor>();
+}
+
+QString SkinComboBox::numberOf(int index) const {
+    return itemData(index, numberRole).toString();
 }
 
 bool SkinComboBox::isCompact() const {
     return width() <= compactCombo;
 }
 
-int SkinComboBox::textLeft(bool dotted) const {
-    const int left = isCompact() ? 5 : 8;
-    return dotted ? left + dotRoom : left;
+int SkinComboBox::markLeft() const {
+    return isCompact() ? 5 : 8;
+}
+
+int SkinComboBox::numberLeft(int index) const {
+    return dotOf(index).isValid() ? markLeft() + dotRoom : markLeft();
+}
+
+int SkinComboBox::textLeft(int index) const {
+    return numberLeft(index) + numberRoom(fontMetrics(), numberOf(index));
 }
 
 int SkinComboBox::neededWidth() const {
     int widest = 0;
     for (int index = 0; index < count(); ++index) {
-        widest =
-            qMax(widest, textLeft(dotOf(index).isValid()) + fontMetrics().horizontalAdvance(itemText(index)));
+        widest = qMax(widest, textLeft(index) + fontMetrics().horizontalAdvance(itemText(index)));
     }
     return widest + (isCompact() ? compactChevronRoom : chevronRoom);
 }
@@ -105,10 +139,13 @@ void SkinComboBox::paintEvent(QPaintEvent* /*event*/) {
     state |= ring_.isShown() ? skinRinged : 0U;
     painter.piece({}, {SkinPiece::Kind::combo, state, size()});
     const QColor dot = dotOf(currentIndex());
-    const int left = textLeft(dot.isValid());
     if (dot.isValid()) {
-        paintDot(painter, left - dotRoom, height() / 2.0, isEnabled() ? dot : QColor::fromRgb(theme::off));
+        paintDot(painter, markLeft(), height() / 2.0, isEnabled() ? dot : QColor::fromRgb(theme::off));
     }
+    const int numberAt = numberLeft(currentIndex());
+    painter.text(QRectF(numberAt, 0, width() - numberAt, height()), Qt::AlignLeft | Qt::AlignVCenter,
+                 isEnabled() ? theme::text2 : theme::text3, numberOf(currentIndex()));
+    const int left = textLeft(currentIndex());
     // Texts of the program fit; one that a person made up may not.
     const int room = width() - left - (isCompact() ? compactChevronRoom : chevronRoom);
     const QString shown = fontMetrics().elidedText(currentText(), Qt::ElideRight, room);

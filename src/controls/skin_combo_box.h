@@ -16,6 +16,8 @@ class SkinComboBox : public QComboBox {
 
     /// A dot before the text of an entry; an invalid colour takes it away.
     void setItemDot(int index, const QColor& color);
+    /// A number drawn before the text of an entry, which stays as it is; a negative one takes it away.
+    void setItemNumber(int index, int number);
 
     [[nodiscard]] bool isCompact() const;
     /// Width that the widest entry needs.
@@ -31,8 +33,11 @@ class SkinComboBox : public QComboBox {
     void leaveEvent(QEvent* event) override;
 
  private:
-    [[nodiscard]] int textLeft(bool dotted) const;
+    [[nodiscard]] int markLeft() const;
+    [[nodiscard]] int numberLeft(int index) const;
+    [[nodiscard]] int textLeft(int index) const;
     [[nodiscard]] QColor dotOf(int index) const;
+    [[nodiscard]] QString numberOf(int index) const;
 
     bool hovered_ = false;
     FocusRing ring_;
