@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QFileInfo>
 #include <QStandardPaths>
 
 namespace tessavo {
@@ -9,12 +10,14 @@ namespace tessavo {
 namespace {
 
 QString lockPath(const QString& folder) {
-    QString place =
-        folder.isEmpty() ? QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation) : folder;
-    if (place.isEmpty()) {
-        place = QDir::tempPath();
-    }
-    return QDir(place).filePath(QStringLiteral("tessavo.lock"));
+    return QDir(folder.isEmpty() ? InstanceGuard::usualFolder() : folder)
+        .filePath(QStringLiteral("tessavo.lock"));
+}
+
+// The lock would read from it, and wait for ever.
+bool isOddFile(const QString& path) {
+    const QFileInfo file(path);
+    return file.exists() && !file.isFile() && !file.isDir();
 }
 
 }  // namespace
@@ -22,8 +25,14 @@ QString lockPath(const QString& folder) {
 InstanceGuard::InstanceGuard(const QString& folder) : lock_(lockPath(folder)) {
     // A program that was killed leaves its file behind; the lock sees that its owner is gone.
     lock_.setStaleLockTime(0);
-    first_ = lock_.tryLock() || (bearsOwnNumber() && lock_.removeStaleLockFile() && lock_.tryLock()) ||
+    first_ = isOddFile(lock_.fileName()) || lock_.tryLock() ||
+             (bearsOwnNumber() && lock_.removeStaleLockFile() && lock_.tryLock()) ||
              lock_.error() != QLockFile::LockFailedError;
+}
+
+QString InstanceGuard::usualFolder() {
+    const QString place = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
+    return place.isEmpty() ? QDir::tempPath() : place;
 }
 
 // Process numbers come again, in a container even at every start: then the lock takes this program for the

@@ -11,8 +11,12 @@ class InstanceGuard {
     /// \param folder where the lock file lies; the user's own run or temporary folder when empty
     explicit InstanceGuard(const QString& folder = {});
 
-    /// False when another program holds the place. A place that cannot be written counts as free.
+    /// False when another program holds the place. A place that cannot be written counts as free, and so does
+    /// one where a pipe or a device lies.
     [[nodiscard]] bool isFirst() const { return first_; }
+
+    /// The user's own run or temporary folder.
+    [[nodiscard]] static QString usualFolder();
 
  private:
     [[nodiscard]] bool bearsOwnNumber() const;

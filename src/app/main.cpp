@@ -1,9 +1,13 @@
 #include <CLI/CLI.hpp>
+#include <QFileInfo>
 #include <QProcess>
 #include <QTemporaryDir>
+#include <QThread>
 #include <algorithm>
+#include <chrono>
 #include <cstdlib>
 #include <iostream>
+#include <memory>
 #include <optional>
 #include <string>
 #include <utility>
@@ -13,6 +17,8 @@
 #include "app/demo_run.h"
 #include "app/display.h"
 #include "app/file_type.h"
+#include "app/handed_files.h"
+#include "app/instance_channel.h"
 #include "app/instance_guard.h"
 #include "app/screenshots.h"
 #include "app/tessavo_app.h"
@@ -83,6 +89,90 @@ std::unique_ptr<tessavo::Profile> profileIn(const std::optional<QTemporaryDir>& 
                   : nullptr;
 }
 
+/// What becomes of this start.
+enum class Place { own, handedOver, taken };
+
+// A program that holds the place hears a second start when its window is there, and no longer when it ends.
+Place findPlace(std::unique_ptr<tessavo::InstanceGuard>& guard, const QString& file) {
+    using Answer = tessavo::InstanceChannel::Answer;
+    using Clock = std::chrono::steady_clock;
+    constexpr std::chrono::milliseconds patience{5000};
+    constexpr unsigned long pauseMs = 50;
+    // The program that is open works in another folder.
+    const QString path = file.isEmpty() ? file : QFileInfo(file).absoluteFilePath();
+    const auto deadline = Clock::now() + patience;
+    for (;;) {
+        guard = std::make_unique<tessavo::InstanceGuard>();
+        if (guard->isFirst()) {
+            return Place::own;
+        }
+        const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now());
+        const Answer answer = left.count() > 0 ? tessavo::InstanceChannel::handOver(
+                                                     tessavo::InstanceGuard::usualFolder(), path, left)
+                                               : Answer::refused;
+        if (answer != Answer::nobody) {
+            return answer == Answer::taken ? Place::handedOver : Place::taken;
+        }
+        QThread::msleep(pauseMs);
+    }
+}
+
+int runWindow(CTessavoApp& app) {
+    tessavo::HandedFiles handedFiles(app.frame(), app.link());
+    const tessavo::InstanceChannel channel(
+        tessavo::InstanceGuard::usualFolder(),
+        [&handedFiles](const QString& path) { return handedFiles.take(path); });
+    return app.run();
+}
+
+// \param argc, argv as main() got them
+int start(int& argc, char** argv, const StartOptions& options) {
+    const bool pictures = !options.screenshots.isEmpty();
+    if (!tessavo::hasDisplay()) {
+        if (!pictures) {
+            std::cerr
+                << "tessavo: there is no display. Start it from a desktop session, or use tessavoctl.\n";
+            return 1;
+        }
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
+    QGuiApplication::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
+    const QtMessageHandler usual = qInstallMessageHandler(endWithoutDisplay);
+    // Pictures neither need the place nor keep a person from it.
+    std::unique_ptr<tessavo::InstanceGuard> guard;
+    const Place place = pictures ? Place::own : findPlace(guard, options.file);
+    if (place == Place::handedOver) {
+        std::cout << "The Tessavo that is open has taken over.\n";
+        if (options.demo) {
+            std::cout << "It goes on with the target that it has: --demo needs a start of its own.\n";
+        }
+        return 0;
+    }
+    std::optional<QTemporaryDir> folder;
+    if (pictures) {
+        folder.emplace();
+    }
+    CTessavoApp app(argc, argv, profileIn(folder),
+                    pictures ? tessavo::Attendance::nobody : tessavo::Attendance::person);
+    qInstallMessageHandler(usual);
+    // A box would not be readable either.
+    if (const QString problem = CTessavoApp::unusableDisplay(); !problem.isEmpty()) {
+        return tellProblem(problem);
+    }
+    if (place == Place::taken) {
+        tellProblem(QStringLiteral("another Tessavo is running; please use the window that is open."));
+        app.boxes().showError("Tessavo is already running.\r\nPlease use the window that is open.");
+        return 1;
+    }
+    if (!pictures) {
+        tessavo::registerFileType();
+    }
+    if (!app.InitInstance(options)) {
+        return 1;
+    }
+    return pictures ? takePictures(app, options) : runWindow(app);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -106,41 +196,5 @@ int main(int argc, char** argv) {
         return cli.exit(error) == 0 ? 0 : 2;
     }
 
-    const bool pictures = !screenshots.empty();
-    if (!tessavo::hasDisplay()) {
-        if (!pictures) {
-            std::cerr
-                << "tessavo: there is no display. Start it from a desktop session, or use tessavoctl.\n";
-            return 1;
-        }
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    }
-    const StartOptions options{QString::fromStdString(file), demo, QString::fromStdString(screenshots)};
-    QGuiApplication::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
-    const QtMessageHandler usual = qInstallMessageHandler(endWithoutDisplay);
-    std::optional<QTemporaryDir> folder;
-    if (pictures) {
-        folder.emplace();
-    }
-    CTessavoApp app(argc, argv, profileIn(folder),
-                    pictures ? tessavo::Attendance::nobody : tessavo::Attendance::person);
-    qInstallMessageHandler(usual);
-    // A box would not be readable either.
-    if (const QString problem = CTessavoApp::unusableDisplay(); !problem.isEmpty()) {
-        return tellProblem(problem);
-    }
-    // Pictures neither need the place nor keep a person from it.
-    const auto guard = pictures ? nullptr : std::make_unique<tessavo::InstanceGuard>();
-    if (guard && !guard->isFirst()) {
-        tellProblem(QStringLiteral("another Tessavo is running; please use the window that is open."));
-        app.boxes().showError("Tessavo is already running.\r\nPlease use the window that is open.");
-        return 1;
-    }
-    if (!pictures) {
-        tessavo::registerFileType();
-    }
-    if (!app.InitInstance(options)) {
-        return 1;
-    }
-    return pictures ? takePictures(app, options) : app.run();
+    return start(argc, argv, {QString::fromStdString(file), demo, QString::fromStdString(screenshots)});
 }

@@ -33,7 +33,7 @@ CTessavoApp::CTessavoApp(int& argc, char** argv, std::unique_ptr<Profile> profil
       dialogs_(nullptr, *profile_),
       chartHost_(boxes_, dialogs_) {
     QApplication::setApplicationName(QStringLiteral("tessavo"));
-    QApplication::setApplicationDisplayName(QStringLiteral("Tessavo Velmira"));
+    // No name to display: the toolkit would write it behind the title of every window.
     QApplication::setQuitOnLastWindowClosed(false);
     applyTheme();
     if (!startWorker(link_)) {

@@ -311,6 +311,37 @@ TEST_F(Application, ADemoHasItsPortAndConfirms) {
         [&] { return app->frame().statusLine().target().light == TargetStatus::Light::confirmed; }, 30000));
 }
 
+TEST_F(Application, TheSetsOfADemoHoldTheDefaults) {
+    StartOptions options;
+    options.demo = true;
+    ASSERT_TRUE(app->InitInstance(options));
+    TuningState& tuning = app->tuning();
+    RecordingBoxes boxes;
+    TargetCommands commands(tuning, app->link().foreground(), boxes);
+    for (int set = 0; set < 6; ++set) {
+        // What is lost by reading zeros.
+        tuning.setVolume(-12.0F, true);
+        ASSERT_TRUE(commands.LoadSetFromRam(static_cast<std::uint8_t>(set))) << set;
+        Tuning fresh;
+        for (std::size_t channel = 0; channel < channelCount; ++channel) {
+            const OutputChannelParams& read = tuning.currentParameterSet().channels[channel];
+            const OutputChannelParams& usual = fresh.state.store().sets[0].channels[channel];
+            EXPECT_EQ(read.volumeDb, usual.volumeDb) << set << ' ' << channel;
+            for (std::size_t band = 0; band < read.bands.size(); ++band) {
+                EXPECT_EQ(read.bands[band].frequencyHz, usual.bands[band].frequencyHz)
+                    << set << ' ' << channel << ' ' << band;
+            }
+        }
+    }
+    EXPECT_TRUE(boxes.shown.empty());
+}
+
+TEST_F(Application, NothingIsWrittenBehindTheTitlesOfItsWindows) {
+    ASSERT_TRUE(app->InitInstance({}));
+    // The toolkit writes a name to display that is set behind every title that does not end with it.
+    EXPECT_EQ(QGuiApplication::applicationDisplayName(), QCoreApplication::applicationName());
+}
+
 TEST_F(Application, EndsInTheMiddleOfAnExchangeWithinASecond) {
     StartOptions options;
     options.demo = true;

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <QString>
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <memory>
+
+namespace tessavo {
+
+/// Where the program that holds the place hears what a second start of the same user wants: a local socket, on
+/// Windows a named pipe. Nothing but a path can arrive; see instance_message.h.
+///
+/// Lives on the user-interface thread and never waits there: who is slow, sends something else or is another
+/// user is sent away. What cannot be opened leaves second starts without an answer.
+class InstanceChannel {
+ public:
+    /// Called on the user-interface thread with an absolute path, or an empty one for the window only.
+    /// \return whether it is taken, which the second start is told
+    using Taker = std::function<bool(const QString& path)>;
+    /// How long somebody may take to send a path.
+    static constexpr std::chrono::milliseconds usualPatience{2000};
+
+    /// \param folder that of the InstanceGuard, whose place this program holds
+    InstanceChannel(const QString& folder, Taker take,
+                    std::chrono::milliseconds patience = usualPatience);
+    ~InstanceChannel();
+    InstanceChannel(const InstanceChannel&) = delete;
+    InstanceChannel& operator=(const InstanceChannel&) = delete;
+
+    [[nodiscard]] bool isOpen() const;
+
+    enum class Answer : std::uint8_t {
+        taken,
+        refused,  ///< or none in time
+        nobody    ///< no program of this user listens
+    };
+    /// Hands a path to the program that listens, for a start that is the second one. Any thread.
+    /// \param limit for the whole of it
+    [[nodiscard]] static Answer handOver(const QString& folder, const QString& path,
+                                         std::chrono::milliseconds limit);
+
+    /// Name of the socket or pipe that belongs to a folder.
+    [[nodiscard]] static QString endpoint(const QString& folder);
+
+ private:
+    struct Native;
+    std::unique_ptr<Native> native_;
+};
+
+}  // namespace tessavo

@@ -1,0 +1,326 @@
+#include <windows.h>
+
+#include <aclapi.h>
+#include <sddl.h>
+
+#include <QCryptographicHash>
+#include <QDir>
+#include <QObject>
+#include <QTimer>
+#include <QWinEventNotifier>
+#include <algorithm>
+#include <array>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "app/instance_channel.h"
+#include "app/instance_message.h"
+
+namespace tessavo {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using std::chrono::milliseconds;
+
+constexpr DWORD pipeBuffer = 4096;
+
+class Handle {
+ public:
+    explicit Handle(HANDLE handle) : handle_(handle == INVALID_HANDLE_VALUE ? nullptr : handle) {}
+    ~Handle() {
+        if (valid()) {
+            CloseHandle(handle_);
+        }
+    }
+    Handle(const Handle&) = delete;
+    Handle& operator=(const Handle&) = delete;
+
+    [[nodiscard]] bool valid() const { return handle_ != nullptr; }
+    [[nodiscard]] HANDLE get() const { return handle_; }
+
+ private:
+    HANDLE handle_;
+};
+
+/// What the system gives to be freed with LocalFree.
+template <typename Pointer>
+class Local {
+ public:
+    Local() = default;
+    ~Local() { LocalFree(pointer_); }
+    Local(const Local&) = delete;
+    Local& operator=(const Local&) = delete;
+
+    [[nodiscard]] Pointer get() const { return pointer_; }
+    [[nodiscard]] Pointer* place() { return &pointer_; }
+
+ private:
+    Pointer pointer_ = nullptr;
+};
+
+// The user that this program runs as; empty when the system does not tell.
+std::vector<std::uint64_t> ownUser() {
+    HANDLE opened = nullptr;
+    if (OpenProcessToken(GetCurrentProcess(), TOKEN_QUERY, &opened) == 0) {
+        return {};
+    }
+    const Handle token(opened);
+    DWORD size = 0;
+    GetTokenInformation(token.get(), TokenUser, nullptr, 0, &size);
+    std::vector<std::uint64_t> user(size / sizeof(std::uint64_t) + 1);
+    const bool known = GetTokenInformation(token.get(), TokenUser, user.data(), size, &size) != 0;
+    return known ? user : std::vector<std::uint64_t>();
+}
+
+PSID identityIn(const std::vector<std::uint64_t>& user) {
+    return reinterpret_cast<const TOKEN_USER*>(user.data())->User.Sid;
+}
+
+// Owned by this user, and open to nobody else.
+bool makeOwnersOnly(Local<PSECURITY_DESCRIPTOR>& descriptor) {
+    const auto user = ownUser();
+    Local<LPWSTR> name;
+    if (user.empty() || ConvertSidToStringSidW(identityIn(user), name.place()) == 0) {
+        return false;
+    }
+    const std::wstring owner(name.get());
+    const std::wstring text = L"O:" + owner + L"D:P(A;;GA;;;" + owner + L")";
+    return ConvertStringSecurityDescriptorToSecurityDescriptorW(text.c_str(), SDDL_REVISION_1,
+                                                                descriptor.place(), nullptr) != 0;
+}
+
+bool isOfThisUser(HANDLE pipe) {
+    const auto user = ownUser();
+    PSID owner = nullptr;
+    Local<PSECURITY_DESCRIPTOR> descriptor;
+    return !user.empty() &&
+           GetSecurityInfo(pipe, SE_KERNEL_OBJECT, OWNER_SECURITY_INFORMATION, &owner, nullptr, nullptr,
+                           nullptr, descriptor.place()) == ERROR_SUCCESS &&
+           EqualSid(owner, identityIn(user)) != 0;
+}
+
+std::wstring nameOf(const QString& folder) {
+    return InstanceChannel::endpoint(folder).toStdWString();
+}
+
+HANDLE makePipe(const QString& folder) {
+    Local<PSECURITY_DESCRIPTOR> descriptor;
+    if (!makeOwnersOnly(descriptor)) {
+        return INVALID_HANDLE_VALUE;
+    }
+    SECURITY_ATTRIBUTES attributes{sizeof(SECURITY_ATTRIBUTES), descriptor.get(), FALSE};
+    // The name is refused when somebody else has made a pipe of it before.
+    return CreateNamedPipeW(nameOf(folder).c_str(),
+                            PIPE_ACCESS_DUPLEX | FILE_FLAG_OVERLAPPED | FILE_FLAG_FIRST_PIPE_INSTANCE,
+                            PIPE_TYPE_BYTE | PIPE_READMODE_BYTE | PIPE_WAIT | PIPE_REJECT_REMOTE_CLIENTS, 1,
+                            pipeBuffer, pipeBuffer, 0, &attributes);
+}
+
+/// One operation on a pipe at a time, which a deadline or the end of this object cuts short.
+class PipeOperation {
+ public:
+    explicit PipeOperation(HANDLE pipe) : pipe_(pipe), done_(CreateEventW(nullptr, TRUE, FALSE, nullptr)) {}
+    ~PipeOperation() { cancel(); }
+    PipeOperation(const PipeOperation&) = delete;
+    PipeOperation& operator=(const PipeOperation&) = delete;
+
+    [[nodiscard]] HANDLE done() const { return done_.get(); }
+    OVERLAPPED* begin() {
+        overlapped_ = {};
+        overlapped_.hEvent = done_.get();
+        ResetEvent(done_.get());
+        return &overlapped_;
+    }
+    // Tells what the call that was made with begin() has answered.
+    bool started(BOOL answered) {
+        running_ = answered != 0 || GetLastError() == ERROR_IO_PENDING;
+        return running_;
+    }
+    bool finish(DWORD& count) {
+        running_ = false;
+        return GetOverlappedResult(pipe_, &overlapped_, &count, TRUE) != 0;
+    }
+    void cancel() {
+        if (running_) {
+            CancelIoEx(pipe_, &overlapped_);
+            DWORD count = 0;
+            finish(count);
+        }
+    }
+
+ private:
+    HANDLE pipe_;
+    Handle done_;
+    OVERLAPPED overlapped_{};
+    bool running_ = false;
+};
+
+// The number of bytes that went through before the deadline, 0 for none.
+DWORD inTime(PipeOperation& operation, BOOL answered, Clock::time_point deadline) {
+    if (!operation.started(answered)) {
+        return 0;
+    }
+    const auto left = std::chrono::ceil<milliseconds>(deadline - Clock::now());
+    const auto wait = static_cast<DWORD>(std::max<milliseconds::rep>(left.count(), 0));
+    DWORD count = 0;
+    if (WaitForSingleObject(operation.done(), wait) != WAIT_OBJECT_0) {
+        operation.cancel();
+        return 0;
+    }
+    return operation.finish(count) ? count : 0;
+}
+
+}  // namespace
+
+/// The pipe has one end, so visitors come one after another; a second start asks again until it is let in.
+struct InstanceChannel::Native : QObject {
+    Native(const QString& folder, Taker taker, milliseconds visitorsPatience)
+        : take(std::move(taker)),
+          patience(visitorsPatience),
+          pipe(makePipe(folder)),
+          operation(pipe.get()),
+          notifier(operation.done()) {
+        connect(&notifier, &QWinEventNotifier::activated, this, [this] { goOn(); });
+        limit.setSingleShot(true);
+        connect(&limit, &QTimer::timeout, this, [this] { waitForNext(); });
+        if (pipe.valid()) {
+            waitForNext();
+        }
+    }
+
+    void waitForNext() {
+        limit.stop();
+        operation.cancel();
+        DisconnectNamedPipe(pipe.get());
+        received.clear();
+        state = State::alone;
+        const BOOL answered = ConnectNamedPipe(pipe.get(), operation.begin());
+        if (answered == 0 && GetLastError() == ERROR_PIPE_CONNECTED) {
+            // Somebody was there already.
+            greet();
+        } else if (!operation.started(answered)) {
+            limit.start(patience);
+        }
+    }
+
+    void greet() {
+        state = State::hearing;
+        limit.start(patience);
+        hear();
+    }
+
+    void hear() {
+        if (!operation.started(
+                ReadFile(pipe.get(), bytes.data(), pipeBuffer, nullptr, operation.begin()))) {
+            waitForNext();
+        }
+    }
+
+    // Called when the operation under way has ended.
+    void goOn() {
+        DWORD count = 0;
+        const bool good = operation.finish(count);
+        switch (state) {
+            case State::alone:
+                good ? greet() : waitForNext();
+                break;
+            case State::hearing:
+                if (good && count > 0) {
+                    received.append(bytes.data(), static_cast<qsizetype>(count));
+                    judge();
+                } else {
+                    waitForNext();
+                }
+                break;
+            case State::answering:
+                // Its other end is closed once the answer has been read; closed from here it would be lost.
+                state = State::parting;
+                hear();
+                break;
+            case State::parting:
+                waitForNext();
+                break;
+        }
+    }
+
+    void judge() {
+        const MessageReading reading = readMessage(received);
+        if (reading.verdict == MessageVerdict::incomplete) {
+            hear();
+        } else if (reading.verdict == MessageVerdict::whole && take(reading.path)) {
+            state = State::answering;
+            if (!operation.started(WriteFile(pipe.get(), &pathTaken, 1, nullptr, operation.begin()))) {
+                waitForNext();
+            }
+        } else {
+            waitForNext();
+        }
+    }
+
+    enum class State { alone, hearing, answering, parting };
+
+    Taker take;
+    milliseconds patience;
+    std::array<char, pipeBuffer> bytes{};
+    QByteArray received;
+    State state = State::alone;
+    Handle pipe;
+    PipeOperation operation;
+    QWinEventNotifier notifier;
+    QTimer limit;
+};
+
+InstanceChannel::InstanceChannel(const QString& folder, Taker take, milliseconds patience)
+    : native_(std::make_unique<Native>(folder, std::move(take), patience)) {}
+
+InstanceChannel::~InstanceChannel() = default;
+
+bool InstanceChannel::isOpen() const {
+    return native_->pipe.valid();
+}
+
+QString InstanceChannel::endpoint(const QString& folder) {
+    // All users of a machine share the names of pipes; the folder is one user's own.
+    const QByteArray own = QCryptographicHash::hash(QDir(folder).absolutePath().toCaseFolded().toUtf8(),
+                                                    QCryptographicHash::Sha256);
+    return QStringLiteral(R"(\\.\pipe\tessavo-)") + QString::fromLatin1(own.toHex());
+}
+
+InstanceChannel::Answer InstanceChannel::handOver(const QString& folder, const QString& path,
+                                                  milliseconds limit) {
+    const auto deadline = Clock::now() + limit;
+    const QByteArray message = messageWithPath(path);
+    // The program that listens may learn who this is, but not act for this user elsewhere.
+    const Handle pipe(CreateFileW(nameOf(folder).c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr,
+                                  OPEN_EXISTING,
+                                  FILE_FLAG_OVERLAPPED | SECURITY_SQOS_PRESENT | SECURITY_IDENTIFICATION,
+                                  nullptr));
+    if (!pipe.valid() || !isOfThisUser(pipe.get())) {
+        return Answer::nobody;
+    }
+    // Only the program that the person has just started may let another one come to the front.
+    AllowSetForegroundWindow(ASFW_ANY);
+    PipeOperation operation(pipe.get());
+    DWORD sent = 0;
+    while (sent < static_cast<DWORD>(message.size())) {
+        const DWORD count = inTime(operation,
+                                   WriteFile(pipe.get(), message.constData() + sent,
+                                             static_cast<DWORD>(message.size()) - sent, nullptr,
+                                             operation.begin()),
+                                   deadline);
+        if (count == 0) {
+            return Answer::refused;
+        }
+        sent += count;
+    }
+    char answer = 0;
+    const DWORD heard =
+        message.isEmpty()
+            ? 0
+            : inTime(operation, ReadFile(pipe.get(), &answer, 1, nullptr, operation.begin()), deadline);
+    return heard == 1 && answer == pathTaken ? Answer::taken : Answer::refused;
+}
+
+}  // namespace tessavo
