@@ -8,8 +8,8 @@
 
 namespace tessavo {
 
-/// Where the program that holds the place hears what a second start of the same user wants: a local socket, on
-/// Windows a named pipe. Nothing but a path can arrive; see instance_message.h.
+/// Where the program that holds the place hears what a second start of the same user wants: a local socket,
+/// on Windows a named pipe. Nothing but a path can arrive; see instance_message.h.
 ///
 /// Lives on the user-interface thread and never waits there: who is slow, sends something else or is another
 /// user is sent away. What cannot be opened leaves second starts without an answer.
@@ -22,8 +22,7 @@ class InstanceChannel {
     static constexpr std::chrono::milliseconds usualPatience{2000};
 
     /// \param folder that of the InstanceGuard, whose place this program holds
-    InstanceChannel(const QString& folder, Taker take,
-                    std::chrono::milliseconds patience = usualPatience);
+    InstanceChannel(const QString& folder, Taker take, std::chrono::milliseconds patience = usualPatience);
     ~InstanceChannel();
     InstanceChannel(const InstanceChannel&) = delete;
     InstanceChannel& operator=(const InstanceChannel&) = delete;

@@ -254,8 +254,8 @@ InstanceChannel::Answer InstanceChannel::handOver(const QString& folder, const Q
     const QByteArray message = messageWithPath(path);
     const auto address = addressOf(folder);
     const Descriptor socket(makeSocket());
-    if (!address || !socket.valid() ||
-        ::connect(socket.get(), generic(*address), sizeof *address) != 0 || !isOfThisUser(socket.get())) {
+    if (!address || !socket.valid() || ::connect(socket.get(), generic(*address), sizeof *address) != 0 ||
+        !isOfThisUser(socket.get())) {
         return Answer::nobody;
     }
     if (message.isEmpty() || !sendAll(socket.get(), message, deadline) ||

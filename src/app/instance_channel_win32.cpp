@@ -1,15 +1,14 @@
 #include <windows.h>
 
-#include <aclapi.h>
-#include <sddl.h>
-
 #include <QCryptographicHash>
 #include <QDir>
 #include <QObject>
 #include <QTimer>
 #include <QWinEventNotifier>
+#include <aclapi.h>
 #include <algorithm>
 #include <array>
+#include <sddl.h>
 #include <string>
 #include <utility>
 #include <vector>
@@ -212,8 +211,7 @@ struct InstanceChannel::Native : QObject {
     }
 
     void hear() {
-        if (!operation.started(
-                ReadFile(pipe.get(), bytes.data(), pipeBuffer, nullptr, operation.begin()))) {
+        if (!operation.started(ReadFile(pipe.get(), bytes.data(), pipeBuffer, nullptr, operation.begin()))) {
             waitForNext();
         }
     }
@@ -293,10 +291,9 @@ InstanceChannel::Answer InstanceChannel::handOver(const QString& folder, const Q
     const auto deadline = Clock::now() + limit;
     const QByteArray message = messageWithPath(path);
     // The program that listens may learn who this is, but not act for this user elsewhere.
-    const Handle pipe(CreateFileW(nameOf(folder).c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr,
-                                  OPEN_EXISTING,
-                                  FILE_FLAG_OVERLAPPED | SECURITY_SQOS_PRESENT | SECURITY_IDENTIFICATION,
-                                  nullptr));
+    const Handle pipe(
+        CreateFileW(nameOf(folder).c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING,
+                    FILE_FLAG_OVERLAPPED | SECURITY_SQOS_PRESENT | SECURITY_IDENTIFICATION, nullptr));
     if (!pipe.valid() || !isOfThisUser(pipe.get())) {
         return Answer::nobody;
     }
@@ -305,11 +302,11 @@ InstanceChannel::Answer InstanceChannel::handOver(const QString& folder, const Q
     PipeOperation operation(pipe.get());
     DWORD sent = 0;
     while (sent < static_cast<DWORD>(message.size())) {
-        const DWORD count = inTime(operation,
-                                   WriteFile(pipe.get(), message.constData() + sent,
-                                             static_cast<DWORD>(message.size()) - sent, nullptr,
-                                             operation.begin()),
-                                   deadline);
+        const DWORD count =
+            inTime(operation,
+                   WriteFile(pipe.get(), message.constData() + sent,
+                             static_cast<DWORD>(message.size()) - sent, nullptr, operation.begin()),
+                   deadline);
         if (count == 0) {
             return Answer::refused;
         }

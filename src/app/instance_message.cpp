@@ -14,8 +14,8 @@ MessageReading verdict(MessageVerdict verdict) {
 }
 
 bool isWholePath(const QString& path) {
-    return path.isEmpty() || (!path.contains(QChar(u'\0')) &&
-                              std::filesystem::path(path.toStdU16String()).is_absolute());
+    return path.isEmpty() ||
+           (!path.contains(QChar(u'\0')) && std::filesystem::path(path.toStdU16String()).is_absolute());
 }
 
 }  // namespace

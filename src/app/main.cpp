@@ -182,7 +182,7 @@ int main(int argc, char** argv) {
     std::string screenshots;
     bool demo = false;
     cli.set_version_flag("--version", "tessavo " TESSAVO_VERSION);
-    cli.add_option("file", file, "settings file to open");
+    cli.add_option("file", file, "settings file to open, by the window that is open if there is one");
     cli.add_flag("--demo", demo, "work with a simulated target inside the program");
     cli.add_option("--screenshots", screenshots, "draw every page into PNG files of this folder, and end")
         ->type_name("DIR");

@@ -11,8 +11,8 @@ class TuningState;
 /// Why a set's record is not valid; empty when it is.
 [[nodiscard]] QString recordTrouble(const ParameterSet& set);
 
-/// Stands beside the set selector as long as the record of a set is not valid, and tells of each such set why.
-/// Red when the current set is one of them.
+/// Stands beside the set selector as long as the record of a set is not valid, and tells of each such set
+/// why. Red when the current set is one of them.
 class RecordMark : public QWidget {
     Q_OBJECT
 

@@ -25,9 +25,9 @@
 namespace tessavo::testing {
 namespace {
 
+using std::chrono::milliseconds;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
-using std::chrono::milliseconds;
 
 constexpr milliseconds never{3600000};
 const QString somePath = QStringLiteral("/some/where.eqs");
@@ -213,8 +213,7 @@ TEST_F(ChannelPosix, AFolderWithTooLongANameLeavesNobodyThere) {
     ASSERT_TRUE(std::filesystem::create_directory(pathOf(deep)));
     const InstanceChannel closed(deep, [](const QString&) { return true; });
     EXPECT_FALSE(closed.isOpen());
-    EXPECT_EQ(InstanceChannel::handOver(deep, somePath, milliseconds(1000)),
-              InstanceChannel::Answer::nobody);
+    EXPECT_EQ(InstanceChannel::handOver(deep, somePath, milliseconds(1000)), InstanceChannel::Answer::nobody);
 }
 
 TEST_F(ChannelPosix, AnotherUserIsSentAway) {

@@ -1,3 +1,5 @@
+#include "app/instance_channel.h"
+
 #include <QDir>
 #include <QTest>
 #include <chrono>
@@ -5,7 +7,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "app/instance_channel.h"
 #include "app/instance_message.h"
 #include "app/ui_file_dialogs.h"
 #include "params/temporary_folder.h"
@@ -94,9 +95,9 @@ class Channel : public ::testing::Test {
         auto answer = std::async(std::launch::async, [this, path, limit] {
             return InstanceChannel::handOver(textOf(folder.path()), path, limit);
         });
-        EXPECT_TRUE(QTest::qWaitFor(
-            [&] { return answer.wait_for(milliseconds(0)) == std::future_status::ready; },
-            static_cast<int>(longEnough.count())));
+        EXPECT_TRUE(
+            QTest::qWaitFor([&] { return answer.wait_for(milliseconds(0)) == std::future_status::ready; },
+                            static_cast<int>(longEnough.count())));
         return answer.get();
     }
 
@@ -173,9 +174,9 @@ TEST_F(Channel, ManyStartsAtOnceAreAllHeard) {
         }));
     }
     for (auto& answer : answers) {
-        EXPECT_TRUE(QTest::qWaitFor(
-            [&] { return answer.wait_for(milliseconds(0)) == std::future_status::ready; },
-            static_cast<int>(longEnough.count())));
+        EXPECT_TRUE(
+            QTest::qWaitFor([&] { return answer.wait_for(milliseconds(0)) == std::future_status::ready; },
+                            static_cast<int>(longEnough.count())));
         EXPECT_EQ(answer.get(), Answer::taken);
     }
     EXPECT_EQ(taken.size(), starts);

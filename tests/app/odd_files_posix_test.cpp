@@ -16,8 +16,8 @@
 #include "controls/skin_message_box.h"
 #include "params/temporary_folder.h"
 
-// Pipes in the places of files that a start reads. A pipe that is opened in the usual way waits for its other end;
-// the alarm ends such a test instead of the patience of whoever runs it.
+// Pipes in the places of files that a start reads. A pipe that is opened in the usual way waits for its other
+// end; the alarm ends such a test instead of the patience of whoever runs it.
 
 namespace tessavo::testing {
 namespace {
@@ -110,8 +110,8 @@ TEST_F(OddFiles, AFileOfTheCommandLineThatIsAPipeCannotBeOpened) {
     int count = 1;
     ::testing::internal::CaptureStderr();
     {
-        CTessavoApp app(count, arguments.data(),
-                        std::make_unique<Profile>(textOf(folder / "profile.ini")), Attendance::nobody);
+        CTessavoApp app(count, arguments.data(), std::make_unique<Profile>(textOf(folder / "profile.ini")),
+                        Attendance::nobody);
         StartOptions options;
         options.file = textOf(pipe);
         EXPECT_FALSE(app.InitInstance(options));

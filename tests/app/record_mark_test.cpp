@@ -39,8 +39,7 @@ class InvalidSets : public FrameTest {
     /// The mark as it is drawn, over the header.
     QColor markColour() {
         const QImage picture = frame->grab().toImage();
-        return picture.pixelColor(mark().mapTo(frame.get(), QPoint(8, 13)) *
-                                  picture.devicePixelRatio());
+        return picture.pixelColor(mark().mapTo(frame.get(), QPoint(8, 13)) * picture.devicePixelRatio());
     }
 };
 
@@ -55,10 +54,10 @@ TEST_F(InvalidSets, AreNotThereAtTheStart) {
 TEST_F(InvalidSets, AreMarkedBesideTheSelectorWithTheReason) {
     load({3}, {1});
     ASSERT_TRUE(mark().isVisible());
-    const QString told =
-        QStringLiteral("Set 2 has no valid record: starts with 7 instead of 2120.\n"
-                       "Set 4 has no valid record: all zeros.\n"
-                       "A saved file does not open again while such a set is chosen.");
+    const QString told = QStringLiteral(
+        "Set 2 has no valid record: starts with 7 instead of 2120.\n"
+        "Set 4 has no valid record: all zeros.\n"
+        "A saved file does not open again while such a set is chosen.");
     EXPECT_EQ(mark().toolTip(), told);
     EXPECT_EQ(mark().accessibleDescription(), told);
     const QRect place(mark().mapTo(frame.get(), QPoint()), mark().size());
