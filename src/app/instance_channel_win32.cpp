@@ -171,6 +171,21 @@ DWORD inTime(PipeOperation& operation, BOOL answered, Clock::time_point deadline
     return operation.finish(count) ? count : 0;
 }
 
+// The pipe lets in one at a time.
+HANDLE openPipe(const std::wstring& name, Clock::time_point deadline) {
+    constexpr DWORD pauseMs = 20;
+    for (;;) {
+        // The program that listens may learn who this is, but not act for this user elsewhere.
+        const HANDLE pipe =
+            CreateFileW(name.c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING,
+                        FILE_FLAG_OVERLAPPED | SECURITY_SQOS_PRESENT | SECURITY_IDENTIFICATION, nullptr);
+        if (pipe != INVALID_HANDLE_VALUE || GetLastError() != ERROR_PIPE_BUSY || Clock::now() >= deadline) {
+            return pipe;
+        }
+        WaitNamedPipeW(name.c_str(), pauseMs);
+    }
+}
+
 }  // namespace
 
 /// The pipe has one end, so visitors come one after another; a second start asks again until it is let in.
@@ -290,10 +305,7 @@ InstanceChannel::Answer InstanceChannel::handOver(const QString& folder, const Q
                                                   milliseconds limit) {
     const auto deadline = Clock::now() + limit;
     const QByteArray message = messageWithPath(path);
-    // The program that listens may learn who this is, but not act for this user elsewhere.
-    const Handle pipe(
-        CreateFileW(nameOf(folder).c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING,
-                    FILE_FLAG_OVERLAPPED | SECURITY_SQOS_PRESENT | SECURITY_IDENTIFICATION, nullptr));
+    const Handle pipe(openPipe(nameOf(folder), deadline));
     if (!pipe.valid() || !isOfThisUser(pipe.get())) {
         return Answer::nobody;
     }
