@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "controls/focus_ring.h"
+#include "controls/mixed_mark.h"
 #include "controls/slider_arithmetic.h"
 #include "controls/theme.h"
 
@@ -57,6 +58,11 @@ class CBitmapSlider : public QWidget {
     void setSteps(int single, int page, int coarse);
     /// How long after the last turn the wheel counts as resting.
     void setWheelRest(int milliseconds);
+
+    /// Marks the value as one that not every channel has which an edit goes to, with this note; takes the
+    /// mark away without one.
+    void setMixed(const QString& note) { mixed_.setNote(note); }
+    [[nodiscard]] bool isMixed() const { return mixed_.isShown(); }
 
     void setFormatter(Formatter formatter);
     /// What screen readers count in: value = position × perStep + offset.
@@ -130,6 +136,7 @@ class CBitmapSlider : public QWidget {
     std::optional<std::vector<int>> ticks_;
     Formatter formatter_;
     FocusRing ring_;
+    MixedMark mixed_{*this};
     QTimer wheelRest_;
     QVarLengthArray<int, 4> heldKeys_;
 };

@@ -137,6 +137,8 @@ void CBitmapSlider::paintEvent(QPaintEvent* /*event*/) {
     painter.devicePiece(
         place((box - pixels.capAcross) / 2 - pixels.capMargin, cap - pixels.capMargin),
         {SkinPiece::Kind::sliderCap, capState() | parity, QSize(30, 21), bypassed_ ? theme::off : color_});
+    painter.useLogicalPixels();
+    mixed_.paint(painter, rect());
 }
 
 }  // namespace tessavo

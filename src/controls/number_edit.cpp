@@ -148,6 +148,7 @@ void NumberEdit::paintEvent(QPaintEvent* event) {
     const bool pale = bypassed_ || !isEnabled();
     paintEditFrame(*this, focused_, hovered_, color_ != 0 && pale ? theme::off : color_);
     QLineEdit::paintEvent(event);
+    mixed_.paintOverControl();
 }
 
 }  // namespace tessavo

@@ -2,6 +2,7 @@
 
 #include <QLineEdit>
 
+#include "controls/mixed_mark.h"
 #include "controls/theme.h"
 
 namespace tessavo {
@@ -27,6 +28,11 @@ class NumberEdit : public QLineEdit {
     void setBypassed(bool bypassed);
     /// What the number counts, for screen readers; empty for a plain number.
     void setUnit(const QString& unit) { setAccessibleDescription(unit); }
+
+    /// Marks the value as one that not every channel has which an edit goes to, with this note; takes the
+    /// mark away without one.
+    void setMixed(const QString& note) { mixed_.setNote(note); }
+    [[nodiscard]] bool isMixed() const { return mixed_.isShown(); }
 
     /// Width that `value` needs in this box.
     [[nodiscard]] int neededWidth(const QString& value) const;
@@ -54,6 +60,7 @@ class NumberEdit : public QLineEdit {
  private:
     void apply(void (NumberEdit::*signal)());
 
+    MixedMark mixed_{*this};
     QString applied_;
     QRgb color_ = 0;
     bool bypassed_ = false;

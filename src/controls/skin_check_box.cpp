@@ -22,6 +22,8 @@ QSize SkinCheckBox::sizeHint() const {
 }
 
 void SkinCheckBox::paintEvent(QPaintEvent* /*event*/) {
+    // Below the mark, whose ring takes its place.
+    mixed_.paintOverControl();
     paintMarkCaption(*this, SkinPiece::Kind::checkMark, hovered_, ring_.isShown());
 }
 

@@ -3,6 +3,7 @@
 #include <QCheckBox>
 
 #include "controls/focus_ring.h"
+#include "controls/mixed_mark.h"
 
 namespace tessavo {
 
@@ -18,6 +19,11 @@ class SkinCheckBox : public QCheckBox {
     [[nodiscard]] int neededWidth() const;
     [[nodiscard]] QSize sizeHint() const override;
 
+    /// Marks the value as one that not every channel has which an edit goes to, with this note; takes the
+    /// mark away without one.
+    void setMixed(const QString& note) { mixed_.setNote(note); }
+    [[nodiscard]] bool isMixed() const { return mixed_.isShown(); }
+
  protected:
     void paintEvent(QPaintEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
@@ -29,6 +35,7 @@ class SkinCheckBox : public QCheckBox {
  private:
     bool hovered_ = false;
     FocusRing ring_;
+    MixedMark mixed_{*this};
 };
 
 }  // namespace tessavo

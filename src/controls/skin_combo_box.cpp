@@ -151,6 +151,7 @@ void SkinComboBox::paintEvent(QPaintEvent* /*event*/) {
     const QString shown = fontMetrics().elidedText(currentText(), Qt::ElideRight, room);
     painter.text(QRectF(left, 0, width() - left, height()), Qt::AlignLeft | Qt::AlignVCenter,
                  isEnabled() ? theme::text : theme::text3, shown);
+    mixed_.paint(painter, rect());
 }
 
 void SkinComboBox::wheelEvent(QWheelEvent* event) {

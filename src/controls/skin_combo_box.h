@@ -4,6 +4,7 @@
 #include <QComboBox>
 
 #include "controls/focus_ring.h"
+#include "controls/mixed_mark.h"
 
 namespace tessavo {
 
@@ -23,6 +24,11 @@ class SkinComboBox : public QComboBox {
     /// Width that the widest entry needs.
     [[nodiscard]] int neededWidth() const;
 
+    /// Marks the value as one that not every channel has which an edit goes to, with this note; takes the
+    /// mark away without one.
+    void setMixed(const QString& note) { mixed_.setNote(note); }
+    [[nodiscard]] bool isMixed() const { return mixed_.isShown(); }
+
  protected:
     void paintEvent(QPaintEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
@@ -41,6 +47,7 @@ class SkinComboBox : public QComboBox {
 
     bool hovered_ = false;
     FocusRing ring_;
+    MixedMark mixed_{*this};
 };
 
 }  // namespace tessavo

@@ -53,6 +53,7 @@ inline constexpr QRgb stop = 0xFFC9303A;
 inline constexpr QRgb sending = 0xFF4BA3F7;
 inline constexpr QRgb trouble = 0xFFFF8087;
 inline constexpr QRgb focus = 0xFF8FCBFF;
+inline constexpr QRgb mixed = 0xFFE0A94A;      ///< outline of a value that several channels do not share
 inline constexpr QRgb lightBlue = 0xFF6DB8FF;  ///< chosen radio button, sent lines of the log
 inline constexpr QRgb received = 0xFF5CCFC0;   ///< received lines of the log
 

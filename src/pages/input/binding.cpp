@@ -59,6 +59,19 @@ void SliderBinding::setBypassed(bool bypassed) {
     edit_.setBypassed(bypassed);
 }
 
+bool SliderBinding::shows(double value) const {
+    return slider_.position() == positionOf(scale_, value);
+}
+
+QString SliderBinding::words(double value) const {
+    return exactText(scale_, value);
+}
+
+void SliderBinding::setMixed(const QString& note) {
+    slider_.setMixed(note);
+    edit_.setMixed(note);
+}
+
 double SliderBinding::value() const {
     return valueAt(scale_, slider_.position());
 }
@@ -140,6 +153,11 @@ void DelayBinding::setBypassed(bool bypassed) {
     distance_.setBypassed(bypassed);
 }
 
+void DelayBinding::setMixed(const QString& note) {
+    SliderBinding::setMixed(note);
+    distance_.setMixed(note);
+}
+
 void DelayBinding::applyText() {
     const int position = typedPosition(scale(), edit().text());
     moveTo(position);
@@ -184,6 +202,18 @@ void NumberBinding::setBypassed(bool bypassed) {
     edit_.setBypassed(bypassed);
 }
 
+bool NumberBinding::shows(double value) const {
+    return typedPosition(scale_, edit_.text()) == positionOf(scale_, value);
+}
+
+QString NumberBinding::words(double value) const {
+    return exactText(scale_, value);
+}
+
+void NumberBinding::setMixed(const QString& note) {
+    edit_.setMixed(note);
+}
+
 void NumberBinding::followText() {
     if (!busy_ && typing_ == Typing::followed) {
         write_(valueAt(scale_, typedPosition(scale_, edit_.text())), !edit_.isEdited());
@@ -218,6 +248,18 @@ void CheckBinding::show(double value) {
     box_.setChecked((value != 0) != inverted_);
 }
 
+bool CheckBinding::shows(double value) const {
+    return box_.isChecked() == ((value != 0) != inverted_);
+}
+
+QString CheckBinding::words(double value) const {
+    return (value != 0) != inverted_ ? QStringLiteral("checked") : QStringLiteral("not checked");
+}
+
+void CheckBinding::setMixed(const QString& note) {
+    box_.setMixed(note);
+}
+
 ComboBinding::ComboBinding(SkinComboBox& list, std::vector<int> codes, Write write)
     : Binding(std::move(write)), list_(list), codes_(std::move(codes)) {
     connect(&list_, &QComboBox::activated, this, [this](int) {
@@ -228,8 +270,25 @@ ComboBinding::ComboBinding(SkinComboBox& list, std::vector<int> codes, Write wri
 }
 
 void ComboBinding::show(double value) {
+    list_.setCurrentIndex(indexOf(value));
+}
+
+int ComboBinding::indexOf(double value) const {
     const auto place = std::find(codes_.begin(), codes_.end(), truncateTo<int>(value));
-    list_.setCurrentIndex(place == codes_.end() ? -1 : static_cast<int>(place - codes_.begin()));
+    return place == codes_.end() ? -1 : static_cast<int>(place - codes_.begin());
+}
+
+bool ComboBinding::shows(double value) const {
+    return list_.currentIndex() == indexOf(value);
+}
+
+QString ComboBinding::words(double value) const {
+    const int index = indexOf(value);
+    return index < 0 ? QString::number(truncateTo<int>(value)) : list_.itemText(index);
+}
+
+void ComboBinding::setMixed(const QString& note) {
+    list_.setMixed(note);
 }
 
 int ComboBinding::code() const {

@@ -37,6 +37,15 @@ class Binding : public QObject {
     /// Takes the colour of the controls away, or gives it back.
     virtual void setBypassed(bool) {}
 
+    // For a value that belongs to several channels at once. What is never assigned to several shows no marks.
+
+    /// Whether the controls stand where show() would put them for a value.
+    [[nodiscard]] virtual bool shows(double) const { return true; }
+    /// A stored value in words, without a unit. Different values have different words.
+    [[nodiscard]] virtual QString words(double) const { return {}; }
+    /// Marks the controls with a note about the channels' values; takes the marks away without one.
+    virtual void setMixed(const QString&) {}
+
  protected:
     Write write_;
 };
@@ -52,6 +61,9 @@ class SliderBinding : public Binding {
 
     void show(double value) override;
     void setBypassed(bool bypassed) override;
+    [[nodiscard]] bool shows(double value) const override;
+    [[nodiscard]] QString words(double value) const override;
+    void setMixed(const QString& note) override;
 
     [[nodiscard]] CBitmapSlider& slider() { return slider_; }
     /// Value that the slider stands at.
@@ -96,6 +108,7 @@ class DelayBinding : public SliderBinding {
                  const QString& unit, Write write);
 
     void setBypassed(bool bypassed) override;
+    void setMixed(const QString& note) override;
     /// Both boxes are rewritten with what was taken.
     void applyText() override;
 
@@ -118,6 +131,9 @@ class NumberBinding : public Binding {
 
     void show(double value) override;
     void setBypassed(bool bypassed) override;
+    [[nodiscard]] bool shows(double value) const override;
+    [[nodiscard]] QString words(double value) const override;
+    void setMixed(const QString& note) override;
     [[nodiscard]] NumberEdit& edit() { return edit_; }
     void setTyping(Typing typing) { typing_ = typing; }
 
@@ -154,6 +170,9 @@ class CheckBinding : public Binding {
     CheckBinding(SkinCheckBox& box, bool inverted, Write write);
 
     void show(double value) override;
+    [[nodiscard]] bool shows(double value) const override;
+    [[nodiscard]] QString words(double value) const override;
+    void setMixed(const QString& note) override;
     [[nodiscard]] SkinCheckBox& box() { return box_; }
 
  private:
@@ -170,11 +189,16 @@ class ComboBinding : public Binding {
     ComboBinding(SkinComboBox& list, std::vector<int> codes, Write write);
 
     void show(double value) override;
+    [[nodiscard]] bool shows(double value) const override;
+    [[nodiscard]] QString words(double value) const override;
+    void setMixed(const QString& note) override;
     [[nodiscard]] SkinComboBox& list() { return list_; }
     /// Code of the selected entry, -1 without one.
     [[nodiscard]] int code() const;
 
  private:
+    [[nodiscard]] int indexOf(double value) const;
+
     SkinComboBox& list_;
     std::vector<int> codes_;
 };

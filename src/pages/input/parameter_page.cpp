@@ -60,6 +60,39 @@ double ParameterPage::shown(BoundField bound) const {
     return shownValue(tuning_.currentParameterSet(), fieldOf(bound.field), elementOf(bound));
 }
 
+QString ParameterPage::mixedNote(const Bound& bound, const std::vector<Holder>& holders) const {
+    const Field& field = fieldOf(bound.to.field);
+    const QString unit = unitOf(field.id);
+    bool differ = false;
+    bool isShown = true;
+    QString first;
+    QString lines;
+    for (const Holder& holder : holders) {
+        const FieldIndex element{holder.element, elementOf(bound.to).inner};
+        const double value = shownValue(tuning_.currentParameterSet(), field, element);
+        const QString words = bound.binding->words(value);
+        if (lines.isEmpty()) {
+            first = words;
+        }
+        differ = differ || words != first;
+        isShown = isShown && bound.binding->shows(value);
+        lines += QStringLiteral("\n%1: %2").arg(holder.name, words);
+        if (!unit.isEmpty()) {
+            lines += QLatin1Char(' ') + unit;
+        }
+    }
+    if (differ) {
+        return QStringLiteral("Mixed: the ticked channels differ") + lines;
+    }
+    return isShown ? QString() : QStringLiteral("Mixed: not the value of the ticked channels") + lines;
+}
+
+void ParameterPage::markMixed(const std::vector<Holder>& holders) {
+    for (const Bound& bound : bindings_) {
+        bound.binding->setMixed(mixedNote(bound, holders));
+    }
+}
+
 Binding::Write ParameterPage::writer(BoundField bound) {
     return [this, bound](double value, bool final) {
         write(bound, value, final);

@@ -66,6 +66,16 @@ class ParameterPage : public CTabDialog {
     /// Value that the current set holds, as a person reads it.
     [[nodiscard]] double shown(BoundField bound) const;
 
+    /// Something that has values of its own for the page's controls.
+    struct Holder {
+        QString name;
+        std::size_t element;  ///< in the outer dimension of the controls' fields
+    };
+
+    /// Marks every control whose value is not the same for all holders, or not the one that the control
+    /// shows, with a note that tells each holder's value; takes all marks away without a holder.
+    void markMixed(const std::vector<Holder>& holders);
+
     // Each makes a control at a place in page pixels, inside `parent`: the page itself or a group on it.
     SkinGroupBox* addGroup(const QString& title, const QRect& place, QWidget* parent = nullptr);
     QLabel* addLabel(const QString& text, const QRect& place, QWidget* parent,
@@ -107,6 +117,7 @@ class ParameterPage : public CTabDialog {
     };
 
     [[nodiscard]] Binding::Write writer(BoundField bound);
+    [[nodiscard]] QString mixedNote(const Bound& bound, const std::vector<Holder>& holders) const;
     template <typename Made>
     Made& keep(BoundField bound, std::unique_ptr<Made> binding);
 

@@ -1,6 +1,8 @@
 #include "pages/input/value_scale.h"
 
 #include <algorithm>
+#include <array>
+#include <charconv>
 #include <cmath>
 
 #include "dsp/saturate.h"
@@ -107,6 +109,21 @@ int typedPosition(const ValueScale& scale, const QString& text) {
 bool isWholeText(const ValueScale& scale, const QString& text) {
     return !scale.attenuation || isSilence(text.trimmed()) ||
            std::any_of(text.begin(), text.end(), [](QChar unit) { return unit >= u'0' && unit <= u'9'; });
+}
+
+QString exactText(const ValueScale& scale, double value) {
+    const int position = positionOf(scale, value);
+    const auto single = static_cast<float>(value);
+    // Most values are stored as singles, in which no tenth is exact.
+    if (static_cast<float>(valueAt(scale, position)) == single) {
+        return textAt(scale, position);
+    }
+    std::array<char, 64> digits{};
+    char* const last = digits.data() + digits.size();
+    const bool isSingle = std::isnan(value) || double{single} == value;
+    const auto written =
+        isSingle ? std::to_chars(digits.data(), last, single) : std::to_chars(digits.data(), last, value);
+    return QString::fromLatin1(digits.data(), written.ptr - digits.data());
 }
 
 QString numberText(double value, int decimals) {

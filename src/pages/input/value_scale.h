@@ -47,6 +47,10 @@ struct ValueScale {
 /// loudest level for it.
 [[nodiscard]] bool isWholeText(const ValueScale& scale, const QString& text);
 
+/// A stored value in words: as textAt() gives it where a position stands for just this value, otherwise with
+/// all the digits that tell it from its neighbours.
+[[nodiscard]] QString exactText(const ValueScale& scale, double value);
+
 /// `value` with this many decimals, as the C format "%.nf" writes it.
 [[nodiscard]] QString numberText(double value, int decimals);
 

@@ -43,6 +43,11 @@ void setTextColor(QLabel& label, QRgb color) {
     label.setPalette(palette);
 }
 
+const QString& noChannelText() {
+    static const auto text = QStringLiteral("No channel is ticked: edits go nowhere");
+    return text;
+}
+
 QLabel* makeLabel(const QString& text, const QRect& place, int pixelSize, QRgb color, QWidget* parent) {
     auto* label = new QLabel(text, parent);
     label->setGeometry(place);
@@ -64,6 +69,11 @@ ChannelSelection::ChannelSelection(QWidget* parent)
     assign_ = new SkinCheckBox(QStringLiteral("Assign to multiple Ch."), assignId, this);
     assign_->setGeometry(11, 265, 167, 22);
     connect(assign_, &QAbstractButton::clicked, this, &ChannelSelection::assignClicked);
+    nowhere_ = makeLabel(QStringLiteral("No channel: edits go nowhere"), {8, 247, 168, 17}, 11,
+                         theme::trouble, this);
+    nowhere_->setAlignment(Qt::AlignCenter);
+    nowhere_->setAccessibleName(noChannelText());
+    nowhere_->hide();
     radios_[0]->setChecked(true);
     showChoice();
 }
@@ -74,7 +84,7 @@ void ChannelSelection::makeRow(int row) {
     heads_[position] =
         makeLabel(QStringLiteral("Ch %1").arg(row + 1), {14, place.y(), 36, 25}, 12, theme::text2, this);
     const QRect buttonPlace(55, place.y(), 119, 25);
-    const QString name = QStringLiteral("Channel %1").arg(position + 1);
+    const QString name = nameOf({static_cast<std::uint8_t>(position)});
 
     radios_[position] = new SkinRadioButton(QString(), ids[position].radio, this);
     radios_[position]->setGeometry(buttonPlace);
@@ -101,6 +111,10 @@ void ChannelSelection::makeRow(int row) {
     setControlId(*nameLabel, ids[position].name);
     sources_[position] = makeLabel(QString(), {142, place.y(), 32, 25}, 11, theme::text2, this);
     sources_[position]->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+}
+
+QString ChannelSelection::nameOf(PagePosition position) {
+    return QStringLiteral("Channel %1").arg(position.value + 1);
 }
 
 std::uint8_t ChannelSelection::mask() const {
@@ -155,6 +169,10 @@ void ChannelSelection::showChoice() {
         // Tab stops at the chosen one, wherever it stands; the arrow keys lead to the others.
         radios_[position]->setFocusPolicy(radios_[position]->isChecked() ? Qt::StrongFocus : Qt::ClickFocus);
     }
+    const bool nowhere = chosenOnes == 0;
+    nowhere_->setVisible(nowhere);
+    assign_->setToolTip(nowhere ? noChannelText() : QString());
+    assign_->setAccessibleDescription(assign_->toolTip());
     update();
 }
 
@@ -172,7 +190,10 @@ void ChannelSelection::paintEvent(QPaintEvent* event) {
             painter.drawRoundedRect(rowPlace(row), 3, 3);
         }
     }
-    painter.fillRect(QRectF(12, 256, width() - 24, 1), QColor::fromRgb(theme::line));
+    if (chosenOnes != 0) {
+        // Otherwise the words about it stand here.
+        painter.fillRect(QRectF(12, 256, width() - 24, 1), QColor::fromRgb(theme::line));
+    }
 }
 
 }  // namespace tessavo

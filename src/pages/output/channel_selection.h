@@ -25,7 +25,7 @@ class ChannelSelection : public SkinGroupBox {
     [[nodiscard]] std::uint8_t mask() const;
     /// The chosen radio button's page position; also while several channels are edited.
     [[nodiscard]] PagePosition position() const;
-    /// Whether several channels may be chosen.
+    /// Whether "Assign to multiple Ch." is checked.
     [[nodiscard]] bool multiChannelMode() const { return multiChannelMode_; }
 
     /// Puts check buttons, none of them ticked, in the places of the radio buttons, or takes them away again.
@@ -33,6 +33,7 @@ class ChannelSelection : public SkinGroupBox {
     /// Check box "Assign to multiple Ch."; unchecking it by program tells nobody.
     [[nodiscard]] SkinCheckBox& assignBox() { return *assign_; }
 
+    [[nodiscard]] static QString nameOf(PagePosition position);
     /// What feeds a channel, beside its name.
     void setSource(PagePosition position, std::uint8_t source);
 
@@ -54,6 +55,7 @@ class ChannelSelection : public SkinGroupBox {
     std::array<QLabel*, channelCount> heads_{};            ///< "Ch 1" …, by page position
     std::array<QLabel*, channelCount> sources_{};          ///< by page position
     SkinCheckBox* assign_ = nullptr;
+    QLabel* nowhere_ = nullptr;  ///< says that edits go nowhere
     bool multiChannelMode_ = false;
 };
 

@@ -411,6 +411,18 @@ void COutputEQ::updateLook() {
     for (Binding* control : limiterControls_) {
         control->setBypassed(!limiting);
     }
+    markTickedChannels();
+}
+
+// Several channels share the controls, which go on showing what they showed before.
+void COutputEQ::markTickedChannels() {
+    std::vector<Holder> ticked;
+    for (std::uint8_t position = 0; selection_->multiChannelMode() && position < channelCount; ++position) {
+        if ((tuning().selectionMask() & selectionBit({position})) != 0) {
+            ticked.push_back({ChannelSelection::nameOf({position}), recordChannelAt({position}).value});
+        }
+    }
+    markMixed(ticked);
 }
 
 void COutputEQ::selectChannels() {
@@ -425,6 +437,7 @@ void COutputEQ::selectChannels() {
         tuning().showOutputCurve(tuning().selectionMask() != 0 ? shownChannel_
                                                                : tuning().lastEditedBand().channel);
     }
+    updateLook();
 }
 
 void COutputEQ::assignToMultiple(bool checked) {

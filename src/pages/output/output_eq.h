@@ -53,6 +53,7 @@ class COutputEQ : public ParameterPage {
     void makeSelection();
 
     void showSources();
+    void markTickedChannels();
     void selectChannels();
     void assignToMultiple(bool checked);
     void writeCrossover(std::size_t crossover);

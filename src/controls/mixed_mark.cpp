@@ -1,0 +1,66 @@
+#include "controls/mixed_mark.h"
+
+#include <QWidget>
+
+#include "controls/skin_painter.h"
+#include "controls/theme.h"
+
+namespace tessavo {
+namespace {
+
+constexpr double outlineWidth = 1.5;
+constexpr double dash = 2;  ///< in widths of the line
+constexpr double gap = 1.5;
+constexpr double radius = 4;
+
+/// `whole` with the part that it ends with replaced.
+QString withPart(QString whole, const QString& old, const QString& part, const QString& separator) {
+    if (!old.isEmpty() && whole.endsWith(old)) {
+        whole.chop(old.size());
+        if (whole.endsWith(separator)) {
+            whole.chop(separator.size());
+        }
+    }
+    return whole.isEmpty() || part.isEmpty() ? whole + part : whole + separator + part;
+}
+
+/// The lines of a note in one sentence.
+QString spoken(const QString& note) {
+    return QString(note).replace(QLatin1Char('\n'), QLatin1String("; "));
+}
+
+}  // namespace
+
+void MixedMark::setNote(const QString& note) {
+    if (note == note_) {
+        return;
+    }
+    control_.setToolTip(withPart(control_.toolTip(), note_, note, QStringLiteral("\n")));
+    control_.setAccessibleDescription(
+        withPart(control_.accessibleDescription(), spoken(note_), spoken(note), QStringLiteral(". ")));
+    note_ = note;
+    control_.update();
+}
+
+void MixedMark::paint(SkinPainter& painter, const QRectF& place) const {
+    if (!isShown()) {
+        return;
+    }
+    const double width = qRound(outlineWidth * painter.scale()) / painter.scale();
+    QPen pen(QColor::fromRgb(theme::mixed), width, Qt::CustomDashLine, Qt::FlatCap);
+    pen.setDashPattern({dash, gap});
+    painter.setPen(pen);
+    painter.setBrush(Qt::NoBrush);
+    const double half = width / 2;
+    painter.drawRoundedRect(painter.snapped(place).adjusted(half, half, -half, -half), radius - half,
+                            radius - half);
+}
+
+void MixedMark::paintOverControl() const {
+    if (isShown()) {
+        SkinPainter painter(&control_);
+        paint(painter, control_.rect());
+    }
+}
+
+}  // namespace tessavo
