@@ -9,8 +9,9 @@ namespace tessavo {
 
 class SkinPainter;
 
-/// Mark of a control whose value is not that of everything an edit of it goes to: a dashed outline, and a note
-/// in its tooltip and its description for screen readers, behind what these say anyway. Part of the control.
+/// Mark of a control whose value is not that of everything an edit of it goes to: a dashed outline, and a
+/// note in its tooltip and its description for screen readers, behind what these say anyway. Part of the
+/// control.
 class MixedMark {
  public:
     explicit MixedMark(QWidget& control) : control_(control) {}

@@ -362,6 +362,20 @@ TEST_F(AudioRouter, TheTurnOffDelayFollowsItsBox) {
     EXPECT_TRUE(takePending());
 }
 
+TEST_F(AudioRouter, TheSurroundSwitchRefreshesEverySelector) {
+    for (const int first : {1, 5, 3}) {
+        for (std::uint8_t position = 0; position < 8; ++position) {
+            const auto source = static_cast<std::uint8_t>((first + position) % 14);
+            actual.state.setRouterSource(recordChannelAt({position}), source);
+            ASSERT_NE(list(5001 + position).currentIndex(), source);
+        }
+        click(surround());
+        for (int position = 0; position < 8; ++position) {
+            EXPECT_EQ(list(5001 + position).currentIndex(), (first + position) % 14) << position;
+        }
+    }
+}
+
 TEST_F(AudioRouter, TheTurnOffListHoldsOffAndOn) {
     ASSERT_EQ(list(5021).count(), 2);
     EXPECT_EQ(list(5021).itemText(0), QStringLiteral("Off"));

@@ -292,6 +292,53 @@ TEST_F(InputEq, AppliesAllBandsAtOnce) {
     EXPECT_FALSE(actual.display.curves.empty());
 }
 
+TEST_F(InputEq, AppliesAllBandsBeforeItAsksForSending) {
+    Bytes store = actual.store();
+    for (const InputRow& row : equalizerRows()) {
+        if (row.slider <= 4013) {
+            slider(row.slider).setPosition(slider(row.slider).minimum());
+            applyPatches(store, row.record(row.steps(slider(row.slider).minimum())));
+        }
+    }
+    deliver();
+    ASSERT_FALSE(takePending());
+    int writes = 0;
+    int pendingWrites = 0;
+    actual.state.setChangeListener([&] {
+        ++writes;
+        if (actual.state.updatePending()) {
+            ++pendingWrites;
+            EXPECT_SAME_BYTES(actual.store(), store);
+        }
+    });
+    inputEq().applyAll();
+    actual.state.setChangeListener({});
+    EXPECT_GE(writes, 13);
+    EXPECT_EQ(pendingWrites, 1);
+}
+
+TEST_F(InputEq, ARefusedResetMovesNoSlider) {
+    detune();
+    const auto stands = [&] {
+        std::vector<std::pair<int, std::string>> all;
+        for (const InputRow& row : equalizerRows()) {
+            all.emplace_back(slider(row.slider).position(), textOf(row.edit));
+        }
+        return all;
+    };
+    const auto before = stands();
+    ASSERT_EQ(before.size(), 25U);
+    for (const InputRow& row : equalizerRows()) {
+        ASSERT_NE(slider(row.slider).position(), 0) << row.name;
+    }
+    SliderSpy spy(*page);
+    actual.state.setLiveMode(true);
+    click(resetButton());
+    ASSERT_EQ(boxes.shown.size(), 1U);
+    EXPECT_EQ(stands(), before);
+    EXPECT_EQ(spy.told, (std::vector<std::pair<int, int>>{}));
+}
+
 TEST_F(InputEq, ResetIsRefusedInLiveMode) {
     detune();
     const Bytes store = actual.store();

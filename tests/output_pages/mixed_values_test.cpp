@@ -112,8 +112,7 @@ class MixedValues : public OutputEqTest {
     }
     Bytes valueOf(const ChannelField& field, std::size_t position) {
         const Bytes store = actual.store();
-        const auto place =
-            store.begin() + static_cast<std::ptrdiff_t>(field.placeIn(pageChannels[position]));
+        const auto place = store.begin() + static_cast<std::ptrdiff_t>(field.placeIn(pageChannels[position]));
         return {place, place + static_cast<std::ptrdiff_t>(field.values[0].size())};
     }
     static bool wearsMark(const QWidget& widget) {

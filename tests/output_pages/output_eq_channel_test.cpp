@@ -163,6 +163,38 @@ TEST_F(OutputEqChannelTest, AnOrderShowsTheFrequencyAgain) {
     EXPECT_EQ(readAt<std::uint16_t>(actual.store(), recordChannelOffset(7) + 136), 20000);
 }
 
+/// Counts the slider messages that reach the page.
+class SliderMessages : public QObject {
+ public:
+    explicit SliderMessages(QWidget& page) { page.installEventFilter(this); }
+    bool eventFilter(QObject*, QEvent* event) override {
+        if (SliderEvent::isSliderEvent(*event)) {
+            ids.push_back(static_cast<const SliderEvent&>(*event).controlId());
+        }
+        return false;
+    }
+    std::vector<int> ids;
+};
+
+TEST_F(OutputEqChannelTest, AnOrderIsWrittenBeforeItsSliderMessageIsPosted) {
+    for (const CrossoverControls& controls : crossoverControls) {
+        SliderMessages messages(*page);
+        std::size_t writes = 0;
+        // What is posted by now is delivered while the write is still under way.
+        actual.state.setChangeListener([&] {
+            ++writes;
+            if (messages.ids.empty()) {
+                QCoreApplication::sendPostedEvents(page);
+                EXPECT_TRUE(messages.ids.empty()) << "posted before write " << writes << " was done";
+            }
+        });
+        chooseByKeys(controls.order, 1);
+        actual.state.setChangeListener({});
+        EXPECT_GE(writes, 2U);
+        EXPECT_EQ(messages.ids, std::vector{controls.frequency.slider});
+    }
+}
+
 TEST_F(OutputEqChannelTest, CodesThatNoListHasStayUntilSomebodyChoosesAnother) {
     for (Tuning* tuning : {&actual, &twin}) {
         tuning->state.setCrossover(0, 5, 9, 0);

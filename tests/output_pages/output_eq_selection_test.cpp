@@ -251,6 +251,52 @@ TEST_F(OutputEqSelectionTest, TickingAChannelReloadsNothingButGivesItBandEightsT
     EXPECT_TRUE(inStep());
 }
 
+TEST_F(OutputEqSelectionTest, EveryTickedChannelTakesBandEightsTypeFromItsList) {
+    constexpr std::array<std::uint8_t, 3> codes{1, 2, 0};
+    constexpr std::size_t band = 16 * 7;
+    const auto typeOf = [&](std::size_t position) {
+        return actual.store()[recordChannelOffset(pageChannels[position]) + band];
+    };
+    for (const int entry : {0, 1, 2}) {
+        const std::uint8_t listed = codes.at(static_cast<std::size_t>(entry));
+        // Every channel but the shown one has another type than the list will have.
+        Bytes store = actual.store();
+        for (std::size_t position = 0; position < 8; ++position) {
+            store[recordChannelOffset(pageChannels[position]) + band] =
+                position == 0 ? listed : static_cast<std::uint8_t>((listed + 1) % 3);
+        }
+        for (Tuning* tuning : {&actual, &twin}) {
+            tuning->load(store);
+        }
+        page->refresh();
+        ASSERT_EQ(list(bandControls[7].type).currentIndex(), entry);
+        selectSeveral({2, 5});
+        for (std::size_t position = 0; position < 8; ++position) {
+            const bool takes = position == 0 || position == 2 || position == 5;
+            EXPECT_EQ(typeOf(position) == listed, takes) << position;
+        }
+        EXPECT_TRUE(inStep());
+        click(check(assignBox));
+        twin.state.setSelectionMask(0x80);
+        twin.state.setBandType(7, listed);
+        severalMask_ = 0;
+    }
+}
+
+TEST_F(OutputEqSelectionTest, ChoosingASingleChannelWritesItsBandEightAnewWithTheFilterMethodInUse) {
+    loadRandom(19);
+    page->refresh();
+    for (Tuning* tuning : {&actual, &twin}) {
+        tuning->state.setFilterMode(1);
+    }
+    takePending();
+    const auto before = bytesOf(actual.state.bandWords({0}, 7));
+    selectChannel(2);
+    EXPECT_NE(difference(bytesOf(actual.state.bandWords({0}, 7)), before), "");
+    EXPECT_TRUE(inStep());
+    EXPECT_TRUE(takePending());
+}
+
 TEST_F(OutputEqSelectionTest, LeavingSeveralChannelsAsksNothingAndShowsTheSingleOne) {
     loadRandom(15);
     page->refresh();
@@ -357,6 +403,30 @@ TEST_F(OutputEqResetTest, IsRefusedInLiveMode) {
               (std::vector{AskedBox{"Please turn off Live Mode", BoxIcon::none, BoxButtons::ok}}));
     EXPECT_FALSE(actual.state.updatePending());
     EXPECT_TRUE(inStep());
+}
+
+TEST_F(OutputEqResetTest, ARefusedResetMovesNoControl) {
+    const auto stands = [&] {
+        std::vector<std::pair<QString, QString>> all;
+        for (const auto* one : page->findChildren<CBitmapSlider*>()) {
+            all.emplace_back(one->objectName(), QString::number(one->position()));
+        }
+        for (const auto* one : page->findChildren<NumberEdit*>()) {
+            all.emplace_back(one->objectName(), one->text());
+        }
+        for (const auto* one : page->findChildren<SkinComboBox*>()) {
+            all.emplace_back(one->objectName(), one->currentText());
+        }
+        for (const auto* one : page->findChildren<SkinCheckBox*>()) {
+            all.emplace_back(one->objectName(), QString::number(one->isChecked() ? 1 : 0));
+        }
+        return all;
+    };
+    const auto before = stands();
+    actual.state.setLiveMode(true);
+    click(reset());
+    ASSERT_EQ(boxes.shown.size(), 1U);
+    EXPECT_EQ(stands(), before);
 }
 
 TEST_F(OutputEqResetTest, CancelChangesNothing) {
