@@ -330,6 +330,46 @@ TEST_F(PageLook, NothingOverlapsOnTheOutputEqualizer) {
     expectNoOverlap();
 }
 
+TEST_F(PageLook, AMixedValueIsOutlinedInDashesOnAllFourSidesAndNothingMoves) {
+    showOutputEq();
+    const BandControls& band = bandControls[1];
+    actual.state.setSelectionMask(0x40);
+    actual.state.setBandGainOrQ(1, BandValue::gain, 3.0F, true);
+    actual.state.setBandType(1, 1);
+    actual.state.setBandOff(1, 0);
+    actual.state.setVolume(3.0F, true);
+    actual.state.setSelectionMask(0x80);
+    const auto grab = [&](int id) { return control<QWidget>(id).grab().toImage(); };
+    for (const int id : {band.gain.slider, volumeControls.slider, band.gain.edit, band.type, band.enabled}) {
+        const QImage plain = grab(id);
+        const QRect place = control<QWidget>(id).geometry();
+        boxes.answers = {BoxAnswer::ok};
+        click(check(assignBox));
+        click(check(channelChecks[1]));
+        const QImage marked = grab(id);
+        EXPECT_EQ(control<QWidget>(id).geometry(), place) << id;
+        click(check(assignBox));
+        const int right = marked.width() - 1;
+        const int bottom = marked.height() - 1;
+        const auto dashes = [&](QPoint from, QPoint step, int count) {
+            int changes = 0;
+            bool before = false;
+            for (int i = 0; i < count; ++i) {
+                const QPoint at = from + step * i;
+                const bool differs = marked.pixel(at) != plain.pixel(at);
+                changes += i > 0 && differs != before ? 1 : 0;
+                before = differs;
+            }
+            return changes;
+        };
+        EXPECT_GE(dashes({0, 0}, {1, 0}, right + 1), 4) << id;
+        EXPECT_GE(dashes({0, bottom}, {1, 0}, right + 1), 4) << id;
+        EXPECT_GE(dashes({0, 0}, {0, 1}, bottom + 1), 4) << id;
+        EXPECT_GE(dashes({right, 0}, {0, 1}, bottom + 1), 4) << id;
+        EXPECT_EQ(grab(id), plain) << id;
+    }
+}
+
 TEST_F(PageLook, NothingOverlapsOnTheGroups) {
     showOutputGroup();
     expectNoOverlap();
