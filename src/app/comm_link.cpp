@@ -9,29 +9,43 @@ namespace tessavo {
 CommLink::CommLink(TuningState& tuning, IMessageBox& boxes, std::unique_ptr<CSerial> port)
     : tuning_(tuning),
       port_(std::move(port)),
-      engine_(outside(boxes)),
       backgroundBoxes_(boxes, [this](int times) { calls_.call([this, times] { emit boxRepeated(times); }); }),
-      backgroundEngine_(outside(backgroundBoxes_)),
-      foreground_(engine_),
-      background_(tuning, backgroundEngine_, backgroundBoxes_),
-      worker_(tuning, engine_, clock_, boxes, [this](LiveWorker::State state) { noteWorkerState(state); }) {}
+      commandEngine_(outsideOf(LineUser::command, boxes)),
+      liveEngine_(outsideOf(LineUser::liveMode, boxes)),
+      pollEngine_(outsideOf(LineUser::clipPoll, backgroundBoxes_)),
+      foreground_(commandEngine_),
+      turns_({[&tuning] { return tuning.liveTransferEnabled() && tuning.updatePending(); },
+              [this] { return foreground_.running(); }}),
+      background_(tuning, pollEngine_, backgroundBoxes_),
+      worker_(
+          tuning, liveEngine_, clock_, boxes,
+          [this](LiveWorker::State state, const ParameterImage& image) { noteWorkerState(state, image); },
+          &turns_) {}
+
+TransferEngine::Outside CommLink::outsideOf(LineUser user, IMessageBox& boxes) {
+    return {.port = *port_,
+            .clock = clock_,
+            .log = *this,
+            .boxes = boxes,
+            .lock = transferLock_,
+            .portName = [this] { return portName(); },
+            .progress =
+                [this, user](std::size_t done, std::size_t all) {
+                    calls_.call([this, user, done, all, at = clock_.now().count()] {
+                        emit blockSent(user, done, all, at);
+                    });
+                },
+            .ended = [this, user](ExchangeEnd end) { noteExchangeEnd(user, end); },
+            .began =
+                [this, user] {
+                    ++exchanges_;
+                    calls_.call([this, user] { emit exchangeBegan(user); });
+                },
+            .portBoxClosed = [this, user] { calls_.call([this, user] { emit portBoxClosed(user); }); }};
+}
 
 CommLink::~CommLink() {
     shutDown();
-}
-
-TransferEngine::Outside CommLink::outside(IMessageBox& boxes) {
-    return {*port_,
-            clock_,
-            *this,
-            boxes,
-            transferLock_,
-            [this] { return portName(); },
-            [this](std::size_t done, std::size_t all) {
-                calls_.call([this, done, all, at = clock_.now().count()] { emit blockSent(done, all, at); });
-            },
-            [this](ExchangeEnd end) { noteExchangeEnd(end); },
-            [this] { ++exchanges_; }};
 }
 
 bool CommLink::startWorker() {
@@ -44,6 +58,7 @@ void CommLink::shutDown() {
 }
 
 void CommLink::cancelExchanges() {
+    turns_.end();
     clock_.interrupt();
     port_->Cancel();
 }
@@ -67,59 +82,31 @@ void CommLink::setPortName(const std::string& name) {
     emit portNameChanged(QString::fromStdString(name));
 }
 
-bool CommLink::isFree() const {
-    const bool editWaits = tuning_.liveTransferEnabled() && tuning_.updatePending();
-    return !editWaits && !liveTransferRuns_ && !foreground_.running();
-}
-
-std::optional<ParameterImage> CommLink::confirmedImage() const {
-    const std::lock_guard guard(guard_);
-    return confirmedImage_;
-}
-
 bool CommLink::imageIsConfirmed() const {
     const auto confirmed = confirmedImage();
     const auto bytesOf = [](const ParameterImage& image) { return std::as_bytes(std::span(&image, 1)); };
     return confirmed && std::ranges::equal(bytesOf(*confirmed), bytesOf(tuning_.image()));
 }
 
-void CommLink::forgetConfirmation() {
-    const std::lock_guard guard(guard_);
-    confirmedImage_.reset();
-    imageUnderWay_.reset();
-}
-
-void CommLink::noteWorkerState(LiveWorker::State state) {
-    const bool starts = state == LiveWorker::State::sending;
-    {
-        const std::lock_guard guard(guard_);
-        if (starts) {
-            // The worker takes its own copy right after this; an edit between the two is one that waits.
-            imageUnderWay_ = tuning_.imageCopy();
-        }
-        if (state == LiveWorker::State::confirmed) {
-            confirmedImage_ = imageUnderWay_;
-        } else {
-            confirmedImage_.reset();
-        }
-    }
-    liveTransferRuns_ = starts;
+void CommLink::noteWorkerState(LiveWorker::State state, const ParameterImage& image) {
+    live_.note(state, image);
+    liveTransferRuns_ = state == LiveWorker::State::sending;
     calls_.call([this, state] { emit workerState(state); });
 }
 
-void CommLink::noteExchangeEnd(ExchangeEnd end) {
+void CommLink::noteExchangeEnd(LineUser user, ExchangeEnd end) {
     if (end != ExchangeEnd::lineBusy) {
         --exchanges_;
     }
     if (end != ExchangeEnd::portNotOpened && end != ExchangeEnd::lineBusy) {
         forgetRepeatedBoxes();
     }
-    if (end == ExchangeEnd::noAnswer || end == ExchangeEnd::portNotOpened) {
-        // An image that is under way stays: the target is still asked whether it has that one.
-        const std::lock_guard guard(guard_);
-        confirmedImage_.reset();
+    live_.noteEnd(end);
+    if (user == LineUser::clipPoll) {
+        // Not when its caller goes on: a box may keep that for a while.
+        turns_.endQuestion();
     }
-    calls_.call([this, end] { emit exchangeEnded(end); });
+    calls_.call([this, user, end] { emit exchangeEnded(user, end); });
 }
 
 void CommLink::log(LogKind kind, std::string_view text) {

@@ -12,6 +12,8 @@
 #include "app/folded_boxes.h"
 #include "comm/clock.h"
 #include "comm/comm_log.h"
+#include "comm/line_turns.h"
+#include "comm/live_record.h"
 #include "comm/live_worker.h"
 #include "comm/page/foreground_transfers.h"
 #include "comm/serial.h"
@@ -52,8 +54,11 @@ class CommLink : public QObject, private ICommLog {
     /// Commands of a background thread, run on the caller's thread.
     [[nodiscard]] TargetCommands& background() { return background_; }
 
-    /// True when neither a command nor Live Mode needs the line. Any thread.
-    [[nodiscard]] bool isFree() const;
+    /// Waits until the clip state may be asked for: no command and no live transfer needs the line, or a
+    /// question is due between two of them. A question by background() has to follow. Any thread.
+    /// \param wanted asked while it waits; false gives up
+    /// \return false when it was given up
+    bool takeTurnForPoll(const LineTurns::Wanted& wanted) { return turns_.takeQuestion(wanted); }
     /// True from the start of a live transfer until its result is told. Any thread.
     [[nodiscard]] bool liveTransferRuns() const { return liveTransferRuns_; }
     /// True while any exchange has the port, a background thread's included; exchangeEnded() is emitted once
@@ -61,11 +66,11 @@ class CommLink : public QObject, private ICommLog {
     [[nodiscard]] bool exchangeRuns() const { return exchanges_ > 0; }
     /// The image that the target has confirmed last; nothing before that and after a later exchange of any
     /// kind that failed: the target may have lost its memory meanwhile.
-    [[nodiscard]] std::optional<ParameterImage> confirmedImage() const;
+    [[nodiscard]] std::optional<ParameterImage> confirmedImage() const { return live_.confirmed(); }
     /// Whether that image is the program's as it stands.
     [[nodiscard]] bool imageIsConfirmed() const;
     /// From now on nothing counts as confirmed until the next confirmation.
-    void forgetConfirmation();
+    void forgetConfirmation() { live_.forget(); }
     /// The next box of a background command is shown, even if it repeats the one before. Another port and an
     /// exchange that gets further do the same.
     void forgetRepeatedBoxes() { backgroundBoxes_.forget(); }
@@ -74,34 +79,44 @@ class CommLink : public QObject, private ICommLog {
     void portNameChanged(const QString& name);
     void lineLogged(tessavo::LogKind kind, const QString& text);
     /// \param atMs when the target took the block, by the exchange's clock
-    void blockSent(qulonglong done, qulonglong all, qlonglong atMs);
-    void exchangeEnded(tessavo::ExchangeEnd end);
+    void blockSent(tessavo::LineUser user, qulonglong done, qulonglong all, qlonglong atMs);
+    /// An exchange has the line to itself; exchangeEnded() follows.
+    void exchangeBegan(tessavo::LineUser user);
+    /// Without exchangeBegan() where the line was busy. Before the box about a port that did not open.
+    void exchangeEnded(tessavo::LineUser user, tessavo::ExchangeEnd end);
+    /// The box about a port that did not open is closed.
+    void portBoxClosed(tessavo::LineUser user);
     void workerState(tessavo::LiveWorker::State state);
     /// A box of a background command is not shown, because it repeats the one before.
     /// \param times it has come, the shown one included; 0 from when they are forgotten
     void boxRepeated(int times);
+    /// What a person's command came to. Emitted by whoever runs the commands.
+    void commandReported(const tessavo::CommandReport& report);
 
  private:
     void log(LogKind kind, std::string_view text) override;
-    [[nodiscard]] TransferEngine::Outside outside(IMessageBox& boxes);
-    void noteWorkerState(LiveWorker::State state);
-    void noteExchangeEnd(ExchangeEnd end);
+    [[nodiscard]] TransferEngine::Outside outsideOf(LineUser user, IMessageBox& boxes);
+    void noteWorkerState(LiveWorker::State state, const ParameterImage& image);
+    void noteExchangeEnd(LineUser user, ExchangeEnd end);
 
     UiCalls calls_;
     TuningState& tuning_;
     mutable std::mutex guard_;
     std::string portName_;
-    std::optional<ParameterImage> imageUnderWay_;
-    std::optional<ParameterImage> confirmedImage_;
+    LiveRecord live_;
     std::atomic<bool> liveTransferRuns_ = false;
     std::atomic<int> exchanges_ = 0;  ///< one may begin before the end of the one before it is told
     SystemClock clock_;
     std::unique_ptr<CSerial> port_;
     CSemaphore transferLock_;
-    TransferEngine engine_;
     FoldedBoxes backgroundBoxes_;
-    TransferEngine backgroundEngine_;  ///< on the same port, one at a time
+    // One engine for each user of the line, all on one port under one lock: what an engine tells is known to
+    // be its user's.
+    TransferEngine commandEngine_;
+    TransferEngine liveEngine_;
+    TransferEngine pollEngine_;
     ForegroundTransfers foreground_;
+    LineTurns turns_;
     TargetCommands background_;
     LiveWorker worker_;
 };

@@ -23,7 +23,7 @@ DemoRun sendCurrentSet(CTessavoView& view, CommLink& link) {
     qulonglong sent = 0;
     qulonglong blocks = 0;
     State state = State::idle;
-    QObject::connect(&link, &CommLink::blockSent, &loop, [&](qulonglong done, qulonglong all) {
+    QObject::connect(&link, &CommLink::blockSent, &loop, [&](LineUser, qulonglong done, qulonglong all) {
         sent = done;
         blocks = all;
     });

@@ -252,14 +252,20 @@ void CMainFrame::followTarget() {
     follow(&link, &CommLink::portNameChanged, [this](const QString& name) { follower_.setPort(name); });
     follow(&link, &CommLink::workerState,
            [this](LiveWorker::State state) { follower_.workerState(state, QTime::currentTime()); });
-    follow(&link, &CommLink::exchangeEnded,
-           [this](ExchangeEnd end) { follower_.exchangeEnded(end, QTime::currentTime()); });
-    connect(&link, &CommLink::exchangeEnded, &portFollower_, &PortFollower::exchangeEnded);
+    follow(&link, &CommLink::exchangeBegan, [this](LineUser user) { follower_.exchangeBegan(user); });
+    follow(&link, &CommLink::exchangeEnded, [this](LineUser user, ExchangeEnd end) {
+        follower_.exchangeEnded(user, end, QTime::currentTime());
+    });
+    connect(&link, &CommLink::exchangeEnded, &portFollower_,
+            [this](LineUser /*user*/, ExchangeEnd end) { portFollower_.exchangeEnded(end); });
     follow(&link, &CommLink::boxRepeated, [this](int times) { follower_.boxRepeated(times); });
     follow(&portFollower_, &PortFollower::portGone, [this] { follower_.portGone(QTime::currentTime()); });
     follow(&portFollower_, &PortFollower::portBack, [this] { follower_.portBack(QTime::currentTime()); });
     follow(&portFollower_, &PortFollower::portReplaced,
            [this] { follower_.portReplaced(QTime::currentTime()); });
+    follow(&link, &CommLink::portBoxClosed, [this](LineUser user) { follower_.portBoxClosed(user); });
+    follow(&link, &CommLink::commandReported,
+           [this](const CommandReport& report) { follower_.commandReported(report, QTime::currentTime()); });
     connect(&link, &CommLink::exchangeEnded, this, [this] {
         if (!parts_.link.exchangeRuns()) {
             pollEnded();
@@ -267,8 +273,9 @@ void CMainFrame::followTarget() {
     });
     pollLimit_.setSingleShot(true);
     connect(&pollLimit_, &QTimer::timeout, this, &CMainFrame::pollEnded);
-    follow(&link, &CommLink::blockSent,
-           [this](qulonglong done, qulonglong all, qlonglong) { follower_.blockSent(done, all); });
+    follow(&link, &CommLink::blockSent, [this](LineUser user, qulonglong done, qulonglong all, qlonglong) {
+        follower_.blockSent(user, done, all);
+    });
     follow(&commands, &ForegroundTransfers::started, [this, &commands](qulonglong) {
         if (commands.activity() == ForegroundTransfers::Activity::sendingSoftware) {
             parts_.link.forgetConfirmation();

@@ -36,17 +36,27 @@ CTabDialog* makeCommunication(const PageParts& parts) {
     });
     QObject::connect(&link, &CommLink::lineLogged, page, &CCommunication::Log);
     QObject::connect(&link, &CommLink::blockSent, page,
-                     [page](qulonglong done, qulonglong all, qlonglong at) {
-                         page->blockSent(done, all, Milliseconds{at});
+                     [page](LineUser user, qulonglong done, qulonglong all, qlonglong at) {
+                         if (user == LineUser::command) {
+                             page->blockSent(done, all, Milliseconds{at});
+                         }
                      });
+    QObject::connect(page, &CCommunication::commandReported, &link, &CommLink::commandReported);
     return page;
 }
 
 CTabDialog* makeClipDetection(const PageParts& parts) {
     CommLink& link = parts.link;
-    auto* page = new CClipDetectDlg({.ask = [&link] { return link.background().ReadClipState(); },
-                                     .lineIsFree = [&link] { return link.isFree(); }});
+    auto* page = new CClipDetectDlg(
+        {.ask = [&link] { return link.background().ReadClipState(); },
+         .takeTurn = [&link](const LineTurns::Wanted& wanted) { return link.takeTurnForPoll(wanted); }});
     QObject::connect(page, &CClipDetectDlg::switched, &link, &CommLink::forgetRepeatedBoxes);
+    QObject::connect(&link, &CommLink::exchangeEnded, page, [page](LineUser user, ExchangeEnd end) {
+        // Told here already: while a box about the port is open the question itself has not returned.
+        if (user == LineUser::clipPoll && end != ExchangeEnd::answered) {
+            page->noteNoAnswer();
+        }
+    });
     return page;
 }
 

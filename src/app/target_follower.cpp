@@ -1,5 +1,7 @@
 #include "app/target_follower.h"
 
+#include <algorithm>
+
 namespace tessavo {
 
 namespace {
@@ -7,8 +9,67 @@ namespace {
 using Activity = ForegroundTransfers::Activity;
 using Light = TargetStatus::Light;
 
-QString atTime(const char* words, QTime time) {
-    return QLatin1String(words) + time.toString(QStringLiteral(" HH:mm:ss"));
+QString atTime(const QString& words, QTime time) {
+    return words + time.toString(QStringLiteral(" HH:mm:ss"));
+}
+
+QString reason(ExchangeEnd end) {
+    switch (end) {
+        case ExchangeEnd::refused:
+            return QStringLiteral("refused");
+        case ExchangeEnd::damagedAnswer:
+            return QStringLiteral("damaged answer");
+        case ExchangeEnd::notDisconnected:
+            return QStringLiteral("not disconnected");
+        case ExchangeEnd::portNotOpened:
+            return QStringLiteral("port not opened");
+        case ExchangeEnd::lineBusy:
+            return QStringLiteral("line busy");
+        case ExchangeEnd::noAnswer:
+        case ExchangeEnd::answered:
+            break;
+    }
+    return QStringLiteral("no answer");
+}
+
+// What the target was told before it fell silent it may have done all the same.
+bool surelyWithoutEffect(ExchangeEnd end) {
+    return end == ExchangeEnd::lineBusy || end == ExchangeEnd::portNotOpened || end == ExchangeEnd::refused;
+}
+
+QString setName(std::uint8_t targetSet) {
+    return targetSet == 0 ? QStringLiteral("default set") : QStringLiteral("set %1").arg(targetSet);
+}
+
+QString doneWords(const CommandReport& report) {
+    switch (report.command) {
+        case Command::saveSet:
+            return setName(report.targetSet) + QStringLiteral(" saved");
+        case Command::readSet:
+            return setName(report.targetSet) + QStringLiteral(" read");
+        case Command::sendSoftware:
+            return QStringLiteral("software image sent");
+        case Command::readVersions:
+            break;
+    }
+    return QStringLiteral("versions read");
+}
+
+QString failedWords(const CommandReport& report, ExchangeEnd end) {
+    const bool certain = surelyWithoutEffect(end);
+    switch (report.command) {
+        case Command::saveSet:
+            return setName(report.targetSet) +
+                   (certain ? QStringLiteral(" not saved") : QStringLiteral(" may not be saved"));
+        case Command::readSet:
+            return setName(report.targetSet) + QStringLiteral(" not read");
+        case Command::sendSoftware:
+            return certain ? QStringLiteral("software image not sent")
+                           : QStringLiteral("software image may be incomplete");
+        case Command::readVersions:
+            break;
+    }
+    return QStringLiteral("versions not read");
 }
 
 }  // namespace
@@ -18,7 +79,8 @@ void TargetFollower::setPort(const QString& name) {
         return;
     }
     port_ = name;
-    trouble_ = Trouble::none;
+    trouble_.reset();
+    notice_.reset();
     presence_ = Presence::there;
     forgetSets();
     answeredAt_ = {};
@@ -27,6 +89,7 @@ void TargetFollower::setPort(const QString& name) {
 void TargetFollower::liveModeChanged(bool /*on*/) {
     // What the target holds is asked anew by switching on, and no longer followed by switching off.
     wrongSetAt_ = {};
+    notice_.reset();
 }
 
 void TargetFollower::workerState(LiveWorker::State state, QTime at) {
@@ -36,55 +99,73 @@ void TargetFollower::workerState(LiveWorker::State state, QTime at) {
     }
     switch (state) {
         case LiveWorker::State::sending:
-            trouble_ = Trouble::none;
+            trouble_.reset();
+            liveFailure_.reset();
+            if (notice_ && !notice_->failed) {
+                notice_.reset();
+            }
             forgetSets();
             break;
         case LiveWorker::State::confirmed:
-            trouble_ = Trouble::none;
+            trouble_.reset();
             forgetSets();
             confirmedAt_ = at;
             answeredAt_ = at;
             break;
         case LiveWorker::State::wrongSet:
-            trouble_ = Trouble::none;
+            trouble_.reset();
             forgetSets();
             wrongSetAt_ = at;
             break;
-        case LiveWorker::State::noAnswer:
-            // Why there was none is known already when the port was the reason.
-            if (trouble_ != Trouble::portNotOpened) {
-                setTrouble(Trouble::noAnswer, at);
-            }
+        case LiveWorker::State::failed:
+            // Of its two exchanges the second may have succeeded: that does not mend the first.
+            setTrouble(liveFailure_.value_or(Failure{ExchangeEnd::noAnswer, at}));
             break;
         case LiveWorker::State::idle:
             break;
     }
 }
 
-void TargetFollower::exchangeEnded(ExchangeEnd end, QTime at) {
-    const bool answered = end == ExchangeEnd::answered;
-    if (end != ExchangeEnd::lineBusy && (!answered || presence_ == Presence::replaced)) {
-        portIsOld();
+void TargetFollower::exchangeBegan(LineUser user) {
+    lineHeldBy_ = user;
+}
+
+void TargetFollower::exchangeEnded(LineUser user, ExchangeEnd end, QTime at) {
+    if (end != ExchangeEnd::lineBusy) {
+        lineHeldBy_.reset();
+        if (end != ExchangeEnd::answered || presence_ == Presence::replaced) {
+            portIsOld();
+        }
     }
-    switch (end) {
-        case ExchangeEnd::answered:
-            // That the target holds another set is not mended by an answer to another question.
-            answeredAt_ = at;
-            trouble_ = Trouble::none;
-            break;
-        case ExchangeEnd::noAnswer:
-            setTrouble(Trouble::noAnswer, at);
-            break;
-        case ExchangeEnd::portNotOpened:
-            setTrouble(Trouble::portNotOpened, at);
-            break;
-        case ExchangeEnd::lineBusy:
-            break;
+    if (user == LineUser::command) {
+        commandEnd_ = end;
     }
+    if (end == ExchangeEnd::answered) {
+        // That the target holds another set is not mended by an answer to another question.
+        answeredAt_ = at;
+        trouble_.reset();
+        return;
+    }
+    if (user == LineUser::liveMode) {
+        liveFailure_ = Failure{end, at};
+    }
+    if (end == ExchangeEnd::portNotOpened) {
+        ++portBoxes_;
+        portNotOpenedAt_ = at;
+    }
+    if (end != ExchangeEnd::lineBusy) {
+        setTrouble({end, at});
+    }
+}
+
+void TargetFollower::portBoxClosed(LineUser /*user*/) {
+    portBoxes_ = std::max(portBoxes_ - 1, 0);
 }
 
 void TargetFollower::commandStarted(Activity activity) {
     command_ = activity;
+    commandEnd_.reset();
+    notice_.reset();
     blocksDone_ = 0;
     blocks_ = 0;
     if (activity == Activity::sendingSoftware) {
@@ -98,68 +179,79 @@ void TargetFollower::commandEnded() {
     command_ = Activity::none;
 }
 
-void TargetFollower::blockSent(std::size_t done, std::size_t all) {
-    blocksDone_ = done;
-    blocks_ = all;
+void TargetFollower::commandReported(const CommandReport& report, QTime at) {
+    if (!commandEnd_) {
+        return;
+    }
+    switch (report.result) {
+        case CommandReport::Result::done:
+            notice_ = Notice{atTime(doneWords(report), at), false};
+            return;
+        case CommandReport::Result::wrongDigest:
+            notice_ = Notice{
+                atTime(QStringLiteral("checksum failed: ") + failedWords(report, *commandEnd_), at), true};
+            return;
+        case CommandReport::Result::exchangeFailed:
+            break;
+    }
+    notice_ = Notice{
+        atTime(reason(*commandEnd_) + QStringLiteral(": ") + failedWords(report, *commandEnd_), at), true};
+    if (*commandEnd_ != ExchangeEnd::lineBusy) {
+        // The notice tells it, and stays longer.
+        trouble_.reset();
+    }
+}
+
+void TargetFollower::blockSent(LineUser user, std::size_t done, std::size_t all) {
+    if (user == LineUser::command) {
+        blocksDone_ = done;
+        blocks_ = all;
+    }
 }
 
 void TargetFollower::portBack(QTime at) {
     setPresence(Presence::back, at);
     if (!liveTransfer_ && command_ == Activity::none) {
         // It was the port's. What runs still has to come to its end.
-        trouble_ = Trouble::none;
+        trouble_.reset();
     }
 }
 
 TargetStatus TargetFollower::status(const Now& now) const {
-    TargetStatus status = statusOfTransfers(now);
+    Telling told = telling(now);
+    if (notice_ && notice_->failed) {
+        const bool alone = told.light == Light::off || told.words.isEmpty();
+        told.words = alone ? notice_->words : notice_->words + QStringLiteral(", ") + told.words;
+        told.light = Light::trouble;
+    } else if (notice_ && told.resting) {
+        // Any answer since then tells no more than the command's own.
+        const bool alone = told.light == Light::off || told.words.isEmpty();
+        told.words = alone ? notice_->words : told.words + QStringLiteral(", ") + notice_->words;
+    }
+    TargetStatus status;
+    status.port = port_;
+    status.liveMode = now.liveMode;
+    status.light = told.light;
+    status.state = told.words;
+    tellPort(status);
+    return status;
+}
+
+void TargetFollower::tellPort(TargetStatus& status) const {
     if (presence_ == Presence::gone) {
         // Nothing that waits or runs can come to a good end.
-        status.light = Light::trouble;
-        status.state = atTime("port gone", presenceAt_);
+        status.light = TargetStatus::Light::trouble;
+        status.state = atTime(QStringLiteral("port gone"), presenceAt_);
     } else if (presence_ == Presence::back) {
-        const QString back = atTime("port back", presenceAt_);
+        const QString back = atTime(QStringLiteral("port back"), presenceAt_);
         status.state = status.state.isEmpty() ? back : back + QStringLiteral(", ") + status.state;
     }
-    if (status.light == Light::trouble && boxTimes_ > 1) {
+    if (status.light == TargetStatus::Light::trouble && boxTimes_ > 1) {
         status.state += QStringLiteral(", clip detection: \"%1\" %2 times")
                             .arg(QString::fromUtf8(cannotOpenPortText.data(),
                                                    static_cast<qsizetype>(cannotOpenPortText.size())))
                             .arg(boxTimes_);
     }
-    return status;
-}
-
-TargetStatus TargetFollower::statusOfTransfers(const Now& now) const {
-    TargetStatus status;
-    status.port = port_;
-    status.liveMode = now.liveMode;
-    const auto tell = [&status](Light light, const QString& words) {
-        status.light = light;
-        status.state = words;
-    };
-    if (command_ != Activity::none) {
-        tell(Light::sending, commandWords());
-    } else if (liveTransfer_ && trouble_ == Trouble::none) {
-        tell(Light::sending, QStringLiteral("sending"));
-    } else if (now.liveMode && now.updatePending) {
-        tell(Light::sending, QStringLiteral("waiting"));
-    } else if (presence_ == Presence::replaced) {
-        tell(Light::trouble, atTime("another device", presenceAt_));
-    } else if (trouble_ != Trouble::none) {
-        tell(Light::trouble, troubleWords());
-    } else if (wrongSetAt_.isValid()) {
-        tell(Light::trouble, atTime("wrong set", wrongSetAt_));
-    } else if (!now.liveMode) {
-        tell(Light::off, answeredAt_.isValid() ? atTime("last answer", answeredAt_) : QString());
-    } else if (now.confirmedAsItStands && confirmedAt_.isValid()) {
-        tell(Light::confirmed, atTime("confirmed", confirmedAt_));
-    } else {
-        // A slider is being dragged, another set was chosen, or the target may have lost what it had: the
-        // next edit brings it there.
-        tell(Light::sending, QStringLiteral("not sent"));
-    }
-    return status;
 }
 
 // There is something newer to tell than that the port came.
@@ -174,33 +266,77 @@ void TargetFollower::setPresence(Presence presence, QTime at) {
     presenceAt_ = at;
 }
 
-void TargetFollower::setTrouble(Trouble trouble, QTime at) {
-    trouble_ = trouble;
-    troubleAt_ = at;
+TargetFollower::Telling TargetFollower::telling(const Now& now) const {
+    if (portBoxes_ > 0) {
+        // Whoever has shown the box waits for its answer and is doing nothing.
+        return {Light::trouble, atTime(reason(ExchangeEnd::portNotOpened), portNotOpenedAt_)};
+    }
+    if (command_ != Activity::none && !commandEnd_) {
+        return commandTelling();
+    }
+    if (liveTransfer_ && !trouble_) {
+        return {Light::sending, QStringLiteral("sending")};
+    }
+    if (now.liveMode && now.updatePending) {
+        return {Light::sending, QStringLiteral("waiting")};
+    }
+    if (presence_ == Presence::replaced) {
+        return {Light::trouble, atTime(QStringLiteral("another device"), presenceAt_), true};
+    }
+    if (trouble_) {
+        // Only an edit that has waited in vain makes a busy line a trouble.
+        const bool busy = trouble_->end == ExchangeEnd::lineBusy;
+        return {
+            Light::trouble,
+            atTime(busy ? QStringLiteral("line busy: set not sent") : reason(trouble_->end), trouble_->at),
+            true};
+    }
+    if (wrongSetAt_.isValid()) {
+        return {Light::trouble, atTime(QStringLiteral("wrong set"), wrongSetAt_), true};
+    }
+    if (!now.liveMode) {
+        return {Light::off,
+                answeredAt_.isValid() ? atTime(QStringLiteral("last answer"), answeredAt_) : QString(), true};
+    }
+    if (now.confirmedAsItStands && confirmedAt_.isValid()) {
+        return {Light::confirmed, atTime(QStringLiteral("confirmed"), confirmedAt_), true};
+    }
+    // A slider is being dragged, another set was chosen, or the target may have lost what it had: the next
+    // edit brings it there.
+    return {Light::sending, QStringLiteral("not sent"), true};
+}
+
+TargetFollower::Telling TargetFollower::commandTelling() const {
+    if (lineHeldBy_ == LineUser::liveMode) {
+        return {Light::sending, QStringLiteral("sending")};
+    }
+    if (lineHeldBy_ == LineUser::clipPoll) {
+        return {Light::sending, QStringLiteral("waiting")};
+    }
+    switch (command_) {
+        case Activity::reading:
+            return {Light::sending, QStringLiteral("reading")};
+        case Activity::sendingSoftware:
+            return {Light::sending,
+                    blocks_ == 0
+                        ? QStringLiteral("sending image")
+                        : QStringLiteral("sending image, block %1 of %2").arg(blocksDone_).arg(blocks_)};
+        default:
+            return {Light::sending, QStringLiteral("sending")};
+    }
+}
+
+void TargetFollower::setTrouble(const Failure& failure) {
+    trouble_ = failure;
     // A target that did not answer may have been without power: its memory is not what it was.
-    confirmedAt_ = {};
+    if (failure.end != ExchangeEnd::lineBusy) {
+        confirmedAt_ = {};
+    }
 }
 
 void TargetFollower::forgetSets() {
     confirmedAt_ = {};
     wrongSetAt_ = {};
-}
-
-QString TargetFollower::commandWords() const {
-    switch (command_) {
-        case Activity::reading:
-            return QStringLiteral("reading");
-        case Activity::sendingSoftware:
-            return blocks_ == 0
-                       ? QStringLiteral("sending image")
-                       : QStringLiteral("sending image, block %1 of %2").arg(blocksDone_).arg(blocks_);
-        default:
-            return QStringLiteral("sending");
-    }
-}
-
-QString TargetFollower::troubleWords() const {
-    return atTime(trouble_ == Trouble::portNotOpened ? "port not opened" : "no answer", troubleAt_);
 }
 
 }  // namespace tessavo

@@ -6,8 +6,10 @@
 #include <optional>
 
 #include "app/status_line.h"
+#include "comm/line_turns.h"
 #include "comm/live_worker.h"
 #include "comm/page/foreground_transfers.h"
+#include "comm/target_commands.h"
 #include "comm/transfer_engine.h"
 
 namespace tessavo {
@@ -27,10 +29,14 @@ class TargetFollower {
     void setPort(const QString& name);
     void liveModeChanged(bool on);
     void workerState(LiveWorker::State state, QTime at);
-    void exchangeEnded(ExchangeEnd end, QTime at);
+    void exchangeBegan(LineUser user);
+    void exchangeEnded(LineUser user, ExchangeEnd end, QTime at);
+    void portBoxClosed(LineUser user);
     void commandStarted(ForegroundTransfers::Activity activity);
     void commandEnded();
-    void blockSent(std::size_t done, std::size_t all);
+    /// Follows the end of the command's exchange.
+    void commandReported(const CommandReport& report, QTime at);
+    void blockSent(LineUser user, std::size_t done, std::size_t all);
     void portGone(QTime at) { setPresence(Presence::gone, at); }
     /// The same device has come back.
     void portBack(QTime at);
@@ -43,27 +49,48 @@ class TargetFollower {
     [[nodiscard]] TargetStatus status(const Now& now) const;
 
  private:
-    /// How the last exchange failed; the next one that succeeds ends it.
-    enum class Trouble { none, noAnswer, portNotOpened };
+    /// How an exchange failed, and when.
+    struct Failure {
+        ExchangeEnd end;
+        QTime at;
+    };
+    /// What a person's last command came to. It stays until the person does something else with the target:
+    /// polls and edits that go on beside it say nothing about it.
+    struct Notice {
+        QString words;
+        bool failed = false;
+    };
+    /// What would be told without a notice.
+    struct Telling {
+        TargetStatus::Light light;
+        QString words;
+        bool resting = false;  ///< nothing is under way
+    };
 
     /// What became of the port. That it has come is told until a transfer or a command has ended.
     enum class Presence { there, gone, back, replaced };
 
     void setPresence(Presence presence, QTime at);
     void portIsOld();
-    void setTrouble(Trouble trouble, QTime at);
+    /// Puts what became of the port before, or in the place of, what is told without it.
+    void tellPort(TargetStatus& status) const;
+    void setTrouble(const Failure& failure);
     void forgetSets();
-    [[nodiscard]] TargetStatus statusOfTransfers(const Now& now) const;
-    [[nodiscard]] QString commandWords() const;
-    [[nodiscard]] QString troubleWords() const;
+    [[nodiscard]] Telling telling(const Now& now) const;
+    [[nodiscard]] Telling commandTelling() const;
 
     QString port_;
     ForegroundTransfers::Activity command_ = ForegroundTransfers::Activity::none;
+    std::optional<LineUser> lineHeldBy_;
+    std::optional<ExchangeEnd> commandEnd_;
     std::size_t blocksDone_ = 0;
     std::size_t blocks_ = 0;
     bool liveTransfer_ = false;
-    Trouble trouble_ = Trouble::none;
-    QTime troubleAt_;
+    std::optional<Failure> liveFailure_;  ///< of the live transfer under way
+    std::optional<Failure> trouble_;      ///< of the last exchange; the next one that succeeds ends it
+    std::optional<Notice> notice_;
+    int portBoxes_ = 0;  ///< open ones about a port that did not open
+    QTime portNotOpenedAt_;
     Presence presence_ = Presence::there;
     QTime presenceAt_;
     int boxTimes_ = 0;

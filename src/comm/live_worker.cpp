@@ -43,8 +43,13 @@ LiveOutcome sendLiveImage(TransferEngine& engine, IClock& clock, const Parameter
 }
 
 LiveWorker::LiveWorker(TuningState& tuning, TransferEngine& engine, IClock& clock, IMessageBox& boxes,
-                       Observer observer)
-    : tuning_(tuning), engine_(engine), clock_(clock), boxes_(boxes), observer_(std::move(observer)) {}
+                       Observer observer, LineTurns* turns)
+    : tuning_(tuning),
+      engine_(engine),
+      clock_(clock),
+      boxes_(boxes),
+      observer_(std::move(observer)),
+      turns_(turns) {}
 
 LiveWorker::~LiveWorker() {
     stop();
@@ -71,20 +76,32 @@ void LiveWorker::stop() {
 }
 
 void LiveWorker::step() {
-    // The flag is cleared first: an edit made from here on raises it again and is sent next time.
-    if (!tuning_.takeUpdate()) {
+    const bool due = tuning_.liveTransferEnabled() && tuning_.updatePending();
+    if (!due || !takeTurn()) {
         return;
     }
-    tell(State::sending);
-    const LiveOutcome outcome = sendLiveImage(engine_, clock_, tuning_.imageCopy(), reply_);
+    // The flag is cleared first: an edit made from here on raises it again and is sent next time.
+    if (tuning_.takeUpdate()) {
+        sendRound();
+    }
+    endTurn();
+}
+
+void LiveWorker::sendRound() {
+    // What is sent and what is told of it must be one copy: the image goes on changing.
+    const ParameterImage image = tuning_.imageCopy();
+    tell(State::sending, image);
+    const LiveOutcome outcome = sendLiveImage(engine_, clock_, image, reply_);
     if (ending()) {
         return;
     }
     if (!outcome.sent || !outcome.answered) {
-        tell(State::noAnswer);
+        tell(State::failed, image);
     } else {
-        tell(outcome.confirmed ? State::confirmed : State::wrongSet);
+        tell(outcome.confirmed ? State::confirmed : State::wrongSet, image);
     }
+    // While a box waits for a person the line is free for others.
+    endTurn();
     if (!outcome.confirmed) {
         boxes_.showPlain(wrongSetText);
     }
@@ -98,9 +115,19 @@ void LiveWorker::progressThread() {
     }
 }
 
-void LiveWorker::tell(State state) {
+void LiveWorker::tell(State state, const ParameterImage& image) {
     if (observer_) {
-        observer_(state);
+        observer_(state, image);
+    }
+}
+
+bool LiveWorker::takeTurn() {
+    return turns_ == nullptr || turns_->takeRound([this] { return !ending(); });
+}
+
+void LiveWorker::endTurn() {
+    if (turns_ != nullptr) {
+        turns_->endRound();
     }
 }
 

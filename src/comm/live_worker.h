@@ -9,6 +9,7 @@
 
 #include "comm/clock.h"
 #include "comm/framing.h"
+#include "comm/line_turns.h"
 #include "comm/transfer_engine.h"
 #include "params/message_box.h"
 #include "params/tuning_state.h"
@@ -42,15 +43,17 @@ inline constexpr std::string_view wrongSetText = "Target received wrong set";
 /// program ends.
 class LiveWorker {
  public:
-    /// `idle` stands before the first transfer and is never told. `noAnswer`: one of the two exchanges
-    /// failed.
-    enum class State : std::uint8_t { idle, sending, confirmed, wrongSet, noAnswer };
-    /// Told `sending` and the result of each transfer, on the worker's thread, before any box. May be empty.
-    using Observer = std::function<void(State)>;
+    /// `idle` stands before the first transfer and is never told. `failed`: one of the two exchanges failed;
+    /// the engine has told why.
+    enum class State : std::uint8_t { idle, sending, confirmed, wrongSet, failed };
+    /// Told `sending` and the result of each transfer, with the very copy of the image that it sends, on the
+    /// worker's thread, before any box. May be empty.
+    using Observer = std::function<void(State, const ParameterImage&)>;
 
     /// Everything outlives the worker.
+    /// \param turns in which rounds are sent; null where nobody else asks for one
     LiveWorker(TuningState& tuning, TransferEngine& engine, IClock& clock, IMessageBox& boxes,
-               Observer observer = {});
+               Observer observer = {}, LineTurns* turns = nullptr);
     /// Stops and joins.
     ~LiveWorker();
     LiveWorker(const LiveWorker&) = delete;
@@ -70,7 +73,11 @@ class LiveWorker {
 
  private:
     void progressThread();
-    void tell(State state);
+    /// One transfer, with its box.
+    void sendRound();
+    void tell(State state, const ParameterImage& image);
+    [[nodiscard]] bool takeTurn();
+    void endTurn();
     [[nodiscard]] bool ending();
 
     TuningState& tuning_;
@@ -78,6 +85,7 @@ class LiveWorker {
     IClock& clock_;
     IMessageBox& boxes_;
     Observer observer_;
+    LineTurns* turns_;
     std::array<std::uint8_t, maximumFrameSize> reply_{};
     std::atomic<bool> stopping_ = false;
     std::thread thread_;

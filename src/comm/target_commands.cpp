@@ -37,8 +37,23 @@ std::string versionText(std::uint32_t version) {
 }
 
 TargetCommands::TargetCommands(TuningState& tuning, ITransfers& transfers, IMessageBox& boxes,
-                               FileReader readFile)
-    : tuning_(tuning), transfers_(transfers), boxes_(boxes), readFile_(std::move(readFile)) {}
+                               FileReader readFile, Observer observer)
+    : tuning_(tuning),
+      transfers_(transfers),
+      boxes_(boxes),
+      readFile_(std::move(readFile)),
+      observer_(std::move(observer)) {}
+
+void TargetCommands::tell(const CommandReport& report) const {
+    if (observer_) {
+        observer_(report);
+    }
+}
+
+bool TargetCommands::told(Command command, std::uint8_t targetSet, bool done) const {
+    tell({command, targetSet, done ? CommandReport::Result::done : CommandReport::Result::exchangeFailed});
+    return done;
+}
 
 bool TargetCommands::SaveSetToRam(std::uint8_t targetSet) {
     if (targetSet > lastTargetSet) {
@@ -51,7 +66,7 @@ bool TargetCommands::SaveSetToRam(std::uint8_t targetSet) {
     const Md5Digest digest = md5Image(tuning_.image());
     std::array<std::uint8_t, 2 + sizeof(Md5Digest)> payload{command_code::saveSet, targetSet};
     std::copy(digest.begin(), digest.end(), payload.begin() + 2);
-    return transfers_.SendToTarget(payload, MessageType::blocks128);
+    return told(Command::saveSet, targetSet, transfers_.SendToTarget(payload, MessageType::blocks128));
 }
 
 bool TargetCommands::LoadSetFromRam(std::uint8_t targetSet, const std::function<void()>& refreshPages) {
@@ -65,13 +80,14 @@ bool TargetCommands::LoadSetFromRam(std::uint8_t targetSet, const std::function<
     ReplyBuffer reply{};
     const std::array<std::uint8_t, 2> request{command_code::readSet, targetSet};
     if (!transfers_.ReceiveFromTarget(reply, request)) {
-        return false;
+        return told(Command::readSet, targetSet, false);
     }
     ParameterImage received;
     std::memcpy(&received, reply.data(), sizeof received);
     tuning_.replaceImage(received);
     const Md5Digest digest = md5Image(received);
     if (!std::equal(digest.begin(), digest.end(), reply.begin() + reply_layout::imageDigest)) {
+        tell({Command::readSet, targetSet, CommandReport::Result::wrongDigest});
         boxes_.showPlain(checksumFailedText);
         return false;
     }
@@ -79,12 +95,14 @@ bool TargetCommands::LoadSetFromRam(std::uint8_t targetSet, const std::function<
     if (refreshPages) {
         refreshPages();
     }
-    return true;
+    return told(Command::readSet, targetSet, true);
 }
 
 std::optional<TargetVersions> TargetCommands::ReadVersions() {
     ReplyBuffer reply{};
-    if (!transfers_.ReceiveFromTarget(reply, std::span(&command_code::readVersions, std::size_t{1}))) {
+    const bool read =
+        transfers_.ReceiveFromTarget(reply, std::span(&command_code::readVersions, std::size_t{1}));
+    if (!told(Command::readVersions, 0, read)) {
         return std::nullopt;
     }
     return TargetVersions{littleEndian32(reply, reply_layout::hardwareVersion),
@@ -126,7 +144,7 @@ bool TargetCommands::FlashFile(const std::filesystem::path& path) {
         boxes_.showError(fileReadErrorText);
         return false;
     }
-    return transfers_.SendToTarget(file->bytes, MessageType::blocks1kWithCrc);
+    return told(Command::sendSoftware, 0, transfers_.SendToTarget(file->bytes, MessageType::blocks1kWithCrc));
 }
 
 }  // namespace tessavo

@@ -62,6 +62,23 @@ struct ClipState {
     std::array<std::uint8_t, 2> amplifiers{};
 };
 
+/// The commands that a person gives.
+enum class Command : std::uint8_t { saveSet, readSet, readVersions, sendSoftware };
+
+/// What a command came to whose exchange was tried.
+struct CommandReport {
+    enum class Result : std::uint8_t {
+        done,
+        exchangeFailed,  ///< the engine has told why
+        wrongDigest      ///< the set that came is not the one that the target sent
+    };
+    Command command = Command::readVersions;
+    std::uint8_t targetSet = 0;  ///< of a command for a set: 1 to 5, 0 for the default set
+    Result result = Result::done;
+
+    friend bool operator==(const CommandReport&, const CommandReport&) = default;
+};
+
 /// The commands of the communication page. Each is one exchange; failures of an exchange are in its log.
 ///
 /// Used on the user-interface thread.
@@ -70,9 +87,13 @@ class TargetCommands {
     /// Reads a file's start as readFileStart() does.
     using FileReader = std::function<std::optional<FileStart>(const std::filesystem::path&, std::size_t)>;
 
+    /// Told once for each command that has tried its exchange, before any box about its result, on the
+    /// command's thread. The clip state is no command of a person and is not told. May be empty.
+    using Observer = std::function<void(const CommandReport&)>;
+
     /// Everything outlives this object.
     TargetCommands(TuningState& tuning, ITransfers& transfers, IMessageBox& boxes,
-                   FileReader readFile = readFileStart);
+                   FileReader readFile = readFileStart, Observer observer = {});
 
     /// Saves the set that Live Mode sent last into a set of the target. Needs Live Mode on.
     /// \param targetSet 1 to 5, or 0 for the default set; another number does nothing
@@ -105,10 +126,15 @@ class TargetCommands {
     bool FlashFile(const std::filesystem::path& path);
 
  private:
+    void tell(const CommandReport& report) const;
+    /// \return `done`
+    [[nodiscard]] bool told(Command command, std::uint8_t targetSet, bool done) const;
+
     TuningState& tuning_;
     ITransfers& transfers_;
     IMessageBox& boxes_;
     FileReader readFile_;
+    Observer observer_;
 };
 
 }  // namespace tessavo

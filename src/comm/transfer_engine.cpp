@@ -66,8 +66,14 @@ class Exchange {
     bool sendBlocks(std::span<const std::uint8_t> work, std::size_t length, std::uint8_t frameType);
     bool request(std::span<const std::uint8_t> command, std::span<std::uint8_t> reply);
     bool disconnect();
+    /// Why the step that failed has failed.
+    [[nodiscard]] ExchangeEnd failure() const { return failure_; }
 
  private:
+    bool failed(ExchangeEnd why) {
+        failure_ = why;
+        return false;
+    }
     void log(LogKind kind, std::string_view text) { outside_.log.log(kind, text); }
     // The target's silence tells of a write that failed.
     void write(std::span<const std::uint8_t> bytes);
@@ -78,6 +84,7 @@ class Exchange {
     bool receiveReply(std::span<std::uint8_t> reply);
 
     const TransferEngine::Outside& outside_;
+    ExchangeEnd failure_ = ExchangeEnd::noAnswer;
     std::array<std::uint8_t, maximumFrameSize> frame_{};
 };
 
@@ -110,10 +117,10 @@ bool Exchange::openPort() {
     if (opened == serial_result::success) {
         if (port.Setup(baudRate, dataBits, serial_frame::parityNone, serial_frame::stopBitsOne, 0) !=
             serial_result::success) {
-            return false;
+            return failed(ExchangeEnd::portNotOpened);
         }
     } else if (opened != serial_result::alreadyInitialised) {
-        return false;
+        return failed(ExchangeEnd::portNotOpened);
     }
     port.SetupReadTimeouts(CSerial::blocking);
     return true;
@@ -175,7 +182,7 @@ bool Exchange::blockTaken() {
         }
         if (*answer == control_byte::negative) {
             log(LogKind::rx, "Negative answer received");
-            return false;
+            return failed(ExchangeEnd::refused);
         }
     }
     log(LogKind::error, "No answer received");
@@ -205,8 +212,11 @@ bool Exchange::requestTaken() {
             return true;
         }
         // A target that refused the request may still answer it; only the last attempt decides.
-        if (*answer == control_byte::negative && attempt != lastAttempt) {
-            log(LogKind::rx, "Negative answer received");
+        if (*answer == control_byte::negative) {
+            failure_ = ExchangeEnd::refused;
+            if (attempt != lastAttempt) {
+                log(LogKind::rx, "Negative answer received");
+            }
         }
     }
     log(LogKind::error, "No answer received");
@@ -220,12 +230,13 @@ bool Exchange::receiveReply(std::span<std::uint8_t> reply) {
         outside_.port.Read(frame_.data(), frame_.size(), &count, nullptr, inMilliseconds(timing::replyWait));
     if (result != serial_result::success) {
         log(LogKind::error, "Can't connect to Target");
-        return false;
+        // A refusal that came before the request was taken is over by now.
+        return failed(count > 0 ? ExchangeEnd::damagedAnswer : ExchangeEnd::noAnswer);
     }
     XModemMessage message;
     if (!ParseFrame(std::span(frame_).first(std::min<std::size_t>(count, frame_.size())), message)) {
         log(LogKind::error, "Invalid message received");
-        return false;
+        return failed(ExchangeEnd::damagedAnswer);
     }
     log(LogKind::rx, "Message received");
     std::copy_n(message.payload.begin(), std::min<std::size_t>(message.size, reply.size()), reply.begin());
@@ -241,7 +252,7 @@ bool Exchange::disconnect() {
         const auto answer = readByte(timing::answerWait);
         if (!answer) {
             log(LogKind::error, "Disconnecting failed");
-            return false;
+            return failed(ExchangeEnd::notDisconnected);
         }
         if (*answer == control_byte::positive) {
             log(LogKind::status, "Disconnected from Target");
@@ -249,7 +260,7 @@ bool Exchange::disconnect() {
         }
     }
     log(LogKind::error, "No answer received");
-    return false;
+    return failed(ExchangeEnd::notDisconnected);
 }
 
 struct ClosedAtEnd {
@@ -275,11 +286,8 @@ ExchangeEnd runWithLock(const TransferEngine::Outside& outside, std::string_view
     const ClosedAtEnd closed(outside);
     outside.log.log(LogKind::status, preparation);
     Exchange exchange(outside);
-    if (!exchange.openPort()) {
-        return ExchangeEnd::portNotOpened;
-    }
-    const bool done = exchange.connect() && body(exchange) && exchange.disconnect();
-    return done ? ExchangeEnd::answered : ExchangeEnd::noAnswer;
+    const bool done = exchange.openPort() && exchange.connect() && body(exchange) && exchange.disconnect();
+    return done ? ExchangeEnd::answered : exchange.failure();
 }
 
 template <typename Body>
@@ -296,6 +304,9 @@ bool run(const TransferEngine::Outside& outside, std::string_view preparation, B
     if (end == ExchangeEnd::portNotOpened) {
         // The lock is free by now: while the box waits for the user, other exchanges go on.
         outside.boxes.showPlain(cannotOpenPortText);
+        if (outside.portBoxClosed) {
+            outside.portBoxClosed();
+        }
     }
     return end == ExchangeEnd::answered;
 }

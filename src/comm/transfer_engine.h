@@ -19,10 +19,13 @@ namespace tessavo {
 
 /// What an exchange came to, for whoever watches the line.
 enum class ExchangeEnd : std::uint8_t {
-    answered,       ///< every step succeeded
-    noAnswer,       ///< a step failed; the log tells which
-    portNotOpened,  ///< the port could not be opened or set up
-    lineBusy        ///< the lock could not be had; nothing was tried
+    answered,         ///< every step succeeded
+    noAnswer,         ///< nothing came in time, or nothing that answers
+    refused,          ///< the target answered a block or a request with a negative answer
+    damagedAnswer,    ///< a reply came, but not whole or not sound
+    notDisconnected,  ///< all went well but for the disconnect, which got no answer
+    portNotOpened,    ///< the port could not be opened or set up
+    lineBusy          ///< the lock could not be had; nothing was tried and nothing logged
 };
 
 /// Text of the box shown when the port cannot be opened or set up.
@@ -56,6 +59,9 @@ class TransferEngine : public ITransfers {
         /// Told when the exchange has the line to itself; `ended` follows. May be empty.
         /// Called on the exchange's thread.
         std::function<void()> began = {};
+        /// Told when a person has closed the box about a port that did not open. May be empty.
+        /// Called on the exchange's thread.
+        std::function<void()> portBoxClosed = {};
     };
 
     explicit TransferEngine(Outside outside);

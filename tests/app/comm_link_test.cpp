@@ -1,15 +1,21 @@
 #include "app/comm_link.h"
 
+#include <QElapsedTimer>
 #include <QTest>
+#include <atomic>
+#include <cstring>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <mutex>
+#include <thread>
+#include <utility>
 #include <vector>
 
+#include "pages/output/clip_poller.h"
 #include "params/harness.h"
 #include "target/in_process_port.h"
 
-// Who needs the line, as the polls of the clip state are told.
+// Who uses the line, and in which turn.
 
 namespace tessavo::testing {
 namespace {
@@ -32,23 +38,26 @@ class LineInUse : public ::testing::Test {
 
     /// What a moment of an exchange looks like.
     struct Moment {
-        bool free;
         bool editWaits;
         bool liveTransfer;
         bool command;
         friend bool operator==(const Moment&, const Moment&) = default;
     };
-    static constexpr Moment nobody{.free = true, .editWaits = false, .liveTransfer = false, .command = false};
-    static constexpr Moment liveTransfer{
-        .free = false, .editWaits = false, .liveTransfer = true, .command = false};
-    static constexpr Moment command{
-        .free = false, .editWaits = false, .liveTransfer = false, .command = true};
+    static constexpr Moment nobody{.editWaits = false, .liveTransfer = false, .command = false};
+    static constexpr Moment liveTransfer{.editWaits = false, .liveTransfer = true, .command = false};
+    static constexpr Moment command{.editWaits = false, .liveTransfer = false, .command = true};
     /// Port opened, request byte sent, what it was asked for, disconnected, port closed.
     static constexpr std::size_t linesOfAnExchange = 5;
 
     [[nodiscard]] Moment now() {
-        return {link.isFree(), tuning.liveTransferEnabled() && tuning.updatePending(),
-                link.liveTransferRuns(), link.foreground().running()};
+        return {tuning.liveTransferEnabled() && tuning.updatePending(), link.liveTransferRuns(),
+                link.foreground().running()};
+    }
+    /// Takes a turn for a poll if it can be had at once, and asks.
+    bool pollMayBegin() {
+        int looks = 0;
+        const bool mine = link.takeTurnForPoll([&] { return looks++ == 0; });
+        return mine && link.background().ReadClipState().has_value();
     }
     /// Writes the moment down, on any thread.
     void note() {
@@ -64,6 +73,7 @@ class LineInUse : public ::testing::Test {
     RecordingBoxes boxes;
     TuningState tuning{boxes};
     std::function<void()> whenTheTargetSpeaks;
+    std::atomic<bool> spoken = false;
     InProcessTarget target{"inside", TargetMemory::holding(factoryImage()), TargetDevice::Options{},
                            [this](TargetLogKind, std::string_view) {
                                if (whenTheTargetSpeaks) {
@@ -77,24 +87,151 @@ class LineInUse : public ::testing::Test {
     std::vector<Moment> moments_;
 };
 
-TEST_F(LineInUse, NobodyNeedsItAtTheStart) {
-    EXPECT_TRUE(link.isFree());
+/// A target at the end of a line of 115200 bit/s in both directions, asked once a second and edited.
+class PacedLine : public ::testing::Test {
+ protected:
+    /// What the target said, and when an edit was made.
+    enum class Event { edit, image, answer };
+
+    /// The line's pace for what the program sends; the target paces its own.
+    class PacedPort final : public CSerial {
+     public:
+        explicit PacedPort(InProcessTarget& target) : port_(target) {}
+        std::uint32_t Open(const std::wstring& name, std::uint32_t in, std::uint32_t out,
+                           bool overlapped) override {
+            return port_.Open(name, in, out, overlapped);
+        }
+        std::uint32_t Close() override { return port_.Close(); }
+        std::uint32_t Setup(std::uint32_t baud, std::uint8_t bits, int parity, std::uint8_t stop,
+                            int dtr) override {
+            return port_.Setup(baud, bits, parity, stop, dtr);
+        }
+        std::uint32_t SetupReadTimeouts(int mode) override { return port_.SetupReadTimeouts(mode); }
+        std::uint32_t Write(const void* data, std::size_t size, std::uint32_t* written,
+                            SerialOverlapped* overlapped, std::uint32_t timeoutMs) override {
+            std::this_thread::sleep_for(byteTime(115200) * static_cast<TargetTime::rep>(size));
+            return port_.Write(data, size, written, overlapped, timeoutMs);
+        }
+        std::uint32_t Read(void* data, std::size_t size, std::uint32_t* read, SerialOverlapped* overlapped,
+                           std::uint32_t timeoutMs) override {
+            return port_.Read(data, size, read, overlapped, timeoutMs);
+        }
+        void Cancel() override { port_.Cancel(); }
+        void ClearCancel() override { port_.ClearCancel(); }
+
+     private:
+        InProcessPort port_;
+    };
+
+    PacedLine() {
+        tuning.start();
+        link.setPortName(target.portName());
+    }
+    ~PacedLine() override {
+        poller.reset();
+        link.shutDown();
+    }
+    void note(Event event) {
+        const std::lock_guard guard(mutex_);
+        events_.push_back(event);
+    }
+    [[nodiscard]] std::vector<Event> events() {
+        const std::lock_guard guard(mutex_);
+        return events_;
+    }
+
+    RecordingBoxes boxes;
+    TuningState tuning{boxes};
+    InProcessTarget target{"inside", TargetMemory::holding(factoryImage()),
+                           TargetDevice::Options{.timePerByte = byteTime(115200)},
+                           [this](TargetLogKind, std::string_view text) {
+                               if (text == "took a live image") {
+                                   note(Event::image);
+                               } else if (text == "sent the clip state") {
+                                   note(Event::answer);
+                               }
+                           }};
+    CommLink link{tuning, boxes, std::make_unique<PacedPort>(target)};
+    std::unique_ptr<ClipPoller> poller;
+
+ private:
+    std::mutex mutex_;
+    std::vector<Event> events_;
+};
+
+TEST_F(PacedLine, ThirtyEditsStarveNoQuestionAndNoQuestionsStarveAnEdit) {
+    constexpr int edits = 30;
+    std::atomic<int> unanswered = 0;
+    poller = std::make_unique<ClipPoller>(
+        ClipPoller::Outside{[this] { return link.background().ReadClipState(); },
+                            [this](const LineTurns::Wanted& wanted) { return link.takeTurnForPoll(wanted); },
+                            [&](const std::optional<ClipState>& state) { unanswered += state ? 0 : 1; }});
+    poller->setOn(true);
+    ASSERT_TRUE(link.startWorker());
+    tuning.setLiveMode(true);
+    QElapsedTimer clock;
+    clock.start();
+    for (int i = 0; i < edits; ++i) {
+        ASSERT_TRUE(QTest::qWaitFor([&] { return clock.elapsed() >= 700 * i; }));
+        tuning.setVolume(-static_cast<float>(i), true);
+        note(Event::edit);
+    }
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !tuning.updatePending() && !link.liveTransferRuns(); }, 60000));
+    poller->setOn(false);
+    const std::vector<Event> seen = events();
+    int images = 0;
+    int answersSinceImage = 0;
+    std::optional<int> answersSinceEdit;
+    for (const Event event : seen) {
+        switch (event) {
+            case Event::edit:
+                answersSinceEdit = answersSinceEdit.value_or(0);
+                break;
+            case Event::answer:
+                ++answersSinceImage;
+                answersSinceEdit = answersSinceEdit ? std::optional(*answersSinceEdit + 1) : std::nullopt;
+                break;
+            case Event::image:
+                if (images > 0) {
+                    EXPECT_GE(answersSinceImage, 1) << "between image " << images << " and the next";
+                }
+                EXPECT_LE(answersSinceEdit.value_or(0), 1) << "in front of image " << images + 1;
+                ++images;
+                answersSinceImage = 0;
+                answersSinceEdit.reset();
+                break;
+        }
+    }
+    // A round takes its pauses of 1.25 s, a good half of a second on the line each for image and
+    // confirmation, and waits for a question of half a second.
+    EXPECT_GE(images, 6);
+    EXPECT_LE(images, 14);
+    EXPECT_EQ(unanswered, 0);
+    EXPECT_TRUE(boxes.shown.empty());
+    const auto confirmed = link.confirmedImage();
+    ASSERT_TRUE(confirmed.has_value());
+    EXPECT_EQ(std::memcmp(&*confirmed, &tuning.image(), sizeof *confirmed), 0);
 }
 
-TEST_F(LineInUse, AnEditThatWaitsToBeSentNeedsIt) {
+TEST_F(LineInUse, NobodyNeedsItAtTheStart) {
+    EXPECT_TRUE(pollMayBegin());
+}
+
+TEST_F(LineInUse, AnEditThatWaitsLetsOnePollPassAndNoMore) {
+    link.background().ReadClipState();
     tuning.setVolume(-5.0F, true);
     ASSERT_TRUE(tuning.updatePending());
-    EXPECT_TRUE(link.isFree()) << "with Live Mode off nothing will be sent";
+    EXPECT_TRUE(pollMayBegin()) << "with Live Mode off nothing will be sent";
     tuning.setLiveMode(true);
-    EXPECT_FALSE(link.isFree());
+    EXPECT_FALSE(pollMayBegin()) << "one has passed since the last live transfer";
     ASSERT_TRUE(tuning.takeUpdate());
-    EXPECT_TRUE(link.isFree()) << "Live Mode alone does not need it";
+    EXPECT_TRUE(pollMayBegin()) << "Live Mode alone does not need it";
     tuning.setVolume(-4.0F, false);
-    EXPECT_TRUE(link.isFree()) << "a drag is not sent before it ends";
+    EXPECT_TRUE(pollMayBegin()) << "a drag is not sent before it ends";
     tuning.setVolume(-4.0F, true);
-    EXPECT_FALSE(link.isFree());
+    EXPECT_FALSE(pollMayBegin());
     tuning.setLiveMode(false);
-    EXPECT_TRUE(link.isFree());
+    EXPECT_TRUE(pollMayBegin());
 }
 
 TEST_F(LineInUse, ALiveTransferNeedsItFromItsStartToItsResult) {
@@ -135,6 +272,60 @@ TEST_F(LineInUse, ACommandNeedsItFromItsStartToItsEnd) {
     EXPECT_THAT(told, ElementsAre(command, nobody));
     EXPECT_THAT(moments(), SizeIs(linesOfAnExchange));
     EXPECT_THAT(moments(), Each(command));
+}
+
+TEST_F(LineInUse, WhatIsConfirmedIsTheCopyThatWasSent) {
+    // A slider is dragged while the image is under way.
+    whenTheTargetSpeaks = [this] { spoken = true; };
+    std::vector<LiveWorker::State> told;
+    QObject::connect(&link, &CommLink::workerState, &link,
+                     [&](LiveWorker::State state) { told.push_back(state); });
+    ASSERT_TRUE(link.startWorker());
+    tuning.setLiveMode(true);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return spoken.load(); }, 60000));
+    tuning.setVolume(-21.0F, false);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return told.size() == 2; }, 60000));
+    ASSERT_EQ(told.back(), LiveWorker::State::confirmed);
+    const auto confirmed = link.confirmedImage();
+    ASSERT_TRUE(confirmed.has_value());
+    EXPECT_EQ(std::memcmp(&*confirmed, target.memory().live.data(), sizeof *confirmed), 0);
+    EXPECT_NE(std::memcmp(&*confirmed, &tuning.image(), sizeof *confirmed), 0) << "the drag is not there";
+}
+
+TEST_F(LineInUse, EveryExchangeIsToldWithItsUser) {
+    std::vector<std::pair<LineUser, std::string>> told;
+    QObject::connect(&link, &CommLink::exchangeBegan, &link,
+                     [&](LineUser user) { told.emplace_back(user, "began"); });
+    QObject::connect(&link, &CommLink::exchangeEnded, &link, [&](LineUser user, ExchangeEnd end) {
+        told.emplace_back(user, "ended " + std::to_string(static_cast<int>(end)));
+    });
+    QObject::connect(&link, &CommLink::portBoxClosed, &link,
+                     [&](LineUser user) { told.emplace_back(user, "box closed"); });
+    QObject::connect(&link, &CommLink::blockSent, &link, [&](LineUser user, qulonglong done, qulonglong all) {
+        told.emplace_back(user, "block " + std::to_string(done) + " of " + std::to_string(all));
+    });
+    TargetCommands commands(tuning, link.foreground(), boxes);
+    const auto of = [](LineUser user, std::string what) { return std::pair(user, std::move(what)); };
+    EXPECT_TRUE(commands.ReadVersions().has_value());
+    EXPECT_THAT(std::exchange(told, {}),
+                ElementsAre(of(LineUser::command, "began"), of(LineUser::command, "ended 0")));
+    EXPECT_TRUE(link.background().ReadClipState().has_value());
+    EXPECT_THAT(std::exchange(told, {}),
+                ElementsAre(of(LineUser::clipPoll, "began"), of(LineUser::clipPoll, "ended 0")));
+    ASSERT_TRUE(link.startWorker());
+    tuning.setLiveMode(true);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return link.confirmedImage().has_value(); }, 60000));
+    QCoreApplication::sendPostedEvents();
+    EXPECT_THAT(std::exchange(told, {}),
+                ElementsAre(of(LineUser::liveMode, "began"), of(LineUser::liveMode, "block 1 of 1"),
+                            of(LineUser::liveMode, "ended 0"), of(LineUser::liveMode, "began"),
+                            of(LineUser::liveMode, "ended 0")));
+    link.setPortName("nowhere");
+    EXPECT_FALSE(commands.ReadVersions().has_value());
+    EXPECT_THAT(told, ElementsAre(of(LineUser::command, "began"),
+                                  of(LineUser::command,
+                                     "ended " + std::to_string(static_cast<int>(ExchangeEnd::portNotOpened))),
+                                  of(LineUser::command, "box closed")));
 }
 
 TEST_F(LineInUse, APollDoesNotNeedItMoreThanAnother) {

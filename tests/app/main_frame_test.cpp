@@ -400,7 +400,7 @@ TEST_F(MainFrame, ItsStatusBarTellsLiveModeAndHowTheTransfersGo) {
     for (const Case& step : {Case{State::sending, Light::sending, "sending"},
                              Case{State::wrongSet, Light::trouble, "wrong set \\d\\d:\\d\\d:\\d\\d"},
                              Case{State::sending, Light::sending, "sending"},
-                             Case{State::noAnswer, Light::trouble, "no answer \\d\\d:\\d\\d:\\d\\d"}}) {
+                             Case{State::failed, Light::trouble, "no answer \\d\\d:\\d\\d:\\d\\d"}}) {
         emit link.workerState(step.state);
         EXPECT_EQ(status.target().light, step.light);
         const QString sentence =

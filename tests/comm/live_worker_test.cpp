@@ -33,7 +33,8 @@ class LiveWorkerTest : public ExchangeTest {
  protected:
     TuningState tuning{boxes};
     std::vector<State> states;
-    LiveWorker worker{tuning, engine, clock, boxes, [this](State state) { states.push_back(state); }};
+    LiveWorker worker{tuning, engine, clock, boxes,
+                      [this](State state, const ParameterImage&) { states.push_back(state); }};
 
     void SetUp() override {
         tuning.start();
@@ -154,6 +155,54 @@ TEST_F(LiveWorkerTest, AnEditMadeWhileSendingIsSentNext) {
     EXPECT_FALSE(tuning.updatePending());
 }
 
+TEST_F(LiveWorkerTest, TheCopyThatIsToldIsTheOneThatIsSent) {
+    std::vector<std::pair<State, Bytes>> told;
+    LiveWorker watched(tuning, engine, clock, boxes, [&](State state, const ParameterImage& image) {
+        told.emplace_back(state, imageBytes(image));
+        // A slider that is dragged and another set, each as close behind the copy as can be.
+        tuning.setVolume(-17.0F, false);
+        tuning.selectSet(tuning.currentSet() == 2 ? 1 : 2);
+    });
+    const Bytes before = imageBytes(tuning.image());
+    targetTakes();
+    targetReplies(confirmation());
+    watched.step();
+    ASSERT_NE(imageBytes(tuning.image()), before);
+    EXPECT_EQ(port.written.at(0).size(), 4101U);
+    const Bytes sentImage(port.written.at(0).begin() + 3, port.written.at(0).begin() + 3 + 3384);
+    EXPECT_EQ(sentImage, before);
+    EXPECT_THAT(told, testing::ElementsAre(testing::Pair(State::sending, before),
+                                           testing::Pair(State::confirmed, before)));
+}
+
+TEST_F(LiveWorkerTest, ARoundIsOverForOthersBeforeItsBox) {
+    LineTurns turns({[] { return false; }, [] { return false; }});
+    struct AskingBoxes final : IMessageBox {
+        explicit AskingBoxes(LineTurns& used) : turns(used) {}
+        BoxAnswer show(std::string_view, BoxIcon, BoxButtons) override {
+            int looks = 0;
+            free = turns.takeQuestion([&] { return looks++ == 0; });
+            turns.endQuestion();
+            return BoxAnswer::ok;
+        }
+        LineTurns& turns;
+        bool free = false;
+    } asking(turns);
+    std::vector<bool> freeDuring;
+    LiveWorker taking(
+        tuning, engine, clock, asking,
+        [&](State, const ParameterImage&) {
+            int looks = 0;
+            freeDuring.push_back(turns.takeQuestion([&] { return looks++ == 0; }));
+        },
+        &turns);
+    targetTakes();
+    targetReplies(Bytes(10, 0x22));
+    taking.step();
+    EXPECT_THAT(freeDuring, testing::ElementsAre(false, false)) << "up to its result";
+    EXPECT_TRUE(asking.free);
+}
+
 TEST_F(LiveWorkerTest, AnUpdateRaisedAtAnyReadOfATransferIsNotLost) {
     // Nine reads: request, flush, answer and disconnect of the one exchange; the reply makes five of the
     // other.
@@ -200,7 +249,7 @@ TEST_F(LiveWorkerTest, AFailedSendIsFollowedByTheWaitAndTheReceive) {
     targetReplies(confirmation());
     worker.step();
     expectTranscript({silent("Prepare XModem4k Message"), pause(), replied()});
-    EXPECT_THAT(states, testing::ElementsAre(State::sending, State::noAnswer));
+    EXPECT_THAT(states, testing::ElementsAre(State::sending, State::failed));
 }
 
 TEST_F(LiveWorkerTest, BeforeAFirstReplyAFailedReceiveReadsAsAWrongSet) {
@@ -208,7 +257,7 @@ TEST_F(LiveWorkerTest, BeforeAFirstReplyAFailedReceiveReadsAsAWrongSet) {
     targetIsSilent();
     worker.step();
     expectTranscript({sent(), pause(), silent("Prepare XModem2k Message"), box()});
-    EXPECT_THAT(states, testing::ElementsAre(State::sending, State::noAnswer));
+    EXPECT_THAT(states, testing::ElementsAre(State::sending, State::failed));
     EXPECT_FALSE(tuning.updatePending());
 }
 
@@ -222,7 +271,7 @@ TEST_F(LiveWorkerTest, AFailedReceiveReadsTheReplyBefore) {
     targetIsSilent();
     stepAgain();
     expectTranscript({silent("Prepare XModem4k Message"), pause(), silent("Prepare XModem2k Message")});
-    EXPECT_THAT(states, testing::ElementsAre(State::sending, State::noAnswer));
+    EXPECT_THAT(states, testing::ElementsAre(State::sending, State::failed));
 
     // ... until another reply takes its place, which then stays too.
     targetTakes();
@@ -245,7 +294,7 @@ TEST_F(LiveWorkerTest, ADamagedReplyLeavesTheReplyBefore) {
     port.answer({0x43, 0x06});
     port.answer(damaged);
     stepAgain();
-    EXPECT_THAT(states, testing::ElementsAre(State::sending, State::noAnswer));
+    EXPECT_THAT(states, testing::ElementsAre(State::sending, State::failed));
     EXPECT_THAT(transcript.lines(), testing::Not(testing::Contains(box()[0])));
 }
 
@@ -255,7 +304,7 @@ TEST_F(LiveWorkerTest, AReplyCountsThoughTheDisconnectFails) {
     port.answer(replyFrame(confirmation()));
     targetIsSilent();
     stepAgain();
-    EXPECT_THAT(states, testing::ElementsAre(State::sending, State::noAnswer));
+    EXPECT_THAT(states, testing::ElementsAre(State::sending, State::failed));
     EXPECT_THAT(transcript.lines(), testing::Not(testing::Contains(box()[0])));
 }
 
@@ -273,11 +322,11 @@ TEST_F(LiveWorkerTest, APortThatCannotBeOpenedIsToldForBothExchanges) {
                                      "box: Target received wrong set"));
 }
 
-TEST_F(LiveWorkerTest, ALockHeldElsewhereCountsAsNoAnswer) {
+TEST_F(LiveWorkerTest, ALockHeldElsewhereCountsAsFailed) {
     lock.available = false;
     worker.step();
     expectTranscript({{"lock 5000: time-out", "pause 1000", "lock 5000: time-out"}, box()});
-    EXPECT_THAT(states, testing::ElementsAre(State::sending, State::noAnswer));
+    EXPECT_THAT(states, testing::ElementsAre(State::sending, State::failed));
 }
 
 TEST_F(LiveWorkerTest, AProgramThatEndsInAnyPauseIsShownNoBox) {
@@ -286,7 +335,8 @@ TEST_F(LiveWorkerTest, AProgramThatEndsInAnyPauseIsShownNoBox) {
         VirtualClock ending(transcript);
         ending.interruptAfter(pauses);
         TransferEngine cut({port, ending, log, boxes, lock, [this] { return portName; }, {}});
-        LiveWorker ended(tuning, cut, ending, boxes, [this](State state) { states.push_back(state); });
+        LiveWorker ended(tuning, cut, ending, boxes,
+                         [this](State state, const ParameterImage&) { states.push_back(state); });
         port.answers.clear();
         targetTakes();
         transcript.clear();

@@ -251,7 +251,133 @@ TEST_F(TransferConnection, TellsWhenItHasTheLineAndHowItEnded) {
     lock.available = false;
     lines = exchange();
     EXPECT_EQ(std::ranges::count(lines, "began"), 0);
-    EXPECT_EQ(lines.back(), "ended 3") << "somebody else has the line";
+    EXPECT_EQ(lines.back(), "ended 6") << "somebody else has the line";
+}
+
+class TransferEnd : public ExchangeTest {
+ protected:
+    TransferEnd() { clock.notePauses(false); }
+
+    ExchangeEnd send() {
+        told_.SendToTarget(Bytes(10), MessageType::blocks128);
+        return end();
+    }
+    ExchangeEnd receive() {
+        Bytes reply(4101);
+        told_.ReceiveFromTarget(reply, Bytes{5});
+        return end();
+    }
+    [[nodiscard]] std::string lastLine() const {
+        std::string last;
+        for (const std::string& line : transcript.lines()) {
+            if (line.starts_with("ERR ") || line.starts_with("RX ") || line.starts_with("ST ")) {
+                last = line;
+            }
+        }
+        return last;
+    }
+    Bytes damagedReply() {
+        Bytes reply = replyFrame(Bytes(10, 0x22));
+        reply[2] = 0x00;
+        return reply;
+    }
+
+    int portBoxesClosed = 0;
+
+ private:
+    ExchangeEnd end() {
+        EXPECT_EQ(ends_.size(), 1U) << "each exchange is told once";
+        EXPECT_TRUE(port.answers.empty());
+        const ExchangeEnd only = ends_.back();
+        ends_.clear();
+        return only;
+    }
+
+    std::vector<ExchangeEnd> ends_;
+    TransferEngine told_{{.port = port,
+                          .clock = clock,
+                          .log = log,
+                          .boxes = boxes,
+                          .lock = lock,
+                          .portName = [this] { return portName; },
+                          .progress = {},
+                          .ended = [this](ExchangeEnd end) { ends_.push_back(end); },
+                          .began = {},
+                          .portBoxClosed =
+                              [this] {
+                                  EXPECT_EQ(transcript.lines().back(), "box: Cannot open COM port!");
+                                  ++portBoxesClosed;
+                              }}};
+};
+
+TEST_F(TransferEnd, OfASendTellsWhatTheTargetDid) {
+    port.answer({request, positive, positive});
+    EXPECT_EQ(send(), ExchangeEnd::answered);
+    EXPECT_EQ(send(), ExchangeEnd::noAnswer) << "no request";
+    port.answer({0x00, 0x00, 0x00, 0x00, 0x00});
+    EXPECT_EQ(send(), ExchangeEnd::noAnswer) << "bytes, but no request";
+    port.answer({request});
+    EXPECT_EQ(send(), ExchangeEnd::noAnswer) << "silence after the block";
+    port.answer({request, 0x00, 0x00, 0x00, 0x00, 0x00});
+    EXPECT_EQ(send(), ExchangeEnd::noAnswer);
+    EXPECT_EQ(lastLine(), "ERR No answer received");
+    port.answer({request, 0x15});
+    EXPECT_EQ(send(), ExchangeEnd::refused);
+    EXPECT_EQ(lastLine(), "RX Negative answer received");
+    port.answer({request, 0x00, 0x15});
+    EXPECT_EQ(send(), ExchangeEnd::refused);
+    port.answer({request, positive});
+    EXPECT_EQ(send(), ExchangeEnd::notDisconnected);
+    EXPECT_EQ(lastLine(), "ERR Disconnecting failed");
+    port.answer({request, positive, 0x00, 0x00, 0x15, 0x00, 0x00});
+    EXPECT_EQ(send(), ExchangeEnd::notDisconnected) << "a negative answer there refuses nothing";
+}
+
+TEST_F(TransferEnd, OfARequestTellsWhatTheTargetDid) {
+    const auto taken = [&](const Bytes& reply) {
+        port.answer({request, positive});
+        port.answer(reply);
+    };
+    taken(replyFrame(Bytes(10, 0x22)));
+    port.answer({positive});
+    EXPECT_EQ(receive(), ExchangeEnd::answered);
+    port.answer({request, 0x15, positive});
+    port.answer(replyFrame(Bytes(10, 0x22)));
+    port.answer({positive});
+    EXPECT_EQ(receive(), ExchangeEnd::answered) << "refused at first, answered after all";
+    port.answer({request});
+    EXPECT_EQ(receive(), ExchangeEnd::noAnswer);
+    port.answer({request, 0x15});
+    EXPECT_EQ(receive(), ExchangeEnd::refused) << "and silence behind it";
+    port.answer({request, 0x15, 0x15, 0x15, 0x15, 0x15});
+    EXPECT_EQ(receive(), ExchangeEnd::refused);
+    port.answer({request, positive});
+    EXPECT_EQ(receive(), ExchangeEnd::noAnswer) << "no byte of a reply";
+    port.answer({request, 0x15, positive});
+    EXPECT_EQ(receive(), ExchangeEnd::noAnswer) << "the refusal was over";
+    taken(damagedReply());
+    EXPECT_EQ(receive(), ExchangeEnd::damagedAnswer);
+    EXPECT_EQ(lastLine(), "ERR Invalid message received");
+    port.answer({request, positive});
+    port.answers.push_back({serial_result::timeout, Bytes(100, 0x22)});
+    EXPECT_EQ(receive(), ExchangeEnd::damagedAnswer) << "a part of a reply";
+    taken(replyFrame(Bytes(10, 0x22)));
+    EXPECT_EQ(receive(), ExchangeEnd::notDisconnected);
+}
+
+TEST_F(TransferEnd, TellsOfThePortAndOfTheLine) {
+    port.openResult = serial_result::fileNotFound;
+    EXPECT_EQ(receive(), ExchangeEnd::portNotOpened);
+    EXPECT_EQ(portBoxesClosed, 1);
+    port.openResult = serial_result::success;
+    port.setupResult = serial_result::invalidParameter;
+    EXPECT_EQ(send(), ExchangeEnd::portNotOpened);
+    EXPECT_EQ(portBoxesClosed, 2);
+    lock.available = false;
+    const std::size_t before = transcript.lines().size();
+    EXPECT_EQ(send(), ExchangeEnd::lineBusy);
+    EXPECT_EQ(transcript.lines().size(), before + 1) << "the log is silent";
+    EXPECT_EQ(portBoxesClosed, 2) << "and no box came";
 }
 
 TEST(TransferLock, KeepsExchangesOfTwoThreadsApart) {

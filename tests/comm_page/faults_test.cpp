@@ -183,7 +183,7 @@ class PulledCable : public Faults {
         auto result = LiveWorker::State::idle;
         tuning.state.setLiveMode(true);
         LiveWorker worker(tuning.state, *engine, clock, boxes,
-                          [&](LiveWorker::State state) { result = state; });
+                          [&](LiveWorker::State state, const ParameterImage&) { result = state; });
         worker.step();
         return result;
     }
@@ -293,7 +293,7 @@ TEST_F(PulledCable, WhileTheLiveImageIsSent) {
         const ImageBytes before = memory().live;
         pullAt(at);
         shown.clear();
-        EXPECT_EQ(sendLive(), LiveWorker::State::noAnswer) << at;
+        EXPECT_EQ(sendLive(), LiveWorker::State::failed) << at;
         expectError(at);
         EXPECT_EQ(memory().live, at < liveFrame ? before : imageBytes()) << at;
         EXPECT_THAT(shown, ElementsAre("Target received wrong set")) << at;
@@ -311,7 +311,7 @@ TEST_F(PulledCable, WhileTheLiveImageIsConfirmed) {
         edit();
         pullAt(at);
         shown.clear();
-        EXPECT_EQ(sendLive(), LiveWorker::State::noAnswer) << at;
+        EXPECT_EQ(sendLive(), LiveWorker::State::failed) << at;
         expectError(at);
         EXPECT_EQ(memory().live, imageBytes()) << "the target has it by then";
         if (at < sent + reply) {

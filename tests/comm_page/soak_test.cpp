@@ -35,7 +35,7 @@ class Soak : public PageBench {
                                             ++polls;
                                             return background_.ReadClipState();
                                         },
-                                    .lineIsFree = [this] { return lineIsFree(); },
+                                    .takeTurn = [this](const auto&) { return lineIsFree(); },
                                     .clock = &pollerClock_});
         add(clip_);
         pages_.resize(984, 596);
@@ -47,7 +47,7 @@ class Soak : public PageBench {
         delete clip_;
     }
 
-    /// What the program asks before a poll.
+    /// Turns for polls of a poller whose time stands still meanwhile: one that cannot be had at once is none.
     bool lineIsFree() const {
         const bool editWaits = tuning.state.liveTransferEnabled() && tuning.state.updatePending();
         return !editWaits && !sends_ && !transfers->running();
@@ -157,7 +157,8 @@ class Soak : public PageBench {
     int editsOnPages = 0;
     std::atomic<int> polls = 0;
     std::function<void()> whileSending;
-    LiveWorker worker{tuning.state, *engine, clock, boxes, [this](LiveWorker::State state) {
+    LiveWorker worker{tuning.state, *engine, clock, boxes,
+                      [this](LiveWorker::State state, const ParameterImage&) {
                           told_ = state;
                           sends_ = state == LiveWorker::State::sending;
                           if (sends_ && whileSending) {
@@ -271,13 +272,15 @@ class StormOfEdits : public PageBench {};
 TEST_F(StormOfEdits, AnEditDuringASendIsSentNext) {
     tuning.state.setLiveMode(true);
     int edits = 0;
-    LiveWorker worker(tuning.state, *engine, clock, boxes, [&](LiveWorker::State state) {
-        // The worker has taken the update by now: this edit comes while the image before it is under way.
-        if (state == LiveWorker::State::sending && edits < 500) {
-            ++edits;
-            tuning.state.setVolume(static_cast<float>(-(edits % 60)), true);
-        }
-    });
+    LiveWorker worker(tuning.state, *engine, clock, boxes,
+                      [&](LiveWorker::State state, const ParameterImage&) {
+                          // The worker has taken the update by now: this edit comes while the image before it
+                          // is under way.
+                          if (state == LiveWorker::State::sending && edits < 500) {
+                              ++edits;
+                              tuning.state.setVolume(static_cast<float>(-(edits % 60)), true);
+                          }
+                      });
     int rounds = 0;
     while (tuning.state.updatePending() && rounds < 1000) {
         worker.step();

@@ -1,4 +1,5 @@
 #include <QLabel>
+#include <QRegularExpression>
 #include <QTest>
 #include <atomic>
 #include <mutex>
@@ -22,7 +23,7 @@ class ClipDetection : public PageTest {
                                       const std::lock_guard guard(mutex);
                                       return next;
                                   },
-                                  .lineIsFree = [] { return true; },
+                                  .takeTurn = [](const auto&) { return true; },
                                   .clock = &clock});
         dialog = made.get();
         showPage(std::move(made));
@@ -37,6 +38,21 @@ class ClipDetection : public PageTest {
 
     bool shows(int id) { return control<ClipLight>(id).isVisible(); }
     QString stateText() { return control<QLabel>(clip_id::state).text(); }
+    /// The text beside it with every time as "<time>".
+    std::string answerText() {
+        QString text = control<QLabel>(clip_id::lastAnswer).text();
+        return text
+            .replace(QRegularExpression(QStringLiteral("\\d\\d:\\d\\d:\\d\\d")), QStringLiteral("<time>"))
+            .toStdString();
+    }
+    void targetAnswers(bool answers) {
+        const std::lock_guard guard(mutex);
+        next = answers ? std::optional(ClipState{}) : std::nullopt;
+    }
+    void pass() {
+        clock.step();
+        deliver();
+    }
 
     /// Ids of the pictures of an entry, computed from the answer's layout.
     struct Ids {
@@ -84,7 +100,8 @@ TEST_F(ClipDetection, StandsAtItsPlaces) {
     EXPECT_EQ(control<QWidget>(clip_id::switchGroup).geometry(), QRect(0, 8, 984, 62));
     EXPECT_EQ(control<QWidget>(clip_id::onOff).geometry(), QRect(16, 23, 112, 32));
     EXPECT_EQ(control<QWidget>(clip_id::stateLamp).geometry(), QRect(147, 30, 18, 18));
-    EXPECT_EQ(control<QWidget>(clip_id::state).geometry(), QRect(174, 23, 300, 32));
+    EXPECT_EQ(control<QWidget>(clip_id::state).geometry(), QRect(174, 23, 200, 32));
+    EXPECT_EQ(control<QWidget>(clip_id::lastAnswer).geometry(), QRect(382, 23, 586, 32));
     const std::array<const char*, 4> captions{"ADC", "Input EQ", "Signal Processing", "Output EQ"};
     const std::array<const char*, 6> sides{"Vorne Links",   "Vorne Rechts",  "Hinten Links",
                                            "Hinten Rechts", "Line-In Links", "Line-In Rechts"};
@@ -302,6 +319,43 @@ TEST_F(ClipDetection, AFailedRequestKeepsTheLights) {
     EXPECT_EQ(asked, 1);
     deliver();
     expectShown(state);
+}
+
+TEST_F(ClipDetection, TellsWhenTheLastAnswerCameAndSinceWhenNoneDoes) {
+    EXPECT_EQ(answerText(), "");
+    click(control<QWidget>(clip_id::onOff));
+    EXPECT_EQ(answerText(), "no answer yet");
+    targetAnswers(false);
+    pass();
+    EXPECT_EQ(answerText(), "no answer since <time>");
+    const QString silent = control<QLabel>(clip_id::lastAnswer).text();
+    const QColor red = control<QLabel>(clip_id::lastAnswer).palette().color(QPalette::WindowText);
+    const QTime before = QTime::currentTime();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return QTime::currentTime().second() != before.second(); }));
+    for (int i = 0; i < 3; ++i) {
+        pass();
+        EXPECT_EQ(control<QLabel>(clip_id::lastAnswer).text(), silent) << "since the first";
+    }
+    targetAnswers(true);
+    pass();
+    EXPECT_EQ(answerText(), "last answer <time>");
+    EXPECT_NE(control<QLabel>(clip_id::lastAnswer).palette().color(QPalette::WindowText), red);
+    targetAnswers(false);
+    pass();
+    EXPECT_EQ(answerText(), "last answer <time>, none since <time>");
+    EXPECT_EQ(control<QLabel>(clip_id::lastAnswer).palette().color(QPalette::WindowText), red);
+    const QLabel& label = control<QLabel>(clip_id::lastAnswer);
+    EXPECT_LE(label.fontMetrics().horizontalAdvance(label.text()), label.width());
+    const QLabel& state = control<QLabel>(clip_id::state);
+    EXPECT_LE(state.fontMetrics().horizontalAdvance(state.text()), state.width());
+    click(control<QWidget>(clip_id::onOff));
+    EXPECT_EQ(answerText(), "");
+    dialog->noteNoAnswer();
+    EXPECT_EQ(answerText(), "") << "a question from before that has failed";
+    click(control<QWidget>(clip_id::onOff));
+    EXPECT_EQ(answerText(), "no answer yet") << "what was before is forgotten";
+    dialog->noteNoAnswer();
+    EXPECT_EQ(answerText(), "no answer since <time>") << "told before the question has returned";
 }
 
 TEST_F(ClipDetection, PicturesDifferInShapeNotOnlyInColour) {

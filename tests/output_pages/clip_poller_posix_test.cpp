@@ -26,13 +26,13 @@ TEST(PollerThread, AsksAtTheLowestPriorityAndLeavesTheOthersTheirs) {
     std::atomic<int> whileAsking = before;
     std::atomic<int> whileDelivering = before;
     {
-        ClipPoller poller(
-            {[&]() -> std::optional<ClipState> {
-                 whileAsking = priorityOfThisThread();
-                 return ClipState{};
-             },
-             [] { return true; }, [&](const ClipState&) { whileDelivering = priorityOfThisThread(); }},
-            &clock);
+        ClipPoller poller({[&]() -> std::optional<ClipState> {
+                               whileAsking = priorityOfThisThread();
+                               return ClipState{};
+                           },
+                           [](const auto&) { return true; },
+                           [&](const auto&) { whileDelivering = priorityOfThisThread(); }},
+                          &clock);
         clock.waitForPause();
         poller.setOn(true);
         clock.step();

@@ -5,6 +5,7 @@
 #include <thread>
 #include <vector>
 
+#include "comm/line_turns.h"
 #include "output_pages/stepped_clock.h"
 #include "target/waiting.h"
 
@@ -21,15 +22,19 @@ class Poller : public ::testing::Test {
     }
     void start() {
         poller = std::make_unique<ClipPoller>(
-            ClipPoller::Outside{[this]() -> std::optional<ClipState> {
-                                    ++asked;
-                                    if (whileAsking) {
-                                        whileAsking();
-                                    }
-                                    return answers ? std::optional(ClipState{}) : std::nullopt;
-                                },
-                                [this] { return lineIsFree.load(); },
-                                [this](const ClipState&) { ++delivered; }},
+            ClipPoller::Outside{
+                [this]() -> std::optional<ClipState> {
+                    ++asked;
+                    if (whileAsking) {
+                        whileAsking();
+                    }
+                    return answers ? std::optional(ClipState{}) : std::nullopt;
+                },
+                [this](const std::function<bool()>& wanted) {
+                    ++turns;
+                    return takeTurn ? takeTurn(wanted) : true;
+                },
+                [this](const std::optional<ClipState>& state) { ++(state ? delivered : unanswered); }},
             &clock);
         clock.waitForPause();
     }
@@ -38,7 +43,9 @@ class Poller : public ::testing::Test {
     std::atomic<int> asked = 0;
     std::atomic<int> delivered = 0;
     std::atomic<bool> answers = true;
-    std::atomic<bool> lineIsFree = true;
+    std::atomic<int> unanswered = 0;
+    std::atomic<int> turns = 0;
+    std::function<bool(const std::function<bool()>&)> takeTurn;
     std::function<void()> whileAsking;
     std::unique_ptr<ClipPoller> poller;
 };
@@ -63,29 +70,56 @@ TEST_F(Poller, AsksOncePerPauseWhileItIsOn) {
     EXPECT_EQ(clock.now(), Milliseconds{5000});
 }
 
-TEST_F(Poller, DeliversNothingWhenNoAnswerComes) {
+TEST_F(Poller, TellsWhenNoAnswerComes) {
     start();
     answers = false;
     poller->setOn(true);
     clock.step();
     clock.step();
     EXPECT_EQ(asked, 2);
+    EXPECT_EQ(unanswered, 2);
     EXPECT_EQ(delivered, 0);
     answers = true;
     clock.step();
     EXPECT_EQ(delivered, 1);
 }
 
-TEST_F(Poller, LeavesTheLineToWhateverNeedsItMore) {
+TEST_F(Poller, AsksInItsTurnOnly) {
+    std::atomic<bool> mine = false;
+    takeTurn = [&](const auto&) { return mine.load(); };
     start();
+    clock.step();
+    EXPECT_EQ(turns, 0) << "switched off it takes none";
     poller->setOn(true);
-    lineIsFree = false;
     clock.step();
     clock.step();
+    EXPECT_EQ(turns, 2);
     EXPECT_EQ(asked, 0);
-    lineIsFree = true;
+    mine = true;
     clock.step();
     EXPECT_EQ(asked, 1);
+}
+
+TEST_F(Poller, GivesATurnUpWhenItIsSwitchedOffOrDestroyed) {
+    std::atomic<bool> waits = false;
+    takeTurn = [&](const std::function<bool()>& wanted) {
+        waits = true;
+        EXPECT_TRUE(eventually([&] { return !wanted(); }));
+        return false;
+    };
+    start();
+    poller->setOn(true);
+    clock.allow(1);
+    ASSERT_TRUE(eventually([&] { return waits.load(); }));
+    poller->setOn(false);
+    clock.waitForPauses(2);
+    waits = false;
+    poller->setOn(true);
+    clock.allow(1);
+    ASSERT_TRUE(eventually([&] { return waits.load(); }));
+    clock.end();
+    poller.reset();
+    EXPECT_EQ(asked, 0);
 }
 
 TEST_F(Poller, AsksAndDeliversNothingFromSwitchingOffOn) {
@@ -102,37 +136,39 @@ TEST_F(Poller, AsksAndDeliversNothingFromSwitchingOffOn) {
 TEST_F(Poller, EndsAtOnceInsideItsPauseWithTheMachinesClock) {
     const auto start = std::chrono::steady_clock::now();
     {
-        ClipPoller real(
-            {[] { return std::optional<ClipState>(); }, [] { return true; }, [](const ClipState&) {}});
+        ClipPoller real({[] { return std::optional<ClipState>(); }, [](const auto&) { return true; },
+                         [](const auto&) {}});
     }
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(900));
 }
 
 TEST(PollerAndEdits, AnEditWaitsForOnePollAtMost) {
-    // The line as the program shares it: polls and edits take turns through one lock, and some passes of the
-    // poller go by before whoever sends the edit comes to look.
+    // The line as the program shares it, and some passes of the poller go by before whoever sends the edit
+    // comes to look.
     constexpr int passesUntilTheLook = 5;
-    CSemaphore line;
     SteppedClock clock;
     std::atomic<bool> editWaits = false;
     std::atomic<int> begun = 0;
     std::atomic<int> ended = 0;
     std::atomic<bool> holdThePoll = false;
+    LineTurns turns({[&] { return editWaits.load(); }, [] { return false; }});
     ClipPoller poller({[&]() -> std::optional<ClipState> {
-                           if (!line.take(std::chrono::seconds(30))) {
-                               return std::nullopt;
-                           }
                            ++begun;
                            EXPECT_TRUE(eventually([&] { return !holdThePoll; }));
                            ++ended;
-                           line.release();
+                           turns.endQuestion();
                            return ClipState{};
                        },
-                       [&] { return !editWaits; }, [](const ClipState&) {}},
+                       [&](const LineTurns::Wanted& wanted) {
+                           // A turn that does not come at once is left for the next pass.
+                           int looks = 0;
+                           return turns.takeQuestion([&] { return looks++ == 0 && wanted(); });
+                       },
+                       [](const auto&) {}},
                       &clock);
     clock.waitForPause();
     poller.setOn(true);
-    for (int i = 0; i < 50 && !::testing::Test::HasFailure(); ++i) {
+    for (int i = 0; i < 4 && !::testing::Test::HasFailure(); ++i) {
         // The edit is made while a poll holds the line.
         holdThePoll = true;
         const std::size_t pausesBefore = clock.pauses().size();
@@ -143,11 +179,11 @@ TEST(PollerAndEdits, AnEditWaitsForOnePollAtMost) {
         holdThePoll = false;
         clock.allow(passesUntilTheLook);
         clock.waitForPauses(pausesBefore + 1 + passesUntilTheLook);
-        EXPECT_TRUE(line.take(std::chrono::seconds(30)));
+        EXPECT_TRUE(turns.takeRound([] { return true; }));
         EXPECT_EQ(ended - endedBefore, 1) << "the one that was under way, and no other";
         EXPECT_EQ(begun, ended);
-        line.release();
         editWaits = false;
+        turns.endRound();
     }
     clock.end();
 }

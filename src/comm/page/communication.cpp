@@ -48,7 +48,10 @@ QString plainToolTip(const QString& text) {
 }  // namespace
 
 CCommunication::CCommunication(Parts parts, QWidget* parent)
-    : CTabDialog(parent), parts_(std::move(parts)), commands_(parts_.tuning, parts_.transfers, parts_.boxes) {
+    : CTabDialog(parent),
+      parts_(std::move(parts)),
+      commands_(parts_.tuning, parts_.transfers, parts_.boxes, readFileStart,
+                [this](const CommandReport& report) { emit commandReported(report); }) {
     connect(&parts_.transfers, &ForegroundTransfers::started, this, &CCommunication::exchangeStarted);
     connect(&parts_.transfers, &ForegroundTransfers::ended, this, &CCommunication::exchangeEnded);
     OnInitDialog();

@@ -96,6 +96,10 @@ class CCommunication : public CTabDialog {
     [[nodiscard]] bool nothingToLose() const { return nothingToLose_; }
     void setNothingToLose(bool nothing) { nothingToLose_ = nothing; }
 
+ signals:
+    /// What a command came to whose exchange was tried; before any box about it.
+    void commandReported(const tessavo::CommandReport& report);
+
  protected:
     void paintEvent(QPaintEvent* event) override;
 

@@ -99,16 +99,22 @@ CClipDetectDlg::CClipDetectDlg(Parts parts, QWidget* parent) : CTabDialog(parent
     for (std::size_t row = 0; row < amplifierCount; ++row) {
         makeAmplifier(row);
     }
-    const auto deliver = [this](const ClipState& state) {
+    const auto deliver = [this](const std::optional<ClipState>& state) {
         calls_.call([this, state] {
             // An answer that was under way when a person switched off is no longer wanted.
-            if (isOn()) {
-                showState(state);
+            if (!isOn()) {
+                return;
+            }
+            if (state) {
+                showState(*state);
+                noteAnswer();
+            } else {
+                noteNoAnswer();
             }
         });
     };
     poller_ = std::make_unique<ClipPoller>(
-        ClipPoller::Outside{std::move(parts.ask), std::move(parts.lineIsFree), deliver}, parts.clock);
+        ClipPoller::Outside{std::move(parts.ask), std::move(parts.takeTurn), deliver}, parts.clock);
 }
 
 CClipDetectDlg::~CClipDetectDlg() {
@@ -127,8 +133,9 @@ void CClipDetectDlg::makeSwitch() {
     connect(button, &QAbstractButton::clicked, this, &CClipDetectDlg::toggle);
     lamp_ = new StateLamp(12, clip_id::stateLamp, this);
     lamp_->move(147, 30);
-    state_ = addLabel(QStringLiteral("Clip Detection is OFF"), {174, 23, 300, 32}, clip_id::state);
+    state_ = addLabel(QStringLiteral("Clip Detection is OFF"), {174, 23, 200, 32}, clip_id::state);
     state_->setFont(theme::font(15, QFont::Medium));
+    answers_ = addLabel(QString(), {382, 23, 586, 32}, clip_id::lastAnswer);
 }
 
 void CClipDetectDlg::makeColumn(std::size_t group) {
@@ -192,10 +199,46 @@ void CClipDetectDlg::toggle() {
     const bool on = !poller_->isOn();
     poller_->setOn(on);
     state_->setText(on ? QStringLiteral("Clip Detection is ON") : QStringLiteral("Clip Detection is OFF"));
+    answeredAt_ = {};
+    silentSince_ = {};
+    showAnswerTimes();
     lamp_->setLit(on);
     switchGroup_->setInCircuit(on);
     update();
     emit switched(on);
+}
+
+void CClipDetectDlg::noteAnswer() {
+    answeredAt_ = QTime::currentTime();
+    silentSince_ = {};
+    showAnswerTimes();
+}
+
+void CClipDetectDlg::noteNoAnswer() {
+    if (isOn() && !silentSince_.isValid()) {
+        silentSince_ = QTime::currentTime();
+        showAnswerTimes();
+    }
+}
+
+void CClipDetectDlg::showAnswerTimes() {
+    const auto text = [](QTime time) { return time.toString(QStringLiteral("HH:mm:ss")); };
+    QString words;
+    if (answeredAt_.isValid()) {
+        words = QStringLiteral("last answer ") + text(answeredAt_);
+        if (silentSince_.isValid()) {
+            words += QStringLiteral(", none since ") + text(silentSince_);
+        }
+    } else if (silentSince_.isValid()) {
+        words = QStringLiteral("no answer since ") + text(silentSince_);
+    } else if (isOn()) {
+        words = QStringLiteral("no answer yet");
+    }
+    QPalette palette = answers_->palette();
+    palette.setColor(QPalette::WindowText,
+                     QColor::fromRgb(silentSince_.isValid() ? theme::trouble : theme::text2));
+    answers_->setPalette(palette);
+    answers_->setText(words);
 }
 
 void CClipDetectDlg::showState(const ClipState& state) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QTime>
 #include <array>
 #include <cstddef>
 #include <functional>
@@ -24,6 +25,7 @@ namespace clip_id {
 inline constexpr int onOff = 1369;
 inline constexpr int state = 1379;
 inline constexpr int stateLamp = 1374;
+inline constexpr int lastAnswer = 1373;
 inline constexpr int switchGroup = 1360;
 inline constexpr int firstColumn = 1361;     ///< four columns
 inline constexpr int firstAmplifier = 1365;  ///< two amplifiers
@@ -41,7 +43,7 @@ class CClipDetectDlg : public CTabDialog {
     struct Parts {
         /// See ClipPoller::Outside; both run on its thread.
         std::function<std::optional<ClipState>()> ask;
-        std::function<bool()> lineIsFree;
+        std::function<bool(const std::function<bool()>& wanted)> takeTurn;
         IClock* clock = nullptr;  ///< outlives the page; the machine's own when null
     };
 
@@ -52,6 +54,9 @@ class CClipDetectDlg : public CTabDialog {
 
     /// Shows an answer of the target. User-interface thread.
     void showState(const ClipState& state);
+    /// Notes that a question got no answer. Told again for the same question it changes nothing.
+    /// User-interface thread.
+    void noteNoAnswer();
 
  signals:
     void switched(bool on);
@@ -72,11 +77,16 @@ class CClipDetectDlg : public CTabDialog {
     Pair addLight(const QPoint& place, int diameter, int clippingId, int notClippingId, const QString& name);
     QLabel* addLabel(const QString& text, const QRect& place, int id = -1);
     void toggle();
+    void noteAnswer();
+    void showAnswerTimes();
 
     UiCalls calls_;
     SkinGroupBox* switchGroup_ = nullptr;
     StateLamp* lamp_ = nullptr;
     QLabel* state_ = nullptr;
+    QLabel* answers_ = nullptr;  ///< when the last answer came, and since when none does
+    QTime answeredAt_;           ///< since the last switching on; invalid before
+    QTime silentSince_;          ///< the first question without answer after that; invalid when there is none
     std::array<std::array<Pair, rowLimit>, groupCount> lights_;
     std::array<Pair, amplifierCount> amplifiers_;  ///< by row
     std::unique_ptr<ClipPoller> poller_;

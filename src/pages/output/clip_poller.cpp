@@ -42,12 +42,13 @@ void ClipPoller::run() {
 }
 
 void ClipPoller::poll() {
-    if (!on_ || !outside_.lineIsFree()) {
+    const auto wanted = [this] { return on_ && !stopping_; };
+    if (!wanted() || !outside_.takeTurn(wanted)) {
         return;
     }
     const auto state = outside_.ask();
-    if (state && on_ && !stopping_) {
-        outside_.deliver(*state);
+    if (wanted()) {
+        outside_.deliver(state);
     }
 }
 

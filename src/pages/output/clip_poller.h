@@ -12,23 +12,24 @@ namespace tessavo {
 
 /// The background thread that asks the target for its clip state once a second while it is switched on.
 ///
-/// It leaves the line alone while something more urgent needs it, so that an edit waits for one poll at most.
+/// It asks in its turn: when that comes, somebody else decides.
 class ClipPoller {
  public:
     struct Outside {
         /// One exchange, run on the poller's thread; nothing when it failed.
         std::function<std::optional<ClipState>()> ask;
-        /// Whether nobody else needs the line; asked on the poller's thread before each exchange.
-        std::function<bool()> lineIsFree;
-        /// Takes each answer, on the poller's thread.
-        std::function<void(const ClipState&)> deliver;
+        /// Waits, on the poller's thread, until an exchange may begin; gives up once what it is handed
+        /// answers false, and then returns false.
+        std::function<bool(const std::function<bool()>& wanted)> takeTurn;
+        /// Takes what each exchange came to, on the poller's thread.
+        std::function<void(const std::optional<ClipState>&)> deliver;
     };
 
     /// Starts the thread, at the lowest priority that the system gives.
     /// \param clock for the pause between two polls; outlives the poller. When empty the machine's own, whose
     /// pause ends at once when the poller is destroyed.
     explicit ClipPoller(Outside outside, IClock* clock = nullptr);
-    /// Ends the thread. Waits for an exchange that runs.
+    /// Ends the thread. Waits for an exchange that runs, not for a turn.
     ~ClipPoller();
     ClipPoller(const ClipPoller&) = delete;
     ClipPoller& operator=(const ClipPoller&) = delete;
