@@ -276,6 +276,9 @@ void CMainFrame::followTarget() {
     follow(&link, &CommLink::blockSent, [this](LineUser user, qulonglong done, qulonglong all, qlonglong) {
         follower_.blockSent(user, done, all);
     });
+    // What has run the exchange has to return first.
+    connect(&link, &CommLink::workerState, this, &CMainFrame::closeOnceQuiet, Qt::QueuedConnection);
+    connect(&commands, &ForegroundTransfers::ended, this, &CMainFrame::closeOnceQuiet, Qt::QueuedConnection);
     follow(&commands, &ForegroundTransfers::started, [this, &commands](qulonglong) {
         if (commands.activity() == ForegroundTransfers::Activity::sendingSoftware) {
             parts_.link.forgetConfirmation();
@@ -312,8 +315,28 @@ bool CMainFrame::mayBreakOff() {
     const bool software =
         parts_.link.foreground().activity() == ForegroundTransfers::Activity::sendingSoftware;
     // The default button waits: a key pressed too soon must not break anything off.
-    return parts_.boxes.show(software ? breakSoftwareQuestion : breakExchangeQuestion, BoxIcon::error,
-                             BoxButtons::yesNoCancel) == BoxAnswer::no;
+    const BoxAnswer answer = parts_.boxes.show(software ? breakSoftwareQuestion : breakExchangeQuestion,
+                                               BoxIcon::error, BoxButtons::yesNoCancel);
+    closeOnceQuiet_ = answer == BoxAnswer::yes;
+    if (closeOnceQuiet_) {
+        // The exchange may have ended while the question was open.
+        QMetaObject::invokeMethod(this, &CMainFrame::closeOnceQuiet, Qt::QueuedConnection);
+    }
+    return answer == BoxAnswer::no;
+}
+
+void CMainFrame::closeOnceQuiet() {
+    if (!closeOnceQuiet_ || !lineIsQuiet()) {
+        return;
+    }
+    if (QApplication::activeModalWidget() != nullptr) {
+        // A box tells what the exchange came to: that is read first.
+        constexpr std::chrono::milliseconds lookAgain{100};
+        QTimer::singleShot(lookAgain, this, &CMainFrame::closeOnceQuiet);
+        return;
+    }
+    closeOnceQuiet_ = false;
+    close();
 }
 
 // Nobody has started this exchange, so nobody is asked about it: it gets the moment that it needs.

@@ -99,6 +99,7 @@ class CMainFrame : public QWidget {
     void showTarget();
     [[nodiscard]] bool lineIsQuiet() const;
     bool mayBreakOff();
+    void closeOnceQuiet();
     bool mayClose();
     void closeAfterPoll();
     void pollEnded();
@@ -117,6 +118,7 @@ class CMainFrame : public QWidget {
     TargetFollower follower_;
     PortFollower portFollower_;
     bool closing_ = false;             ///< all questions are answered; only an exchange has still to end
+    bool closeOnceQuiet_ = false;      ///< a person waits for the end of an exchange, to be asked to close then
     std::unique_ptr<InputHold> hold_;  ///< while a background exchange is waited for
     QTimer pollLimit_;                 ///< how long that may last
     std::optional<QPoint> dragStart_;

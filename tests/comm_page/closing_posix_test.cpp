@@ -47,15 +47,38 @@ class ClosingOnALine : public OnALine {
     qint64 commandTook_ = 0;
 };
 
-TEST_F(ClosingOnALine, AsksAndWaitsOnYes) {
+TEST_F(ClosingOnALine, WaitsOnYesAndThenAsksTheOtherQuestion) {
     startTarget({"late=500"});
-    answers = {BoxAnswer::yes};
+    answers = {BoxAnswer::yes, BoxAnswer::no};
     closeDuring(comm_id::update);
     EXPECT_THAT(shownTexts(), ElementsAre(exchangeQuestion));
     EXPECT_FALSE(closed_);
     EXPECT_TRUE(frame->isVisible());
     EXPECT_EQ(log().line(log().lineCount() - 1), QStringLiteral("ST-->    Disconnected from Target"))
         << "the exchange went on to its end";
+    ASSERT_TRUE(passEventsUntil([&] { return !frame->isVisible(); }));
+    EXPECT_THAT(shownTexts(), ElementsAre(exchangeQuestion, saveQuestion));
+}
+
+TEST_F(ClosingOnALine, WaitsOnYesOnceOnly) {
+    startTarget({"late=500"});
+    answers = {BoxAnswer::yes, BoxAnswer::cancel};
+    closeDuring(comm_id::update);
+    ASSERT_TRUE(passEventsUntil([&] { return shown.size() == 2; }));
+    EXPECT_THAT(shownTexts(), ElementsAre(exchangeQuestion, saveQuestion));
+    EXPECT_TRUE(frame->isVisible()) << "the second question was cancelled";
+    click(comm_id::update);
+    EXPECT_FALSE(QTest::qWaitFor([&] { return shown.size() > 2; }, 500)) << "and the wish to close with it";
+}
+
+TEST_F(ClosingOnALine, WaitsOnYesForAWholeFlash) {
+    startTarget();
+    chooseImage(6000);
+    answers = {BoxAnswer::yes, BoxAnswer::no};
+    closeDuring(comm_id::flashFile);
+    ASSERT_TRUE(passEventsUntil([&] { return !frame->isVisible(); }));
+    EXPECT_THAT(shownTexts(), ElementsAre(softwareQuestion, saveQuestion));
+    EXPECT_GE(target->memory().software.size(), 6000U);
 }
 
 TEST_F(ClosingOnALine, ABoxClosedWithoutAnAnswerWaitsToo) {
@@ -63,6 +86,7 @@ TEST_F(ClosingOnALine, ABoxClosedWithoutAnAnswerWaitsToo) {
     closeDuring(comm_id::update);
     EXPECT_THAT(shownTexts(), ElementsAre(exchangeQuestion));
     EXPECT_TRUE(frame->isVisible());
+    EXPECT_FALSE(QTest::qWaitFor([&] { return shown.size() > 1; }, 500)) << "the wish to close is taken back";
 }
 
 TEST_F(ClosingOnALine, StaysWhenTheSecondQuestionIsCancelledAndTheExchangeGoesOn) {
@@ -124,18 +148,38 @@ TEST_F(ClosingOnALine, SaysDuringAFlashWhatTheTargetMayBeLeftWithout) {
     EXPECT_THAT(target->memory().software, IsEmpty()) << "a half image is not taken";
 }
 
-TEST_F(ClosingOnALine, AsksForALiveTransferToo) {
+TEST_F(ClosingOnALine, WaitsOnYesForALiveTransferToo) {
     startTarget();
     toggleLiveMode();
     ASSERT_TRUE(passEventsUntil([&] { return words() == "sending"; }));
-    answers = {BoxAnswer::yes};
+    answers = {BoxAnswer::yes, BoxAnswer::cancel, BoxAnswer::no};
     EXPECT_FALSE(frame->close());
     EXPECT_THAT(shownTexts(), ElementsAre(exchangeQuestion));
-    ASSERT_TRUE(becomesConfirmed());
-    answers = {BoxAnswer::no};
+    ASSERT_TRUE(passEventsUntil([&] { return shown.size() == 2; }));
+    EXPECT_THAT(shownTexts(), ElementsAre(exchangeQuestion, saveQuestion));
+    EXPECT_EQ(light(), TargetStatus::Light::confirmed) << "asked once the target has it";
+    EXPECT_TRUE(targetHoldsTheImage());
+    EXPECT_TRUE(frame->isVisible());
     EXPECT_TRUE(frame->close());
     EXPECT_EQ(shownTexts().back(), saveQuestion);
-    EXPECT_EQ(shown.size(), 2U) << "an idle line asks nothing";
+    EXPECT_EQ(shown.size(), 3U) << "an idle line asks nothing";
+}
+
+TEST_F(ClosingOnALine, AsksTheOtherQuestionAtOnceWhenTheExchangeEndedMeanwhile) {
+    startTarget();
+    toggleLiveMode();
+    ASSERT_TRUE(passEventsUntil([&] { return words() == "sending"; }));
+    boxes.setPresenter([&](const QString& text, BoxIcon icon, BoxButtons buttons) {
+        shown.push_back({text.toStdString(), icon, buttons});
+        if (text.toStdString() == exchangeQuestion) {
+            EXPECT_TRUE(becomesConfirmed());
+            return BoxAnswer::yes;
+        }
+        return BoxAnswer::no;
+    });
+    EXPECT_FALSE(frame->close());
+    ASSERT_TRUE(passEventsUntil([&] { return !frame->isVisible(); }));
+    EXPECT_THAT(shownTexts(), ElementsAre(exchangeQuestion, saveQuestion));
 }
 
 TEST_F(ClosingOnALine, LetsAClipPollComeToItsEnd) {
@@ -193,20 +237,24 @@ TEST_F(ClosingOnALine, AsksForALiveTransferThatBeganDuringTheOtherQuestion) {
     startTarget();
     toggleLiveMode();
     ASSERT_TRUE(becomesConfirmed());
+    int edits = 0;
     boxes.setPresenter([&](const QString& text, BoxIcon icon, BoxButtons buttons) {
         shown.push_back({text.toStdString(), icon, buttons});
         if (text.toStdString() == exchangeQuestion) {
             return BoxAnswer::yes;
         }
-        tuning.setVolume(-9.0F, true);
-        EXPECT_TRUE(passEventsUntil([&] { return words() == "sending"; }));
+        if (edits++ == 0) {
+            tuning.setVolume(-9.0F, true);
+            EXPECT_TRUE(passEventsUntil([&] { return words() == "sending"; }));
+        }
         return BoxAnswer::no;
     });
     EXPECT_FALSE(frame->close());
     EXPECT_TRUE(frame->isVisible());
     EXPECT_THAT(shownTexts(), ElementsAre(saveQuestion, exchangeQuestion));
-    ASSERT_TRUE(becomesConfirmed());
+    ASSERT_TRUE(passEventsUntil([&] { return !frame->isVisible(); }));
     EXPECT_TRUE(targetHoldsTheImage());
+    EXPECT_THAT(shownTexts(), ElementsAre(saveQuestion, exchangeQuestion, saveQuestion));
 }
 
 }  // namespace
