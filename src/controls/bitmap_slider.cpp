@@ -57,11 +57,14 @@ void CBitmapSlider::movePosition(int position) {
     if (position == position_) {
         return;
     }
-    const int before = position_;
     position_ = position;
-    thumbPixel_ = track().pixelOf(position_, minimum_, maximum_);
-    updateBetween(before, position_);
+    moveThumb(track().pixelOf(position_, minimum_, maximum_));
     announceValue(*this, valueOf(position_));
+}
+
+void CBitmapSlider::moveThumb(double pixel) {
+    updateBetween(thumbPixel_, pixel);
+    thumbPixel_ = pixel;
 }
 
 void CBitmapSlider::setColor(QRgb color) {
@@ -180,7 +183,7 @@ void CBitmapSlider::dragTo(double pixel) {
     const bool atStart = std::abs(target - dragStartPixel_) < samePixel;
     movePosition(atStart ? std::clamp(dragStartPosition_, minimum_, maximum_)
                          : track().positionAt(target, minimum_, maximum_));
-    thumbPixel_ = target;
+    moveThumb(target);
     post(SliderEvent::moved);
 }
 

@@ -108,10 +108,11 @@ class CBitmapSlider : public QWidget {
     [[nodiscard]] double along(const QPointF& point) const { return vertical_ ? point.y() : point.x(); }
     [[nodiscard]] int fillOrigin() const;
     [[nodiscard]] unsigned capState() const;
-    void updateBetween(int before, int after);
+    void moveThumb(double pixel);
+    void updateBetween(double first, double second);
     void paintTicks(SkinPainter& painter) const;
-    /// Upper left corner of the cap along the slider, in device pixels.
-    [[nodiscard]] int capStart(double scale, int position) const;
+    /// Upper left corner along the slider, in device pixels, of a cap centred on a logical pixel.
+    [[nodiscard]] static int capStart(double scale, double pixel);
 
     bool vertical_;
     bool dragging_ = false;

@@ -15,8 +15,8 @@ constexpr int originTickLength = 4;
 
 }  // namespace
 
-int CBitmapSlider::capStart(double scale, int position) const {
-    return qRound((track().pixelOf(position, minimum_, maximum_) - Skin::capLength / 2.0) * scale);
+int CBitmapSlider::capStart(double scale, double pixel) {
+    return qRound((pixel - Skin::capLength / 2.0) * scale);
 }
 
 int CBitmapSlider::fillOrigin() const {
@@ -48,10 +48,7 @@ unsigned CBitmapSlider::capState() const {
     return state;
 }
 
-void CBitmapSlider::updateBetween(int before, int after) {
-    const SliderTrack where = track();
-    const double first = where.pixelOf(before, minimum_, maximum_);
-    const double second = where.pixelOf(after, minimum_, maximum_);
+void CBitmapSlider::updateBetween(double first, double second) {
     constexpr double reach = Skin::capLength / 2.0 + 6;
     const int low = static_cast<int>(std::floor(std::min(first, second) - reach));
     const int high = static_cast<int>(std::ceil(std::max(first, second) + reach));
@@ -116,14 +113,16 @@ void CBitmapSlider::paintEvent(QPaintEvent* /*event*/) {
                             {SkinPiece::Kind::sliderChannel, orientation | parity, size});
     }
 
-    const int cap = capStart(scale, position_);
+    // Under the hand the cap stands where it was dragged to, also between the pixels of two positions.
+    const int cap = capStart(scale, thumbPixel_);
     const int capCentre = cap + pixels.capAlong / 2;
     const int origin = fillOrigin();
     // At an end the fill begins where the groove does.
     const int reach = painter.toDevice(channelInset + 1);
     const int originAt = origin <= minimum_   ? reach
                          : origin >= maximum_ ? length - reach
-                                              : capStart(scale, origin) + pixels.capAlong / 2;
+                                              : capStart(scale, track().pixelOf(origin, minimum_, maximum_)) +
+                                                    pixels.capAlong / 2;
     const int low = std::min(originAt, capCentre);
     const int high = std::max(originAt, capCentre);
     if (high - low > 1) {
