@@ -429,22 +429,32 @@ void CMainFrame::resizeEvent(QResizeEvent*) {
 
 // The background acts as a caption. Only what no control has taken arrives here.
 void CMainFrame::mousePressEvent(QMouseEvent* event) {
-    if (event->button() != Qt::LeftButton) {
-        return;
-    }
-    if (windowHandle() == nullptr || !windowHandle()->startSystemMove()) {
+    if (event->button() == Qt::LeftButton) {
         dragStart_ = event->globalPosition().toPoint() - pos();
     }
 }
 
 void CMainFrame::mouseMoveEvent(QMouseEvent* event) {
-    if (dragStart_ && (event->buttons() & Qt::LeftButton) != 0) {
-        move(event->globalPosition().toPoint() - *dragStart_);
+    if (!dragStart_ || (event->buttons() & Qt::LeftButton) == 0) {
+        return;
     }
+    const QPoint target = event->globalPosition().toPoint() - *dragStart_;
+    // A hand that clicks trembles; and a system that were asked to move the window at the press would go on
+    // after a quick release that it has not seen.
+    if (!dragging_ && (target - pos()).manhattanLength() < QApplication::startDragDistance()) {
+        return;
+    }
+    if (!dragging_ && windowHandle() != nullptr && windowHandle()->startSystemMove()) {
+        dragStart_.reset();
+        return;
+    }
+    dragging_ = true;
+    move(target);
 }
 
 void CMainFrame::mouseReleaseEvent(QMouseEvent*) {
     dragStart_.reset();
+    dragging_ = false;
 }
 
 void CMainFrame::dragEnterEvent(QDragEnterEvent* event) {

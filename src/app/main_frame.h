@@ -121,7 +121,8 @@ class CMainFrame : public QWidget {
     bool closeOnceQuiet_ = false;      ///< a person waits for the end of an exchange, to be asked to close then
     std::unique_ptr<InputHold> hold_;  ///< while a background exchange is waited for
     QTimer pollLimit_;                 ///< how long that may last
-    std::optional<QPoint> dragStart_;
+    std::optional<QPoint> dragStart_;  ///< of the window under the pointer, while the background is pressed
+    bool dragging_ = false;            ///< the pointer has left the place of the press
 };
 
 }  // namespace tessavo

@@ -150,6 +150,35 @@ TEST_F(Background, MovesTheWindowFromAnyPlaceThatIsNoControl) {
     }
 }
 
+TEST_F(Background, AClickOfATremblingHandLeavesTheWindowWhereItIs) {
+    frame->move(40, 20);
+    QWindow* window = frame->windowHandle();
+    const QPoint grabbed = frame->mapToGlobal(QPoint(500, 400));
+    const auto moveTo = [&](QPoint way) { QTest::mouseMove(window, window->mapFromGlobal(grabbed + way)); };
+    QTest::mousePress(window, Qt::LeftButton, {}, QPoint(500, 400));
+    for (const QPoint way : {QPoint(1, 0), QPoint(-2, 1), QPoint(0, 0), QPoint(3, -3)}) {
+        moveTo(way);
+        EXPECT_EQ(frame->pos(), QPoint(40, 20)) << way.x() << ' ' << way.y();
+    }
+    QTest::mouseRelease(window, Qt::LeftButton, {}, window->mapFromGlobal(grabbed + QPoint(3, -3)));
+    EXPECT_EQ(frame->pos(), QPoint(40, 20));
+    QTest::mouseMove(window, QPoint(600, 500));
+    EXPECT_EQ(frame->pos(), QPoint(40, 20)) << "the click is over";
+}
+
+TEST_F(Background, ADragThatComesBackBringsTheWindowBack) {
+    frame->move(40, 20);
+    QWindow* window = frame->windowHandle();
+    const QPoint grabbed = frame->mapToGlobal(QPoint(500, 400));
+    const auto moveTo = [&](QPoint way) { QTest::mouseMove(window, window->mapFromGlobal(grabbed + way)); };
+    QTest::mousePress(window, Qt::LeftButton, {}, QPoint(500, 400));
+    for (const QPoint way : {QPoint(40, 30), QPoint(2, 1), QPoint(0, 0), QPoint(-1, 0)}) {
+        moveTo(way);
+        EXPECT_EQ(frame->pos(), QPoint(40, 20) + way) << way.x() << ' ' << way.y();
+    }
+    QTest::mouseRelease(window, Qt::LeftButton, {}, window->mapFromGlobal(grabbed + QPoint(-1, 0)));
+}
+
 TEST_F(Background, ControlsDoNotMoveTheWindow) {
     frame->move(40, 20);
     for (QWidget* control : std::initializer_list<QWidget*>{&setName(), &eqMode(), &showPlot(), &flag(3)}) {

@@ -11,8 +11,8 @@ class SliderCap : public BitmapSliderTest {
     /// What is seen around a pixel, as far as the cap covers it whatever lies below.
     [[nodiscard]] QImage seenAt(int pixel) const {
         const QImage picture = slider_->grab().toImage();
-        return partOf(picture, slider_->isVertical() ? QRect(6, pixel - 5, 16, 11)
-                                                     : QRect(pixel - 5, 6, 11, 16));
+        return partOf(picture,
+                      slider_->isVertical() ? QRect(6, pixel - 5, 16, 11) : QRect(pixel - 5, 6, 11, 16));
     }
     void lie() {
         delete slider_;
