@@ -68,12 +68,12 @@ TEST_P(ChartDrawing, ALineIsWhereItsPointsAre) {
     }
 }
 
-TEST_P(ChartDrawing, NothingIsDrawnOutsideTheBox) {
+TEST_P(ChartDrawing, LinesAndMarksOfPointsOutsideStayInTheBox) {
     DataStyle style;
     style.lineSize = 9;
     style.marker = MarkerShape::square;
     style.markerSize = 30;
-    add({-5, 0, 5, 10, 15}, {-5, 10, -5, 12, 0}, style);
+    add({-5, -1, 5, 11, 15}, {-5, 10, -5, 12, 0}, style);
     const QImage picture = image();
     EXPECT_GT(redPixels(picture), 0);
     const QRectF box = layout().box;

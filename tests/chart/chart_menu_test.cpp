@@ -181,5 +181,17 @@ TEST_F(ChartMenu, SettingsOpenTheDialogOfTheChart) {
     settings->reject();
 }
 
+TEST_F(ChartMenu, ShiftF10OpensItWithinTheChart) {
+    view_.setFocus();
+    QTest::keyClick(&view_, Qt::Key_F10, Qt::ShiftModifier);
+    auto* const opened = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+    ASSERT_NE(opened, nullptr);
+    EXPECT_EQ(entries(*opened).first(), "Settings...");
+    EXPECT_TRUE(QRect(view_.mapToGlobal(QPoint()), view_.size()).contains(opened->pos()));
+    opened->close();
+    QTest::keyClick(&view_, Qt::Key_F10);
+    EXPECT_EQ(QApplication::activePopupWidget(), nullptr) << "without Shift it is another key";
+}
+
 }  // namespace
 }  // namespace tessavo

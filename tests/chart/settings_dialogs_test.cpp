@@ -7,7 +7,7 @@
 #include <QTest>
 #include <gtest/gtest.h>
 
-#include "chart/chart_helpers.h"
+#include "chart/settings_fixture.h"
 #include "plot/chart/axis_settings.h"
 #include "plot/chart/data_settings_dialog.h"
 #include "plot/chart/image_plot_settings_dialog.h"
@@ -20,19 +20,10 @@ namespace {
 using chart_test::addXy;
 using chart_test::button;
 using chart_test::byName;
+using chart_test::click;
+using chart_test::SettingsDialogs;
 using chart_test::shows;
-
-void type(QLineEdit* edit, const QString& text) {
-    ASSERT_NE(edit, nullptr);
-    edit->setFocus();
-    edit->selectAll();
-    QTest::keyClicks(edit, text);
-}
-
-void click(QAbstractButton* clicked) {
-    ASSERT_NE(clicked, nullptr);
-    QTest::mouseClick(clicked, Qt::LeftButton);
-}
+using chart_test::type;
 
 QStringList itemsOf(const QComboBox* combo) {
     QStringList items;
@@ -60,19 +51,6 @@ QStringList tabStops(QDialog& dialog) {
     }
     return stops;
 }
-
-class SettingsDialogs : public testing::Test {
- protected:
-    SettingsDialogs() { setUpResponseAxes(chart_); }
-
-    void open(QDialog& dialog) {
-        dialog.show();
-        ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
-    }
-
-    chart_test::FakeHost host_;
-    CXYChart chart_;
-};
 
 // --- axes
 
@@ -170,15 +148,15 @@ TEST_F(SettingsDialogs, FrequencyAxisCanBeMadeLinearAndBack) {
     CAxisSettings linear(chart_, host_);
     open(linear);
     click(button(linear, "Next >>"));
-    ASSERT_TRUE(button(linear, "Logarithmic scale")->isChecked());
-    button(linear, "Logarithmic scale")->setChecked(false);
+    ASSERT_TRUE(button(linear, "Logarithmic scale (Bottom Axis)")->isChecked());
+    button(linear, "Logarithmic scale (Bottom Axis)")->setChecked(false);
     click(button(linear, "OK"));
     EXPECT_EQ(chart_.axis(AxisSide::bottom).scale(), AxisScale::linear);
     EXPECT_EQ(chart_.axis(AxisSide::bottom).range(), (AxisRange{20, 20000}));
     CAxisSettings back(chart_, host_);
     open(back);
     click(button(back, "Next >>"));
-    button(back, "Logarithmic scale")->setChecked(true);
+    button(back, "Logarithmic scale (Bottom Axis)")->setChecked(true);
     click(button(back, "OK"));
     EXPECT_EQ(chart_.axis(AxisSide::bottom).scale(), AxisScale::logarithmic);
 }
@@ -186,7 +164,7 @@ TEST_F(SettingsDialogs, FrequencyAxisCanBeMadeLinearAndBack) {
 TEST_F(SettingsDialogs, AnAxisWithLimitsBelowZeroStaysLinear) {
     CAxisSettings dialog(chart_, host_);
     open(dialog);
-    button(dialog, "Logarithmic scale")->setChecked(true);
+    button(dialog, "Logarithmic scale (Left Axis)")->setChecked(true);
     click(button(dialog, "OK"));
     ASSERT_EQ(host_.messages.size(), 1U);
     EXPECT_EQ(host_.messages[0], rangeFaultText(RangeFault::notPositive));
@@ -262,7 +240,7 @@ TEST_F(SettingsDialogs, AxisDialogCanBeWalkedWithTab) {
                                "Y Range Min",
                                "Y Range Max",
                                "Y Range Auto range",
-                               "Logarithmic scale",
+                               "Logarithmic scale (Left Axis)",
                                "Number of major ticks",
                                "Number of minor ticks",
                                "Tick marks",

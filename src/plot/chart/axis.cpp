@@ -123,6 +123,7 @@ void CAxis::setLook(const AxisLook& look) {
     look_ = look;
     look_.majorTicks = std::clamp(look.majorTicks, 0, AxisLook::mostMajorTicks);
     look_.minorTicks = std::clamp(look.minorTicks, 0, AxisLook::mostMinorTicks);
+    wasShown_ = wasShown_ || isShown();
 }
 
 bool CAxis::fit(std::optional<AxisRange> extent, bool exact) {

@@ -34,7 +34,7 @@ struct AxisLook {
     bool minorGrid = false;
     TickSteps steps = TickSteps::decimal;
     LabelForm labels = LabelForm::plain;
-    QString title;  ///< the unit where there is one; the readout shows it behind the value
+    QString title;
     QFont titleFont;
     QFont labelFont;
 
@@ -50,11 +50,16 @@ class CAxis {
     [[nodiscard]] bool isVertical() const { return side_ == AxisSide::left || side_ == AxisSide::right; }
     [[nodiscard]] QString name() const;  ///< "Left Axis" and so on
     [[nodiscard]] bool isShown() const { return look_.majorTicks > 0; }
+    /// Whether it is shown or once was, so that its settings lead back to it.
+    [[nodiscard]] bool wasShown() const { return wasShown_; }
 
     [[nodiscard]] const AxisRange& range() const { return range_; }
     [[nodiscard]] AxisScale scale() const { return scale_; }
     [[nodiscard]] bool isAutomatic() const { return automatic_; }
     [[nodiscard]] const AxisLook& look() const { return look_; }
+    /// What its values count in, as the readout shows it behind a value; empty for a plain number.
+    [[nodiscard]] const QString& unit() const { return unit_; }
+    void setUnit(const QString& unit) { unit_ = unit; }
 
     [[nodiscard]] static RangeFault check(AxisRange range, AxisScale scale);
 
@@ -86,6 +91,8 @@ class CAxis {
     AxisScale scale_ = AxisScale::linear;
     AxisRange range_;
     bool automatic_ = true;
+    bool wasShown_ = false;
+    QString unit_;
     AxisLook look_;
 };
 

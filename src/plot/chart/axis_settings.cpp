@@ -2,6 +2,7 @@
 
 #include <QGridLayout>
 #include <algorithm>
+#include <iterator>
 
 #include "controls/theme.h"
 #include "plot/chart/number_text.h"
@@ -28,11 +29,10 @@ CAxisSettings::CAxisSettings(CChart& chart, IChartHost& host, QWidget* parent)
             chart.axis(AxisSide::top)},
       name_(makeLabel({}, this)),
       counter_(makeLabel({}, this)) {
-    std::ranges::copy_if(allAxisSides, std::back_inserter(shown_),
-                         [&chart](AxisSide side) { return chart.axis(side).isShown(); });
-    if (shown_.empty()) {
-        shown_ = {AxisSide::left, AxisSide::bottom};
-    }
+    std::ranges::copy_if(allAxisSides, std::back_inserter(shown_), [&chart](AxisSide side) {
+        const bool primary = side == AxisSide::left || side == AxisSide::bottom;
+        return primary || chart.axis(side).wasShown();
+    });
     name_->setFont(theme::font(13, QFont::Medium));
     name_->setColors(QColor(theme::text));
 
@@ -99,18 +99,16 @@ CAxisSettings::RangeRow CAxisSettings::makeRow(const QString& name, QWidget* par
 }
 
 CAxis& CAxisSettings::axisOf(bool vertical) {
-    CAxis& axis = current();
-    if (axis.isVertical() == vertical) {
-        return axis;
-    }
-    return axes_[static_cast<std::size_t>(vertical ? AxisSide::left : AxisSide::bottom)];
+    const AxisSide partner = vertical ? AxisSide::left : AxisSide::bottom;
+    const AxisSide side = current().isVertical() == vertical ? current().side() : partner;
+    return axes_[static_cast<std::size_t>(chart_.leaderOf(side))];
 }
 
 void CAxisSettings::showRange(const RangeRow& row, const CAxis& axis) {
     row.minimum->setText(limitText(axis.range().minimum));
     row.maximum->setText(limitText(axis.range().maximum));
-    row.minimum->setAccessibleDescription(axis.look().title);
-    row.maximum->setAccessibleDescription(axis.look().title);
+    row.minimum->setAccessibleDescription(axis.unit());
+    row.maximum->setAccessibleDescription(axis.unit());
     row.automatic->setChecked(axis.isAutomatic());
     row.minimum->setDisabled(axis.isAutomatic());
     row.maximum->setDisabled(axis.isAutomatic());
@@ -123,7 +121,9 @@ void CAxisSettings::showCurrent() {
     counter_->setText(QStringLiteral("Axis %1 of %2").arg(place_ + 1).arg(shown_.size()));
     showRange(xRange_, axisOf(false));
     showRange(yRange_, axisOf(true));
-    logarithmic_->setChecked(axis.scale() == AxisScale::logarithmic);
+    const CAxis& ranged = axisOf(axis.isVertical());
+    logarithmic_->setText(QStringLiteral("Logarithmic scale (%1)").arg(ranged.name()));
+    logarithmic_->setChecked(ranged.scale() == AxisScale::logarithmic);
     majorTicks_->setValue(look.majorTicks);
     minorTicks_->setValue(look.minorTicks);
     tickMarks_->setChecked(look.tickMarks);
@@ -155,16 +155,17 @@ bool CAxisSettings::takeRange(const RangeRow& row, CAxis& axis, AxisScale scale)
 
 bool CAxisSettings::takeCurrent() {
     CAxis& axis = current();
+    CAxis& ranged = axisOf(axis.isVertical());
     CAxis& partner = axisOf(!axis.isVertical());
     const RangeRow& row = axis.isVertical() ? yRange_ : xRange_;
     const RangeRow& partnerRow = axis.isVertical() ? xRange_ : yRange_;
     const AxisScale scale = logarithmic_->isChecked() ? AxisScale::logarithmic : AxisScale::linear;
-    const CAxis before = axis;
-    if (!takeRange(row, axis, scale)) {
+    const CAxis before = ranged;
+    if (!takeRange(row, ranged, scale)) {
         return false;
     }
     if (!takeRange(partnerRow, partner, partner.scale())) {
-        axis = before;
+        ranged = before;
         return false;
     }
     AxisLook look = axis.look();

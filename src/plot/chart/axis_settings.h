@@ -7,8 +7,8 @@
 
 namespace tessavo {
 
-/// "Axis Settings": steps through the shown axes with their ranges, scale, ticks and titles. Nothing changes
-/// in the chart before OK, and a range that cannot be shown changes nothing at all.
+/// "Axis Settings": steps through the axes that are or were shown with their ranges, scale, ticks and titles.
+/// Nothing changes in the chart before OK, and a range that cannot be shown changes nothing at all.
 class CAxisSettings : public SettingsDialog {
     Q_OBJECT
 
@@ -29,7 +29,8 @@ class CAxisSettings : public SettingsDialog {
 
     [[nodiscard]] RangeRow makeRow(const QString& name, QWidget* parent);
     [[nodiscard]] CAxis& current() { return axes_[static_cast<std::size_t>(shown_[place_])]; }
-    /// The axis whose range stands in a row: the one in hand, or its partner.
+    /// The axis whose range stands in a row: the one in hand or its partner, or the one across that it
+    /// follows.
     [[nodiscard]] CAxis& axisOf(bool vertical);
     void showCurrent();
     static void showRange(const RangeRow& row, const CAxis& axis);

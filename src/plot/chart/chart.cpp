@@ -103,6 +103,16 @@ bool CChart::setDataSetStyle(int identifier, const DataStyle& style) {
     return true;
 }
 
+bool CChart::setDataSetLimits(int identifier, const ValueLimits& limits) {
+    CChartData* const data = find(identifier);
+    if (data == nullptr) {
+        return false;
+    }
+    data->limits = limits;
+    refitAfter(false);
+    return true;
+}
+
 bool CChart::setDataSetAxes(int identifier, AxisSide x, AxisSide y) {
     CChartData* const data = find(identifier);
     if (data == nullptr || axis(x).isVertical() || !axis(y).isVertical()) {
@@ -146,15 +156,25 @@ RangeFault CChart::setRange(AxisSide side, AxisRange range) {
     return fault;
 }
 
+AxisSide CChart::leaderOf(AxisSide side) const {
+    const AxisSide across = opposite(side);
+    const bool secondary = side == AxisSide::right || side == AxisSide::top;
+    const bool follows = axis(side).isAutomatic() && !isUsed(side) && (secondary || isUsed(across));
+    return follows ? across : side;
+}
+
 void CChart::setAutoRange(bool automatic) {
     for (CAxis& axis : axes_) {
-        axis.setAutomatic(automatic);
+        // "Automatic" means for a follower that it follows; the one across takes over where it is not.
+        if (automatic || leaderOf(axis.side()) == axis.side()) {
+            axis.setAutomatic(automatic);
+        }
     }
     refitAfter(true);
 }
 
 bool CChart::isAutoRange() const {
-    return axis(AxisSide::left).isAutomatic() && axis(AxisSide::bottom).isAutomatic();
+    return axis(leaderOf(AxisSide::left)).isAutomatic() && axis(leaderOf(AxisSide::bottom)).isAutomatic();
 }
 
 void CChart::setTitle(const QString& title, const QFont& font) {
@@ -174,10 +194,8 @@ void CChart::refitAfter(bool layoutTouched) {
     }
     // An axis without data of its own shows what the one across shows.
     for (CAxis& mirror : axes_) {
-        const CAxis& across = axis(opposite(mirror.side()));
-        const bool secondary = mirror.side() == AxisSide::right || mirror.side() == AxisSide::top;
-        if (mirror.isAutomatic() && !isUsed(mirror.side()) && (secondary || isUsed(across.side())) &&
-            (mirror.range() != across.range() || mirror.scale() != across.scale())) {
+        const CAxis& across = axis(leaderOf(mirror.side()));
+        if (mirror.range() != across.range() || mirror.scale() != across.scale()) {
             changed |= mirror.setScale(across.scale()) == RangeFault::none &&
                        mirror.setRange(across.range()) == RangeFault::none;
             mirror.setAutomatic(true);

@@ -46,6 +46,8 @@ class CChart : public QObject {
     virtual bool setDataSetColor(int identifier, QRgb color);
     /// Numbers outside their limits are clamped.
     virtual bool setDataSetStyle(int identifier, const DataStyle& style);
+    /// Values of y that these limits do not hold stay in the data set and in its file, but are not shown.
+    virtual bool setDataSetLimits(int identifier, const ValueLimits& limits);
     /// \param x bottom or top \param y left or right
     virtual bool setDataSetAxes(int identifier, AxisSide x, AxisSide y);
     [[nodiscard]] const std::vector<CChartData>& dataSets() const { return dataSets_; }
@@ -59,9 +61,13 @@ class CChart : public QObject {
     virtual void setAxis(const CAxis& axis);
     /// Fixed range of one axis; after a fault the chart is as before.
     RangeFault setRange(AxisSide side, AxisRange range);
-    /// All axes follow the data from now on, or stay where they are.
+    /// All axes follow the data from now on, or stay where they are. Those that show what the one across
+    /// shows go on doing so.
     void setAutoRange(bool automatic);
     [[nodiscard]] bool isAutoRange() const;
+    /// The axis whose range and scale this one shows: the one across while it has no data of its own and was
+    /// not given a range of its own, else itself.
+    [[nodiscard]] AxisSide leaderOf(AxisSide side) const;
     [[nodiscard]] const QString& title() const { return title_; }
     [[nodiscard]] const QFont& titleFont() const { return titleFont_; }
     void setTitle(const QString& title, const QFont& font);

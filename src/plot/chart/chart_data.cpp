@@ -40,10 +40,11 @@ DataStyle clamped(DataStyle style) {
     return style;
 }
 
-std::optional<AxisRange> extentOf(std::span<const double> values, bool aboveZeroOnly) {
+std::optional<AxisRange> extentOf(std::span<const double> values, bool aboveZeroOnly,
+                                  const ValueLimits& limits) {
     std::optional<AxisRange> extent;
     for (const double value : values) {
-        if (!std::isfinite(value) || (aboveZeroOnly && value <= 0)) {
+        if (!limits.hold(value) || (aboveZeroOnly && value <= 0)) {
             continue;
         }
         if (!extent) {

@@ -2,6 +2,7 @@
 
 #include <QColor>
 #include <cstddef>
+#include <limits>
 #include <optional>
 #include <span>
 #include <vector>
@@ -35,10 +36,21 @@ struct DataStyle {
     friend bool operator==(const DataStyle&, const DataStyle&) = default;
 };
 
+/// Values between which data mean something; the limits themselves stand for none, as the ends of a whole
+/// number do where it could not hold the result.
+struct ValueLimits {
+    double lowest = -std::numeric_limits<double>::infinity();
+    double highest = std::numeric_limits<double>::infinity();
+
+    /// Never a value that is not finite.
+    [[nodiscard]] bool hold(double value) const { return value > lowest && value < highest; }
+};
+
 /// One data set: a block of values with its dimensions, and how it is drawn.
 ///
 /// Plane curves have two dimensions of which the first has size 2: n x values, then n y values. Values that
-/// are not finite are kept, saved and skipped when drawing.
+/// are not finite, or y values that the limits do not hold, are kept, saved and skipped when drawing and when
+/// an axis follows the data.
 class CChartData {
  public:
     /// \return nothing unless every dimension is at least 0 and their product is the number of values
@@ -55,11 +67,12 @@ class CChartData {
         return values().subspan(pointCount(), pointCount());
     }
 
-    /// Takes the values of another data set and keeps identifier, style and axes.
+    /// Takes the values of another data set and keeps identifier, style, limits and axes.
     void takeValues(CChartData&& other);
 
     int identifier = -1;
     DataStyle style;
+    ValueLimits limits;                 ///< of the y values
     AxisSide xAxis = AxisSide::bottom;  ///< bottom or top
     AxisSide yAxis = AxisSide::left;    ///< left or right
 
@@ -73,7 +86,9 @@ class CChartData {
 /// Style with every number brought into its limits.
 [[nodiscard]] DataStyle clamped(DataStyle style);
 
-/// Smallest and largest finite value, only those above zero when asked; nothing without any.
-[[nodiscard]] std::optional<AxisRange> extentOf(std::span<const double> values, bool aboveZeroOnly);
+/// Smallest and largest finite value within the limits, only those above zero when asked; nothing without
+/// any.
+[[nodiscard]] std::optional<AxisRange> extentOf(std::span<const double> values, bool aboveZeroOnly,
+                                                const ValueLimits& limits = {});
 
 }  // namespace tessavo

@@ -17,6 +17,7 @@ constexpr double leastRight = 22;
 constexpr double leastBottom = 50;
 constexpr double leastBox = 8;
 constexpr double markLength = 4;
+constexpr double titleGap = 7;  ///< of the titles' row from what stands below it
 
 double widestLabel(const std::vector<PlacedTick>& ticks) {
     double width = 0;
@@ -51,8 +52,32 @@ QRectF keptInside(QRectF label, const QRectF& outer) {
     return label;
 }
 
-QRectF labelPlace(const CAxis& axis, const QRectF& box, double position, QSizeF size) {
+double textHeight(const QFont& font) {
+    return QFontMetricsF(font).height();
+}
+
+bool hasLabels(const CAxis& axis) {
+    return axis.isShown() && axis.look().tickLabels;
+}
+
+/// How far the outermost labels of the upright axes reach above and below the box.
+double overhang(std::span<const CAxis> axes) {
+    double reach = 0;
+    for (const CAxis& axis : axes) {
+        if (axis.isVertical() && hasLabels(axis)) {
+            reach = std::max(reach, std::ceil(textHeight(axis.look().labelFont) / 2));
+        }
+    }
+    return reach;
+}
+
+/// Distance of an axis' labels from the box; those of a level axis keep clear of the upright ones' overhang.
+double labelDistance(const CAxis& axis, double overhang) {
     const double gap = textMargin + (axis.look().tickMarks ? markLength : 0);
+    return axis.isVertical() ? gap : std::max(gap, overhang);
+}
+
+QRectF labelPlace(const CAxis& axis, const QRectF& box, double position, QSizeF size, double gap) {
     switch (axis.side()) {
         case AxisSide::left:
             return {{box.left() - gap - size.width(), position - size.height() / 2}, size};
@@ -66,7 +91,16 @@ QRectF labelPlace(const CAxis& axis, const QRectF& box, double position, QSizeF 
     return {};
 }
 
-std::vector<PlacedTick> placedWith(const CAxis& axis, int maxMajor, const QRectF& outer, const QRectF& box) {
+/// What the ticks of one axis are placed into.
+struct Surroundings {
+    QRectF outer;
+    QRectF box;
+    double overhang = 0;
+};
+
+std::vector<PlacedTick> placedWith(const CAxis& axis, int maxMajor, const Surroundings& around) {
+    const QRectF& box = around.box;
+    const double gap = labelDistance(axis, around.overhang);
     const TickSet set = axis.ticks(maxMajor);
     const QFontMetricsF metrics(axis.look().labelFont);
     std::vector<PlacedTick> placed;
@@ -79,19 +113,19 @@ std::vector<PlacedTick> placedWith(const CAxis& axis, int maxMajor, const QRectF
         if (tick.labelled && axis.look().tickLabels) {
             place.label = tickLabel(tick.value, set.resolution, axis.look().labels);
             const QSizeF size(metrics.horizontalAdvance(place.label), metrics.height());
-            place.labelBox = keptInside(labelPlace(axis, box, place.position, size), outer);
+            place.labelBox = keptInside(labelPlace(axis, box, place.position, size, gap), around.outer);
         }
         placed.push_back(std::move(place));
     }
     return placed;
 }
 
-std::vector<PlacedTick> placedFor(const CAxis& axis, const QRectF& outer, const QRectF& box) {
+std::vector<PlacedTick> placedFor(const CAxis& axis, const Surroundings& around) {
     if (!axis.isShown()) {
         return {};
     }
     for (int maxMajor = axis.look().majorTicks; maxMajor > 0; --maxMajor) {
-        std::vector<PlacedTick> ticks = placedWith(axis, maxMajor, outer, box);
+        std::vector<PlacedTick> ticks = placedWith(axis, maxMajor, around);
         if (!labelsTouch(ticks, axis.isVertical())) {
             return ticks;
         }
@@ -99,29 +133,54 @@ std::vector<PlacedTick> placedFor(const CAxis& axis, const QRectF& outer, const 
     return {};
 }
 
-double textHeight(const QFont& font) {
-    return QFontMetricsF(font).height();
+/// In a chart too small for its labels those of one axis reach those of another: the later ones give way.
+void dropOverlapping(ChartLayout& layout) {
+    std::vector<QRectF> kept;
+    for (std::vector<PlacedTick>& ticks : layout.ticks) {
+        const std::size_t others = kept.size();
+        for (PlacedTick& placed : ticks) {
+            const auto meets = [&placed](const QRectF& other) { return other.intersects(placed.labelBox); };
+            if (!placed.label.isEmpty() &&
+                std::any_of(kept.begin(), kept.begin() + static_cast<std::ptrdiff_t>(others), meets)) {
+                placed.label.clear();
+                placed.labelBox = {};
+            }
+            if (!placed.label.isEmpty()) {
+                kept.push_back(placed.labelBox);
+            }
+        }
+    }
 }
 
 /// Space that marks and labels of a horizontal axis take beside the box.
-double labelDepth(const CAxis& axis) {
+double labelDepth(const CAxis& axis, double overhang) {
     const AxisLook& look = axis.look();
     const double marks = look.tickMarks ? markLength : 0;
-    return axis.isShown() && look.tickLabels ? marks + textMargin + textHeight(look.labelFont) : marks;
+    return hasLabels(axis) ? labelDistance(axis, overhang) + textHeight(look.labelFont) : marks;
 }
 
 double titleHeight(const CAxis& axis) {
     return axis.isShown() && !axis.look().title.isEmpty() ? textHeight(axis.look().titleFont) : 0;
 }
 
-/// Space above the box: the labels of the top axis and, above them, one row for the titles of three axes.
-double topDepth(std::span<const CAxis> axes) {
-    double labels = 0;
-    double titles = 0;
+/// Space that labels take above the box: those of the top axis, and the upper halves of the upright ones as
+/// far as the usual distance of the titles does not hold them.
+double labelsAbove(std::span<const CAxis> axes) {
+    const double reach = overhang(axes);
+    double labels = std::max(0.0, reach - titleGap);
     for (const CAxis& axis : axes) {
         if (axis.side() == AxisSide::top && axis.isShown()) {
-            labels = labelDepth(axis);
+            labels = std::max(labels, labelDepth(axis, reach));
         }
+    }
+    return labels;
+}
+
+/// Space above the box: labels and, above them, one row for the titles of three axes.
+double topDepth(std::span<const CAxis> axes) {
+    const double labels = labelsAbove(axes);
+    double titles = 0;
+    for (const CAxis& axis : axes) {
         if (axis.side() != AxisSide::bottom) {
             titles = std::max(titles, titleHeight(axis));
         }
@@ -205,7 +264,7 @@ void drawTitle(QPainter& painter, const ChartLayout& layout, const CAxis& axis, 
     const double room = outer.width() * (axis.side() == AxisSide::bottom ? 0.9 : 0.3);
     const QString title = metrics.elidedText(look.title, Qt::ElideRight, room);
     QRectF place({0, 0}, QSizeF(metrics.horizontalAdvance(title), metrics.height()));
-    const double row = box.top() - 7 - rowDepth;
+    const double row = box.top() - titleGap - rowDepth;
     switch (axis.side()) {
         case AxisSide::left:
             place.moveBottomRight({box.left() - textMargin, row});
@@ -255,13 +314,14 @@ void drawHairline(QPainter& painter, QPointF from, QPointF to, QRgb color) {
 
 QRectF boxInside(const QRectF& outer, std::span<const CAxis> axes, const QString& title,
                  const QFont& titleFont) {
+    const double reach = overhang(axes);
     double left = leastLeft;
     double top = leastTop;
     double right = leastRight;
     double bottom = leastBottom;
     for (const CAxis& axis : axes) {
         if (axis.side() == AxisSide::bottom) {
-            bottom = std::max(bottom, labelDepth(axis) + titleHeight(axis) + 12);
+            bottom = std::max(bottom, labelDepth(axis, reach) + titleHeight(axis) + 12);
         }
     }
     top = std::max(top, topDepth(axes));
@@ -277,7 +337,8 @@ QRectF boxInside(const QRectF& outer, std::span<const CAxis> axes, const QString
             continue;
         }
         const double marks = axis.look().tickMarks ? markLength : 0;
-        const double width = widestLabel(placedFor(axis, anywhere, upright)) + textMargin + marks + 6;
+        const double width =
+            widestLabel(placedFor(axis, {anywhere, upright, reach})) + textMargin + marks + 6;
         double& side = axis.side() == AxisSide::left ? left : right;
         side = std::max(side, width);
     }
@@ -290,8 +351,9 @@ ChartLayout placeTicks(const QRectF& outer, const QRectF& box, std::span<const C
     layout.outer = outer;
     layout.box = box;
     for (const CAxis& axis : axes) {
-        layout.ticks[static_cast<std::size_t>(axis.side())] = placedFor(axis, outer, box);
+        layout.ticks[static_cast<std::size_t>(axis.side())] = placedFor(axis, {outer, box, overhang(axes)});
     }
+    dropOverlapping(layout);
     return layout;
 }
 
@@ -315,10 +377,7 @@ void drawFrame(QPainter& painter, const ChartLayout& layout, std::span<const CAx
     drawHairline(painter, {box.left(), inner.y()}, {box.right(), inner.y()}, chart_colors::majorGrid);
     drawHairline(painter, box.topLeft(), {box.left(), box.bottom()}, chart_colors::majorGrid);
     drawHairline(painter, {inner.x(), box.top()}, {inner.x(), box.bottom()}, chart_colors::majorGrid);
-    double topLabels = 0;
-    for (const CAxis& axis : axes) {
-        topLabels = axis.side() == AxisSide::top && axis.isShown() ? labelDepth(axis) : topLabels;
-    }
+    const double topLabels = labelsAbove(axes);
     for (const CAxis& axis : axes) {
         if (axis.look().tickMarks) {
             drawMarks(painter, layout, axis);

@@ -45,9 +45,14 @@ void drawReadout(QPainter& painter, const ChartReadout& readout, const QRectF& b
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setClipRect(box);
     drawHairline(painter, {readout.point.x(), box.top()}, {readout.point.x(), box.bottom()}, theme::edge);
-    painter.setPen(QPen(QColor(chart_colors::box), 2));
-    painter.setBrush(QColor(theme::text));
-    painter.drawEllipse(readout.point, 4, 4);
+    // On the edge the mark is seen whole; beyond it is none.
+    painter.setClipping(false);
+    if (box.adjusted(-0.5, -0.5, 0.5, 0.5).contains(readout.point)) {
+        painter.setPen(QPen(QColor(chart_colors::box), 2));
+        painter.setBrush(QColor(theme::text));
+        painter.drawEllipse(readout.point, 4, 4);
+    }
+    painter.setClipRect(box);
     painter.setPen(QPen(QColor(theme::edge), 1));
     painter.setBrush(QColor(theme::card));
     painter.drawRoundedRect(frame.toAlignedRect().toRectF().adjusted(0.5, 0.5, -0.5, -0.5), 4, 4);
@@ -167,6 +172,10 @@ void CChartView::keyPressEvent(QKeyEvent* event) {
     const QRectF box = chart_.layoutFor(rect()).box;
     const double step = event->modifiers().testFlag(Qt::ControlModifier) ? 20 : 1;
     QPointF place = pointer_.value_or(box.center());
+    if (event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier) {
+        openMenu(mapToGlobal(place.toPoint()));
+        return;
+    }
     switch (event->key()) {
         case Qt::Key_Left:
             place.rx() -= step;
@@ -201,9 +210,13 @@ void CChartView::focusOutEvent(QFocusEvent* event) {
 }
 
 void CChartView::contextMenuEvent(QContextMenuEvent* event) {
+    openMenu(event->globalPos());
+}
+
+void CChartView::openMenu(QPoint globalPlace) {
     QMenu* const menu = makeChartMenu(chart_, *this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
-    menu->popup(event->globalPos());
+    menu->popup(globalPlace);
 }
 
 void CChartView::openSettings() {

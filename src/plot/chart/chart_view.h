@@ -15,7 +15,7 @@ namespace tessavo {
 /// Everything is drawn into a buffer at the screen's scale and copied to the screen in one step; axes, grids
 /// and labels are kept and drawn again only when they change. However many curves arrive between two paints,
 /// the last one is painted, once. With the focus, Left and Right move the readout, Home and End take it to
-/// the ends.
+/// the ends, Shift+F10 opens the context menu.
 class CChartView : public QWidget {
     Q_OBJECT
 
@@ -46,6 +46,7 @@ class CChartView : public QWidget {
  private:
     [[nodiscard]] std::optional<ChartReadout> readout() const;
     void setPointer(std::optional<QPointF> pointer);
+    void openMenu(QPoint globalPlace);
     void renewFrame();
     void tellReadout();
 

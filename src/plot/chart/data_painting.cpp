@@ -14,6 +14,12 @@ bool hasPlace(QPointF point) {
     return !std::isnan(point.x());
 }
 
+/// Whether a point belongs into the box; what stands on its edge does.
+bool standsIn(const QRectF& box, QPointF point) {
+    constexpr double edge = 0.5;
+    return box.adjusted(-edge, -edge, edge, edge).contains(point);
+}
+
 /// Stretches of points that a line connects.
 std::vector<QPolygonF> unbrokenRuns(const QPolygonF& points) {
     std::vector<QPolygonF> runs;
@@ -115,12 +121,10 @@ void drawBars(QPainter& painter, const QPolygonF& points, double floorY, const D
 
 void drawMarkers(QPainter& painter, const QPolygonF& points, const DataStyle& style, MarkerShape shape,
                  const QRectF& box) {
-    const double reach = style.markerSize;
-    const QRectF near = box.adjusted(-reach, -reach, reach, reach);
     const auto count = static_cast<std::size_t>(points.size());
     for (const std::size_t n : markedPoints(count, style.markerFrequency, style.markerCount)) {
         const QPointF& point = points[static_cast<qsizetype>(n)];
-        if (hasPlace(point) && near.contains(point)) {
+        if (hasPlace(point) && standsIn(box, point)) {
             drawMarker(painter, point, shape, style.markerSize, style.color);
         }
     }
@@ -136,7 +140,7 @@ QPolygonF placedPoints(const CChartData& data, const CAxis& xAxis, const CAxis& 
     for (std::size_t n = 0; n < data.pointCount(); ++n) {
         const double x = xAxis.fraction(data.xValues()[n]);
         const double y = yAxis.fraction(data.yValues()[n]);
-        const bool placed = !std::isnan(x) && !std::isnan(y);
+        const bool placed = !std::isnan(x) && !std::isnan(y) && data.limits.hold(data.yValues()[n]);
         points.append(placed ? layout.point(x, y) : QPointF(nowhere, nowhere));
     }
     return points;
@@ -217,10 +221,17 @@ std::vector<std::size_t> markedPoints(std::size_t pointCount, MarkerFrequency fr
 
 void drawDataSet(QPainter& painter, const QPolygonF& points, double floorY, const DataStyle& style,
                  const QRectF& box) {
+    painter.save();
+    painter.setClipRect(box, Qt::IntersectClip);
+    std::vector<QPointF> lone;
     switch (style.type) {
         case ChartType::xyLine:
             for (const QPolygonF& run : unbrokenRuns(points)) {
-                drawLine(painter, run, floorY, style, box);
+                if (run.size() == 1) {
+                    lone.push_back(run.first());
+                } else {
+                    drawLine(painter, run, floorY, style, box);
+                }
             }
             break;
         case ChartType::histogram:
@@ -228,6 +239,13 @@ void drawDataSet(QPainter& painter, const QPolygonF& points, double floorY, cons
             break;
         case ChartType::xyScatter:
             break;
+    }
+    painter.restore();
+    // A mark on the edge is seen whole, so that its shape can be told.
+    for (const QPointF& point : lone) {
+        if (standsIn(box, point)) {
+            drawMarker(painter, point, MarkerShape::filled, style.lineSize * 2.0, style.color);
+        }
     }
     MarkerShape shape = style.marker;
     // Scattered points without a marker would be invisible.

@@ -13,7 +13,8 @@ namespace tessavo {
 [[nodiscard]] QPolygonF placedPoints(const CChartData& data, const CAxis& xAxis, const CAxis& yAxis,
                                      const ChartLayout& layout);
 
-/// Draws one x/y data set in its style.
+/// Draws one x/y data set in its style: lines and bars within the box, and whole the marks of the points that
+/// stand in it.
 /// \param floorY where bars and shading start
 void drawDataSet(QPainter& painter, const QPolygonF& points, double floorY, const DataStyle& style,
                  const QRectF& box);

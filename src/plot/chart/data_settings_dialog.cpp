@@ -60,6 +60,7 @@ void CDataSettingsDialog::layOut() {
     lineGrid->addWidget(swatch_, 0, 2);
     lineGrid->addWidget(colorButton_, 0, 3);
     swatch_->setFixedSize(16, 16);
+    swatch_->setAccessibleName(QStringLiteral("Color"));
     lineGrid->addWidget(makeLabel(QStringLiteral("Line style"), lines), 1, 0);
     lineGrid->addWidget(lineStyle_, 1, 1);
     lineGrid->addWidget(makeLabel(QStringLiteral("Line size"), lines), 2, 0);
@@ -101,6 +102,7 @@ void CDataSettingsDialog::nameFrequencies() {
 
 void CDataSettingsDialog::showColor() {
     swatch_->setColors(QColor(theme::text), QColor(color_));
+    swatch_->setAccessibleDescription(QColor(color_).name());
 }
 
 void CDataSettingsDialog::showCurrent() {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <vector>
 
 #include "dsp/saturate.h"
 #include "plot/chart/number_text.h"
@@ -76,20 +77,71 @@ void CImageChart::drawData(QPainter& painter, const ChartLayout& layout) const {
     if (image().isNull()) {
         return;
     }
-    const QSizeF cells = image().size();
-    const auto place = [&](double column, double row) {
-        return layout.point(axis(AxisSide::bottom).fraction(column), axis(AxisSide::left).fraction(row));
-    };
-    const QRectF target(place(0, cells.height()), place(cells.width(), 0));
     painter.save();
     painter.setClipRect(layout.box, Qt::IntersectClip);
     painter.setRenderHint(QPainter::SmoothPixmapTransform, false);
-    painter.drawImage(target, image());
+    if (axis(AxisSide::bottom).scale() == AxisScale::logarithmic ||
+        axis(AxisSide::left).scale() == AxisScale::logarithmic) {
+        drawCurved(painter, layout);
+    } else {
+        drawStraight(painter, layout);
+    }
     // The image covers what stands below; the grid belongs on top of it.
     for (const CAxis& axis : axes()) {
         drawGridLines(painter, layout, axis);
     }
     painter.restore();
+}
+
+void CImageChart::drawStraight(QPainter& painter, const ChartLayout& layout) const {
+    const QSizeF cells = image().size();
+    const auto place = [&](double column, double row) {
+        return layout.point(axis(AxisSide::bottom).fraction(column), axis(AxisSide::left).fraction(row));
+    };
+    const QRectF target(place(0, cells.height()), place(cells.width(), 0));
+    painter.drawImage(target, image());
+}
+
+/// Looks up the cell of every pixel of the screen: cells of a logarithmic axis have many widths.
+void CImageChart::drawCurved(QPainter& painter, const ChartLayout& layout) const {
+    const QTransform toDevice = painter.deviceTransform();
+    bool invertible = false;
+    const QTransform back = toDevice.inverted(&invertible);
+    const QRect device = toDevice.mapRect(layout.box).toAlignedRect();
+    if (!invertible || device.isEmpty()) {
+        return;
+    }
+    // Numbers of the cells along one side, -1 where there is none.
+    const auto cellsAlong = [&](int pixels, int cellCount, const CAxis& axis, auto fractionAt) {
+        std::vector<int> cells;
+        cells.reserve(static_cast<std::size_t>(pixels));
+        for (int n = 0; n < pixels; ++n) {
+            const double value = std::floor(axis.valueAt(fractionAt(n)));
+            cells.push_back(value >= 0 && value < cellCount ? truncateTo<int>(value) : -1);
+        }
+        return cells;
+    };
+    const QRectF& box = layout.box;
+    const std::vector<int> columns =
+        cellsAlong(device.width(), image().width(), axis(AxisSide::bottom), [&](int n) {
+            return (back.map(QPointF(device.left() + n + 0.5, 0)).x() - box.left()) / box.width();
+        });
+    const std::vector<int> rows =
+        cellsAlong(device.height(), image().height(), axis(AxisSide::left), [&](int n) {
+            return (box.bottom() - back.map(QPointF(0, device.top() + n + 0.5)).y()) / box.height();
+        });
+    QImage picture(device.size(), QImage::Format_ARGB32);
+    picture.fill(Qt::transparent);
+    for (int y = 0; y < picture.height(); ++y) {
+        const int row = rows[static_cast<std::size_t>(y)];
+        for (int x = 0; x < picture.width() && row >= 0; ++x) {
+            const int column = columns[static_cast<std::size_t>(x)];
+            if (column >= 0) {
+                picture.setPixel(x, y, image().pixel(column, image().height() - 1 - row));
+            }
+        }
+    }
+    painter.drawImage(back.mapRect(QRectF(device)), picture);
 }
 
 std::optional<ChartReadout> CImageChart::readoutAt(const ChartLayout& layout, QPointF place) const {
@@ -119,11 +171,17 @@ QRectF CImageChart::shapedBox(const QRectF& available) const {
     if (data == nullptr || (scalesToWindow_ && !maintainsAspectRatio_)) {
         return available;
     }
-    const QSizeF cells(data->dimensions()[1], data->dimensions()[0]);
-    if (!scalesToWindow_) {
-        return {available.topLeft(), cells.boundedTo(available.size())};
+    // What is shown may be more or less than the image.
+    const auto lengthOf = [this](AxisSide side) {
+        const AxisRange& range = axis(side).range();
+        return std::clamp(range.maximum - range.minimum, 1e-9, 1e9);
+    };
+    const QSizeF steps(lengthOf(AxisSide::bottom), lengthOf(AxisSide::left));
+    const bool fits = steps.width() <= available.width() && steps.height() <= available.height();
+    if (!scalesToWindow_ && (fits || !maintainsAspectRatio_)) {
+        return {available.topLeft(), steps.boundedTo(available.size()).expandedTo({1, 1})};
     }
-    const QSizeF size = cells.scaled(available.size(), Qt::KeepAspectRatio).expandedTo({1, 1});
+    const QSizeF size = steps.scaled(available.size(), Qt::KeepAspectRatio).expandedTo({1, 1});
     return {available.center() - QPointF(size.width(), size.height()) / 2, size};
 }
 
@@ -133,7 +191,8 @@ std::optional<AxisRange> CImageChart::dataExtent(const CAxis& axis) const {
         return std::nullopt;
     }
     const int cells = data->dimensions()[axis.isVertical() ? 0 : 1];
-    return AxisRange{0, static_cast<double>(cells)};
+    const bool logarithmic = axis.scale() == AxisScale::logarithmic;
+    return AxisRange{logarithmic ? 0.5 : 0.0, static_cast<double>(cells)};
 }
 
 }  // namespace tessavo

@@ -9,8 +9,10 @@ namespace tessavo {
 
 /// Shows a two-dimensional data set as an image: one cell a value, coloured from the smallest to the largest.
 ///
-/// The first dimension counts rows from the bottom, the second columns from the left. The first data set with
-/// two dimensions is shown. Cells that are not finite stay empty.
+/// The first dimension counts rows from the bottom, the second columns from the left: cell n reaches from n
+/// to n + 1 on its axis. The first data set with two dimensions is shown. Cells that are not finite stay
+/// empty. On a logarithmic axis the first cell, which has no end there, is seen from 0.5 on, as wide as the
+/// second.
 class CImageChart : public CChart {
     Q_OBJECT
 
@@ -23,9 +25,10 @@ class CImageChart : public CChart {
 
     /// \return false for an identifier that names no colour table
     bool setPalette(int identifier);
-    /// Cells stay square when scaled.
+    /// One step of the bottom axis' range is as long as one of the left axis'.
     void setMaintainsAspectRatio(bool maintain);
-    /// Fills the window; otherwise a cell is one pixel where there is room for all of them.
+    /// Fills the window; otherwise a step of the ranges, the width of a cell, is one pixel where there is
+    /// room for all of them.
     void setScalesToWindow(bool scale);
 
     void drawData(QPainter& painter, const ChartLayout& layout) const override;
@@ -41,6 +44,8 @@ class CImageChart : public CChart {
  private:
     [[nodiscard]] const CChartData* shown() const;
     [[nodiscard]] const QImage& image() const;
+    void drawStraight(QPainter& painter, const ChartLayout& layout) const;
+    void drawCurved(QPainter& painter, const ChartLayout& layout) const;
 
     CImagePalette palette_;
     bool maintainsAspectRatio_ = false;

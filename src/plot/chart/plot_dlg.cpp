@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstdint>
+#include <limits>
 #include <optional>
 #include <vector>
 
@@ -33,6 +35,10 @@ constexpr int setId = 4;
 // The longest text of a double that reads as the same double.
 constexpr int longestLimit = 24;
 constexpr int limitDigits = 15;
+// A response of nothing, or of endlessly much, has these for its decibels: they are kept and saved, but a
+// line to them would hide all others.
+constexpr ValueLimits curveLimits{std::numeric_limits<std::int32_t>::min(),
+                                  std::numeric_limits<std::int32_t>::max()};
 // So far the slider counts; a range beyond is at its end, and scrolls from there.
 constexpr int farthestMiddle = 1'000'000'000;
 
@@ -108,6 +114,7 @@ void CPlotDlg::setCurve(const ResponseCurve& curve) {
             DataStyle style = added->style;
             style.fillOpacity = 0.13;
             chart_.setDataSetStyle(curveIdentifier_, style);
+            chart_.setDataSetLimits(curveIdentifier_, curveLimits);
         }
     }
     chart_.setDataSetColor(curveIdentifier_, curveColor);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstddef>
 #include <cstdint>
 #include <span>
 
@@ -127,7 +128,7 @@ bool isMultiple(int decade, int everyDecade) {
 
 std::vector<Tick> logTicksOf(AxisRange range, const LogFamily& family, bool withMinor) {
     std::vector<Tick> ticks;
-    const bool decadesOnly = family.mantissas.size() == 1;
+    const bool oneADecade = family.mantissas.size() == 1;
     for (int decade = decadeOf(range.minimum); decade <= decadeOf(range.maximum); ++decade) {
         for (int mantissa = 1; mantissa <= 9; ++mantissa) {
             const double value = scaledByTen(mantissa, decade);
@@ -137,7 +138,7 @@ std::vector<Tick> logTicksOf(AxisRange range, const LogFamily& family, bool with
             const bool labelled = isMultiple(decade, family.everyDecade) &&
                                   std::ranges::find(family.mantissas, mantissa) != family.mantissas.end();
             if (labelled) {
-                const bool strong = mantissa == 1 || decadesOnly;
+                const bool strong = mantissa == 1 || oneADecade;
                 ticks.push_back({value, true, strong ? GridRank::major : GridRank::minor});
             } else if (withMinor && (family.everyDecade == 1 || mantissa == 1)) {
                 ticks.push_back({value, false, GridRank::minor});
@@ -175,22 +176,37 @@ TickSet logarithmicTicks(AxisRange range, int maxMajor, int maxMinor) {
         return {};
     }
     static constexpr std::array<int, 9> all{1, 2, 3, 4, 5, 6, 7, 8, 9};
-    static constexpr std::array<int, 3> some{1, 2, 5};
+    static constexpr std::array<int, 7> seven{1, 2, 3, 4, 5, 6, 8};
+    static constexpr std::array<int, 6> six{1, 2, 3, 4, 6, 8};
+    static constexpr std::array<int, 4> four{1, 2, 3, 5};
+    static constexpr std::array<int, 3> three{1, 2, 5};
+    static constexpr std::array<int, 3> evenly{1, 3, 6};
+    static constexpr std::array<int, 2> two{1, 2};
+    static constexpr std::array<int, 2> halves{1, 3};
     static constexpr std::array<int, 1> one{1};
-    const std::array families{LogFamily{all},     LogFamily{some},    LogFamily{one},
-                              LogFamily{one, 2},  LogFamily{one, 5},  LogFamily{one, 10},
-                              LogFamily{one, 20}, LogFamily{one, 50}, LogFamily{one, 100}};
+    static constexpr std::array<int, 1> twos{2};
+    static constexpr std::array<int, 1> fives{5};
+    // Where several give as many labels, the first is taken.
+    const std::array families{LogFamily{all},     LogFamily{three},   LogFamily{one},     LogFamily{four},
+                              LogFamily{six},     LogFamily{seven},   LogFamily{evenly},  LogFamily{halves},
+                              LogFamily{two},     LogFamily{twos},    LogFamily{fives},   LogFamily{one, 2},
+                              LogFamily{one, 5},  LogFamily{one, 10}, LogFamily{one, 20}, LogFamily{one, 50},
+                              LogFamily{one, 100}};
     const double decades = std::log10(range.maximum) - std::log10(range.minimum);
     // Two labels in a part of a decade say less than linear ones.
     const int least = decades < 1 ? 3 : 2;
+    std::vector<Tick> best;
+    std::ptrdiff_t most = least - 1;
     for (const LogFamily& family : families) {
         std::vector<Tick> ticks = logTicksOf(range, family, maxMinor > 0 && decades <= 20);
-        const auto labelled = std::ranges::count_if(ticks, &Tick::labelled);
-        if (labelled >= least && labelled <= maxMajor) {
-            return {std::move(ticks), 0};
+        const std::ptrdiff_t labelled = std::ranges::count_if(ticks, &Tick::labelled);
+        if (labelled > most && labelled <= maxMajor) {
+            most = labelled;
+            best = std::move(ticks);
         }
     }
-    return linearTicks(range, maxMajor, maxMinor, TickSteps::decimal);
+    return best.empty() ? linearTicks(range, maxMajor, maxMinor, TickSteps::decimal)
+                        : TickSet{std::move(best), 0};
 }
 
 AxisRange roundOutwards(AxisRange range, int maxMajor, TickSteps steps) {

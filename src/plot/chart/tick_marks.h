@@ -39,9 +39,9 @@ struct TickSet {
 /// \param maxMinor at most so many minor ticks between two labelled ones
 [[nodiscard]] TickSet linearTicks(AxisRange range, int maxMajor, int maxMinor, TickSteps steps);
 
-/// Ticks of a logarithmic axis at 1 ... 9, at 1, 2, 5 or at whole decades, as many as maxMajor allows; a
-/// range too short for these gets linear ticks. Minor ticks, unless maxMinor is 0, fill the multiples up
-/// to 9. \param range both limits above zero
+/// Ticks of a logarithmic axis at the same multiples in each decade, from all of 1 ... 9 to one of some
+/// decades: those that give most labels up to maxMajor; a range too short for these gets linear ticks. Minor
+/// ticks, unless maxMinor is 0, fill the multiples up to 9. \param range both limits above zero
 [[nodiscard]] TickSet logarithmicTicks(AxisRange range, int maxMajor, int maxMinor);
 
 /// Range grown to the next round numbers.

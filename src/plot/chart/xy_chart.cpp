@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <vector>
 
 #include "plot/chart/data_painting.h"
 #include "plot/chart/number_text.h"
@@ -15,7 +16,28 @@ QString withUnit(double value, const CAxis& axis) {
     if (axis.look().labels == LabelForm::withSign && value > 0) {
         text.prepend(QLatin1Char('+'));
     }
-    return axis.look().title.isEmpty() ? text : text + QLatin1Char(' ') + axis.look().title;
+    return axis.unit().isEmpty() ? text : text + QLatin1Char(' ') + axis.unit();
+}
+
+/// Outer edges of the outermost bars: each reaches as far outwards as inwards, where it meets its neighbour
+/// half-way.
+std::optional<AxisRange> barExtent(const CChartData& data, const CAxis& xAxis, const CAxis& yAxis) {
+    const bool logarithmic = xAxis.scale() == AxisScale::logarithmic;
+    std::vector<double> places;
+    for (std::size_t n = 0; n < data.pointCount(); ++n) {
+        const double x = data.xValues()[n];
+        const double y = data.yValues()[n];
+        if (!std::isnan(xAxis.fraction(x)) && !std::isnan(yAxis.fraction(y)) && data.limits.hold(y)) {
+            places.push_back(logarithmic ? std::log10(x) : x);
+        }
+    }
+    std::ranges::sort(places);
+    if (places.size() < 2) {
+        return std::nullopt;
+    }
+    const double first = places.front() - (places[1] - places.front()) / 2;
+    const double last = places.back() + (places.back() - places[places.size() - 2]) / 2;
+    return logarithmic ? AxisRange{std::pow(10.0, first), std::pow(10.0, last)} : AxisRange{first, last};
 }
 
 bool hasPlace(QPointF point) {
@@ -29,7 +51,7 @@ CXYChart::CXYChart(QObject* parent) : CChart(parent) {}
 void CXYChart::drawData(QPainter& painter, const ChartLayout& layout) const {
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setClipRect(layout.box, Qt::IntersectClip);
+    painter.setClipRect(layout.outer, Qt::IntersectClip);
     for (const CChartData& data : dataSets()) {
         if (!data.isXy()) {
             continue;
@@ -90,13 +112,19 @@ std::optional<AxisRange> CXYChart::dataExtent(const CAxis& axis) const {
     };
     const bool aboveZeroOnly = axis.scale() == AxisScale::logarithmic;
     for (const CChartData& data : dataSets()) {
-        if (data.isXy() && (axis.side() == data.xAxis || axis.side() == data.yAxis)) {
-            include(extentOf(axis.isVertical() ? data.yValues() : data.xValues(), aboveZeroOnly));
+        if (!data.isXy() || (axis.side() != data.xAxis && axis.side() != data.yAxis)) {
+            continue;
         }
-        const bool standsOnZero = data.style.type == ChartType::histogram && data.yAxis == axis.side();
-        if (standsOnZero && extent && !aboveZeroOnly) {
-            include(AxisRange{0, 0});
+        const bool bars = data.style.type == ChartType::histogram;
+        if (!axis.isVertical()) {
+            include(extentOf(data.xValues(), aboveZeroOnly));
+            include(bars ? barExtent(data, axis, this->axis(data.yAxis)) : std::nullopt);
+            continue;
         }
+        const auto values = extentOf(data.yValues(), aboveZeroOnly, data.limits);
+        include(values);
+        // Bars stand on zero.
+        include(bars && values && !aboveZeroOnly ? std::optional(AxisRange{0, 0}) : std::nullopt);
     }
     return extent;
 }
@@ -109,10 +137,12 @@ void setUpResponseAxes(CXYChart& chart) {
             look.steps = TickSteps::decibel;
             look.labels = LabelForm::withSign;
             look.title = QStringLiteral("dB");
+            axis.setUnit(QStringLiteral("dB"));
             axis.setRange({-18, 18});
         } else {
             look.labels = LabelForm::kilo;
             look.title = QStringLiteral("Hz");
+            axis.setUnit(QStringLiteral("Hz"));
             axis.setRange({20, 20000});
             axis.setScale(AxisScale::logarithmic);
         }

@@ -1,0 +1,118 @@
+#include <QFile>
+#include <QLineEdit>
+#include <QTemporaryDir>
+#include <QTest>
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <gtest/gtest.h>
+#include <limits>
+
+#include "chart/chart_helpers.h"
+#include "controls/bitmap_slider.h"
+#include "plot/chart/chart_view.h"
+#include "plot/chart/plot_dlg.h"
+
+// Curves that leave the usual range, and how the plot shows them.
+
+namespace tessavo {
+namespace {
+
+using chart_test::byName;
+using chart_test::countOf;
+
+constexpr std::int32_t noValue = std::numeric_limits<std::int32_t>::min();
+
+class PlotCurves : public testing::Test {
+ protected:
+    PlotCurves() : plot_(host_) {
+        plot_.show();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&plot_));
+    }
+    [[nodiscard]] QByteArray saved() {
+        const QTemporaryDir folder;
+        const QString path = folder.filePath(QStringLiteral("curve.txt"));
+        EXPECT_EQ(plot_.chart().saveToFile(path, {}), 1);
+        QFile file(path);
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+        return file.readAll();
+    }
+    [[nodiscard]] AxisRange range() { return plot_.chart().axis(AxisSide::left).range(); }
+    /// Pixels of the curve within a share of the box's width.
+    [[nodiscard]] int curvePixels(double from, double to) {
+        const QWidget& view = *plot_.findChild<CChartView*>();
+        const QImage picture = const_cast<QWidget&>(view).grab().toImage();
+        const QRectF box = plot_.chart().layoutFor(view.rect()).box;
+        const QRectF part(box.left() + from * box.width(), box.top(), (to - from) * box.width(),
+                          box.height());
+        return countOf(picture, CPlotDlg::curveColor, part, 40);
+    }
+
+    chart_test::FakeHost host_;
+    CPlotDlg plot_;
+};
+
+TEST_F(PlotCurves, ACurveWithoutAValueKeepsAndSavesItsPointsAndIsNotDrawn) {
+    // Words of nothing but zeros.
+    constexpr std::array<BiquadWords, 1> nothing{};
+    const ResponseCurve curve = computeResponse(nothing);
+    ASSERT_EQ(curve.magnitudeDb.front(), noValue);
+    plot_.setCurve(curve);
+    const CChartData& data = *plot_.chart().dataSet(plot_.curveIdentifier());
+    ASSERT_EQ(data.pointCount(), curvePointCount);
+    for (const double value : data.yValues()) {
+        ASSERT_EQ(value, noValue);
+    }
+    const QByteArray text = saved();
+    EXPECT_EQ(text.count(" -2.14748e+09\r\n"), 1000);
+    EXPECT_EQ(curvePixels(0, 1), 0);
+    plot_.chart().setAutoRange(true);
+    EXPECT_EQ(range(), (AxisRange{-18, 18})) << "nothing to follow";
+    EXPECT_FALSE(plot_.chart().readoutAt(plot_.chart().layoutFor({0, 0, 834, 472}), {400, 200}));
+}
+
+TEST_F(PlotCurves, PointsWithoutAValueLeaveTheOthersTheirRange) {
+    ResponseCurve curve = chart_test::flatCurve(-7);
+    curve.magnitudeDb.at(500) = noValue;
+    curve.magnitudeDb.at(501) = std::numeric_limits<std::int32_t>::max();
+    curve.magnitudeDb.at(502) = -40;
+    plot_.setCurve(curve);
+    plot_.chart().setAutoRange(true);
+    EXPECT_GE(range().minimum, -60);
+    EXPECT_LE(range().minimum, -40);
+    EXPECT_LE(range().maximum, 6);
+    EXPECT_GT(curvePixels(0, 0.5), 100);
+    EXPECT_TRUE(saved().contains("\r\n10020 -2.14748e+09\r\n10040 2.14748e+09\r\n10060 -40\r\n"));
+    // The next curve counts by the same rule.
+    plot_.setCurve(computeResponse(std::array<BiquadWords, 1>{}));
+    EXPECT_EQ(curvePixels(0, 1), 0);
+}
+
+TEST_F(PlotCurves, AValueNextToTheEndsIsOne) {
+    ResponseCurve curve = chart_test::flatCurve(noValue + 1);
+    plot_.setCurve(curve);
+    plot_.chart().setAutoRange(true);
+    EXPECT_LT(range().minimum, -2e9);
+}
+
+TEST_F(PlotCurves, TheSliderScrollsDownToTheEndOfACrossoversSlope) {
+    // 24 dB an octave above 1 kHz, down to -60 dB and no further.
+    ResponseCurve curve = chart_test::flatCurve(0);
+    for (std::size_t n = 0; n < curvePointCount; ++n) {
+        const double octaves = std::log2(curve.frequencyHz.at(n) / 1000.0);
+        curve.magnitudeDb.at(n) = static_cast<std::int32_t>(std::max(-60.0, std::min(0.0, -24 * octaves)));
+    }
+    plot_.setCurve(curve);
+    EXPECT_EQ(curvePixels(0.95, 1), 0) << "below the range at the start";
+    auto* const slider = byName<CBitmapSlider>(plot_, "Middle of the dB range");
+    slider->setFocus();
+    QTest::keyClick(slider, Qt::Key_End);
+    QCoreApplication::processEvents();
+    EXPECT_LE(range().minimum, -60);
+    EXPECT_GE(range().maximum, -60) << "not scrolled past it";
+    EXPECT_GT(curvePixels(0.95, 1), 30);
+    EXPECT_EQ(byName<QLineEdit>(plot_, "Min")->text(), "-78");
+}
+
+}  // namespace
+}  // namespace tessavo
