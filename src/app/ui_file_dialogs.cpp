@@ -2,8 +2,9 @@
 
 #include <QApplication>
 #include <QDir>
-#include <QFileDialog>
 #include <QFileInfo>
+
+#include "app/skin_file_dialog.h"
 
 namespace tessavo {
 
@@ -17,7 +18,7 @@ QString extensionOf(const FileFilter& filter) {
 }  // namespace
 
 std::optional<std::filesystem::path> UiFileDialogs::askOpenPath(const FileFilter& filter) {
-    QFileDialog dialog(owner(), QString(), profile_.lastFolder());
+    SkinFileDialog dialog(owner(), profile_.lastFolder());
     dialog.setAcceptMode(QFileDialog::AcceptOpen);
     dialog.setFileMode(QFileDialog::ExistingFile);
     dialog.setNameFilters(nameFilters(filter.filter));
@@ -26,7 +27,7 @@ std::optional<std::filesystem::path> UiFileDialogs::askOpenPath(const FileFilter
 }
 
 std::optional<std::filesystem::path> UiFileDialogs::askSavePath(const FileFilter& filter) {
-    QFileDialog dialog(owner(), QString(), profile_.lastFolder());
+    SkinFileDialog dialog(owner(), profile_.lastFolder());
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setNameFilters(nameFilters(filter.filter));
     dialog.setDefaultSuffix(extensionOf(filter));

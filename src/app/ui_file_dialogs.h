@@ -9,7 +9,7 @@
 
 namespace tessavo {
 
-/// File dialogs of the toolkit. They open in the folder of the last one.
+/// File dialogs in the program's look. They open in the folder of the last one.
 class UiFileDialogs : public IFileDialogs {
  public:
     /// \param owner the active window when null

@@ -8,9 +8,11 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
+#include <QPainter>
 #include <QScrollBar>
 #include <QStyleOption>
 
+#include "controls/skin.h"
 #include "controls/theme.h"
 
 namespace tessavo {
@@ -60,6 +62,34 @@ QLineEdit:disabled { color: @dim@; }
 constexpr char tipSheet[] = R"(
 QToolTip { background: @button@; color: @text@; border: 1px solid @edge@; padding: 3px 6px; }
 )";
+
+constexpr int markPiece = 22;
+
+unsigned skinStateOf(const QStyleOption& option) {
+    unsigned state = 0;
+    const auto add = [&](QStyle::StateFlag flag, unsigned bit) {
+        state |= option.state.testFlag(flag) ? bit : 0U;
+    };
+    add(QStyle::State_MouseOver, skinHovered);
+    add(QStyle::State_Sunken, skinPressed);
+    add(QStyle::State_On, skinOn);
+    if (!option.state.testFlag(QStyle::State_Enabled)) {
+        return (state & skinOn) | skinDisabled;
+    }
+    if (option.state.testFlag(QStyle::State_HasFocus) &&
+        option.state.testFlag(QStyle::State_KeyboardFocusChange)) {
+        state |= skinRinged;
+    }
+    return state;
+}
+
+/// A piece for a painter that counts in logical pixels.
+QPixmap pictureOf(const SkinPiece& piece, const QPainter& painter) {
+    const double scale = painter.device()->devicePixelRatioF();
+    QPixmap picture = Skin::pixmap(piece, scale);
+    picture.setDevicePixelRatio(scale);
+    return picture;
+}
 
 QString withColors(const char* sheet) {
     QString text = QString::fromLatin1(sheet);
@@ -146,6 +176,41 @@ void ApplicationStyle::polish(QWidget* widget) {
         widget->setProperty(dressed, true);
         widget->setStyleSheet(withColors(sheet) + widget->styleSheet());
     }
+}
+
+void ApplicationStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                                     const QWidget* widget) const {
+    if (element != PE_IndicatorCheckBox) {
+        QProxyStyle::drawPrimitive(element, option, painter, widget);
+        return;
+    }
+    const SkinPiece mark{SkinPiece::Kind::checkMark, skinStateOf(*option), QSize(markPiece, markPiece)};
+    const QPointF corner = QRectF(option->rect).center() - QPointF(markPiece, markPiece) / 2;
+    painter->drawPixmap(corner.toPoint(), pictureOf(mark, *painter));
+}
+
+void ApplicationStyle::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                                   const QWidget* widget) const {
+    const auto* const button = qstyleoption_cast<const QStyleOptionButton*>(option);
+    if (element != CE_PushButtonBevel || button == nullptr ||
+        button->features.testFlag(QStyleOptionButton::Flat)) {
+        QProxyStyle::drawControl(element, option, painter, widget);
+        return;
+    }
+    unsigned state = skinStateOf(*option);
+    if (button->features.testFlag(QStyleOptionButton::DefaultButton)) {
+        state |= skinAccented;
+    }
+    const SkinPiece body{SkinPiece::Kind::button, state, option->rect.size()};
+    painter->drawPixmap(option->rect.topLeft(), pictureOf(body, *painter));
+}
+
+int ApplicationStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
+                                  const QWidget* widget) const {
+    constexpr int markWidth = 18;
+    return metric == PM_IndicatorWidth || metric == PM_IndicatorHeight
+               ? markWidth
+               : QProxyStyle::pixelMetric(metric, option, widget);
 }
 
 int ApplicationStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,

@@ -6,7 +6,8 @@ namespace tessavo {
 
 /// Base style of the application. What the skin does not paint (menus, lists, scroll bars, opened lists of
 /// combo boxes, tool tips) gets a style sheet when it is shown first; a sheet of the whole application would
-/// make every control of every page pay for it. The letters that open menus are underlined while Alt is held.
+/// make every control of every page pay for it. Buttons and check boxes of the toolkit's own dialogs are
+/// drawn from the skin's pieces. The letters that open menus are underlined while Alt is held.
 class ApplicationStyle : public QProxyStyle {
     Q_OBJECT
 
@@ -18,6 +19,11 @@ class ApplicationStyle : public QProxyStyle {
     void polish(QWidget* widget) override;
     int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                   QStyleHintReturn* data) const override;
+    void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                       const QWidget* widget) const override;
+    void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                     const QWidget* widget) const override;
+    int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:

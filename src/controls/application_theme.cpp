@@ -46,6 +46,8 @@ QPalette darkPalette() {
 }  // namespace
 
 void applyTheme() {
+    // The system's own dialogs would wear another look.
+    QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
     QApplication::setStyle(new ApplicationStyle);
     QApplication::setPalette(darkPalette());
     QApplication::setFont(theme::font(12));

@@ -4,8 +4,10 @@
 #include <QFileInfo>
 #include <QImage>
 #include <QLineEdit>
+#include <QScrollBar>
 #include <QTest>
 #include <QTimer>
+#include <QTreeView>
 #include <fstream>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -15,6 +17,8 @@
 #include "app/profile.h"
 #include "app/tessavo_doc.h"
 #include "app/ui_file_dialogs.h"
+#include "controls/skin_button.h"
+#include "controls/skin_message_box.h"
 #include "params/harness.h"
 #include "params/settings_commands.h"
 #include "params/temporary_folder.h"
@@ -198,21 +202,74 @@ TEST_F(FileDialogs, ASavedNameGetsTheExtensionAndItsFolderIsRemembered) {
 TEST_F(FileDialogs, AskBeforeAFileIsOverwritten) {
     writeFile(folder / "a.eqs", {1});
     profile_.setLastFolder(textOf(folder.path()));
-    bool asked = false;
+    for (const bool replace : {false, true}) {
+        QString asked;
+        bool open = false;
+        whenOpen([&](QFileDialog& dialog) {
+            QTimer::singleShot(0, &dialog, [&] {
+                // The program's own box stands above the dialog; what it has in hand at first is "Cancel".
+                auto* const question = qobject_cast<SkinMessageBox*>(QApplication::activeModalWidget());
+                asked = question != nullptr ? question->text() : QString();
+                if (question == nullptr) {
+                    dialog.reject();
+                } else if (replace) {
+                    QTest::mouseClick(question->buttons().front(), Qt::LeftButton);
+                } else {
+                    QTest::keyClick(question, Qt::Key_Return);
+                }
+            });
+            typeName(dialog, QStringLiteral("a.eqs"));
+            open = dialog.isVisible();
+            if (open) {
+                dialog.reject();
+            }
+        });
+        const auto path = dialogs_.askSavePath(settingsFilter);
+        EXPECT_EQ(asked, QStringLiteral("\"a.eqs\" exists already.\r\nDo you want to replace it?"));
+        EXPECT_EQ(open, !replace) << "who does not want that may choose another name";
+        EXPECT_EQ(path, replace ? std::optional(folder / "a.eqs") : std::nullopt);
+    }
+}
+
+TEST_F(FileDialogs, TellThatThereIsNoSuchFile) {
+    profile_.setLastFolder(textOf(folder.path()));
+    QString told;
     whenOpen([&](QFileDialog& dialog) {
-        QTimer::singleShot(0, &dialog, [&dialog, &asked] {
-            // The question stands above the dialog; Escape says no.
-            QWidget* question = QApplication::activeModalWidget();
-            asked = question != nullptr && question != &dialog;
-            if (asked) {
-                QTest::keyClick(question, Qt::Key_Escape);
+        QTimer::singleShot(0, &dialog, [&] {
+            auto* const box = qobject_cast<SkinMessageBox*>(QApplication::activeModalWidget());
+            if (box != nullptr) {
+                told = box->text();
+                box->reject();
             }
             dialog.reject();
         });
-        typeName(dialog, QStringLiteral("a.eqs"));
+        typeName(dialog, QStringLiteral("none.eqs"));
     });
-    EXPECT_EQ(dialogs_.askSavePath(settingsFilter), std::nullopt);
-    EXPECT_TRUE(asked);
+    EXPECT_EQ(dialogs_.askOpenPath(settingsFilter), std::nullopt);
+    EXPECT_EQ(told, QStringLiteral("There is no file \"none.eqs\"."));
+}
+
+TEST_F(FileDialogs, CutNothingOff) {
+    writeFile(folder / "a.eqs", std::vector<std::uint8_t>(123'456));
+    profile_.setLastFolder(textOf(folder.path()));
+    whenOpen([&](QFileDialog& dialog) {
+        EXPECT_TRUE(dialog.testOption(QFileDialog::DontUseNativeDialog));
+        dialog.setViewMode(QFileDialog::Detail);
+        auto* const details = dialog.findChild<QTreeView*>(QStringLiteral("treeView"));
+        ASSERT_TRUE(
+            QTest::qWaitFor([&] { return details->model()->rowCount(details->rootIndex()) == 1; }, 5000));
+        ASSERT_TRUE(QTest::qWaitFor([&] { return details->columnWidth(3) > 0; }, 5000));
+        QCoreApplication::processEvents();
+        for (int column = 0; column < details->model()->columnCount(); ++column) {
+            const QModelIndex cell = details->model()->index(0, column, details->rootIndex());
+            const int needed = details->fontMetrics().horizontalAdvance(cell.data().toString());
+            EXPECT_GE(details->columnWidth(column), needed + 4)
+                << column << ' ' << cell.data().toString().toStdString();
+        }
+        EXPECT_FALSE(details->horizontalScrollBar()->isVisible());
+        dialog.reject();
+    });
+    EXPECT_EQ(dialogs_.askOpenPath(settingsFilter), std::nullopt);
 }
 
 TEST_F(FileDialogs, ACancelledDialogRemembersNothing) {

@@ -1,14 +1,18 @@
 #include "controls/application_style.h"
 
 #include <QApplication>
+#include <QCheckBox>
 #include <QKeyEvent>
 #include <QListView>
 #include <QMenuBar>
+#include <QPushButton>
 #include <QSpinBox>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "controls/number_edit.h"
+#include "controls/skin_button.h"
+#include "controls/theme.h"
 
 namespace tessavo {
 namespace {
@@ -76,6 +80,38 @@ TEST_F(ApplicationStyleTest, DressesOnlyWhatTheSkinDoesNotPaint) {
     EXPECT_FALSE(dresses(page));
     EXPECT_FALSE(dresses(number));
     EXPECT_FALSE(dresses(*spin.findChild<QLineEdit*>()));
+}
+
+/// Buttons and check boxes of the toolkit's dialogs, beside those of the skin.
+TEST_F(ApplicationStyleTest, ButtonsAndCheckBoxesOfToolkitDialogsAreTheSkins) {
+    QPushButton button;
+    button.setStyle(&style_);
+    button.resize(90, 28);
+    CxSkinButton skinned(QString(), 1);
+    skinned.resize(90, 28);
+    EXPECT_EQ(button.grab().toImage(), skinned.grab().toImage());
+    button.setEnabled(false);
+    skinned.setEnabled(false);
+    EXPECT_EQ(button.grab().toImage(), skinned.grab().toImage());
+
+    QCheckBox box;
+    box.setStyle(&style_);
+    box.resize(40, 24);
+    const QImage off = box.grab().toImage();
+    box.setChecked(true);
+    const QImage on = box.grab().toImage();
+    const auto has = [](const QImage& picture, QRgb color) {
+        for (int y = 0; y < picture.height(); ++y) {
+            for (int x = 0; x < picture.width(); ++x) {
+                if (picture.pixel(x, y) == color) {
+                    return true;
+                }
+            }
+        }
+        return false;
+    };
+    EXPECT_TRUE(has(off, theme::mark)) << "an outline that can be seen";
+    EXPECT_TRUE(has(on, theme::selected));
 }
 
 TEST_F(ApplicationStyleTest, DressesOnceAndKeepsTheWidgetsOwnRules) {

@@ -1,5 +1,4 @@
 #include "controls/bitmap_slider_fixture.h"
-#include "controls/pictures.h"
 
 // Where the cap is seen while the hand is on it.
 
@@ -11,8 +10,14 @@ class SliderCap : public BitmapSliderTest {
     /// What is seen around a pixel, as far as the cap covers it whatever lies below.
     [[nodiscard]] QImage seenAt(int pixel) const {
         const QImage picture = slider_->grab().toImage();
-        return partOf(picture,
-                      slider_->isVertical() ? QRect(6, pixel - 5, 16, 11) : QRect(pixel - 5, 6, 11, 16));
+        const double scale = picture.devicePixelRatio();
+        // The cap's edge on the nearest pixel of the screen, and what lies well inside of it.
+        const int start = qRound((pixel - 6.5) * scale) + qRound(2 * scale);
+        const int length = qRound(8 * scale);
+        const int across = qRound(6 * scale);
+        const int breadth = qRound(16 * scale);
+        return slider_->isVertical() ? picture.copy(across, start, breadth, length)
+                                     : picture.copy(start, across, length, breadth);
     }
     void lie() {
         delete slider_;
