@@ -25,9 +25,9 @@ void prepareEdit(QLineEdit& edit) {
     edit.setAttribute(Qt::WA_MacShowFocusRect, false);
 }
 
-void paintEditFrame(QLineEdit& edit, bool focused, bool hovered, QRgb stripe) {
+void paintEditFrame(QLineEdit& edit, bool focused, bool hovered, QRgb stripe, unsigned notes) {
     SkinPainter painter(&edit);
-    unsigned state = 0;
+    unsigned state = notes;
     state |= edit.isEnabled() ? 0U : skinDisabled;
     state |= edit.isReadOnly() ? skinReadOnly : 0U;
     state |= hovered ? skinHovered : 0U;

@@ -11,7 +11,9 @@ namespace tessavo {
 void prepareEdit(QLineEdit& edit);
 
 /// Draws the frame below the text; `stripe` 0 for none. An edit with the focus always shows its ring.
-void paintEditFrame(QLineEdit& edit, bool focused, bool hovered, QRgb stripe);
+///
+/// \param notes further states of the skin's piece
+void paintEditFrame(QLineEdit& edit, bool focused, bool hovered, QRgb stripe, unsigned notes = 0);
 
 /// Width that a text needs in the edit without scrolling.
 [[nodiscard]] int editNeededWidth(const QLineEdit& edit, const QString& text);

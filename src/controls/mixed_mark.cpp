@@ -39,7 +39,14 @@ void MixedMark::setNote(const QString& note) {
     control_.setAccessibleDescription(
         withPart(control_.accessibleDescription(), spoken(note_), spoken(note), QStringLiteral(". ")));
     note_ = note;
-    control_.update();
+    setShown(!note.isEmpty());
+}
+
+void MixedMark::setShown(bool shown) {
+    if (shown_ != shown) {
+        shown_ = shown;
+        control_.update();
+    }
 }
 
 void MixedMark::paint(SkinPainter& painter, const QRectF& place) const {

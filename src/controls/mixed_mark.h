@@ -18,8 +18,9 @@ class MixedMark {
 
     /// Puts the mark on with these lines, or takes it away with none.
     void setNote(const QString& note);
-    [[nodiscard]] const QString& note() const { return note_; }
-    [[nodiscard]] bool isShown() const { return !note_.isEmpty(); }
+    /// The same for a control that tells the note itself.
+    void setShown(bool shown);
+    [[nodiscard]] bool isShown() const { return shown_; }
 
     /// Draws the outline just inside a rectangle of the control, in logical pixels; nothing while it is off.
     void paint(SkinPainter& painter, const QRectF& place) const;
@@ -29,6 +30,7 @@ class MixedMark {
  private:
     QWidget& control_;
     QString note_;
+    bool shown_ = false;
 };
 
 }  // namespace tessavo

@@ -2,6 +2,7 @@
 
 #include <QKeyEvent>
 #include <QPointer>
+#include <QScopedValueRollback>
 
 #include "controls/control_id.h"
 #include "controls/edit_frame.h"
@@ -9,7 +10,6 @@
 namespace tessavo {
 namespace {
 
-constexpr int longestNumber = 16;
 constexpr int narrow = 50;
 
 }  // namespace
@@ -18,12 +18,16 @@ NumberEdit::NumberEdit(int controlId, QWidget* parent) : QLineEdit(parent) {
     setControlId(*this, controlId);
     prepareEdit(*this);
     setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    setMaxLength(longestNumber);
+    // Sent also for a text that is typed or pasted over an equal one.
+    connect(this, &QLineEdit::textChanged, this, [this] { edited_ = edited_ || !showing_; });
 }
 
 void NumberEdit::setValueText(const QString& text) {
     applied_ = text;
+    edited_ = false;
+    notes_.setWarning({});
     if (text != this->text()) {
+        const QScopedValueRollback showing(showing_, true);
         setText(text);
     }
 }
@@ -54,7 +58,15 @@ void NumberEdit::apply(void (NumberEdit::*signal)()) {
     if (alive) {
         applying_ = false;
         applied_ = text();
+        edited_ = false;
+        notes_.setWarning({});
     }
+}
+
+void NumberEdit::takeBack() {
+    setValueText(applied_);
+    selectAll();
+    Q_EMIT cancelled();
 }
 
 void NumberEdit::keyPressEvent(QKeyEvent* event) {
@@ -70,11 +82,10 @@ void NumberEdit::keyPressEvent(QKeyEvent* event) {
             return;
         }
         case Qt::Key_Escape:
-            if (!isEdited()) {
+            if (!edited_ && text() == applied_) {
                 break;
             }
-            setText(applied_);
-            selectAll();
+            takeBack();
             return;
         case Qt::Key_Up:
         case Qt::Key_Down:
@@ -96,6 +107,9 @@ void NumberEdit::keyPressEvent(QKeyEvent* event) {
 void NumberEdit::focusInEvent(QFocusEvent* event) {
     QLineEdit::focusInEvent(event);
     focused_ = true;
+    if (event->reason() != Qt::PopupFocusReason) {
+        edited_ = false;
+    }
     // Whoever clicks into a number means to replace it.
     selectsOnRelease_ = event->reason() == Qt::MouseFocusReason;
     update();
@@ -122,6 +136,10 @@ void NumberEdit::focusOutEvent(QFocusEvent* event) {
     focused_ = false;
     update();
     if (event->reason() != Qt::PopupFocusReason) {
+        if (!edited_) {
+            // What a program has put here before nobody has confirmed.
+            setValueText(applied_);
+        }
         apply(&NumberEdit::left);
     }
 }
@@ -146,7 +164,7 @@ void NumberEdit::resizeEvent(QResizeEvent* event) {
 
 void NumberEdit::paintEvent(QPaintEvent* event) {
     const bool pale = bypassed_ || !isEnabled();
-    paintEditFrame(*this, focused_, hovered_, color_ != 0 && pale ? theme::off : color_);
+    paintEditFrame(*this, focused_, hovered_, color_ != 0 && pale ? theme::off : color_, notes_.skinState());
     QLineEdit::paintEvent(event);
     mixed_.paintOverControl();
 }

@@ -124,8 +124,8 @@ void SkinInk::frame(const QRectF& rect, double radius, const QBrush& fill, const
     painter.drawRoundedRect(rect.adjusted(half, half, -half, -half), round, round);
 }
 
-void SkinInk::ring(const QRectF& rect, double radius) const {
-    frame(rect, radius, Qt::NoBrush, QColor::fromRgb(theme::focus), whole(2));
+void SkinInk::ring(const QRectF& rect, double radius, QRgb color) const {
+    frame(rect, radius, Qt::NoBrush, QColor::fromRgb(color), whole(2));
 }
 
 void SkinInk::stroke(QPointF origin, std::initializer_list<QPointF> points, const QColor& color,

@@ -4,6 +4,7 @@
 #include <QPainter>
 
 #include "controls/skin.h"
+#include "controls/theme.h"
 
 namespace tessavo {
 
@@ -22,7 +23,7 @@ struct SkinInk {
     void frame(const QRectF& rect, double radius, const QBrush& fill, const QColor& border,
                double width) const;
     /// Focus ring of two logical pixels inside `rect`.
-    void ring(const QRectF& rect, double radius) const;
+    void ring(const QRectF& rect, double radius, QRgb color = theme::focus) const;
     /// Open line through points that are given in logical pixels from `origin`.
     void stroke(QPointF origin, std::initializer_list<QPointF> points, const QColor& color,
                 double width) const;

@@ -46,6 +46,19 @@ void topLine(const SkinInk& ink, const QColor& color, int offset) {
     ink.painter.fillRect(QRectF(inset, offset, ink.size.width() - 2 * inset, ink.hair), color);
 }
 
+/// A triangle in the upper right corner of `inside`, clear of the text; it follows the rounding there.
+void cornerMark(const SkinInk& ink, const QRectF& inside, QRgb color) {
+    const double leg = ink.whole(7);
+    QPainterPath corner;
+    corner.moveTo(inside.topRight());
+    corner.lineTo(inside.topRight() - QPointF(leg, 0));
+    corner.lineTo(inside.topRight() + QPointF(0, leg));
+    corner.closeSubpath();
+    QPainterPath rounded;
+    rounded.addRoundedRect(inside, ink(3), ink(3));
+    ink.painter.fillPath(corner.intersected(rounded), QColor::fromRgb(color));
+}
+
 }  // namespace
 
 void drawButtonPiece(const SkinInk& ink, const SkinPiece& piece) {
@@ -82,7 +95,8 @@ void drawButtonPiece(const SkinInk& ink, const SkinPiece& piece) {
 void drawEditPiece(const SkinInk& ink, const SkinPiece& piece) {
     const QRectF all(QPointF(), ink.size);
     const bool flat = (piece.state & (skinDisabled | skinReadOnly)) != 0;
-    const bool ringed = (piece.state & skinRinged) != 0;
+    const bool warned = (piece.state & skinWarned) != 0;
+    const bool ringed = warned || (piece.state & skinRinged) != 0;
     QRgb border = flat ? theme::line : theme::edge;
     if ((piece.state & skinHovered) != 0 && !flat) {
         border = theme::mark;
@@ -136,7 +150,12 @@ void drawEditPiece(const SkinInk& ink, const SkinPiece& piece) {
         ink.stroke({left + ink(6), 3 * quarter - ink(3)}, {{1, 1}, {4, 4}, {7, 1}}, arrow, 1.4);
     }
     if (ringed) {
-        ink.ring(all, 4);
+        ink.ring(all, 4, warned ? theme::clip : theme::focus);
+    }
+    if (warned || (piece.state & skinMarked) != 0) {
+        const double column = piece.kind == SkinPiece::Kind::upDown ? ink.whole(20) - edge : 0;
+        cornerMark(ink, all.adjusted(edge, edge, -edge - column, -edge),
+                   warned ? theme::clip : theme::lightBlue);
     }
 }
 

@@ -14,6 +14,35 @@ namespace {
 
 constexpr int columnWidth = 20;
 
+struct WholeNumber {
+    bool isThere = false;  ///< the text begins with digits, or with a sign and digits
+    bool isAll = false;    ///< but for a part behind the decimal point, and blanks around it
+    int value = 0;
+};
+
+WholeNumber wholeNumber(const QString& text) {
+    constexpr int enough = 100'000'000;
+    const QString trimmed = text.trimmed();
+    qsizetype place = trimmed.startsWith(QLatin1Char('-')) ? 1 : 0;
+    const bool negative = place == 1;
+    const auto isDigit = [&trimmed](qsizetype at) {
+        return at < trimmed.size() && trimmed[at] >= QLatin1Char('0') && trimmed[at] <= QLatin1Char('9');
+    };
+    WholeNumber number;
+    for (; isDigit(place); ++place) {
+        number.isThere = true;
+        number.value = qMin(number.value * 10 + trimmed[place].unicode() - u'0', enough);
+    }
+    if (place < trimmed.size() &&
+        (trimmed[place] == QLatin1Char('.') || trimmed[place] == QLatin1Char(','))) {
+        for (++place; isDigit(place); ++place) {
+        }
+    }
+    number.isAll = number.isThere && place == trimmed.size();
+    number.value = negative ? -number.value : number.value;
+    return number;
+}
+
 }  // namespace
 
 SpinEdit::SpinEdit(int controlId, QWidget* parent) : QSpinBox(parent) {
@@ -26,6 +55,12 @@ SpinEdit::SpinEdit(int controlId, QWidget* parent) : QSpinBox(parent) {
     setFocusPolicy(Qt::StrongFocus);
     setMouseTracking(true);
     prepareEdit(*lineEdit());
+    connect(lineEdit(), &QLineEdit::textEdited, this, [this] { typed_ = true; });
+    connect(lineEdit(), &QLineEdit::textChanged, this, &SpinEdit::warn);
+    connect(this, &QSpinBox::valueChanged, this, [this] {
+        typed_ = false;
+        warn();
+    });
     connect(&repeat_, &QTimer::timeout, this, [this] {
         repeat_.setInterval(repeatIntervalMs_);
         stepBy(pressed_);
@@ -41,6 +76,52 @@ QRect SpinEdit::buttonRect(bool upper) const {
     const int middle = height() / 2;
     const int left = width() - columnWidth;
     return upper ? QRect(left, 0, columnWidth, middle) : QRect(left, middle, columnWidth, height() - middle);
+}
+
+void SpinEdit::showValue(int value) {
+    const QSignalBlocker quiet(this);
+    setValue(value);
+    typed_ = false;
+    warn();
+}
+
+void SpinEdit::stepBy(int steps) {
+    QSpinBox::stepBy(steps);
+    warn();
+}
+
+QValidator::State SpinEdit::validate(QString& /*text*/, int& /*cursor*/) const {
+    return QValidator::Acceptable;
+}
+
+int SpinEdit::valueFromText(const QString& text) const {
+    const WholeNumber number = wholeNumber(text);
+    return number.isThere ? qBound(minimum(), number.value, maximum()) : value();
+}
+
+// Called wherever the base puts a text in place of the typed one: it tells nobody of that.
+void SpinEdit::warn() {
+    const WholeNumber number = wholeNumber(lineEdit()->text());
+    const int taken = valueFromText(lineEdit()->text());
+    QString warning;
+    if (!number.isThere) {
+        warning = QStringLiteral("Not a number: %1 stays").arg(taken);
+    } else if (number.value != taken) {
+        warning = QStringLiteral("Out of range: counts as %1").arg(taken);
+    } else if (!number.isAll) {
+        warning = QStringLiteral("Not wholly a number: counts as %1").arg(taken);
+    }
+    notes_.setWarning(warning);
+}
+
+void SpinEdit::takeTyped() {
+    const bool again = typed_ && wholeNumber(lineEdit()->text()).isThere;
+    typed_ = false;
+    interpretText();
+    warn();
+    if (again) {
+        Q_EMIT retyped(value());
+    }
 }
 
 void SpinEdit::placeField() {
@@ -65,7 +146,7 @@ void SpinEdit::letGo() {
 
 void SpinEdit::paintEvent(QPaintEvent* /*event*/) {
     SkinPainter painter(this);
-    unsigned state = 0;
+    unsigned state = notes_.skinState();
     state |= isEnabled() ? 0U : skinDisabled;
     state |= hasFocus() ? skinRinged : 0U;
     state |= hovered_ ? skinHovered : 0U;
@@ -123,8 +204,22 @@ void SpinEdit::focusInEvent(QFocusEvent* event) {
     update();
 }
 
+void SpinEdit::keyPressEvent(QKeyEvent* event) {
+    const bool enters = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (enters && !wholeNumber(lineEdit()->text()).isThere) {
+        takeTyped();
+        selectAll();
+        event->ignore();
+        return;
+    }
+    QSpinBox::keyPressEvent(event);
+}
+
 void SpinEdit::focusOutEvent(QFocusEvent* event) {
     letGo();
+    if (event->reason() != Qt::PopupFocusReason) {
+        takeTyped();
+    }
     QSpinBox::focusOutEvent(event);
     update();
 }

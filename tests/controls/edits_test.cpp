@@ -117,6 +117,127 @@ TEST_F(NumberEditTest, ADoubleClickTakesTheWholeNumber) {
     EXPECT_EQ(edit_->text(), QStringLiteral("7"));
 }
 
+TEST_F(NumberEditTest, RetypingTheShownNumberIsAnEdit) {
+    EXPECT_FALSE(edit_->isEdited());
+    type(QStringLiteral("2.5"));
+    EXPECT_TRUE(edit_->isEdited());
+    QTest::keyClick(edit_, Qt::Key_Return);
+    EXPECT_FALSE(edit_->isEdited());
+    QGuiApplication::clipboard()->setText(QStringLiteral("2.5"));
+    edit_->selectAll();
+    QTest::keyClick(edit_, Qt::Key_V, Qt::ControlModifier);
+    EXPECT_EQ(edit_->text(), QStringLiteral("2.5"));
+    EXPECT_TRUE(edit_->isEdited()) << "pasted";
+    QTest::keyClick(edit_, Qt::Key_Escape);
+    EXPECT_FALSE(edit_->isEdited());
+    edit_->setText(QStringLiteral("3.5"));
+    EXPECT_TRUE(edit_->isEdited()) << "set by a program";
+    edit_->setValueText(QStringLiteral("4.5"));
+    EXPECT_FALSE(edit_->isEdited()) << "shown by the page";
+}
+
+TEST_F(NumberEditTest, AMenuOfTheBoxEndsNoEditAndMovingTheCursorIsNone) {
+    type(QStringLiteral("2.5"));
+    for (const auto type : {QEvent::FocusOut, QEvent::FocusIn}) {
+        QFocusEvent event(type, Qt::PopupFocusReason);
+        QApplication::sendEvent(edit_, &event);
+    }
+    EXPECT_TRUE(edit_->isEdited());
+    QTest::keyClick(edit_, Qt::Key_Escape);
+    for (const auto code : {Qt::Key_Left, Qt::Key_Home, Qt::Key_End}) {
+        QTest::keyClick(edit_, code);
+    }
+    QTest::keyClick(edit_, Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClick(edit_, Qt::Key_C, Qt::ControlModifier);
+    EXPECT_FALSE(edit_->isEdited());
+}
+
+TEST_F(NumberEditTest, ATextSetWithoutTheFocusIsTakenBackWhenTheBoxIsPassed) {
+    other_->setValueText(QStringLiteral("1.0"));
+    other_->setText(QStringLiteral("9.9"));
+    other_->setFocus();
+    EXPECT_FALSE(other_->isEdited());
+    edit_->setFocus();
+    EXPECT_EQ(other_->text(), QStringLiteral("1.0"));
+}
+
+TEST_F(NumberEditTest, EveryTextCanBeTyped) {
+    const QString text = QStringLiteral("-0123456789.0123456789 kHz, oder was?");
+    type(text);
+    EXPECT_EQ(edit_->text(), text);
+}
+
+TEST_F(NumberEditTest, EscapeTellsThatAnEditWasTakenBack) {
+    const QSignalSpy cancelled(edit_, &NumberEdit::cancelled);
+    QTest::keyClick(edit_, Qt::Key_Escape);
+    EXPECT_EQ(cancelled.size(), 0);
+    for (const char* text : {"7", "2.5"}) {
+        type(QLatin1String(text));
+        QTest::keyClick(edit_, Qt::Key_Escape);
+    }
+    EXPECT_EQ(cancelled.size(), 2);
+    EXPECT_EQ(entered_.size() + left_.size(), 0);
+}
+
+TEST_F(NumberEditTest, AWarningIsRedToldAndEndsWithTheEdit) {
+    edit_->setUnit(QStringLiteral("dB"));
+    const auto edge = [this] { return edit_->grab().toImage().pixel(29, 0); };
+    EXPECT_EQ(edge(), theme::focus);
+    const auto warn = [this] {
+        type(QStringLiteral("99"));
+        edit_->setWarning(QStringLiteral("Out of range: counts as 18.0 dB"));
+    };
+    for (const auto code : {Qt::Key_Return, Qt::Key_Escape, Qt::Key_Tab}) {
+        warn();
+        EXPECT_EQ(edge(), theme::clip);
+        EXPECT_EQ(edit_->toolTip(), QStringLiteral("Out of range: counts as 18.0 dB"));
+        EXPECT_EQ(edit_->accessibleDescription(), QStringLiteral("dB. Out of range: counts as 18.0 dB"));
+        QTest::keyClick(edit_, code);
+        EXPECT_NE(edge(), theme::clip);
+        EXPECT_EQ(edit_->toolTip(), QString());
+        EXPECT_EQ(edit_->accessibleDescription(), QStringLiteral("dB"));
+    }
+}
+
+TEST_F(NumberEditTest, AMarkIsACornerAtEveryScaleAndMovesNothing) {
+    edit_->setUnit(QStringLiteral("dB"));
+    other_->setFocus();
+    const QRect place = edit_->geometry();
+    for (const double scale : {1.0, 2.0}) {
+        const auto picture = [this, scale] {
+            QImage image(edit_->size() * scale, QImage::Format_RGB32);
+            image.setDevicePixelRatio(scale);
+            image.fill(theme::card);
+            edit_->render(&image);
+            return image;
+        };
+        edit_->setMark({});
+        const QImage bare = picture();
+        edit_->setMark(QStringLiteral("Plays 3.0 dB"));
+        const QImage marked = picture();
+        int changed = 0;
+        for (int y = 0; y < bare.height(); ++y) {
+            for (int x = 0; x < bare.width(); ++x) {
+                if (bare.pixel(x, y) != marked.pixel(x, y)) {
+                    ++changed;
+                    EXPECT_GE(x, bare.width() - 9 * scale) << y;
+                    EXPECT_LE(y, 9 * scale) << x;
+                }
+            }
+        }
+        EXPECT_GE(changed, 20 * scale * scale) << scale;
+        EXPECT_EQ(marked.pixel(bare.width() - qRound(3 * scale), qRound(2 * scale)), theme::lightBlue);
+    }
+    EXPECT_EQ(edit_->geometry(), place);
+    EXPECT_EQ(edit_->toolTip(), QStringLiteral("Plays 3.0 dB"));
+    EXPECT_EQ(edit_->accessibleDescription(), QStringLiteral("dB. Plays 3.0 dB"));
+    edit_->setWarning(QStringLiteral("Not a number: counts as 0.0 dB"));
+    EXPECT_EQ(edit_->toolTip(), QStringLiteral("Not a number: counts as 0.0 dB\nPlays 3.0 dB"));
+    type(QStringLiteral("7"));
+    QTest::keyClick(edit_, Qt::Key_Return);
+    EXPECT_EQ(edit_->mark(), QStringLiteral("Plays 3.0 dB")) << "whoever applies the text sets it anew";
+}
+
 TEST_F(NumberEditTest, LeavingTellsOnce) {
     type(QStringLiteral("7"));
     other_->setFocus();
@@ -319,7 +440,82 @@ TEST_F(SpinEditTest, KeysAndTypingStayInTheRange) {
     spin_.selectAll();
     QTest::keyClicks(&spin_, QStringLiteral("9x3"));
     QTest::keyClick(&spin_, Qt::Key_Return);
-    EXPECT_EQ(spin_.value(), 3);
+    EXPECT_EQ(spin_.value(), 4);
+    EXPECT_EQ(spin_.text(), QStringLiteral("4"));
+}
+
+TEST_F(SpinEditTest, RefusesNothingAndSaysWhatATextCountsAs) {
+    spin_.setValue(2);
+    for (const auto& [text, value, warning] : {std::tuple{"9", 4, "Out of range: counts as 4"},
+                                               {"-1", 0, "Out of range: counts as 0"},
+                                               {"99999999999999999999", 4, "Out of range: counts as 4"},
+                                               {"3", 3, ""},
+                                               {" 3 ", 3, ""},
+                                               {"3.9", 3, ""},
+                                               {"3x", 3, "Not wholly a number: counts as 3"},
+                                               {"x1", 3, "Not a number: 3 stays"},
+                                               {"-", 3, "Not a number: 3 stays"}}) {
+        spin_.selectAll();
+        QTest::keyClicks(&spin_, QLatin1String(text));
+        EXPECT_EQ(spin_.findChild<QLineEdit*>()->text(), QLatin1String(text));
+        EXPECT_EQ(spin_.value(), value) << text;
+        EXPECT_EQ(spin_.warning(), QLatin1String(warning)) << text;
+        EXPECT_EQ(spin_.toolTip(), spin_.warning());
+        EXPECT_EQ(spin_.accessibleDescription(), spin_.warning());
+    }
+    for (const auto code : {Qt::Key_Return, Qt::Key_Up, Qt::Key_Down}) {
+        QTest::keyClicks(&spin_, QStringLiteral("x"));
+        EXPECT_NE(spin_.warning(), QString());
+        QTest::keyClick(&spin_, code);
+        EXPECT_EQ(spin_.text(), QString::number(spin_.value()));
+        EXPECT_EQ(spin_.warning(), QString());
+    }
+    QTest::keyClicks(&spin_, QStringLiteral("x"));
+    spin_.showValue(4);
+    EXPECT_EQ(spin_.warning(), QString());
+}
+
+TEST_F(SpinEditTest, ShowsItsValueOnceItIsLeftAndTellsOfANumberTypedAgain) {
+    QWidget page;
+    QLineEdit other(&page);
+    spin_.setParent(&page);
+    other.move(100, 0);
+    page.show();
+    page.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&page));
+    spin_.setValue(2);
+    const QSignalSpy retyped(&spin_, &SpinEdit::retyped);
+    const auto pass = [&](const char* text) {
+        spin_.setFocus(Qt::TabFocusReason);
+        spin_.selectAll();
+        QTest::keyClicks(&spin_, QLatin1String(text));
+        other.setFocus();
+    };
+    pass("");
+    EXPECT_EQ(retyped.size(), 0) << "only passed through";
+    pass("2");
+    ASSERT_EQ(retyped.size(), 1);
+    EXPECT_EQ(retyped[0][0].toInt(), 2);
+    pass("3");
+    EXPECT_EQ(retyped.size(), 1) << "told as a change";
+    pass("word");
+    EXPECT_EQ(retyped.size(), 1);
+    EXPECT_EQ(spin_.text(), QStringLiteral("3"));
+    pass("9");
+    EXPECT_EQ(spin_.text(), QStringLiteral("4"));
+    EXPECT_EQ(retyped.size(), 1);
+    spin_.setParent(nullptr);
+}
+
+TEST_F(SpinEditTest, WearsItsMarkBesideTheColumn) {
+    spin_.resize(84, 26);
+    const auto corner = [this] { return spin_.grab().toImage().pixel(62, 2); };
+    const QRgb bare = corner();
+    spin_.setMark(QStringLiteral("Plays 77"));
+    EXPECT_EQ(corner(), theme::lightBlue);
+    EXPECT_EQ(spin_.toolTip(), QStringLiteral("Plays 77"));
+    spin_.setMark({});
+    EXPECT_EQ(corner(), bare);
 }
 
 TEST_F(SpinEditTest, TheTextStandsBesideTheColumn) {
