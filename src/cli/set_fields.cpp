@@ -85,7 +85,7 @@ std::string elementText(const ParameterSet& set, const Field& field, FieldIndex 
     } else {
         text = numberText(shownValue(set, field, index));
     }
-    if (field.decimals > 0 && text.find_first_of(".en") == std::string::npos) {
+    if (shownDecimals(field) > 0 && text.find_first_of(".en") == std::string::npos) {
         text += ".0";
     }
     return text;

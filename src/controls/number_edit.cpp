@@ -158,7 +158,7 @@ void NumberEdit::leaveEvent(QEvent* event) {
 
 void NumberEdit::resizeEvent(QResizeEvent* event) {
     // Narrow boxes hold the same numbers.
-    setTextMargins(width() < narrow ? QMargins(2, 0, 2, 0) : QMargins(5, 0, 5, 0));
+    setTextMargins(width() <= narrow ? QMargins(2, 0, 2, 0) : QMargins(5, 0, 5, 0));
     QLineEdit::resizeEvent(event);
 }
 

@@ -136,11 +136,16 @@ struct Field {
     double minimum;                  ///< lowest value a person may set, in `unit`
     double maximum;                  ///< highest
     double storedPerShown;           ///< stored value = shown value times this
-    int decimals;                    ///< of the shown value
+    int decimals;                    ///< of the step between two values: 1 for tenths
     /// Values of a fresh store, in `unit`: none (0), one for all, or one for each index of the last repeated
     /// dimension.
     std::span<const double> defaults;
 };
+
+/// Decimals of the shown value: levels have one, whole ones too.
+[[nodiscard]] constexpr int shownDecimals(const Field& field) {
+    return field.unit == "dB" ? 1 : field.decimals;
+}
 
 inline constexpr std::size_t fieldCount = static_cast<std::size_t>(FieldId::count);
 

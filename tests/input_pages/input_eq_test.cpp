@@ -169,12 +169,68 @@ TEST_F(InputEq, EditsOnlyTheCurrentSet) {
     EXPECT_EQ(textOf(4021), "0.0");
 }
 
-TEST_F(InputEq, AnOutOfRangeTextStaysUntilTheNextRefresh) {
-    typeAndLeave(4021, QStringLiteral("25"));
-    EXPECT_EQ(textOf(4021), "25");
-    EXPECT_EQ(floatAt(actual, 60), 20.0F);
+TEST_F(InputEq, ABoxShowsWhatIsInForceOnceItIsLeft) {
+    for (const auto& [typed, shown, value] : {std::tuple{"25", "20.0", 20.0F},
+                                              {"3.57", "3.5", 3.5F},
+                                              {"word", "0.0", 0.0F},
+                                              {"-4 dB", "-4.0", -4.0F}}) {
+        typeAndLeave(4021, QLatin1String(typed));
+        EXPECT_EQ(textOf(4021), shown);
+        EXPECT_EQ(floatAt(actual, 60), value);
+    }
+}
+
+TEST_F(InputEq, LevelsHaveOneDecimal) {
+    for (int level = 0; level < 6; ++level) {
+        EXPECT_EQ(textOf(4061 + level), "0.0");
+        typeAndLeave(4061 + level, QStringLiteral("6"));
+        EXPECT_EQ(textOf(4061 + level), "6.0");
+        typeAndLeave(4061 + level, QStringLiteral("7.9"));
+        EXPECT_EQ(textOf(4061 + level), "7.0") << "steps stay whole";
+        key(slider(4051 + level), Qt::Key_Up);
+        EXPECT_EQ(textOf(4061 + level), "8.0");
+        EXPECT_EQ(edit(4061 + level).mark(), QString());
+    }
+}
+
+TEST_F(InputEq, EveryBandIsMarkedWhereTheTargetPlaysAnotherGain) {
+    for (int band = 0; band < 13; ++band) {
+        for (const auto& [typed, mark] : {std::pair{"3.5", "Plays 3.0 dB"},
+                                          {"3.0", ""},
+                                          {"-3.9", "Plays -3.0 dB"},
+                                          {"0.9", "Plays 0.0 dB"},
+                                          {"-20", ""}}) {
+            typeAndEnter(4021 + band, QLatin1String(typed));
+            EXPECT_EQ(edit(4021 + band).mark(), QLatin1String(mark)) << band << " " << typed;
+        }
+        drag(4001 + band, -5);
+        release(4001 + band);
+        const int tenths = -slider(4001 + band).position();
+        EXPECT_EQ(edit(4021 + band).mark().isEmpty(), tenths % 10 == 0) << tenths;
+        for (int other = band + 1; other < 13; ++other) {
+            EXPECT_EQ(edit(4021 + other).mark(), QString());
+        }
+    }
+    actual.state.setInputBandGain(4, 1.25F, true);
     page->refresh();
-    EXPECT_EQ(textOf(4021), "20.0");
+    EXPECT_EQ(edit(4025).mark(), QStringLiteral("In force: 1.25 dB. Plays 1.0 dB"));
+    EXPECT_EQ(edit(4025).toolTip(), edit(4025).mark());
+    EXPECT_EQ(edit(4025).accessibleDescription(), QStringLiteral("dB. ") + edit(4025).mark());
+}
+
+TEST_F(InputEq, AFrequencyTakesItsUnits) {
+    for (const auto& [typed, shown] : {std::pair{"0.2k", "200"},
+                                       {"0k25", "250"},
+                                       {"0,3 kHz", "300"},
+                                       {"400 Hz", "400"},
+                                       {"0.4999K", "499"},
+                                       {".12khz", "120"},
+                                       {"99hz", "99"}}) {
+        typeOnly(4081, QLatin1String(typed));
+        EXPECT_EQ(edit(4081).warning(), QString()) << typed;
+        key(edit(4081), Qt::Key_Return);
+        EXPECT_EQ(textOf(4081), shown) << typed;
+    }
 }
 
 TEST_F(InputEq, TheCrossoverBoxReformatsItsText) {

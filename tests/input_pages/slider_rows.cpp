@@ -17,6 +17,10 @@ std::string wholeText(int steps) {
     return std::to_string(steps);
 }
 
+std::string wholeDbText(int steps) {
+    return std::to_string(steps) + ".0";
+}
+
 float tenthsOf(int steps) {
     return static_cast<float>(steps / 10.0);
 }
@@ -64,7 +68,9 @@ InputRow plainRow(std::string name, int slider, int edit, bool vertical, int low
                  high,
                  perUnit,
                  false,
-                 perUnit == 10 ? tenthsText : wholeText,
+                 perUnit == 10                      ? tenthsText
+                 : slider >= 4051 && slider <= 4056 ? wholeDbText
+                                                    : wholeText,
                  {},
                  {},
                  {},

@@ -17,28 +17,93 @@ TEST(Attenuation, ReadsInTenthsBelowItsTopAndAsSilenceAtTheBottom) {
 
 TEST(Attenuation, TakesEveryTextAsALevel) {
     const ValueScale scale = sliderScale(FieldId::decoderGain, Qt::Vertical);
-    EXPECT_EQ(typedPosition(scale, QStringLiteral("-Inf.")), 0);
-    EXPECT_EQ(typedPosition(scale, QStringLiteral("-inf.")), 0);
-    EXPECT_EQ(typedPosition(scale, QStringLiteral(" -inf. ")), 0);
-    EXPECT_EQ(typedPosition(scale, QStringLiteral("-30")), 0);
-    EXPECT_EQ(typedPosition(scale, QStringLiteral("-1000")), 0);
-    EXPECT_EQ(typedPosition(scale, QStringLiteral("-29.99")), -1);
-    EXPECT_EQ(typedPosition(scale, QStringLiteral("-4,5")), -255);
-    EXPECT_EQ(typedPosition(scale, QStringLiteral("3")), -300);
-    // Not one of the two ways to write silence.
-    EXPECT_EQ(typedPosition(scale, QStringLiteral("-INF.")), -300);
-    EXPECT_EQ(typedPosition(scale, QString()), -300);
+    EXPECT_EQ(typedPosition(scale, QStringLiteral("-Inf."), -77), 0);
+    EXPECT_EQ(typedPosition(scale, QStringLiteral("-inf."), -77), 0);
+    EXPECT_EQ(typedPosition(scale, QStringLiteral(" -inf. "), -77), 0);
+    EXPECT_EQ(typedPosition(scale, QStringLiteral("-30"), -77), 0);
+    EXPECT_EQ(typedPosition(scale, QStringLiteral("-1000"), -77), 0);
+    EXPECT_EQ(typedPosition(scale, QStringLiteral("-29.99"), -77), -1);
+    EXPECT_EQ(typedPosition(scale, QStringLiteral("-4,5"), -77), -255);
+    EXPECT_EQ(typedPosition(scale, QStringLiteral("3"), -77), -300);
+    // Not one of the two ways to write silence, and no number: the level stays.
+    for (const char* text : {"-INF.", "-inf", "", "-", "loud", "x3"}) {
+        EXPECT_EQ(typedPosition(scale, QString::fromLatin1(text), -77), -77) << text;
+    }
 }
 
 TEST(Attenuation, ABeginningIsNotTakenForTheLoudestLevel) {
     const ValueScale scale = sliderScale(FieldId::decoderGain, Qt::Vertical);
     for (const char* text : {"", "-", "-I", "-Inf", "-in", "loud"}) {
-        EXPECT_FALSE(isWholeText(scale, QString::fromLatin1(text))) << text;
+        EXPECT_FALSE(readTyped(scale, QString::fromLatin1(text)).isThere) << text;
     }
     for (const char* text : {"-Inf.", "-inf.", "0", "-3", "-3.", "-.5"}) {
-        EXPECT_TRUE(isWholeText(scale, QString::fromLatin1(text))) << text;
+        EXPECT_TRUE(readTyped(scale, QString::fromLatin1(text)).isThere) << text;
     }
-    EXPECT_TRUE(isWholeText(sliderScale(FieldId::turnOffDelay, Qt::Horizontal), QString()));
+}
+
+TEST(TypedNumber, AFrequencyMayHaveItsUnit) {
+    const ValueScale scale = sliderScale(FieldId::crossoverFrequency, Qt::Horizontal);
+    for (const auto& [text, hertz] : {std::pair{"3.2k", 3200},
+                                      {"3k2", 3200},
+                                      {"3,2 kHz", 3200},
+                                      {"3200 Hz", 3200},
+                                      {"3200Hz", 3200},
+                                      {"3200", 3200},
+                                      {"3K2", 3200},
+                                      {" 3.2 k ", 3200},
+                                      {"3.255k", 3255},
+                                      {"3k25", 3250},
+                                      {"3k2559", 3255},
+                                      {"16k", 16000},
+                                      {"3k2 hz", 3200},
+                                      {".5k", 500},
+                                      {"0k5", 500},
+                                      {"5.k", 5000},
+                                      {"440.9 Hz", 440},
+                                      {"440,9", 440}}) {
+        const TypedNumber typed = readTyped(scale, QString::fromLatin1(text));
+        EXPECT_EQ(typed.position, hertz) << text;
+        EXPECT_TRUE(typed.isThere && typed.isWhole && !typed.isClamped) << text;
+    }
+    // Anything else is read as ever: the number that the text begins with.
+    for (const auto& [text, hertz] : {std::pair{"300kg", 300},
+                                      {"3200 Hertz", 3200},
+                                      {"320.5k5", 320},
+                                      {"400 k2", 400},
+                                      {"1e3", 20},
+                                      {"5 00", 20},
+                                      {"k5", 20},
+                                      {"Hz", 20},
+                                      {"200kk", 200}}) {
+        const TypedNumber typed = readTyped(scale, QString::fromLatin1(text));
+        EXPECT_EQ(typed.position, hertz) << text;
+        EXPECT_FALSE(typed.isWhole) << text;
+    }
+    EXPECT_TRUE(readTyped(scale, QStringLiteral("21k")).isClamped);
+    EXPECT_TRUE(readTyped(scale, QStringLiteral("-3k")).isClamped);
+}
+
+TEST(TypedNumber, OnlyFrequenciesHaveUnits) {
+    for (const FieldId field :
+         {FieldId::bandGain, FieldId::bandQ, FieldId::turnOffDelay, FieldId::limiterAttack}) {
+        const ValueScale scale = sliderScale(field, Qt::Horizontal);
+        for (const char* text : {"4k", "4 Hz", "4 dB", "4 ms"}) {
+            const TypedNumber typed = readTyped(scale, QString::fromLatin1(text));
+            EXPECT_EQ(typed.position, 4 * scale.stepsPerUnit) << text;
+            EXPECT_FALSE(typed.isWhole) << text;
+        }
+    }
+}
+
+TEST(ValueScale, EveryLevelHasOneDecimalAndWholeOnesWholeSteps) {
+    for (const Field& field : fieldTable()) {
+        if (field.unit == "dB") {
+            const ValueScale scale = sliderScale(field.id, Qt::Horizontal);
+            EXPECT_EQ(scale.decimals, 1) << field.path;
+            EXPECT_EQ(scale.stepsPerUnit, field.decimals == 0 ? 1 : 10) << field.path;
+            EXPECT_TRUE(textAt(scale, scale.maximum).contains(QLatin1Char('.'))) << field.path;
+        }
+    }
 }
 
 TEST(ValueScale, OnlyTheDecoderGainsAreAttenuations) {

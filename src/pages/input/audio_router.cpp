@@ -185,13 +185,13 @@ FieldIndex CAudioRouter::elementOf(BoundField bound) const {
 void CAudioRouter::write(BoundField bound, double value, bool final) {
     switch (bound.field) {
         case FieldId::delaySize1:
-            delaySize1() = truncateTo<std::uint16_t>(value);
-            writeDelaySize1(final);
+            keepDelaySize1(value);
+            writeDelaySize1(value, final);
             break;
         case FieldId::surroundMode:
         case FieldId::roomSize:
             ParameterPage::write(bound, value, final);
-            writeDelaySize1(final);
+            writeDelaySize1(delaySize1(), final);
             delay1_->show(delaySize1());
             break;
         default:
@@ -206,15 +206,22 @@ std::uint16_t& CAudioRouter::delaySize1() {
     return delays_[entry(FieldId::surroundMode, surroundModeCount)][entry(FieldId::roomSize, roomSizeCount)];
 }
 
-void CAudioRouter::writeDelaySize1(bool final) {
+// A set may hold a delay that nobody could have typed. It stays there, but is not carried to other sets and
+// rooms.
+void CAudioRouter::keepDelaySize1(double delayMs) {
+    const Field& field = fieldOf(FieldId::delaySize1);
+    delaySize1() = truncateTo<std::uint16_t>(std::clamp(delayMs, field.minimum, field.maximum));
+}
+
+void CAudioRouter::writeDelaySize1(double delayMs, bool final) {
     for (const BoundField word : delaySize1Words) {
-        ParameterPage::write(word, delaySize1(), final);
+        ParameterPage::write(word, delayMs, final);
     }
 }
 
 void CAudioRouter::refresh() {
     ParameterPage::refresh();
-    delaySize1() = truncateTo<std::uint16_t>(shown({FieldId::delaySize1}));
+    keepDelaySize1(shown({FieldId::delaySize1}));
     showSurround(tuning().currentParameterSet().surroundOff != 1);
 }
 

@@ -62,10 +62,11 @@ class CAudioRouter : public ParameterPage {
     void redrawWhole();
     /// Entry of the table for the mode and room size in force.
     [[nodiscard]] std::uint16_t& delaySize1();
-    void writeDelaySize1(bool final);
+    void keepDelaySize1(double delayMs);
+    void writeDelaySize1(double delayMs, bool final);
 
     /// Delay size 1 by mode and room: what it starts with and what a person has set since. The entry in force
-    /// is that of the current set.
+    /// is that of the current set, or the nearest that can be set.
     SurroundDelays delays_ = startingSurroundDelays;
     std::array<ComboBinding*, channelCount> sources_{};
     SkinGroupBox* surround_ = nullptr;

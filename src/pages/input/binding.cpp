@@ -1,7 +1,6 @@
 #include "pages/input/binding.h"
 
 #include <QScopedValueRollback>
-#include <QSignalBlocker>
 #include <algorithm>
 #include <cmath>
 
@@ -11,6 +10,7 @@
 #include "controls/skin_combo_box.h"
 #include "controls/spin_edit.h"
 #include "dsp/saturate.h"
+#include "pages/input/box_marks.h"
 
 namespace tessavo {
 
@@ -23,13 +23,12 @@ constexpr double centimetresPerMsTyped = 34.0;
 
 }  // namespace
 
-SliderBinding::SliderBinding(CBitmapSlider& slider, NumberEdit& edit, const ValueScale& scale,
-                             const QString& unit, Write write)
+SliderBinding::SliderBinding(CBitmapSlider& slider, NumberEdit& edit, const ValueScale& scale, Write write)
     : Binding(std::move(write)),
       slider_(slider),
       edit_(edit),
       scale_(scale),
-      thirdOctaves_(unit == QLatin1String("Hz")) {
+      thirdOctaves_(scale.unit == QLatin1String("Hz")) {
     slider_.setRange(scale.minimum, scale.maximum);
     const double direction = scale.negated ? -1.0 : 1.0;
     if (scale.attenuation) {
@@ -37,21 +36,34 @@ SliderBinding::SliderBinding(CBitmapSlider& slider, NumberEdit& edit, const Valu
     } else {
         slider_.setValueScale(direction / scale.stepsPerUnit);
     }
-    const QString shown = scale.attenuation ? QStringLiteral("dB") : unit;
-    edit_.setUnit(shown);
-    slider_.setFormatter([scale, shown](int position) {
-        const QString number = textAt(scale, position);
-        return shown.isEmpty() ? number : number + QLatin1Char(' ') + shown;
-    });
+    edit_.setUnit(scale.unit);
+    slider_.setFormatter([scale](int position) { return unitTextAt(scale, position); });
     connect(&edit_, &NumberEdit::entered, this, &SliderBinding::applyText);
     connect(&edit_, &NumberEdit::left, this, &SliderBinding::leave);
+    connect(&edit_, &NumberEdit::cancelled, this, &SliderBinding::takeBack);
     connect(&edit_, &QLineEdit::textChanged, this, &SliderBinding::followText);
     connect(&edit_, &NumberEdit::stepRequested, this, &SliderBinding::step);
 }
 
 void SliderBinding::show(double value) {
     const QScopedValueRollback busy(busy_, true);
+    held_ = value;
+    follows_ = false;
     moveTo(positionOf(scale_, value));
+}
+
+void SliderBinding::write(double value, bool final) {
+    held_ = value;
+    follows_ = false;
+    write_(value, final);
+}
+
+int SliderBinding::typed() const {
+    return typedPosition(scale_, edit_.text(), slider_.position());
+}
+
+void SliderBinding::mark(double inForce, const QString& played) {
+    edit_.setMark(markText(numberIn(scale_, edit_.text()), inForce, exactText(scale_, inForce), played));
 }
 
 void SliderBinding::setBypassed(bool bypassed) {
@@ -92,28 +104,46 @@ void SliderBinding::moved(int position, bool final) {
     const QScopedValueRollback busy(busy_, true);
     const int clamped = std::clamp(position, scale_.minimum, scale_.maximum);
     showText(clamped);
-    write_(valueAt(scale_, clamped), final);
+    write(valueAt(scale_, clamped), final);
 }
 
 void SliderBinding::applyText() {
     const QScopedValueRollback busy(busy_, true);
-    const int position = typedPosition(scale_, edit_.text());
+    const int position = typed();
+    // A level that stays is not written: what the controls cannot show would be lost.
+    const bool stays = scale_.attenuation && !readTyped(scale_, edit_.text()).isThere;
     slider_.setPosition(position);
     if (typing_ != Typing::kept) {
         showText(position);
     }
-    write_(valueAt(scale_, position), true);
+    if (!stays || follows_) {
+        write(valueAt(scale_, position), true);
+    }
 }
 
 void SliderBinding::followText() {
-    if (busy_ || typing_ != Typing::followed || !isWholeText(scale_, edit_.text())) {
+    if (busy_ || !edit_.isEdited()) {
+        return;
+    }
+    edit_.setWarning(typedWarning(scale_, edit_.text(), slider_.position()));
+    const bool stays = scale_.attenuation && !readTyped(scale_, edit_.text()).isThere;
+    if (typing_ != Typing::followed || stays) {
         return;
     }
     const QScopedValueRollback busy(busy_, true);
-    const int position = typedPosition(scale_, edit_.text());
+    const int position = typed();
     slider_.setPosition(position);
-    // With its old text again, as Escape gives it, the box has nothing to say when it is left.
-    write_(valueAt(scale_, position), !edit_.isEdited());
+    follows_ = true;
+    write_(valueAt(scale_, position), false);
+}
+
+void SliderBinding::takeBack() {
+    if (!follows_) {
+        return;
+    }
+    const QScopedValueRollback busy(busy_, true);
+    moveTo(positionOf(scale_, held_));
+    write(held_, true);
 }
 
 void SliderBinding::leave() {
@@ -125,7 +155,7 @@ void SliderBinding::leave() {
 
 void SliderBinding::step(int steps, bool coarse) {
     const QScopedValueRollback busy(busy_, true);
-    int position = edit_.isEdited() ? typedPosition(scale_, edit_.text()) : slider_.position();
+    int position = edit_.isEdited() ? typed() : slider_.position();
     if (coarse && thirdOctaves_) {
         position = positionOf(scale_, valueAt(scale_, position) * std::exp2(steps / 3.0));
     } else {
@@ -133,12 +163,12 @@ void SliderBinding::step(int steps, bool coarse) {
         position = std::clamp(position, scale_.minimum, scale_.maximum);
     }
     moveTo(position);
-    write_(valueAt(scale_, position), true);
+    write(valueAt(scale_, position), true);
 }
 
 DelayBinding::DelayBinding(CBitmapSlider& slider, NumberEdit& edit, NumberEdit& distance,
-                           const ValueScale& scale, const QString& unit, Write write)
-    : SliderBinding(slider, edit, scale, unit, std::move(write)), distance_(distance) {
+                           const ValueScale& scale, Write write)
+    : SliderBinding(slider, edit, scale, std::move(write)), distance_(distance) {
     distance_.setUnit(QStringLiteral("cm"));
     connect(&distance_, &NumberEdit::entered, this, &DelayBinding::applyDistance);
     connect(&distance_, &NumberEdit::left, this, [this] {
@@ -146,6 +176,28 @@ DelayBinding::DelayBinding(CBitmapSlider& slider, NumberEdit& edit, NumberEdit& 
             applyDistance();
         }
     });
+    connect(&distance_, &QLineEdit::textChanged, this, [this] {
+        if (distance_.isEdited()) {
+            const TypedNumber typed = typedDistance();
+            distance_.setWarning(typedWarning(typed, unitTextAt(this->scale(), typed.position)));
+        }
+    });
+}
+
+TypedNumber DelayBinding::typedDistance() const {
+    const ValueScale& limits = scale();
+    TypedNumber typed = readTyped(limits, distance_.text());
+    const int tenths = truncateTo<int>(readTenths(distance_.text()) / centimetresPerMsTyped);
+    const int asked = limits.negated ? -tenths : tenths;
+    typed.position = std::clamp(asked, limits.minimum, limits.maximum);
+    typed.isClamped = typed.position != asked;
+    return typed;
+}
+
+void DelayBinding::mark(double inForce, const QString& played) {
+    SliderBinding::mark(inForce, played);
+    distance_.setMark(
+        distanceMark(numberIn(scale(), distance_.text()), inForce * centimetresPerMsShown, played));
 }
 
 void DelayBinding::setBypassed(bool bypassed) {
@@ -159,18 +211,16 @@ void DelayBinding::setMixed(const QString& note) {
 }
 
 void DelayBinding::applyText() {
-    const int position = typedPosition(scale(), edit().text());
+    const int position = typed();
     moveTo(position);
-    write_(valueAt(scale(), position), true);
+    write(valueAt(scale(), position), true);
 }
 
 void DelayBinding::applyDistance() {
-    const ValueScale& limits = scale();
-    const int tenths = truncateTo<int>(readTenths(distance_.text()) / centimetresPerMsTyped);
-    const int position = std::clamp(limits.negated ? -tenths : tenths, limits.minimum, limits.maximum);
+    const int position = typedDistance().position;
     slider().setPosition(position);
     SliderBinding::showText(position);
-    write_(valueAt(limits, position), true);
+    write(valueAt(scale(), position), true);
 }
 
 void DelayBinding::showText(int position) {
@@ -180,22 +230,27 @@ void DelayBinding::showText(int position) {
 
 NumberBinding::NumberBinding(NumberEdit& edit, const ValueScale& scale, Write write)
     : Binding(std::move(write)), edit_(edit), scale_(scale) {
-    connect(&edit_, &NumberEdit::entered, this, [this] { take(typedPosition(scale_, edit_.text())); });
-    connect(&edit_, &NumberEdit::left, this, [this] {
+    edit_.setUnit(scale.unit);
+    const auto typed = [this] { return typedPosition(scale_, edit_.text(), position_); };
+    connect(&edit_, &NumberEdit::entered, this, [this, typed] { take(typed()); });
+    connect(&edit_, &NumberEdit::left, this, [this, typed] {
         if (edit_.isEdited()) {
-            take(typedPosition(scale_, edit_.text()));
+            take(typed());
         }
     });
+    connect(&edit_, &NumberEdit::cancelled, this, &NumberBinding::takeBack);
     connect(&edit_, &QLineEdit::textChanged, this, &NumberBinding::followText);
-    connect(&edit_, &NumberEdit::stepRequested, this, [this](int steps, bool coarse) {
-        const int position = typedPosition(scale_, edit_.text()) + (coarse ? 10 : 1) * steps;
-        take(std::clamp(position, scale_.minimum, scale_.maximum));
+    connect(&edit_, &NumberEdit::stepRequested, this, [this, typed](int steps, bool coarse) {
+        take(std::clamp(typed() + (coarse ? 10 : 1) * steps, scale_.minimum, scale_.maximum));
     });
 }
 
 void NumberBinding::show(double value) {
     const QScopedValueRollback busy(busy_, true);
-    edit_.setValueText(textAt(scale_, positionOf(scale_, value)));
+    held_ = value;
+    follows_ = false;
+    position_ = positionOf(scale_, value);
+    edit_.setValueText(textAt(scale_, position_));
 }
 
 void NumberBinding::setBypassed(bool bypassed) {
@@ -214,16 +269,32 @@ void NumberBinding::setMixed(const QString& note) {
     edit_.setMixed(note);
 }
 
+void NumberBinding::mark(double inForce, const QString& played) {
+    edit_.setMark(markText(numberIn(scale_, edit_.text()), inForce, exactText(scale_, inForce), played));
+}
+
 void NumberBinding::followText() {
-    if (!busy_ && typing_ == Typing::followed) {
-        write_(valueAt(scale_, typedPosition(scale_, edit_.text())), !edit_.isEdited());
+    if (busy_ || !edit_.isEdited()) {
+        return;
+    }
+    edit_.setWarning(typedWarning(scale_, edit_.text(), position_));
+    if (typing_ == Typing::followed) {
+        follows_ = true;
+        write_(valueAt(scale_, typedPosition(scale_, edit_.text(), position_)), false);
+    }
+}
+
+void NumberBinding::takeBack() {
+    if (follows_) {
+        const double before = held_;
+        show(before);
+        write_(before, true);
     }
 }
 
 void NumberBinding::take(int position) {
-    const QScopedValueRollback busy(busy_, true);
-    edit_.setValueText(textAt(scale_, position));
-    write_(valueAt(scale_, position), true);
+    show(valueAt(scale_, position));
+    write_(held_, true);
 }
 
 SpinBinding::SpinBinding(SpinEdit& spin, const ValueScale& scale, Write write)
@@ -231,11 +302,16 @@ SpinBinding::SpinBinding(SpinEdit& spin, const ValueScale& scale, Write write)
     spin_.setRange(scale.minimum, scale.maximum);
     connect(&spin_, &QSpinBox::valueChanged, this,
             [this](int position) { write_(valueAt(scale_, position), true); });
+    connect(&spin_, &SpinEdit::retyped, this,
+            [this](int position) { write_(valueAt(scale_, position), true); });
 }
 
 void SpinBinding::show(double value) {
-    const QSignalBlocker quiet(spin_);
-    spin_.setValue(positionOf(scale_, value));
+    spin_.showValue(positionOf(scale_, value));
+}
+
+void SpinBinding::mark(double inForce, const QString& played) {
+    spin_.setMark(markText(valueAt(scale_, spin_.value()), inForce, exactText(scale_, inForce), played));
 }
 
 CheckBinding::CheckBinding(SkinCheckBox& box, bool inverted, Write write)

@@ -14,7 +14,8 @@ class SkinCheckBox;
 class SkinComboBox;
 class SpinEdit;
 
-/// What becomes of a text that a person types into an edit box.
+/// What becomes of a text that a person types into an edit box. Escape puts back the value that was there
+/// before, also one that the controls cannot show.
 enum class Typing {
     kept,       ///< taken by Enter or by leaving the box, and left as it was typed
     rewritten,  ///< taken in the same way, and rewritten with what was taken
@@ -36,6 +37,11 @@ class Binding : public QObject {
     virtual void show(double value) = 0;
     /// Takes the colour of the controls away, or gives it back.
     virtual void setBypassed(bool) {}
+    /// Marks a box whose number is not what is in force, or not what plays.
+    ///
+    /// \param inForce value of the record
+    /// \param played what plays in its place, as a sentence; empty where it plays
+    virtual void mark(double /*inForce*/, const QString& /*played*/) {}
 
     // For a value that belongs to several channels at once. What is never assigned to several shows no marks.
 
@@ -55,15 +61,14 @@ class SliderBinding : public Binding {
     Q_OBJECT
 
  public:
-    /// \param unit of the value, for screen readers; may be empty
-    SliderBinding(CBitmapSlider& slider, NumberEdit& edit, const ValueScale& scale, const QString& unit,
-                  Write write);
+    SliderBinding(CBitmapSlider& slider, NumberEdit& edit, const ValueScale& scale, Write write);
 
     void show(double value) override;
     void setBypassed(bool bypassed) override;
     [[nodiscard]] bool shows(double value) const override;
     [[nodiscard]] QString words(double value) const override;
     void setMixed(const QString& note) override;
+    void mark(double inForce, const QString& played) override;
 
     [[nodiscard]] CBitmapSlider& slider() { return slider_; }
     /// Value that the slider stands at.
@@ -85,10 +90,14 @@ class SliderBinding : public Binding {
     virtual void showText(int position);
     void moveTo(int position);
     [[nodiscard]] const ValueScale& scale() const { return scale_; }
+    /// Position that the text of the box asks for.
+    [[nodiscard]] int typed() const;
+    void write(double value, bool final);
 
  private:
     void leave();
     void followText();
+    void takeBack();
     void step(int steps, bool coarse);
 
     CBitmapSlider& slider_;
@@ -97,6 +106,8 @@ class SliderBinding : public Binding {
     Typing typing_ = Typing::kept;
     bool thirdOctaves_;
     bool busy_ = false;
+    bool follows_ = false;  ///< the value of a text under way is written
+    double held_ = 0;       ///< last value that was shown or written by something else than such a text
 };
 
 /// A delay: slider and box in milliseconds, and a second box with the distance that sound goes in that time.
@@ -105,10 +116,11 @@ class DelayBinding : public SliderBinding {
 
  public:
     DelayBinding(CBitmapSlider& slider, NumberEdit& edit, NumberEdit& distance, const ValueScale& scale,
-                 const QString& unit, Write write);
+                 Write write);
 
     void setBypassed(bool bypassed) override;
     void setMixed(const QString& note) override;
+    void mark(double inForce, const QString& played) override;
     /// Both boxes are rewritten with what was taken.
     void applyText() override;
 
@@ -119,6 +131,8 @@ class DelayBinding : public SliderBinding {
     void showText(int position) override;
 
  private:
+    [[nodiscard]] TypedNumber typedDistance() const;
+
     NumberEdit& distance_;
 };
 
@@ -134,17 +148,22 @@ class NumberBinding : public Binding {
     [[nodiscard]] bool shows(double value) const override;
     [[nodiscard]] QString words(double value) const override;
     void setMixed(const QString& note) override;
+    void mark(double inForce, const QString& played) override;
     [[nodiscard]] NumberEdit& edit() { return edit_; }
     void setTyping(Typing typing) { typing_ = typing; }
 
  private:
     void take(int position);
     void followText();
+    void takeBack();
 
     NumberEdit& edit_;
     ValueScale scale_;
     Typing typing_ = Typing::rewritten;
     bool busy_ = false;
+    int position_ = 0;      ///< of the value that is shown or taken
+    bool follows_ = false;  ///< as in a SliderBinding
+    double held_ = 0;
 };
 
 /// A small whole number with an up-down column. Every change by a person is final.
@@ -155,6 +174,7 @@ class SpinBinding : public Binding {
     SpinBinding(SpinEdit& spin, const ValueScale& scale, Write write);
 
     void show(double value) override;
+    void mark(double inForce, const QString& played) override;
     [[nodiscard]] SpinEdit& spin() { return spin_; }
 
  private:

@@ -1,7 +1,7 @@
 #include "pages/input/input_advanced.h"
 
 #include "controls/number_edit.h"
-#include "pages/input/value_scale.h"
+#include "pages/input/box_marks.h"
 
 namespace tessavo {
 
@@ -54,6 +54,20 @@ void CInputAdvanced::applySecondText() {
 void CInputAdvanced::showValue(int steps) {
     CInputBase::showValue(steps);
     showSecond(static_cast<float>(steps) * centimetresPerMsShown);
+}
+
+void CInputAdvanced::warn() {
+    CInputBase::warn();
+    const auto steps = static_cast<float>(divisor());
+    warnIn(secondEdit_, static_cast<float>(lower()) / steps * centimetresPerMsShown,
+           static_cast<float>(upper()) / steps * centimetresPerMsShown, steps / centimetresPerMsTyped);
+}
+
+void CInputAdvanced::mark(double inForce, const QString& played) {
+    CInputBase::mark(inForce, played);
+    const ParsedNumber text = parseText(secondEdit_.text());
+    secondEdit_.setMark(distanceMark(text.isWhole ? std::optional<double>(text.value) : std::nullopt,
+                                     inForce * static_cast<double>(centimetresPerMsShown), played));
 }
 
 }  // namespace tessavo

@@ -19,6 +19,8 @@ class CInputAdvanced : public CInputBase {
     void applySecondText() override;
     /// The second box takes `steps` as if they were units; only the first divides them.
     void showValue(int steps) override;
+    void warn() override;
+    void mark(double inForce, const QString& played) override;
 
     [[nodiscard]] NumberEdit& secondEdit() const { return secondEdit_; }
 

@@ -9,6 +9,7 @@
 #include "controls/bitmap_slider.h"
 #include "controls/number_edit.h"
 #include "dsp/saturate.h"
+#include "pages/input/box_marks.h"
 #include "pages/input/value_scale.h"
 
 namespace tessavo {
@@ -19,7 +20,7 @@ constexpr int textDecimals = 1;
 
 }  // namespace
 
-float parsedNumber(const QString& text) {
+ParsedNumber parseText(const QString& text) {
     std::string number = text.trimmed().toStdString();
     std::replace(number.begin(), number.end(), ',', '.');
     if (number.starts_with('+') && !number.starts_with("+-")) {
@@ -33,11 +34,16 @@ float parsedNumber(const QString& text) {
         const bool tiny = exponent != std::string::npos && number[exponent + 1] == '-';
         value = tiny ? 0 : std::copysign(std::numeric_limits<double>::infinity(), number[0] == '-' ? -1 : 1);
     }
-    if (std::isnan(value)) {
-        return 0;
+    if (problem == std::errc::invalid_argument || std::isnan(value)) {
+        return {};
     }
     constexpr double largest = std::numeric_limits<float>::max();
-    return static_cast<float>(std::clamp(value, -largest, largest));
+    return {static_cast<float>(std::clamp(value, -largest, largest)), true,
+            end == number.data() + number.size()};
+}
+
+float parsedNumber(const QString& text) {
+    return parseText(text).value;
 }
 
 CInputBase::CInputBase(CBitmapSlider& slider, NumberEdit& valueEdit, QWidget* owner, int lower, int upper,
@@ -86,6 +92,35 @@ void CInputBase::applyText() {
 void CInputBase::showValue(int steps) {
     const float value = static_cast<float>(steps) / static_cast<float>(divisor_);
     valueEdit_.setValueText(numberText(value, textDecimals));
+}
+
+void CInputBase::warnIn(NumberEdit& edit, float lowest, float highest, float stepsPerUnit) const {
+    if (!edit.isEdited()) {
+        return;
+    }
+    const ParsedNumber typed = parseText(edit.text());
+    const bool isClamped = typed.value < lowest || typed.value > highest;
+    const float units = std::clamp(typed.value, lowest, highest);
+    const int position =
+        std::clamp(truncateTo<int>(-units * stepsPerUnit), slider_.minimum(), slider_.maximum());
+    const QString value =
+        numberText(position == 0 ? 0.0 : -static_cast<double>(position) / divisor_, textDecimals);
+    edit.setWarning(typedWarning({typed.isThere, typed.isWhole, isClamped, position},
+                                 value + QLatin1Char(' ') + valueEdit_.unit()));
+}
+
+void CInputBase::warn() {
+    const auto steps = static_cast<float>(divisor_);
+    warnIn(valueEdit_, static_cast<float>(lower_) / steps, static_cast<float>(upper_) / steps, steps);
+}
+
+void CInputBase::mark(double inForce, const QString& played) {
+    const ParsedNumber text = parseText(valueEdit_.text());
+    ValueScale scale;
+    scale.decimals = textDecimals;
+    scale.unit = valueEdit_.unit();
+    valueEdit_.setMark(markText(text.isWhole ? std::optional<double>(text.value) : std::nullopt, inForce,
+                                exactText(scale, inForce), played));
 }
 
 }  // namespace tessavo

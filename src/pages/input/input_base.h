@@ -37,6 +37,14 @@ class CInputBase {
     /// position.
     virtual void showValue(int steps);
 
+    /// Warns in the boxes of a text under way that counts as something else.
+    virtual void warn();
+    /// Marks a box whose text is not what is in force, or not what plays.
+    ///
+    /// \param inForce in units
+    /// \param played what plays in its place, as a sentence; empty where it plays
+    virtual void mark(double inForce, const QString& played);
+
     virtual ~CInputBase() = default;
 
     [[nodiscard]] CBitmapSlider& slider() const { return slider_; }
@@ -52,6 +60,11 @@ class CInputBase {
     void moveToSteps(float steps);
     /// The slider's position in units.
     [[nodiscard]] float positionInUnits() const;
+    /// Warns in one box.
+    ///
+    /// \param lowest, highest in units of that box
+    /// \param stepsPerUnit of the slider
+    void warnIn(NumberEdit& edit, float lowest, float highest, float stepsPerUnit) const;
 
  private:
     CBitmapSlider& slider_;
@@ -61,6 +74,14 @@ class CInputBase {
     int lower_;
     int upper_;
 };
+
+/// What parsedNumber() finds.
+struct ParsedNumber {
+    float value = 0;
+    bool isThere = false;  ///< the text begins with a number
+    bool isWhole = false;  ///< and, but for blanks around it, is nothing else
+};
+[[nodiscard]] ParsedNumber parseText(const QString& text);
 
 /// Number at the start of a text, as the standard conversion reads it (blanks, sign, digits, decimal point,
 /// exponent) in every locale; a comma counts as a decimal point. 0 for a text that begins with no number.

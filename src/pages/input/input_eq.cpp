@@ -103,6 +103,7 @@ SliderBinding& CInputEQ::addBand(std::size_t inputBand, int left, int width, con
                                      {center - 25, 266, 50, 24},
                                      theme::level},
                                     name, group);
+    made.setTyping(Typing::rewritten);
     // The lines of the group are the ruler.
     made.slider().setTicks({});
     made.edit().setColor(0);
@@ -174,6 +175,7 @@ void CInputEQ::makeLevels() {
                                       {316, top + 7, 50, 24},
                                       theme::level},
                                      title, group));
+        levels_.back()->setTyping(Typing::rewritten);
         addLabel(QStringLiteral("dB"), {370, top + 7, 18, 24}, group);
     }
 }
@@ -193,9 +195,7 @@ void CInputEQ::makeCompressor() {
                                          {left + 2, 554, 50, 24},
                                          column.color},
                                         QLatin1String(column.name), compressor_);
-        if (column.field == FieldId::compressorCrossover) {
-            made.setTyping(Typing::rewritten);
-        }
+        made.setTyping(Typing::rewritten);
         compressorSliders_.push_back(&made);
         compressorControls_.push_back(&made);
         if (column.unit[0] != '\0') {
@@ -268,6 +268,7 @@ void CInputEQ::applyAll() {
         const bool last = band + 1 == inputSectionCount;
         tuning().setInputBandGain(band, static_cast<float>(bands_[band]->value()), last);
     }
+    updateMarks();
 }
 
 void CInputEQ::reset() {

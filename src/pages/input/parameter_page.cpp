@@ -11,6 +11,7 @@
 #include "controls/skin_group_box.h"
 #include "controls/slider_event.h"
 #include "controls/spin_edit.h"
+#include "pages/input/box_marks.h"
 
 namespace tessavo {
 
@@ -30,11 +31,6 @@ std::vector<int> decibelTicks(const ValueScale& scale) {
     return ticks;
 }
 
-QString unitOf(FieldId field) {
-    const std::string_view unit = fieldOf(field).unit;
-    return QString::fromUtf8(unit.data(), static_cast<qsizetype>(unit.size()));
-}
-
 }  // namespace
 
 ParameterPage::ParameterPage(TuningState& tuning, QWidget* parent) : CTabDialog(parent), tuning_(tuning) {}
@@ -46,6 +42,16 @@ void ParameterPage::refresh() {
         bound.binding->show(shown(bound.to));
     }
     updateLook();
+    updateMarks();
+}
+
+void ParameterPage::updateMarks() {
+    for (const Bound& bound : bindings_) {
+        const FieldIndex index = markedElement(bound.to);
+        const Field& field = fieldOf(bound.to.field);
+        bound.binding->mark(shownValue(tuning_.currentParameterSet(), field, index),
+                            playedNote(tuning_, bound.to.field, index));
+    }
 }
 
 FieldIndex ParameterPage::elementOf(BoundField bound) const {
@@ -97,6 +103,7 @@ Binding::Write ParameterPage::writer(BoundField bound) {
     return [this, bound](double value, bool final) {
         write(bound, value, final);
         updateLook();
+        updateMarks();
     };
 }
 
@@ -172,9 +179,9 @@ Made& ParameterPage::keep(BoundField bound, std::unique_ptr<Made> binding) {
 SliderBinding& ParameterPage::addSlider(const SliderRow& row, const QString& name, QWidget* parent) {
     CBitmapSlider* slider = makeSlider(row, name, parent);
     NumberEdit* edit = makeEdit(row.editId, row.edit, row.color, name, parent);
-    SliderBinding& made = keep(row.bound, std::make_unique<SliderBinding>(
-                                              *slider, *edit, sliderScale(row.bound.field, row.orientation),
-                                              unitOf(row.bound.field), writer(row.bound)));
+    SliderBinding& made = keep(
+        row.bound, std::make_unique<SliderBinding>(
+                       *slider, *edit, sliderScale(row.bound.field, row.orientation), writer(row.bound)));
     sliders_[row.sliderId] = &made;
     return made;
 }
@@ -188,7 +195,7 @@ DelayBinding& ParameterPage::addDelay(const SliderRow& row, int distanceId, cons
     DelayBinding& made =
         keep(row.bound, std::make_unique<DelayBinding>(*slider, *edit, *distanceEdit,
                                                        sliderScale(row.bound.field, row.orientation),
-                                                       unitOf(row.bound.field), writer(row.bound)));
+                                                       writer(row.bound)));
     sliders_[row.sliderId] = &made;
     return made;
 }
@@ -196,7 +203,6 @@ DelayBinding& ParameterPage::addDelay(const SliderRow& row, int distanceId, cons
 NumberBinding& ParameterPage::addNumber(BoundField bound, int id, const QRect& place, QRgb color,
                                         const QString& name, QWidget* parent) {
     NumberEdit* edit = makeEdit(id, place, color, name, parent);
-    edit->setUnit(unitOf(bound.field));
     return keep(bound, std::make_unique<NumberBinding>(*edit, sliderScale(bound.field, Qt::Horizontal),
                                                        writer(bound)));
 }
@@ -232,6 +238,11 @@ void ParameterPage::setReadingOrder(const std::vector<QWidget*>& controls) {
     for (std::size_t i = 0; i + 1 < controls.size(); ++i) {
         QWidget::setTabOrder(controls[i], controls[i + 1]);
     }
+}
+
+void ParameterPage::showEvent(QShowEvent* event) {
+    CTabDialog::showEvent(event);
+    updateMarks();
 }
 
 bool ParameterPage::event(QEvent* event) {

@@ -62,6 +62,11 @@ class ParameterPage : public CTabDialog {
     virtual void write(BoundField bound, double value, bool final);
     /// Called after every refresh and every edit, for what depends on other values: bars, colours.
     virtual void updateLook() {}
+    /// Marks every box whose number is not what is in force or not what plays. Called after every refresh and
+    /// every edit, and when the page comes to the front: another page's edit may count here.
+    virtual void updateMarks();
+    /// Element that the marks of a control go by; that which it shows unless the page says otherwise.
+    [[nodiscard]] virtual FieldIndex markedElement(BoundField bound) const { return elementOf(bound); }
 
     /// Value that the current set holds, as a person reads it.
     [[nodiscard]] double shown(BoundField bound) const;
@@ -109,6 +114,7 @@ class ParameterPage : public CTabDialog {
     [[nodiscard]] QRect placeIn(const QWidget* parent, const QRect& place) const;
 
     bool event(QEvent* event) override;
+    void showEvent(QShowEvent* event) override;
 
  private:
     struct Bound {

@@ -20,15 +20,117 @@ bool isSilence(const QString& text) {
     return text == silence() || text == QLatin1String("-inf.");
 }
 
+struct Tenths {
+    double value = 0;
+    bool isThere = false;  ///< at least one digit was read
+    bool isAll = false;    ///< nothing is left behind the number
+};
+
+bool isDigit(QChar letter) {
+    return letter >= QLatin1Char('0') && letter <= QLatin1Char('9');
+}
+
+bool isPoint(QChar letter) {
+    return letter == QLatin1Char('.') || letter == QLatin1Char(',');
+}
+
+Tenths readNumberStart(const QString& text) {
+    // Long enough for every number that fits a slider; more digits cannot change the clamped result.
+    constexpr double enough = 1e15;
+    const QString trimmed = text.trimmed();
+    const bool negative = trimmed.startsWith(QLatin1Char('-'));
+    qsizetype place = negative ? 1 : 0;
+    // Digits are gathered as a whole number, so that 0.7 gives 7 and not the product of a rounded 0.7.
+    double digits = 0;
+    double tail = 0;
+    double weight = 1;
+    bool pointSeen = false;
+    bool tenthSeen = false;
+    Tenths read;
+    for (; place < trimmed.size(); ++place) {
+        if (isPoint(trimmed[place]) && !pointSeen) {
+            pointSeen = true;
+        } else if (isDigit(trimmed[place])) {
+            const auto digit = static_cast<double>(trimmed[place].unicode() - u'0');
+            read.isThere = true;
+            if (!pointSeen || !tenthSeen) {
+                digits = std::min(digits * 10 + digit, enough);
+                tenthSeen = pointSeen;
+            } else {
+                weight /= 10;
+                tail += digit * weight;
+            }
+        } else {
+            break;
+        }
+    }
+    const double tenths = (tenthSeen ? digits : digits * 10) + tail;
+    read.value = negative ? -tenths : tenths;
+    read.isAll = read.isThere && place == trimmed.size();
+    return read;
+}
+
+/// A frequency with its unit as a plain number of Hz: "3k2" gives "3200". The digits are moved, not
+/// multiplied, so that nothing is rounded. Any other text stays as it is.
+QString withoutUnit(const QString& text) {
+    QString rest = text.trimmed();
+    if (rest.endsWith(QLatin1String("Hz"), Qt::CaseInsensitive)) {
+        rest = rest.chopped(2).trimmed();
+    }
+    qsizetype place = rest.startsWith(QLatin1Char('-')) ? 1 : 0;
+    QString whole = rest.left(place);
+    QString fraction;
+    const auto digitsInto = [&](QString& digits) {
+        const qsizetype first = place;
+        for (; place < rest.size() && isDigit(rest[place]); ++place) {
+            digits += rest[place];
+        }
+        return place - first;
+    };
+    bool anyDigit = digitsInto(whole) > 0;
+    const bool pointed = place < rest.size() && isPoint(rest[place]);
+    if (pointed) {
+        ++place;
+        anyDigit = digitsInto(fraction) > 0 || anyDigit;
+    }
+    const qsizetype numberEnd = place;
+    while (place < rest.size() && rest[place].isSpace()) {
+        ++place;
+    }
+    const bool thousands = place < rest.size() && rest[place].toLower() == QLatin1Char('k');
+    if (thousands) {
+        ++place;
+        if (!pointed && place == numberEnd + 1) {
+            digitsInto(fraction);
+        }
+    }
+    if (!anyDigit || place != rest.size()) {
+        return text;
+    }
+    if (thousands) {
+        fraction = fraction.leftJustified(3, QLatin1Char('0'));
+        whole += fraction.left(3);
+        fraction.remove(0, 3);
+    }
+    return whole + QLatin1Char('.') + fraction;
+}
+
+Tenths readIn(const ValueScale& scale, const QString& text) {
+    return readNumberStart(scale.unit == QLatin1String("Hz") ? withoutUnit(text) : text);
+}
+
 }  // namespace
 
 ValueScale sliderScale(FieldId field, Qt::Orientation orientation) {
     const Field& described = fieldOf(field);
     ValueScale scale;
-    scale.decimals = described.decimals;
+    scale.decimals = shownDecimals(described);
     scale.stepsPerUnit = described.decimals > 0 ? 10 : 1;
     scale.negated = orientation == Qt::Vertical;
     scale.attenuation = field == FieldId::decoderGain;
+    scale.unit = scale.attenuation ? QStringLiteral("dB")
+                                   : QString::fromUtf8(described.unit.data(),
+                                                       static_cast<qsizetype>(described.unit.size()));
     const int low = truncateTo<int>(std::round(described.minimum * scale.stepsPerUnit));
     const int high = truncateTo<int>(std::round(described.maximum * scale.stepsPerUnit));
     scale.minimum = scale.negated ? -high : low;
@@ -58,57 +160,62 @@ QString textAt(const ValueScale& scale, int position) {
     return numberText(valueAt(scale, position), scale.decimals);
 }
 
+QString unitTextAt(const ValueScale& scale, int position) {
+    const QString number = textAt(scale, position);
+    return scale.unit.isEmpty() ? number : number + QLatin1Char(' ') + scale.unit;
+}
+
 double readTenths(const QString& text) {
-    // Long enough for every number that fits a slider; more digits cannot change the clamped result.
-    constexpr double enough = 1e15;
-    const QString trimmed = text.trimmed();
-    qsizetype place = 0;
-    const bool negative = trimmed.startsWith(QLatin1Char('-'));
-    if (negative) {
-        ++place;
-    }
-    // Digits are gathered as a whole number, so that 0.7 gives 7 and not the product of a rounded 0.7.
-    double digits = 0;
-    double tail = 0;
-    double weight = 1;
-    bool pointSeen = false;
-    bool tenthSeen = false;
-    for (; place < trimmed.size(); ++place) {
-        const char32_t unit = trimmed[place].unicode();
-        if ((unit == U'.' || unit == U',') && !pointSeen) {
-            pointSeen = true;
-        } else if (unit >= U'0' && unit <= U'9') {
-            const auto digit = static_cast<double>(unit - U'0');
-            if (!pointSeen || !tenthSeen) {
-                digits = std::min(digits * 10 + digit, enough);
-                tenthSeen = pointSeen;
-            } else {
-                weight /= 10;
-                tail += digit * weight;
-            }
-        } else {
-            break;
-        }
-    }
-    const double tenths = (tenthSeen ? digits : digits * 10) + tail;
-    return negative ? -tenths : tenths;
+    return readNumberStart(text).value;
 }
 
-int typedPosition(const ValueScale& scale, const QString& text) {
-    if (scale.attenuation) {
-        const bool silent = isSilence(text.trimmed());
-        return positionOf(scale, silent ? 0 : highestValue(scale) + std::trunc(readTenths(text)));
+TypedNumber readTyped(const ValueScale& scale, const QString& text) {
+    if (scale.attenuation && isSilence(text.trimmed())) {
+        return {true, true, false, positionOf(scale, 0)};
     }
+    const Tenths read = readIn(scale, text);
     // Ten steps to a unit are the tenths themselves: no rounding on the way.
-    const double tenths = readTenths(text);
-    const double steps = std::trunc(scale.stepsPerUnit == 10 ? tenths : tenths / 10.0 * scale.stepsPerUnit);
-    const int position = truncateTo<int>(scale.negated ? -steps : steps);
-    return std::clamp(position, scale.minimum, scale.maximum);
+    double steps = std::trunc(scale.stepsPerUnit == 10 ? read.value : read.value / 10.0 * scale.stepsPerUnit);
+    if (scale.attenuation) {
+        steps = highestValue(scale) + std::trunc(read.value);
+    }
+    const int asked = truncateTo<int>(scale.negated ? -steps : steps);
+    const int position = std::clamp(asked, scale.minimum, scale.maximum);
+    return {read.isThere, read.isAll, asked != position, position};
 }
 
-bool isWholeText(const ValueScale& scale, const QString& text) {
-    return !scale.attenuation || isSilence(text.trimmed()) ||
-           std::any_of(text.begin(), text.end(), [](QChar unit) { return unit >= u'0' && unit <= u'9'; });
+int typedPosition(const ValueScale& scale, const QString& text, int current) {
+    const TypedNumber typed = readTyped(scale, text);
+    return scale.attenuation && !typed.isThere ? current : typed.position;
+}
+
+std::optional<double> numberIn(const ValueScale& scale, const QString& text) {
+    if (scale.attenuation && isSilence(text.trimmed())) {
+        return 0;
+    }
+    const Tenths read = readIn(scale, text);
+    if (!read.isAll) {
+        return {};
+    }
+    return scale.attenuation ? highestValue(scale) + read.value : read.value / 10;
+}
+
+QString typedWarning(const TypedNumber& typed, const QString& countsAs) {
+    if (!typed.isThere) {
+        return QStringLiteral("Not a number: counts as ") + countsAs;
+    }
+    if (typed.isClamped) {
+        return QStringLiteral("Out of range: counts as ") + countsAs;
+    }
+    return typed.isWhole ? QString() : QStringLiteral("Not wholly a number: counts as ") + countsAs;
+}
+
+QString typedWarning(const ValueScale& scale, const QString& text, int current) {
+    const TypedNumber typed = readTyped(scale, text);
+    if (scale.attenuation && !typed.isThere) {
+        return QStringLiteral("Not a number: %1 stays").arg(unitTextAt(scale, current));
+    }
+    return typedWarning(typed, unitTextAt(scale, typed.position));
 }
 
 QString exactText(const ValueScale& scale, double value) {

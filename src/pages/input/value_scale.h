@@ -2,6 +2,7 @@
 
 #include <QString>
 #include <Qt>
+#include <optional>
 
 #include "params/field_table.h"
 
@@ -18,6 +19,7 @@ struct ValueScale {
     /// The text is a level in dB: 0.0 at the highest value, a tenth less for each step below it, "-Inf." at
     /// value 0.
     bool attenuation = false;
+    QString unit;  ///< of the text; empty for a plain number
 };
 
 /// Scale of a field's slider: its range and decimals are those of the field table.
@@ -35,17 +37,39 @@ struct ValueScale {
 /// The value at a position as text, with a decimal point in every locale.
 [[nodiscard]] QString textAt(const ValueScale& scale, int position);
 
+/// The text at a position with its unit.
+[[nodiscard]] QString unitTextAt(const ValueScale& scale, int position);
+
 /// Ten times the number at the start of a text: an optional "-", digits, one decimal point (a comma counts
 /// as one), digits. What follows is ignored; a text without a digit there gives 0.
 [[nodiscard]] double readTenths(const QString& text);
 
-/// Position that a typed text asks for: truncated towards zero and clamped. "-Inf." and "-inf." are the
-/// bottom of an attenuation.
-[[nodiscard]] int typedPosition(const ValueScale& scale, const QString& text);
+/// What a typed text counts as.
+struct TypedNumber {
+    bool isThere = false;    ///< the text begins with a number, or says silence
+    bool isWhole = false;    ///< and with its unit, where it may have one, is nothing else
+    bool isClamped = false;  ///< the number lies beyond the range
+    int position = 0;        ///< truncated towards zero and clamped; without a number that of 0
+};
 
-/// False while a text is only the beginning of one that typedPosition() understands and would give the
-/// loudest level for it.
-[[nodiscard]] bool isWholeText(const ValueScale& scale, const QString& text);
+/// Reads a text as readTenths() does. A frequency may be followed by its unit, and "k" stands for a thousand,
+/// in place of the decimal point as well: "3.2k", "3k2", "3,2 kHz" and "3200 Hz" are the same. "-Inf." and
+/// "-inf." are the bottom of an attenuation.
+[[nodiscard]] TypedNumber readTyped(const ValueScale& scale, const QString& text);
+
+/// Position that a typed text asks for. One without a number leaves an attenuation at `current`: its 0 would
+/// be the loudest.
+[[nodiscard]] int typedPosition(const ValueScale& scale, const QString& text, int current);
+
+/// The value that a text says, neither truncated nor clamped; nothing unless all of the text is a number.
+[[nodiscard]] std::optional<double> numberIn(const ValueScale& scale, const QString& text);
+
+/// What to warn of while a text stands in a box: empty for a number within the range.
+[[nodiscard]] QString typedWarning(const ValueScale& scale, const QString& text, int current);
+/// The same for a page with a reader of its own.
+///
+/// \param countsAs number and unit
+[[nodiscard]] QString typedWarning(const TypedNumber& typed, const QString& countsAs);
 
 /// A stored value in words: as textAt() gives it where a position stands for just this value, otherwise with
 /// all the digits that tell it from its neighbours.

@@ -280,12 +280,17 @@ void COutputEQ::makeHiddenControls() {
     calibrate->setEnabled(false);
 }
 
+std::optional<RecordChannel> COutputEQ::lastChosen() const {
+    const int last = static_cast<int>(channelCount) - 1 - std::countr_zero(tuning().selectionMask());
+    if (last < 0) {
+        return {};
+    }
+    return recordChannelAt({static_cast<std::uint8_t>(last)});
+}
+
 void COutputEQ::refresh() {
     // Several channels at once may differ: the last of them is shown, like its curve.
-    const int last = static_cast<int>(channelCount) - 1 - std::countr_zero(tuning().selectionMask());
-    if (last >= 0) {
-        shownChannel_ = recordChannelAt({static_cast<std::uint8_t>(last)});
-    }
+    shownChannel_ = lastChosen().value_or(shownChannel_);
     ParameterPage::refresh();
     showSources();
 }
@@ -305,6 +310,10 @@ void COutputEQ::showEvent(QShowEvent* event) {
 
 FieldIndex COutputEQ::elementOf(BoundField bound) const {
     return {shownChannel_.value, bound.part};
+}
+
+FieldIndex COutputEQ::markedElement(BoundField bound) const {
+    return {lastChosen().value_or(shownChannel_).value, bound.part};
 }
 
 void COutputEQ::write(BoundField bound, double value, bool final) {
@@ -429,6 +438,8 @@ void COutputEQ::selectChannels() {
     tuning().setSelectionMask(selection_->mask());
     if (!selection_->multiChannelMode()) {
         refresh();
+    } else {
+        updateMarks();
     }
     // Band 8's type always follows its list, whichever channels are chosen.
     if (const int type = bands_[lastBand].type->code(); type >= 0) {

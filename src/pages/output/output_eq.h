@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <optional>
 
 #include "pages/input/parameter_page.h"
 #include "params/message_box.h"
@@ -25,6 +26,8 @@ class COutputEQ : public ParameterPage {
 
  protected:
     [[nodiscard]] FieldIndex elementOf(BoundField bound) const override;
+    /// That of the last channel that is chosen: edits go there.
+    [[nodiscard]] FieldIndex markedElement(BoundField bound) const override;
     void write(BoundField bound, double value, bool final) override;
     void updateLook() override;
     void showEvent(QShowEvent* event) override;
@@ -52,6 +55,8 @@ class COutputEQ : public ParameterPage {
     void makeLimiter();
     void makeSelection();
 
+    /// The last in page order; none while none is ticked.
+    [[nodiscard]] std::optional<RecordChannel> lastChosen() const;
     void showSources();
     void markTickedChannels();
     void selectChannels();

@@ -5,6 +5,7 @@
 #include "controls/skin_combo_box.h"
 #include "controls/skin_group_box.h"
 #include "controls/slider_event.h"
+#include "pages/input/box_marks.h"
 #include "pages/input/input_advanced.h"
 #include "pages/input/input_base.h"
 
@@ -150,6 +151,7 @@ void COutputGroup::connectEdit(Row& row, std::size_t place, NumberEdit& edit, Ap
         apply(*row.inputs[place]);
         takeMove(row, place);
     };
+    connect(&edit, &QLineEdit::textChanged, this, [&row, place] { row.inputs[place]->warn(); });
     connect(&edit, &NumberEdit::entered, this, take);
     connect(&edit, &NumberEdit::left, this, [&edit, take] {
         // A box that was only passed through has nothing to say.
@@ -207,6 +209,15 @@ void COutputGroup::refresh() {
     ParameterPage::refresh();
 }
 
+void COutputGroup::updateMarks() {
+    for (Row& row : rows_) {
+        for (std::size_t place = 0; place < channelCount; ++place) {
+            const BoundField bound{row.table.value, place};
+            row.inputs[place]->mark(shown(bound), playedNote(tuning(), bound.field, elementOf(bound)));
+        }
+    }
+}
+
 void COutputGroup::updateLook() {
     for (Row& row : rows_) {
         for (std::size_t place = 0; place < channelCount; ++place) {
@@ -253,6 +264,7 @@ void COutputGroup::takeMove(Row& row, std::size_t place) {
         }
     }
     store(row, place);
+    updateMarks();
 }
 
 void COutputGroup::store(const Row& row, std::size_t place) {

@@ -30,6 +30,7 @@ class COutputGroup : public ParameterPage {
  protected:
     [[nodiscard]] FieldIndex elementOf(BoundField bound) const override;
     void updateLook() override;
+    void updateMarks() override;
     bool event(QEvent* event) override;
 
  private:
