@@ -1,13 +1,8 @@
-#include "pages/input/audio_router.h"
-
 #include <QAccessible>
-#include <QLabel>
 #include <QTest>
 
-#include "controls/spin_edit.h"
-#include "controls/state_lamp.h"
 #include "controls/theme.h"
-#include "output_pages/page_fixture.h"
+#include "input_pages/audio_router_fixture.h"
 
 namespace tessavo::testing {
 namespace {
@@ -16,11 +11,6 @@ constexpr std::array<const char*, 14> sources{
     "Silenced",   "FrontLeft",      "FrontRight",      "Center",           "RearLeft",
     "RearRight",  "Subwoofer",      "FrontLeftCenter", "FrontRightCenter", "LeftTotal",
     "RightTotal", "LeftRightTotal", "RearLeftTotal",   "RearRightTotal"};
-
-/// Starting delay of a mode and room.
-int startingDelay(int mode, int room) {
-    return 8 * (mode + room);
-}
 
 class Shows : public QObject {
  public:
@@ -32,57 +22,6 @@ class Shows : public QObject {
         return false;
     }
     std::vector<QEvent::Type> seen;
-};
-
-class AudioRouter : public PageTest {
- protected:
-    AudioRouter() { open(); }
-
-    void open() {
-        delete page;
-        showPage(std::make_unique<CAudioRouter>(actual.state));
-        actual.settle();
-        store = actual.store();
-        image = actual.image();
-    }
-    SpinEdit& mode() { return control<SpinEdit>(5034); }
-    SpinEdit& room() { return control<SpinEdit>(5035); }
-    CxSkinButton& surround() { return control<CxSkinButton>(5031); }
-    void expectSurround(bool on) {
-        EXPECT_EQ(surround().text(),
-                  on ? QStringLiteral("Disable Surround") : QStringLiteral("Enable Surround"));
-        EXPECT_EQ(control<QLabel>(5033).text(),
-                  on ? QStringLiteral("Surround is ON") : QStringLiteral("Surround is OFF"));
-        EXPECT_EQ(control<StateLamp>(5032).isLit(), on);
-    }
-    /// Nothing but what the test wrote into `store` and `image` has changed.
-    void expectBytes() {
-        EXPECT_SAME_BYTES(actual.store(), store);
-        EXPECT_SAME_BYTES(actual.image(), image);
-    }
-    void expectDelay1(int delayMs) {
-        EXPECT_EQ(textOf(5036), std::to_string(delayMs));
-        for (std::size_t place = 1848; place <= 1856; place += 2) {
-            writeAt(store, place, static_cast<std::uint16_t>(delayMs));
-        }
-        writeAt(image, 2970, static_cast<std::uint16_t>(delayMs));
-        expectBytes();
-    }
-    void expectMode(int value, int delayMs) {
-        EXPECT_EQ(mode().value(), value);
-        store[1578] = static_cast<std::uint8_t>(value);
-        image[2952] = static_cast<std::uint8_t>(value);
-        expectDelay1(delayMs);
-    }
-    void expectRoom(int value, int delayMs) {
-        EXPECT_EQ(room().value(), value);
-        store[1577] = static_cast<std::uint8_t>(value);
-        image[2948] = static_cast<std::uint8_t>(value);
-        expectDelay1(delayMs);
-    }
-
-    Bytes store;
-    Bytes image;
 };
 
 TEST_F(AudioRouter, OffersTheFourteenSourcesAndShowsAFreshStoreSilenced) {
@@ -272,66 +211,6 @@ TEST_F(AudioRouter, NumbersOutsideTheListsCountAsTheLast) {
     key(room(), Qt::Key_Tab);
     EXPECT_EQ(room().text(), QStringLiteral("0"));
     expectBytes();
-}
-
-TEST_F(AudioRouter, AModeTypedAgainReplacesOneThatTheBoxCannotShow) {
-    store[1578] = 77;
-    actual.load(store);
-    image = actual.image();
-    page->refresh();
-    EXPECT_EQ(mode().mark(), QStringLiteral("In force: 77"));
-    mode().setFocus(Qt::TabFocusReason);
-    key(mode(), Qt::Key_Tab);
-    expectBytes();
-    mode().setFocus(Qt::TabFocusReason);
-    mode().selectAll();
-    QTest::keyClicks(&mode(), QStringLiteral("2"));
-    key(mode(), Qt::Key_Tab);
-    EXPECT_EQ(actual.store()[1578], 2);
-    EXPECT_EQ(mode().mark(), QString());
-}
-
-TEST_F(AudioRouter, ADelayOutOfRangeIsNotCarriedBackByTheRoom) {
-    writeAt(store, 1848, std::uint16_t{60000});
-    actual.load(store);
-    image = actual.image();
-    page->refresh();
-    EXPECT_EQ(textOf(5036), "100");
-    EXPECT_EQ(edit(5036).mark(), QStringLiteral("In force: 60000 ms"));
-    expectBytes();
-    // Taken back, it stays; carried away and back, it is gone.
-    typeOnly(5036, QStringLiteral("7"));
-    key(edit(5036), Qt::Key_Escape);
-    EXPECT_EQ(readAt<std::uint16_t>(actual.store(), 1848), 60000);
-    EXPECT_EQ(readAt<std::uint16_t>(actual.image(), 2970), 60000);
-    EXPECT_EQ(textOf(5036), "100");
-    key(room(), Qt::Key_Up);
-    expectRoom(1, startingDelay(0, 1));
-    EXPECT_EQ(edit(5036).mark(), QString());
-    key(room(), Qt::Key_Down);
-    expectRoom(0, 100);
-    EXPECT_EQ(edit(5036).mark(), QString());
-}
-
-TEST_F(AudioRouter, EscapeLeavesATurnOffDelayThatTheSliderCannotShow) {
-    writeAt(store, 1846, std::uint16_t{65000});
-    actual.load(store);
-    image = actual.image();
-    page->refresh();
-    EXPECT_EQ(textOf(5023), "30000");
-    EXPECT_EQ(edit(5023).mark(), QStringLiteral("In force: 65000 ms"));
-    for (const char* typed : {"7", "30000", "word", ""}) {
-        typeOnly(5023, QLatin1String(typed));
-        key(edit(5023), Qt::Key_Escape);
-        expectBytes();
-        EXPECT_EQ(textOf(5023), "30000");
-        EXPECT_EQ(slider(5022).position(), 30000);
-        key(edit(5023), Qt::Key_Tab);
-        expectBytes();
-    }
-    typeAndLeave(5023, QStringLiteral("30000"));
-    EXPECT_EQ(readAt<std::uint16_t>(actual.store(), 1846), 30000);
-    EXPECT_EQ(edit(5023).mark(), QString());
 }
 
 TEST_F(AudioRouter, ATypedDelayTakesThePlaceOfItsEntryInTheTable) {
