@@ -136,10 +136,6 @@ void NumberEdit::focusOutEvent(QFocusEvent* event) {
     focused_ = false;
     update();
     if (event->reason() != Qt::PopupFocusReason) {
-        if (!edited_) {
-            // What a program has put here before nobody has confirmed.
-            setValueText(applied_);
-        }
         apply(&NumberEdit::left);
     }
 }
