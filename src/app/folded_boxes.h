@@ -14,8 +14,8 @@ namespace tessavo {
 class FoldedBoxes : public IMessageBox {
  public:
     /// \param boxes shows what is new; outlives this
-    /// \param counted told how many times the last text has come, with the time when it was shown, whenever it
-    /// is not shown; 0 when such a text is forgotten. On the thread that caused it. May be empty.
+    /// \param counted told how many times the last text has come, with the time when it was shown, whenever
+    /// it is not shown; 0 when such a text is forgotten. On the thread that caused it. May be empty.
     explicit FoldedBoxes(IMessageBox& boxes, std::function<void(int)> counted = {});
 
     /// A repeat of a box without a choice is answered at once, as if it had been closed.

@@ -117,8 +117,8 @@ class CMainFrame : public QWidget {
     std::function<bool()> nothingToLose_;
     TargetFollower follower_;
     PortFollower portFollower_;
-    bool closing_ = false;             ///< all questions are answered; only an exchange has still to end
-    bool closeOnceQuiet_ = false;      ///< a person waits for the end of an exchange, to be asked to close then
+    bool closing_ = false;         ///< all questions are answered; only an exchange has still to end
+    bool closeOnceQuiet_ = false;  ///< a person waits for the end of an exchange, to be asked to close then
     std::unique_ptr<InputHold> hold_;  ///< while a background exchange is waited for
     QTimer pollLimit_;                 ///< how long that may last
     std::optional<QPoint> dragStart_;  ///< of the window under the pointer, while the background is pressed

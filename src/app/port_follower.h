@@ -26,8 +26,8 @@ class PortFollower : public QObject {
 
     /// A look out of turn.
     void look();
-    /// An exchange may know more than the last look: looks again, and takes a device that has answered for the
-    /// right one.
+    /// An exchange may know more than the last look: looks again, and takes a device that has answered for
+    /// the right one.
     void exchangeEnded(ExchangeEnd end);
 
  signals:

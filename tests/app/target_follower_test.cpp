@@ -392,12 +392,12 @@ TEST_F(Follower, APortThatIsGoneStandsBeforeEverythingElse) {
     for (const ExchangeEnd end : {ExchangeEnd::portNotOpened, ExchangeEnd::noAnswer, ExchangeEnd::lineBusy}) {
         follower.commandStarted(Activity::sending);
         EXPECT_EQ(off(), gone);
-        follower.exchangeEnded(end, at(3));
+        ended(LineUser::clipPoll, end, at(3));
         follower.commandEnded();
         EXPECT_EQ(off(), gone);
         follower.workerState(State::sending, at(4));
         EXPECT_EQ(live(), gone);
-        follower.workerState(State::noAnswer, at(5));
+        follower.workerState(State::failed, at(5));
         EXPECT_EQ(live(), gone);
     }
     follower.setPort(QStringLiteral("COM4"));
@@ -411,7 +411,7 @@ TEST_F(Follower, APortThatComesBackIsToldUntilSomethingElseIs) {
     };
     replug();
     EXPECT_EQ(off(), (Told{Light::off, "port back 14:32:03"}));
-    follower.exchangeEnded(ExchangeEnd::answered, at(4));
+    ended(LineUser::clipPoll, ExchangeEnd::answered, at(4));
     EXPECT_EQ(off(), (Told{Light::off, "port back 14:32:03, last answer 14:32:04"})) << "a poll";
     follower.commandStarted(Activity::reading);
     EXPECT_EQ(off(), (Told{Light::sending, "port back 14:32:03, reading"}));
@@ -421,26 +421,26 @@ TEST_F(Follower, APortThatComesBackIsToldUntilSomethingElseIs) {
     EXPECT_EQ(live(pending), (Told{Light::sending, "port back 14:32:03, waiting"}));
     follower.workerState(State::sending, at(5));
     EXPECT_EQ(live(), (Told{Light::sending, "port back 14:32:03, sending"}));
-    follower.exchangeEnded(ExchangeEnd::answered, at(6));
+    ended(LineUser::liveMode, ExchangeEnd::answered, at(6));
     EXPECT_EQ(live(), (Told{Light::sending, "port back 14:32:03, sending"}));
     follower.workerState(State::confirmed, at(7));
     EXPECT_EQ(live(false, true), (Told{Light::confirmed, "confirmed 14:32:07"}));
     replug();
     EXPECT_EQ(live(false, true), (Told{Light::confirmed, "port back 14:32:03, confirmed 14:32:07"}));
-    follower.exchangeEnded(ExchangeEnd::noAnswer, at(8));
+    ended(LineUser::clipPoll, ExchangeEnd::noAnswer, at(8));
     EXPECT_EQ(live(), (Told{Light::trouble, "no answer 14:32:08"}));
 }
 
 TEST_F(Follower, TheTroubleOfAPortGoesWithItsReturn) {
     for (const ExchangeEnd end : {ExchangeEnd::portNotOpened, ExchangeEnd::noAnswer}) {
         follower.portGone(at(1));
-        follower.exchangeEnded(end, at(2));
+        ended(LineUser::clipPoll, end, at(2));
         follower.portBack(at(3));
         EXPECT_EQ(off(), (Told{Light::off, "port back 14:32:03"}));
     }
     follower.portGone(at(4));
     follower.workerState(State::sending, at(4));
-    follower.exchangeEnded(ExchangeEnd::portNotOpened, at(5));
+    follower.exchangeEnded(LineUser::liveMode, ExchangeEnd::portNotOpened, at(5));
     follower.portBack(at(6));
     EXPECT_EQ(live(), (Told{Light::trouble, "port back 14:32:06, port not opened 14:32:05"}))
         << "the box about it may still be open";
@@ -449,15 +449,15 @@ TEST_F(Follower, TheTroubleOfAPortGoesWithItsReturn) {
 TEST_F(Follower, AnotherDeviceUnderTheSameNameIsTroubleUntilItHasBeenSpokenTo) {
     const Told another{Light::trouble, "another device 14:32:03"};
     for (const ExchangeEnd end : {ExchangeEnd::answered, ExchangeEnd::portNotOpened, ExchangeEnd::noAnswer}) {
-        follower.exchangeEnded(ExchangeEnd::answered, at(1));
+        ended(LineUser::clipPoll, ExchangeEnd::answered, at(1));
         follower.portGone(at(2));
         follower.portReplaced(at(3));
         EXPECT_EQ(off(), another);
         EXPECT_EQ(live(false, true), another);
         EXPECT_EQ(live(pending), (Told{Light::sending, "waiting"}));
-        follower.exchangeEnded(ExchangeEnd::lineBusy, at(4));
+        ended(LineUser::clipPoll, ExchangeEnd::lineBusy, at(4));
         EXPECT_EQ(off(), another);
-        follower.exchangeEnded(end, at(5));
+        ended(LineUser::clipPoll, end, at(5));
         EXPECT_NE(off(), another);
     }
 }
@@ -465,7 +465,7 @@ TEST_F(Follower, AnotherDeviceUnderTheSameNameIsTroubleUntilItHasBeenSpokenTo) {
 TEST_F(Follower, RepeatedBoxesOfTheClipDetectionAreALineWithACount) {
     follower.boxRepeated(2);
     EXPECT_EQ(off(), (Told{Light::off, ""})) << "it stands beside the trouble";
-    follower.exchangeEnded(ExchangeEnd::portNotOpened, at(1));
+    ended(LineUser::clipPoll, ExchangeEnd::portNotOpened, at(1));
     EXPECT_EQ(off(), (Told{Light::trouble,
                            "port not opened 14:32:01, clip detection: "
                            "\"Cannot open COM port!\" 2 times"}));

@@ -161,7 +161,7 @@ TEST_F(ReplugSeenOnALine, AnEditWhileThePortIsGoneIsSentWhenItComesBack) {
     tuning.setVolume(-9.0F, true);
     bool failed = false;
     QObject::connect(&link, &CommLink::workerState, frame.get(),
-                     [&](LiveWorker::State state) { failed |= state == LiveWorker::State::noAnswer; });
+                     [&](LiveWorker::State state) { failed |= state == LiveWorker::State::failed; });
     ASSERT_TRUE(passEventsUntil([&] { return failed; }));
     EXPECT_THAT(shownTexts(), ElementsAre("Cannot open COM port!", "Cannot open COM port!"))
         << "the worker's boxes come as ever";

@@ -63,7 +63,7 @@ int SliderBinding::typed() const {
 }
 
 void SliderBinding::mark(double inForce, const QString& played) {
-    edit_.setMark(markText(numberIn(scale_, edit_.text()), inForce, exactText(scale_, inForce), played));
+    edit_.setMark(markText(numberIn(scale_, edit_.text()), inForce, exactUnitText(scale_, inForce), played));
 }
 
 void SliderBinding::setBypassed(bool bypassed) {
@@ -258,7 +258,7 @@ void NumberBinding::setBypassed(bool bypassed) {
 }
 
 bool NumberBinding::shows(double value) const {
-    return typedPosition(scale_, edit_.text()) == positionOf(scale_, value);
+    return typedPosition(scale_, edit_.text(), position_) == positionOf(scale_, value);
 }
 
 QString NumberBinding::words(double value) const {
@@ -270,7 +270,7 @@ void NumberBinding::setMixed(const QString& note) {
 }
 
 void NumberBinding::mark(double inForce, const QString& played) {
-    edit_.setMark(markText(numberIn(scale_, edit_.text()), inForce, exactText(scale_, inForce), played));
+    edit_.setMark(markText(numberIn(scale_, edit_.text()), inForce, exactUnitText(scale_, inForce), played));
 }
 
 void NumberBinding::followText() {
@@ -311,7 +311,7 @@ void SpinBinding::show(double value) {
 }
 
 void SpinBinding::mark(double inForce, const QString& played) {
-    spin_.setMark(markText(valueAt(scale_, spin_.value()), inForce, exactText(scale_, inForce), played));
+    spin_.setMark(markText(valueAt(scale_, spin_.value()), inForce, exactUnitText(scale_, inForce), played));
 }
 
 CheckBinding::CheckBinding(SkinCheckBox& box, bool inverted, Write write)

@@ -61,7 +61,7 @@ bool isSameNumber(double one, double other) {
     return std::abs(one - other) <= relative * std::max({1.0, std::abs(one), std::abs(other)});
 }
 
-QString exactText(const ValueScale& scale, double value) {
+QString exactUnitText(const ValueScale& scale, double value) {
     if (!scale.attenuation) {
         return numberWith(value, scale.decimals, scale.unit);
     }
@@ -89,7 +89,7 @@ QString playedNote(const TuningState& tuning, FieldId id, FieldIndex index) {
     if (isSameNumber(played, shownValue(tuning.currentParameterSet(), field, index))) {
         return {};
     }
-    return QStringLiteral("Plays ") + exactText(sliderScale(id, Qt::Vertical), played);
+    return QStringLiteral("Plays ") + exactUnitText(sliderScale(id, Qt::Vertical), played);
 }
 
 QString markText(std::optional<double> boxNumber, double inForce, const QString& inForceText,

@@ -9,7 +9,7 @@
 namespace tessavo {
 
 /// A value with its unit, with as many decimals as tell it from its neighbours: "0.7 dB", "0.7071 dB".
-[[nodiscard]] QString exactText(const ValueScale& scale, double value);
+[[nodiscard]] QString exactUnitText(const ValueScale& scale, double value);
 
 /// Whether two numbers read alike, whatever a single makes of their tenths.
 [[nodiscard]] bool isSameNumber(double one, double other);

@@ -120,7 +120,7 @@ void CInputBase::mark(double inForce, const QString& played) {
     scale.decimals = textDecimals;
     scale.unit = valueEdit_.unit();
     valueEdit_.setMark(markText(text.isWhole ? std::optional<double>(text.value) : std::nullopt, inForce,
-                                exactText(scale, inForce), played));
+                                exactUnitText(scale, inForce), played));
 }
 
 }  // namespace tessavo

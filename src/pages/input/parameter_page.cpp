@@ -68,7 +68,7 @@ double ParameterPage::shown(BoundField bound) const {
 
 QString ParameterPage::mixedNote(const Bound& bound, const std::vector<Holder>& holders) const {
     const Field& field = fieldOf(bound.to.field);
-    const QString unit = unitOf(field.id);
+    const QString unit = QString::fromUtf8(field.unit.data(), static_cast<qsizetype>(field.unit.size()));
     bool differ = false;
     bool isShown = true;
     QString first;
