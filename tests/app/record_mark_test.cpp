@@ -39,7 +39,7 @@ class InvalidSets : public FrameTest {
     /// The mark as it is drawn, over the header.
     QColor markColour() {
         const QImage picture = frame->grab().toImage();
-        return picture.pixelColor(mark().mapTo(frame.get(), QPoint(8, 13)) * picture.devicePixelRatio());
+        return picture.pixelColor(mark().mapTo(frame.get(), QPoint(5, 12)) * picture.devicePixelRatio());
     }
 };
 

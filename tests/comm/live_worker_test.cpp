@@ -159,9 +159,9 @@ TEST_F(LiveWorkerTest, TheCopyThatIsToldIsTheOneThatIsSent) {
     std::vector<std::pair<State, Bytes>> told;
     LiveWorker watched(tuning, engine, clock, boxes, [&](State state, const ParameterImage& image) {
         told.emplace_back(state, imageBytes(image));
-        // A slider that is dragged and another set, each as close behind the copy as can be.
-        tuning.setVolume(-17.0F, false);
+        // Another set and an edit, as close behind the copy as can be.
         tuning.selectSet(tuning.currentSet() == 2 ? 1 : 2);
+        tuning.setGroupGain({0}, static_cast<float>(told.size()));
     });
     const Bytes before = imageBytes(tuning.image());
     targetTakes();

@@ -509,7 +509,11 @@ TEST_F(SpinEditTest, ShowsItsValueOnceItIsLeftAndTellsOfANumberTypedAgain) {
 
 TEST_F(SpinEditTest, WearsItsMarkBesideTheColumn) {
     spin_.resize(84, 26);
-    const auto corner = [this] { return spin_.grab().toImage().pixel(62, 2); };
+    const auto corner = [this] {
+        const QImage picture = spin_.grab().toImage();
+        const double scale = picture.devicePixelRatio();
+        return picture.pixel(static_cast<int>(62.5 * scale), static_cast<int>(2.5 * scale));
+    };
     const QRgb bare = corner();
     spin_.setMark(QStringLiteral("Plays 77"));
     EXPECT_EQ(corner(), theme::lightBlue);

@@ -216,9 +216,10 @@ TEST_F(MixedValues, AFieldWithOneValueThatIsNotTheShownOneIsMarkedToo) {
     EXPECT_EQ(markedFields(), std::set<std::string>{"band 1 gain"});
     EXPECT_EQ(textOf(bandControls[0].gain.edit), "1.5");
     EXPECT_EQ(check(bandControls[0].enabled).toolTip(), QString());
-    EXPECT_EQ(PageTest::edit(bandControls[0].gain.edit).toolTip(),
-              QStringLiteral("Mixed: not the value of the ticked channels\nChannel 4: -3.5 dB\n"
-                             "Channel 5: -3.5 dB"));
+    EXPECT_EQ(
+        PageTest::edit(bandControls[0].gain.edit).toolTip(),
+        QStringLiteral("In force: -3.5 dB\nMixed: not the value of the ticked channels\nChannel 4: -3.5 dB\n"
+                       "Channel 5: -3.5 dB"));
 }
 
 TEST_F(MixedValues, TheNoteTellsTheValueOfEveryTickedChannel) {
