@@ -110,9 +110,16 @@ void NumberEdit::focusInEvent(QFocusEvent* event) {
     if (event->reason() != Qt::PopupFocusReason) {
         edited_ = false;
     }
-    // Whoever clicks into a number means to replace it.
-    selectsOnRelease_ = event->reason() == Qt::MouseFocusReason;
+    // Whoever clicks into a number means to replace it. Where the click had to bring the window to the front
+    // first, the focus comes after the press.
+    selectsOnRelease_ = event->reason() == Qt::MouseFocusReason ||
+                        (selectsOnRelease_ && event->reason() == Qt::ActiveWindowFocusReason);
     update();
+}
+
+void NumberEdit::mousePressEvent(QMouseEvent* event) {
+    selectsOnRelease_ = selectsOnRelease_ || !focused_;
+    QLineEdit::mousePressEvent(event);
 }
 
 void NumberEdit::mouseReleaseEvent(QMouseEvent* event) {
