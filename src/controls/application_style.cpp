@@ -205,6 +205,17 @@ void ApplicationStyle::drawControl(ControlElement element, const QStyleOption* o
     painter->drawPixmap(option->rect.topLeft(), pictureOf(body, *painter));
 }
 
+void ApplicationStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
+                                          QPainter* painter, const QWidget* widget) const {
+    const auto* const combo = qstyleoption_cast<const QStyleOptionComboBox*>(option);
+    if (control != CC_ComboBox || combo == nullptr || combo->editable) {
+        QProxyStyle::drawComplexControl(control, option, painter, widget);
+        return;
+    }
+    const SkinPiece body{SkinPiece::Kind::combo, skinStateOf(*option) & ~skinOn, option->rect.size()};
+    painter->drawPixmap(option->rect.topLeft(), pictureOf(body, *painter));
+}
+
 int ApplicationStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
                                   const QWidget* widget) const {
     constexpr int markWidth = 18;
@@ -217,6 +228,8 @@ int ApplicationStyle::styleHint(StyleHint hint, const QStyleOption* option, cons
                                 QStyleHintReturn* data) const {
     switch (hint) {
         case SH_ComboBox_Popup:
+        // No button of the skin has a picture.
+        case SH_DialogButtonBox_ButtonsHaveIcons:
             return 0;
         case SH_UnderlineShortcut:
             return mnemonicsShown_ ? 1 : 0;

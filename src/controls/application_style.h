@@ -6,8 +6,8 @@ namespace tessavo {
 
 /// Base style of the application. What the skin does not paint (menus, lists, scroll bars, opened lists of
 /// combo boxes, tool tips) gets a style sheet when it is shown first; a sheet of the whole application would
-/// make every control of every page pay for it. Buttons and check boxes of the toolkit's own dialogs are
-/// drawn from the skin's pieces. The letters that open menus are underlined while Alt is held.
+/// make every control of every page pay for it. Buttons, check boxes and combo boxes of the toolkit's own
+/// dialogs are drawn from the skin's pieces. The letters that open menus are underlined while Alt is held.
 class ApplicationStyle : public QProxyStyle {
     Q_OBJECT
 
@@ -23,6 +23,8 @@ class ApplicationStyle : public QProxyStyle {
                        const QWidget* widget) const override;
     void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
                      const QWidget* widget) const override;
+    void drawComplexControl(ComplexControl control, const QStyleOptionComplex* option, QPainter* painter,
+                            const QWidget* widget) const override;
     int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 

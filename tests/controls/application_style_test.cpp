@@ -2,6 +2,8 @@
 
 #include <QApplication>
 #include <QCheckBox>
+#include <QComboBox>
+#include <QDialogButtonBox>
 #include <QKeyEvent>
 #include <QListView>
 #include <QMenuBar>
@@ -12,6 +14,7 @@
 
 #include "controls/number_edit.h"
 #include "controls/skin_button.h"
+#include "controls/skin_combo_box.h"
 #include "controls/theme.h"
 
 namespace tessavo {
@@ -112,6 +115,28 @@ TEST_F(ApplicationStyleTest, ButtonsAndCheckBoxesOfToolkitDialogsAreTheSkins) {
     };
     EXPECT_TRUE(has(off, theme::mark)) << "an outline that can be seen";
     EXPECT_TRUE(has(on, theme::selected));
+}
+
+TEST_F(ApplicationStyleTest, ComboBoxesOfToolkitDialogsAreTheSkins) {
+    QComboBox combo;
+    combo.setStyle(&style_);
+    combo.resize(120, 24);
+    SkinComboBox skinned(1);
+    skinned.resize(120, 24);
+    EXPECT_EQ(combo.grab().toImage(), skinned.grab().toImage());
+    combo.setEnabled(false);
+    skinned.setEnabled(false);
+    EXPECT_EQ(combo.grab().toImage(), skinned.grab().toImage());
+}
+
+TEST_F(ApplicationStyleTest, ButtonsOfToolkitDialogsHaveNoPictures) {
+    QDialogButtonBox box;
+    box.setStyle(&style_);
+    box.setStandardButtons(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
+    ASSERT_EQ(box.buttons().size(), 2);
+    for (const QAbstractButton* const button : box.buttons()) {
+        EXPECT_TRUE(button->icon().isNull()) << button->text().toStdString();
+    }
 }
 
 TEST_F(ApplicationStyleTest, DressesOnceAndKeepsTheWidgetsOwnRules) {
