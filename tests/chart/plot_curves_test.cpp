@@ -1,15 +1,14 @@
 #include <QFile>
-#include <QLineEdit>
 #include <QTemporaryDir>
 #include <QTest>
-#include <algorithm>
 #include <array>
-#include <cmath>
 #include <gtest/gtest.h>
 #include <limits>
+#include <span>
 
 #include "chart/chart_helpers.h"
 #include "controls/bitmap_slider.h"
+#include "dsp/coeff_bzt2.h"
 #include "plot/chart/chart_view.h"
 #include "plot/chart/plot_dlg.h"
 
@@ -95,23 +94,27 @@ TEST_F(PlotCurves, AValueNextToTheEndsIsOne) {
     EXPECT_LT(range().minimum, -2e9);
 }
 
-TEST_F(PlotCurves, TheSliderScrollsDownToTheEndOfACrossoversSlope) {
-    // 24 dB an octave above 1 kHz, down to -60 dB and no further.
-    ResponseCurve curve = chart_test::flatCurve(0);
-    for (std::size_t n = 0; n < curvePointCount; ++n) {
-        const double octaves = std::log2(curve.frequencyHz.at(n) / 1000.0);
-        curve.magnitudeDb.at(n) = static_cast<std::int32_t>(std::max(-60.0, std::min(0.0, -24 * octaves)));
-    }
-    plot_.setCurve(curve);
-    EXPECT_EQ(curvePixels(0.95, 1), 0) << "below the range at the start";
+TEST_F(PlotCurves, TheSliderAloneShowsTheSlopeOfEveryCrossoverDownTo20Hz) {
     auto* const slider = byName<CBitmapSlider>(plot_, "Middle of the dB range");
-    slider->setFocus();
-    QTest::keyClick(slider, Qt::Key_End);
-    QCoreApplication::processEvents();
-    EXPECT_LE(range().minimum, -60);
-    EXPECT_GE(range().maximum, -60) << "not scrolled past it";
-    EXPECT_GT(curvePixels(0.95, 1), 30);
-    EXPECT_EQ(byName<QLineEdit>(plot_, "Min")->text(), "-78");
+    coeffBZT2 generator;
+    for (const int cornerHz : {80, 1000, 3000, 8000, 20000}) {
+        SCOPED_TRACE(cornerHz);
+        BiquadWords highPass;
+        ASSERT_TRUE(generator.computeCrossover(cornerHz << 16, 0, highPass));
+        const ResponseCurve curve = computeResponse(std::span(&highPass, 1));
+        const int deepest = curve.magnitudeDb.front();
+        ASSERT_LT(deepest, -20);
+        plot_.setCurve(curve);
+        slider->setFocus();
+        QTest::keyClick(slider, Qt::Key_Home);
+        QCoreApplication::processEvents();
+        for (int middle = -slider->position(); middle > deepest; --middle) {
+            QTest::keyClick(slider, Qt::Key_Down);
+            QCoreApplication::processEvents();
+        }
+        EXPECT_LE(range().minimum + 18, deepest + 0.5);
+        EXPECT_GT(curvePixels(0, 0.02), 5) << "at " << deepest << " dB";
+    }
 }
 
 }  // namespace

@@ -58,8 +58,8 @@ TEST_F(PlotWindow, StandsAsLaidOut) {
     EXPECT_EQ(byName<QLineEdit>(plot_, "Max")->geometry(), QRect(858, 32, 84, 26));
     EXPECT_EQ(byName<QLineEdit>(plot_, "Min")->geometry(), QRect(858, 384, 84, 26));
     EXPECT_EQ(button(plot_, "SET")->geometry(), QRect(858, 456, 84, 28));
-    EXPECT_EQ(text("Max"), "18");
-    EXPECT_EQ(text("Min"), "-18");
+    EXPECT_EQ(text("Max"), "18.0");
+    EXPECT_EQ(text("Min"), "-18.0");
 }
 
 TEST_F(PlotWindow, TitleCanBeSet) {
@@ -177,20 +177,20 @@ TEST_F(PlotWindow, SliderScrollsTheRange) {
                    Qt::LeftButton, Qt::NoModifier);
     QCoreApplication::sendEvent(slider, &up);
     QCoreApplication::processEvents();
-    EXPECT_EQ(range(), (AxisRange{42, 78})) << "while it is dragged";
+    EXPECT_EQ(range(), (AxisRange{102, 138})) << "while it is dragged";
     QTest::mouseRelease(slider, Qt::LeftButton, {}, {15, 0});
     QCoreApplication::processEvents();
-    EXPECT_EQ(range(), (AxisRange{42, 78}));
-    EXPECT_EQ(text("Max"), "78");
-    EXPECT_EQ(text("Min"), "42");
+    EXPECT_EQ(range(), (AxisRange{102, 138}));
+    EXPECT_EQ(text("Max"), "138.0");
+    EXPECT_EQ(text("Min"), "102.0");
     slider->setFocus();
     QTest::keyClick(slider, Qt::Key_Down);
     QCoreApplication::processEvents();
-    EXPECT_EQ(range(), (AxisRange{41, 77}));
+    EXPECT_EQ(range(), (AxisRange{101, 137}));
     QTest::keyClick(slider, Qt::Key_End);
     QCoreApplication::processEvents();
-    EXPECT_EQ(range(), (AxisRange{-78, -42}));
-    EXPECT_EQ(slider->valueText(), "-60 dB");
+    EXPECT_EQ(range(), (AxisRange{-138, -102}));
+    EXPECT_EQ(slider->valueText(), "-120.0 dB");
     EXPECT_TRUE(host_.messages.empty());
 }
 
@@ -319,7 +319,7 @@ TEST_F(PlotWindow, TabVisitsEveryControl) {
 TEST_F(PlotWindow, EscapeInAnEditBringsItsValueBackFirst) {
     type("Max", "99");
     QTest::keyClick(byName<QLineEdit>(plot_, "Max"), Qt::Key_Escape);
-    EXPECT_EQ(text("Max"), "18");
+    EXPECT_EQ(text("Max"), "18.0");
     EXPECT_TRUE(plot_.isVisible());
     QTest::keyClick(byName<QLineEdit>(plot_, "Max"), Qt::Key_Escape);
     EXPECT_FALSE(plot_.isVisible());
@@ -328,7 +328,7 @@ TEST_F(PlotWindow, EscapeInAnEditBringsItsValueBackFirst) {
 TEST_F(PlotWindow, RangesSetInTheChartShowInTheEdits) {
     ASSERT_EQ(plot_.chart().setRange(AxisSide::left, {-24, 12.5}), RangeFault::none);
     EXPECT_EQ(text("Max"), "12.5");
-    EXPECT_EQ(text("Min"), "-24");
+    EXPECT_EQ(text("Min"), "-24.0");
 }
 
 TEST_F(PlotWindow, ClosingByTheFrameIsToldOnce) {

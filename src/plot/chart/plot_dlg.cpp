@@ -24,8 +24,9 @@
 namespace tessavo {
 namespace {
 
-// The middle of the range may be scrolled so far; further when a range is set there.
-constexpr int scrollReachDb = 60;
+// The middle of the range may be scrolled so far, which shows the slope of every crossover of second order
+// down to 20 Hz; further when a range is set there.
+constexpr int scrollReachDb = 120;
 
 constexpr int maximumId = 1;
 constexpr int sliderId = 2;
@@ -42,10 +43,17 @@ constexpr ValueLimits curveLimits{std::numeric_limits<std::int32_t>::min(),
 // So far the slider counts; a range beyond is at its end, and scrolls from there.
 constexpr int farthestMiddle = 1'000'000'000;
 
+// Levels have a decimal everywhere in the program.
+QString withDecimal(QString number) {
+    const bool whole =
+        std::ranges::all_of(number, [](QChar letter) { return letter == u'-' || letter.isDigit(); });
+    return whole ? number + QStringLiteral(".0") : number;
+}
+
 // As many digits as the box has room for.
 QString limitText(double value, const NumberEdit& box) {
     for (int digits = limitDigits; digits > 1; --digits) {
-        QString text = QString::fromStdString(shortNumber(value, digits));
+        QString text = withDecimal(QString::fromStdString(shortNumber(value, digits)));
         if (box.neededWidth(text) <= box.width()) {
             return text;
         }
@@ -87,7 +95,7 @@ CPlotDlg::CPlotDlg(IChartHost& host, QWidget* parent)
     minimum_->setAccessibleName(QStringLiteral("Min"));
     slider_->setAccessibleName(QStringLiteral("Middle of the dB range"));
     slider_->setValueScale(-1);
-    slider_->setFormatter([](int position) { return QStringLiteral("%1 dB").arg(-position); });
+    slider_->setFormatter([](int position) { return QStringLiteral("%1.0 dB").arg(-position); });
     set_->setDefault(true);
     const std::array<QWidget*, 5> order{view_, maximum_, slider_, minimum_, set_};
     for (std::size_t n = 1; n < order.size(); ++n) {
