@@ -240,6 +240,8 @@ void CTessavoView::markInvalidSets() {
             Qt::ToolTipRole);
     }
     recordMark_->showState();
+    // The keyboard passes the mark by, and a screen reader goes with it.
+    setSelector_->setAccessibleDescription(recordMark_->toolTip());
 }
 
 void CTessavoView::toggleLiveMode() {

@@ -60,6 +60,7 @@ TEST_F(InvalidSets, AreMarkedBesideTheSelectorWithTheReason) {
         "A saved file does not open again while such a set is chosen.");
     EXPECT_EQ(mark().toolTip(), told);
     EXPECT_EQ(mark().accessibleDescription(), told);
+    EXPECT_EQ(setSelector().accessibleDescription(), told) << "where the keyboard comes by";
     const QRect place(mark().mapTo(frame.get(), QPoint()), mark().size());
     const QRect selector(setSelector().mapTo(frame.get(), QPoint()), setSelector().size());
     EXPECT_FALSE(place.intersects(selector));
@@ -116,6 +117,7 @@ TEST_F(InvalidSets, AreNoLongerMarkedOnceAFileBringsValidOnes) {
     EXPECT_EQ(trouble(3), QString());
     load({}, {});
     EXPECT_FALSE(mark().isVisible());
+    EXPECT_EQ(setSelector().accessibleDescription(), QString());
     for (int set = 0; set < 5; ++set) {
         EXPECT_EQ(trouble(set), QString()) << set;
     }
