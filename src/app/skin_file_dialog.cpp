@@ -5,6 +5,7 @@
 #include <QSplitter>
 #include <QTreeView>
 
+#include "controls/screen_room.h"
 #include "controls/skin_button.h"
 #include "controls/skin_message_box.h"
 
@@ -21,7 +22,7 @@ SkinFileDialog::SkinFileDialog(QWidget* parent, const QString& folder)
     setOption(QFileDialog::DontUseNativeDialog);
     // The toolkit's own question would wear another look.
     setOption(QFileDialog::DontConfirmOverwrite);
-    resize(usualSize);
+    resize(usualSize.boundedTo(roomOnScreen(parent)));
 }
 
 void SkinFileDialog::accept() {
@@ -63,7 +64,7 @@ void SkinFileDialog::giveRoom() {
         head.setSectionResizeMode(0, QHeaderView::Stretch);
     }
     if (auto* const splitter = findChild<QSplitter*>(QStringLiteral("splitter"))) {
-        splitter->setSizes({placesWidth, usualSize.width() - placesWidth});
+        splitter->setSizes({placesWidth, width() - placesWidth});
     }
 }
 

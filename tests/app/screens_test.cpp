@@ -1,8 +1,11 @@
 #include <QApplication>
+#include <QDialog>
 #include <QScreen>
 #include <QScrollArea>
 #include <QTabBar>
 #include <QTest>
+#include <QTimer>
+#include <QWindow>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <set>
@@ -10,7 +13,10 @@
 #include "app/tessavo_app.h"
 #include "app/tessavo_view.h"
 #include "app/ui_file_dialogs.h"
+#include "controls/theme.h"
+#include "params/settings_commands.h"
 #include "params/temporary_folder.h"
+#include "plot/chart/chart_host.h"
 #include "plot/chart/plot_dlg.h"
 
 // The whole window on the screen that the environment gives: ctest runs this on screens of several sizes and
@@ -106,6 +112,37 @@ TEST_F(OnTheScreen, ThePlotFitsIntoItToo) {
     const QRect room = plot.screen()->availableGeometry();
     EXPECT_TRUE(room.contains(plot.frameGeometry()))
         << plot.width() << " x " << plot.height() << " on " << room.width() << " x " << room.height();
+}
+
+class ToolkitHost : public DialogChartHost {
+ public:
+    void showMessage(QWidget*, const QString&) override {}
+    std::optional<QString> askSavePath(QWidget*, const QString&, const QString&) override { return {}; }
+};
+
+TEST_F(OnTheScreen, TheFileAndTheFontDialogFitIntoItToo) {
+    const QRect room = frame().screen()->availableGeometry();
+    int dialogs = 0;
+    QTimer look;
+    QObject::connect(&look, &QTimer::timeout, &look, [&] {
+        auto* const dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+        if (dialog == nullptr || !dialog->windowHandle()->isExposed()) {
+            return;
+        }
+        ++dialogs;
+        EXPECT_TRUE(QRect(QPoint(), room.size()).contains(QRect(QPoint(), dialog->frameSize())))
+            << dialog->metaObject()->className() << ' ' << dialog->width() << " x " << dialog->height()
+            << " on " << room.width() << " x " << room.height();
+        dialog->reject();
+    });
+    look.start(10);
+    Profile profile(textOf(folder / "other.ini"));
+    UiFileDialogs files(&frame(), profile);
+    EXPECT_EQ(files.askOpenPath(settingsFilter), std::nullopt);
+    EXPECT_EQ(files.askSavePath(settingsFilter), std::nullopt);
+    ToolkitHost host;
+    EXPECT_EQ(host.askFont(&frame(), theme::font(12)), std::nullopt);
+    EXPECT_EQ(dialogs, 3);
 }
 
 }  // namespace

@@ -5,6 +5,8 @@
 #include <QFontDialog>
 #include <cstdlib>
 
+#include "controls/screen_room.h"
+
 namespace tessavo {
 namespace {
 
@@ -44,7 +46,7 @@ std::optional<QFont> DialogChartHost::askFont(QWidget* parent, const QFont& curr
     QFontDialog dialog(parent);
     dialog.setOption(QFontDialog::DontUseNativeDialog);
     dialog.setCurrentFont(listed(current));
-    dialog.resize(fontDialogSize);
+    dialog.resize(fontDialogSize.boundedTo(roomOnScreen(parent)));
     // The lists may have rounded what they were given.
     const QFont start = dialog.currentFont();
     if (dialog.exec() != QDialog::Accepted) {
