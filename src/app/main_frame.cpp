@@ -292,7 +292,10 @@ void CMainFrame::followTarget() {
             QMetaObject::invokeMethod(this, &CMainFrame::closeAfterExchange, Qt::QueuedConnection);
         }
     });
-    parts_.tuning.setChangeListener([this] { showTarget(); });
+    parts_.tuning.setChangeListener([this] {
+        showTarget();
+        view_->tuningChanged();
+    });
     follower_.setPort(QString::fromStdString(link.portName()));
     showTarget();
 }

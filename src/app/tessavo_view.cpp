@@ -11,6 +11,7 @@
 #include <bit>
 #include <utility>
 
+#include "app/plot_note.h"
 #include "app/record_mark.h"
 #include "app/tab_control.h"
 #include "controls/skin_button.h"
@@ -105,8 +106,10 @@ void CTessavoView::makeHeader() {
     filterModes_ = new SkinComboBox(view_id::filterMode, this);
     filterModes_->setGeometry(596, 10, 96, 28);
     filterModes_->setAccessibleName(QStringLiteral("Switch Mode"));
-    connect(filterModes_, &QComboBox::activated, this,
-            [this](int index) { tuning_.setFilterMode(static_cast<std::uint32_t>(index)); });
+    connect(filterModes_, &QComboBox::activated, this, [this](int index) {
+        tuning_.setFilterMode(static_cast<std::uint32_t>(index));
+        showNotes();
+    });
 
     showPlot_ = new CxSkinButton(QStringLiteral("Show Plot"), view_id::showPlot, this);
     showPlot_->setGeometry(702, 10, 92, 28);
@@ -170,6 +173,7 @@ CPlotDlg& CTessavoView::plot() {
     if (!plot_) {
         plot_ = new CPlotDlg(chartHost_, window());
         connect(plot_, &QObject::destroyed, this, [this] { tuning_.setCurveDisplay(nullptr); });
+        connect(plot_, &CPlotDlg::curveShown, this, &CTessavoView::tuningChanged);
         connect(plot_, &CPlotDlg::closedByUser, this, [this] { setPlotShown(false); });
         plot_->setWindowTitle(latin(plotTitles[static_cast<std::size_t>(stack_->currentIndex())]));
         tuning_.setCurveDisplay(plot_);
@@ -347,7 +351,64 @@ void CTessavoView::scrollPageWith(QScrollBar* bar) {
     takeRange();
 }
 
+// The last selected channel in page order, or that of the last edit, as an edit shows it.
+RecordChannel CTessavoView::drawnChannel() const {
+    const int position = static_cast<int>(channelCount) - 1 - std::countr_zero(tuning_.selectionMask());
+    return position >= 0 ? recordChannelAt({static_cast<std::uint8_t>(position)})
+                         : tuning_.lastEditedBand().channel;
+}
+
+void CTessavoView::tuningChanged() {
+    if (!std::exchange(notesAreDue_, true)) {
+        QTimer::singleShot(0, this, &CTessavoView::showNotes);
+    }
+}
+
+// A box knows checked and not checked; set and image hold a byte.
+void CTessavoView::markChannelFlags() {
+    for (std::uint8_t channel = 0; channel < channelCount; ++channel) {
+        SkinCheckBox& flag = *flags_[static_cast<std::size_t>(channelCheckBoxMap[channel] - 1)];
+        const int inForce = tuning_.currentParameterSet().channels[channel].channelFlag;
+        const int plays = tuning_.image().channels[channel].channelFlag;
+        QStringList parts;
+        if ((inForce != 0) != flag.isChecked()) {
+            parts << (inForce != 0 ? QStringLiteral("In force: checked")
+                                   : QStringLiteral("In force: not checked"));
+        } else if (inForce > 1) {
+            parts << QStringLiteral("In force: code %1").arg(inForce);
+        }
+        if ((plays != 0) != flag.isChecked()) {
+            parts << (plays != 0 ? QStringLiteral("Plays as if checked")
+                                 : QStringLiteral("Plays as if not checked"));
+        } else if (plays > 1 && plays != inForce) {
+            parts << QStringLiteral("Plays code %1").arg(plays);
+        }
+        flag.setMark(parts.join(QStringLiteral(". ")));
+    }
+}
+
+void CTessavoView::showNotes() {
+    notesAreDue_ = false;
+    markChannelFlags();
+    const ForeignWords foreign = foreignWords_.find(tuning_);
+    filterModes_->setMark(foreignWordsNote(tuning_, foreign));
+    if (!plot_) {
+        return;
+    }
+    switch (static_cast<Page>(stack_->currentIndex())) {
+        case Page::inputEqualizer:
+            plot_->setCurveNotes(inputCurveNotes(tuning_, foreign));
+            break;
+        case Page::outputEqualizer:
+            plot_->setCurveNotes(outputCurveNotes(tuning_, drawnChannel(), foreign));
+            break;
+        default:
+            plot_->setCurveNotes({});
+    }
+}
+
 void CTessavoView::updatePlot() {
+    showNotes();
     if (!plot_) {
         return;
     }
@@ -355,14 +416,9 @@ void CTessavoView::updatePlot() {
         case Page::inputEqualizer:
             tuning_.showInputCurve();
             break;
-        case Page::outputEqualizer: {
-            // The last selected channel in page order, or that of the last edit, as an edit shows it.
-            const int position =
-                static_cast<int>(channelCount) - 1 - std::countr_zero(tuning_.selectionMask());
-            tuning_.showOutputCurve(position >= 0 ? recordChannelAt({static_cast<std::uint8_t>(position)})
-                                                  : tuning_.lastEditedBand().channel);
+        case Page::outputEqualizer:
+            tuning_.showOutputCurve(drawnChannel());
             break;
-        }
         default:
             plot_->clearCurve();
     }

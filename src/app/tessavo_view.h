@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "app/tab_pages.h"
+#include "params/foreign_words.h"
 #include "params/settings_commands.h"
 #include "params/tuning_state.h"
 
@@ -75,6 +76,9 @@ class CTessavoView : public QWidget, public ISettingsView {
     void checkChannelBox(int number, bool checked) override;
     void refreshPages() override;
 
+    /// The tuning has changed: what stands beside the displays follows soon, once for all changes until then.
+    void tuningChanged();
+
  signals:
     void liveModeChanged(bool on);
     /// The window has been painted for the first time; what can wait for that follows now.
@@ -102,6 +106,9 @@ class CTessavoView : public QWidget, public ISettingsView {
     void setPlotShown(bool shown);
     void tabClicked(int index);
     void updatePlot();
+    void showNotes();
+    void markChannelFlags();
+    [[nodiscard]] RecordChannel drawnChannel() const;
 
     TuningState& tuning_;
     IChartHost& chartHost_;
@@ -121,6 +128,8 @@ class CTessavoView : public QWidget, public ISettingsView {
     QPointer<CPlotDlg> plot_;  ///< belongs to the window, so that it stays in front of it
     bool plotShown_ = false;
     bool painted_ = false;
+    bool notesAreDue_ = false;
+    ForeignWordSearch foreignWords_;
 };
 
 }  // namespace tessavo

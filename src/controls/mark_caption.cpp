@@ -10,9 +10,10 @@ constexpr int captionLeft = 25;
 
 }  // namespace
 
-void paintMarkCaption(QAbstractButton& button, SkinPiece::Kind mark, bool hovered, bool ringed) {
+void paintMarkCaption(QAbstractButton& button, SkinPiece::Kind mark, bool hovered, bool ringed,
+                      unsigned notes) {
     SkinPainter painter(&button);
-    unsigned state = 0;
+    unsigned state = notes;
     state |= button.isEnabled() ? 0U : skinDisabled;
     state |= hovered ? skinHovered : 0U;
     state |= button.isChecked() ? skinOn : 0U;

@@ -2,6 +2,7 @@
 
 #include <QWidget>
 
+#include "controls/control_note.h"
 #include "controls/skin_painter.h"
 #include "controls/theme.h"
 
@@ -13,31 +14,13 @@ constexpr double dash = 2;  ///< in widths of the line
 constexpr double gap = 1.5;
 constexpr double radius = 4;
 
-/// `whole` with the part that it ends with replaced.
-QString withPart(QString whole, const QString& old, const QString& part, const QString& separator) {
-    if (!old.isEmpty() && whole.endsWith(old)) {
-        whole.chop(old.size());
-        if (whole.endsWith(separator)) {
-            whole.chop(separator.size());
-        }
-    }
-    return whole.isEmpty() || part.isEmpty() ? whole + part : whole + separator + part;
-}
-
-/// The lines of a note in one sentence.
-QString spoken(const QString& note) {
-    return QString(note).replace(QLatin1Char('\n'), QLatin1String("; "));
-}
-
 }  // namespace
 
 void MixedMark::setNote(const QString& note) {
     if (note == note_) {
         return;
     }
-    control_.setToolTip(withPart(control_.toolTip(), note_, note, QStringLiteral("\n")));
-    control_.setAccessibleDescription(
-        withPart(control_.accessibleDescription(), spoken(note_), spoken(note), QStringLiteral(". ")));
+    replaceNote(control_, note_, note);
     note_ = note;
     setShown(!note.isEmpty());
 }

@@ -19,7 +19,7 @@ inline constexpr unsigned skinHorizontal = 1U << 8U;
 inline constexpr unsigned skinOddBox = 1U << 9U;   ///< the slider is an odd number of device pixels across
 inline constexpr unsigned skinUpper = 1U << 10U;   ///< the mouse is on the upper half of an up-down column
 inline constexpr unsigned skinLower = 1U << 11U;   ///< on its lower half
-inline constexpr unsigned skinMarked = 1U << 12U;  ///< a small corner: the number is not the whole truth
+inline constexpr unsigned skinMarked = 1U << 12U;  ///< a small corner: what is shown is not the whole truth
 inline constexpr unsigned skinWarned = 1U << 13U;  ///< red edge and corner: the text counts as something else
 
 /// One drawing of the skin. Sizes are logical pixels; equal pieces share one pixmap for each scale.

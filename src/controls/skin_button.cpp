@@ -48,7 +48,7 @@ QSize CxSkinButton::sizeHint() const {
 void CxSkinButton::paintEvent(QPaintEvent* /*event*/) {
     SkinPainter painter(this);
     const bool down = isDown() && isEnabled();
-    unsigned state = 0;
+    unsigned state = mark_.skinState();
     state |= isEnabled() ? 0U : skinDisabled;
     state |= hovered_ ? skinHovered : 0U;
     state |= down ? skinPressed : 0U;

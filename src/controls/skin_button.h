@@ -2,6 +2,7 @@
 
 #include <QPushButton>
 
+#include "controls/control_note.h"
 #include "controls/focus_ring.h"
 
 namespace tessavo {
@@ -22,6 +23,11 @@ class CxSkinButton : public QPushButton {
     /// Draws the button as the default one.
     void setAccented(bool accented);
 
+    /// Marks a caption or light that does not tell what is in force, with this note; takes the mark away
+    /// without one.
+    void setMark(const QString& note) { mark_.setNote(note); }
+    [[nodiscard]] const QString& markNote() const { return mark_.note(); }
+
     /// Width that the caption needs with its clearance.
     [[nodiscard]] int neededWidth() const;
     [[nodiscard]] QSize sizeHint() const override;
@@ -39,6 +45,7 @@ class CxSkinButton : public QPushButton {
     bool accented_ = false;
     bool hovered_ = false;
     FocusRing ring_;
+    CornerNote mark_{*this};
 };
 
 }  // namespace tessavo

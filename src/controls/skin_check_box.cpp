@@ -24,7 +24,7 @@ QSize SkinCheckBox::sizeHint() const {
 void SkinCheckBox::paintEvent(QPaintEvent* /*event*/) {
     // Below the mark, whose ring takes its place.
     mixed_.paintOverControl();
-    paintMarkCaption(*this, SkinPiece::Kind::checkMark, hovered_, ring_.isShown());
+    paintMarkCaption(*this, SkinPiece::Kind::checkMark, hovered_, ring_.isShown(), mark_.skinState());
 }
 
 void SkinCheckBox::focusInEvent(QFocusEvent* event) {

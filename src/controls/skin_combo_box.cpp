@@ -133,7 +133,7 @@ int SkinComboBox::neededWidth() const {
 
 void SkinComboBox::paintEvent(QPaintEvent* /*event*/) {
     SkinPainter painter(this);
-    unsigned state = 0;
+    unsigned state = mark_.skinState();
     state |= isEnabled() ? 0U : skinDisabled;
     state |= hovered_ ? skinHovered : 0U;
     state |= ring_.isShown() ? skinRinged : 0U;

@@ -3,6 +3,7 @@
 #include <QColor>
 #include <QComboBox>
 
+#include "controls/control_note.h"
 #include "controls/focus_ring.h"
 #include "controls/mixed_mark.h"
 
@@ -28,6 +29,10 @@ class SkinComboBox : public QComboBox {
     /// mark away without one.
     void setMixed(const QString& note) { mixed_.setNote(note); }
     [[nodiscard]] bool isMixed() const { return mixed_.isShown(); }
+    /// Marks a value that is not what is in force or what plays, with this note; takes the mark away without
+    /// one.
+    void setMark(const QString& note) { mark_.setNote(note); }
+    [[nodiscard]] const QString& markNote() const { return mark_.note(); }
 
  protected:
     void paintEvent(QPaintEvent* event) override;
@@ -48,6 +53,7 @@ class SkinComboBox : public QComboBox {
     bool hovered_ = false;
     FocusRing ring_;
     MixedMark mixed_{*this};
+    CornerNote mark_{*this};
 };
 
 }  // namespace tessavo

@@ -78,6 +78,10 @@ void drawButtonPiece(const SkinInk& ink, const SkinPiece& piece) {
         ink.frame(all.adjusted(ring, ring, -ring, -ring), 3, Qt::NoBrush, dark, ink.hair);
         ink.ring(all, 4);
     }
+    if ((piece.state & skinMarked) != 0) {
+        const int edge = (piece.state & skinRinged) != 0 ? ink.whole(2) : ink.hair;
+        cornerMark(ink, all.adjusted(edge, edge, -edge, -edge), theme::lightBlue);
+    }
     if (piece.kind == SkinPiece::Kind::combo) {
         const bool disabled = (piece.state & skinDisabled) != 0;
         // A compact one keeps its room for the text.
@@ -199,6 +203,10 @@ void drawMarkPiece(const SkinInk& ink, const SkinPiece& piece) {
     }
     if ((piece.state & skinRinged) != 0) {
         ink.ring(all, 6.5);
+    }
+    if ((piece.state & skinMarked) != 0) {
+        // A filled mark is blue itself.
+        cornerMark(ink, mark, on ? theme::white : theme::lightBlue);
     }
 }
 

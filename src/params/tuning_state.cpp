@@ -8,6 +8,7 @@
 #include "dsp/coeff_mzt.h"
 #include "params/factory_defaults.h"
 #include "params/image_conversion.h"
+#include "params/section_words.h"
 
 namespace tessavo {
 
@@ -16,18 +17,6 @@ namespace {
 constexpr std::chrono::milliseconds setChangeWait{500};
 constexpr std::chrono::milliseconds wholeImageWait{5000};
 constexpr std::uint8_t firstPageChannel = 0x80;
-
-// The kind word of a coefficient generator: the block's first four bytes, little-endian.
-std::int32_t kindWord(std::uint8_t low, std::uint8_t high, std::uint16_t frequencyHz) {
-    return static_cast<std::int32_t>(static_cast<std::uint32_t>(low) |
-                                     static_cast<std::uint32_t>(high) << 8U |
-                                     static_cast<std::uint32_t>(frequencyHz) << 16U);
-}
-
-bool computeBandWords(IcoefficientGenerator& generator, const EqBandParams& band, BiquadWords& words) {
-    return generator.computeBand(kindWord(band.type, band.spare1, band.frequencyHz), band.gainDb, band.q, 0,
-                                 words);
-}
 
 }  // namespace
 
@@ -206,17 +195,13 @@ void TuningState::computeBand(RecordChannel channel, std::size_t band) {
 
 void TuningState::computeCrossovers(RecordChannel channel) {
     for (std::size_t k = 0; k < crossoverCount; ++k) {
-        const CrossoverParams& crossover = currentParameterSet().channels[channel.value].crossovers[k];
-        generator().computeCrossover(kindWord(crossover.enabled, crossover.kind, crossover.frequencyHz), 0,
-                                     crossoverWords_[channel.value][k]);
+        computeCrossoverWords(generator(), currentParameterSet().channels[channel.value].crossovers[k],
+                              crossoverWords_[channel.value][k]);
     }
 }
 
 void TuningState::computeInputBand(std::size_t inputBand) {
-    const ParameterSet& set = currentParameterSet();
-    const EqBandParams& band = inputBand < inputBandCount ? set.inputEqBands[inputBand]
-                                                          : set.inputToneBands[inputBand - inputBandCount];
-    computeBandWords(generator(), band, inputWords_[inputBand]);
+    computeBandWords(generator(), inputBandOf(currentParameterSet(), inputBand), inputWords_[inputBand]);
 }
 
 void TuningState::computeAll() {

@@ -5,6 +5,7 @@
 
 #include "controls/bitmap_slider.h"
 #include "controls/control_id.h"
+#include "controls/note_mark.h"
 #include "controls/number_edit.h"
 #include "controls/skin_button.h"
 #include "controls/skin_check_box.h"
@@ -109,6 +110,8 @@ void CAudioRouter::makeSurround() {
     surroundState_ = addLabel({}, {610, 44, 220, 32}, surround_, leftAligned, theme::text, 15);
     surroundState_->setFont(theme::font(15, QFont::Medium));
     setControlId(*surroundState_, audio_router_id::surroundState);
+    surroundNote_ = new NoteMark(audio_router_id::surroundNote, surround_);
+    surroundNote_->setGeometry(placeIn(surround_, {836, 51, 132, NoteMark::markHeight}));
     addLine({414, 92, 554, 1}, surround_);
     makeDelaySizes(surround_);
     makeDecoderGains();
@@ -235,6 +238,18 @@ void CAudioRouter::updateLook() {
     }
 }
 
+void CAudioRouter::updateMarks() {
+    ParameterPage::updateMarks();
+    const bool on = tuning().currentParameterSet().surroundOff != 1;
+    if (on == surroundIsShownOn_) {
+        surroundNote_->setNote({});
+        return;
+    }
+    const auto word = on ? QStringLiteral("on") : QStringLiteral("off");
+    surroundNote_->setNote(QStringLiteral("the set says ") + word,
+                           QStringLiteral("The set says that surround is ") + word);
+}
+
 void CAudioRouter::toggleSurround() {
     const bool on = tuning().currentParameterSet().surroundOff == 1;
     tuning().setField(FieldId::surroundOff, {}, on ? 0 : 1, true);
@@ -250,6 +265,8 @@ void CAudioRouter::showSurround(bool on) {
     surroundState_->setText(on ? QStringLiteral("Surround is ON") : QStringLiteral("Surround is OFF"));
     surroundLamp_->setLit(on);
     surround_->setInCircuit(on);
+    surroundIsShownOn_ = on;
+    updateMarks();
     for (Binding* control : surroundControls_) {
         control->setBypassed(!on);
     }

@@ -7,6 +7,7 @@
 
 namespace tessavo {
 
+class NoteMark;
 class StateLamp;
 
 /// Numbers of the controls of the channel configuration page.
@@ -24,6 +25,7 @@ inline constexpr int roomSize = 5035;
 inline constexpr int delaySize1 = 5036;
 inline constexpr int delaySize2 = 5037;
 inline constexpr int rearForSurround = 5038;
+inline constexpr int surroundNote = 5039;
 inline constexpr int firstDecoderGainSlider = 5041;  ///< center, panorama, hall effect, rear to front mix
 inline constexpr int firstDecoderGainEdit = 5051;
 }  // namespace audio_router_id
@@ -48,6 +50,7 @@ class CAudioRouter : public ParameterPage {
     [[nodiscard]] FieldIndex elementOf(BoundField bound) const override;
     void write(BoundField bound, double value, bool final) override;
     void updateLook() override;
+    void updateMarks() override;
 
  private:
     void makeOutput();
@@ -73,6 +76,8 @@ class CAudioRouter : public ParameterPage {
     CxSkinButton* surroundButton_ = nullptr;
     StateLamp* surroundLamp_ = nullptr;
     QLabel* surroundState_ = nullptr;
+    NoteMark* surroundNote_ = nullptr;
+    bool surroundIsShownOn_ = false;
     SpinBinding* mode_ = nullptr;
     SpinBinding* room_ = nullptr;
     NumberBinding* delay1_ = nullptr;

@@ -1,6 +1,7 @@
 #include "pages/input/binding.h"
 
 #include <QScopedValueRollback>
+#include <QStringList>
 #include <algorithm>
 #include <cmath>
 
@@ -21,7 +22,19 @@ namespace {
 constexpr double centimetresPerMsShown = 34.3;
 constexpr double centimetresPerMsTyped = 34.0;
 
+QString codeText(double code) {
+    return QStringLiteral("code ") + QString::number(code, 'f', 0);
+}
+
+QString sentences(const QStringList& parts) {
+    return parts.join(QStringLiteral(". "));
+}
+
 }  // namespace
+
+QString Binding::played(const TuningState& tuning, FieldId field, FieldIndex index) const {
+    return playedNote(tuning, field, index);
+}
 
 SliderBinding::SliderBinding(CBitmapSlider& slider, NumberEdit& edit, const ValueScale& scale, Write write)
     : Binding(std::move(write)),
@@ -336,6 +349,25 @@ void CheckBinding::setMixed(const QString& note) {
     box_.setMixed(note);
 }
 
+void CheckBinding::mark(double /*inForce*/, const QString& played) {
+    box_.setMark(played);
+}
+
+QString CheckBinding::played(const TuningState& tuning, FieldId field, FieldIndex index) const {
+    const double inForce = shownValue(tuning.currentParameterSet(), fieldOf(field), index);
+    const double plays = imageNumber(tuning, field, index).value_or(inForce);
+    QStringList parts;
+    if (inForce != 0 && inForce != 1) {
+        parts << QStringLiteral("In force: ") + codeText(inForce);
+    }
+    if ((plays != 0) != (inForce != 0)) {
+        parts << QStringLiteral("Plays as if ") + words(plays);
+    } else if (plays != inForce) {
+        parts << QStringLiteral("Plays ") + codeText(plays);
+    }
+    return sentences(parts);
+}
+
 ComboBinding::ComboBinding(SkinComboBox& list, std::vector<int> codes, Write write)
     : Binding(std::move(write)), list_(list), codes_(std::move(codes)) {
     connect(&list_, &QComboBox::activated, this, [this](int) {
@@ -365,6 +397,23 @@ QString ComboBinding::words(double value) const {
 
 void ComboBinding::setMixed(const QString& note) {
     list_.setMixed(note);
+}
+
+void ComboBinding::mark(double /*inForce*/, const QString& played) {
+    list_.setMark(played);
+}
+
+QString ComboBinding::played(const TuningState& tuning, FieldId field, FieldIndex index) const {
+    const double inForce = shownValue(tuning.currentParameterSet(), fieldOf(field), index);
+    const double plays = imageNumber(tuning, field, index).value_or(inForce);
+    QStringList parts;
+    if (indexOf(inForce) < 0) {
+        parts << QStringLiteral("In force: ") + codeText(inForce);
+    }
+    if (plays != inForce) {
+        parts << QStringLiteral("Plays ") + (indexOf(plays) < 0 ? codeText(plays) : words(plays));
+    }
+    return sentences(parts);
 }
 
 int ComboBinding::code() const {

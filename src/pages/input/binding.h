@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "pages/input/value_scale.h"
+#include "params/tuning_state.h"
 
 namespace tessavo {
 
@@ -42,6 +43,8 @@ class Binding : public QObject {
     /// \param inForce value of the record
     /// \param played what plays in its place, as a sentence; empty where it plays
     virtual void mark(double /*inForce*/, const QString& /*played*/) {}
+    /// That sentence for an element of a field.
+    [[nodiscard]] virtual QString played(const TuningState& tuning, FieldId field, FieldIndex index) const;
 
     // For a value that belongs to several channels at once. What is never assigned to several shows no marks.
 
@@ -193,6 +196,9 @@ class CheckBinding : public Binding {
     [[nodiscard]] bool shows(double value) const override;
     [[nodiscard]] QString words(double value) const override;
     void setMixed(const QString& note) override;
+    void mark(double inForce, const QString& played) override;
+    /// Also tells of a code that the control has no state for.
+    [[nodiscard]] QString played(const TuningState& tuning, FieldId field, FieldIndex index) const override;
     [[nodiscard]] SkinCheckBox& box() { return box_; }
 
  private:
@@ -212,6 +218,9 @@ class ComboBinding : public Binding {
     [[nodiscard]] bool shows(double value) const override;
     [[nodiscard]] QString words(double value) const override;
     void setMixed(const QString& note) override;
+    void mark(double inForce, const QString& played) override;
+    /// Also tells of a code that the control has no entry for.
+    [[nodiscard]] QString played(const TuningState& tuning, FieldId field, FieldIndex index) const override;
     [[nodiscard]] SkinComboBox& list() { return list_; }
     /// Code of the selected entry, -1 without one.
     [[nodiscard]] int code() const;

@@ -68,6 +68,23 @@ QString exactUnitText(const ValueScale& scale, double value) {
     return value <= 0 ? textAt(scale, 0) : numberWith((value - highestValue(scale)) / 10, 1, scale.unit);
 }
 
+std::optional<double> imageNumber(const TuningState& tuning, FieldId id, FieldIndex index) {
+    const Field& field = fieldOf(id);
+    switch (field.rule) {
+        case ImageRule::copy:
+        case ImageRule::wholeNumber:
+        case ImageRule::flag:
+        case ImageRule::raisedOnly:
+        case ImageRule::allSets:
+            break;
+        default:
+            return {};
+    }
+    const auto* image = reinterpret_cast<const unsigned char*>(&tuning.image());
+    const std::size_t place = static_cast<std::size_t>(field.imageOffset) + imageStrideOf(field, index);
+    return readNumber(image + place, field.imageType) / field.storedPerShown;
+}
+
 QString playedNote(const TuningState& tuning, FieldId id, FieldIndex index) {
     const Field& field = fieldOf(id);
     switch (field.rule) {
@@ -83,9 +100,7 @@ QString playedNote(const TuningState& tuning, FieldId id, FieldIndex index) {
         default:
             return {};
     }
-    const auto* image = reinterpret_cast<const unsigned char*>(&tuning.image());
-    const std::size_t place = static_cast<std::size_t>(field.imageOffset) + imageStrideOf(field, index);
-    const double played = readNumber(image + place, field.imageType) / field.storedPerShown;
+    const double played = imageNumber(tuning, id, index).value_or(0);
     if (isSameNumber(played, shownValue(tuning.currentParameterSet(), field, index))) {
         return {};
     }

@@ -18,6 +18,10 @@ namespace tessavo {
 /// image, which is what the target gets.
 [[nodiscard]] QString playedNote(const TuningState& tuning, FieldId field, FieldIndex index);
 
+/// What the image holds of an element that it carries as a number, in the field's unit; nothing for a field
+/// that it does not carry so.
+[[nodiscard]] std::optional<double> imageNumber(const TuningState& tuning, FieldId field, FieldIndex index);
+
 /// The mark of a box: "In force: 3.2 dB. Plays 3.0 dB", each part where it differs.
 ///
 /// \param boxNumber what the text says; nothing for a text that is no number

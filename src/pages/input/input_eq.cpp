@@ -6,6 +6,7 @@
 #include "comm/target_commands.h"
 #include "controls/bitmap_slider.h"
 #include "controls/control_id.h"
+#include "controls/note_mark.h"
 #include "controls/number_edit.h"
 #include "controls/skin_button.h"
 #include "controls/skin_check_box.h"
@@ -117,6 +118,8 @@ void CInputEQ::makeEqualizer() {
     eqOn_ = addButton(QStringLiteral("EQ On"), input_eq_id::eqOn, {470, 16, 92, 26}, equalizer_);
     eqOn_->setToggle(true);
     connect(eqOn_, &QAbstractButton::clicked, this, &CInputEQ::toggleEqualizer);
+    eqNote_ = new NoteMark(input_eq_id::eqNote, equalizer_, Qt::AlignRight);
+    eqNote_->setGeometry(placeIn(equalizer_, {120, 20, 340, NoteMark::markHeight}));
     CxSkinButton* resetButton =
         addButton(QStringLiteral("Reset"), input_eq_id::reset, {570, 16, 74, 26}, equalizer_);
     connect(resetButton, &QAbstractButton::clicked, this, &CInputEQ::reset);
@@ -251,11 +254,37 @@ void CInputEQ::updateLook() {
     for (SliderBinding* band : bands_) {
         band->setBypassed(!on);
     }
+    showFileState(on);
     const bool compressing = !disabled_->box().isChecked();
     compressor_->setInCircuit(compressing);
     for (Binding* control : compressorControls_) {
         control->setBypassed(!compressing);
     }
+}
+
+// The image's bypass byte plays; a file gets the record's switch.
+void CInputEQ::showFileState(bool on) {
+    const InputGainRow& first = tuning().image().inputRow0;
+    const InputGainRow& second = tuning().image().inputRow1;
+    const bool onInFile = tuning().currentParameterSet().inputEqOn != 0;
+    QStringList lines;
+    QStringList sentences;
+    if (onInFile != on) {
+        const auto word = onInFile ? QStringLiteral("on") : QStringLiteral("off");
+        lines << QStringLiteral("the set's file says ") + word;
+        sentences << QStringLiteral(
+                         "The set's file says %1: a file saved now holds the input equalizer "
+                         "switched %1")
+                         .arg(word);
+    }
+    if (first.bypass != second.bypass || first.bypass > 1) {
+        lines << QStringLiteral("odd bypass bytes");
+        sentences << QStringLiteral("What plays has the bypass bytes %1 and %2")
+                         .arg(first.bypass)
+                         .arg(second.bypass);
+    }
+    eqNote_->setNote(lines.join(QStringLiteral("; ")), sentences.join(QLatin1Char('\n')));
+    eqOn_->setMark(eqNote_->toolTip());
 }
 
 void CInputEQ::toggleEqualizer() {

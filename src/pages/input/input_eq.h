@@ -7,6 +7,8 @@
 
 namespace tessavo {
 
+class NoteMark;
+
 /// Numbers of the controls of the input equalizer page.
 namespace input_eq_id {
 inline constexpr int firstBandSlider =
@@ -14,6 +16,7 @@ inline constexpr int firstBandSlider =
 inline constexpr int firstBandEdit = 4021;  ///< in the same order
 inline constexpr int eqOn = 4041;
 inline constexpr int reset = 4042;
+inline constexpr int eqNote = 4043;
 inline constexpr int firstLevelSlider =
     4051;  ///< gain, preamp, poweramp, line-in, suppression, gain detection
 inline constexpr int firstLevelEdit = 4061;
@@ -49,6 +52,8 @@ class CInputEQ : public ParameterPage {
     void makeLevels();
     void makeCompressor();
     void toggleEqualizer();
+    /// Marks the button while a saved file would say something else than what plays.
+    void showFileState(bool on);
     void reset();
     /// The equalizer is in circuit unless the image's bypass byte is 1.
     [[nodiscard]] bool isEqualizerOn() const;
@@ -58,6 +63,7 @@ class CInputEQ : public ParameterPage {
     SkinGroupBox* tone_ = nullptr;
     SkinGroupBox* compressor_ = nullptr;
     CxSkinButton* eqOn_ = nullptr;
+    NoteMark* eqNote_ = nullptr;
     CheckBinding* disabled_ = nullptr;
     std::array<SliderBinding*, inputSectionCount> bands_{};
     std::vector<SliderBinding*> levels_;

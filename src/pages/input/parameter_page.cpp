@@ -11,7 +11,6 @@
 #include "controls/skin_group_box.h"
 #include "controls/slider_event.h"
 #include "controls/spin_edit.h"
-#include "pages/input/box_marks.h"
 
 namespace tessavo {
 
@@ -49,9 +48,27 @@ void ParameterPage::updateMarks() {
     for (const Bound& bound : bindings_) {
         const FieldIndex index = markedElement(bound.to);
         const Field& field = fieldOf(bound.to.field);
-        bound.binding->mark(shownValue(tuning_.currentParameterSet(), field, index),
-                            playedNote(tuning_, bound.to.field, index));
+        bound.binding->mark(shownValue(tuning_.currentParameterSet(), field, index), playedText(bound));
     }
+}
+
+QString ParameterPage::playedText(const Bound& bound) const {
+    const FieldIndex index = markedElement(bound.to);
+    QString played = bound.binding->played(tuning_, bound.to.field, index);
+    bool same = true;
+    QStringList each;
+    for (const Holder& holder : markedHolders()) {
+        const QString text = bound.binding->played(tuning_, bound.to.field, {holder.element, index.inner});
+        same = same && text == played;
+        if (!text.isEmpty()) {
+            each << holder.name + QStringLiteral(": ") + text;
+        }
+    }
+    return same ? played : each.join(QLatin1Char('\n'));
+}
+
+std::vector<ParameterPage::Holder> ParameterPage::markedHolders() const {
+    return {};
 }
 
 FieldIndex ParameterPage::elementOf(BoundField bound) const {

@@ -62,20 +62,23 @@ class ParameterPage : public CTabDialog {
     virtual void write(BoundField bound, double value, bool final);
     /// Called after every refresh and every edit, for what depends on other values: bars, colours.
     virtual void updateLook() {}
-    /// Marks every box whose number is not what is in force or not what plays. Called after every refresh and
-    /// every edit, and when the page comes to the front: another page's edit may count here.
+    /// Marks every control that shows something else than what is in force or what plays. Called after every
+    /// refresh and every edit, and when the page comes to the front: another page's edit may count here.
     virtual void updateMarks();
     /// Element that the marks of a control go by; that which it shows unless the page says otherwise.
     [[nodiscard]] virtual FieldIndex markedElement(BoundField bound) const { return elementOf(bound); }
-
-    /// Value that the current set holds, as a person reads it.
-    [[nodiscard]] double shown(BoundField bound) const;
 
     /// Something that has values of its own for the page's controls.
     struct Holder {
         QString name;
         std::size_t element;  ///< in the outer dimension of the controls' fields
     };
+
+    /// All that an edit goes to where that is not just the element above: what plays is told of each.
+    [[nodiscard]] virtual std::vector<Holder> markedHolders() const;
+
+    /// Value that the current set holds, as a person reads it.
+    [[nodiscard]] double shown(BoundField bound) const;
 
     /// Marks every control whose value is not the same for all holders, or not the one that the control
     /// shows, with a note that tells each holder's value; takes all marks away without a holder.
@@ -123,6 +126,7 @@ class ParameterPage : public CTabDialog {
     };
 
     [[nodiscard]] Binding::Write writer(BoundField bound);
+    [[nodiscard]] QString playedText(const Bound& bound) const;
     [[nodiscard]] QString mixedNote(const Bound& bound, const std::vector<Holder>& holders) const;
     template <typename Made>
     Made& keep(BoundField bound, std::unique_ptr<Made> binding);

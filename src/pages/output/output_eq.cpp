@@ -328,25 +328,53 @@ void COutputEQ::updateLook() {
         control->setBypassed(!limiting);
     }
     markTickedChannels();
+    markAllFilters();
 }
 
-// Several channels share the controls, which go on showing what they showed before.
-void COutputEQ::markTickedChannels() {
+std::vector<ParameterPage::Holder> COutputEQ::markedHolders() const {
     std::vector<Holder> ticked;
     for (std::uint8_t position = 0; selection_->multiChannelMode() && position < channelCount; ++position) {
         if ((tuning().selectionMask() & selectionBit({position})) != 0) {
             ticked.push_back({ChannelSelection::nameOf({position}), recordChannelAt({position}).value});
         }
     }
-    markMixed(ticked);
+    return ticked;
+}
+
+// The button counts its own presses; the filters also change by other ways.
+void COutputEQ::markAllFilters() {
+    unsigned on = 0;
+    for (std::uint8_t position = 0; position < channelCount; ++position) {
+        const auto& bands = tuning().currentParameterSet().channels[recordChannelAt({position}).value].bands;
+        for (std::size_t band = 0; band < bandCount; ++band) {
+            const bool chosen = (tuning().selectionMask() & selectionBit({position})) != 0;
+            on |= chosen && bands[band].off == 0 ? 1U << band : 0U;
+        }
+    }
+    QStringList names;
+    for (std::size_t band = 0; band < bandCount; ++band) {
+        if ((on >> band & 1U) != 0) {
+            names << QString::number(band + 1);
+        }
+    }
+    QString note;
+    if (allFiltersOff_ && on != 0) {
+        note = QStringLiteral("Not all filters are off: on are %1").arg(names.join(QStringLiteral(", ")));
+    } else if (!allFiltersOff_ && on == 0 && tuning().selectionMask() != 0) {
+        note = QStringLiteral("All filters are off already");
+    }
+    allFilters_->setMark(note);
+}
+
+// Several channels share the controls, which go on showing what they showed before.
+void COutputEQ::markTickedChannels() {
+    markMixed(markedHolders());
 }
 
 void COutputEQ::selectChannels() {
     tuning().setSelectionMask(selection_->mask());
     if (!selection_->multiChannelMode()) {
         refresh();
-    } else {
-        updateMarks();
     }
     // Band 8's type always follows its list, whichever channels are chosen.
     if (const int type = bands_[lastBand].type->code(); type >= 0) {
@@ -356,6 +384,7 @@ void COutputEQ::selectChannels() {
                                                                : tuning().lastEditedBand().channel);
     }
     updateLook();
+    updateMarks();
 }
 
 void COutputEQ::assignToMultiple(bool checked) {
@@ -376,6 +405,7 @@ void COutputEQ::toggleAllFilters() {
     }
     allFilters_->setText(allFiltersOff_ ? QStringLiteral("Enable All Filters") : disableAllText());
     updateLook();
+    updateMarks();
 }
 
 void COutputEQ::resetChannel() {

@@ -28,6 +28,7 @@ class COutputEQ : public ParameterPage {
     [[nodiscard]] FieldIndex elementOf(BoundField bound) const override;
     /// That of the last channel that is chosen: edits go there.
     [[nodiscard]] FieldIndex markedElement(BoundField bound) const override;
+    [[nodiscard]] std::vector<Holder> markedHolders() const override;
     void write(BoundField bound, double value, bool final) override;
     void updateLook() override;
     void showEvent(QShowEvent* event) override;
@@ -59,6 +60,9 @@ class COutputEQ : public ParameterPage {
     [[nodiscard]] std::optional<RecordChannel> lastChosen() const;
     void showSources();
     void markTickedChannels();
+    /// Marks "Disable All Filters" or "Enable All Filters" while the filters are not as its caption takes
+    /// them.
+    void markAllFilters();
     void selectChannels();
     void assignToMultiple(bool checked);
     void writeCrossover(std::size_t crossover);

@@ -210,6 +210,7 @@ void COutputGroup::refresh() {
 }
 
 void COutputGroup::updateMarks() {
+    ParameterPage::updateMarks();
     for (Row& row : rows_) {
         for (std::size_t place = 0; place < channelCount; ++place) {
             const BoundField bound{row.table.value, place};

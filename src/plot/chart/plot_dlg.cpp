@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "controls/bitmap_slider.h"
+#include "controls/note_mark.h"
 #include "controls/number_edit.h"
 #include "controls/skin_button.h"
 #include "controls/slider_event.h"
@@ -32,6 +33,7 @@ constexpr int maximumId = 1;
 constexpr int sliderId = 2;
 constexpr int minimumId = 3;
 constexpr int setId = 4;
+constexpr int curveNoteId = 5;
 
 // The longest text of a double that reads as the same double.
 constexpr int longestLimit = 24;
@@ -82,7 +84,8 @@ CPlotDlg::CPlotDlg(IChartHost& host, QWidget* parent)
       slider_(new CBitmapSlider(Qt::Vertical, sliderId, this)),
       minimumLabel_(makeLabel(QStringLiteral("Min"), this)),
       minimum_(new NumberEdit(minimumId, this)),
-      set_(new CxSkinButton(QStringLiteral("SET"), setId, this)) {
+      set_(new CxSkinButton(QStringLiteral("SET"), setId, this)),
+      curveNote_(new NoteMark(curveNoteId, this)) {
     setWindowFlags(Qt::Dialog | Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint);
     setWindowTitle(QStringLiteral("Plot"));
     setUpResponseAxes(chart_);
@@ -126,11 +129,16 @@ void CPlotDlg::setCurve(const ResponseCurve& curve) {
         }
     }
     chart_.setDataSetColor(curveIdentifier_, curveColor);
+    emit curveShown();
 }
 
 void CPlotDlg::clearCurve() {
     constexpr std::array<int, 2> dimensions{2, 0};
     chart_.replaceDataSet(curveIdentifier_, {}, dimensions);
+}
+
+void CPlotDlg::setCurveNotes(const QStringList& notes) {
+    curveNote_->setNote(notes.join(QStringLiteral("; ")), notes.join(QLatin1Char('\n')));
 }
 
 void CPlotDlg::fitInto(QSize room) {
@@ -142,6 +150,8 @@ void CPlotDlg::fitInto(QSize room) {
 void CPlotDlg::layOut(QSize size) {
     setFixedSize(size);
     view_->setGeometry(12, 12, size.width() - 120, size.height() - 24);
+    // Left of the axis title, in the row that it stands in.
+    curveNote_->setGeometry(24, size.height() - 38, size.width() - 190, NoteMark::markHeight);
     const int column = size.width() - 96;
     const int bottom = size.height();
     maximumLabel_->setGeometry(column, 12, 84, 16);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QStringList>
+
 #include "controls/dialog_sk.h"
 #include "plot/chart/chart_view.h"
 #include "plot/chart/xy_chart.h"
@@ -10,6 +12,7 @@ namespace tessavo {
 class CBitmapSlider;
 class CColorControl;
 class CxSkinButton;
+class NoteMark;
 class NumberEdit;
 
 /// The plot window: the equalizer curve, a slider that scrolls the dB range, and "Max", "Min" and "SET" that
@@ -30,6 +33,8 @@ class CPlotDlg : public CDialogSK, public ICurveDisplay {
     void setCurve(const ResponseCurve& curve) override;
     /// Shows the axes without a curve. The curve keeps its place among the data sets.
     void clearCurve();
+    /// Says below the chart what the curve includes that does not play, or leaves out; nothing when empty.
+    void setCurveNotes(const QStringList& notes);
     /// Identifier of the curve in the chart; -1 before the first curve.
     [[nodiscard]] int curveIdentifier() const { return curveIdentifier_; }
 
@@ -40,6 +45,8 @@ class CPlotDlg : public CDialogSK, public ICurveDisplay {
     void showCentred();
 
  signals:
+    /// Another curve is shown.
+    void curveShown();
     /// The person closed the window; it is hidden already.
     void closedByUser();
 
@@ -64,6 +71,7 @@ class CPlotDlg : public CDialogSK, public ICurveDisplay {
     CColorControl* minimumLabel_;
     NumberEdit* minimum_;
     CxSkinButton* set_;
+    NoteMark* curveNote_;
     int curveIdentifier_ = -1;
     AxisRange scrollRange_;  ///< the range that the slider shows at scrollPosition_
     int scrollPosition_ = 0;

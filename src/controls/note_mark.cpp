@@ -1,0 +1,60 @@
+#include "controls/note_mark.h"
+
+#include <algorithm>
+
+#include "controls/accessible.h"
+#include "controls/control_id.h"
+#include "controls/skin_painter.h"
+#include "controls/theme.h"
+
+namespace tessavo {
+namespace {
+
+constexpr int signWidth = 10;
+constexpr int textLeft = 15;
+constexpr double stroke = 1.5;
+
+// "Not equal".
+void paintSign(SkinPainter& painter, double left, double middle) {
+    painter.setPen(QPen(QColor::fromRgb(theme::lightBlue), stroke, Qt::SolidLine, Qt::RoundCap));
+    painter.drawLine(QPointF(left + 1, middle - 2), QPointF(left + signWidth - 1, middle - 2));
+    painter.drawLine(QPointF(left + 1, middle + 2), QPointF(left + signWidth - 1, middle + 2));
+    painter.drawLine(QPointF(left + 3, middle + 5), QPointF(left + signWidth - 3, middle - 5));
+}
+
+}  // namespace
+
+NoteMark::NoteMark(int controlId, QWidget* parent, Qt::Alignment side) : QWidget(parent), side_(side) {
+    installAccessibility();
+    setControlId(*this, controlId);
+    setFont(theme::font(11));
+    hide();
+}
+
+void NoteMark::setNote(const QString& line, const QString& whole) {
+    const QString full = whole.isEmpty() ? line : whole;
+    if (line_ == line && toolTip() == full) {
+        return;
+    }
+    line_ = line;
+    setToolTip(full);
+    setAccessibleName(QString(full).replace(QLatin1Char('\n'), QLatin1String("; ")));
+    setVisible(!line.isEmpty());
+    update();
+}
+
+int NoteMark::neededWidth() const {
+    return textLeft + fontMetrics().horizontalAdvance(line_);
+}
+
+void NoteMark::paintEvent(QPaintEvent* /*event*/) {
+    SkinPainter painter(this);
+    const int used = std::min(neededWidth(), width());
+    const int left = side_ == Qt::AlignRight ? width() - used : 0;
+    paintSign(painter, left, height() / 2.0);
+    const int room = used - textLeft;
+    painter.text(QRectF(left + textLeft, 0, room, height()), Qt::AlignLeft | Qt::AlignVCenter, theme::text2,
+                 fontMetrics().elidedText(line_, Qt::ElideRight, room));
+}
+
+}  // namespace tessavo
