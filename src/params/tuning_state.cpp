@@ -38,7 +38,7 @@ void TuningState::start() {
     writeDefaults(store_);
     received_ = {};
     selectionMask_ = firstPageChannel;
-    computeAll();
+    computeAll(currentParameterSet());
     deriveImage();
 }
 
@@ -66,7 +66,7 @@ void TuningState::selectSet(std::uint32_t setIndex, const std::function<void()>&
     }
     currentSet_ = setIndex;
     // Not under the lock: a generator may show its warning here, and a transfer would wait for the answer.
-    computeAll();
+    computeAll(currentParameterSet());
     {
         const SemaphoreHold wholeSet(*exclusion_, setChangeWait);
         if (const auto& received = received_[setIndex]) {
@@ -89,11 +89,13 @@ void TuningState::setFilterMode(std::uint32_t mode) {
 }
 
 void TuningState::replaceStore(const ParameterStore& store) {
+    // Before the lock and before the store changes: a generator may show its warning here. While it stands a
+    // transfer takes the set before, whole and without waiting.
+    computeAll(store.sets[currentSet_]);
     {
         const SemaphoreHold wholeSet(*exclusion_, wholeImageWait);
         store_ = store;
         received_ = {};
-        computeAll();
         deriveImage();
     }
     tellChange();
@@ -115,7 +117,7 @@ void TuningState::imageToSet() {
         readImageFields(store_, currentSet_, image_);
         keepReceivedImage(before);
     }
-    computeAll();
+    computeAll(currentParameterSet());
     tellChange();
 }
 
@@ -188,31 +190,30 @@ void TuningState::warn(std::string_view text) {
     boxes_.showPlain(text);
 }
 
-void TuningState::computeBand(RecordChannel channel, std::size_t band) {
-    computeBandWords(generator(), currentParameterSet().channels[channel.value].bands[band],
-                     bandWords_[channel.value][band]);
+void TuningState::computeBand(const ParameterSet& set, RecordChannel channel, std::size_t band) {
+    computeBandWords(generator(), set.channels[channel.value].bands[band], bandWords_[channel.value][band]);
 }
 
-void TuningState::computeCrossovers(RecordChannel channel) {
+void TuningState::computeCrossovers(const ParameterSet& set, RecordChannel channel) {
     for (std::size_t k = 0; k < crossoverCount; ++k) {
-        computeCrossoverWords(generator(), currentParameterSet().channels[channel.value].crossovers[k],
+        computeCrossoverWords(generator(), set.channels[channel.value].crossovers[k],
                               crossoverWords_[channel.value][k]);
     }
 }
 
-void TuningState::computeInputBand(std::size_t inputBand) {
-    computeBandWords(generator(), inputBandOf(currentParameterSet(), inputBand), inputWords_[inputBand]);
+void TuningState::computeInputBand(const ParameterSet& set, std::size_t inputBand) {
+    computeBandWords(generator(), inputBandOf(set, inputBand), inputWords_[inputBand]);
 }
 
-void TuningState::computeAll() {
+void TuningState::computeAll(const ParameterSet& set) {
     for (std::size_t i = 0; i < inputSectionCount; ++i) {
-        computeInputBand(i);
+        computeInputBand(set, i);
     }
     for (std::uint8_t c = 0; c < channelCount; ++c) {
         for (std::size_t b = 0; b < bandCount; ++b) {
-            computeBand({c}, b);
+            computeBand(set, {c}, b);
         }
-        computeCrossovers({c});
+        computeCrossovers(set, {c});
     }
 }
 

@@ -109,9 +109,9 @@ class TuningState {
     void setFilterMode(std::uint32_t mode);
     void setSelectionMask(std::uint8_t mask) { selectionMask_ = mask; }
 
-    /// Replaces all five sets by a loaded store and brings coefficients and image in step, under the
-    /// mutual-exclusion object (waiting at most 5000 ms, going on without it). The image keeps its bypass
-    /// bytes and spare bytes; no set keeps the image it was received with.
+    /// Brings coefficients in step with a loaded store, and then, under the mutual-exclusion object (waiting
+    /// at most 5000 ms, going on without it), replaces all five sets by it and writes the image. The image
+    /// keeps its bypass bytes and spare bytes; no set keeps the image it was received with.
     void replaceStore(const ParameterStore& store);
     /// Replaces the image by received bytes, its first word by 3384; the sets stay.
     void replaceImage(const ParameterImage& received);
@@ -188,10 +188,11 @@ class TuningState {
     void writeWithWords(std::span<const FieldId> fields, FieldIndex index, Compute compute,
                         CopyWords copyWords);
     void warn(std::string_view text);
-    void computeBand(RecordChannel channel, std::size_t band);
-    void computeCrossovers(RecordChannel channel);
-    void computeInputBand(std::size_t inputBand);
-    void computeAll();
+    // Compute the tables' words from a set.
+    void computeBand(const ParameterSet& set, RecordChannel channel, std::size_t band);
+    void computeCrossovers(const ParameterSet& set, RecordChannel channel);
+    void computeInputBand(const ParameterSet& set, std::size_t inputBand);
+    void computeAll(const ParameterSet& set);
     void deriveImage();
     void keepReceivedImage(const ParameterStore& before);
     void dropChangedImage();

@@ -53,7 +53,7 @@ void TuningState::editBands(std::size_t band, FieldId id, Change change, bool fi
     forSelectedChannels([&](RecordChannel channel) {
         change(edited(channel).bands[band]);
         writeWithWords(
-            {&id, 1}, {channel.value, band}, [&] { computeBand(channel, band); },
+            {&id, 1}, {channel.value, band}, [&] { computeBand(currentParameterSet(), channel, band); },
             [&](ChannelImageBlock& block) { block.bandWords = bandWords_[channel.value]; });
         lastEditedBand_ = {channel, band};
     });
@@ -71,7 +71,7 @@ void TuningState::editCrossovers(std::size_t crossover, std::span<const FieldId>
     forSelectedChannels([&](RecordChannel channel) {
         change(edited(channel).crossovers[crossover]);
         writeWithWords(
-            fields, {channel.value, crossover}, [&] { computeCrossovers(channel); },
+            fields, {channel.value, crossover}, [&] { computeCrossovers(currentParameterSet(), channel); },
             [&](ChannelImageBlock& block) { block.crossoverWords = crossoverWords_[channel.value]; });
         last = channel;
     });
@@ -218,7 +218,7 @@ void TuningState::setInputBandGain(std::size_t inputBand, float gainDb, bool fin
     const std::size_t index = graphic ? inputBand : inputBand - inputBandCount;
     (graphic ? editedSet().inputEqBands[index] : editedSet().inputToneBands[index]).gainDb = gainDb;
     mirror(graphic ? FieldId::inputBandGain : FieldId::toneGain, {index, 0});
-    computeInputBand(inputBand);
+    computeInputBand(currentParameterSet(), inputBand);
     showInputCurve();
     finish(final);
 }

@@ -283,5 +283,31 @@ TEST_F(ImageCopyTest, IsNotHeldUpByAWarningWhileASetIsChosen) {
     EXPECT_SAME_BYTES(atBox, before) << "the set before, whole";
 }
 
+TEST_F(ImageCopyTest, IsNotHeldUpByAWarningWhileAFileIsLoaded) {
+    Bytes store = bytesOf(state_.store());
+    writeAt(store, recordChannelOffset(0), std::uint8_t{0});
+    writeAt(store, recordChannelOffset(0) + 2, std::uint16_t{10000});
+    writeAt(store, recordChannelOffset(0) + 4, 24.0F);
+    const Bytes imageBefore = bytesOf(state_.image());
+    const Bytes storeBefore = bytesOf(state_.store());
+    Bytes atBox;
+    boxes_.look = [&] {
+        events_.clear();
+        std::thread worker = copyInto(atBox);
+        worker.join();
+        EXPECT_EQ(events_.all(), (std::vector<std::string>{"want set", "have set", "want image", "have image",
+                                                           "free image", "free set", "copied"}))
+            << "at once, and not for want of the lock";
+        EXPECT_SAME_BYTES(bytesOf(state_.store()), storeBefore) << "image and sets agree while it stands";
+    };
+    state_.replaceStore(recordOf<ParameterStore>(store));
+    ASSERT_EQ(boxes_.shown.size(), 1U);
+    EXPECT_SAME_BYTES(atBox, imageBefore) << "the set before, whole";
+    EXPECT_SAME_BYTES(bytesOf(state_.store()), store);
+    EXPECT_EQ(readAt<float>(bytesOf(state_.image()), imageBlockOffset(0) + 16 + 4), 24.0F);
+    EXPECT_EQ(readAt<BiquadWords>(bytesOf(state_.image()), imageBlockOffset(0) + 200),
+              state_.bandWords({0}, 0));
+}
+
 }  // namespace
 }  // namespace tessavo::testing
