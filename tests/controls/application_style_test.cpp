@@ -7,6 +7,7 @@
 #include <QKeyEvent>
 #include <QListView>
 #include <QMenuBar>
+#include <QProxyStyle>
 #include <QPushButton>
 #include <QSpinBox>
 #include <gmock/gmock.h>
@@ -129,7 +130,19 @@ TEST_F(ApplicationStyleTest, ComboBoxesOfToolkitDialogsAreTheSkins) {
     EXPECT_EQ(combo.grab().toImage(), skinned.grab().toImage());
 }
 
+/// As styles are on desktops whose buttons have pictures.
+class StyleWithPictures : public QProxyStyle {
+ public:
+    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                  QStyleHintReturn* data) const override {
+        return hint == SH_DialogButtonBox_ButtonsHaveIcons
+                   ? 1
+                   : QProxyStyle::styleHint(hint, option, widget, data);
+    }
+};
+
 TEST_F(ApplicationStyleTest, ButtonsOfToolkitDialogsHaveNoPictures) {
+    style_.setBaseStyle(new StyleWithPictures);
     QDialogButtonBox box;
     box.setStyle(&style_);
     box.setStandardButtons(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);

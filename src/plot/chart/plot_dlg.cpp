@@ -25,8 +25,8 @@
 namespace tessavo {
 namespace {
 
-// The middle of the range may be scrolled so far, which shows the slope of every crossover of second order
-// down to 20 Hz; further when a range is set there.
+// The middle of the range may be scrolled so far, which shows the slope of a second-order crossover up to 16
+// kHz down to 20 Hz; further when a range is set there.
 constexpr int scrollReachDb = 120;
 
 constexpr int maximumId = 1;
