@@ -26,7 +26,8 @@ bool LineTurns::takeQuestion(const Wanted& wanted) {
     std::unique_lock guard(mutex_);
     questionWaits_ = true;
     const bool mine = waitFor(guard, wanted, [this] {
-        return !roundRuns_ && !needs_.commandRuns() && !(askedSinceRound_ && needs_.editWaits());
+        const bool roundIsDue = askedSinceRound_ && needs_.editWaits();
+        return !needs_.commandRuns() && (roundsRest_ || (!roundRuns_ && !roundIsDue));
     });
     questionWaits_ = false;
     questionRuns_ = mine;
@@ -58,6 +59,12 @@ void LineTurns::endRound() {
         askedSinceRound_ = false;
         changed_.notify_all();
     }
+}
+
+void LineTurns::setRoundsRest(bool rest) {
+    const std::lock_guard guard(mutex_);
+    roundsRest_ = rest;
+    changed_.notify_all();
 }
 
 void LineTurns::end() {

@@ -45,6 +45,9 @@ class LineTurns {
     bool takeRound(const Wanted& wanted);
     /// The round's result is known. Without one it does nothing.
     void endRound();
+    /// Whoever sends rounds waits for a person and uses no line: until he goes on, questions are held up
+    /// neither by the round that runs nor by an edit.
+    void setRoundsRest(bool rest);
 
     /// Gives up every turn that is waited for now or later; called when the program ends.
     void end();
@@ -57,6 +60,7 @@ class LineTurns {
     std::mutex mutex_;
     std::condition_variable changed_;
     bool roundRuns_ = false;
+    bool roundsRest_ = false;
     bool questionRuns_ = false;
     bool questionWaits_ = false;
     bool askedSinceRound_ = false;

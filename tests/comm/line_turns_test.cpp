@@ -147,6 +147,35 @@ TEST_F(Turns, ARoundDoesNotWaitForAQuestionThatACommandHoldsUp) {
     EXPECT_TRUE(question.taken);
 }
 
+TEST_F(Turns, NeitherARoundNorAnEditHoldsUpQuestionsWhileRoundsRest) {
+    editWaits = true;
+    ASSERT_TRUE(maySend());
+    EXPECT_FALSE(mayAsk());
+    turns.setRoundsRest(true);
+    for (int question = 0; question < 3; ++question) {
+        EXPECT_TRUE(mayAsk()) << question;
+        turns.endQuestion();
+    }
+    commandRuns = true;
+    EXPECT_FALSE(mayAsk()) << "a command comes in front all the same";
+    commandRuns = false;
+    turns.setRoundsRest(false);
+    EXPECT_FALSE(mayAsk()) << "the round goes on";
+    turns.endRound();
+    EXPECT_TRUE(mayAsk());
+    turns.endQuestion();
+    EXPECT_FALSE(mayAsk()) << "the edit waits again";
+}
+
+TEST_F(Turns, AQuestionThatWaitsIsLetInWhenRoundsRest) {
+    ASSERT_TRUE(maySend());
+    const WaitingQuestion question(turns);
+    ASSERT_TRUE(comesTrue([&] { return question.looks > 0; }));
+    turns.setRoundsRest(true);
+    EXPECT_TRUE(comesTrue([&] { return question.over.load(); }));
+    EXPECT_TRUE(question.taken);
+}
+
 TEST_F(Turns, TheEndOfTheProgramGivesUpWhoeverWaits) {
     ASSERT_TRUE(maySend());
     const WaitingQuestion question(turns);
