@@ -10,15 +10,16 @@ CommLink::CommLink(TuningState& tuning, IMessageBox& boxes, std::unique_ptr<CSer
     : tuning_(tuning),
       port_(std::move(port)),
       backgroundBoxes_(boxes, [this](int times) { calls_.call([this, times] { emit boxRepeated(times); }); }),
+      turns_({[&tuning] { return tuning.liveTransferEnabled() && tuning.updatePending(); },
+              [this] { return foreground_.running(); }}),
+      verdictBoxes_(boxes, turns_),
       commandEngine_(outsideOf(LineUser::command, boxes)),
       liveEngine_(outsideOf(LineUser::liveMode, boxes)),
       pollEngine_(outsideOf(LineUser::clipPoll, backgroundBoxes_)),
       foreground_(commandEngine_),
-      turns_({[&tuning] { return tuning.liveTransferEnabled() && tuning.updatePending(); },
-              [this] { return foreground_.running(); }}),
       background_(tuning, pollEngine_, backgroundBoxes_),
       worker_(
-          tuning, liveEngine_, clock_, boxes,
+          tuning, liveEngine_, clock_, verdictBoxes_,
           [this](LiveWorker::State state, const ParameterImage& image) { noteWorkerState(state, image); },
           &turns_) {}
 
@@ -42,6 +43,13 @@ TransferEngine::Outside CommLink::outsideOf(LineUser user, IMessageBox& boxes) {
                     calls_.call([this, user] { emit exchangeBegan(user); });
                 },
             .portBoxClosed = [this, user] { calls_.call([this, user] { emit portBoxClosed(user); }); }};
+}
+
+BoxAnswer CommLink::VerdictBoxes::show(std::string_view text, BoxIcon icon, BoxButtons buttons) {
+    turns_.setRoundsRest(true);
+    const BoxAnswer answer = boxes_.show(text, icon, buttons);
+    turns_.setRoundsRest(false);
+    return answer;
 }
 
 CommLink::~CommLink() {

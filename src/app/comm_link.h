@@ -99,6 +99,18 @@ class CommLink : public QObject, private ICommLog {
     void noteWorkerState(LiveWorker::State state, const ParameterImage& image);
     void noteExchangeEnd(LineUser user, ExchangeEnd end);
 
+    /// The live worker's box about what a round came to: while it is open nothing is sent, and the clip state
+    /// is asked for as if no edit waited.
+    class VerdictBoxes : public IMessageBox {
+     public:
+        VerdictBoxes(IMessageBox& boxes, LineTurns& turns) : boxes_(boxes), turns_(turns) {}
+        BoxAnswer show(std::string_view text, BoxIcon icon, BoxButtons buttons) override;
+
+     private:
+        IMessageBox& boxes_;
+        LineTurns& turns_;
+    };
+
     UiCalls calls_;
     TuningState& tuning_;
     mutable std::mutex guard_;
@@ -110,13 +122,14 @@ class CommLink : public QObject, private ICommLog {
     std::unique_ptr<CSerial> port_;
     CSemaphore transferLock_;
     FoldedBoxes backgroundBoxes_;
+    LineTurns turns_;
+    VerdictBoxes verdictBoxes_;
     // One engine for each user of the line, all on one port under one lock: what an engine tells is known to
     // be its user's.
     TransferEngine commandEngine_;
     TransferEngine liveEngine_;
     TransferEngine pollEngine_;
     ForegroundTransfers foreground_;
-    LineTurns turns_;
     TargetCommands background_;
     LiveWorker worker_;
 };

@@ -32,9 +32,11 @@ QString reason(ExchangeEnd end) {
     return QStringLiteral("no answer");
 }
 
-// What the target was told before it fell silent it may have done all the same.
-bool surelyWithoutEffect(ExchangeEnd end) {
-    return end == ExchangeEnd::lineBusy || end == ExchangeEnd::portNotOpened || end == ExchangeEnd::refused;
+// What the target was told before it fell silent it may have done all the same, and blocks that it took it
+// has, though it refused a later one.
+bool surelyWithoutEffect(ExchangeEnd end, std::size_t blocksTaken) {
+    return blocksTaken == 0 &&
+           (end == ExchangeEnd::lineBusy || end == ExchangeEnd::portNotOpened || end == ExchangeEnd::refused);
 }
 
 QString setName(std::uint8_t targetSet) {
@@ -55,8 +57,7 @@ QString doneWords(const CommandReport& report) {
     return QStringLiteral("versions read");
 }
 
-QString failedWords(const CommandReport& report, ExchangeEnd end) {
-    const bool certain = surelyWithoutEffect(end);
+QString failedWords(const CommandReport& report, bool certain) {
     switch (report.command) {
         case Command::saveSet:
             return setName(report.targetSet) +
@@ -183,19 +184,18 @@ void TargetFollower::commandReported(const CommandReport& report, QTime at) {
     if (!commandEnd_) {
         return;
     }
+    const QString failed = failedWords(report, surelyWithoutEffect(*commandEnd_, blocksDone_));
     switch (report.result) {
         case CommandReport::Result::done:
             notice_ = Notice{atTime(doneWords(report), at), false};
             return;
         case CommandReport::Result::wrongDigest:
-            notice_ = Notice{
-                atTime(QStringLiteral("checksum failed: ") + failedWords(report, *commandEnd_), at), true};
+            notice_ = Notice{atTime(QStringLiteral("checksum failed: ") + failed, at), true};
             return;
         case CommandReport::Result::exchangeFailed:
             break;
     }
-    notice_ = Notice{
-        atTime(reason(*commandEnd_) + QStringLiteral(": ") + failedWords(report, *commandEnd_), at), true};
+    notice_ = Notice{atTime(reason(*commandEnd_) + QStringLiteral(": ") + failed, at), true};
     if (*commandEnd_ != ExchangeEnd::lineBusy) {
         // The notice tells it, and stays longer.
         trouble_.reset();

@@ -335,5 +335,39 @@ TEST_F(LineInUse, APollDoesNotNeedItMoreThanAnother) {
     EXPECT_THAT(moments(), Each(nobody));
 }
 
+TEST(WrongSetBox, HoldsUpNoPollsWhileAnEditWaitsBehindIt) {
+    struct AskingBoxes final : RecordingBoxes {
+        BoxAnswer show(std::string_view text, BoxIcon icon, BoxButtons buttons) override {
+            if (text == wrongSetText) {
+                ask();
+            }
+            return RecordingBoxes::show(text, icon, buttons);
+        }
+        std::function<void()> ask;
+    } boxes;
+    TuningState tuning{boxes};
+    tuning.start();
+    CommLink link{tuning, boxes};
+    link.setPortName("nowhere");
+    std::vector<bool> had;
+    std::atomic<bool> over = false;
+    boxes.ask = [&] {
+        tuning.raiseUpdatePending();
+        for (int poll = 0; poll < 3 && !over; ++poll) {
+            int looks = 0;
+            had.push_back(link.takeTurnForPoll([&] { return looks++ == 0; }));
+            if (had.back()) {
+                EXPECT_FALSE(link.background().ReadClipState().has_value());
+            }
+        }
+        over = true;
+    };
+    ASSERT_TRUE(link.startWorker());
+    tuning.setLiveMode(true);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return over.load(); }, 60000));
+    link.shutDown();
+    EXPECT_THAT(had, ElementsAre(true, true, true));
+}
+
 }  // namespace
 }  // namespace tessavo::testing

@@ -319,6 +319,18 @@ TEST_F(Follower, ACommandThatFailedStaysUntilAPersonDoesSomethingElse) {
     EXPECT_EQ(off(), (Told{Light::off, ""}));
 }
 
+TEST_F(Follower, ASoftwareImageOfWhichBlocksWereTakenIsNotCalledNotSent) {
+    follower.commandStarted(Activity::sendingSoftware);
+    follower.exchangeBegan(LineUser::command);
+    follower.blockSent(LineUser::command, 200, 512);
+    follower.exchangeEnded(LineUser::command, ExchangeEnd::refused, at(6));
+    follower.commandEnded();
+    follower.commandReported(failedReport(Command::sendSoftware), at(6));
+    EXPECT_EQ(off(), (Told{Light::trouble, "refused: software image may be incomplete 14:32:06"}));
+    command(Activity::sendingSoftware, failedReport(Command::sendSoftware), ExchangeEnd::refused, at(7));
+    EXPECT_EQ(off().words, "refused: software image not sent 14:32:07") << "the first block of another try";
+}
+
 TEST_F(Follower, ACommandThatFailedTellsNoMoreThanIsKnown) {
     using End = ExchangeEnd;
     const auto words = [this](Command what, std::uint8_t set, ExchangeEnd end) {
