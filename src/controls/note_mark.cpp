@@ -12,6 +12,7 @@ namespace {
 
 constexpr int signWidth = 10;
 constexpr int textLeft = 15;
+constexpr int spare = 2;  ///< behind the text, whose width is rounded
 constexpr double stroke = 1.5;
 
 // "Not equal".
@@ -43,18 +44,22 @@ void NoteMark::setNote(const QString& line, const QString& whole) {
     update();
 }
 
+QString NoteMark::shownLine() const {
+    return neededWidth() <= width()
+               ? line_
+               : fontMetrics().elidedText(line_, Qt::ElideRight, width() - textLeft - spare);
+}
+
 int NoteMark::neededWidth() const {
-    return textLeft + fontMetrics().horizontalAdvance(line_);
+    return textLeft + fontMetrics().horizontalAdvance(line_) + spare;
 }
 
 void NoteMark::paintEvent(QPaintEvent* /*event*/) {
     SkinPainter painter(this);
-    const int used = std::min(neededWidth(), width());
-    const int left = side_ == Qt::AlignRight ? width() - used : 0;
+    const int left = side_ == Qt::AlignRight ? std::max(0, width() - neededWidth()) : 0;
     paintSign(painter, left, height() / 2.0);
-    const int room = used - textLeft;
-    painter.text(QRectF(left + textLeft, 0, room, height()), Qt::AlignLeft | Qt::AlignVCenter, theme::text2,
-                 fontMetrics().elidedText(line_, Qt::ElideRight, room));
+    painter.text(QRectF(left + textLeft, 0, width() - left - textLeft, height()),
+                 Qt::AlignLeft | Qt::AlignVCenter, theme::text2, shownLine());
 }
 
 }  // namespace tessavo

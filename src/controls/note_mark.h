@@ -22,6 +22,8 @@ class NoteMark : public QWidget {
     void setNote(const QString& line, const QString& whole = {});
     [[nodiscard]] const QString& line() const { return line_; }
 
+    /// The line as it is drawn: shortened only where it needs more than the mark's width.
+    [[nodiscard]] QString shownLine() const;
     /// Width that the whole line needs.
     [[nodiscard]] int neededWidth() const;
 

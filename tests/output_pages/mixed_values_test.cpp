@@ -233,18 +233,19 @@ TEST_F(MixedValues, TheNoteTellsTheValueOfEveryTickedChannel) {
     const QString volume = QStringLiteral(
         "Mixed: the ticked channels differ\nChannel 2: 3.04 dB\nChannel 7: -2.0 dB\nChannel 8: 0.0 dB");
     EXPECT_EQ(slider(volumeControls.slider).toolTip(), volume);
-    EXPECT_EQ(PageTest::edit(volumeControls.edit).toolTip(), volume);
+    EXPECT_EQ(PageTest::edit(volumeControls.edit).toolTip(),
+              QStringLiteral("Channel 2: Plays 3.0 dB\n") + volume);
     const QString said = QStringLiteral(
         "Mixed: the ticked channels differ; Channel 2: 3.04 dB; Channel 7: -2.0 dB; Channel 8: 0.0 dB");
     EXPECT_EQ(spoken(volumeControls.slider), said);
-    EXPECT_EQ(spoken(volumeControls.edit), QStringLiteral("dB. ") + said);
+    EXPECT_EQ(spoken(volumeControls.edit), QStringLiteral("dB. Channel 2: Plays 3.0 dB. ") + said);
     EXPECT_EQ(check(limiterDisabledBox).toolTip(),
               QStringLiteral("Mixed: the ticked channels differ\nChannel 2: not checked\n"
                              "Channel 7: checked\nChannel 8: not checked"));
-    // The last type is a code that the list does not know.
+    // The last two types are codes that the list does not know.
     EXPECT_EQ(list(bandControls[0].type).toolTip(),
               QStringLiteral("Mixed: the ticked channels differ\nChannel 2: High Shelf\nChannel 7: 5\n"
-                             "Channel 8: 6"));
+                             "Channel 8: 6\nChannel 7: In force: code 5\nChannel 8: In force: code 6"));
     // What was there before the mark is there after it.
     typeAndEnter(volumeControls.edit, QStringLiteral("1"));
     EXPECT_EQ(PageTest::edit(volumeControls.edit).toolTip(), QString());
