@@ -69,8 +69,11 @@ std::vector<std::uint64_t> ownUser() {
     DWORD size = 0;
     GetTokenInformation(token.get(), TokenUser, nullptr, 0, &size);
     std::vector<std::uint64_t> user(size / sizeof(std::uint64_t) + 1);
-    const bool known = GetTokenInformation(token.get(), TokenUser, user.data(), size, &size) != 0;
-    return known ? user : std::vector<std::uint64_t>();
+    if (GetTokenInformation(token.get(), TokenUser, user.data(), size, &size) == 0) {
+        user.clear();
+    }
+    // Its beginning points to the rest of it: it may be moved, but a copy would point into what is gone.
+    return user;
 }
 
 PSID identityIn(const std::vector<std::uint64_t>& user) {
