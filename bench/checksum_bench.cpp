@@ -7,8 +7,8 @@
 #include <openssl/md5.h>
 #include <span>
 
+#include "base/md5.h"
 #include "comm/framing.h"
-#include "params/md5.h"
 #include "params/parameter_image.h"
 
 namespace tessavo::bench {

@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "params/message_box.h"
+#include "base/message_box.h"
 
 namespace tessavo::fuzz {
 

@@ -4,7 +4,7 @@
 
 #include "check.h"
 #include "params/image_conversion.h"
-#include "params/md5.h"
+#include "params/image_digest.h"
 #include "params/tuning_state.h"
 
 // Any bytes as the image of a set that the target sent: the first byte chooses the set and the filter mode.

@@ -14,23 +14,23 @@ namespace {
 
 using namespace tessavo;
 
-/// The fields that scripts write, in every set, as far as a control limits them.
+void checkRange(const ParameterSet& set, const Field& field) {
+    forEachElement(field, [&](FieldIndex index) {
+        const double shown = shownValue(set, field, index);
+        // A single that stands for an end of the range may lie a little outside of it.
+        const double slack = 1e-5 * (1.0 + std::abs(shown));
+        fuzz::check(shown >= field.minimum - slack && shown <= field.maximum + slack,
+                    "a script leaves every value in its range");
+    });
+}
+
+/// The fields that scripts write, in every set.
 void checkRanges(const ParameterStore& store) {
     for (const ParameterSet& set : store.sets) {
-        for (const FieldId id :
-             {FieldId::volume, FieldId::groupGain, FieldId::delay, FieldId::groupDelay,
-              FieldId::bandFrequency, FieldId::bandGain, FieldId::bandQ, FieldId::crossoverFrequency,
-              FieldId::inputBandGain, FieldId::toneGain, FieldId::limiterGain, FieldId::limiterActivateLevel,
-              FieldId::limiterDeactivateLevel, FieldId::limiterAttack, FieldId::limiterRelease,
-              FieldId::routerSource}) {
-            const Field& field = fieldOf(id);
-            forEachElement(field, [&](FieldIndex index) {
-                const double shown = shownValue(set, field, index);
-                // A single that stands for an end of the range may lie a little outside of it.
-                const double slack = 1e-5 * (1.0 + std::abs(shown));
-                fuzz::check(shown >= field.minimum - slack && shown <= field.maximum + slack,
-                            "a script leaves every value in its range");
-            });
+        for (const cli::ScriptWord& word : cli::scriptWords()) {
+            for (const cli::WordField& each : word.fields) {
+                checkRange(set, fieldOf(each.field));
+            }
         }
     }
 }

@@ -4,8 +4,8 @@
 #include <span>
 #include <unistd.h>
 
+#include "base/raw_file.h"
 #include "check.h"
-#include "params/raw_file.h"
 #include "params/settings_file.h"
 #include "params/tuning_state.h"
 

@@ -4,7 +4,9 @@
 #include <span>
 #include <string_view>
 
+#include "base/number_text.h"
 #include "cli/edit_script.h"
+#include "cli/script_words.h"
 #include "markdown.h"
 #include "params/channels.h"
 #include "params/field_table.h"
@@ -19,17 +21,26 @@ using Names = std::vector<std::string_view>;
 struct Control {
     std::string_view caption;
     FieldId field;
-    std::string_view effect;
-    /// What a person reads for each code, for controls that show no number; empty where there is none.
+    std::string effect;
+    /// What a person reads for the values of a switch, 0 first.
     Names names = {};
     /// Told in place of the range, or of the first value, where a list of them would tell nothing.
     std::string_view range = {};
     std::string_view start = {};
+    bool showsNumber = false;  ///< although the field has codes
 };
 
 const Names tick{"no", "yes"};
 const Names inverseTick{"yes", "no"};
-const Names types{"High Shelf", "Low Shelf", "Peak"};
+
+// "0 Music Club, 1 Concert Hall".
+std::string codeList(FieldId field) {
+    std::string text;
+    for (const FieldCode& each : fieldOf(field).codes) {
+        text += (text.empty() ? "" : ", ") + std::to_string(each.code) + " " + std::string(each.shown);
+    }
+    return text;
+}
 
 const std::vector<Control>& inputControls() {
     static const std::vector<Control> rows{
@@ -83,7 +94,7 @@ const std::vector<Control>& configControls() {
          {"on", "off"},
          {},
          "shown as off"},
-        {"**Surround mode**", FieldId::surroundMode, "0 Music Club, 1 Concert Hall, 2 Stadium"},
+        {"**Surround mode**", FieldId::surroundMode, codeList(FieldId::surroundMode), {}, {}, {}, true},
         {"**Room size**", FieldId::roomSize, "0 small room … 4 large room"},
         {"**Delay size 1**", FieldId::delaySize1, "kept for each pair of mode and room size"},
         {"**Delay size 2**", FieldId::delaySize2, "second delay"},
@@ -102,17 +113,15 @@ const std::vector<Control>& configControls() {
 const std::vector<Control>& outputControls() {
     static const std::vector<Control> rows{
         {"**Filter 1 … 8** Enabled", FieldId::bandOff, "puts the band in circuit", inverseTick},
-        {"**Filter 1 … 8** type", FieldId::bandType, "shape of the band", types},
+        {"**Filter 1 … 8** type", FieldId::bandType, "shape of the band"},
         {"**Filter 1 … 8** Freq", FieldId::bandFrequency, "centre of a peak, corner of a shelf"},
         {"**Filter 1 … 8** Gain", FieldId::bandGain, "height of the peak or shelf"},
         {"**Filter 1 … 8** Q", FieldId::bandQ, "the higher, the narrower"},
         {"**Crossover Filter 1, 2** Enabled", FieldId::crossoverEnabled, "puts the crossover in circuit",
          tick},
-        {"**Crossover Filter 1, 2** kind", FieldId::crossoverKind, "HP high-pass, LP low-pass", {"HP", "LP"}},
-        {"**Crossover Filter 1, 2** order",
-         FieldId::crossoverOrder,
-         "order that the target is told; the curve shows one second-order section",
-         {"", "", "2", "", "4"}},
+        {"**Crossover Filter 1, 2** kind", FieldId::crossoverKind, "HP high-pass, LP low-pass"},
+        {"**Crossover Filter 1, 2** order", FieldId::crossoverOrder,
+         "order that the target is told; the curve shows one second-order section"},
         {"**Crossover Filter 1, 2** frequency", FieldId::crossoverFrequency, "corner frequency"},
         {"**Volume**", FieldId::volume, "volume of the channel; the target takes it in steps of 0.5 dB"},
         {"**Invert Phase**", FieldId::invertPhase, "turns the polarity of the channel", tick},
@@ -127,28 +136,40 @@ const std::vector<Control>& outputControls() {
 }
 
 const std::vector<Control>& groupControls() {
-    static const Names letters{"A", "B", "C", "D", "E", "F", "G", "H"};
     static const std::vector<Control> rows{
         {"**Output Gain** slider", FieldId::groupGain, "added to the channel's volume"},
         {"**Output Gain** Group",
          FieldId::gainGroup,
          "channels with the same letter move together",
-         letters,
+         {},
          {},
          "A for Channel 1 … H for Channel 8"},
         {"**Output Delay** slider and ms box", FieldId::groupDelay, "added to the channel's delay"},
         {"**Output Delay** Group",
          FieldId::delayGroup,
          "channels with the same letter move together",
-         letters,
+         {},
          {},
          "A for Channel 1 … H for Channel 8"},
     };
     return rows;
 }
 
-std::string nameOf(const Control& control, double code) {
-    return std::string(control.names.at(static_cast<std::size_t>(code)));
+bool hasNames(const Control& control) {
+    return !control.names.empty() || (!control.showsNumber && !fieldOf(control.field).codes.empty());
+}
+
+// What a person reads for a value; empty for one that the field does not have.
+std::string nameOf(const Control& control, double value) {
+    if (!control.names.empty()) {
+        return std::string(control.names.at(static_cast<std::size_t>(value)));
+    }
+    const FieldCode* code = codeOf(fieldOf(control.field), value);
+    return code == nullptr ? "" : std::string(code->shown);
+}
+
+std::string numberRange(const Field& field) {
+    return shortestText(field.minimum) + " … " + shortestText(field.maximum);
 }
 
 std::string rangeOf(const Control& control) {
@@ -156,12 +177,12 @@ std::string rangeOf(const Control& control) {
     if (!control.range.empty()) {
         return std::string(control.range);
     }
-    if (control.names.empty()) {
-        return number(field.minimum) + " … " + number(field.maximum);
+    if (!hasNames(control)) {
+        return numberRange(field);
     }
     std::string text;
-    for (double code = field.minimum; code <= field.maximum; ++code) {
-        if (const std::string name = nameOf(control, code); !name.empty()) {
+    for (double value = field.minimum; value <= field.maximum; ++value) {
+        if (const std::string name = nameOf(control, value); !name.empty()) {
             text += (text.empty() ? "" : ", ") + name;
         }
     }
@@ -175,7 +196,7 @@ std::string unitOf(const Control& control) {
 
 std::string stepOf(const Control& control) {
     const Field& field = fieldOf(control.field);
-    if (!control.names.empty() || field.id == FieldId::routerSource) {
+    if (hasNames(control)) {
         return "";
     }
     return field.decimals > 0 || field.id == FieldId::decoderGain ? "0.1" : "1";
@@ -189,7 +210,8 @@ std::string startOf(const Control& control) {
     constexpr double zero = 0;
     std::string text;
     for (const double value : field.defaults.empty() ? std::span(&zero, 1) : field.defaults) {
-        text += (text.empty() ? "" : ", ") + (control.names.empty() ? number(value) : nameOf(control, value));
+        text +=
+            (text.empty() ? "" : ", ") + (hasNames(control) ? nameOf(control, value) : shortestText(value));
     }
     return text;
 }
@@ -198,63 +220,34 @@ std::string controlTable(const std::vector<Control>& controls) {
     std::vector<Row> rows;
     for (const Control& control : controls) {
         rows.push_back({std::string(control.caption), rangeOf(control), unitOf(control), stepOf(control),
-                        startOf(control), std::string(control.effect)});
+                        startOf(control), control.effect});
     }
     return table({"Control", "Range", "Unit", "Step", "At first", "What it does"}, rows);
 }
 
-/// What each word of a script does, by the word.
-const std::map<std::string_view, std::string_view>& wordEffects() {
-    static const std::map<std::string_view, std::string_view> effects{
-        {"set", "the set that is edited from here on, 1 to 5; set 1 until then"},
-        {"mode", "the filter method from here on; BZT until then"},
-        {"select",
-         "the channels, 1 to 8 as on the pages, that the words without a channel edit; Channel 1 until then"},
-        {"setVolume", "volume of the selected channels"},
-        {"setDelay", "delay of the selected channels"},
-        {"setGroupGain", "group gain of one record channel"},
-        {"setGroupDelay", "group delay of one record channel"},
-        {"setInvertPhase", "phase of the selected channels, 1 inverted"},
-        {"setBandFrequency", "frequency of a band, 0 to 7, of the selected channels"},
-        {"setBandType", "its shape"},
-        {"setBandGainOrQ", "its gain or its Q"},
-        {"setBandOff", "1 takes it out of circuit, 0 puts it in"},
-        {"setCrossover", "kind, order and 1 for in circuit of a crossover, 0 or 1, of the selected channels"},
-        {"setCrossoverFrequency", "its corner frequency"},
-        {"setInputBandGain", "gain of an input band: 0 to 9 graphic, 10 bass, 11 middle, 12 treble"},
-        {"setInputEqOn", "1 puts the input equalizer in circuit"},
-        {"setLimiter", "one value of the limiters of the selected channels; enabled takes 0 or 1"},
-        {"setRouterSource", "source, 0 to 13, of one record channel"},
-        {"setName", "name of the set: everything up to the end of the line, at most 31 characters"},
-    };
-    return effects;
-}
-
-std::string unitText(const Field& field) {
-    return number(field.minimum) + " … " + number(field.maximum) +
-           (field.unit.empty() ? "" : " " + std::string(field.unit));
-}
-
-std::string scriptRange(std::string_view word) {
-    static const std::map<std::string_view, FieldId> fields{
-        {"setVolume", FieldId::volume},
-        {"setDelay", FieldId::delay},
-        {"setGroupGain", FieldId::groupGain},
-        {"setGroupDelay", FieldId::groupDelay},
-        {"setBandFrequency", FieldId::bandFrequency},
-        {"setCrossoverFrequency", FieldId::crossoverFrequency},
-        {"setInputBandGain", FieldId::inputBandGain},
-        {"setRouterSource", FieldId::routerSource}};
-    if (word == "setBandGainOrQ") {
-        return "gain " + unitText(fieldOf(FieldId::bandGain)) + ", q " + unitText(fieldOf(FieldId::bandQ));
+// Ranges of the numbers that a word takes; switches and codes stand in its usage.
+std::string scriptRange(const cli::ScriptWord& word) {
+    std::vector<std::string> ranges;
+    for (const cli::WordField& each : word.fields) {
+        const Field& field = fieldOf(each.field);
+        const bool isChosen = !each.choice.empty();
+        const bool isSwitch = field.unit.empty() && field.minimum == 0 && field.maximum == 1;
+        if (isChosen ? each.rangeCaption.empty() : isSwitch || !cli::scriptCodes(field).empty()) {
+            continue;
+        }
+        const std::string caption = isChosen ? std::string(each.rangeCaption) + " " : "";
+        const std::string unit = field.unit.empty() ? "" : " " + std::string(field.unit);
+        const std::string range = caption + numberRange(field) + unit;
+        // The input bands are two fields with one range.
+        if (std::ranges::find(ranges, range) == ranges.end()) {
+            ranges.push_back(range);
+        }
     }
-    if (word == "setLimiter") {
-        return "gain " + unitText(fieldOf(FieldId::limiterGain)) + ", levels " +
-               unitText(fieldOf(FieldId::limiterActivateLevel)) + ", times " +
-               unitText(fieldOf(FieldId::limiterAttack));
+    std::string text;
+    for (const std::string& range : ranges) {
+        text += (text.empty() ? "" : ", ") + range;
     }
-    const auto field = fields.find(word);
-    return field == fields.end() ? "" : unitText(fieldOf(field->second));
+    return text;
 }
 
 /// The same channel under each of its numbers.
@@ -284,9 +277,8 @@ std::string escaped(std::string_view text) {
 
 std::string scriptTable() {
     std::vector<Row> rows;
-    for (const std::string_view usage : cli::scriptUsages()) {
-        const std::string_view word = usage.substr(0, usage.find(' '));
-        rows.push_back({quoted(escaped(usage)), scriptRange(word), std::string(wordEffects().at(word))});
+    for (const cli::ScriptWord& word : cli::scriptWords()) {
+        rows.push_back({quoted(escaped(word.usage)), scriptRange(word), std::string(word.effect)});
     }
     return table({"Line", "Range", "What it sets"}, rows);
 }

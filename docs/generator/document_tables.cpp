@@ -2,15 +2,16 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <string_view>
 #include <utility>
 #include <vector>
 
+#include "base/number_text.h"
 #include "comm/framing.h"
 #include "comm/target_commands.h"
 #include "comm/transfer_timing.h"
 #include "control_tables.h"
+#include "house/rooms.h"
 #include "markdown.h"
 #include "params/field_table.h"
 #include "params/surround_delays.h"
@@ -20,15 +21,8 @@ namespace tessavo {
 
 namespace {
 
-std::string hex(unsigned value) {
-    std::array<char, 16> text{};
-    const auto result = std::to_chars(text.data(), text.data() + text.size(), value, 16);
-    const std::string_view digits(text.data(), static_cast<std::size_t>(result.ptr - text.data()));
-    std::string out = digits.size() < 2 ? "0x0" : "0x";
-    for (const char digit : digits) {
-        out += digit >= 'a' ? static_cast<char>(digit - 'a' + 'A') : digit;
-    }
-    return out;
+std::string hex(std::uint32_t value) {
+    return "0x" + hexNumber(value, 2);
 }
 
 std::string typeName(FieldType type) {
@@ -71,11 +65,11 @@ std::string ruleText(ImageRule rule) {
             return "tenths, truncated, and part of the samples; back: the tenths";
         case ImageRule::flag:
             return "copied; back: 1 for anything but 0";
-        case ImageRule::raisedOnly:
+        case ImageRule::neverCleared:
             return "copied; back: set to 1 for anything but 0, never cleared";
         case ImageRule::allSets:
             return "copied; back: into all five sets";
-        case ImageRule::receivedOnly:
+        case ImageRule::fromImageOnly:
             return "not written; back: copied";
     }
     return "not in the image";
@@ -107,7 +101,7 @@ std::string defaultText(const Field& field) {
     }
     std::string text;
     for (const double value : field.defaults) {
-        text += (text.empty() ? "" : ", ") + number(value);
+        text += (text.empty() ? "" : ", ") + shortestText(value);
     }
     return text.empty() ? "0 (not written)" : text;
 }
@@ -118,9 +112,9 @@ std::string recordTable() {
         rows.push_back(
             {place(field.recordOffset, field, false), typeName(field.type), countText(field),
              quoted(field.path), std::string(field.meaning),
-             number(field.minimum) + " … " + number(field.maximum),
+             shortestText(field.minimum) + " … " + shortestText(field.maximum),
              std::string(field.unit) +
-                 (field.storedPerShown != 1 ? " (stored × " + number(field.storedPerShown) + ")" : ""),
+                 (field.storedPerShown != 1 ? " (stored × " + shortestText(field.storedPerShown) + ")" : ""),
              defaultText(field)});
     }
     const auto text = [&](std::size_t offset, const char* name, const char* meaning, const char* value) {
@@ -163,7 +157,7 @@ std::string gainTable() {
     std::vector<Row> rows;
     const auto& gains = volumeGainTable();
     for (const std::size_t j : {0U, 44U, 48U, 84U, 96U, 301U, 302U}) {
-        rows.push_back({std::to_string(j), number(gains[j].levelDb), hex(gains[j].gainWord)});
+        rows.push_back({std::to_string(j), shortestText(gains[j].levelDb), hex(gains[j].gainWord)});
     }
     return table({"Entry", "Level in dB", "Word"}, rows);
 }
@@ -198,7 +192,7 @@ std::string commandTable() {
                    "hardware version (u32) at " + std::to_string(reply_layout::hardwareVersion) +
                        ", software version (u32) at " + std::to_string(reply_layout::softwareVersion)},
                   {std::to_string(command_code::readClipState), "read clip state", "type 3", "code",
-                   std::to_string(reply_layout::clipBytes) + " bytes: four groups of eight, two amplifiers"},
+                   std::to_string(clipStateSize) + " bytes: four groups of eight, two amplifiers"},
                   {std::to_string(command_code::confirmLiveSet), "confirm the live set", "type 3", "code",
                    "first " + std::to_string(reply_layout::confirmationBytes) + " bytes all " +
                        hex(reply_layout::confirmation)},
@@ -240,6 +234,17 @@ std::string surroundDelayTable() {
     return table(head, rows);
 }
 
+std::string roomTable() {
+    std::vector<Row> rows;
+    const auto rooms = house::houseRooms();
+    for (auto room = rooms.rbegin(); room != rooms.rend(); ++room) {
+        const std::string folder = "src/" + std::string(room->folder);
+        rows.push_back({quoted(std::string_view(folder)), std::to_string(room->floor),
+                        std::string(room->knowsTheToolkit ? "window" : "core"), std::string(room->holds)});
+    }
+    return table({"Room", "Floor", "Part", "Holds"}, rows);
+}
+
 }  // namespace
 
 std::map<std::string, std::string> documentTables() {
@@ -251,7 +256,8 @@ std::map<std::string, std::string> documentTables() {
                    {"control", controlTable()},
                    {"commands", commandTable()},
                    {"timing", timingTable()},
-                   {"surround delays", surroundDelayTable()}});
+                   {"surround delays", surroundDelayTable()},
+                   {"rooms", roomTable()}});
     return tables;
 }
 

@@ -2,40 +2,66 @@
 #include <iostream>
 #include <iterator>
 #include <string>
+#include <vector>
 
 #include "document_tables.h"
+#include "house_picture.h"
 
-// tessavo_docs [--check] FILE...: fills the tables of the documents, or tells which of them are out of date.
+namespace {
+
+bool readFile(const std::string& path, std::string& content) {
+    std::ifstream in(path, std::ios::binary);
+    content.assign(std::istreambuf_iterator<char>(in), {});
+    return in.good() || in.eof();
+}
+
+/// Writes what changed, or tells that it is out of date.
+/// \return whether all is well
+bool settle(const std::string& path, const std::string& before, const std::string& after, bool check) {
+    if (after == before) {
+        return true;
+    }
+    if (check) {
+        std::cerr << path << ": out of date; run tessavo_docs on it\n";
+        return false;
+    }
+    std::ofstream(path, std::ios::binary) << after;
+    return true;
+}
+
+}  // namespace
+
+// tessavo_docs [--check] [--house SOURCES PICTURE] FILE...: fills the tables of the documents and draws the picture of
+// the house, or tells which of them are out of date.
 int main(int argc, char** argv) {
+    const std::vector<std::string> arguments(argv + 1, argv + argc);
     bool check = false;
-    int status = 0;
+    bool well = true;
     const auto tables = tessavo::documentTables();
-    for (int i = 1; i < argc; ++i) {
-        const std::string path = argv[i];
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
+        const std::string& path = arguments[i];
+        std::string before;
         if (path == "--check") {
             check = true;
-            continue;
-        }
-        std::ifstream in(path, std::ios::binary);
-        if (!in) {
+        } else if (path == "--house" && i + 2 < arguments.size()) {
+            const std::string& picture = arguments[i + 2];
+            readFile(picture, before);
+            const auto tree = tessavo::house::readSourceTree(arguments[i + 1]);
+            well = settle(picture, before, tessavo::housePicture(tree), check) && well;
+            i += 2;
+        } else if (!readFile(path, before)) {
             std::cerr << path << ": cannot be read\n";
-            return 1;
-        }
-        const std::string before{std::istreambuf_iterator<char>(in), {}};
-        in.close();
-        std::string problem;
-        const std::string after = tessavo::fillTables(before, tables, problem);
-        if (!problem.empty()) {
-            std::cerr << path << ": " << problem << '\n';
-            status = 1;
-        } else if (after != before) {
-            if (check) {
-                std::cerr << path << ": tables are out of date; run tessavo_docs on it\n";
-                status = 1;
+            well = false;
+        } else {
+            std::string problem;
+            const std::string after = tessavo::fillTables(before, tables, problem);
+            if (!problem.empty()) {
+                std::cerr << path << ": " << problem << '\n';
+                well = false;
             } else {
-                std::ofstream(path, std::ios::binary) << after;
+                well = settle(path, before, after, check) && well;
             }
         }
     }
-    return status;
+    return well ? 0 : 1;
 }

@@ -1,7 +1,5 @@
 #include "markdown.h"
 
-#include <array>
-#include <charconv>
 #include <sstream>
 
 namespace tessavo {
@@ -23,12 +21,6 @@ std::string table(const Row& head, const std::vector<Row>& rows) {
         line(row);
     }
     return out.str();
-}
-
-std::string number(double value) {
-    std::array<char, 64> text{};
-    const auto result = std::to_chars(text.data(), text.data() + text.size(), value);
-    return {text.data(), result.ptr};
 }
 
 std::string quoted(std::string_view name) {

@@ -11,9 +11,6 @@ using Row = std::vector<std::string>;
 /// A Markdown table; every row has as many cells as the head.
 [[nodiscard]] std::string table(const Row& head, const std::vector<Row>& rows);
 
-/// Shortest decimal text of a number.
-[[nodiscard]] std::string number(double value);
-
 /// The text between backticks.
 [[nodiscard]] std::string quoted(std::string_view name);
 

@@ -9,7 +9,8 @@ namespace tessavo {
 CommLink::CommLink(TuningState& tuning, IMessageBox& boxes, std::unique_ptr<CSerial> port)
     : tuning_(tuning),
       port_(std::move(port)),
-      backgroundBoxes_(boxes, [this](int times) { calls_.call([this, times] { emit boxRepeated(times); }); }),
+      backgroundBoxes_(boxes,
+                       [this](int times) { calls_.call([this, times] { Q_EMIT boxRepeated(times); }); }),
       turns_({[&tuning] { return tuning.liveTransferEnabled() && tuning.updatePending(); },
               [this] { return foreground_.running(); }}),
       verdictBoxes_(boxes, turns_),
@@ -33,16 +34,16 @@ TransferEngine::Outside CommLink::outsideOf(LineUser user, IMessageBox& boxes) {
             .progress =
                 [this, user](std::size_t done, std::size_t all) {
                     calls_.call([this, user, done, all, at = clock_.now().count()] {
-                        emit blockSent(user, done, all, at);
+                        Q_EMIT blockSent(user, done, all, at);
                     });
                 },
             .ended = [this, user](ExchangeEnd end) { noteExchangeEnd(user, end); },
             .began =
                 [this, user] {
                     ++exchanges_;
-                    calls_.call([this, user] { emit exchangeBegan(user); });
+                    calls_.call([this, user] { Q_EMIT exchangeBegan(user); });
                 },
-            .portBoxClosed = [this, user] { calls_.call([this, user] { emit portBoxClosed(user); }); }};
+            .portBoxClosed = [this, user] { calls_.call([this, user] { Q_EMIT portBoxClosed(user); }); }};
 }
 
 BoxAnswer CommLink::VerdictBoxes::show(std::string_view text, BoxIcon icon, BoxButtons buttons) {
@@ -87,7 +88,7 @@ void CommLink::setPortName(const std::string& name) {
     // What another port confirmed says nothing about this one, nor does a transfer that is under way.
     forgetConfirmation();
     forgetRepeatedBoxes();
-    emit portNameChanged(QString::fromStdString(name));
+    Q_EMIT portNameChanged(QString::fromStdString(name));
 }
 
 bool CommLink::imageIsConfirmed() const {
@@ -99,7 +100,7 @@ bool CommLink::imageIsConfirmed() const {
 void CommLink::noteWorkerState(LiveWorker::State state, const ParameterImage& image) {
     live_.note(state, image);
     liveTransferRuns_ = state == LiveWorker::State::sending;
-    calls_.call([this, state] { emit workerState(state); });
+    calls_.call([this, state] { Q_EMIT workerState(state); });
 }
 
 void CommLink::noteExchangeEnd(LineUser user, ExchangeEnd end) {
@@ -114,12 +115,12 @@ void CommLink::noteExchangeEnd(LineUser user, ExchangeEnd end) {
         // Not when its caller goes on: a box may keep that for a while.
         turns_.endQuestion();
     }
-    calls_.call([this, user, end] { emit exchangeEnded(user, end); });
+    calls_.call([this, user, end] { Q_EMIT exchangeEnded(user, end); });
 }
 
 void CommLink::log(LogKind kind, std::string_view text) {
     calls_.call(
-        [this, kind, line = std::string(text)] { emit lineLogged(kind, QString::fromStdString(line)); });
+        [this, kind, line = std::string(text)] { Q_EMIT lineLogged(kind, QString::fromStdString(line)); });
 }
 
 }  // namespace tessavo

@@ -10,6 +10,7 @@
 #include <string>
 
 #include "app/folded_boxes.h"
+#include "base/semaphore.h"
 #include "comm/clock.h"
 #include "comm/comm_log.h"
 #include "comm/line_turns.h"
@@ -20,7 +21,6 @@
 #include "comm/target_commands.h"
 #include "comm/transfer_engine.h"
 #include "controls/ui_calls.h"
-#include "params/semaphore.h"
 
 namespace tessavo {
 
@@ -75,7 +75,7 @@ class CommLink : public QObject, private ICommLog {
     /// exchange that gets further do the same.
     void forgetRepeatedBoxes() { backgroundBoxes_.forget(); }
 
- signals:
+ Q_SIGNALS:
     void portNameChanged(const QString& name);
     void lineLogged(tessavo::LogKind kind, const QString& text);
     /// \param atMs when the target took the block, by the exchange's clock

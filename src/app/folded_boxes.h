@@ -4,7 +4,7 @@
 #include <mutex>
 #include <string>
 
-#include "params/message_box.h"
+#include "base/message_box.h"
 
 namespace tessavo {
 

@@ -13,17 +13,15 @@
 #include <utility>
 #include <vector>
 
-#include "app/console.h"
 #include "app/demo_run.h"
-#include "app/display.h"
-#include "app/file_type.h"
 #include "app/handed_files.h"
 #include "app/instance_channel.h"
 #include "app/instance_guard.h"
 #include "app/screenshots.h"
 #include "app/tessavo_app.h"
 #include "app/tessavo_view.h"
-#include "cli/program_arguments.h"
+#include "platform/desktop.h"
+#include "platform/process.h"
 
 namespace {
 
@@ -189,7 +187,7 @@ int main(int argc, char** argv) {
     cli.allow_extras(false);
     try {
         // The last argument first.
-        std::vector<std::string> arguments = tessavo::cli::programArguments(argc, argv);
+        std::vector<std::string> arguments = tessavo::programArguments(argc, argv);
         std::reverse(arguments.begin(), arguments.end());
         cli.parse(std::move(arguments));
     } catch (const CLI::ParseError& error) {

@@ -11,7 +11,7 @@
 #include "app/status_line.h"
 #include "app/tab_pages.h"
 #include "app/target_follower.h"
-#include "params/message_box.h"
+#include "base/message_box.h"
 #include "params/settings_commands.h"
 
 class QAction;

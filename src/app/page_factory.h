@@ -6,8 +6,8 @@
 
 #include "app/profile.h"
 #include "app/tab_pages.h"
-#include "params/file_dialogs.h"
-#include "params/message_box.h"
+#include "base/file_dialogs.h"
+#include "base/message_box.h"
 #include "params/tuning_state.h"
 
 namespace tessavo {

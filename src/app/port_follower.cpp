@@ -25,19 +25,19 @@ void PortFollower::exchangeEnded(ExchangeEnd end) {
 void PortFollower::look() {
     switch (watch_.look()) {
         case PortWatch::Event::gone:
-            emit portGone();
+            Q_EMIT portGone();
             break;
         case PortWatch::Event::back:
             link_.forgetRepeatedBoxes();
             if (tuning_.liveMode() && !link_.imageIsConfirmed()) {
                 tuning_.raiseUpdatePending();
             }
-            emit portBack();
+            Q_EMIT portBack();
             break;
         case PortWatch::Event::replaced:
             link_.forgetRepeatedBoxes();
             link_.forgetConfirmation();
-            emit portReplaced();
+            Q_EMIT portReplaced();
             break;
         case PortWatch::Event::none:
             break;

@@ -30,7 +30,7 @@ class PortFollower : public QObject {
     /// the right one.
     void exchangeEnded(ExchangeEnd end);
 
- signals:
+ Q_SIGNALS:
     void portGone();
     /// With the device that it had. In Live Mode `updatePending` is raised by now unless the target's
     /// confirmed image is the program's.

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "app/ui_file_dialogs.h"
-#include "params/file_dialogs.h"
-#include "params/message_box.h"
+#include "base/file_dialogs.h"
+#include "base/message_box.h"
 #include "plot/chart/chart_host.h"
 
 namespace tessavo {

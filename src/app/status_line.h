@@ -3,7 +3,7 @@
 #include <QString>
 #include <QWidget>
 
-#include "app/key_states.h"
+#include "platform/desktop.h"
 
 namespace tessavo {
 

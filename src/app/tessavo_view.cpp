@@ -19,6 +19,7 @@
 #include "controls/skin_combo_box.h"
 #include "controls/text_edit_box.h"
 #include "controls/theme.h"
+#include "dsp/filter_methods.h"
 #include "params/set_text.h"
 #include "plot/chart/plot_dlg.h"
 
@@ -186,7 +187,9 @@ void CTessavoView::initialUpdate() {
     eqMode_->setText(QStringLiteral("EQ Mode Off"));
     fillSetSelector();
     setSelector_->setCurrentIndex(0);
-    filterModes_->addItems({QStringLiteral("BZT"), QStringLiteral("MZT"), QStringLiteral("BZT/MZT")});
+    for (const std::string_view name : filterMethodNames) {
+        filterModes_->addItem(latin(name));
+    }
     filterModes_->setCurrentIndex(0);
     setName_->setText(nameOf(tuning_.currentParameterSet()));
     showPage(Page::inputEqualizer);
@@ -215,7 +218,7 @@ void CTessavoView::refreshPages() {
     setName_->setText(nameOf(tuning_.currentParameterSet()));
     showChannelFlags();
     updatePlot();
-    emit currentSetChanged();
+    Q_EMIT currentSetChanged();
 }
 
 void CTessavoView::showChannelFlags() {
@@ -255,7 +258,7 @@ void CTessavoView::toggleLiveMode() {
     tuning_.setLiveMode(on);
     eqMode_->setText(on ? QStringLiteral("EQ Mode On") : QStringLiteral("EQ Mode Off"));
     eqMode_->setOn(on);
-    emit liveModeChanged(on);
+    Q_EMIT liveModeChanged(on);
 }
 
 void CTessavoView::chooseSet(int index) {
@@ -273,7 +276,7 @@ void CTessavoView::chooseSet(int index) {
     markInvalidSets();
     showChannelFlags();
     updatePlot();
-    emit currentSetChanged();
+    Q_EMIT currentSetChanged();
 }
 
 void CTessavoView::renameSet(const QString& text) {
@@ -284,7 +287,7 @@ void CTessavoView::renameSet(const QString& text) {
 void CTessavoView::leaveSetName() {
     fillSetSelector();
     setName_->setText(nameOf(tuning_.currentParameterSet()));
-    emit currentSetChanged();
+    Q_EMIT currentSetChanged();
 }
 
 void CTessavoView::togglePlot() {
@@ -444,7 +447,7 @@ void CTessavoView::paintEvent(QPaintEvent*) {
         // The window is there at once; what is behind its first page follows.
         QTimer::singleShot(0, this, [this] {
             makePagesUpTo(pageCount);
-            emit firstPainted();
+            Q_EMIT firstPainted();
         });
     }
 }

@@ -79,7 +79,7 @@ class CTessavoView : public QWidget, public ISettingsView {
     /// The tuning has changed: what stands beside the displays follows soon, once for all changes until then.
     void tuningChanged();
 
- signals:
+ Q_SIGNALS:
     void liveModeChanged(bool on);
     /// The window has been painted for the first time; what can wait for that follows now.
     void firstPainted();

@@ -5,7 +5,7 @@
 #include <QWidget>
 
 #include "app/profile.h"
-#include "params/file_dialogs.h"
+#include "base/file_dialogs.h"
 
 namespace tessavo {
 

@@ -7,8 +7,8 @@
 #include <memory>
 #include <mutex>
 
+#include "base/message_box.h"
 #include "controls/ui_calls.h"
-#include "params/message_box.h"
 
 namespace tessavo {
 

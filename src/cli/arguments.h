@@ -28,7 +28,7 @@ struct Arguments {
     std::uint8_t targetSet = 0;    ///< 1 to 5, or 0 for the default set
     int set = 0;                   ///< 1 to 5, or 0 where none was named
     int channel = 0;               ///< page position 1 to 8, or 0 where none was named
-    std::uint32_t filterMode = 0;  ///< index into filterModeNames
+    std::uint32_t filterMode = 0;  ///< index of filterMethodNames
     InputEq inputEq = InputEq::assumedOn;
     bool json = false;
     bool force = false;

@@ -8,10 +8,12 @@
 #include <memory>
 #include <ostream>
 
+#include "base/number_text.h"
 #include "cli/arguments.h"
 #include "cli/edit_script.h"
 #include "cli/file_commands.h"
 #include "cli/port_commands.h"
+#include "dsp/filter_methods.h"
 #include "params/channels.h"
 
 namespace tessavo::cli {
@@ -20,8 +22,8 @@ namespace {
 
 std::string wordList() {
     std::string text = "Its words are:";
-    for (const std::string_view usage : scriptUsages()) {
-        text.append("\n  ").append(usage);
+    for (const ScriptWord& word : scriptWords()) {
+        text.append("\n  ").append(word.usage);
     }
     return text +
            "\n\nselect takes channels 1 to 8 as the pages number them; elsewhere CHANNEL is the record's, "
@@ -99,8 +101,11 @@ void Parser::addSet(CLI::App* command, bool required) {
 }
 
 void Parser::addFilterMode(CLI::App* command) {
-    command->add_option("--filter-mode", filterMode_, "Filter method: BZT (the default), MZT or BZT/MZT")
-        ->check(CLI::IsMember(std::vector<std::string>(filterModeNames.begin(), filterModeNames.end())))
+    const std::vector<std::string> names(filterMethodNames.begin(), filterMethodNames.end());
+    command
+        ->add_option("--filter-mode", filterMode_,
+                     "Filter method: " + names[0] + " (the default), " + names[1] + " or " + names[2])
+        ->check(CLI::IsMember(names))
         ->type_name("M");
 }
 
@@ -231,17 +236,16 @@ void Parser::addPortCommands() {
 void Parser::parse(std::vector<std::string> arguments) {
     std::reverse(arguments.begin(), arguments.end());
     app_.parse(std::move(arguments));
-    const auto mode = std::find(filterModeNames.begin(), filterModeNames.end(), filterMode_);
+    const auto mode = std::find(filterMethodNames.begin(), filterMethodNames.end(), filterMode_);
     arguments_.filterMode =
-        mode == filterModeNames.end() ? 0 : static_cast<std::uint32_t>(mode - filterModeNames.begin());
+        mode == filterMethodNames.end() ? 0 : static_cast<std::uint32_t>(mode - filterMethodNames.begin());
     if (!inputEq_.empty()) {
         arguments_.inputEq = inputEq_ == "on"    ? InputEq::on
                              : inputEq_ == "off" ? InputEq::off
                                                  : InputEq::stored;
     }
-    if (!targetSet_.empty() && targetSet_ != "default") {
-        arguments_.targetSet = static_cast<std::uint8_t>(targetSet_[0] - '0');
-    }
+    // "default" is no number.
+    arguments_.targetSet = wholeNumber<std::uint8_t>(targetSet_).value_or(0);
 }
 
 // What was printed counts only when it has left the program.

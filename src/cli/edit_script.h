@@ -9,102 +9,60 @@
 #include <variant>
 #include <vector>
 
-#include "params/channels.h"
 #include "params/tuning_state.h"
 
 namespace tessavo::cli {
 
-/// The operations of an edit script, one struct for each word, with checked arguments in the units that
-/// TuningState takes.
-namespace edit {
-
-/// set N
-struct SelectSet {
-    std::uint32_t setIndex;
-};
-/// mode M
-struct SelectMode {
-    std::uint32_t filterMode;
-};
-/// select 1 3 ... | none | all
-struct SelectChannels {
-    std::uint8_t mask;
-};
-struct SetVolume {
-    float volumeDb;
-};
-struct SetDelay {
-    float delayMs;
-};
-struct SetGroupGain {
-    RecordChannel channel;
-    float groupGainDb;
-};
-struct SetGroupDelay {
-    RecordChannel channel;
-    float groupDelayMs;
-};
-struct SetInvertPhase {
-    std::uint8_t value;
-};
-struct SetBandFrequency {
-    std::size_t band;
-    std::uint16_t frequencyHz;
-};
-struct SetBandType {
-    std::size_t band;
-    std::uint8_t type;
-};
-struct SetBandGainOrQ {
-    std::size_t band;
-    BandValue which;
-    float value;
-};
-struct SetBandOff {
-    std::size_t band;
-    std::uint8_t off;
-};
-struct SetCrossover {
-    std::size_t crossover;
-    std::uint8_t kind;
-    std::uint8_t order;
-    std::uint8_t enabled;
-};
-struct SetCrossoverFrequency {
-    std::size_t crossover;
-    std::uint16_t frequencyHz;
-};
-struct SetInputBandGain {
-    std::size_t inputBand;
-    float gainDb;
-};
-struct SetInputEqOn {
-    bool on;
-};
-/// `value` as TuningState::setLimiter() takes it.
-struct SetLimiter {
-    LimiterField which;
-    std::int32_t value;
-};
-struct SetRouterSource {
-    RecordChannel channel;
-    std::uint8_t source;
-};
-struct SetName {
-    std::u16string name;
+/// What a word of an edit script changes, and so which number stands in front of its values.
+enum class WordTarget : std::uint8_t {
+    currentSet,    ///< which set the following lines edit; by its number from 1
+    filterMethod,  ///< how the following edits become coefficients; by a name of `filterMethodNames`
+    selection,     ///< which channels the following lines edit; by their page positions from 1, none or all
+    selectedChannels,    ///< a field of the selected channels, no number in front
+    selectedBands,       ///< a field of one band, counted from 0, of the selected channels
+    selectedCrossovers,  ///< fields of one crossover, counted from 0, of the selected channels
+    oneChannel,          ///< a field of one record channel, counted from 0
+    inputBand,  ///< one input band, counted from 0 through the elements of the first field, then the second
+    wholeSet,   ///< a field that a set has once, no number in front
+    setName,    ///< the set's name: the rest of the line
 };
 
-}  // namespace edit
+/// A field that a word writes.
+struct WordField {
+    FieldId field;
+    /// The argument that chooses this field, in words that write one of several: "gain".
+    std::string_view choice = {};
+    /// What documents call the field's range; empty where it is told with another field's, or not at all.
+    std::string_view rangeCaption = {};
+};
 
-using Edit = std::variant<edit::SelectSet, edit::SelectMode, edit::SelectChannels, edit::SetVolume,
-                          edit::SetDelay, edit::SetGroupGain, edit::SetGroupDelay, edit::SetInvertPhase,
-                          edit::SetBandFrequency, edit::SetBandType, edit::SetBandGainOrQ, edit::SetBandOff,
-                          edit::SetCrossover, edit::SetCrossoverFrequency, edit::SetInputBandGain,
-                          edit::SetInputEqOn, edit::SetLimiter, edit::SetRouterSource, edit::SetName>;
+/// One word of the edit script. Parser, help, manual and application read this row and nothing else.
+struct ScriptWord {
+    /// How a line is written, arguments in capitals; begins with the word: "setBandFrequency BAND HZ".
+    std::string usage;
+    WordTarget target;
+    /// The fields that it writes, in the order of their arguments. Where they have choices, one of them is written: an
+    /// argument chooses it, the next one is its value.
+    std::vector<WordField> fields = {};
+    /// What the word does, for documents.
+    std::string_view effect;
 
+    [[nodiscard]] std::string_view name() const { return std::string_view(usage).substr(0, usage.find(' ')); }
+};
+
+/// All words, in the order in which documents tell them.
+[[nodiscard]] const std::vector<ScriptWord>& scriptWords();
+
+/// One line of a script, its arguments checked.
 struct ScriptLine {
-    std::size_t number;  ///< from 1
-    Edit edit;
+    std::size_t number = 0;            ///< from 1
+    const ScriptWord* word = nullptr;  ///< a row of scriptWords()
+    /// Element of the fields that `values` name. Channels that the selection chooses are not in it.
+    FieldIndex index = {};
+    std::vector<FieldValue> values = {};
+    /// Index of the set or of the filter method, or mask of the selection; 0 for other words.
+    std::uint32_t state = 0;
+    std::u16string name = {};  ///< for setName
 };
 
 using Script = std::vector<ScriptLine>;
@@ -128,13 +86,7 @@ inline constexpr std::size_t longestScriptLine = 1000;
 /// set 0 current.
 [[nodiscard]] std::set<std::size_t> setsUsed(std::span<const ScriptLine> script);
 
-/// How each word of a script is written, its arguments in capitals: "setBandFrequency BAND HZ".
-[[nodiscard]] std::vector<std::string_view> scriptUsages();
-
 /// Runs the operations in order, each as a final edit.
 void applyScript(TuningState& tuning, std::span<const ScriptLine> script);
-
-/// Names of the filter methods, in the order of TuningState::filterMode().
-inline constexpr std::array<std::string_view, 3> filterModeNames{"BZT", "MZT", "BZT/MZT"};
 
 }  // namespace tessavo::cli

@@ -4,7 +4,7 @@
 #include <cstring>
 #include <fstream>
 
-#include "params/raw_file.h"
+#include "base/raw_file.h"
 #include "params/settings_file.h"
 
 namespace tessavo::cli {

@@ -3,13 +3,13 @@
 #include <istream>
 #include <ostream>
 
+#include "base/raw_file.h"
 #include "cli/command_line.h"
 #include "cli/edit_script.h"
 #include "cli/file_access.h"
 #include "cli/set_diff.h"
 #include "cli/set_json.h"
 #include "cli/set_report.h"
-#include "params/raw_file.h"
 #include "params/settings_file.h"
 
 namespace tessavo::cli {

@@ -1,12 +1,11 @@
 #include <iostream>
 
 #include "cli/command_line.h"
-#include "cli/program_arguments.h"
-#include "cli/terminal.h"
+#include "platform/process.h"
 
 int main(int argc, char** argv) {
-    using namespace tessavo::cli;
+    using namespace tessavo;
     prepareStandardStreams();
-    return runCommandLine(programArguments(argc, argv),
-                          {std::cout, std::cerr, std::cin, standardErrorIsTerminal()});
+    return cli::runCommandLine(programArguments(argc, argv),
+                               {std::cout, std::cerr, std::cin, standardErrorIsTerminal()});
 }

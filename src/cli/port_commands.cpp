@@ -5,6 +5,7 @@
 #include <ostream>
 #include <string>
 
+#include "base/raw_file.h"
 #include "cli/clip_report.h"
 #include "cli/command_line.h"
 #include "cli/file_access.h"
@@ -14,7 +15,6 @@
 #include "comm/live_worker.h"
 #include "comm/port_list.h"
 #include "comm/target_commands.h"
-#include "params/raw_file.h"
 #include "params/tuning_state.h"
 
 namespace tessavo::cli {

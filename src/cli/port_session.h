@@ -4,12 +4,12 @@
 #include <string>
 #include <string_view>
 
+#include "base/semaphore.h"
 #include "cli/arguments.h"
-#include "cli/interruption.h"
 #include "comm/clock.h"
 #include "comm/serial.h"
 #include "comm/transfer_engine.h"
-#include "params/semaphore.h"
+#include "platform/process.h"
 
 namespace tessavo::cli {
 

@@ -6,9 +6,9 @@
 #include <string>
 #include <string_view>
 
+#include "base/message_box.h"
 #include "cli/console.h"
 #include "comm/comm_log.h"
-#include "params/message_box.h"
 
 namespace tessavo::cli {
 

@@ -1,25 +1,26 @@
 #include "cli/script_words.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 
-#include "cli/number_text.h"
+#include "base/number_text.h"
 
 namespace tessavo::cli {
 
 namespace {
 
 constexpr std::size_t longestQuote = 40;
+constexpr std::string_view blanks = " \t";
 
-// The whole word as a finite number.
-std::optional<double> finiteNumber(std::string_view word) {
-    double number = 0;
-    const auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), number);
-    if (error != std::errc{} || end != word.data() + word.size() || !std::isfinite(number)) {
-        return std::nullopt;
+std::vector<std::string_view> splitWords(std::string_view line) {
+    std::vector<std::string_view> words;
+    std::size_t start = line.find_first_not_of(blanks);
+    while (start != std::string_view::npos && line[start] != '#') {
+        const std::size_t end = std::min(line.find_first_of(blanks, start), line.size());
+        words.push_back(line.substr(start, end - start));
+        start = line.find_first_not_of(blanks, end);
     }
-    return number;
+    return words;
 }
 
 // Whether the field can hold the value: whole numbers, and tenths where tenths are stored.
@@ -34,16 +35,13 @@ bool isStorable(const Field& field, double shown) {
 }  // namespace
 
 std::string quoted(std::string_view text) {
-    constexpr std::string_view digits = "0123456789ABCDEF";
     std::string out = "\"";
     for (const char character : text.substr(0, longestQuote)) {
         const auto byte = static_cast<unsigned char>(character);
         if (byte >= 0x20 && byte < 0x7F && character != '"' && character != '\\') {
             out += character;
         } else {
-            out += "\\x";
-            out += digits[byte >> 4U];
-            out += digits[byte & 0xFU];
+            out += "\\x" + hexNumber(byte, 2);
         }
     }
     out += text.size() > longestQuote ? "...\"" : "\"";
@@ -51,7 +49,7 @@ std::string quoted(std::string_view text) {
 }
 
 std::string rangeText(const Field& field) {
-    std::string text = numberText(field.minimum) + " to " + numberText(field.maximum);
+    std::string text = shortestText(field.minimum) + " to " + shortestText(field.maximum);
     if (!field.unit.empty()) {
         text += ' ';
         text += field.unit;
@@ -59,25 +57,55 @@ std::string rangeText(const Field& field) {
     return text;
 }
 
+std::vector<std::string_view> scriptCodes(const Field& field) {
+    std::vector<std::string_view> words;
+    for (const FieldCode& code : field.codes) {
+        if (!code.script.empty()) {
+            words.push_back(code.script);
+        }
+    }
+    return words;
+}
+
+ScriptWords::ScriptWords(std::string_view line) : line_(line), words_(splitWords(line)) {}
+
+void ScriptWords::begin(std::string_view usage) {
+    taken_ = 1;
+    usage_ = usage;
+}
+
 std::optional<std::string_view> ScriptWords::take() {
     if (error_) {
         return std::nullopt;
     }
-    if (words_.empty()) {
+    if (empty()) {
         fail("an argument is missing, write: " + std::string(usage_));
         return std::nullopt;
     }
-    const std::string_view word = words_.front();
-    words_ = words_.subspan(1);
-    return word;
+    return words_[taken_++];
+}
+
+std::string_view ScriptWords::rest() {
+    const std::string_view last = words_[taken_ - 1];
+    const auto behind = static_cast<std::size_t>(last.data() + last.size() - line_.data());
+    const std::size_t start = line_.find_first_not_of(blanks, behind);
+    if (start == std::string_view::npos) {
+        take();
+        return {};
+    }
+    taken_ = words_.size();
+    return line_.substr(start, line_.find_last_not_of(blanks) - start + 1);
 }
 
 double ScriptWords::value(FieldId id) {
+    const Field& field = fieldOf(id);
+    if (const auto codes = scriptCodes(field); !codes.empty()) {
+        return field.codes[choice(codes)].code;
+    }
     const auto word = take();
     if (!word) {
         return 0;
     }
-    const Field& field = fieldOf(id);
     const auto shown = finiteNumber(*word);
     if (!shown) {
         fail(quoted(*word) + " is not a number, expected " + rangeText(field));
@@ -101,10 +129,9 @@ std::size_t ScriptWords::number(std::string_view what, std::size_t lowest, std::
     if (!word) {
         return lowest;
     }
-    std::size_t number = 0;
-    const auto [end, error] = std::from_chars(word->data(), word->data() + word->size(), number);
-    if (error == std::errc{} && end == word->data() + word->size() && number >= lowest && number <= highest) {
-        return number;
+    const auto number = wholeNumber<std::size_t>(*word);
+    if (number && *number >= lowest && *number <= highest) {
+        return *number;
     }
     fail(quoted(*word) + " is no " + std::string(what) + ", expected a whole number from " +
          std::to_string(lowest) + " to " + std::to_string(highest));
@@ -136,8 +163,8 @@ void ScriptWords::fail(std::string message) {
 }
 
 std::optional<std::string> ScriptWords::error() {
-    if (!words_.empty()) {
-        fail(quoted(words_.front()) + " is too much, write: " + std::string(usage_));
+    if (!empty()) {
+        fail(quoted(peek()) + " is too much, write: " + std::string(usage_));
     }
     return error_;
 }

@@ -1,38 +1,41 @@
 #pragma once
 
-#include <array>
-#include <cstdint>
+#include <cstddef>
 #include <optional>
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "params/field_table.h"
 
 namespace tessavo::cli {
 
-/// The arguments of one script line, taken one after the other. After the first fault every further one gives
+/// The words of one script line, taken one after the other. After the first fault every further one gives
 /// nothing and the fault stands in error().
 class ScriptWords {
  public:
-    /// \param usage how the line is written, for error messages: "setVolume DB"
-    ScriptWords(std::span<const std::string_view> words, std::string_view usage)
-        : words_(words), usage_(usage) {}
+    /// \param line without its end; words are separated by spaces or tabs, '#' at a word's start begins a comment
+    explicit ScriptWords(std::string_view line);
 
-    /// A value in the unit and range of a field, in its stored form.
+    /// Takes the first word, whose arguments the others are. The line has one.
+    /// \param usage how the line is written, for error messages: "setVolume DB"; outlives this object
+    void begin(std::string_view usage);
+
+    /// A value of a field, in its stored form: one of the words of its codes, or a number in its unit and range.
     double value(FieldId field);
     /// A whole number from `lowest` to `highest`. \param what names it in messages
     std::size_t number(std::string_view what, std::size_t lowest, std::size_t highest);
-    /// One of several words; its place among them.
+    /// One of several words; its index among them.
     std::size_t choice(std::span<const std::string_view> choices);
+    /// Everything up to the end of the line as it stands, comments included, without the blanks around it.
+    std::string_view rest();
 
     [[nodiscard]] bool failed() const { return error_.has_value(); }
     /// Whether no word is left.
-    [[nodiscard]] bool empty() const { return words_.empty(); }
+    [[nodiscard]] bool empty() const { return taken_ == words_.size(); }
     /// The next word as it stands; empty when there is none.
-    [[nodiscard]] std::string_view peek() const {
-        return words_.empty() ? std::string_view{} : words_.front();
-    }
+    [[nodiscard]] std::string_view peek() const { return empty() ? std::string_view{} : words_[taken_]; }
 
     void fail(std::string message);
     /// The first fault; also one for words that nobody took.
@@ -41,10 +44,15 @@ class ScriptWords {
  private:
     std::optional<std::string_view> take();
 
-    std::span<const std::string_view> words_;
+    std::string_view line_;
+    std::vector<std::string_view> words_;
+    std::size_t taken_ = 0;
     std::string_view usage_;
     std::optional<std::string> error_;
 };
+
+/// The words that scripts have for the codes of a field, by rising code; empty where they write numbers.
+[[nodiscard]] std::vector<std::string_view> scriptCodes(const Field& field);
 
 /// A piece of a file for a message: quoted, cut after 40 bytes, bytes other than printable ASCII as
 /// hexadecimal escapes.

@@ -4,8 +4,8 @@
 #include <bit>
 #include <cmath>
 
-#include "cli/number_text.h"
-#include "dsp/saturate.h"
+#include "base/number_text.h"
+#include "base/saturate.h"
 
 namespace tessavo::cli {
 
@@ -79,11 +79,11 @@ std::string elementText(const ParameterSet& set, const Field& field, FieldIndex 
     }
     std::string text;
     if (field.type == FieldType::f32) {
-        text = numberText(static_cast<float>(stored));
+        text = shortestText(static_cast<float>(stored));
     } else if (field.storedPerShown == 1) {
         text = std::to_string(truncateTo<std::int64_t>(stored));
     } else {
-        text = numberText(shownValue(set, field, index));
+        text = shortestText(shownValue(set, field, index));
     }
     if (shownDecimals(field) > 0 && text.find_first_of(".en") == std::string::npos) {
         text += ".0";

@@ -1,12 +1,12 @@
 #include "cli/set_json.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <nlohmann/json.hpp>
 
+#include "base/number_text.h"
+#include "base/saturate.h"
 #include "cli/set_fields.h"
-#include "dsp/saturate.h"
 #include "params/settings_file.h"
 
 namespace tessavo::cli {
@@ -25,9 +25,7 @@ Json valueOf(const ParameterSet& set, const Field& field, FieldIndex index) {
         return truncateTo<std::int64_t>(stored);
     }
     // The shortest text of a single, read as a double, prints as that text again.
-    double shown = 0;
-    std::from_chars(text.data(), text.data() + text.size(), shown);
-    return shown;
+    return finiteNumber(text).value_or(0);
 }
 
 // The node that a path such as "channel[].band[].gain" names, made on the way down.

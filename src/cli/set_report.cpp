@@ -1,13 +1,12 @@
 #include "cli/set_report.h"
 
 #include <array>
-#include <span>
 #include <string_view>
 #include <vector>
 
+#include "base/saturate.h"
 #include "cli/set_fields.h"
 #include "cli/text_table.h"
-#include "dsp/saturate.h"
 
 namespace tessavo::cli {
 
@@ -15,44 +14,12 @@ namespace {
 
 using Row = std::vector<std::string>;
 
-constexpr std::array<std::string_view, 3> bandTypes{"high shelf", "low shelf", "peak"};
-constexpr std::array<std::string_view, 2> crossoverKinds{"high-pass", "low-pass"};
-constexpr std::array<std::string_view, 8> groups{"A", "B", "C", "D", "E", "F", "G", "H"};
-constexpr std::array<std::string_view, 3> surroundModes{"Music Club", "Concert Hall", "Stadium"};
-constexpr std::array<std::string_view, 14> sources{
-    "Silenced",   "FrontLeft",      "FrontRight",      "Center",           "RearLeft",
-    "RearRight",  "Subwoofer",      "FrontLeftCenter", "FrontRightCenter", "LeftTotal",
-    "RightTotal", "LeftRightTotal", "RearLeftTotal",   "RearRightTotal"};
-
-// Words that stand for the codes of a field, if it has any.
-std::span<const std::string_view> codeWords(FieldId field) {
-    switch (field) {
-        case FieldId::toneType:
-        case FieldId::inputBandType:
-        case FieldId::bandType:
-            return bandTypes;
-        case FieldId::crossoverKind:
-            return crossoverKinds;
-        case FieldId::gainGroup:
-        case FieldId::delayGroup:
-            return groups;
-        case FieldId::surroundMode:
-            return surroundModes;
-        case FieldId::routerSource:
-            return sources;
-        default:
-            return {};
-    }
-}
-
 std::string cellText(const ParameterSet& set, const Field& field, FieldIndex index) {
     std::string text = elementText(set, field, index);
-    const auto words = codeWords(field.id);
-    if (!words.empty()) {
-        const auto code = truncateTo<std::size_t>(storedValue(set, field, index));
-        if (code < words.size()) {
-            text += " (" + std::string(words[code]) + ")";
-        }
+    // An order is its own word.
+    const FieldCode* code = codeOf(field, storedValue(set, field, index));
+    if (code != nullptr && code->shown != text) {
+        text += " (" + std::string(code->inText.empty() ? code->shown : code->inText) + ")";
     }
     if (!field.unit.empty()) {
         text += ' ';

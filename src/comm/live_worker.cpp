@@ -6,7 +6,7 @@
 
 #include "comm/target_commands.h"
 #include "comm/transfer_timing.h"
-#include "params/md5.h"
+#include "params/image_digest.h"
 
 namespace tessavo {
 

@@ -7,11 +7,11 @@
 #include <span>
 #include <thread>
 
+#include "base/message_box.h"
 #include "comm/clock.h"
 #include "comm/framing.h"
 #include "comm/line_turns.h"
 #include "comm/transfer_engine.h"
-#include "params/message_box.h"
 #include "params/tuning_state.h"
 
 namespace tessavo {

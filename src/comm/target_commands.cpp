@@ -5,8 +5,9 @@
 #include <utility>
 #include <vector>
 
+#include "base/number_text.h"
 #include "comm/framing.h"
-#include "params/md5.h"
+#include "params/image_digest.h"
 
 namespace tessavo {
 
@@ -27,13 +28,7 @@ std::uint32_t littleEndian32(const ReplyBuffer& reply, std::size_t offset) {
 }  // namespace
 
 std::string versionText(std::uint32_t version) {
-    constexpr std::string_view digits = "0123456789ABCDEF";
-    std::string text = "0x";
-    for (unsigned shift = 32; shift > 0;) {
-        shift -= 4;
-        text += digits[(version >> shift) & 0xF];
-    }
-    return text;
+    return "0x" + hexNumber(version, 8);
 }
 
 TargetCommands::TargetCommands(TuningState& tuning, ITransfers& transfers, IMessageBox& boxes,

@@ -8,10 +8,11 @@
 #include <string>
 #include <string_view>
 
+#include "base/file_dialogs.h"
+#include "base/message_box.h"
+#include "base/raw_file.h"
+#include "comm/clip_layout.h"
 #include "comm/transfers.h"
-#include "params/file_dialogs.h"
-#include "params/message_box.h"
-#include "params/raw_file.h"
 #include "params/tuning_state.h"
 
 namespace tessavo {
@@ -30,7 +31,6 @@ namespace reply_layout {
 inline constexpr std::size_t imageDigest = 3404;  ///< readSet: MD5 of the image in front
 inline constexpr std::size_t hardwareVersion = 12;
 inline constexpr std::size_t softwareVersion = 16;
-inline constexpr std::size_t clipBytes = 34;
 inline constexpr std::size_t confirmationBytes = 10;
 inline constexpr std::uint8_t confirmation = 0x11;
 }  // namespace reply_layout
@@ -54,12 +54,11 @@ struct TargetVersions {
 /// "0x" and eight upper-case hexadecimal digits.
 [[nodiscard]] std::string versionText(std::uint32_t version);
 
-/// Clipping of each stage and channel, as the target sends it.
+/// Clipping of each stage and channel as the target sends it, laid out as comm/clip_layout.h tells.
 struct ClipState {
-    /// ADC, input equalizer (entries 6 and 7 carry nothing), signal processing, output equalizer; non-zero =
-    /// clipping.
-    std::array<std::array<std::uint8_t, 8>, 4> groups{};
-    std::array<std::uint8_t, 2> amplifiers{};
+    /// By stage; non-zero = clipping.
+    std::array<std::array<std::uint8_t, clipEntryCount>, clipStages.size()> groups{};
+    std::array<std::uint8_t, clipAmplifierNames.size()> amplifiers{};
 };
 
 /// The commands that a person gives.

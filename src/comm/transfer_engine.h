@@ -7,13 +7,13 @@
 #include <string>
 #include <string_view>
 
+#include "base/message_box.h"
+#include "base/semaphore.h"
 #include "comm/clock.h"
 #include "comm/comm_log.h"
 #include "comm/framing.h"
 #include "comm/serial.h"
 #include "comm/transfers.h"
-#include "params/message_box.h"
-#include "params/semaphore.h"
 
 namespace tessavo {
 

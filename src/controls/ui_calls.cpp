@@ -20,7 +20,7 @@ void UiCalls::call(std::function<void()> call) {
         const std::lock_guard guard(mutex_);
         waiting_.push_back(std::move(call));
     }
-    emit callWaits();
+    Q_EMIT callWaits();
 }
 
 void UiCalls::runNext() {

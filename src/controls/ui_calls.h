@@ -22,7 +22,7 @@ class UiCalls : public QObject {
     /// Any thread, as long as the object lives.
     void call(std::function<void()> call);
 
- signals:
+ Q_SIGNALS:
     void callWaits();
 
  private:

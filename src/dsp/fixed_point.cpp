@@ -1,6 +1,6 @@
 #include "dsp/fixed_point.h"
 
-#include "dsp/saturate.h"
+#include "base/saturate.h"
 
 namespace tessavo {
 

@@ -1,10 +1,6 @@
 #include "params/field_table.h"
 
 #include <array>
-#include <cmath>
-#include <cstring>
-
-#include "dsp/saturate.h"
 
 namespace tessavo {
 
@@ -12,7 +8,63 @@ namespace {
 
 using enum FieldType;
 
-constexpr Repeat single{};
+// Places inside the repeated blocks, from the start of the record or of the image, of the first repetition.
+constexpr std::size_t inChannel(std::size_t member) {
+    return offsetof(ParameterSet, channels) + member;
+}
+constexpr std::size_t inBand(std::size_t member) {
+    return inChannel(offsetof(OutputChannelParams, bands)) + member;
+}
+constexpr std::size_t inCrossover(std::size_t member) {
+    return inChannel(offsetof(OutputChannelParams, crossovers)) + member;
+}
+constexpr std::size_t inBlock(std::size_t member) {
+    return offsetof(ParameterImage, channels) + member;
+}
+constexpr std::size_t inBlockBand(std::size_t member) {
+    return inBlock(offsetof(ChannelImageBlock, bands)) + member;
+}
+constexpr std::size_t inBlockCrossover(std::size_t member) {
+    return inBlock(offsetof(ChannelImageBlock, crossovers)) + member;
+}
+
+// Dimensions of repeated fields: how often, and how far apart in the record and in the image.
+constexpr Repeat tones{toneBandCount, sizeof(EqBandParams), sizeof(std::int8_t)};
+constexpr Repeat inputBands{inputBandCount, sizeof(EqBandParams), sizeof(std::int8_t)};
+constexpr Repeat channels{channelCount, sizeof(OutputChannelParams), sizeof(ChannelImageBlock)};
+constexpr Repeat bands{bandCount, sizeof(EqBandParams), sizeof(EqBandParams)};
+constexpr Repeat crossovers{crossoverCount, sizeof(CrossoverParams), sizeof(CrossoverParams)};
+constexpr Repeat groupWords{channelCount, sizeof(OutputChannelParams), sizeof(std::uint32_t)};
+constexpr Repeat groupLetters{channelCount, sizeof(OutputChannelParams), sizeof(std::uint8_t)};
+constexpr Repeat sources{channelCount, sizeof(std::uint8_t), sizeof(std::uint32_t)};
+constexpr Repeat limiters{channelCount, sizeof(LimiterParams), sizeof(LimiterParams)};
+constexpr Repeat decoderGains{4, sizeof(std::uint16_t), sizeof(std::uint16_t)};
+// All of them come from the one word of the image.
+constexpr Repeat delayCopies{3, sizeof(std::uint16_t), 0};
+
+constexpr std::array<FieldCode, 3> bandTypes{{{0, "High Shelf", "high-shelf", "high shelf"},
+                                              {1, "Low Shelf", "low-shelf", "low shelf"},
+                                              {2, "Peak", "peak", "peak"}}};
+constexpr std::array<FieldCode, 2> filterKinds{{{0, "HP", "hp", "high-pass"}, {1, "LP", "lp", "low-pass"}}};
+constexpr std::array<FieldCode, 2> filterOrders{{{2, "2", "2"}, {4, "4", "4"}}};
+constexpr std::array<FieldCode, 8> groupLetterCodes{
+    {{0, "A"}, {1, "B"}, {2, "C"}, {3, "D"}, {4, "E"}, {5, "F"}, {6, "G"}, {7, "H"}}};
+constexpr std::array<FieldCode, 3> surroundModeCodes{
+    {{0, "Music Club"}, {1, "Concert Hall"}, {2, "Stadium"}}};
+constexpr std::array<FieldCode, 14> sourceCodes{{{0, "Silenced"},
+                                                 {1, "FrontLeft"},
+                                                 {2, "FrontRight"},
+                                                 {3, "Center"},
+                                                 {4, "RearLeft"},
+                                                 {5, "RearRight"},
+                                                 {6, "Subwoofer"},
+                                                 {7, "FrontLeftCenter"},
+                                                 {8, "FrontRightCenter"},
+                                                 {9, "LeftTotal"},
+                                                 {10, "RightTotal"},
+                                                 {11, "LeftRightTotal"},
+                                                 {12, "RearLeftTotal"},
+                                                 {13, "RearRightTotal"}}};
 
 // Defaults of a fresh store, in the field's unit.
 constexpr std::array<double, 1> zero{0};
@@ -48,136 +100,252 @@ constexpr auto groupSliders = [] {
     return groups;
 }();
 
-// Identity and meaning; then record type, record place, repetitions, rule, image type, image places; then
-// unit, range, stored per shown, decimals and defaults.
 // clang-format off
 constexpr std::array<Field, fieldCount> table{{
-    {FieldId::recordSize, "recordSize", "tells a valid record",
-     u32, 0, single, single, ImageRule::none, u32, -1, -1, "", 2120, 2120, 1, 0, {}},
-    {FieldId::inputEqOn, "inputEqOn", "input equalizer switched on",
-     u8, 4, single, single, ImageRule::inverse, u8, 6, 22, "", 0, 1, 1, 0, {}},
-    {FieldId::toneType, "tone[].type", "0 high shelf, 1 low shelf, 2 peak",
-     u8, 8, {toneBandCount, 16, 1}, single, ImageRule::none, u8, -1, -1, "", 0, 2, 1, 0, toneTypes},
-    {FieldId::toneFrequency, "tone[].frequency", "corner or centre frequency",
-     u16, 10, {toneBandCount, 16, 1}, single, ImageRule::none, u16, -1, -1, "Hz", 20, 20000, 1, 0, toneFrequencies},
-    {FieldId::toneGain, "tone[].gain", "gain of bass, middle, treble",
-     f32, 12, {toneBandCount, 16, 1}, single, ImageRule::wholeNumber, i8, 7, 23, "dB", -20, 20, 1, 1, zero},
-    {FieldId::toneQ, "tone[].q", "quality factor",
-     f32, 16, {toneBandCount, 16, 1}, single, ImageRule::none, f32, -1, -1, "", 0.1, 20, 1, 1, toneQs},
-    {FieldId::toneOff, "tone[].off", "band bypassed",
-     u8, 20, {toneBandCount, 16, 1}, single, ImageRule::none, u8, -1, -1, "", 0, 1, 1, 0, {}},
-    {FieldId::inputBandType, "inputBand[].type", "0 high shelf, 1 low shelf, 2 peak",
-     u8, 56, {inputBandCount, 16, 1}, single, ImageRule::none, u8, -1, -1, "", 0, 2, 1, 0, two},
-    {FieldId::inputBandFrequency, "inputBand[].frequency", "centre frequency",
-     u16, 58, {inputBandCount, 16, 1}, single, ImageRule::none, u16, -1, -1, "Hz", 20, 20000, 1, 0, inputBandFrequencies},
-    {FieldId::inputBandGain, "inputBand[].gain", "gain of a graphic band",
-     f32, 60, {inputBandCount, 16, 1}, single, ImageRule::wholeNumber, i8, 10, 26, "dB", -20, 20, 1, 1, zero},
-    {FieldId::inputBandQ, "inputBand[].q", "quality factor",
-     f32, 64, {inputBandCount, 16, 1}, single, ImageRule::none, f32, -1, -1, "", 0.1, 20, 1, 1, ten},
-    {FieldId::inputBandOff, "inputBand[].off", "band bypassed",
-     u8, 68, {inputBandCount, 16, 1}, single, ImageRule::none, u8, -1, -1, "", 0, 1, 1, 0, {}},
-    {FieldId::inputGain, "inputGain", "input level",
-     f32, 216, single, single, ImageRule::wholeNumber, i16, 4, -1, "dB", -40, 18, 1, 0, {}},
-    {FieldId::powerampGain, "powerampGain", "power amplifier gain",
-     u8, 220, single, single, ImageRule::copy, u8, 2957, -1, "dB", 0, 40, 1, 0, {}},
-    {FieldId::preampGain, "preampGain", "preamplifier gain",
-     i8, 221, single, single, ImageRule::copy, i8, 2956, -1, "dB", -20, 20, 1, 0, {}},
-    {FieldId::bandType, "channel[].band[].type", "0 high shelf, 1 low shelf, 2 peak",
-     u8, 224, {channelCount, 168, 360}, {bandCount, 16, 16}, ImageRule::copy, u8, 52, -1, "", 0, 2, 1, 0, two},
-    {FieldId::bandFrequency, "channel[].band[].frequency", "centre or corner frequency",
-     u16, 226, {channelCount, 168, 360}, {bandCount, 16, 16}, ImageRule::copy, u16, 54, -1, "Hz", 20, 20000, 1, 0, bandFrequencies},
-    {FieldId::bandGain, "channel[].band[].gain", "gain",
-     f32, 228, {channelCount, 168, 360}, {bandCount, 16, 16}, ImageRule::copy, f32, 56, -1, "dB", -18, 18, 1, 1, zero},
-    {FieldId::bandQ, "channel[].band[].q", "quality factor",
-     f32, 232, {channelCount, 168, 360}, {bandCount, 16, 16}, ImageRule::copy, f32, 60, -1, "", 0.1, 20, 1, 1, one},
-    {FieldId::bandOff, "channel[].band[].off", "band bypassed",
-     u8, 236, {channelCount, 168, 360}, {bandCount, 16, 16}, ImageRule::copy, u8, 64, -1, "", 0, 1, 1, 0, one},
-    {FieldId::crossoverEnabled, "channel[].crossover[].enabled", "crossover in circuit",
-     u8, 352, {channelCount, 168, 360}, {crossoverCount, 6, 6}, ImageRule::copy, u8, 180, -1, "", 0, 1, 1, 0, zero},
-    {FieldId::crossoverKind, "channel[].crossover[].kind", "0 high-pass, 1 low-pass",
-     u8, 353, {channelCount, 168, 360}, {crossoverCount, 6, 6}, ImageRule::copy, u8, 181, -1, "", 0, 1, 1, 0, crossoverKinds},
-    {FieldId::crossoverFrequency, "channel[].crossover[].frequency", "corner frequency",
-     u16, 354, {channelCount, 168, 360}, {crossoverCount, 6, 6}, ImageRule::copy, u16, 182, -1, "Hz", 20, 20000, 1, 0, crossoverFrequencies},
-    {FieldId::crossoverOrder, "channel[].crossover[].order", "2 or 4",
-     u8, 356, {channelCount, 168, 360}, {crossoverCount, 6, 6}, ImageRule::copy, u8, 184, -1, "", 2, 4, 1, 0, two},
-    {FieldId::volume, "channel[].volume", "channel volume",
-     f32, 364, {channelCount, 168, 360}, single, ImageRule::gainWord, u32, 40, -1, "dB", -6, 18, 1, 1, zero},
-    {FieldId::groupGain, "channel[].groupGain", "gain from the output group, added to the volume",
-     f32, 368, {channelCount, 168, 4}, single, ImageRule::groupGain, i32, 3304, -1, "dB", -6, 18, 1, 1, {}},
-    {FieldId::gainGroup, "channel[].gainGroup", "output group of the gain, 0 to 7 for A to H",
-     u32, 372, {channelCount, 168, 1}, single, ImageRule::copy, u8, 3368, -1, "", 0, 7, 1, 0, groupSliders},
-    {FieldId::channelFlag, "channel[].channelFlag", "check box of the main view",
-     u8, 376, {channelCount, 168, 360}, single, ImageRule::flag, u8, 44, -1, "", 0, 1, 1, 0, zero},
-    {FieldId::invertPhase, "channel[].invertPhase", "phase inverted",
-     u8, 377, {channelCount, 168, 360}, single, ImageRule::raisedOnly, u8, 45, -1, "", 0, 1, 1, 0, zero},
-    {FieldId::delay, "channel[].delay", "channel delay",
-     f32, 380, {channelCount, 168, 360}, single, ImageRule::delaySamples, u32, 48, -1, "ms", 0, 2, 1, 1, zero},
-    {FieldId::groupDelay, "channel[].groupDelay", "delay from the output group, added to the delay",
-     f32, 384, {channelCount, 168, 4}, single, ImageRule::groupDelay, u32, 3336, -1, "ms", 0, 2, 1, 1, {}},
-    {FieldId::delayGroup, "channel[].delayGroup", "output group of the delay, 0 to 7 for A to H",
-     u32, 388, {channelCount, 168, 1}, single, ImageRule::copy, u8, 3376, -1, "", 0, 7, 1, 0, groupSliders},
-    {FieldId::routerSource, "routerSource[]", "source of an output channel",
-     u8, 1568, {channelCount, 1, 4}, single, ImageRule::allSets, u32, 2916, -1, "", 0, 13, 1, 0, {}},
-    {FieldId::surroundOff, "surroundOff", "surround switched off",
-     u8, 1576, single, single, ImageRule::none, u8, -1, -1, "", 0, 1, 1, 0, {}},
-    {FieldId::roomSize, "roomSize", "room size, small to large",
-     u8, 1577, single, single, ImageRule::copy, u32, 2948, -1, "", 0, 4, 1, 0, {}},
-    {FieldId::surroundMode, "surroundMode", "0 music club, 1 concert hall, 2 stadium",
-     u8, 1578, single, single, ImageRule::copy, u32, 2952, -1, "", 0, 2, 1, 0, {}},
-    {FieldId::lineInGain, "lineInGain", "line-in gain",
-     i8, 1836, single, single, ImageRule::copy, i8, 2958, -1, "dB", -20, 20, 1, 0, {}},
-    {FieldId::suppression, "suppression", "suppression",
-     u8, 1837, single, single, ImageRule::copy, u8, 2959, -1, "dB", 0, 100, 1, 0, {}},
-    {FieldId::gainDetectionLevel, "gainDetectionLevel", "level of the gain detection",
-     u32, 1840, single, single, ImageRule::copy, u32, 2960, -1, "dB", 0, 1000, 1, 0, {}},
-    {FieldId::turnOffDelayOn, "turnOffDelayOn", "long turn-off delay in use",
-     u8, 1844, single, single, ImageRule::copy, u8, 2964, -1, "", 0, 1, 1, 0, {}},
-    {FieldId::turnOffDelay, "turnOffDelay", "long turn-off delay",
-     u16, 1846, single, single, ImageRule::copy, u16, 2968, -1, "ms", 0, 30000, 1, 0, {}},
-    {FieldId::delaySize1, "delaySize1", "surround delay size 1 in force",
-     u16, 1848, single, single, ImageRule::copy, u16, 2970, -1, "ms", 0, 100, 1, 0, {}},
-    {FieldId::delaySize1Copies, "delaySize1Copy[]", "written together with delay size 1",
-     u16, 1850, {3, 2, 0}, single, ImageRule::receivedOnly, u16, 2970, -1, "ms", 0, 100, 1, 0, {}},
-    {FieldId::delaySize1Last, "delaySize1Last", "written together with delay size 1, not carried by the image",
-     u16, 1856, single, single, ImageRule::none, u16, -1, -1, "ms", 0, 100, 1, 0, {}},
-    {FieldId::delaySize2, "delaySize2", "surround delay size 2",
-     u16, 1878, single, single, ImageRule::copy, u16, 2972, -1, "ms", 0, 100, 1, 0, {}},
-    {FieldId::decoderGain, "decoderGain[]", "300 + level in tenths: center, panorama, hall effect, rear to front mix",
-     u16, 1880, {4, 2, 2}, single, ImageRule::copy, u16, 2974, -1, "", 0, 300, 1, 0, {}},
-    {FieldId::rearForSurround, "rearForSurround", "rear channels take part in the surround calculation",
-     u8, 1904, single, single, ImageRule::copy, u8, 2982, -1, "", 0, 1, 1, 0, {}},
-    {FieldId::pone, "pone", "PONE",
-     i16, 1906, single, single, ImageRule::copy, i16, 2984, -1, "dB", -40, 0, 10, 1, pone},
-    {FieldId::compressorGain, "compressorGain", "compressor gain",
-     i16, 1908, single, single, ImageRule::copy, i16, 2986, -1, "dB", 0, 20, 10, 1, compressorGain},
-    {FieldId::compressorLowerLimit, "compressorLowerLimit", "compressor lower limit",
-     i16, 1910, single, single, ImageRule::copy, i16, 2988, -1, "dB", -60, 0, 10, 1, compressorLowerLimit},
-    {FieldId::expanderFactor, "expanderFactor", "expander factor",
-     i16, 1912, single, single, ImageRule::copy, i16, 2990, -1, "", -40, 0, 10, 1, expanderFactor},
-    {FieldId::expanderUpperLimit, "expanderUpperLimit", "expander upper limit",
-     i16, 1914, single, single, ImageRule::copy, i16, 2992, -1, "dB", -80, 0, 10, 1, expanderUpperLimit},
-    {FieldId::compressorAttack, "compressorAttack", "compressor attack time",
-     u16, 1916, single, single, ImageRule::copy, u16, 2994, -1, "ms", 0, 1000, 1, 0, ten},
-    {FieldId::compressorRelease, "compressorRelease", "compressor release time",
-     u16, 1918, single, single, ImageRule::copy, u16, 2996, -1, "ms", 0, 1000, 1, 0, ten},
-    {FieldId::compressorCrossover, "compressorCrossover", "compressor crossover frequency",
-     u16, 1920, single, single, ImageRule::copy, u16, 3104, -1, "Hz", 20, 500, 1, 0, compressorCrossover},
-    {FieldId::compressorDisabled, "compressorDisabled", "compressor bypassed",
-     u8, 1922, single, single, ImageRule::copy, u8, 3040, -1, "", 0, 1, 1, 0, zero},
-    {FieldId::limiterAttack, "limiter[].attack", "attack time",
-     i32, 1924, {channelCount, 24, 24}, single, ImageRule::copy, i32, 3108, -1, "ms", 0, 200, 1, 0, limiterAttack},
-    {FieldId::limiterRelease, "limiter[].release", "release time",
-     i32, 1928, {channelCount, 24, 24}, single, ImageRule::copy, i32, 3112, -1, "ms", 0, 200, 1, 0, limiterRelease},
-    {FieldId::limiterGain, "limiter[].gain", "limiter gain",
-     i32, 1932, {channelCount, 24, 24}, single, ImageRule::copy, i32, 3116, -1, "dB", -20, 0, 10, 1, limiterGain},
-    {FieldId::limiterActivateLevel, "limiter[].activateLevel", "level above which the limiter acts",
-     i32, 1936, {channelCount, 24, 24}, single, ImageRule::copy, i32, 3120, -1, "dB", -40, 0, 10, 1, limiterActivate},
-    {FieldId::limiterDeactivateLevel, "limiter[].deactivateLevel", "level below which it lets go",
-     i32, 1940, {channelCount, 24, 24}, single, ImageRule::copy, i32, 3124, -1, "dB", -40, 0, 10, 1, limiterDeactivate},
-    {FieldId::limiterEnabled, "limiter[].enabled", "limiter in circuit",
-     u8, 1944, {channelCount, 24, 24}, single, ImageRule::copy, u8, 3128, -1, "", 0, 1, 1, 0, one},
-    {FieldId::lineOutUse, "lineOutUse", "channels 7 and 8 deactivated for line-out use",
-     u8, 2116, single, single, ImageRule::copy, u8, 3300, -1, "", 0, 1, 1, 0, {}},
+    {.id = FieldId::recordSize, .path = "recordSize", .meaning = "tells a valid record",
+     .type = u32, .recordOffset = offsetof(ParameterSet, recordSize),
+     .minimum = 2120, .maximum = 2120, .editable = false},
+    {.id = FieldId::inputEqOn, .path = "inputEqOn", .meaning = "input equalizer switched on",
+     .type = u8, .recordOffset = offsetof(ParameterSet, inputEqOn),
+     .rule = ImageRule::inverse, .imageType = u8, .imageOffset = offsetof(ParameterImage, inputRow0) + offsetof(InputGainRow, bypass),
+     .secondImageOffset = offsetof(ParameterImage, inputRow1) + offsetof(InputGainRow, bypass),
+     .minimum = 0, .maximum = 1},
+    {.id = FieldId::toneType, .path = "tone[].type", .meaning = "0 high shelf, 1 low shelf, 2 peak",
+     .type = u8, .recordOffset = offsetof(ParameterSet, inputToneBands) + offsetof(EqBandParams, type), .outer = tones,
+     .minimum = 0, .maximum = 2, .defaults = toneTypes, .codes = bandTypes, .shapes = Shapes::inputSection},
+    {.id = FieldId::toneFrequency, .path = "tone[].frequency", .meaning = "corner or centre frequency",
+     .type = u16, .recordOffset = offsetof(ParameterSet, inputToneBands) + offsetof(EqBandParams, frequencyHz), .outer = tones,
+     .unit = "Hz", .minimum = 20, .maximum = 20000, .defaults = toneFrequencies, .shapes = Shapes::inputSection},
+    {.id = FieldId::toneGain, .path = "tone[].gain", .meaning = "gain of bass, middle, treble",
+     .type = f32, .recordOffset = offsetof(ParameterSet, inputToneBands) + offsetof(EqBandParams, gainDb), .outer = tones,
+     .rule = ImageRule::wholeNumber, .imageType = i8, .imageOffset = offsetof(ParameterImage, inputRow0) + offsetof(InputGainRow, toneGainDb),
+     .secondImageOffset = offsetof(ParameterImage, inputRow1) + offsetof(InputGainRow, toneGainDb),
+     .unit = "dB", .minimum = -20, .maximum = 20, .decimals = 1, .defaults = zero, .shapes = Shapes::inputSection},
+    {.id = FieldId::toneQ, .path = "tone[].q", .meaning = "quality factor",
+     .type = f32, .recordOffset = offsetof(ParameterSet, inputToneBands) + offsetof(EqBandParams, q), .outer = tones,
+     .minimum = 0.1, .maximum = 20, .decimals = 1, .defaults = toneQs, .shapes = Shapes::inputSection},
+    {.id = FieldId::toneOff, .path = "tone[].off", .meaning = "band bypassed",
+     .type = u8, .recordOffset = offsetof(ParameterSet, inputToneBands) + offsetof(EqBandParams, off), .outer = tones,
+     .minimum = 0, .maximum = 1},
+    {.id = FieldId::inputBandType, .path = "inputBand[].type", .meaning = "0 high shelf, 1 low shelf, 2 peak",
+     .type = u8, .recordOffset = offsetof(ParameterSet, inputEqBands) + offsetof(EqBandParams, type), .outer = inputBands,
+     .minimum = 0, .maximum = 2, .defaults = two, .codes = bandTypes, .shapes = Shapes::inputSection},
+    {.id = FieldId::inputBandFrequency, .path = "inputBand[].frequency", .meaning = "centre frequency",
+     .type = u16, .recordOffset = offsetof(ParameterSet, inputEqBands) + offsetof(EqBandParams, frequencyHz), .outer = inputBands,
+     .unit = "Hz", .minimum = 20, .maximum = 20000, .defaults = inputBandFrequencies, .shapes = Shapes::inputSection},
+    {.id = FieldId::inputBandGain, .path = "inputBand[].gain", .meaning = "gain of a graphic band",
+     .type = f32, .recordOffset = offsetof(ParameterSet, inputEqBands) + offsetof(EqBandParams, gainDb), .outer = inputBands,
+     .rule = ImageRule::wholeNumber, .imageType = i8, .imageOffset = offsetof(ParameterImage, inputRow0) + offsetof(InputGainRow, bandGainDb),
+     .secondImageOffset = offsetof(ParameterImage, inputRow1) + offsetof(InputGainRow, bandGainDb),
+     .unit = "dB", .minimum = -20, .maximum = 20, .decimals = 1, .defaults = zero, .shapes = Shapes::inputSection},
+    {.id = FieldId::inputBandQ, .path = "inputBand[].q", .meaning = "quality factor",
+     .type = f32, .recordOffset = offsetof(ParameterSet, inputEqBands) + offsetof(EqBandParams, q), .outer = inputBands,
+     .minimum = 0.1, .maximum = 20, .decimals = 1, .defaults = ten, .shapes = Shapes::inputSection},
+    {.id = FieldId::inputBandOff, .path = "inputBand[].off", .meaning = "band bypassed",
+     .type = u8, .recordOffset = offsetof(ParameterSet, inputEqBands) + offsetof(EqBandParams, off), .outer = inputBands,
+     .minimum = 0, .maximum = 1},
+    {.id = FieldId::inputGain, .path = "inputGain", .meaning = "input level",
+     .type = f32, .recordOffset = offsetof(ParameterSet, inputGainDb),
+     .rule = ImageRule::wholeNumber, .imageType = i16, .imageOffset = offsetof(ParameterImage, inputGainDb),
+     .unit = "dB", .minimum = -40, .maximum = 18},
+    {.id = FieldId::powerampGain, .path = "powerampGain", .meaning = "power amplifier gain",
+     .type = u8, .recordOffset = offsetof(ParameterSet, powerampGainDb),
+     .rule = ImageRule::copy, .imageType = u8, .imageOffset = offsetof(ParameterImage, powerampGainDb),
+     .unit = "dB", .minimum = 0, .maximum = 40},
+    {.id = FieldId::preampGain, .path = "preampGain", .meaning = "preamplifier gain",
+     .type = i8, .recordOffset = offsetof(ParameterSet, preampGainDb),
+     .rule = ImageRule::copy, .imageType = i8, .imageOffset = offsetof(ParameterImage, preampGainDb),
+     .unit = "dB", .minimum = -20, .maximum = 20},
+    {.id = FieldId::bandType, .path = "channel[].band[].type", .meaning = "0 high shelf, 1 low shelf, 2 peak",
+     .type = u8, .recordOffset = inBand(offsetof(EqBandParams, type)), .outer = channels, .inner = bands,
+     .rule = ImageRule::copy, .imageType = u8, .imageOffset = inBlockBand(offsetof(EqBandParams, type)),
+     .minimum = 0, .maximum = 2, .defaults = two, .codes = bandTypes, .shapes = Shapes::band},
+    {.id = FieldId::bandFrequency, .path = "channel[].band[].frequency", .meaning = "centre or corner frequency",
+     .type = u16, .recordOffset = inBand(offsetof(EqBandParams, frequencyHz)), .outer = channels, .inner = bands,
+     .rule = ImageRule::copy, .imageType = u16, .imageOffset = inBlockBand(offsetof(EqBandParams, frequencyHz)),
+     .unit = "Hz", .minimum = 20, .maximum = 20000, .defaults = bandFrequencies, .shapes = Shapes::band},
+    {.id = FieldId::bandGain, .path = "channel[].band[].gain", .meaning = "gain",
+     .type = f32, .recordOffset = inBand(offsetof(EqBandParams, gainDb)), .outer = channels, .inner = bands,
+     .rule = ImageRule::copy, .imageType = f32, .imageOffset = inBlockBand(offsetof(EqBandParams, gainDb)),
+     .unit = "dB", .minimum = -18, .maximum = 18, .decimals = 1, .defaults = zero, .shapes = Shapes::band},
+    {.id = FieldId::bandQ, .path = "channel[].band[].q", .meaning = "quality factor",
+     .type = f32, .recordOffset = inBand(offsetof(EqBandParams, q)), .outer = channels, .inner = bands,
+     .rule = ImageRule::copy, .imageType = f32, .imageOffset = inBlockBand(offsetof(EqBandParams, q)),
+     .minimum = 0.1, .maximum = 20, .decimals = 1, .defaults = one, .shapes = Shapes::band},
+    {.id = FieldId::bandOff, .path = "channel[].band[].off", .meaning = "band bypassed",
+     .type = u8, .recordOffset = inBand(offsetof(EqBandParams, off)), .outer = channels, .inner = bands,
+     .rule = ImageRule::copy, .imageType = u8, .imageOffset = inBlockBand(offsetof(EqBandParams, off)),
+     .minimum = 0, .maximum = 1, .defaults = one},
+    {.id = FieldId::crossoverEnabled, .path = "channel[].crossover[].enabled", .meaning = "crossover in circuit",
+     .type = u8, .recordOffset = inCrossover(offsetof(CrossoverParams, enabled)), .outer = channels, .inner = crossovers,
+     .rule = ImageRule::copy, .imageType = u8, .imageOffset = inBlockCrossover(offsetof(CrossoverParams, enabled)),
+     .minimum = 0, .maximum = 1, .defaults = zero, .shapes = Shapes::crossovers},
+    {.id = FieldId::crossoverKind, .path = "channel[].crossover[].kind", .meaning = "0 high-pass, 1 low-pass",
+     .type = u8, .recordOffset = inCrossover(offsetof(CrossoverParams, kind)), .outer = channels, .inner = crossovers,
+     .rule = ImageRule::copy, .imageType = u8, .imageOffset = inBlockCrossover(offsetof(CrossoverParams, kind)),
+     .minimum = 0, .maximum = 1, .defaults = crossoverKinds, .codes = filterKinds, .shapes = Shapes::crossovers},
+    {.id = FieldId::crossoverFrequency, .path = "channel[].crossover[].frequency", .meaning = "corner frequency",
+     .type = u16, .recordOffset = inCrossover(offsetof(CrossoverParams, frequencyHz)), .outer = channels, .inner = crossovers,
+     .rule = ImageRule::copy, .imageType = u16, .imageOffset = inBlockCrossover(offsetof(CrossoverParams, frequencyHz)),
+     .unit = "Hz", .minimum = 20, .maximum = 20000, .defaults = crossoverFrequencies, .shapes = Shapes::crossovers},
+    {.id = FieldId::crossoverOrder, .path = "channel[].crossover[].order", .meaning = "2 or 4",
+     .type = u8, .recordOffset = inCrossover(offsetof(CrossoverParams, order)), .outer = channels, .inner = crossovers,
+     .rule = ImageRule::copy, .imageType = u8, .imageOffset = inBlockCrossover(offsetof(CrossoverParams, order)),
+     .minimum = 2, .maximum = 4, .defaults = two, .codes = filterOrders, .shapes = Shapes::crossovers},
+    {.id = FieldId::volume, .path = "channel[].volume", .meaning = "channel volume",
+     .type = f32, .recordOffset = inChannel(offsetof(OutputChannelParams, volumeDb)), .outer = channels,
+     .rule = ImageRule::gainWord, .imageType = u32, .imageOffset = inBlock(offsetof(ChannelImageBlock, gainWord)),
+     .unit = "dB", .minimum = -6, .maximum = 18, .decimals = 1, .defaults = zero},
+    {.id = FieldId::groupGain, .path = "channel[].groupGain", .meaning = "gain from the output group, added to the volume",
+     .type = f32, .recordOffset = inChannel(offsetof(OutputChannelParams, groupGainDb)), .outer = groupWords,
+     .rule = ImageRule::groupGain, .imageType = i32, .imageOffset = offsetof(ParameterImage, groupGainTenthDb),
+     .unit = "dB", .minimum = -6, .maximum = 18, .decimals = 1},
+    {.id = FieldId::gainGroup, .path = "channel[].gainGroup", .meaning = "output group of the gain, 0 to 7 for A to H",
+     .type = u32, .recordOffset = inChannel(offsetof(OutputChannelParams, gainGroup)), .outer = groupLetters,
+     .rule = ImageRule::copy, .imageType = u8, .imageOffset = offsetof(ParameterImage, gainGroup),
+     .minimum = 0, .maximum = 7, .defaults = groupSliders, .codes = groupLetterCodes},
+    {.id = FieldId::channelFlag, .path = "channel[].channelFlag", .meaning = "check box of the main view",
+     .type = u8, .recordOffset = inChannel(offsetof(OutputChannelParams, channelFlag)), .outer = channels,
+     .rule = ImageRule::flag, .imageType = u8, .imageOffset = inBlock(offsetof(ChannelImageBlock, channelFlag)),
+     .minimum = 0, .maximum = 1, .defaults = zero},
+    {.id = FieldId::invertPhase, .path = "channel[].invertPhase", .meaning = "phase inverted",
+     .type = u8, .recordOffset = inChannel(offsetof(OutputChannelParams, invertPhase)), .outer = channels,
+     .rule = ImageRule::neverCleared, .imageType = u8, .imageOffset = inBlock(offsetof(ChannelImageBlock, invertPhase)),
+     .minimum = 0, .maximum = 1, .defaults = zero},
+    {.id = FieldId::delay, .path = "channel[].delay", .meaning = "channel delay",
+     .type = f32, .recordOffset = inChannel(offsetof(OutputChannelParams, delayMs)), .outer = channels,
+     .rule = ImageRule::delaySamples, .imageType = u32, .imageOffset = inBlock(offsetof(ChannelImageBlock, delaySamples)),
+     .unit = "ms", .minimum = 0, .maximum = 2, .decimals = 1, .defaults = zero},
+    {.id = FieldId::groupDelay, .path = "channel[].groupDelay", .meaning = "delay from the output group, added to the delay",
+     .type = f32, .recordOffset = inChannel(offsetof(OutputChannelParams, groupDelayMs)), .outer = groupWords,
+     .rule = ImageRule::groupDelay, .imageType = u32, .imageOffset = offsetof(ParameterImage, groupDelayTenthMs),
+     .unit = "ms", .minimum = 0, .maximum = 2, .decimals = 1},
+    {.id = FieldId::delayGroup, .path = "channel[].delayGroup", .meaning = "output group of the delay, 0 to 7 for A to H",
+     .type = u32, .recordOffset = inChannel(offsetof(OutputChannelParams, delayGroup)), .outer = groupLetters,
+     .rule = ImageRule::copy, .imageType = u8, .imageOffset = offsetof(ParameterImage, delayGroup),
+     .minimum = 0, .maximum = 7, .defaults = groupSliders, .codes = groupLetterCodes},
+    {.id = FieldId::routerSource, .path = "routerSource[]", .meaning = "source of an output channel",
+     .type = u8, .recordOffset = offsetof(ParameterSet, routerSource), .outer = sources,
+     .rule = ImageRule::allSets, .imageType = u32, .imageOffset = offsetof(ParameterImage, routerSource),
+     .minimum = 0, .maximum = 13, .codes = sourceCodes},
+    {.id = FieldId::surroundOff, .path = "surroundOff", .meaning = "surround switched off",
+     .type = u8, .recordOffset = offsetof(ParameterSet, surroundOff),
+     .minimum = 0, .maximum = 1},
+    {.id = FieldId::roomSize, .path = "roomSize", .meaning = "room size, small to large",
+     .type = u8, .recordOffset = offsetof(ParameterSet, roomSize),
+     .rule = ImageRule::copy, .imageType = u32, .imageOffset = offsetof(ParameterImage, roomSize),
+     .minimum = 0, .maximum = 4},
+    {.id = FieldId::surroundMode, .path = "surroundMode", .meaning = "0 music club, 1 concert hall, 2 stadium",
+     .type = u8, .recordOffset = offsetof(ParameterSet, surroundMode),
+     .rule = ImageRule::copy, .imageType = u32, .imageOffset = offsetof(ParameterImage, surroundMode),
+     .minimum = 0, .maximum = 2, .codes = surroundModeCodes},
+    {.id = FieldId::lineInGain, .path = "lineInGain", .meaning = "line-in gain",
+     .type = i8, .recordOffset = offsetof(ParameterSet, lineInGainDb),
+     .rule = ImageRule::copy, .imageType = i8, .imageOffset = offsetof(ParameterImage, lineInGainDb),
+     .unit = "dB", .minimum = -20, .maximum = 20},
+    {.id = FieldId::suppression, .path = "suppression", .meaning = "suppression",
+     .type = u8, .recordOffset = offsetof(ParameterSet, suppression),
+     .rule = ImageRule::copy, .imageType = u8, .imageOffset = offsetof(ParameterImage, suppression),
+     .unit = "dB", .minimum = 0, .maximum = 100},
+    {.id = FieldId::gainDetectionLevel, .path = "gainDetectionLevel", .meaning = "level of the gain detection",
+     .type = u32, .recordOffset = offsetof(ParameterSet, gainDetectionLevel),
+     .rule = ImageRule::copy, .imageType = u32, .imageOffset = offsetof(ParameterImage, gainDetectionLevel),
+     .unit = "dB", .minimum = 0, .maximum = 1000},
+    {.id = FieldId::turnOffDelayOn, .path = "turnOffDelayOn", .meaning = "long turn-off delay in use",
+     .type = u8, .recordOffset = offsetof(ParameterSet, turnOffDelayOn),
+     .rule = ImageRule::copy, .imageType = u8, .imageOffset = offsetof(ParameterImage, turnOffDelayOn),
+     .minimum = 0, .maximum = 1},
+    {.id = FieldId::turnOffDelay, .path = "turnOffDelay", .meaning = "long turn-off delay",
+     .type = u16, .recordOffset = offsetof(ParameterSet, turnOffDelayMs),
+     .rule = ImageRule::copy, .imageType = u16, .imageOffset = offsetof(ParameterImage, turnOffDelayMs),
+     .unit = "ms", .minimum = 0, .maximum = 30000},
+    {.id = FieldId::delaySize1, .path = "delaySize1", .meaning = "surround delay size 1 in force",
+     .type = u16, .recordOffset = offsetof(ParameterSet, delaySize1Ms),
+     .rule = ImageRule::copy, .imageType = u16, .imageOffset = offsetof(ParameterImage, delaySize1Ms),
+     .unit = "ms", .minimum = 0, .maximum = 100},
+    {.id = FieldId::delaySize1Copies, .path = "delaySize1Copy[]", .meaning = "written together with delay size 1",
+     .type = u16, .recordOffset = offsetof(ParameterSet, delaySize1Ms) + 1 * sizeof(std::uint16_t), .outer = delayCopies,
+     .rule = ImageRule::fromImageOnly, .imageType = u16, .imageOffset = offsetof(ParameterImage, delaySize1Ms),
+     .unit = "ms", .minimum = 0, .maximum = 100},
+    {.id = FieldId::delaySize1Last, .path = "delaySize1Last", .meaning = "written together with delay size 1, not carried by the image",
+     .type = u16, .recordOffset = offsetof(ParameterSet, delaySize1Ms) + 4 * sizeof(std::uint16_t),
+     .unit = "ms", .minimum = 0, .maximum = 100},
+    {.id = FieldId::delaySize2, .path = "delaySize2", .meaning = "surround delay size 2",
+     .type = u16, .recordOffset = offsetof(ParameterSet, delaySize2Ms),
+     .rule = ImageRule::copy, .imageType = u16, .imageOffset = offsetof(ParameterImage, delaySize2Ms),
+     .unit = "ms", .minimum = 0, .maximum = 100},
+    {.id = FieldId::decoderGain, .path = "decoderGain[]", .meaning = "300 + level in tenths: center, panorama, hall effect, rear to front mix",
+     .type = u16, .recordOffset = offsetof(ParameterSet, decoderGain), .outer = decoderGains,
+     .rule = ImageRule::copy, .imageType = u16, .imageOffset = offsetof(ParameterImage, decoderGain),
+     .minimum = 0, .maximum = 300},
+    {.id = FieldId::rearForSurround, .path = "rearForSurround", .meaning = "rear channels take part in the surround calculation",
+     .type = u8, .recordOffset = offsetof(ParameterSet, rearForSurround),
+     .rule = ImageRule::copy, .imageType = u8, .imageOffset = offsetof(ParameterImage, rearForSurround),
+     .minimum = 0, .maximum = 1},
+    {.id = FieldId::pone, .path = "pone", .meaning = "PONE",
+     .type = i16, .recordOffset = offsetof(ParameterSet, poneTenthDb),
+     .rule = ImageRule::copy, .imageType = i16, .imageOffset = offsetof(ParameterImage, poneTenthDb),
+     .unit = "dB", .minimum = -40, .maximum = 0, .storedPerShown = 10, .decimals = 1, .defaults = pone},
+    {.id = FieldId::compressorGain, .path = "compressorGain", .meaning = "compressor gain",
+     .type = i16, .recordOffset = offsetof(ParameterSet, compressorGainTenthDb),
+     .rule = ImageRule::copy, .imageType = i16, .imageOffset = offsetof(ParameterImage, compressorGainTenthDb),
+     .unit = "dB", .minimum = 0, .maximum = 20, .storedPerShown = 10, .decimals = 1, .defaults = compressorGain},
+    {.id = FieldId::compressorLowerLimit, .path = "compressorLowerLimit", .meaning = "compressor lower limit",
+     .type = i16, .recordOffset = offsetof(ParameterSet, compressorLowerLimitTenthDb),
+     .rule = ImageRule::copy, .imageType = i16, .imageOffset = offsetof(ParameterImage, compressorLowerLimitTenthDb),
+     .unit = "dB", .minimum = -60, .maximum = 0, .storedPerShown = 10, .decimals = 1, .defaults = compressorLowerLimit},
+    {.id = FieldId::expanderFactor, .path = "expanderFactor", .meaning = "expander factor",
+     .type = i16, .recordOffset = offsetof(ParameterSet, expanderFactorTenth),
+     .rule = ImageRule::copy, .imageType = i16, .imageOffset = offsetof(ParameterImage, expanderFactorTenth),
+     .minimum = -40, .maximum = 0, .storedPerShown = 10, .decimals = 1, .defaults = expanderFactor},
+    {.id = FieldId::expanderUpperLimit, .path = "expanderUpperLimit", .meaning = "expander upper limit",
+     .type = i16, .recordOffset = offsetof(ParameterSet, expanderUpperLimitTenthDb),
+     .rule = ImageRule::copy, .imageType = i16, .imageOffset = offsetof(ParameterImage, expanderUpperLimitTenthDb),
+     .unit = "dB", .minimum = -80, .maximum = 0, .storedPerShown = 10, .decimals = 1, .defaults = expanderUpperLimit},
+    {.id = FieldId::compressorAttack, .path = "compressorAttack", .meaning = "compressor attack time",
+     .type = u16, .recordOffset = offsetof(ParameterSet, compressorAttackMs),
+     .rule = ImageRule::copy, .imageType = u16, .imageOffset = offsetof(ParameterImage, compressorAttackMs),
+     .unit = "ms", .minimum = 0, .maximum = 1000, .defaults = ten},
+    {.id = FieldId::compressorRelease, .path = "compressorRelease", .meaning = "compressor release time",
+     .type = u16, .recordOffset = offsetof(ParameterSet, compressorReleaseMs),
+     .rule = ImageRule::copy, .imageType = u16, .imageOffset = offsetof(ParameterImage, compressorReleaseMs),
+     .unit = "ms", .minimum = 0, .maximum = 1000, .defaults = ten},
+    {.id = FieldId::compressorCrossover, .path = "compressorCrossover", .meaning = "compressor crossover frequency",
+     .type = u16, .recordOffset = offsetof(ParameterSet, compressorCrossoverHz),
+     .rule = ImageRule::copy, .imageType = u16, .imageOffset = offsetof(ParameterImage, compressorCrossoverHz),
+     .unit = "Hz", .minimum = 20, .maximum = 500, .defaults = compressorCrossover},
+    {.id = FieldId::compressorDisabled, .path = "compressorDisabled", .meaning = "compressor bypassed",
+     .type = u8, .recordOffset = offsetof(ParameterSet, compressorDisabled),
+     .rule = ImageRule::copy, .imageType = u8, .imageOffset = offsetof(ParameterImage, compressorDisabled),
+     .minimum = 0, .maximum = 1, .defaults = zero},
+    {.id = FieldId::limiterAttack, .path = "limiter[].attack", .meaning = "attack time",
+     .type = i32, .recordOffset = offsetof(ParameterSet, limiters) + offsetof(LimiterParams, attackMs), .outer = limiters,
+     .rule = ImageRule::copy, .imageType = i32, .imageOffset = offsetof(ParameterImage, limiters) + offsetof(LimiterParams, attackMs),
+     .unit = "ms", .minimum = 0, .maximum = 200, .defaults = limiterAttack},
+    {.id = FieldId::limiterRelease, .path = "limiter[].release", .meaning = "release time",
+     .type = i32, .recordOffset = offsetof(ParameterSet, limiters) + offsetof(LimiterParams, releaseMs), .outer = limiters,
+     .rule = ImageRule::copy, .imageType = i32, .imageOffset = offsetof(ParameterImage, limiters) + offsetof(LimiterParams, releaseMs),
+     .unit = "ms", .minimum = 0, .maximum = 200, .defaults = limiterRelease},
+    {.id = FieldId::limiterGain, .path = "limiter[].gain", .meaning = "limiter gain",
+     .type = i32, .recordOffset = offsetof(ParameterSet, limiters) + offsetof(LimiterParams, gainTenthDb), .outer = limiters,
+     .rule = ImageRule::copy, .imageType = i32, .imageOffset = offsetof(ParameterImage, limiters) + offsetof(LimiterParams, gainTenthDb),
+     .unit = "dB", .minimum = -20, .maximum = 0, .storedPerShown = 10, .decimals = 1, .defaults = limiterGain},
+    {.id = FieldId::limiterActivateLevel, .path = "limiter[].activateLevel", .meaning = "level above which the limiter acts",
+     .type = i32, .recordOffset = offsetof(ParameterSet, limiters) + offsetof(LimiterParams, activateTenthDb), .outer = limiters,
+     .rule = ImageRule::copy, .imageType = i32, .imageOffset = offsetof(ParameterImage, limiters) + offsetof(LimiterParams, activateTenthDb),
+     .unit = "dB", .minimum = -40, .maximum = 0, .storedPerShown = 10, .decimals = 1, .defaults = limiterActivate},
+    {.id = FieldId::limiterDeactivateLevel, .path = "limiter[].deactivateLevel", .meaning = "level below which it lets go",
+     .type = i32, .recordOffset = offsetof(ParameterSet, limiters) + offsetof(LimiterParams, deactivateTenthDb), .outer = limiters,
+     .rule = ImageRule::copy, .imageType = i32, .imageOffset = offsetof(ParameterImage, limiters) + offsetof(LimiterParams, deactivateTenthDb),
+     .unit = "dB", .minimum = -40, .maximum = 0, .storedPerShown = 10, .decimals = 1, .defaults = limiterDeactivate},
+    {.id = FieldId::limiterEnabled, .path = "limiter[].enabled", .meaning = "limiter in circuit",
+     .type = u8, .recordOffset = offsetof(ParameterSet, limiters) + offsetof(LimiterParams, enabled), .outer = limiters,
+     .rule = ImageRule::copy, .imageType = u8, .imageOffset = offsetof(ParameterImage, limiters) + offsetof(LimiterParams, enabled),
+     .minimum = 0, .maximum = 1, .defaults = one},
+    {.id = FieldId::lineOutUse, .path = "lineOutUse", .meaning = "channels 7 and 8 deactivated for line-out use",
+     .type = u8, .recordOffset = offsetof(ParameterSet, lineOutUse),
+     .rule = ImageRule::copy, .imageType = u8, .imageOffset = offsetof(ParameterImage, lineOutUse),
+     .minimum = 0, .maximum = 1},
 }};
 // clang-format on
 
@@ -192,19 +360,6 @@ constexpr bool isIndexedById() {
 
 static_assert(isIndexedById());
 
-template <typename Stored>
-double readAs(const unsigned char* place) {
-    Stored value;
-    std::memcpy(&value, place, sizeof value);
-    return static_cast<double>(value);
-}
-
-template <typename Stored>
-void writeAs(unsigned char* place, double value) {
-    const auto stored = truncateTo<Stored>(value);
-    std::memcpy(place, &stored, sizeof stored);
-}
-
 }  // namespace
 
 std::span<const Field, fieldCount> fieldTable() {
@@ -213,78 +368,6 @@ std::span<const Field, fieldCount> fieldTable() {
 
 const Field& fieldOf(FieldId id) {
     return table[static_cast<std::size_t>(id)];
-}
-
-double readNumber(const unsigned char* place, FieldType type) {
-    switch (type) {
-        case u8:
-            return readAs<std::uint8_t>(place);
-        case i8:
-            return readAs<std::int8_t>(place);
-        case u16:
-            return readAs<std::uint16_t>(place);
-        case i16:
-            return readAs<std::int16_t>(place);
-        case u32:
-            return readAs<std::uint32_t>(place);
-        case i32:
-            return readAs<std::int32_t>(place);
-        case f32:
-            break;
-    }
-    return readAs<float>(place);
-}
-
-void writeNumber(unsigned char* place, FieldType type, double value) {
-    switch (type) {
-        case u8:
-            return writeAs<std::uint8_t>(place, value);
-        case i8:
-            return writeAs<std::int8_t>(place, value);
-        case u16:
-            return writeAs<std::uint16_t>(place, value);
-        case i16:
-            return writeAs<std::int16_t>(place, value);
-        case u32:
-            return writeAs<std::uint32_t>(place, value);
-        case i32:
-            return writeAs<std::int32_t>(place, value);
-        case f32:
-            break;
-    }
-    const auto stored = static_cast<float>(value);
-    std::memcpy(place, &stored, sizeof stored);
-}
-
-double storedValue(const ParameterSet& set, const Field& field, FieldIndex index) {
-    std::array<unsigned char, 4> bytes{};
-    std::memcpy(bytes.data(), reinterpret_cast<const unsigned char*>(&set) + recordOffsetOf(field, index),
-                widthOf(field.type));
-    return readNumber(bytes.data(), field.type);
-}
-
-void setStoredValue(ParameterSet& set, const Field& field, FieldIndex index, double value) {
-    writeNumber(reinterpret_cast<unsigned char*>(&set) + recordOffsetOf(field, index), field.type, value);
-}
-
-double shownValue(const ParameterSet& set, const Field& field, FieldIndex index) {
-    return storedValue(set, field, index) / field.storedPerShown;
-}
-
-double storedFromShown(const Field& field, double shown) {
-    const double stored = shown * field.storedPerShown;
-    return field.type == f32 ? static_cast<double>(static_cast<float>(stored)) : std::nearbyint(stored);
-}
-
-double storedDefault(const Field& field, FieldIndex index) {
-    if (field.id == FieldId::recordSize) {
-        return parameterSetSize;
-    }
-    if (field.defaults.empty()) {
-        return 0.0;
-    }
-    const std::size_t position = field.inner.count > 1 ? index.inner : index.outer;
-    return storedFromShown(field, field.defaults[field.defaults.size() > 1 ? position : 0]);
 }
 
 }  // namespace tessavo

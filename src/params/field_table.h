@@ -95,19 +95,19 @@ enum class FieldType : std::uint8_t { u8, i8, u16, i16, u32, i32, f32 };
 
 /// How a record field and its place in the image depend on each other.
 enum class ImageRule : std::uint8_t {
-    none,          ///< the image does not carry the field
-    copy,          ///< the same value, in the image's width; back: its low bytes
-    wholeNumber,   ///< truncated towards zero to the image's integer; back: as a float. May have a second
-                   ///< place
-    inverse,       ///< 1 where the record has 0 and 0 where it has anything else; back likewise. Two places
-    gainWord,      ///< volumeGainTable word of volume + group gain; back: the volume alone
-    groupGain,     ///< tenths in a word of its own, and part of the gain word; back: the tenths
-    delaySamples,  ///< samples of delay + group delay at 49.5 per ms; back: the delay alone at 48 per ms
-    groupDelay,    ///< tenths in a word of its own, and part of the samples; back: the tenths
-    flag,          ///< copied; back: 1 for anything but 0
-    raisedOnly,    ///< copied; back: 1 for anything but 0, otherwise the record keeps what it has
-    allSets,       ///< copied; back: into all five sets
-    receivedOnly,  ///< never written into the image; back: copied
+    none,           ///< the image does not carry the field
+    copy,           ///< the same value, in the image's width; back: its low bytes
+    wholeNumber,    ///< truncated towards zero to the image's integer; back: as a float. May have a second
+                    ///< place
+    inverse,        ///< 1 where the record has 0 and 0 where it has anything else; back likewise. Two places
+    gainWord,       ///< volumeGainTable word of volume + group gain; back: the volume alone
+    groupGain,      ///< tenths in a word of its own, and part of the gain word; back: the tenths
+    delaySamples,   ///< samples of delay + group delay at 49.5 per ms; back: the delay alone at 48 per ms
+    groupDelay,     ///< tenths in a word of its own, and part of the samples; back: the tenths
+    flag,           ///< copied; back: 1 for anything but 0
+    neverCleared,   ///< copied; back: 1 for anything but 0, otherwise the record keeps what it has
+    allSets,        ///< copied; back: into all five sets
+    fromImageOnly,  ///< never written into the image; back: copied
 };
 
 /// One dimension of a repeated field.
@@ -117,6 +117,22 @@ struct Repeat {
     std::uint16_t imageStride = 0;
 };
 
+/// One value of a field that holds codes.
+struct FieldCode {
+    std::uint8_t code;
+    std::string_view shown;        ///< on the screen
+    std::string_view script = {};  ///< in edit scripts; empty where these know no word for it
+    std::string_view inText = {};  ///< in reports; as on the screen when empty
+};
+
+/// The coefficients that depend on a field.
+enum class Shapes : std::uint8_t {
+    nothing,
+    band,          ///< those of the band of the same indices
+    crossovers,    ///< those of both crossovers of the channel
+    inputSection,  ///< those of the graphic or tone band of the same index
+};
+
 /// One parameter: its name, unit, range, defaults and places. Everything that reads, writes, converts, shows
 /// or documents a set works from this description.
 struct Field {
@@ -124,22 +140,30 @@ struct Field {
     /// Name with "[]" for each repeated dimension: "channel[].band[].frequency".
     std::string_view path;
     std::string_view meaning;
+
     FieldType type;
     std::uint16_t recordOffset;
-    Repeat outer;
-    Repeat inner;
-    ImageRule rule;
-    FieldType imageType;
-    std::int16_t imageOffset;        ///< -1 where the image does not carry it
-    std::int16_t secondImageOffset;  ///< -1 where there is no second place
-    std::string_view unit;           ///< of the shown value; empty for counts, codes and switches
-    double minimum;                  ///< lowest value a person may set, in `unit`
-    double maximum;                  ///< highest
-    double storedPerShown;           ///< stored value = shown value times this
-    int decimals;                    ///< of the step between two values: 1 for tenths
+    Repeat outer{};
+    Repeat inner{};
+
+    ImageRule rule = ImageRule::none;
+    FieldType imageType = FieldType::u8;
+    std::int16_t imageOffset = -1;        ///< -1 where the image does not carry it
+    std::int16_t secondImageOffset = -1;  ///< -1 where there is no second place
+
+    std::string_view unit{};    ///< of the shown value; empty for counts, codes and switches
+    double minimum = 0;         ///< lowest value a person may set, in `unit`
+    double maximum = 0;         ///< highest
+    double storedPerShown = 1;  ///< stored value = shown value times this
+    int decimals = 0;           ///< of the step between two values: 1 for tenths
     /// Values of a fresh store, in `unit`: none (0), one for all, or one for each index of the last repeated
     /// dimension.
-    std::span<const double> defaults;
+    std::span<const double> defaults{};
+    /// What each stored code means, by rising code; empty for numbers and switches.
+    std::span<const FieldCode> codes{};
+
+    Shapes shapes = Shapes::nothing;
+    bool editable = true;  ///< false for what no edit may change
 };
 
 /// Decimals of the shown value: levels have one, whole ones too.
@@ -152,6 +176,9 @@ inline constexpr std::size_t fieldCount = static_cast<std::size_t>(FieldId::coun
 /// All fields, in record order.
 [[nodiscard]] std::span<const Field, fieldCount> fieldTable();
 [[nodiscard]] const Field& fieldOf(FieldId id);
+
+/// Words of a stored code; null for a code that the field does not have.
+[[nodiscard]] const FieldCode* codeOf(const Field& field, double stored);
 
 /// Which element of a repeated field: 0 for a dimension that it does not have.
 struct FieldIndex {

@@ -4,7 +4,7 @@
 #include <array>
 #include <cstring>
 
-#include "dsp/saturate.h"
+#include "base/saturate.h"
 #include "params/volume_gain_table.h"
 
 namespace tessavo {
@@ -76,7 +76,7 @@ void readImageField(ParameterStore& store, std::size_t setIndex, const Parameter
         case ImageRule::none:
             break;
         case ImageRule::copy:
-        case ImageRule::receivedOnly:
+        case ImageRule::fromImageOnly:
             copyFromImage(set, image, field, index);
             break;
         case ImageRule::wholeNumber:
@@ -98,7 +98,7 @@ void readImageField(ParameterStore& store, std::size_t setIndex, const Parameter
         case ImageRule::flag:
             setStoredValue(set, field, index, imageValue(image, field, index) != 0.0 ? 1.0 : 0.0);
             break;
-        case ImageRule::raisedOnly:
+        case ImageRule::neverCleared:
             if (imageValue(image, field, index) != 0.0) {
                 setStoredValue(set, field, index, 1.0);
             }
@@ -116,11 +116,11 @@ void readImageField(ParameterStore& store, std::size_t setIndex, const Parameter
 void writeImageField(ParameterImage& image, const ParameterSet& set, const Field& field, FieldIndex index) {
     switch (field.rule) {
         case ImageRule::none:
-        case ImageRule::receivedOnly:
+        case ImageRule::fromImageOnly:
             break;
         case ImageRule::copy:
         case ImageRule::flag:
-        case ImageRule::raisedOnly:
+        case ImageRule::neverCleared:
         case ImageRule::allSets:
             copyIntoImage(image, set, field, index);
             break;

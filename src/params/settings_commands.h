@@ -3,8 +3,8 @@
 #include <filesystem>
 #include <string_view>
 
-#include "params/file_dialogs.h"
-#include "params/message_box.h"
+#include "base/file_dialogs.h"
+#include "base/message_box.h"
 #include "params/settings_file.h"
 #include "params/tuning_state.h"
 

@@ -3,7 +3,7 @@
 #include <array>
 #include <cstring>
 
-#include "params/raw_file.h"
+#include "base/raw_file.h"
 
 namespace tessavo {
 

@@ -183,9 +183,8 @@ void TuningState::tellChange() const {
 // While the box stands the image already holds the value that is being edited.
 void TuningState::warn(std::string_view text) {
     if (underWay_) {
-        for (const FieldId id : underWay_->fields) {
-            mirror(id, underWay_->index);
-        }
+        const SemaphoreHold hold(*imageGuard_);
+        mirror(underWay_->values, underWay_->index);
     }
     boxes_.showPlain(text);
 }

@@ -10,13 +10,13 @@
 #include <string_view>
 #include <utility>
 
+#include "base/message_box.h"
+#include "base/semaphore.h"
 #include "dsp/icoefficient_generator.h"
 #include "params/channels.h"
 #include "params/field_table.h"
-#include "params/message_box.h"
 #include "params/parameter_image.h"
 #include "params/records.h"
-#include "params/semaphore.h"
 #include "plot/curve_display.h"
 
 namespace tessavo {
@@ -33,6 +33,12 @@ enum class LimiterField : std::uint8_t {
 };
 
 enum class BandValue : std::uint8_t { gain = 0, q = 1 };
+
+/// A value that an edit writes into a field, in its stored form.
+struct FieldValue {
+    FieldId field;
+    double stored;
+};
 
 /// A band of an output channel.
 struct EditedBand {
@@ -76,7 +82,6 @@ class TuningState {
     void setChangeListener(std::function<void()> listener) { changeListener_ = std::move(listener); }
 
     // --- what is there
-    // -------------------------------------------------------------------------------------------
 
     [[nodiscard]] const ParameterStore& store() const { return store_; }
     [[nodiscard]] const ParameterSet& currentParameterSet() const { return store_.sets[currentSet_]; }
@@ -98,7 +103,6 @@ class TuningState {
     [[nodiscard]] EditedBand lastEditedBand() const { return lastEditedBand_; }
 
     // --- application state
-    // ---------------------------------------------------------------------------------------
 
     /// Makes a set current, brings coefficients in step, and then, under the mutual-exclusion object (waiting
     /// at most 500 ms, going on without it), writes the image and runs `whileLocked` (the pages' change of
@@ -125,7 +129,6 @@ class TuningState {
     void showInputCurve();
 
     // --- flags (any thread)
-    // --------------------------------------------------------------------------------------
 
     [[nodiscard]] bool liveMode() const { return liveMode_; }
     [[nodiscard]] bool liveTransferEnabled() const { return liveTransferEnabled_; }
@@ -136,9 +139,29 @@ class TuningState {
     /// The worker's look: true when live transfer is enabled and an update is pending, which is then cleared.
     bool takeUpdate();
 
-    // --- edits of the selected channels
-    // -------------------------------------------------------------------------- `final` is false while a
-    // slider moves; true raises `updatePending`. Edits without it always raise it.
+    // --- the door for edits
+
+    /// Writes elements of the current set that share one index: each value into the record and, in the target's form,
+    /// into the image. Recomputes the coefficients that the first field shapes, and only those, copies them into the
+    /// image, and shows the curve that they belong to. Every other edit below comes through here.
+    /// \param values fields that shape the same coefficients; several of them only where one edit writes them together
+    /// \param final false while a slider moves; true raises `updatePending`
+    /// \return false, and nothing is changed, when a field may not be edited or has no such element
+    bool edit(std::span<const FieldValue> values, FieldIndex index, bool final);
+    bool edit(FieldId field, FieldIndex index, double stored, bool final) {
+        return edit(std::array{FieldValue{field, stored}}, index, final);
+    }
+
+    /// The same for every selected channel, in page order, with one curve at the end: that of the last channel written,
+    /// or of the band edited last where none is selected.
+    /// \param inner band or crossover; 0 for fields that a channel has once
+    /// \return false also for a field that is not one of an output channel
+    bool editSelected(std::span<const FieldValue> values, std::size_t inner, bool final);
+    bool editSelected(FieldId field, std::size_t inner, double stored, bool final) {
+        return editSelected(std::array{FieldValue{field, stored}}, inner, final);
+    }
+
+    // --- edits of the selected channels; those without `final` always raise `updatePending`
 
     void setDelay(float delayMs, bool final);
     void setVolume(float volumeDb, bool final);
@@ -155,7 +178,6 @@ class TuningState {
     void setLimiter(LimiterField which, std::int32_t value, bool final);
 
     // --- edits of one channel, by record channel
-    // -----------------------------------------------------------------
 
     void setGroupGain(RecordChannel channel, float groupGainDb);
     void setGroupDelay(RecordChannel channel, float groupDelayMs);
@@ -165,28 +187,23 @@ class TuningState {
     void setRouterSource(RecordChannel channel, std::uint8_t source);
 
     // --- edits of the input side and of the whole set
-    // ------------------------------------------------------------
 
     /// \param inputBand 0 to 9 graphic bands, 10 bass, 11 middle, 12 treble
     void setInputBandGain(std::size_t inputBand, float gainDb, bool final);
     /// Writes record and both bypass bytes.
     void setInputEqOn(bool on);
-    /// Writes any field that shapes no filter, in its stored form, and its place in the image; never
-    /// `recordSize`, which only the start and a loaded store write.
-    void setField(FieldId id, FieldIndex index, double storedValue, bool final);
     /// At most 31 UTF-16 units are kept. Does not raise `updatePending`: the target does not carry the name.
     void setName(std::u16string_view name);
 
  private:
     template <typename Act>
     void forSelectedChannels(Act act) const;
-    template <typename Change>
-    void editBands(std::size_t band, FieldId id, Change change, bool final);
-    template <typename Change>
-    void editCrossovers(std::size_t crossover, std::span<const FieldId> fields, Change change, bool final);
-    template <typename Compute, typename CopyWords>
-    void writeWithWords(std::span<const FieldId> fields, FieldIndex index, Compute compute,
-                        CopyWords copyWords);
+    [[nodiscard]] static bool mayWrite(std::span<const FieldValue> values, FieldIndex index);
+    void write(std::span<const FieldValue> values, FieldIndex index);
+    void compute(FieldId id, FieldIndex index);
+    void showCurveOf(FieldId id, RecordChannel channel);
+    /// Writes the places of the values in the image; the image guard is held.
+    void mirror(std::span<const FieldValue> values, FieldIndex index);
     void warn(std::string_view text);
     // Compute the tables' words from a set.
     void computeBand(const ParameterSet& set, RecordChannel channel, std::size_t band);
@@ -196,12 +213,9 @@ class TuningState {
     void deriveImage();
     void keepReceivedImage(const ParameterStore& before);
     void dropChangedImage();
-    /// Writes the field's place in the image from the current set.
-    void mirror(FieldId id, FieldIndex index = {});
     void finish(bool final);
     void tellChange() const;
     ParameterSet& editedSet() { return store_.sets[currentSet_]; }
-    OutputChannelParams& edited(RecordChannel channel) { return editedSet().channels[channel.value]; }
 
     /// What a set was received as.
     struct Received {
@@ -210,7 +224,7 @@ class TuningState {
     };
     /// The places of an edit whose coefficients are being computed.
     struct UnderWay {
-        std::span<const FieldId> fields;
+        std::span<const FieldValue> values;
         FieldIndex index;
     };
 

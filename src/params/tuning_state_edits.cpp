@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <array>
 
 #include "params/image_conversion.h"
@@ -5,6 +6,17 @@
 #include "params/tuning_state.h"
 
 namespace tessavo {
+
+namespace {
+
+// The input section that a field of a graphic or tone band belongs to.
+std::size_t inputSectionOf(FieldId id, FieldIndex index) {
+    return id >= FieldId::inputBandType ? index.outer : inputBandCount + index.outer;
+}
+
+static_assert(FieldId::toneOff < FieldId::inputBandType);
+
+}  // namespace
 
 template <typename Act>
 void TuningState::forSelectedChannels(Act act) const {
@@ -15,11 +27,6 @@ void TuningState::forSelectedChannels(Act act) const {
     }
 }
 
-void TuningState::mirror(FieldId id, FieldIndex index) {
-    const SemaphoreHold hold(*imageGuard_);
-    writeImageField(image_, currentParameterSet(), fieldOf(id), index);
-}
-
 void TuningState::finish(bool final) {
     dropChangedImage();
     if (final) {
@@ -28,78 +35,111 @@ void TuningState::finish(bool final) {
     tellChange();
 }
 
-// Value and words go into the image at once, so that no copy of it holds one without the other; only where a
-// generator shows its box in between, the value goes first.
-template <typename Compute, typename CopyWords>
-void TuningState::writeWithWords(std::span<const FieldId> fields, FieldIndex index, Compute compute,
-                                 CopyWords copyWords) {
-    underWay_ = {fields, index};
-    compute();
-    underWay_.reset();
-    const SemaphoreHold hold(*imageGuard_);
-    for (const FieldId id : fields) {
-        writeImageField(image_, currentParameterSet(), fieldOf(id), index);
+bool TuningState::edit(std::span<const FieldValue> values, FieldIndex index, bool final) {
+    if (!mayWrite(values, index)) {
+        return false;
     }
-    copyWords(image_.channels[index.outer]);
+    write(values, index);
+    showCurveOf(values.front().field, {static_cast<std::uint8_t>(index.outer)});
+    finish(final);
+    return true;
 }
 
 // Curves follow the last channel that was written, once for all of them; where none was, the channel of the
 // band that was edited last.
-template <typename Change>
-void TuningState::editBands(std::size_t band, FieldId id, Change change, bool final) {
-    if (band >= bandCount) {
-        return;
-    }
-    forSelectedChannels([&](RecordChannel channel) {
-        change(edited(channel).bands[band]);
-        writeWithWords(
-            {&id, 1}, {channel.value, band}, [&] { computeBand(currentParameterSet(), channel, band); },
-            [&](ChannelImageBlock& block) { block.bandWords = bandWords_[channel.value]; });
-        lastEditedBand_ = {channel, band};
-    });
-    showOutputCurve(lastEditedBand_.channel);
-    finish(final);
-}
-
-template <typename Change>
-void TuningState::editCrossovers(std::size_t crossover, std::span<const FieldId> fields, Change change,
-                                 bool final) {
-    if (crossover >= crossoverCount) {
-        return;
+bool TuningState::editSelected(std::span<const FieldValue> values, std::size_t inner, bool final) {
+    if (!mayWrite(values, {0, inner}) || fieldOf(values.front().field).outer.count != channelCount) {
+        return false;
     }
     RecordChannel last = lastEditedBand_.channel;
     forSelectedChannels([&](RecordChannel channel) {
-        change(edited(channel).crossovers[crossover]);
-        writeWithWords(
-            fields, {channel.value, crossover}, [&] { computeCrossovers(currentParameterSet(), channel); },
-            [&](ChannelImageBlock& block) { block.crossoverWords = crossoverWords_[channel.value]; });
+        write(values, {channel.value, inner});
         last = channel;
     });
-    showOutputCurve(last);
+    showCurveOf(values.front().field, last);
     finish(final);
+    return true;
+}
+
+bool TuningState::mayWrite(std::span<const FieldValue> values, FieldIndex index) {
+    const auto writable = [index](const FieldValue& value) {
+        return value.field < FieldId::count && fieldOf(value.field).editable &&
+               contains(fieldOf(value.field), index);
+    };
+    return !values.empty() && std::ranges::all_of(values, writable);
+}
+
+// Value and words go into the image at once, so that no copy of it holds one without the other; only where a
+// generator shows its box in between, the value goes first.
+void TuningState::write(std::span<const FieldValue> values, FieldIndex index) {
+    for (const FieldValue& value : values) {
+        setStoredValue(editedSet(), fieldOf(value.field), index, value.stored);
+    }
+    underWay_ = {values, index};
+    compute(values.front().field, index);
+    underWay_.reset();
+    const SemaphoreHold hold(*imageGuard_);
+    mirror(values, index);
+    const Shapes shapes = fieldOf(values.front().field).shapes;
+    if (shapes == Shapes::band) {
+        image_.channels[index.outer].bandWords = bandWords_[index.outer];
+    } else if (shapes == Shapes::crossovers) {
+        image_.channels[index.outer].crossoverWords = crossoverWords_[index.outer];
+    }
+}
+
+void TuningState::compute(FieldId id, FieldIndex index) {
+    const RecordChannel channel{static_cast<std::uint8_t>(index.outer)};
+    switch (fieldOf(id).shapes) {
+        case Shapes::nothing:
+            break;
+        case Shapes::band:
+            computeBand(currentParameterSet(), channel, index.inner);
+            lastEditedBand_ = {channel, index.inner};
+            break;
+        case Shapes::crossovers:
+            computeCrossovers(currentParameterSet(), channel);
+            break;
+        case Shapes::inputSection:
+            computeInputBand(currentParameterSet(), inputSectionOf(id, index));
+            break;
+    }
+}
+
+void TuningState::showCurveOf(FieldId id, RecordChannel channel) {
+    switch (fieldOf(id).shapes) {
+        case Shapes::nothing:
+            break;
+        case Shapes::band:
+        case Shapes::crossovers:
+            showOutputCurve(channel);
+            break;
+        case Shapes::inputSection:
+            showInputCurve();
+            break;
+    }
+}
+
+void TuningState::mirror(std::span<const FieldValue> values, FieldIndex index) {
+    for (const FieldValue& value : values) {
+        writeImageField(image_, currentParameterSet(), fieldOf(value.field), index);
+    }
 }
 
 void TuningState::setDelay(float delayMs, bool final) {
-    forSelectedChannels([&](RecordChannel channel) {
-        edited(channel).delayMs = delayMs;
-        mirror(FieldId::delay, {channel.value, 0});
-    });
-    finish(final);
+    editSelected(FieldId::delay, 0, delayMs, final);
 }
 
 void TuningState::setVolume(float volumeDb, bool final) {
-    forSelectedChannels([&](RecordChannel channel) {
-        edited(channel).volumeDb = volumeDb;
-        mirror(FieldId::volume, {channel.value, 0});
-    });
-    finish(final);
+    editSelected(FieldId::volume, 0, volumeDb, final);
 }
 
 void TuningState::setInvertPhase(bool apply, std::uint8_t value) {
+    if (apply) {
+        editSelected(FieldId::invertPhase, 0, value, true);
+        return;
+    }
     forSelectedChannels([&](RecordChannel channel) {
-        if (apply) {
-            edited(channel).invertPhase = value;
-        }
         const SemaphoreHold hold(*imageGuard_);
         image_.channels[channel.value].invertPhase = value;
     });
@@ -107,51 +147,31 @@ void TuningState::setInvertPhase(bool apply, std::uint8_t value) {
 }
 
 void TuningState::setBandFrequency(std::size_t band, std::uint16_t frequencyHz, bool final) {
-    editBands(
-        band, FieldId::bandFrequency, [&](EqBandParams& params) { params.frequencyHz = frequencyHz; }, final);
+    editSelected(FieldId::bandFrequency, band, frequencyHz, final);
 }
 
 void TuningState::setBandType(std::size_t band, std::uint8_t type) {
-    editBands(
-        band, FieldId::bandType, [&](EqBandParams& params) { params.type = type; }, true);
+    editSelected(FieldId::bandType, band, type, true);
 }
 
 void TuningState::setBandGainOrQ(std::size_t band, BandValue which, float value, bool final) {
-    if (which == BandValue::gain) {
-        editBands(
-            band, FieldId::bandGain, [&](EqBandParams& params) { params.gainDb = value; }, final);
-    } else {
-        editBands(
-            band, FieldId::bandQ, [&](EqBandParams& params) { params.q = value; }, final);
-    }
+    editSelected(which == BandValue::gain ? FieldId::bandGain : FieldId::bandQ, band, value, final);
 }
 
 void TuningState::setBandOff(std::size_t band, std::uint8_t off) {
-    if (band >= bandCount) {
-        return;
-    }
-    forSelectedChannels([&](RecordChannel channel) {
-        edited(channel).bands[band].off = off;
-        mirror(FieldId::bandOff, {channel.value, band});
-    });
-    finish(true);
+    editSelected(FieldId::bandOff, band, off, true);
 }
 
 void TuningState::setCrossover(std::size_t crossover, std::uint8_t kind, std::uint8_t order,
                                std::uint8_t enabled) {
-    constexpr std::array fields{FieldId::crossoverEnabled, FieldId::crossoverKind, FieldId::crossoverOrder};
-    const auto change = [&](CrossoverParams& params) {
-        params.kind = kind;
-        params.order = order;
-        params.enabled = enabled;
-    };
-    editCrossovers(crossover, fields, change, true);
+    editSelected(std::array<FieldValue, 3>{{{FieldId::crossoverEnabled, static_cast<double>(enabled)},
+                                            {FieldId::crossoverKind, static_cast<double>(kind)},
+                                            {FieldId::crossoverOrder, static_cast<double>(order)}}},
+                 crossover, true);
 }
 
 void TuningState::setCrossoverFrequency(std::size_t crossover, std::uint16_t frequencyHz, bool final) {
-    constexpr std::array fields{FieldId::crossoverFrequency};
-    editCrossovers(
-        crossover, fields, [&](CrossoverParams& params) { params.frequencyHz = frequencyHz; }, final);
+    editSelected(FieldId::crossoverFrequency, crossover, frequencyHz, final);
 }
 
 void TuningState::setLimiter(LimiterField which, std::int32_t value, bool final) {
@@ -168,74 +188,43 @@ void TuningState::setLimiter(LimiterField which, std::int32_t value, bool final)
     if (which == LimiterField::enable || which == LimiterField::disable) {
         value = which == LimiterField::enable ? 1 : 0;
     }
-    forSelectedChannels([&](RecordChannel channel) {
-        const FieldIndex index{channel.value, 0};
-        setStoredValue(editedSet(), fieldOf(fields[operation]), index, static_cast<double>(value));
-        mirror(fields[operation], index);
-    });
-    finish(final);
+    editSelected(fields[operation], 0, value, final);
 }
 
 void TuningState::setGroupGain(RecordChannel channel, float groupGainDb) {
-    if (channel.value >= channelCount) {
-        return;
-    }
-    edited(channel).groupGainDb = groupGainDb;
-    mirror(FieldId::groupGain, {channel.value, 0});
-    finish(true);
+    edit(FieldId::groupGain, {channel.value, 0}, groupGainDb, true);
 }
 
 void TuningState::setGroupDelay(RecordChannel channel, float groupDelayMs) {
-    if (channel.value >= channelCount) {
-        return;
-    }
-    edited(channel).groupDelayMs = groupDelayMs;
-    mirror(FieldId::groupDelay, {channel.value, 0});
-    finish(true);
+    edit(FieldId::groupDelay, {channel.value, 0}, groupDelayMs, true);
 }
 
 void TuningState::setGainGroup(RecordChannel channel, std::uint32_t group) {
-    setField(FieldId::gainGroup, {channel.value, 0}, static_cast<double>(group), true);
+    edit(FieldId::gainGroup, {channel.value, 0}, group, true);
 }
 
 void TuningState::setDelayGroup(RecordChannel channel, std::uint32_t group) {
-    setField(FieldId::delayGroup, {channel.value, 0}, static_cast<double>(group), true);
+    edit(FieldId::delayGroup, {channel.value, 0}, group, true);
 }
 
 void TuningState::setChannelFlag(RecordChannel channel, std::uint8_t value) {
-    setField(FieldId::channelFlag, {channel.value, 0}, static_cast<double>(value), true);
+    edit(FieldId::channelFlag, {channel.value, 0}, value, true);
 }
 
 void TuningState::setRouterSource(RecordChannel channel, std::uint8_t source) {
-    setField(FieldId::routerSource, {channel.value, 0}, static_cast<double>(source), true);
+    edit(FieldId::routerSource, {channel.value, 0}, source, true);
 }
 
 void TuningState::setInputBandGain(std::size_t inputBand, float gainDb, bool final) {
-    if (inputBand >= inputSectionCount) {
-        return;
+    if (inputBand < inputBandCount) {
+        edit(FieldId::inputBandGain, {inputBand, 0}, gainDb, final);
+    } else {
+        edit(FieldId::toneGain, {inputBand - inputBandCount, 0}, gainDb, final);
     }
-    const bool graphic = inputBand < inputBandCount;
-    const std::size_t index = graphic ? inputBand : inputBand - inputBandCount;
-    (graphic ? editedSet().inputEqBands[index] : editedSet().inputToneBands[index]).gainDb = gainDb;
-    mirror(graphic ? FieldId::inputBandGain : FieldId::toneGain, {index, 0});
-    computeInputBand(currentParameterSet(), inputBand);
-    showInputCurve();
-    finish(final);
 }
 
 void TuningState::setInputEqOn(bool on) {
-    editedSet().inputEqOn = on ? 1 : 0;
-    mirror(FieldId::inputEqOn);
-    finish(true);
-}
-
-void TuningState::setField(FieldId id, FieldIndex index, double storedValue, bool final) {
-    if (id == FieldId::recordSize || id >= FieldId::count || !contains(fieldOf(id), index)) {
-        return;
-    }
-    setStoredValue(editedSet(), fieldOf(id), index, storedValue);
-    mirror(id, index);
-    finish(final);
+    edit(FieldId::inputEqOn, {}, on ? 1 : 0, true);
 }
 
 void TuningState::setName(std::u16string_view name) {

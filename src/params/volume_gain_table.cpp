@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "base/saturate.h"
 #include "dsp/filter_kind.h"
-#include "dsp/saturate.h"
 
 namespace tessavo {
 

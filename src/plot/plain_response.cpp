@@ -2,8 +2,8 @@
 #include <cmath>
 #include <numbers>
 
+#include "base/saturate.h"
 #include "dsp/filter_kind.h"
-#include "dsp/saturate.h"
 #include "plot/response_terms.h"
 
 namespace tessavo {

@@ -4,7 +4,7 @@
 #include <array>
 #include <cmath>
 
-#include "dsp/saturate.h"
+#include "base/saturate.h"
 #include "plot/response_terms.h"
 
 namespace tessavo {

@@ -8,13 +8,12 @@
 #include <random>
 #include <string_view>
 
-#include "comm/target_commands.h"
+#include "comm/clip_layout.h"
 
 namespace tessavo {
 
-/// The clip state as the target sends it: four groups of eight channels, then the two amplifiers; non-zero =
-/// clipping.
-using ClipBytes = std::array<std::uint8_t, reply_layout::clipBytes>;
+/// The clip state as the target sends it: the entries of each stage, then the amplifiers; non-zero = clipping.
+using ClipBytes = std::array<std::uint8_t, clipStateSize>;
 
 /// Reads a pattern: 34 characters 0 or 1, spaces and tabs ignored.
 /// \return nothing for any other line

@@ -2,7 +2,8 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
+
+#include "base/number_text.h"
 
 namespace tessavo {
 
@@ -70,15 +71,6 @@ std::string knownNames() {
     return names;
 }
 
-std::optional<std::uint32_t> readNumber(std::string_view text) {
-    std::uint32_t value = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (text.empty() || error != std::errc{} || end != text.data() + text.size()) {
-        return std::nullopt;
-    }
-    return value;
-}
-
 }  // namespace
 
 std::string addFault(FaultPlan& plan, std::string_view text) {
@@ -99,7 +91,7 @@ std::string addFault(FaultPlan& plan, std::string_view text) {
     if (fault->argument == Argument::none) {
         return "fault " + std::string(name) + " takes no number";
     }
-    const auto value = readNumber(text.substr(equals + 1));
+    const auto value = wholeNumber<std::uint32_t>(text.substr(equals + 1));
     if (!value || *value < fault->smallest || *value > fault->largest) {
         return "fault " + std::string(name) + " takes a whole number from " +
                std::to_string(fault->smallest) + " to " + std::to_string(fault->largest) + ", not \"" +

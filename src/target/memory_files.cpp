@@ -4,8 +4,8 @@
 #include <optional>
 #include <system_error>
 
+#include "base/raw_file.h"
 #include "comm/target_commands.h"
-#include "params/raw_file.h"
 
 namespace tessavo {
 

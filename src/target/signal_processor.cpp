@@ -4,8 +4,8 @@
 #include <tuple>
 #include <utility>
 
+#include "base/md5.h"
 #include "comm/framing.h"
-#include "params/md5.h"
 #include "target/memory_files.h"
 #include "target/software_image.h"
 

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <variant>
 
+#include "base/number_text.h"
 #include "target/memory_files.h"
 #include "target/pty_target.h"
 #include "target/target_console_posix.h"
@@ -30,13 +31,10 @@ int fail(const std::string& problem) {
 
 /// Seconds with three decimals, in a column of its own.
 std::string column(std::chrono::milliseconds elapsed) {
-    constexpr std::size_t width = 7;
-    constexpr std::size_t decimals = 3;
-    std::string digits = std::to_string(elapsed.count());
-    digits.insert(0, decimals + 1 - std::min(digits.size(), decimals + 1), '0');
-    const std::string seconds = digits.substr(0, digits.size() - decimals);
-    const std::string padding(width - std::min(seconds.size(), width), ' ');
-    return padding + seconds + "." + digits.substr(digits.size() - decimals) + "  ";
+    constexpr std::size_t width = 11;
+    std::string seconds = fixedText(static_cast<double>(elapsed.count()) / 1000, 3);
+    seconds.insert(0, width - std::min(seconds.size(), width), ' ');
+    return seconds + "  ";
 }
 
 TargetLog makeLog(bool verbose) {

@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-#include "params/message_box.h"
+#include "base/message_box.h"
 #include "params/tuning_state.h"
 
 namespace tessavo {

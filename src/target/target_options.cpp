@@ -1,9 +1,10 @@
 #include "target/target_options.h"
 
 #include <CLI/CLI.hpp>
-#include <charconv>
 #include <string_view>
 #include <vector>
+
+#include "base/number_text.h"
 
 namespace tessavo {
 
@@ -25,28 +26,13 @@ Examples:
       Shows the first channel of each stage clipping.
 )";
 
-/// Reads a number of 32 bits, decimal or with 0x in front.
-std::optional<std::uint32_t> readVersion(std::string_view text) {
-    int base = 10;
-    if (text.starts_with("0x") || text.starts_with("0X")) {
-        base = 16;
-        text.remove_prefix(2);
-    }
-    std::uint32_t value = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value, base);
-    if (text.empty() || error != std::errc{} || end != text.data() + text.size()) {
-        return std::nullopt;
-    }
-    return value;
-}
-
 CLI::Option* addVersion(CLI::App& program, const std::string& name, std::uint32_t& version,
                         const std::string& what) {
     return program
         .add_option_function<std::string>(
             name,
             [&version, name](const std::string& text) {
-                const auto value = readVersion(text);
+                const auto value = prefixedNumber<std::uint32_t>(text);
                 if (!value) {
                     throw CLI::ValidationError(
                         name, "\"" + text + "\" is no number of 32 bits, decimal or like 0x00010006");

@@ -14,10 +14,10 @@
 #include "controls/skin_button.h"
 #include "controls/skin_combo_box.h"
 #include "controls/skin_message_box.h"
-#include "params/harness.h"
 #include "params/set_text.h"
 #include "params/settings_file.h"
-#include "params/temporary_folder.h"
+#include "support/harness.h"
+#include "support/temporary_folder.h"
 
 // The application object, which makes the toolkit's own: no other test of this program may have one.
 

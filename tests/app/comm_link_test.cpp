@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "pages/output/clip_poller.h"
-#include "params/harness.h"
+#include "support/harness.h"
 #include "target/in_process_port.h"
 
 // Who uses the line, and in which turn.

@@ -14,7 +14,7 @@
 #include "app/ui_file_dialogs.h"
 #include "controls/skin_button.h"
 #include "controls/skin_message_box.h"
-#include "params/temporary_folder.h"
+#include "support/temporary_folder.h"
 
 // The whole application with profiles that are of no use.
 

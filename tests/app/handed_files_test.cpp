@@ -5,11 +5,11 @@
 #include <future>
 #include <thread>
 
-#include "app/frame_fixture.h"
 #include "controls/bitmap_slider.h"
 #include "controls/skin_message_box.h"
-#include "controls/synthetic_events.h"
 #include "params/set_text.h"
+#include "support/frame_fixture.h"
+#include "support/synthetic_events.h"
 #include "target/in_process_port.h"
 
 // What becomes of the files of second starts.

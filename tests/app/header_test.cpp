@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <cstring>
 
-#include "app/frame_fixture.h"
-#include "params/md5.h"
+#include "params/image_digest.h"
 #include "params/set_text.h"
+#include "support/frame_fixture.h"
 
 // The controls above the tabs.
 

@@ -18,7 +18,7 @@
 #include "app/instance_channel.h"
 #include "app/instance_message.h"
 #include "app/ui_file_dialogs.h"
-#include "params/temporary_folder.h"
+#include "support/temporary_folder.h"
 
 // Those who come to the socket and want something else.
 

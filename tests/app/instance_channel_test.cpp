@@ -9,7 +9,7 @@
 
 #include "app/instance_message.h"
 #include "app/ui_file_dialogs.h"
-#include "params/temporary_folder.h"
+#include "support/temporary_folder.h"
 
 // What a second start says to the program that is open.
 

@@ -4,10 +4,10 @@
 #include <cstring>
 #include <thread>
 
-#include "app/frame_fixture.h"
 #include "app/status_line.h"
+#include "support/frame_fixture.h"
+#include "support/run_folder.h"
 #include "target/pty_target.h"
-#include "target/run_folder.h"
 
 // From the button to the target's memory and back to the status bar, over a real line.
 

@@ -11,11 +11,11 @@
 #include <QWindow>
 #include <cstring>
 
-#include "app/frame_fixture.h"
 #include "app/status_line.h"
 #include "controls/control_id.h"
-#include "controls/synthetic_events.h"
 #include "plot/chart/plot_dlg.h"
+#include "support/frame_fixture.h"
+#include "support/synthetic_events.h"
 
 // The window itself: its frame, menus, status bar, place and end.
 

@@ -7,7 +7,7 @@
 #include <thread>
 
 #include "app/ui_message_box.h"
-#include "controls/synthetic_events.h"
+#include "support/synthetic_events.h"
 
 // Boxes asked for by other threads.
 

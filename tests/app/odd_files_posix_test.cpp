@@ -14,7 +14,7 @@
 #include "app/ui_file_dialogs.h"
 #include "controls/skin_button.h"
 #include "controls/skin_message_box.h"
-#include "params/temporary_folder.h"
+#include "support/temporary_folder.h"
 
 // Pipes in the places of files that a start reads. A pipe that is opened in the usual way waits for its other
 // end; the alarm ends such a test instead of the patience of whoever runs it.

@@ -7,9 +7,9 @@
 #include <QWindow>
 #include <algorithm>
 
-#include "app/frame_fixture.h"
 #include "plot/chart/plot_dlg.h"
 #include "plot/response_curve.h"
+#include "support/frame_fixture.h"
 
 // Tabs, pages and the plot.
 

@@ -19,9 +19,9 @@
 #include "app/ui_file_dialogs.h"
 #include "controls/skin_button.h"
 #include "controls/skin_message_box.h"
-#include "params/harness.h"
 #include "params/settings_commands.h"
-#include "params/temporary_folder.h"
+#include "support/harness.h"
+#include "support/temporary_folder.h"
 
 // What stands around the frame: profile, file dialogs, document, the guard against a second program.
 

@@ -3,9 +3,9 @@
 #include <QTest>
 #include <cstring>
 
-#include "app/frame_fixture.h"
 #include "controls/note_mark.h"
 #include "plot/chart/plot_dlg.h"
+#include "support/frame_fixture.h"
 
 // What stands below the curve and at "Switch Mode".
 
@@ -166,8 +166,8 @@ TEST_F(Notes, TheInputCurveTellsWhatItDrawsOtherwise) {
     EXPECT_EQ(note(), QStringLiteral("Not drawn with BZT/MZT: Bass"));
     EXPECT_TRUE(modeNote().endsWith(QLatin1String("Input: all bands")));
     tuning.setInputBandGain(10, 6, true);
-    tuning.setField(FieldId::inputGain, {}, -6, true);
-    tuning.setField(FieldId::lineInGain, {}, 2, true);
+    tuning.edit(FieldId::inputGain, {}, -6, true);
+    tuning.edit(FieldId::lineInGain, {}, 2, true);
     EXPECT_EQ(note(), QStringLiteral("Left out: Gain, Line-In Gain"));
     for (const int tab : {1, 3, 4, 5}) {
         clickTab(tab);

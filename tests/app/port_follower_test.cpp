@@ -4,8 +4,8 @@
 #include <QTest>
 #include <map>
 
-#include "app/frame_fixture.h"
 #include "app/status_line.h"
+#include "support/frame_fixture.h"
 
 // The chosen port goes and comes, on a machine that the test makes up.
 

@@ -10,9 +10,9 @@
 #include "app/profile.h"
 #include "app/ui_file_dialogs.h"
 #include "controls/theme.h"
-#include "params/harness.h"
 #include "params/settings_file.h"
-#include "params/temporary_folder.h"
+#include "support/harness.h"
+#include "support/temporary_folder.h"
 
 // The program as a person starts it.
 

@@ -8,8 +8,8 @@
 #include <cstdint>
 #include <cstring>
 
-#include "app/frame_fixture.h"
 #include "params/settings_file.h"
+#include "support/frame_fixture.h"
 
 // Sets whose record is not valid, and the numbers of the sets.
 

@@ -15,9 +15,9 @@
 #include "app/ui_file_dialogs.h"
 #include "controls/theme.h"
 #include "params/settings_commands.h"
-#include "params/temporary_folder.h"
 #include "plot/chart/chart_host.h"
 #include "plot/chart/plot_dlg.h"
+#include "support/temporary_folder.h"
 
 // The whole window on the screen that the environment gives: ctest runs this on screens of several sizes and
 // scales.

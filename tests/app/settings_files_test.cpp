@@ -8,11 +8,11 @@
 #include <cstring>
 #include <functional>
 
-#include "app/frame_fixture.h"
 #include "app/ui_file_dialogs.h"
 #include "controls/bitmap_slider.h"
-#include "controls/synthetic_events.h"
 #include "params/set_text.h"
+#include "support/frame_fixture.h"
+#include "support/synthetic_events.h"
 
 // Open, Save, Export, the recent files, files from outside.
 

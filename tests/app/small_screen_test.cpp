@@ -2,9 +2,9 @@
 #include <QTabBar>
 #include <QTest>
 
-#include "app/frame_fixture.h"
 #include "app/narrow_view.h"
-#include "controls/synthetic_events.h"
+#include "support/frame_fixture.h"
+#include "support/synthetic_events.h"
 
 // The frame on screens that are too small for it.
 

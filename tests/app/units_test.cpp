@@ -3,10 +3,10 @@
 #include <map>
 #include <set>
 
-#include "app/frame_fixture.h"
 #include "controls/bitmap_slider.h"
 #include "controls/number_edit.h"
 #include "plot/chart/plot_dlg.h"
+#include "support/frame_fixture.h"
 
 // What a screen reader is told of the numbers.
 

@@ -47,8 +47,8 @@ TEST(CommandUsage, EveryCommandHasHelpWithAnExampleOfItself) {
 
 TEST(CommandUsage, TheHelpOfEditListsEveryWordOfAScript) {
     const CommandResult result = run({"edit", "--help"});
-    for (const std::string_view usage : scriptUsages()) {
-        EXPECT_THAT(result.out, HasSubstr("\n  " + std::string(usage) + "\n"));
+    for (const ScriptWord& word : scriptWords()) {
+        EXPECT_THAT(result.out, HasSubstr("\n  " + word.usage + "\n"));
     }
 }
 

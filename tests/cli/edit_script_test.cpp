@@ -12,6 +12,10 @@ namespace {
 
 using testing::HasSubstr;
 
+struct SilentBoxes final : IMessageBox {
+    BoxAnswer show(std::string_view, BoxIcon, BoxButtons) override { return BoxAnswer::ok; }
+};
+
 ScriptError errorOf(std::string_view text) {
     const auto parsed = parseScript(text);
     if (const auto* error = std::get_if<ScriptError>(&parsed)) {
@@ -29,22 +33,85 @@ Script scriptOf(std::string_view text) {
     return std::get<Script>(parsed);
 }
 
-template <typename Operation>
-Operation onlyOperation(std::string_view text) {
+/// The line that a text consists of, if it is one of that word.
+ScriptLine lineOf(std::string_view word, std::string_view arguments) {
+    const std::string text = std::string(word) + " " + std::string(arguments);
     const Script script = scriptOf(text);
-    if (script.size() != 1 || !std::holds_alternative<Operation>(script[0].edit)) {
-        ADD_FAILURE() << text << " is not that operation";
+    if (script.size() != 1 || script[0].word->name() != word) {
+        ADD_FAILURE() << text << " is not one line of that word";
         return {};
     }
-    return std::get<Operation>(script[0].edit);
+    return script[0];
+}
+
+/// A line that writes one field.
+struct Written {
+    FieldId field = FieldId::count;
+    double stored = 0;
+    FieldIndex index = {};
+};
+
+Written writtenBy(std::string_view word, std::string_view arguments) {
+    const ScriptLine line = lineOf(word, arguments);
+    if (line.values.size() != 1) {
+        ADD_FAILURE() << word << " " << arguments << " does not write one field";
+        return {};
+    }
+    return {line.values[0].field, line.values[0].stored, line.index};
+}
+
+double storedBy(std::string_view word, std::string_view arguments, FieldId field) {
+    const Written written = writtenBy(word, arguments);
+    EXPECT_EQ(written.field, field) << word << " " << arguments;
+    return written.stored;
 }
 
 TEST(EditScript, EachWordWithoutArgumentsTellsHowItIsWritten) {
-    const auto usages = scriptUsages();
-    EXPECT_EQ(usages.size(), std::variant_size_v<Edit>);
-    for (const std::string_view view : usages) {
-        const std::string usage(view);
-        EXPECT_THAT(errorOf(usage.substr(0, usage.find(' '))).message, HasSubstr("write: " + usage));
+    ASSERT_GE(scriptWords().size(), 19U);
+    for (const ScriptWord& word : scriptWords()) {
+        EXPECT_THAT(errorOf(word.name()).message, HasSubstr("write: " + word.usage));
+    }
+}
+
+TEST(EditScript, EveryWordOfACodeIsTakenAndStandsInTheUsage) {
+    std::size_t codes = 0;
+    for (const ScriptWord& word : scriptWords()) {
+        for (const WordField& each : word.fields) {
+            for (const FieldCode& code : fieldOf(each.field).codes) {
+                if (!code.script.empty()) {
+                    ++codes;
+                    EXPECT_THAT(word.usage,
+                                testing::ContainsRegex("[ |]" + std::string(code.script) + "( |[|]|$)"));
+                }
+            }
+        }
+    }
+    EXPECT_EQ(codes, 7U);
+    for (const FieldCode& code : fieldOf(FieldId::bandType).codes) {
+        EXPECT_EQ(storedBy("setBandType", "4 " + std::string(code.script), FieldId::bandType), code.code);
+    }
+    for (const FieldCode& kind : fieldOf(FieldId::crossoverKind).codes) {
+        for (const FieldCode& order : fieldOf(FieldId::crossoverOrder).codes) {
+            const ScriptLine line = lineOf(
+                "setCrossover", "0 " + std::string(kind.script) + " " + std::string(order.script) + " 1");
+            ASSERT_EQ(line.values.size(), 3U);
+            EXPECT_EQ(line.values[0].stored, kind.code);
+            EXPECT_EQ(line.values[1].stored, order.code);
+        }
+    }
+}
+
+TEST(EditScript, EveryFieldOfAWordMayBeEditedAtEachOfItsElements) {
+    SilentBoxes boxes;
+    TuningState tuning{boxes};
+    tuning.start();
+    for (const ScriptWord& word : scriptWords()) {
+        for (const WordField& each : word.fields) {
+            const Field& field = fieldOf(each.field);
+            forEachElement(field, [&](FieldIndex index) {
+                EXPECT_TRUE(tuning.edit(each.field, index, storedDefault(field, index), true)) << word.usage;
+            });
+        }
     }
 }
 
@@ -52,103 +119,116 @@ TEST(EditScript, EachWordWithoutArgumentsTellsHowItIsWritten) {
 // -----------------------------------------------------------------------------------
 
 TEST(EditScript, SetCountsFromOne) {
-    EXPECT_EQ(onlyOperation<edit::SelectSet>("set 1").setIndex, 0U);
-    EXPECT_EQ(onlyOperation<edit::SelectSet>("set 5").setIndex, 4U);
+    EXPECT_EQ(lineOf("set", "1").state, 0U);
+    EXPECT_EQ(lineOf("set", "5").state, 4U);
 }
 
 TEST(EditScript, ModeTakesTheThreeMethods) {
-    EXPECT_EQ(onlyOperation<edit::SelectMode>("mode BZT").filterMode, 0U);
-    EXPECT_EQ(onlyOperation<edit::SelectMode>("mode MZT").filterMode, 1U);
-    EXPECT_EQ(onlyOperation<edit::SelectMode>("mode BZT/MZT").filterMode, 2U);
+    EXPECT_EQ(lineOf("mode", "BZT").state, 0U);
+    EXPECT_EQ(lineOf("mode", "MZT").state, 1U);
+    EXPECT_EQ(lineOf("mode", "BZT/MZT").state, 2U);
 }
 
 TEST(EditScript, SelectTakesPagePositionsFromOne) {
-    EXPECT_EQ(onlyOperation<edit::SelectChannels>("select 1").mask, 0x80);
-    EXPECT_EQ(onlyOperation<edit::SelectChannels>("select 8 1 3").mask, 0xA1);
-    EXPECT_EQ(onlyOperation<edit::SelectChannels>("select 2 2").mask, 0x40);
-    EXPECT_EQ(onlyOperation<edit::SelectChannels>("select none").mask, 0);
-    EXPECT_EQ(onlyOperation<edit::SelectChannels>("select all").mask, 0xFF);
+    EXPECT_EQ(lineOf("select", "1").state, 0x80U);
+    EXPECT_EQ(lineOf("select", "8 1 3").state, 0xA1U);
+    EXPECT_EQ(lineOf("select", "2 2").state, 0x40U);
+    EXPECT_EQ(lineOf("select", "none").state, 0U);
+    EXPECT_EQ(lineOf("select", "all").state, 0xFFU);
 }
 
 TEST(EditScript, ChannelValuesReachBothEndsOfTheirRange) {
-    EXPECT_EQ(onlyOperation<edit::SetVolume>("setVolume -6").volumeDb, -6.0F);
-    EXPECT_EQ(onlyOperation<edit::SetVolume>("setVolume 18.0").volumeDb, 18.0F);
-    EXPECT_EQ(onlyOperation<edit::SetVolume>("setVolume 0.05").volumeDb, 0.05F);
-    EXPECT_EQ(onlyOperation<edit::SetDelay>("setDelay 0").delayMs, 0.0F);
-    EXPECT_EQ(onlyOperation<edit::SetDelay>("setDelay 2").delayMs, 2.0F);
-    EXPECT_EQ(onlyOperation<edit::SetInvertPhase>("setInvertPhase 1").value, 1);
-    EXPECT_EQ(onlyOperation<edit::SetInvertPhase>("setInvertPhase 0").value, 0);
+    EXPECT_EQ(storedBy("setVolume", "-6", FieldId::volume), -6.0F);
+    EXPECT_EQ(storedBy("setVolume", "18.0", FieldId::volume), 18.0F);
+    EXPECT_EQ(storedBy("setVolume", "0.05", FieldId::volume), 0.05F);
+    EXPECT_EQ(storedBy("setDelay", "0", FieldId::delay), 0.0F);
+    EXPECT_EQ(storedBy("setDelay", "2", FieldId::delay), 2.0F);
+    EXPECT_EQ(storedBy("setInvertPhase", "1", FieldId::invertPhase), 1);
+    EXPECT_EQ(storedBy("setInvertPhase", "0", FieldId::invertPhase), 0);
 }
 
 TEST(EditScript, GroupValuesTakeTheRecordChannelAsItIs) {
-    const auto gain = onlyOperation<edit::SetGroupGain>("setGroupGain 7 -1.5");
-    EXPECT_EQ(gain.channel.value, 7);
-    EXPECT_EQ(gain.groupGainDb, -1.5F);
-    const auto delay = onlyOperation<edit::SetGroupDelay>("setGroupDelay 0 0.5");
-    EXPECT_EQ(delay.channel.value, 0);
-    EXPECT_EQ(delay.groupDelayMs, 0.5F);
+    const Written gain = writtenBy("setGroupGain", "7 -1.5");
+    EXPECT_EQ(gain.field, FieldId::groupGain);
+    EXPECT_EQ(gain.index.outer, 7U);
+    EXPECT_EQ(gain.stored, -1.5F);
+    const Written delay = writtenBy("setGroupDelay", "0 0.5");
+    EXPECT_EQ(delay.field, FieldId::groupDelay);
+    EXPECT_EQ(delay.index.outer, 0U);
+    EXPECT_EQ(delay.stored, 0.5F);
 }
 
 TEST(EditScript, BandWords) {
-    const auto frequency = onlyOperation<edit::SetBandFrequency>("setBandFrequency 7 20000");
-    EXPECT_EQ(frequency.band, 7U);
-    EXPECT_EQ(frequency.frequencyHz, 20000);
-    EXPECT_EQ(onlyOperation<edit::SetBandType>("setBandType 0 high-shelf").type, 0);
-    EXPECT_EQ(onlyOperation<edit::SetBandType>("setBandType 0 low-shelf").type, 1);
-    EXPECT_EQ(onlyOperation<edit::SetBandType>("setBandType 0 peak").type, 2);
-    const auto gain = onlyOperation<edit::SetBandGainOrQ>("setBandGainOrQ 3 gain -18");
-    EXPECT_EQ(gain.which, BandValue::gain);
-    EXPECT_EQ(gain.value, -18.0F);
-    const auto q = onlyOperation<edit::SetBandGainOrQ>("setBandGainOrQ 3 q 0.1");
-    EXPECT_EQ(q.which, BandValue::q);
-    EXPECT_EQ(q.value, 0.1F);
-    EXPECT_EQ(onlyOperation<edit::SetBandOff>("setBandOff 2 1").off, 1);
+    const Written frequency = writtenBy("setBandFrequency", "7 20000");
+    EXPECT_EQ(frequency.field, FieldId::bandFrequency);
+    EXPECT_EQ(frequency.index.inner, 7U);
+    EXPECT_EQ(frequency.stored, 20000);
+    EXPECT_EQ(storedBy("setBandType", "0 high-shelf", FieldId::bandType), 0);
+    EXPECT_EQ(storedBy("setBandType", "0 low-shelf", FieldId::bandType), 1);
+    EXPECT_EQ(storedBy("setBandType", "0 peak", FieldId::bandType), 2);
+    EXPECT_EQ(storedBy("setBandGainOrQ", "3 gain -18", FieldId::bandGain), -18.0F);
+    EXPECT_EQ(storedBy("setBandGainOrQ", "3 q 0.1", FieldId::bandQ), 0.1F);
+    EXPECT_EQ(writtenBy("setBandGainOrQ", "3 q 0.1").index.inner, 3U);
+    EXPECT_EQ(storedBy("setBandOff", "2 1", FieldId::bandOff), 1);
 }
 
 TEST(EditScript, CrossoverWords) {
-    const auto crossover = onlyOperation<edit::SetCrossover>("setCrossover 1 lp 4 1");
-    EXPECT_EQ(crossover.crossover, 1U);
-    EXPECT_EQ(crossover.kind, 1);
-    EXPECT_EQ(crossover.order, 4);
-    EXPECT_EQ(crossover.enabled, 1);
-    EXPECT_EQ(onlyOperation<edit::SetCrossover>("setCrossover 0 hp 2 0").kind, 0);
-    EXPECT_EQ(onlyOperation<edit::SetCrossoverFrequency>("setCrossoverFrequency 0 80").frequencyHz, 80);
+    const ScriptLine crossover = lineOf("setCrossover", "1 lp 4 1");
+    EXPECT_EQ(crossover.index.inner, 1U);
+    ASSERT_EQ(crossover.values.size(), 3U);
+    EXPECT_EQ(crossover.values[0].field, FieldId::crossoverKind);
+    EXPECT_EQ(crossover.values[0].stored, 1);
+    EXPECT_EQ(crossover.values[1].field, FieldId::crossoverOrder);
+    EXPECT_EQ(crossover.values[1].stored, 4);
+    EXPECT_EQ(crossover.values[2].field, FieldId::crossoverEnabled);
+    EXPECT_EQ(crossover.values[2].stored, 1);
+    EXPECT_EQ(lineOf("setCrossover", "0 hp 2 0").values[0].stored, 0);
+    EXPECT_EQ(storedBy("setCrossoverFrequency", "0 80", FieldId::crossoverFrequency), 80);
 }
 
 TEST(EditScript, InputWords) {
-    const auto gain = onlyOperation<edit::SetInputBandGain>("setInputBandGain 12 -20");
-    EXPECT_EQ(gain.inputBand, 12U);
-    EXPECT_EQ(gain.gainDb, -20.0F);
-    EXPECT_TRUE(onlyOperation<edit::SetInputEqOn>("setInputEqOn 1").on);
-    EXPECT_FALSE(onlyOperation<edit::SetInputEqOn>("setInputEqOn 0").on);
+    const Written treble = writtenBy("setInputBandGain", "12 -20");
+    EXPECT_EQ(treble.field, FieldId::toneGain);
+    EXPECT_EQ(treble.index.outer, 2U);
+    EXPECT_EQ(treble.stored, -20.0F);
+    EXPECT_EQ(storedBy("setInputEqOn", "1", FieldId::inputEqOn), 1);
+    EXPECT_EQ(storedBy("setInputEqOn", "0", FieldId::inputEqOn), 0);
+}
+
+TEST(EditScript, InputBandsCountThroughTheGraphicAndThenTheToneBands) {
+    for (std::size_t number = 0; number < inputSectionCount; ++number) {
+        const Written written = writtenBy("setInputBandGain", std::to_string(number) + " 1");
+        const bool isTone = number >= inputBandCount;
+        EXPECT_EQ(written.field, isTone ? FieldId::toneGain : FieldId::inputBandGain) << number;
+        EXPECT_EQ(written.index.outer, isTone ? number - inputBandCount : number) << number;
+    }
 }
 
 TEST(EditScript, LimiterLevelsAreDecibelsAndStoredAsTenths) {
-    const auto gain = onlyOperation<edit::SetLimiter>("setLimiter gain -6.1");
-    EXPECT_EQ(gain.which, LimiterField::gain);
-    EXPECT_EQ(gain.value, -61);
-    EXPECT_EQ(onlyOperation<edit::SetLimiter>("setLimiter activate -40").value, -400);
-    EXPECT_EQ(onlyOperation<edit::SetLimiter>("setLimiter deactivate 0").which,
-              LimiterField::deactivateLevel);
-    EXPECT_EQ(onlyOperation<edit::SetLimiter>("setLimiter attack 200").value, 200);
-    EXPECT_EQ(onlyOperation<edit::SetLimiter>("setLimiter release 0").which, LimiterField::release);
-    EXPECT_EQ(onlyOperation<edit::SetLimiter>("setLimiter enabled 1").which, LimiterField::enable);
-    EXPECT_EQ(onlyOperation<edit::SetLimiter>("setLimiter enabled 0").which, LimiterField::disable);
+    EXPECT_EQ(storedBy("setLimiter", "gain -6.1", FieldId::limiterGain), -61);
+    EXPECT_EQ(storedBy("setLimiter", "activate -40", FieldId::limiterActivateLevel), -400);
+    EXPECT_EQ(storedBy("setLimiter", "deactivate 0", FieldId::limiterDeactivateLevel), 0);
+    EXPECT_EQ(storedBy("setLimiter", "attack 200", FieldId::limiterAttack), 200);
+    EXPECT_EQ(storedBy("setLimiter", "release 0", FieldId::limiterRelease), 0);
+    EXPECT_EQ(storedBy("setLimiter", "enabled 1", FieldId::limiterEnabled), 1);
+    EXPECT_EQ(storedBy("setLimiter", "enabled 0", FieldId::limiterEnabled), 0);
 }
 
 TEST(EditScript, RouterSource) {
-    const auto source = onlyOperation<edit::SetRouterSource>("setRouterSource 5 13");
-    EXPECT_EQ(source.channel.value, 5);
-    EXPECT_EQ(source.source, 13);
+    const Written source = writtenBy("setRouterSource", "5 13");
+    EXPECT_EQ(source.field, FieldId::routerSource);
+    EXPECT_EQ(source.index.outer, 5U);
+    EXPECT_EQ(source.stored, 13);
 }
 
 TEST(EditScript, NameIsTheRestOfTheLine) {
-    EXPECT_EQ(onlyOperation<edit::SetName>("setName  Front # 1  mid \t").name, u"Front # 1  mid");
-    EXPECT_EQ(onlyOperation<edit::SetName>("setName Stra\xC3\x9F"
-                                           "e \xF0\x9F\x9A\x97")
+    EXPECT_EQ(lineOf("setName", " Front # 1  mid \t").name, u"Front # 1  mid");
+    EXPECT_EQ(lineOf("setName",
+                     "Stra\xC3\x9F"
+                     "e \xF0\x9F\x9A\x97")
                   .name,
               u"Straße \U0001F697");
-    EXPECT_EQ(onlyOperation<edit::SetName>("setName #1").name, u"#1");
+    EXPECT_EQ(lineOf("setName", "#1").name, u"#1");
 }
 
 // --- every word, badly written
@@ -272,7 +352,7 @@ TEST(EditScript, AcceptsCommentsBlankLinesAndBothLineEnds) {
     ASSERT_EQ(script.size(), 3U);
     EXPECT_EQ(script[0].number, 4U);
     EXPECT_EQ(script[2].number, 6U);
-    EXPECT_EQ(std::get<edit::SelectChannels>(script[1].edit).mask, 0x80);
+    EXPECT_EQ(script[1].state, 0x80U);
 }
 
 TEST(EditScript, AnEmptyTextIsAnEmptyScript) {
@@ -309,7 +389,7 @@ TEST(EditScript, TheFirstErrorIsTheOneReported) {
 }
 
 TEST(EditScript, ANameOf31UnitsFits) {
-    EXPECT_EQ(onlyOperation<edit::SetName>("setName " + std::string(31, 'n')).name.size(), 31U);
+    EXPECT_EQ(lineOf("setName", std::string(31, 'n')).name.size(), 31U);
     const ScriptError error = errorOf("setName " + std::string(30, 'n') + "\xF0\x9F\x9A\x97");
     EXPECT_THAT(error.message, HasSubstr("32 UTF-16 units"));
 }
@@ -325,10 +405,6 @@ TEST(EditScript, UsesTheSetsItEditsAndTheLastOne) {
                 ElementsAre(2U, 4U));
     EXPECT_THAT(setsUsed(scriptOf("setVolume 0\nset 4")), ElementsAre(0U, 3U));
 }
-
-struct SilentBoxes final : IMessageBox {
-    BoxAnswer show(std::string_view, BoxIcon, BoxButtons) override { return BoxAnswer::ok; }
-};
 
 class ScriptRun : public testing::Test {
  protected:

@@ -10,9 +10,9 @@
 #include <unistd.h>
 
 #include "cli/cli_fixture.h"
-#include "cli/interruption.h"
 #include "comm/port_list.h"
 #include "comm/serial.h"
+#include "platform/process.h"
 
 // Ports that cannot be used, and a line on which nobody speaks. Files stand in for devices where the system
 // makes no difference.

@@ -1,10 +1,13 @@
 #include "cli/reporter.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <set>
 #include <sstream>
 #include <string>
 
 #include "cli/clip_report.h"
+#include "comm/clip_layout.h"
 
 namespace tessavo::cli {
 namespace {
@@ -114,6 +117,24 @@ TEST(ClipReport, EntriesFindTheirNames) {
         clipReport(state),
         "ADC                Vorne Links, Line-In Rechts\nInput EQ           -\nSignal Processing  Kanal 4\n"
         "Output EQ          Kanal 1, Kanal 8\nAmplifier 1        -\nAmplifier 2        clipping\n");
+}
+
+TEST(ClipReport, EachEntryOfAStageTellsOneNameAndEachNameIsTold) {
+    for (std::size_t stage = 0; stage < clipStages.size(); ++stage) {
+        std::multiset<std::string> told;
+        for (std::size_t entry = 0; entry < clipEntryCount; ++entry) {
+            ClipState state;
+            state.groups[stage][entry] = 1;
+            const std::string report = clipReport(state);
+            const std::string caption(clipStages[stage].caption);
+            const std::size_t start = report.find_first_not_of(' ', report.find(caption) + caption.size());
+            const std::string name = report.substr(start, report.find('\n', start) - start);
+            if (name != "-") {
+                told.insert(name);
+            }
+        }
+        EXPECT_THAT(told, testing::UnorderedElementsAreArray(clipStages[stage].names)) << stage;
+    }
 }
 
 }  // namespace

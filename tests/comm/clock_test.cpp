@@ -4,7 +4,7 @@
 #include <thread>
 #include <vector>
 
-#include "comm/elapsed.h"
+#include "support/elapsed.h"
 
 namespace tessavo {
 namespace {

@@ -6,7 +6,7 @@
 #include <gtest/gtest.h>
 #include <string_view>
 
-#include "comm/exchange_fixture.h"
+#include "support/exchange_fixture.h"
 
 namespace tessavo {
 namespace {

@@ -13,7 +13,7 @@
 #include <thread>
 
 #include "comm/line_server_protocol.h"
-#include "comm/pty_pair.h"
+#include "support/pty_pair.h"
 
 namespace tessavo::line_server {
 namespace {

@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 #include <thread>
 
-#include "comm/exchange_fixture.h"
+#include "support/exchange_fixture.h"
 
 // Who may use the line next, while live rounds and questions for the clip state both want it.
 

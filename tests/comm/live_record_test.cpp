@@ -4,8 +4,8 @@
 #include <cstring>
 #include <set>
 
-#include "comm/answering_port.h"
-#include "comm/exchange_fixture.h"
+#include "support/answering_port.h"
+#include "support/exchange_fixture.h"
 
 namespace tessavo::test {
 namespace {

@@ -2,8 +2,8 @@
 
 #include <cstring>
 
-#include "comm/exchange_fixture.h"
-#include "params/md5.h"
+#include "base/md5.h"
+#include "support/exchange_fixture.h"
 
 namespace tessavo::test {
 namespace {

@@ -4,10 +4,10 @@
 #include <mutex>
 #include <set>
 
-#include "comm/answering_port.h"
-#include "comm/exchange_fixture.h"
+#include "base/md5.h"
 #include "comm/live_worker.h"
-#include "params/md5.h"
+#include "support/answering_port.h"
+#include "support/exchange_fixture.h"
 
 // The worker's thread: how it ends, and what it reads while edits go on.
 

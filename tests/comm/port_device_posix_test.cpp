@@ -6,7 +6,7 @@
 #include "comm/fake_terminals_posix.h"
 #include "comm/port_list.h"
 #include "comm/port_watch.h"
-#include "comm/pty_pair.h"
+#include "support/pty_pair.h"
 
 namespace tessavo {
 namespace {

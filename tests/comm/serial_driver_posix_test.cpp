@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "comm/pty_pair.h"
 #include "comm/serial.h"
+#include "support/pty_pair.h"
 
 namespace tessavo {
 namespace {

@@ -1,11 +1,11 @@
 #include <gtest/gtest.h>
 #include <thread>
 
-#include "comm/elapsed.h"
 #include "comm/serial.h"
 #include "comm/serial_line.h"
 #include "comm/serial_overlapped.h"
 #include "comm/watched_port.h"
+#include "support/elapsed.h"
 
 namespace tessavo {
 namespace {

@@ -1,6 +1,6 @@
-#include "comm/pty_pair.h"
 #include "comm/serial.h"
 #include "comm/serial_line.h"
+#include "support/pty_pair.h"
 
 namespace tessavo {
 

@@ -8,9 +8,9 @@
 #include <unistd.h>
 #include <vector>
 
-#include "comm/pty_pair.h"
 #include "comm/serial.h"
 #include "comm/serial_native_posix.h"
+#include "support/pty_pair.h"
 
 namespace tessavo {
 namespace {

@@ -8,8 +8,8 @@
 #include <unistd.h>
 
 #include "comm/port_list.h"
-#include "comm/pty_pair.h"
 #include "comm/serial.h"
+#include "support/pty_pair.h"
 
 namespace tessavo {
 namespace {

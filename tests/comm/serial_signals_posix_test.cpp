@@ -2,9 +2,9 @@
 #include <gtest/gtest.h>
 #include <sys/time.h>
 
-#include "comm/elapsed.h"
-#include "comm/pty_pair.h"
 #include "comm/serial.h"
+#include "support/elapsed.h"
+#include "support/pty_pair.h"
 
 namespace tessavo {
 namespace {

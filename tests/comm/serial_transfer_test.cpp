@@ -4,10 +4,10 @@
 #include <string>
 #include <thread>
 
-#include "comm/elapsed.h"
 #include "comm/serial.h"
 #include "comm/serial_line.h"
 #include "comm/watched_port.h"
+#include "support/elapsed.h"
 
 namespace tessavo {
 namespace {

@@ -3,9 +3,9 @@
 #include <cstring>
 #include <fstream>
 
-#include "comm/exchange_fixture.h"
 #include "comm/live_worker.h"
-#include "params/md5.h"
+#include "params/image_digest.h"
+#include "support/exchange_fixture.h"
 
 namespace tessavo::test {
 namespace {

@@ -4,8 +4,8 @@
 #include <atomic>
 #include <thread>
 
-#include "comm/answering_port.h"
-#include "comm/exchange_fixture.h"
+#include "support/answering_port.h"
+#include "support/exchange_fixture.h"
 
 namespace tessavo::test {
 namespace {

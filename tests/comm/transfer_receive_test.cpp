@@ -1,6 +1,6 @@
 // What ReceiveFromTarget adds: the request frame, its answers, and the reply.
 
-#include "comm/exchange_fixture.h"
+#include "support/exchange_fixture.h"
 
 namespace tessavo::test {
 namespace {

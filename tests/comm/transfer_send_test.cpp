@@ -1,6 +1,6 @@
 // What SendToTarget adds: blocks, padding, the appended CRC and the answers to each block.
 
-#include "comm/exchange_fixture.h"
+#include "support/exchange_fixture.h"
 
 namespace tessavo::test {
 namespace {

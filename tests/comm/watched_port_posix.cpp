@@ -3,9 +3,9 @@
 #include <unistd.h>
 #include <utility>
 
-#include "comm/asleep.h"
 #include "comm/serial_native_posix.h"
 #include "comm/watched_port.h"
+#include "support/asleep.h"
 
 namespace tessavo {
 

@@ -8,7 +8,7 @@
 
 #include "controls/bitmap_slider.h"
 #include "controls/slider_host.h"
-#include "controls/synthetic_events.h"
+#include "support/synthetic_events.h"
 
 namespace tessavo {
 

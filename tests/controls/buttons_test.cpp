@@ -13,8 +13,8 @@
 #include "controls/skin_combo_box.h"
 #include "controls/skin_radio_button.h"
 #include "controls/skin_tab_bar.h"
-#include "controls/synthetic_events.h"
 #include "controls/theme.h"
+#include "support/synthetic_events.h"
 
 namespace tessavo {
 namespace {

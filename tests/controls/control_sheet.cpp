@@ -20,10 +20,10 @@
 #include "controls/skin_tab_bar.h"
 #include "controls/spin_edit.h"
 #include "controls/state_lamp.h"
-#include "controls/synthetic_events.h"
 #include "controls/text_edit_box.h"
 #include "controls/theme.h"
 #include "controls/transfer_line.h"
+#include "support/synthetic_events.h"
 
 namespace tessavo {
 namespace {

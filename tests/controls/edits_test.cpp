@@ -11,8 +11,8 @@
 #include "controls/number_edit.h"
 #include "controls/read_only_edit.h"
 #include "controls/spin_edit.h"
-#include "controls/synthetic_events.h"
 #include "controls/text_edit_box.h"
+#include "support/synthetic_events.h"
 
 namespace tessavo {
 namespace {

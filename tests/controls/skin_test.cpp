@@ -14,8 +14,8 @@
 #include "controls/skin_check_box.h"
 #include "controls/skin_combo_box.h"
 #include "controls/skin_radio_button.h"
-#include "controls/synthetic_events.h"
 #include "controls/theme.h"
+#include "support/synthetic_events.h"
 
 namespace tessavo {
 namespace {

@@ -7,8 +7,8 @@
 #include <gtest/gtest.h>
 
 #include "controls/control_id.h"
-#include "controls/synthetic_events.h"
 #include "controls/theme.h"
+#include "support/synthetic_events.h"
 
 namespace tessavo {
 namespace {

@@ -7,6 +7,8 @@
 #include <optional>
 #include <utility>
 
+#include "house/rooms.h"
+
 namespace tessavo::house {
 namespace {
 
@@ -83,10 +85,13 @@ std::map<std::string, std::set<std::string>> folderGraph(const SourceTree& tree)
 }  // namespace
 
 const Floors& houseFloors() {
-    static const Floors floors{
-        {"dsp", 1},    {"controls", 1},    {"plot", 2},         {"plot/chart", 3}, {"params", 3}, {"comm", 4},
-        {"target", 5}, {"pages/input", 5}, {"pages/output", 6}, {"cli", 6},        {"app", 7},
-    };
+    static const Floors floors = [] {
+        Floors all;
+        for (const Room& room : houseRooms()) {
+            all.emplace(room.folder, room.floor);
+        }
+        return all;
+    }();
     return floors;
 }
 

@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 #include <limits>
 
-#include "params/harness.h"
+#include "support/harness.h"
 
 namespace tessavo::testing {
 namespace {

@@ -6,7 +6,7 @@
 #include <map>
 #include <set>
 
-#include "params/harness.h"
+#include "support/harness.h"
 
 namespace tessavo::testing {
 namespace {

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "params/factory_defaults.h"
-#include "params/harness.h"
+#include "support/harness.h"
 
 namespace tessavo::testing {
 namespace {

@@ -5,7 +5,7 @@
 #include <thread>
 #include <utility>
 
-#include "params/harness.h"
+#include "support/harness.h"
 
 namespace tessavo::testing {
 namespace {
@@ -212,7 +212,7 @@ TEST_F(ImageCopyTest, EveryWriteOfTheImageHappensUnderTheLockThatACopyTakes) {
         [&] { state_.setRouterSource({4}, 12); },
         [&] { state_.setInputBandGain(3, 9, true); },
         [&] { state_.setInputEqOn(false); },
-        [&] { state_.setField(FieldId::pone, {}, -33, true); },
+        [&] { state_.edit(FieldId::pone, {}, -33, true); },
         [&] { state_.replaceStore(recordOf<ParameterStore>(store)); },
         [&] { state_.selectSet(2); },
         [&] { state_.replaceImage(recordOf<ParameterImage>(Bytes(imageSize, 9))); },

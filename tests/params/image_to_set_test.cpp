@@ -2,8 +2,8 @@
 #include <cmath>
 #include <gtest/gtest.h>
 
-#include "params/harness.h"
 #include "params/image_conversion.h"
+#include "support/harness.h"
 
 namespace tessavo::testing {
 namespace {

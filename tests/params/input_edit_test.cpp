@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 #include <limits>
 
-#include "params/harness.h"
 #include "plot/response_curve.h"
+#include "support/harness.h"
 
 namespace tessavo::testing {
 namespace {
@@ -115,7 +115,7 @@ TEST(InputEqSwitch, WritesRecordAndBothBypassBytesAndRaisesAPendingUpdate) {
     EXPECT_TRUE(tuning.display.curves.empty());
 }
 
-/// A field that setField() writes: where it lies in the record and in the image, and which bytes it gets.
+/// A field that edit() writes: where it lies in the record and in the image, and which bytes it gets.
 struct PlainField {
     FieldId id;
     std::size_t inner;
@@ -174,8 +174,8 @@ TEST(PlainFieldEdit, WritesTheFieldsBytesOfRecordAndImageAndNothingElse) {
             applyPatches(expectedStore, {{4 * setSize + field.recordOffset, field.recordBytes}});
             applyPatches(expectedImage, {{field.imageOffset, field.imageBytes}});
             const bool isOuter = fieldOf(field.id).outer.count > 1;
-            tuning.state.setField(field.id, isOuter ? FieldIndex{field.inner, 0} : FieldIndex{0, field.inner},
-                                  field.value, final);
+            tuning.state.edit(field.id, isOuter ? FieldIndex{field.inner, 0} : FieldIndex{0, field.inner},
+                              field.value, final);
             EXPECT_SAME_BYTES(tuning.store(), expectedStore);
             EXPECT_SAME_BYTES(tuning.image(), expectedImage);
             EXPECT_EQ(tuning.state.updatePending(), final);
@@ -187,14 +187,14 @@ TEST(PlainFieldEdit, WritesTheFieldsBytesOfRecordAndImageAndNothingElse) {
 TEST(PlainFieldEdit, SaturatesAndTruncates) {
     Tuning tuning;
     const auto stored = [&](FieldId id, double value, std::size_t offset) {
-        tuning.state.setField(id, {}, value, true);
+        tuning.state.edit(id, {}, value, true);
         return readAt<std::int16_t>(tuning.store(), offset);
     };
     EXPECT_EQ(stored(FieldId::pone, 1e9, 1906), 32767);
     EXPECT_EQ(stored(FieldId::pone, -1e9, 1906), -32768);
     EXPECT_EQ(stored(FieldId::pone, -99.9, 1906), -99);
     EXPECT_EQ(stored(FieldId::pone, std::numeric_limits<double>::quiet_NaN(), 1906), 0);
-    tuning.state.setField(FieldId::inputGain, {}, 1e9, true);
+    tuning.state.edit(FieldId::inputGain, {}, 1e9, true);
     EXPECT_EQ(readAt<std::int16_t>(tuning.image(), 4), 32767);
 }
 
@@ -202,9 +202,9 @@ TEST(PlainFieldEdit, OfAnElementThatDoesNotExistChangesNothing) {
     Tuning tuning;
     const Bytes store = tuning.store();
     const Bytes image = tuning.image();
-    tuning.state.setField(FieldId::pone, {1, 0}, 5, true);
-    tuning.state.setField(FieldId::pone, {0, 1}, 5, true);
-    tuning.state.setField(FieldId::decoderGain, {4, 4}, 5, true);
+    tuning.state.edit(FieldId::pone, {1, 0}, 5, true);
+    tuning.state.edit(FieldId::pone, {0, 1}, 5, true);
+    tuning.state.edit(FieldId::decoderGain, {4, 4}, 5, true);
     EXPECT_SAME_BYTES(tuning.store(), store);
     EXPECT_SAME_BYTES(tuning.image(), image);
 }

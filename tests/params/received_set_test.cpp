@@ -1,7 +1,7 @@
 #include <algorithm>
 #include <gtest/gtest.h>
 
-#include "params/harness.h"
+#include "support/harness.h"
 
 namespace tessavo::testing {
 namespace {
@@ -186,7 +186,7 @@ TEST_F(ReceivedSet, TakesTheChangedSourcesOfASetThatIsReadLaterAndNothingElse) {
         EXPECT_EQ(tuning_.store()[1568 + c], second[2916 + 4 * c]) << "record and image agree";
     }
     choose({0});
-    tuning_.state.setField(FieldId::roomSize, {}, 77, true);
+    tuning_.state.edit(FieldId::roomSize, {}, 77, true);
     choose({1, 0});
     EXPECT_SAME_BYTES(tuning_.image(), derived()) << "an edit ends it as ever";
 }
@@ -229,9 +229,9 @@ std::vector<OwnBytes> inputEdits() {
         {"setInputBandGain", [](TuningState& s) { s.setInputBandGain(4, 3, true); }, {{14, 1}, {30, 1}}},
         {"setInputBandGain tone", [](TuningState& s) { s.setInputBandGain(10, 3, true); }, {{7, 1}, {23, 1}}},
         {"setInputEqOn", [](TuningState& s) { s.setInputEqOn(true); }, {{6, 1}, {22, 1}}},
-        {"input gain", [](TuningState& s) { s.setField(FieldId::inputGain, {}, 12, true); }, {{4, 2}}},
-        {"room", [](TuningState& s) { s.setField(FieldId::roomSize, {}, 3, true); }, {{2948, 4}}},
-        {"pone", [](TuningState& s) { s.setField(FieldId::pone, {}, -77, true); }, {{2984, 2}}},
+        {"input gain", [](TuningState& s) { s.edit(FieldId::inputGain, {}, 12, true); }, {{4, 2}}},
+        {"room", [](TuningState& s) { s.edit(FieldId::roomSize, {}, 3, true); }, {{2948, 4}}},
+        {"pone", [](TuningState& s) { s.edit(FieldId::pone, {}, -77, true); }, {{2984, 2}}},
     };
 }
 
@@ -301,8 +301,8 @@ TEST_F(ReceivedSet, ComesBackAfterEditsOfWhatTheTargetDoesNotTakeAndOfOtherSets)
     const Bytes image = imageWithGroupTerms();
     receive(0, image);
     tuning_.state.setName(u"another");
-    tuning_.state.setField(FieldId::surroundOff, {}, 1, true);
-    tuning_.state.setField(FieldId::delaySize1Last, {}, 4, true);
+    tuning_.state.edit(FieldId::surroundOff, {}, 1, true);
+    tuning_.state.edit(FieldId::delaySize1Last, {}, 4, true);
     choose({1});
     tuning_.state.setVolume(7.0F, true);
     tuning_.state.setGroupGain({0}, 3.0F);
@@ -396,7 +396,7 @@ TEST(BypassBytes, AreThoseOfAReceivedImageAndStayWhenASetIsChosenThatWasNeverRec
 TEST(SizeWords, AreChangedByNothingButTheStartAndALoadedFile) {
     std::mt19937_64 random(15);
     Tuning tuning;
-    tuning.state.setField(FieldId::recordSize, {}, 7, true);
+    tuning.state.edit(FieldId::recordSize, {}, 7, true);
     EXPECT_FALSE(tuning.state.updatePending()) << "refused as a whole";
     Bytes store = randomStore(random);
     writeAt(store, 2 * setSize, std::uint32_t{0x1234});
@@ -409,7 +409,7 @@ TEST(SizeWords, AreChangedByNothingButTheStartAndALoadedFile) {
         ASSERT_EQ(readAt<std::uint32_t>(tuning.image(), 0), 3384U) << "before the conversion";
         tuning.state.imageToSet();
         for (std::size_t id = 0; id < fieldCount; ++id) {
-            tuning.state.setField(static_cast<FieldId>(id), {}, static_cast<double>(random() % 256), false);
+            tuning.state.edit(static_cast<FieldId>(id), {}, static_cast<double>(random() % 256), false);
         }
         tuning.state.selectSet(static_cast<std::uint32_t>(random() % 5));
         ASSERT_EQ(readAt<std::uint32_t>(tuning.image(), 0), 3384U);

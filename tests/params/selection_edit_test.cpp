@@ -3,8 +3,8 @@
 #include <limits>
 #include <optional>
 
-#include "params/harness.h"
 #include "plot/response_curve.h"
+#include "support/harness.h"
 
 namespace tessavo::testing {
 namespace {

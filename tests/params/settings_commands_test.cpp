@@ -5,8 +5,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "params/settings_fakes.h"
-#include "params/temporary_folder.h"
+#include "support/settings_fakes.h"
+#include "support/temporary_folder.h"
 
 namespace tessavo::testing {
 namespace {

@@ -12,10 +12,10 @@
 #include <utility>
 #include <vector>
 
-#include "params/raw_file.h"
-#include "params/settings_fakes.h"
+#include "base/raw_file.h"
 #include "params/settings_file.h"
-#include "params/temporary_folder.h"
+#include "support/settings_fakes.h"
+#include "support/temporary_folder.h"
 
 namespace {
 

@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 #include <limits>
 
-#include "params/harness.h"
 #include "params/volume_gain_table.h"
+#include "support/harness.h"
 
 namespace tessavo::testing {
 namespace {

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "params/harness.h"
+#include "support/harness.h"
 
 namespace tessavo::testing {
 namespace {
@@ -72,8 +72,8 @@ void editAtRandom(TuningState& state, Random& random) {
                 FieldId::inputGain,      FieldId::powerampGain, FieldId::preampGain, FieldId::roomSize,
                 FieldId::surroundMode,   FieldId::lineInGain,   FieldId::delaySize1, FieldId::delaySize2,
                 FieldId::compressorGain, FieldId::pone,         FieldId::lineOutUse, FieldId::surroundOff};
-            return state.setField(plain[random() % plain.size()], {},
-                                  static_cast<double>(random() % 300) - 150.0, final);
+            state.edit(plain[random() % plain.size()], {}, static_cast<double>(random() % 300) - 150.0,
+                       final);
         }
     }
 }

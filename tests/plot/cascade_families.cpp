@@ -6,10 +6,10 @@
 #include <memory>
 #include <numbers>
 
+#include "base/saturate.h"
 #include "dsp/coeff_bzt2.h"
 #include "dsp/coeff_bztmzt.h"
 #include "dsp/coeff_mzt.h"
-#include "dsp/saturate.h"
 #include "plot/response_terms.h"
 
 namespace tessavo::testing {

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 #include <random>
 
-#include "target/device_port.h"
+#include "support/device_port.h"
 
 // The transfer engine and the device, each written from its own side of the line, talk to each other.
 

@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 #include <random>
 
-#include "target/device_host.h"
+#include "support/device_host.h"
 
 namespace tessavo::test {
 namespace {

@@ -8,8 +8,8 @@
 
 #include "comm/port_list.h"
 #include "comm/serial_overlapped.h"
-#include "target/device_port.h"
-#include "target/waiting.h"
+#include "support/device_port.h"
+#include "support/waiting.h"
 
 // A whole host with the transfer engine at a target of the same program. Only the engine's pauses are left
 // out.

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "comm/port_list.h"
-#include "target/device_port.h"
+#include "support/device_port.h"
 #include "target/in_process_port.h"
 
 namespace tessavo::test {

@@ -9,8 +9,8 @@
 #include <unistd.h>
 
 #include "comm/port_list.h"
-#include "target/device_port.h"
-#include "target/run_folder.h"
+#include "support/device_port.h"
+#include "support/run_folder.h"
 
 // The program as a person starts it.
 

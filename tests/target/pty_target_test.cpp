@@ -12,9 +12,9 @@
 #include <unistd.h>
 
 #include "comm/port_list.h"
-#include "target/device_port.h"
-#include "target/run_folder.h"
-#include "target/waiting.h"
+#include "support/device_port.h"
+#include "support/run_folder.h"
+#include "support/waiting.h"
 
 // The real thing: pseudo-terminal, serial port and transfer engine. Only the engine's pauses are left out.
 

@@ -1,7 +1,7 @@
 #include <algorithm>
 #include <gtest/gtest.h>
 
-#include "target/device_host.h"
+#include "support/device_host.h"
 
 namespace tessavo::test {
 namespace {

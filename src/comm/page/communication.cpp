@@ -51,7 +51,7 @@ CCommunication::CCommunication(Parts parts, QWidget* parent)
     : CTabDialog(parent),
       parts_(std::move(parts)),
       commands_(parts_.tuning, parts_.transfers, parts_.boxes, readFileStart,
-                [this](const CommandReport& report) { emit commandReported(report); }) {
+                [this](const CommandReport& report) { Q_EMIT commandReported(report); }) {
     connect(&parts_.transfers, &ForegroundTransfers::started, this, &CCommunication::exchangeStarted);
     connect(&parts_.transfers, &ForegroundTransfers::ended, this, &CCommunication::exchangeEnded);
     OnInitDialog();

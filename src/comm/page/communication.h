@@ -5,13 +5,13 @@
 #include <string>
 #include <vector>
 
+#include "base/file_dialogs.h"
 #include "comm/clock.h"
 #include "comm/comm_log.h"
 #include "comm/page/foreground_transfers.h"
 #include "comm/target_commands.h"
 #include "controls/tab_dialog.h"
 #include "controls/ui_calls.h"
-#include "params/file_dialogs.h"
 
 class QLabel;
 
@@ -96,7 +96,7 @@ class CCommunication : public CTabDialog {
     [[nodiscard]] bool nothingToLose() const { return nothingToLose_; }
     void setNothingToLose(bool nothing) { nothingToLose_ = nothing; }
 
- signals:
+ Q_SIGNALS:
     /// What a command came to whose exchange was tried; before any box about it.
     void commandReported(const tessavo::CommandReport& report);
 

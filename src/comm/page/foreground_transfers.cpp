@@ -32,7 +32,7 @@ bool ForegroundTransfers::run(Activity activity, std::size_t blocks, const std::
     bool success = false;
     {
         const InputHold hold;
-        emit started(blocks);
+        Q_EMIT started(blocks);
         std::atomic<bool> over = false;
         std::thread thread;
         try {
@@ -61,7 +61,7 @@ bool ForegroundTransfers::run(Activity activity, std::size_t blocks, const std::
         QAbstractEventDispatcher::instance()->wakeUp();
     }
     activity_ = Activity::none;
-    emit ended(success);
+    Q_EMIT ended(success);
     return success;
 }
 

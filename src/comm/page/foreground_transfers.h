@@ -29,7 +29,7 @@ class ForegroundTransfers : public QObject, public ITransfers {
     [[nodiscard]] Activity activity() const { return activity_; }
     [[nodiscard]] bool running() const { return activity_ != Activity::none; }
 
- signals:
+ Q_SIGNALS:
     /// \param blocks that the exchange sends; 0 for one that reads
     void started(qulonglong blocks);
     /// running() is false by now.

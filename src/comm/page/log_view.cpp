@@ -184,7 +184,7 @@ void LogView::contextMenuEvent(QContextMenuEvent* event) {
         [selected = selectedText()] { QGuiApplication::clipboard()->setText(selected); });
     add("Copy Whole Log", any, [this] { QGuiApplication::clipboard()->setText(allText()); });
     menu.addSeparator();
-    add("Save As Text File...", any, [this] { emit saveAsked(); });
+    add("Save As Text File...", any, [this] { Q_EMIT saveAsked(); });
     menu.exec(event->globalPos());
 }
 

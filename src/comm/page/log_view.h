@@ -29,7 +29,7 @@ class LogView : public QAbstractItemView {
     void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
     [[nodiscard]] QModelIndex indexAt(const QPoint& point) const override;
 
- signals:
+ Q_SIGNALS:
     /// The context menu's item of that name was chosen.
     void saveAsked();
 

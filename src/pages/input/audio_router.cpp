@@ -3,6 +3,7 @@
 #include <QLabel>
 #include <algorithm>
 
+#include "base/saturate.h"
 #include "controls/bitmap_slider.h"
 #include "controls/control_id.h"
 #include "controls/note_mark.h"
@@ -13,7 +14,6 @@
 #include "controls/skin_group_box.h"
 #include "controls/spin_edit.h"
 #include "controls/state_lamp.h"
-#include "dsp/saturate.h"
 #include "pages/input/source_names.h"
 
 namespace tessavo {
@@ -61,9 +61,9 @@ void CAudioRouter::makeOutput() {
     SkinGroupBox* group = addGroup(QStringLiteral("Output"), {0, 8, 388, 440});
     QStringList names;
     std::vector<int> codes;
-    for (std::size_t source = 0; source < sourceNames.size(); ++source) {
-        names << sourceName(static_cast<std::uint8_t>(source));
-        codes.push_back(static_cast<int>(source));
+    for (const FieldCode& source : fieldOf(FieldId::routerSource).codes) {
+        names << sourceName(source.code);
+        codes.push_back(source.code);
     }
     for (int i = 0; i < static_cast<int>(channelCount); ++i) {
         const QString channel = QStringLiteral("Channel %1").arg(i + 1);
@@ -252,7 +252,7 @@ void CAudioRouter::updateMarks() {
 
 void CAudioRouter::toggleSurround() {
     const bool on = tuning().currentParameterSet().surroundOff == 1;
-    tuning().setField(FieldId::surroundOff, {}, on ? 0 : 1, true);
+    tuning().edit(FieldId::surroundOff, {}, on ? 0 : 1, true);
     showSurround(on);
     redrawWhole();
     for (std::size_t position = 0; position < channelCount; ++position) {

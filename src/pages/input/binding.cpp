@@ -5,12 +5,12 @@
 #include <algorithm>
 #include <cmath>
 
+#include "base/saturate.h"
 #include "controls/bitmap_slider.h"
 #include "controls/number_edit.h"
 #include "controls/skin_check_box.h"
 #include "controls/skin_combo_box.h"
 #include "controls/spin_edit.h"
-#include "dsp/saturate.h"
 #include "pages/input/box_marks.h"
 
 namespace tessavo {

@@ -74,7 +74,7 @@ std::optional<double> imageNumber(const TuningState& tuning, FieldId id, FieldIn
         case ImageRule::copy:
         case ImageRule::wholeNumber:
         case ImageRule::flag:
-        case ImageRule::raisedOnly:
+        case ImageRule::neverCleared:
         case ImageRule::allSets:
             break;
         default:

@@ -6,9 +6,9 @@
 #include <limits>
 #include <string>
 
+#include "base/saturate.h"
 #include "controls/bitmap_slider.h"
 #include "controls/number_edit.h"
-#include "dsp/saturate.h"
 #include "pages/input/box_marks.h"
 #include "pages/input/value_scale.h"
 

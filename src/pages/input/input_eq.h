@@ -2,8 +2,8 @@
 
 #include <array>
 
+#include "base/message_box.h"
 #include "pages/input/parameter_page.h"
-#include "params/message_box.h"
 
 namespace tessavo {
 

@@ -76,7 +76,7 @@ FieldIndex ParameterPage::elementOf(BoundField bound) const {
 }
 
 void ParameterPage::write(BoundField bound, double value, bool final) {
-    tuning_.setField(bound.field, elementOf(bound), storedFromShown(fieldOf(bound.field), value), final);
+    tuning_.edit(bound.field, elementOf(bound), storedFromShown(fieldOf(bound.field), value), final);
 }
 
 double ParameterPage::shown(BoundField bound) const {

@@ -1,19 +1,25 @@
 #include "pages/input/source_names.h"
 
+#include <array>
+
+#include "params/field_table.h"
+
 namespace tessavo {
 
 namespace {
 
-constexpr std::array<const char*, sourceNames.size()> shortNames{
-    "–", "FL", "FR", "C", "RL", "RR", "Sub", "FLC", "FRC", "LT", "RT", "LRT", "RLT", "RRT"};
+// In the order of the codes.
+constexpr std::array<const char*, 14> shortNames{"–",   "FL",  "FR", "C",  "RL",  "RR",  "Sub",
+                                                 "FLC", "FRC", "LT", "RT", "LRT", "RLT", "RRT"};
 
 }  // namespace
 
 QString sourceName(std::uint8_t source) {
-    if (source >= sourceNames.size()) {
+    const FieldCode* code = codeOf(fieldOf(FieldId::routerSource), source);
+    if (code == nullptr) {
         return QString::number(source);
     }
-    return QLatin1String(sourceNames[source].data(), static_cast<qsizetype>(sourceNames[source].size()));
+    return QLatin1String(code->shown.data(), static_cast<qsizetype>(code->shown.size()));
 }
 
 QString shortSourceName(std::uint8_t source) {

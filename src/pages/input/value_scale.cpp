@@ -5,7 +5,7 @@
 #include <charconv>
 #include <cmath>
 
-#include "dsp/saturate.h"
+#include "base/saturate.h"
 
 namespace tessavo {
 

@@ -205,7 +205,7 @@ void CClipDetectDlg::toggle() {
     lamp_->setLit(on);
     switchGroup_->setInCircuit(on);
     update();
-    emit switched(on);
+    Q_EMIT switched(on);
 }
 
 void CClipDetectDlg::noteAnswer() {

@@ -58,7 +58,7 @@ class CClipDetectDlg : public CTabDialog {
     /// User-interface thread.
     void noteNoAnswer();
 
- signals:
+ Q_SIGNALS:
     void switched(bool on);
 
  protected:

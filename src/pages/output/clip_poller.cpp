@@ -3,7 +3,7 @@
 #include <system_error>
 #include <utility>
 
-#include "pages/output/thread_priority.h"
+#include "platform/process.h"
 
 namespace tessavo {
 

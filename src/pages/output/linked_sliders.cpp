@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "dsp/saturate.h"
+#include "base/saturate.h"
 
 namespace tessavo {
 

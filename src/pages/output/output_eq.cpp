@@ -4,6 +4,7 @@
 #include <QLabel>
 #include <bit>
 
+#include "base/saturate.h"
 #include "comm/target_commands.h"
 #include "controls/bitmap_slider.h"
 #include "controls/number_edit.h"
@@ -12,7 +13,6 @@
 #include "controls/skin_combo_box.h"
 #include "controls/skin_group_box.h"
 #include "controls/slider_event.h"
-#include "dsp/saturate.h"
 #include "pages/output/channel_selection.h"
 #include "pages/output/output_eq_controls.h"
 

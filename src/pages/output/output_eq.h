@@ -3,8 +3,8 @@
 #include <array>
 #include <optional>
 
+#include "base/message_box.h"
 #include "pages/input/parameter_page.h"
-#include "params/message_box.h"
 
 namespace tessavo {
 

@@ -4,8 +4,8 @@
 #include <algorithm>
 #include <iterator>
 
+#include "base/number_text.h"
 #include "controls/theme.h"
-#include "plot/chart/number_text.h"
 
 namespace tessavo {
 namespace {
@@ -137,8 +137,8 @@ bool CAxisSettings::takeRange(const RangeRow& row, CAxis& axis, AxisScale scale)
     changed.setAutomatic(true);
     changed.setScale(scale);
     if (!row.automatic->isChecked()) {
-        const auto minimum = parseNumber(row.minimum->text());
-        const auto maximum = parseNumber(row.maximum->text());
+        const auto minimum = typedNumber(row.minimum->text().trimmed().toStdString());
+        const auto maximum = typedNumber(row.maximum->text().trimmed().toStdString());
         const RangeFault fault =
             minimum && maximum ? changed.setRange({*minimum, *maximum}) : RangeFault::notANumber;
         if (fault != RangeFault::none) {

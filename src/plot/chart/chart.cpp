@@ -5,8 +5,8 @@
 #include <limits>
 #include <utility>
 
+#include "base/number_text.h"
 #include "controls/theme.h"
-#include "plot/chart/number_text.h"
 
 namespace tessavo {
 namespace {
@@ -181,7 +181,7 @@ void CChart::setTitle(const QString& title, const QFont& font) {
     if (title_ != title || titleFont_ != font) {
         title_ = title;
         titleFont_ = font;
-        emit layoutChanged();
+        Q_EMIT layoutChanged();
     }
 }
 
@@ -202,9 +202,9 @@ void CChart::refitAfter(bool layoutTouched) {
         }
     }
     if (changed) {
-        emit layoutChanged();
+        Q_EMIT layoutChanged();
     }
-    emit dataChanged();
+    Q_EMIT dataChanged();
 }
 
 ChartLayout CChart::layoutFor(const QRectF& outer) const {

@@ -98,7 +98,7 @@ class CChart : public QObject {
     /// Whether any data set holds a value.
     [[nodiscard]] bool hasData() const;
 
- signals:
+ Q_SIGNALS:
     void dataChanged();    ///< values or styles of data sets
     void layoutChanged();  ///< ranges, ticks, titles or grids
 

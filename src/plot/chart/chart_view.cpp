@@ -13,10 +13,10 @@
 #include <algorithm>
 #include <cmath>
 
+#include "base/saturate.h"
 #include "controls/mem_dc.h"
 #include "controls/skin_painter.h"
 #include "controls/theme.h"
-#include "dsp/saturate.h"
 #include "plot/chart/chart_menu.h"
 #include "plot/chart/image_chart.h"
 #include "plot/chart/image_plot_settings_dialog.h"

@@ -4,7 +4,7 @@
 #include <cmath>
 #include <limits>
 
-#include "dsp/saturate.h"
+#include "base/saturate.h"
 #include "plot/chart/line_geometry.h"
 
 namespace tessavo {

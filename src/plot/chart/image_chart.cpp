@@ -4,8 +4,8 @@
 #include <cmath>
 #include <vector>
 
-#include "dsp/saturate.h"
-#include "plot/chart/number_text.h"
+#include "base/number_text.h"
+#include "base/saturate.h"
 
 namespace tessavo {
 
@@ -27,7 +27,7 @@ bool CImageChart::setPalette(int identifier) {
     const auto palette = CImagePalette::load(identifier);
     if (palette) {
         palette_ = *palette;
-        emit dataChanged();
+        Q_EMIT dataChanged();
     }
     return palette.has_value();
 }
@@ -35,14 +35,14 @@ bool CImageChart::setPalette(int identifier) {
 void CImageChart::setMaintainsAspectRatio(bool maintain) {
     if (maintainsAspectRatio_ != maintain) {
         maintainsAspectRatio_ = maintain;
-        emit layoutChanged();
+        Q_EMIT layoutChanged();
     }
 }
 
 void CImageChart::setScalesToWindow(bool scale) {
     if (scalesToWindow_ != scale) {
         scalesToWindow_ = scale;
-        emit layoutChanged();
+        Q_EMIT layoutChanged();
     }
 }
 

@@ -4,7 +4,7 @@
 #include <cmath>
 #include <vector>
 
-#include "dsp/saturate.h"
+#include "base/saturate.h"
 
 namespace tessavo {
 namespace {

@@ -12,15 +12,15 @@
 #include <optional>
 #include <vector>
 
+#include "base/number_text.h"
+#include "base/saturate.h"
 #include "controls/bitmap_slider.h"
 #include "controls/note_mark.h"
 #include "controls/number_edit.h"
 #include "controls/skin_button.h"
 #include "controls/slider_event.h"
 #include "controls/theme.h"
-#include "dsp/saturate.h"
 #include "plot/chart/dialog_parts.h"
-#include "plot/chart/number_text.h"
 
 namespace tessavo {
 namespace {
@@ -65,7 +65,7 @@ QString limitText(double value, const NumberEdit& box) {
 
 // A limit that nobody has changed has more digits than its text.
 std::optional<double> limitOf(const NumberEdit& box, double current) {
-    return box.text() == limitText(current, box) ? current : parseNumber(box.text());
+    return box.text() == limitText(current, box) ? current : typedNumber(box.text().trimmed().toStdString());
 }
 
 int wholeMiddle(const AxisRange& range) {
@@ -129,7 +129,7 @@ void CPlotDlg::setCurve(const ResponseCurve& curve) {
         }
     }
     chart_.setDataSetColor(curveIdentifier_, curveColor);
-    emit curveShown();
+    Q_EMIT curveShown();
 }
 
 void CPlotDlg::clearCurve() {
@@ -193,7 +193,7 @@ void CPlotDlg::closeEvent(QCloseEvent* event) {
     // A close that the system asks for twice is told once.
     if (isVisible()) {
         hide();
-        emit closedByUser();
+        Q_EMIT closedByUser();
     }
 }
 

@@ -44,7 +44,7 @@ class CPlotDlg : public CDialogSK, public ICurveDisplay {
     /// Shows the window in the middle of its screen, fitted into it.
     void showCentred();
 
- signals:
+ Q_SIGNALS:
     /// Another curve is shown.
     void curveShown();
     /// The person closed the window; it is hidden already.

@@ -7,8 +7,8 @@
 #include <cstdint>
 #include <span>
 
-#include "dsp/saturate.h"
-#include "plot/chart/number_text.h"
+#include "base/number_text.h"
+#include "base/saturate.h"
 
 namespace tessavo {
 namespace {

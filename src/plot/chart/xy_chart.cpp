@@ -5,8 +5,8 @@
 #include <limits>
 #include <vector>
 
+#include "base/number_text.h"
 #include "plot/chart/data_painting.h"
-#include "plot/chart/number_text.h"
 
 namespace tessavo {
 namespace {

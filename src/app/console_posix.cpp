@@ -1,7 +1,0 @@
-#include "app/console.h"
-
-namespace tessavo {
-
-void attachConsole() {}
-
-}  // namespace tessavo

@@ -1,9 +1,0 @@
-#include "app/display.h"
-
-namespace tessavo {
-
-bool hasDisplay() {
-    return true;
-}
-
-}  // namespace tessavo

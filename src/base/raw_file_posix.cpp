@@ -1,0 +1,224 @@
+#include <algorithm>
+#include <cerrno>
+#include <climits>
+#include <cstdio>
+#include <fcntl.h>
+#include <string>
+#include <sys/stat.h>
+#include <system_error>
+#include <unistd.h>
+
+#include "base/raw_file.h"
+
+namespace tessavo {
+
+namespace {
+
+constexpr std::size_t longestName = NAME_MAX;
+// As many as the system itself follows.
+constexpr int mostLinks = 40;
+// A pipe without another end, or a device that is not ready, must not keep the window waiting.
+constexpr int withoutWaiting = O_NONBLOCK | O_NOCTTY;
+
+class Descriptor {
+ public:
+    explicit Descriptor(int fd) : fd_(fd) {}
+    ~Descriptor() { close(); }
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+
+    [[nodiscard]] bool valid() const { return fd_ >= 0; }
+    [[nodiscard]] int get() const { return fd_; }
+    // False when the system could not keep what was written.
+    bool close() {
+        if (fd_ < 0) {
+            return true;
+        }
+        const int fd = fd_;
+        fd_ = -1;
+        return ::close(fd) == 0;
+    }
+
+ private:
+    int fd_;
+};
+
+// Opening a device may already do something to it, so what a path leads to is looked at before.
+bool leadsToRegularFile(const std::filesystem::path& path) {
+    struct stat status {};
+    return ::stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);
+}
+
+bool leadsToPipe(const std::filesystem::path& path) {
+    struct stat status {};
+    return ::stat(path.c_str(), &status) == 0 && S_ISFIFO(status.st_mode);
+}
+
+bool isRegularFile(int fd) {
+    struct stat status {};
+    return ::fstat(fd, &status) == 0 && S_ISREG(status.st_mode);
+}
+
+bool isPipe(int fd) {
+    struct stat status {};
+    return ::fstat(fd, &status) == 0 && S_ISFIFO(status.st_mode);
+}
+
+std::size_t writeAll(int fd, std::span<const std::uint8_t> bytes) {
+    std::size_t written = 0;
+    while (written < bytes.size()) {
+        const ssize_t count = ::write(fd, bytes.data() + written, bytes.size() - written);
+        if (count < 0 && errno == EINTR) {
+            continue;
+        }
+        if (count <= 0) {
+            break;
+        }
+        written += static_cast<std::size_t>(count);
+    }
+    return written;
+}
+
+// Network and full file systems report a failed write only here; files that cannot be synchronised are none
+// of those.
+bool flushToDevice(int fd) {
+    return ::fsync(fd) == 0 || errno == EINVAL || errno == EROFS;
+}
+
+// A name beside the file, so that renaming moves no bytes; a name as long as can be still leaves room for it.
+std::string temporaryName(const std::filesystem::path& path) {
+    const std::string suffix = ".part-" + std::to_string(::getpid());
+    std::string name = path.filename().string();
+    name.resize(std::min(name.size(), longestName - suffix.size()));
+    return (path.parent_path() / (name + suffix)).string();
+}
+
+// Where a path leads when it ends in links to something that is not there.
+std::filesystem::path behindLinks(std::filesystem::path path) {
+    for (int links = 0; links < mostLinks; ++links) {
+        std::error_code noLink;
+        const std::filesystem::path next = std::filesystem::read_symlink(path, noLink);
+        if (noLink) {
+            break;
+        }
+        path = path.parent_path() / next;
+    }
+    return path;
+}
+
+FileWrite writeExistingFile(const std::filesystem::path& path, std::span<const std::uint8_t> bytes) {
+    if (leadsToPipe(path)) {
+        errno = ENXIO;
+        return {};
+    }
+    Descriptor file(::open(path.c_str(), O_WRONLY | O_CLOEXEC | withoutWaiting));
+    if (!file.valid()) {
+        return {};
+    }
+    if (isPipe(file.get())) {
+        errno = ENXIO;
+        return {};
+    }
+    FileWrite result{true, writeAll(file.get(), bytes)};
+    const bool kept = flushToDevice(file.get());
+    if (!file.close() || !kept) {
+        result.written = 0;
+    }
+    return result;
+}
+
+enum class Placed { whole, taken, failed };
+
+// Gives a file its name, unless another has it already.
+Placed placeFile(const std::string& temporary, const std::filesystem::path& path) {
+    if (::link(temporary.c_str(), path.c_str()) == 0) {
+        ::unlink(temporary.c_str());
+        return Placed::whole;
+    }
+    if (errno == EEXIST) {
+        return Placed::taken;
+    }
+    // Not every file system gives a file two names.
+    return std::rename(temporary.c_str(), path.c_str()) == 0 ? Placed::whole : Placed::failed;
+}
+
+// What a program that was killed has left under this name is of no use to anybody.
+int makeTemporary(const std::string& name) {
+    constexpr int flags = O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW | withoutWaiting;
+    const int fd = ::open(name.c_str(), flags, 0666);
+    if (fd >= 0 || errno != EEXIST || ::unlink(name.c_str()) != 0) {
+        return fd;
+    }
+    return ::open(name.c_str(), flags, 0666);
+}
+
+FileWrite writeNewFile(const std::filesystem::path& path, std::span<const std::uint8_t> bytes) {
+    const std::string temporary = temporaryName(path);
+    FileWrite result;
+    {
+        Descriptor file(makeTemporary(temporary));
+        if (!file.valid()) {
+            return result;
+        }
+        result.opened = true;
+        result.written = writeAll(file.get(), bytes);
+        const bool kept = flushToDevice(file.get());
+        if (!file.close() || !kept) {
+            result.written = 0;
+        }
+    }
+    const Placed placed = result.written == bytes.size() ? placeFile(temporary, path) : Placed::failed;
+    if (placed != Placed::whole) {
+        ::unlink(temporary.c_str());
+        result.written = 0;
+    }
+    return placed == Placed::taken ? writeExistingFile(path, bytes) : result;
+}
+
+std::optional<FileStart> readFrom(int fd, std::size_t limit) {
+    FileStart start;
+    struct stat status {};
+    if (::fstat(fd, &status) == 0 && S_ISREG(status.st_mode)) {
+        start.fileSize = static_cast<std::uintmax_t>(status.st_size);
+    }
+    start.bytes.resize(limit);
+    std::size_t size = 0;
+    while (size < limit) {
+        const ssize_t count = ::read(fd, start.bytes.data() + size, limit - size);
+        if (count < 0 && errno == EINTR) {
+            continue;
+        }
+        if (count < 0) {
+            return std::nullopt;
+        }
+        if (count == 0) {
+            break;
+        }
+        size += static_cast<std::size_t>(count);
+    }
+    start.bytes.resize(size);
+    return start;
+}
+
+}  // namespace
+
+std::optional<FileStart> readFileStart(const std::filesystem::path& path, std::size_t limit) {
+    if (!leadsToRegularFile(path)) {
+        return std::nullopt;
+    }
+    // Another file may stand there meanwhile.
+    const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | withoutWaiting));
+    return file.valid() && isRegularFile(file.get()) ? readFrom(file.get(), limit) : std::nullopt;
+}
+
+std::optional<FileStart> readStreamStart(const std::filesystem::path& path, std::size_t limit) {
+    const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    return file.valid() ? readFrom(file.get(), limit) : std::nullopt;
+}
+
+FileWrite writeFileStart(const std::filesystem::path& path, std::span<const std::uint8_t> bytes) {
+    const FileWrite result = writeExistingFile(path, bytes);
+    return !result.opened && errno == ENOENT ? writeNewFile(behindLinks(path), bytes) : result;
+}
+
+}  // namespace tessavo

@@ -1,0 +1,152 @@
+#include <windows.h>
+
+#include <algorithm>
+#include <string>
+
+#include "base/raw_file.h"
+
+namespace tessavo {
+
+namespace {
+
+class FileHandle {
+ public:
+    explicit FileHandle(HANDLE handle) : handle_(handle) {}
+    ~FileHandle() { close(); }
+    FileHandle(const FileHandle&) = delete;
+    FileHandle& operator=(const FileHandle&) = delete;
+
+    [[nodiscard]] bool valid() const { return handle_ != INVALID_HANDLE_VALUE; }
+    [[nodiscard]] HANDLE get() const { return handle_; }
+    void close() {
+        if (valid()) {
+            CloseHandle(handle_);
+            handle_ = INVALID_HANDLE_VALUE;
+        }
+    }
+
+ private:
+    HANDLE handle_;
+};
+
+bool isPipe(HANDLE file) {
+    return GetFileType(file) == FILE_TYPE_PIPE;
+}
+
+// Consoles and serial ports have names that look like files; they open at once, but a read may wait for ever.
+bool isRegularFile(HANDLE file) {
+    return GetFileType(file) == FILE_TYPE_DISK;
+}
+
+constexpr std::size_t largestStep = 1U << 20U;
+
+std::size_t writeAll(HANDLE file, std::span<const std::uint8_t> bytes) {
+    std::size_t written = 0;
+    while (written < bytes.size()) {
+        DWORD count = 0;
+        const auto step = static_cast<DWORD>(std::min(bytes.size() - written, largestStep));
+        if (WriteFile(file, bytes.data() + written, step, &count, nullptr) == 0 || count == 0) {
+            break;
+        }
+        written += count;
+    }
+    return written;
+}
+
+FileWrite writeInPlace(const std::filesystem::path& path, std::span<const std::uint8_t> bytes,
+                       DWORD disposition) {
+    const FileHandle file(CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, disposition,
+                                      FILE_ATTRIBUTE_NORMAL, nullptr));
+    if (!file.valid()) {
+        return {};
+    }
+    if (isPipe(file.get())) {
+        SetLastError(ERROR_BAD_FILE_TYPE);
+        return {};
+    }
+    FileWrite result{true, writeAll(file.get(), bytes)};
+    if (FlushFileBuffers(file.get()) == 0) {
+        result.written = 0;
+    }
+    return result;
+}
+
+FileWrite writeNewFile(const std::filesystem::path& path, std::span<const std::uint8_t> bytes) {
+    const std::wstring temporary = path.wstring() + L".part-" + std::to_wstring(GetCurrentProcessId());
+    FileWrite result;
+    {
+        FileHandle file(CreateFileW(temporary.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_ALWAYS,
+                                    FILE_ATTRIBUTE_NORMAL, nullptr));
+        if (!file.valid()) {
+            return result;
+        }
+        result.opened = true;
+        result.written = writeAll(file.get(), bytes);
+        if (FlushFileBuffers(file.get()) == 0) {
+            result.written = 0;
+        }
+    }
+    if (result.written != bytes.size() ||
+        MoveFileExW(temporary.c_str(), path.c_str(), MOVEFILE_WRITE_THROUGH) == 0) {
+        const DWORD reason = GetLastError();
+        DeleteFileW(temporary.c_str());
+        if (result.written == bytes.size() &&
+            (reason == ERROR_ALREADY_EXISTS || reason == ERROR_FILE_EXISTS)) {
+            // A file has appeared meanwhile, or the name is a link to one that is not there yet.
+            return writeInPlace(path, bytes, OPEN_ALWAYS);
+        }
+        result.written = 0;
+    }
+    return result;
+}
+
+HANDLE openForReading(const std::filesystem::path& path) {
+    return CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
+                       FILE_ATTRIBUTE_NORMAL, nullptr);
+}
+
+std::optional<FileStart> readFrom(HANDLE file, std::size_t limit) {
+    FileStart start;
+    LARGE_INTEGER length{};
+    if (isRegularFile(file) && GetFileSizeEx(file, &length) != 0) {
+        start.fileSize = static_cast<std::uintmax_t>(length.QuadPart);
+    }
+    start.bytes.resize(limit);
+    std::size_t size = 0;
+    while (size < limit) {
+        DWORD count = 0;
+        const auto step = static_cast<DWORD>(std::min(limit - size, largestStep));
+        if (ReadFile(file, start.bytes.data() + size, step, &count, nullptr) == 0) {
+            // The other end of a pipe is closed: that is its end.
+            if (GetLastError() != ERROR_BROKEN_PIPE) {
+                return std::nullopt;
+            }
+            break;
+        }
+        if (count == 0) {
+            break;
+        }
+        size += count;
+    }
+    start.bytes.resize(size);
+    return start;
+}
+
+}  // namespace
+
+std::optional<FileStart> readFileStart(const std::filesystem::path& path, std::size_t limit) {
+    const FileHandle file(openForReading(path));
+    return file.valid() && isRegularFile(file.get()) ? readFrom(file.get(), limit) : std::nullopt;
+}
+
+std::optional<FileStart> readStreamStart(const std::filesystem::path& path, std::size_t limit) {
+    const FileHandle file(openForReading(path));
+    return file.valid() ? readFrom(file.get(), limit) : std::nullopt;
+}
+
+FileWrite writeFileStart(const std::filesystem::path& path, std::span<const std::uint8_t> bytes) {
+    const FileWrite result = writeInPlace(path, bytes, OPEN_EXISTING);
+    return !result.opened && GetLastError() == ERROR_FILE_NOT_FOUND ? writeNewFile(path, bytes) : result;
+}
+
+}  // namespace tessavo

@@ -1,0 +1,131 @@
+#pragma once
+
+#include <QWidget>
+#include <deque>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <map>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "app/ui_message_box.h"
+#include "comm/live_worker.h"
+#include "comm/page/communication.h"
+#include "comm/page/log_lines.h"
+#include "comm/page/log_view.h"
+#include "comm/serial.h"
+#include "controls/read_only_edit.h"
+#include "controls/skin_button.h"
+#include "controls/skin_check_box.h"
+#include "controls/skin_combo_box.h"
+#include "controls/transfer_line.h"
+#include "support/device_port.h"
+#include "support/settings_fakes.h"
+#include "support/temporary_folder.h"
+
+namespace tessavo::testing {
+
+/// Lets events pass until the condition holds, at most a minute.
+bool passEventsUntil(const std::function<bool()>& condition);
+
+/// A port whose other end is exchanged between two exchanges.
+class SwitchedPort final : public CSerial {
+ public:
+    /// \param port what the exchanges to come use; null for a port that does not open
+    void plug(CSerial* port) { port_ = port; }
+
+    std::uint32_t Open(const std::wstring& deviceName, std::uint32_t inQueue, std::uint32_t outQueue,
+                       bool overlapped) override {
+        return port_ == nullptr ? serial_result::fileNotFound
+                                : port_->Open(deviceName, inQueue, outQueue, overlapped);
+    }
+    std::uint32_t Close() override { return port_ == nullptr ? serial_result::success : port_->Close(); }
+    std::uint32_t Setup(std::uint32_t baudRate, std::uint8_t dataBits, int parity, std::uint8_t stopBits,
+                        int dtrMode) override {
+        return port_->Setup(baudRate, dataBits, parity, stopBits, dtrMode);
+    }
+    std::uint32_t SetupReadTimeouts(int mode) override { return port_->SetupReadTimeouts(mode); }
+    std::uint32_t Write(const void* data, std::size_t size, std::uint32_t* written,
+                        SerialOverlapped* overlapped, std::uint32_t timeoutMs) override {
+        return port_->Write(data, size, written, overlapped, timeoutMs);
+    }
+    std::uint32_t Read(void* data, std::size_t size, std::uint32_t* read, SerialOverlapped* overlapped,
+                       std::uint32_t timeoutMs) override {
+        return port_->Read(data, size, read, overlapped, timeoutMs);
+    }
+
+ private:
+    CSerial* port_ = nullptr;
+};
+
+/// The page on a line to a simulated target, all in virtual time. The exchanges run on threads of their own
+/// all the same.
+class PageBench : public ::testing::Test, private ICommLog {
+ protected:
+    PageBench();
+    ~PageBench() override;
+
+    /// A new target with these faults takes the old one's place, with its memory, and the page is made anew.
+    void plugIn(const std::vector<std::string>& faults);
+    /// As plugIn(), but the page stays. Between two exchanges.
+    void exchangeTarget(const std::vector<std::string>& faults);
+    /// Makes the page once more.
+    void makePage();
+
+    template <typename Control>
+    Control& control(int id) {
+        auto* found = page->findChild<Control*>(QStringLiteral("id%1").arg(id));
+        if (found == nullptr) {
+            throw std::logic_error("no control " + std::to_string(id));
+        }
+        return *found;
+    }
+    CxSkinButton& button(int id) { return control<CxSkinButton>(id); }
+    CxSkinButton& saveButton(int set) { return button(comm_id::firstSave + set); }
+    CxSkinButton& loadButton(int set) { return button(comm_id::firstLoad + set); }
+    SkinCheckBox& filter(int id) { return control<SkinCheckBox>(id); }
+    CReadOnlyEdit& field(int id) { return control<CReadOnlyEdit>(id); }
+    SkinComboBox& ports() { return control<SkinComboBox>(comm_id::portList); }
+    TransferLine& line() { return control<TransferLine>(comm_id::transferLine); }
+    LogView& log() { return control<LogView>(comm_id::log); }
+
+    void click(QWidget& target);
+    void choosePort(int index);
+    /// Switches Live Mode and sends the image as the worker does.
+    void goLive();
+    [[nodiscard]] LogLines logLines();
+
+    [[nodiscard]] ImageBytes imageBytes() const;
+    [[nodiscard]] const TargetMemory& memory() const { return device->memory(); }
+    /// A file of this size with bytes that depend on their place.
+    std::filesystem::path imageFile(const std::string& name, std::size_t size);
+
+    TemporaryFolder folder;
+    std::vector<std::string> shown;  ///< texts of the boxes
+    UiMessageBox boxes;
+    Tuning tuning;
+    FakeDialogs dialogs;
+    std::unique_ptr<TargetDevice> device;
+    test::VirtualClock clock;
+    std::unique_ptr<test::DevicePort> port;
+    SwitchedPort switchedPort;
+    bool portOpens = true;
+    CSemaphore lock;
+    std::unique_ptr<TransferEngine> engine;
+    std::unique_ptr<ForegroundTransfers> transfers;
+    std::vector<std::string> portsThere{"COM3", "COM5", "COM12"};
+    std::string lastPort;
+    std::map<std::string, std::string> descriptions;  ///< of ports, by name
+    std::vector<std::string> used;                    ///< port names that the page gave out
+    std::vector<std::string> remembered;              ///< those that a person chose
+    int refreshes = 0;
+    QWidget window;
+    CCommunication* page = nullptr;
+
+ private:
+    void log(LogKind kind, std::string_view text) override;
+};
+
+}  // namespace tessavo::testing

@@ -1,0 +1,11 @@
+#include <ctime>
+
+#include "comm/page/processor_time.h"
+
+namespace tessavo::testing {
+
+double processorSeconds() {
+    return static_cast<double>(std::clock()) / CLOCKS_PER_SEC;
+}
+
+}  // namespace tessavo::testing

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QAbstractButton>
+#include <QDialog>
+#include <QLineEdit>
+#include <QTest>
+#include <gtest/gtest.h>
+
+#include "plot/chart/chart_helpers.h"
+#include "plot/chart/xy_chart.h"
+
+namespace tessavo::chart_test {
+
+inline void type(QLineEdit* edit, const QString& text) {
+    ASSERT_NE(edit, nullptr);
+    edit->setFocus();
+    edit->selectAll();
+    QTest::keyClicks(edit, text);
+}
+
+inline void click(QAbstractButton* clicked) {
+    ASSERT_NE(clicked, nullptr);
+    QTest::mouseClick(clicked, Qt::LeftButton);
+}
+
+/// A response chart and a host for its dialogs.
+class SettingsDialogs : public testing::Test {
+ protected:
+    SettingsDialogs() { setUpResponseAxes(chart_); }
+
+    void open(QDialog& dialog) {
+        dialog.show();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
+    }
+
+    FakeHost host_;
+    CXYChart chart_;
+};
+
+}  // namespace tessavo::chart_test
