@@ -28,7 +28,7 @@ bool isOddFile(const QString& path) {
 QString oddFileOfUser() {
     for (const QString& folder : QStandardPaths::standardLocations(QStandardPaths::GenericConfigLocation)) {
         for (const QString& name : {maker + QLatin1Char('/') + tool, maker}) {
-            const QString path = QStringLiteral("%1/%2.conf").arg(folder, name);
+            QString path = QStringLiteral("%1/%2.conf").arg(folder, name);
             if (isOddFile(path)) {
                 return path;
             }

@@ -42,7 +42,7 @@ class Binding : public QObject {
     ///
     /// \param inForce value of the record
     /// \param played what plays in its place, as a sentence; empty where it plays
-    virtual void mark(double /*inForce*/, const QString& /*played*/) {}
+    virtual void mark([[maybe_unused]] double inForce, [[maybe_unused]] const QString& played) {}
     /// That sentence for an element of a field.
     [[nodiscard]] virtual QString played(const TuningState& tuning, FieldId field, FieldIndex index) const;
 
