@@ -21,6 +21,7 @@ function(tessavo_precompile target)
   if(TESSAVO_PRECOMPILE)
     target_precompile_headers(${target} PRIVATE ${ARGN})
     # Lets the compiler's cache see which header a source was compiled with.
-    target_compile_options(${target} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-fpch-preprocess>)
+    target_compile_options(${target} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-fpch-preprocess>
+                                             "$<$<CXX_COMPILER_ID:Clang>:SHELL:-Xclang -fno-pch-timestamp>")
   endif()
 endfunction()

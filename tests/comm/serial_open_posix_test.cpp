@@ -93,12 +93,16 @@ TEST(SerialOpen, ImpossibleNamesAreRefused) {
 TEST(SerialOpen, NoFreeDescriptorIsAnErrorOfItsOwn) {
     const PtyPair line;
     CSerial port;
+    CSerial withoutCancel;
+    // The sanitizer looks at an object's type the first time that it is used, and needs a descriptor for that.
+    ASSERT_EQ(port.GetBaudrate(), -1);
+    ASSERT_EQ(withoutCancel.Open(L"", 0, 0, true), serial_result::fileNotFound);
+    withoutCancel.ClearCancel();
     rlimit former{};
     ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &former), 0);
     const rlimit none{0, former.rlim_max};
     ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &none), 0);
     const std::uint32_t opened = port.Open(line.path(), 0, 0, true);
-    CSerial withoutCancel;
     const std::uint32_t openedWithout = withoutCancel.Open(line.path(), 0, 0, true);
     withoutCancel.Cancel();
     withoutCancel.ClearCancel();

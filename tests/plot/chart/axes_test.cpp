@@ -310,9 +310,9 @@ TEST(LargeLabels, KeepClearOfTheTitles) {
     setUpResponseAxes(chart);
     changeLook(chart, AxisSide::left, [](AxisLook& look) { look.labelFont.setPixelSize(40); });
     const QFontMetricsF title(chart.axis(AxisSide::left).look().titleFont);
-    const auto& ticks = layoutOf(chart).ticksOf(AxisSide::left);
+    const ChartLayout layout = layoutOf(chart);
     double highest = size.height();
-    for (const PlacedTick& placed : ticks) {
+    for (const PlacedTick& placed : layout.ticksOf(AxisSide::left)) {
         highest = placed.label.isEmpty() ? highest : std::min(highest, placed.labelBox.top());
     }
     // Above the topmost label there is the title's row.
