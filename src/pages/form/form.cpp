@@ -182,7 +182,7 @@ void Form::bind(const ControlRow& row, QWidget& parent, Controls&&... controls) 
     if constexpr (std::is_base_of_v<SliderBinding, Kind>) {
         sliders_[row.identifier] = binding.get();
     }
-    if constexpr (std::is_base_of_v<SliderBinding, Kind> || std::is_same_v<NumberBinding, Kind>) {
+    if constexpr (std::is_base_of_v<NumberBinding, Kind>) {
         if (typing_) {
             binding->setTyping(*typing_);
         }
