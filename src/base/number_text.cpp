@@ -86,9 +86,11 @@ NumberStart numberAtStart(std::string_view text) {
         return {};
     }
     if (error == std::errc::result_out_of_range) {
-        // Too large or too small: the sign of the exponent tells which.
+        // Too large or too small: the sign of the exponent tells which, without one a digit before the point.
         const std::size_t exponent = number.find_first_of("eE");
-        const bool tiny = exponent != std::string::npos && number[exponent + 1] == '-';
+        const bool tiny = exponent != std::string::npos
+                              ? number[exponent + 1] == '-'
+                              : number.find_first_of("123456789.") == number.find('.');
         value = tiny ? 0 : std::copysign(std::numeric_limits<double>::infinity(), number[0] == '-' ? -1 : 1);
     }
     return {value, true, end == last};

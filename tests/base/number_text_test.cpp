@@ -88,6 +88,8 @@ TEST(NumberText, TheStartOfATextIsReadByTheSameRules) {
         EXPECT_EQ(start.value, each.value) << each.text;
         EXPECT_EQ(start.isWhole, each.isWhole) << each.text;
     }
+    EXPECT_EQ(numberAtStart("-0." + std::string(400, '0') + "1 dB").value, 0);
+    EXPECT_EQ(numberAtStart(std::string(400, '9') + ".5 dB").value, infinite);
     for (const std::string_view text : {"", " ", "abc", "+-5", "++5", "--5", "-", "e5", ",", "dB 5"}) {
         const NumberStart start = numberAtStart(text);
         EXPECT_FALSE(start.isThere || start.isWhole) << text;

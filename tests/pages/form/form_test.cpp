@@ -192,8 +192,9 @@ TEST_F(FormTest, HiddenGroupsHoldWhatHasNoPlace) {
 }
 
 TEST_F(FormTest, TakesInWhatThePageHasMadeItself) {
-    const ControlRows rows{{.kind = ControlKind::group, .caption = "Card", .place = {10, 20, 200, 100}},
-                           {.kind = ControlKind::own, .identifier = 9, .name = "Log", .place = {20, 40, 50, 30}}};
+    const ControlRows rows{
+        {.kind = ControlKind::group, .caption = "Card", .place = {10, 20, 200, 100}},
+        {.kind = ControlKind::own, .identifier = 9, .name = "Log", .place = {20, 40, 50, 30}}};
     form.build(rows);
     auto* own = new QWidget;
     form.adopt(rows[1], *own);

@@ -25,10 +25,9 @@ TEST(ControlRows, AListHasTheWordsOfItsFieldInTheOrderOfTheRow) {
                 ElementsAre("0 High Shelf", "1 Low Shelf", "2 Peak"));
     EXPECT_THAT(wordsOf({.kind = ControlKind::combo, .field = FieldId::bandType, .codes = {1, 2, 0}}),
                 ElementsAre("1 Low Shelf", "2 Peak", "0 High Shelf"));
-    EXPECT_THAT(wordsOf({.kind = ControlKind::combo,
-                         .field = FieldId::turnOffDelayOn,
-                         .entries = {"Off", "On"}}),
-                ElementsAre("0 Off", "1 On"));
+    EXPECT_THAT(
+        wordsOf({.kind = ControlKind::combo, .field = FieldId::turnOffDelayOn, .entries = {"Off", "On"}}),
+        ElementsAre("0 Off", "1 On"));
     EXPECT_THAT(wordsOf({.kind = ControlKind::combo, .entries = {"two", "four"}, .codes = {2, 4}}),
                 ElementsAre("2 two", "4 four"));
     EXPECT_THAT(wordsOf({.kind = ControlKind::spin, .field = FieldId::surroundMode}), ElementsAre())
@@ -36,15 +35,15 @@ TEST(ControlRows, AListHasTheWordsOfItsFieldInTheOrderOfTheRow) {
 }
 
 TEST(ControlRows, TheInnermostGroupBeforeARowIsAroundIt) {
-    const ControlRows rows{{.kind = ControlKind::group, .caption = "card", .place = {0, 0, 100, 100}},
-                           {.kind = ControlKind::group, .caption = "inset", .place = {10, 10, 50, 50}},
-                           {.kind = ControlKind::check, .place = {20, 20, 10, 10}},
-                           {.kind = ControlKind::check, .place = {55, 20, 10, 10}},
-                           {.kind = ControlKind::check, .place = {95, 20, 10, 10}},
-                           {.kind = ControlKind::group, .caption = "unseen", .place = {0, 0, 100, 100},
-                            .isHidden = true},
-                           {.kind = ControlKind::check},
-                           {.kind = ControlKind::check, .place = {70, 70, 10, 10}}};
+    const ControlRows rows{
+        {.kind = ControlKind::group, .caption = "card", .place = {0, 0, 100, 100}},
+        {.kind = ControlKind::group, .caption = "inset", .place = {10, 10, 50, 50}},
+        {.kind = ControlKind::check, .place = {20, 20, 10, 10}},
+        {.kind = ControlKind::check, .place = {55, 20, 10, 10}},
+        {.kind = ControlKind::check, .place = {95, 20, 10, 10}},
+        {.kind = ControlKind::group, .caption = "unseen", .place = {0, 0, 100, 100}, .isHidden = true},
+        {.kind = ControlKind::check},
+        {.kind = ControlKind::check, .place = {70, 70, 10, 10}}};
     EXPECT_EQ(groupAround(rows, rows[0]), nullptr);
     EXPECT_EQ(groupAround(rows, rows[1]), &rows[0]);
     EXPECT_EQ(groupAround(rows, rows[2]), &rows[1]);
