@@ -216,47 +216,48 @@ void COutputEQ::showEvent(QShowEvent* event) {
 }
 
 FieldIndex COutputEQ::elementOf(BoundField bound) const {
-    return {shownChannel_.value, bound.part};
+    return {shownChannel_.value, bound.element};
 }
 
 FieldIndex COutputEQ::markedElement(BoundField bound) const {
-    return {lastChosen().value_or(shownChannel_).value, bound.part};
+    return {lastChosen().value_or(shownChannel_).value, bound.element};
 }
 
 void COutputEQ::write(BoundField bound, double value, bool final) {
     switch (bound.field) {
         case FieldId::bandFrequency:
-            tuning().setBandFrequency(bound.part, truncateTo<std::uint16_t>(value), final);
+            tuning().setBandFrequency(bound.element, truncateTo<std::uint16_t>(value), final);
             break;
         case FieldId::bandGain:
-            tuning().setBandGainOrQ(bound.part, BandValue::gain, static_cast<float>(value), final);
+            tuning().setBandGainOrQ(bound.element, BandValue::gain, static_cast<float>(value), final);
             break;
         case FieldId::bandQ:
-            tuning().setBandGainOrQ(bound.part, BandValue::q, static_cast<float>(value), final);
+            tuning().setBandGainOrQ(bound.element, BandValue::q, static_cast<float>(value), final);
             break;
         case FieldId::bandType:
-            tuning().setBandType(bound.part, truncateTo<std::uint8_t>(value));
+            tuning().setBandType(bound.element, truncateTo<std::uint8_t>(value));
             break;
         case FieldId::bandOff:
-            tuning().setBandOff(bound.part, truncateTo<std::uint8_t>(value));
+            tuning().setBandOff(bound.element, truncateTo<std::uint8_t>(value));
             break;
         case FieldId::crossoverFrequency:
-            tuning().setCrossoverFrequency(bound.part, truncateTo<std::uint16_t>(value), final);
+            tuning().setCrossoverFrequency(bound.element, truncateTo<std::uint16_t>(value), final);
             break;
         case FieldId::crossoverOrder: {
             // The frequency is written and shown again with the new order, as if its slider had moved. The
             // edit that is sent comes last: it must not leave with an older frequency.
-            const CBitmapSlider& slider = crossovers_[bound.part].frequency->slider();
-            tuning().setCrossoverFrequency(bound.part, truncateTo<std::uint16_t>(slider.position()), false);
-            writeCrossover(bound.part);
+            const CBitmapSlider& slider = crossovers_[bound.element].frequency->slider();
+            tuning().setCrossoverFrequency(bound.element, truncateTo<std::uint16_t>(slider.position()),
+                                           false);
+            writeCrossover(bound.element);
             QCoreApplication::postEvent(
-                this, new SliderEvent(SliderEvent::moved, crossoverIds[bound.part].frequency.slider,
+                this, new SliderEvent(SliderEvent::moved, crossoverIds[bound.element].frequency.slider,
                                       slider.position()));
             break;
         }
         case FieldId::crossoverEnabled:
         case FieldId::crossoverKind:
-            writeCrossover(bound.part);
+            writeCrossover(bound.element);
             break;
         case FieldId::volume:
             tuning().setVolume(static_cast<float>(value), final);

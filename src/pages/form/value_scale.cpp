@@ -1,10 +1,9 @@
-#include "pages/input/value_scale.h"
+#include "pages/form/value_scale.h"
 
 #include <algorithm>
-#include <array>
-#include <charconv>
 #include <cmath>
 
+#include "base/number_text.h"
 #include "base/saturate.h"
 
 namespace tessavo {
@@ -225,12 +224,8 @@ QString exactText(const ValueScale& scale, double value) {
     if (static_cast<float>(valueAt(scale, position)) == single) {
         return textAt(scale, position);
     }
-    std::array<char, 64> digits{};
-    char* const last = digits.data() + digits.size();
     const bool isSingle = std::isnan(value) || double{single} == value;
-    const auto written =
-        isSingle ? std::to_chars(digits.data(), last, single) : std::to_chars(digits.data(), last, value);
-    return QString::fromLatin1(digits.data(), written.ptr - digits.data());
+    return QString::fromStdString(isSingle ? shortestText(single) : shortestText(value));
 }
 
 QString numberText(double value, int decimals) {
