@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "base/number_text.h"
+#include "cli/command_table.h"
 #include "comm/framing.h"
 #include "comm/target_commands.h"
 #include "comm/transfer_timing.h"
@@ -23,6 +24,14 @@ namespace {
 
 std::string hex(std::uint32_t value) {
     return "0x" + hexNumber(value, 2);
+}
+
+std::string lowerCase(std::string_view text) {
+    std::string lower(text);
+    std::ranges::transform(lower, lower.begin(), [](char letter) {
+        return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
+    });
+    return lower;
 }
 
 std::string typeName(FieldType type) {
@@ -182,24 +191,22 @@ std::string controlTable() {
 }
 
 std::string commandTable() {
-    const auto digest = std::to_string(reply_layout::imageDigest);
-    return table({"Code", "Command", "Frame", "Payload", "Reply payload"},
-                 {{std::to_string(command_code::saveSet), "save the live set as set n", "type 1",
-                   "code, set number, MD5 of the image (18 bytes)", "none"},
-                  {std::to_string(command_code::readSet), "read set n", "type 3", "code, set number",
-                   "image at 0, MD5 of it at " + digest},
-                  {std::to_string(command_code::readVersions), "read versions", "type 3", "code",
-                   "hardware version (u32) at " + std::to_string(reply_layout::hardwareVersion) +
-                       ", software version (u32) at " + std::to_string(reply_layout::softwareVersion)},
-                  {std::to_string(command_code::readClipState), "read clip state", "type 3", "code",
-                   std::to_string(clipStateSize) + " bytes: four groups of eight, two amplifiers"},
-                  {std::to_string(command_code::confirmLiveSet), "confirm the live set", "type 3", "code",
-                   "first " + std::to_string(reply_layout::confirmationBytes) + " bytes all " +
-                       hex(reply_layout::confirmation)},
-                  {"none", "live image", "type 5",
-                   "image (" + std::to_string(parameterImageSize) + " bytes), its MD5", "none"},
-                  {"none", "software image", "type 2",
-                   "at most " + std::to_string(softwareImageLimit) + " bytes, then their CRC-16", "none"}});
+    std::vector<Row> rows;
+    for (const TargetMessage& message : targetMessages()) {
+        rows.push_back({message.code ? std::to_string(*message.code) : "none", std::string(message.name),
+                        "type " + std::to_string(message.frameType), message.payload,
+                        message.reply.empty() ? "none" : message.reply});
+    }
+    return table({"Code", "Command", "Frame", "Payload", "Reply payload"}, rows);
+}
+
+std::string programCommandTable() {
+    std::vector<Row> rows;
+    for (const cli::CommandRow& row : cli::commandTable()) {
+        const std::string example = "tessavoctl " + row.example;
+        rows.push_back({quoted(std::string_view(example)), row.purpose});
+    }
+    return table({"For example", "What the command does"}, rows);
 }
 
 std::string timingTable() {
@@ -218,15 +225,14 @@ std::string timingTable() {
 }
 
 std::string surroundDelayTable() {
-    constexpr std::array<const char*, surroundModeCount> modes{"0 music club", "1 concert hall", "2 stadium"};
     Row head{"Surround mode"};
     for (std::size_t room = 0; room < roomSizeCount; ++room) {
         head.push_back("Room size " + std::to_string(room));
     }
     std::vector<Row> rows;
-    for (std::size_t mode = 0; mode < surroundModeCount; ++mode) {
-        Row row{modes[mode]};
-        for (const std::uint16_t delayMs : startingSurroundDelays[mode]) {
+    for (const FieldCode& mode : fieldOf(FieldId::surroundMode).codes) {
+        Row row{std::to_string(mode.code) + " " + lowerCase(mode.shown)};
+        for (const std::uint16_t delayMs : startingSurroundDelays.at(mode.code)) {
             row.push_back(std::to_string(delayMs));
         }
         rows.push_back(std::move(row));
@@ -255,6 +261,7 @@ std::map<std::string, std::string> documentTables() {
                    {"frames", frameTable()},
                    {"control", controlTable()},
                    {"commands", commandTable()},
+                   {"commands of tessavoctl", programCommandTable()},
                    {"timing", timingTable()},
                    {"surround delays", surroundDelayTable()},
                    {"rooms", roomTable()}});

@@ -4,13 +4,15 @@
 #include <bit>
 #include <cmath>
 #include <cstdlib>
+#include <string_view>
 #include <utility>
+
+#include "dsp/filter_methods.h"
 
 namespace tessavo {
 
 namespace {
 
-constexpr std::array<const char*, 3> methodNames{"BZT", "MZT", "BZT/MZT"};
 constexpr std::array<const char*, inputSectionCount> inputNames{
     "60 Hz", "170 Hz", "310 Hz", "600 Hz", "1K", "3K", "6K", "12K", "14K", "16K", "Bass", "Mid", "Treble"};
 constexpr std::uint32_t wordOfZeroDb = 1U << 24U;
@@ -70,7 +72,8 @@ QString sectionsText(const ForeignWords::Channel& channel) {
 }
 
 QString methodName(const TuningState& tuning) {
-    return QLatin1String(methodNames.at(tuning.filterMode()));
+    const std::string_view name = filterMethodNames.at(tuning.filterMode());
+    return QLatin1String(name.data(), static_cast<qsizetype>(name.size()));
 }
 
 }  // namespace

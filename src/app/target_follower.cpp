@@ -1,6 +1,7 @@
 #include "app/target_follower.h"
 
 #include <algorithm>
+#include <array>
 
 namespace tessavo {
 
@@ -39,39 +40,43 @@ bool surelyWithoutEffect(ExchangeEnd end, std::size_t blocksTaken) {
            (end == ExchangeEnd::lineBusy || end == ExchangeEnd::portNotOpened || end == ExchangeEnd::refused);
 }
 
-QString setName(std::uint8_t targetSet) {
-    return targetSet == 0 ? QStringLiteral("default set") : QStringLiteral("set %1").arg(targetSet);
+/// What the status line tells of a command. Those for a set begin with its name.
+struct CommandWords {
+    Command command;
+    const char* subject;  ///< null for a command for a set
+    const char* done;
+    const char* failed;
+    const char* uncertain;  ///< failed, but perhaps not without effect
+};
+
+constexpr auto commandWords = std::to_array<CommandWords>({
+    {Command::saveSet, nullptr, " saved", " not saved", " may not be saved"},
+    {Command::readSet, nullptr, " read", " not read", " not read"},
+    {Command::readVersions, "versions", " read", " not read", " not read"},
+    {Command::sendSoftware, "software image", " sent", " not sent", " may be incomplete"},
+});
+
+QString wordsOf(const CommandReport& report, const char* CommandWords::*outcome) {
+    const CommandWords& words = commandWords.at(static_cast<std::size_t>(report.command));
+    const QString subject = words.subject != nullptr ? QLatin1String(words.subject)
+                            : report.targetSet == 0  ? QStringLiteral("default set")
+                                                     : QStringLiteral("set %1").arg(report.targetSet);
+    return subject + QLatin1String(words.*outcome);
 }
 
-QString doneWords(const CommandReport& report) {
-    switch (report.command) {
-        case Command::saveSet:
-            return setName(report.targetSet) + QStringLiteral(" saved");
-        case Command::readSet:
-            return setName(report.targetSet) + QStringLiteral(" read");
-        case Command::sendSoftware:
-            return QStringLiteral("software image sent");
-        case Command::readVersions:
-            break;
+constexpr bool everyCommandHasItsWords() {
+    if (commandWords.size() != static_cast<std::size_t>(Command::count)) {
+        return false;
     }
-    return QStringLiteral("versions read");
+    for (std::size_t i = 0; i < commandWords.size(); ++i) {
+        if (commandWords[i].command != static_cast<Command>(i)) {
+            return false;
+        }
+    }
+    return true;
 }
 
-QString failedWords(const CommandReport& report, bool certain) {
-    switch (report.command) {
-        case Command::saveSet:
-            return setName(report.targetSet) +
-                   (certain ? QStringLiteral(" not saved") : QStringLiteral(" may not be saved"));
-        case Command::readSet:
-            return setName(report.targetSet) + QStringLiteral(" not read");
-        case Command::sendSoftware:
-            return certain ? QStringLiteral("software image not sent")
-                           : QStringLiteral("software image may be incomplete");
-        case Command::readVersions:
-            break;
-    }
-    return QStringLiteral("versions not read");
-}
+static_assert(everyCommandHasItsWords());
 
 }  // namespace
 
@@ -184,10 +189,11 @@ void TargetFollower::commandReported(const CommandReport& report, QTime at) {
     if (!commandEnd_) {
         return;
     }
-    const QString failed = failedWords(report, surelyWithoutEffect(*commandEnd_, blocksDone_));
+    const bool certain = surelyWithoutEffect(*commandEnd_, blocksDone_);
+    const QString failed = wordsOf(report, certain ? &CommandWords::failed : &CommandWords::uncertain);
     switch (report.result) {
         case CommandReport::Result::done:
-            notice_ = Notice{atTime(doneWords(report), at), false};
+            notice_ = Notice{atTime(wordsOf(report, &CommandWords::done), at), false};
             return;
         case CommandReport::Result::wrongDigest:
             notice_ = Notice{atTime(QStringLiteral("checksum failed: ") + failed, at), true};

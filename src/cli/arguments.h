@@ -2,10 +2,15 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <string>
 
 #include "cli/console.h"
 #include "cli/reporter.h"
+
+namespace CLI {
+class App;
+}
 
 namespace tessavo::cli {
 
@@ -35,6 +40,45 @@ struct Arguments {
 
     [[nodiscard]] std::size_t setIndex() const { return static_cast<std::size_t>(set - 1); }
 };
+
+/// Adds an option, or an argument without a name, to a command of the parser: its name, what help tells of it, what it
+/// may be, and the member of Arguments that takes it. Both objects outlive the parsing. Arguments without a name are
+/// read in the order in which they were added.
+using Option = std::function<void(CLI::App& command, Arguments& arguments)>;
+
+/// The options that commands offer. Each function gives one; `what` is told by help.
+namespace option {
+
+/// FILE, as Arguments::file.
+[[nodiscard]] Option file(std::string what);
+/// OTHER, as Arguments::secondFile.
+[[nodiscard]] Option otherFile(std::string what);
+/// IMAGE, as Arguments::image.
+[[nodiscard]] Option image(std::string what);
+/// TARGET: which set of the target.
+[[nodiscard]] Option targetSet();
+/// --into FILE, which must be given, as Arguments::file.
+[[nodiscard]] Option into(std::string what);
+/// --output FILE, which must be given.
+[[nodiscard]] Option output(std::string what);
+/// --output and --image of an edit script, which may be left out.
+[[nodiscard]] Option editedFiles();
+/// --script FILE, which must be given.
+[[nodiscard]] Option script();
+/// --set N, which may be left out.
+[[nodiscard]] Option anySet();
+/// --set N, which must be given.
+[[nodiscard]] Option oneSet();
+[[nodiscard]] Option filterMode();
+[[nodiscard]] Option inputEq();
+/// --channel C or --input: one of them must be given.
+[[nodiscard]] Option curve();
+[[nodiscard]] Option json();
+[[nodiscard]] Option force();
+/// --port PORT, which must be given.
+[[nodiscard]] Option port();
+
+}  // namespace option
 
 /// What a command works with besides its arguments.
 struct Surroundings {

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 #include <cstring>
+#include <initializer_list>
 #include <utility>
-#include <vector>
 
 #include "base/number_text.h"
 #include "comm/framing.h"
@@ -17,6 +17,15 @@ constexpr std::uint8_t lastTargetSet = 5;
 
 using ReplyBuffer = std::array<std::uint8_t, maximumFrameSize>;
 
+// Nothing when the exchange failed.
+std::optional<ReplyBuffer> ask(ITransfers& transfers, std::initializer_list<std::uint8_t> request) {
+    ReplyBuffer reply{};
+    if (!transfers.ReceiveFromTarget(reply, std::span(request.begin(), request.size()))) {
+        return std::nullopt;
+    }
+    return reply;
+}
+
 std::uint32_t littleEndian32(const ReplyBuffer& reply, std::size_t offset) {
     std::uint32_t value = 0;
     for (std::size_t i = 4; i-- > 0;) {
@@ -26,6 +35,28 @@ std::uint32_t littleEndian32(const ReplyBuffer& reply, std::size_t offset) {
 }
 
 }  // namespace
+
+const std::vector<TargetMessage>& targetMessages() {
+    static const std::vector<TargetMessage> messages{
+        {command_code::saveSet, "save the live set as set n", frame_type::block128,
+         "code, set number, MD5 of the image (18 bytes)", ""},
+        {command_code::readSet, "read set n", frame_type::block2k, "code, set number",
+         "image at 0, MD5 of it at " + std::to_string(reply_layout::imageDigest)},
+        {command_code::readVersions, "read versions", frame_type::block2k, "code",
+         "hardware version (u32) at " + std::to_string(reply_layout::hardwareVersion) +
+             ", software version (u32) at " + std::to_string(reply_layout::softwareVersion)},
+        {command_code::readClipState, "read clip state", frame_type::block2k, "code",
+         std::to_string(clipStateSize) + " bytes: four groups of eight, two amplifiers"},
+        {command_code::confirmLiveSet, "confirm the live set", frame_type::block2k, "code",
+         "first " + std::to_string(reply_layout::confirmationBytes) + " bytes all 0x" +
+             hexNumber(reply_layout::confirmation, 2)},
+        {std::nullopt, "live image", frame_type::block4k,
+         "image (" + std::to_string(parameterImageSize) + " bytes), its MD5", ""},
+        {std::nullopt, "software image", frame_type::block1k,
+         "at most " + std::to_string(softwareImageLimit) + " bytes, then their CRC-16", ""},
+    };
+    return messages;
+}
 
 std::string versionText(std::uint32_t version) {
     return "0x" + hexNumber(version, 8);
@@ -72,16 +103,15 @@ bool TargetCommands::LoadSetFromRam(std::uint8_t targetSet, const std::function<
         boxes_.showPlain(turnOffLiveModeText);
         return false;
     }
-    ReplyBuffer reply{};
-    const std::array<std::uint8_t, 2> request{command_code::readSet, targetSet};
-    if (!transfers_.ReceiveFromTarget(reply, request)) {
+    const auto reply = ask(transfers_, {command_code::readSet, targetSet});
+    if (!reply) {
         return told(Command::readSet, targetSet, false);
     }
     ParameterImage received;
-    std::memcpy(&received, reply.data(), sizeof received);
+    std::memcpy(&received, reply->data(), sizeof received);
     tuning_.replaceImage(received);
     const Md5Digest digest = md5Image(received);
-    if (!std::equal(digest.begin(), digest.end(), reply.begin() + reply_layout::imageDigest)) {
+    if (!std::equal(digest.begin(), digest.end(), reply->begin() + reply_layout::imageDigest)) {
         tell({Command::readSet, targetSet, CommandReport::Result::wrongDigest});
         boxes_.showPlain(checksumFailedText);
         return false;
@@ -94,23 +124,21 @@ bool TargetCommands::LoadSetFromRam(std::uint8_t targetSet, const std::function<
 }
 
 std::optional<TargetVersions> TargetCommands::ReadVersions() {
-    ReplyBuffer reply{};
-    const bool read =
-        transfers_.ReceiveFromTarget(reply, std::span(&command_code::readVersions, std::size_t{1}));
-    if (!told(Command::readVersions, 0, read)) {
+    const auto reply = ask(transfers_, {command_code::readVersions});
+    if (!told(Command::readVersions, 0, reply.has_value())) {
         return std::nullopt;
     }
-    return TargetVersions{littleEndian32(reply, reply_layout::hardwareVersion),
-                          littleEndian32(reply, reply_layout::softwareVersion)};
+    return TargetVersions{littleEndian32(*reply, reply_layout::hardwareVersion),
+                          littleEndian32(*reply, reply_layout::softwareVersion)};
 }
 
 std::optional<ClipState> TargetCommands::ReadClipState() {
-    ReplyBuffer reply{};
-    if (!transfers_.ReceiveFromTarget(reply, std::span(&command_code::readClipState, std::size_t{1}))) {
+    const auto reply = ask(transfers_, {command_code::readClipState});
+    if (!reply) {
         return std::nullopt;
     }
     ClipState state;
-    auto next = reply.begin();
+    const auto* next = reply->begin();
     for (auto& group : state.groups) {
         std::copy_n(next, group.size(), group.begin());
         next += group.size();

@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "base/file_dialogs.h"
 #include "base/message_box.h"
@@ -35,6 +36,18 @@ inline constexpr std::size_t confirmationBytes = 10;
 inline constexpr std::uint8_t confirmation = 0x11;
 }  // namespace reply_layout
 
+/// A message that the target understands, as documents tell it.
+struct TargetMessage {
+    std::optional<std::uint8_t> code;  ///< of command_code; the images begin without one
+    std::string_view name;
+    std::uint8_t frameType;  ///< of frame_type; a message in 2048-byte blocks is a request, which has a reply
+    std::string payload;     ///< what is in it
+    std::string reply;       ///< what is in the payload of its reply; empty where none comes
+};
+
+/// All messages, by rising code. The simulated target answers each of them.
+[[nodiscard]] const std::vector<TargetMessage>& targetMessages();
+
 inline constexpr std::string_view turnOnLiveModeText = "Please turn on Live Mode";
 inline constexpr std::string_view turnOffLiveModeText = "Please turn off Live Mode";
 inline constexpr std::string_view checksumFailedText =
@@ -62,7 +75,7 @@ struct ClipState {
 };
 
 /// The commands that a person gives.
-enum class Command : std::uint8_t { saveSet, readSet, readVersions, sendSoftware };
+enum class Command : std::uint8_t { saveSet, readSet, readVersions, sendSoftware, count };
 
 /// What a command came to whose exchange was tried.
 struct CommandReport {

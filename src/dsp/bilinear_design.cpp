@@ -1,8 +1,8 @@
 #include <cmath>
 #include <numbers>
 
+#include "dsp/band_types.h"
 #include "dsp/filter_designs.h"
-#include "dsp/filter_kind.h"
 
 namespace tessavo {
 
@@ -12,14 +12,7 @@ double prewarp(double frequencyHz, double samplingRateHz) {
     return std::tan(std::numbers::pi * frequencyHz / samplingRateHz);
 }
 
-// A quadratic in the bilinear variable before the division by its leading term: c0 + c1 z^-1 + c2 z^-2.
-struct Quadratic {
-    double c0;
-    double c1;
-    double c2;
-};
-
-Section divide(const Quadratic& numerator, const Quadratic& denominator) {
+Section divide(const BilinearQuadratic& numerator, const BilinearQuadratic& denominator) {
     const double d = denominator.c0;
     return {numerator.c0 / d, numerator.c1 / d, numerator.c2 / d, denominator.c1 / d, denominator.c2 / d};
 }
@@ -27,37 +20,23 @@ Section divide(const Quadratic& numerator, const Quadratic& denominator) {
 }  // namespace
 
 std::optional<Section> bilinearBand(const BandRequest& request, double samplingRateHz) {
-    const double k = prewarp(request.frequencyHz, samplingRateHz);
-    const double k2 = k * k;
-    const double q = request.q;
-    const double v = request.linearGain;
-    const double rootV = std::sqrt(v);
-
-    const Quadratic plain{1.0 + k / q + k2, 2.0 * (k2 - 1.0), 1.0 - k / q + k2};
-    Quadratic raised{};
-    switch (static_cast<BandType>(request.type)) {
-        case BandType::peak:
-            raised = {1.0 + v * k / q + k2, 2.0 * (k2 - 1.0), 1.0 - v * k / q + k2};
-            break;
-        case BandType::lowShelf:
-            raised = {1.0 + rootV * k / q + v * k2, 2.0 * (v * k2 - 1.0), 1.0 - rootV * k / q + v * k2};
-            break;
-        case BandType::highShelf:
-            raised = {v + rootV * k / q + k2, 2.0 * (k2 - v), v - rootV * k / q + k2};
-            break;
-        default:
-            return std::nullopt;
+    const BandDesign* design = bandDesign(request.type);
+    if (design == nullptr) {
+        return std::nullopt;
     }
+    const double k = prewarp(request.frequencyHz, samplingRateHz);
+    const BandTerms terms{k, k * k, request.q, request.linearGain, std::sqrt(request.linearGain)};
+    const BilinearQuadratic plain{1.0 + k / terms.q + terms.w2, 2.0 * (terms.w2 - 1.0),
+                                  1.0 - k / terms.q + terms.w2};
+    const BilinearQuadratic raised = design->bilinearZeros(terms);
     if (request.boosts()) {
         return divide(raised, plain);
     }
     Section cut = divide(plain, raised);
-    if (static_cast<BandType>(request.type) == BandType::highShelf) {
-        // The same denominator with V divided out: equal in value, and this form sets the last bits.
-        const double inverseRoot = std::sqrt(1.0 / v);
-        const double d = 1.0 + inverseRoot * k / q + k2 / v;
-        cut.a1 = 2.0 * (k2 / v - 1.0) / d;
-        cut.a2 = (1.0 - inverseRoot * k / q + k2 / v) / d;
+    if (design->bilinearCutPoles != nullptr) {
+        const BilinearQuadratic poles = design->bilinearCutPoles(terms);
+        cut.a1 = poles.c1 / poles.c0;
+        cut.a2 = poles.c2 / poles.c0;
     }
     return cut;
 }

@@ -4,9 +4,6 @@
 
 namespace tessavo {
 
-/// Type codes of an equalizer band as records, image and target hold them.
-enum class BandType : std::uint8_t { highShelf = 0, lowShelf = 1, peak = 2 };
-
 /// Direction codes of a crossover filter as records, image and target hold them; any non-zero code is a
 /// low-pass.
 enum class CrossoverKind : std::uint8_t { highPass = 0, lowPass = 1 };

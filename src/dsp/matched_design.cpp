@@ -2,6 +2,7 @@
 #include <numbers>
 #include <utility>
 
+#include "dsp/band_types.h"
 #include "dsp/filter_designs.h"
 #include "dsp/filter_kind.h"
 
@@ -34,27 +35,15 @@ MappedQuadratic mapQuadratic(double p, double q) {
 }
 
 std::optional<Section> matchedBand(const BandRequest& request) {
-    const double w = angularFrequency(request.frequencyHz);
-    const double w2 = w * w;
-    const double q = request.q;
-    const double v = request.linearGain;
-    const double rootV = std::sqrt(v);
-
-    MappedQuadratic numerator;
-    switch (static_cast<BandType>(request.type)) {
-        case BandType::peak:
-            numerator = mapQuadratic(v * (w / q), w2);
-            break;
-        case BandType::lowShelf:
-            numerator = mapQuadratic(rootV * (w / q), v * w2);
-            break;
-        case BandType::highShelf:
-            numerator = mapQuadratic(w / (q * rootV), w2 / v);
-            break;
-        default:
-            return std::nullopt;
+    const BandDesign* design = bandDesign(request.type);
+    if (design == nullptr) {
+        return std::nullopt;
     }
-    MappedQuadratic denominator = mapQuadratic(w / q, w2);
+    const double w = angularFrequency(request.frequencyHz);
+    const BandTerms terms{w, w * w, request.q, request.linearGain, std::sqrt(request.linearGain)};
+    const AnalogQuadratic zeros = design->matchedZeros(terms);
+    MappedQuadratic numerator = mapQuadratic(zeros.p, zeros.q);
+    MappedQuadratic denominator = mapQuadratic(w / terms.q, terms.w2);
     if (!request.boosts()) {
         std::swap(numerator, denominator);
     }

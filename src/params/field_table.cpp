@@ -2,6 +2,9 @@
 
 #include <array>
 
+#include "dsp/band_types.h"
+#include "params/surround_delays.h"
+
 namespace tessavo {
 
 namespace {
@@ -42,14 +45,19 @@ constexpr Repeat decoderGains{4, sizeof(std::uint16_t), sizeof(std::uint16_t)};
 // All of them come from the one word of the image.
 constexpr Repeat delayCopies{3, sizeof(std::uint16_t), 0};
 
-constexpr std::array<FieldCode, 3> bandTypes{{{0, "High Shelf", "high-shelf", "high shelf"},
-                                              {1, "Low Shelf", "low-shelf", "low shelf"},
-                                              {2, "Peak", "peak", "peak"}}};
+constexpr auto bandTypes = [] {
+    std::array<FieldCode, bandTypeNames.size()> codes{};
+    for (std::size_t i = 0; i < codes.size(); ++i) {
+        const BandTypeName& name = bandTypeNames[i];
+        codes[i] = {static_cast<std::uint8_t>(name.type), name.shown, name.script, name.inText};
+    }
+    return codes;
+}();
 constexpr std::array<FieldCode, 2> filterKinds{{{0, "HP", "hp", "high-pass"}, {1, "LP", "lp", "low-pass"}}};
 constexpr std::array<FieldCode, 2> filterOrders{{{2, "2", "2"}, {4, "4", "4"}}};
 constexpr std::array<FieldCode, 8> groupLetterCodes{
     {{0, "A"}, {1, "B"}, {2, "C"}, {3, "D"}, {4, "E"}, {5, "F"}, {6, "G"}, {7, "H"}}};
-constexpr std::array<FieldCode, 3> surroundModeCodes{
+constexpr std::array<FieldCode, surroundModeCount> surroundModeCodes{
     {{0, "Music Club"}, {1, "Concert Hall"}, {2, "Stadium"}}};
 constexpr std::array<FieldCode, 14> sourceCodes{{{0, "Silenced"},
                                                  {1, "FrontLeft"},
@@ -65,6 +73,40 @@ constexpr std::array<FieldCode, 14> sourceCodes{{{0, "Silenced"},
                                                  {11, "LeftRightTotal"},
                                                  {12, "RearLeftTotal"},
                                                  {13, "RearRightTotal"}}};
+
+/// What the codes of a field mean, in lower case: "0 high shelf, 1 low shelf, 2 peak".
+template <const auto& codes>
+struct CodeList {
+    static constexpr std::string_view wordsOf(const FieldCode& code) {
+        return code.inText.empty() ? code.shown : code.inText;
+    }
+    static constexpr std::size_t length = [] {
+        std::size_t sum = 0;
+        for (const FieldCode& code : codes) {
+            sum += std::string_view("0 , ").size() + wordsOf(code).size();
+        }
+        return sum - std::string_view(", ").size();
+    }();
+    static constexpr auto letters = [] {
+        std::array<char, length> text{};
+        std::size_t end = 0;
+        const auto add = [&](char letter) { text[end++] = letter; };
+        for (const FieldCode& code : codes) {
+            if (end != 0) {
+                add(',');
+                add(' ');
+            }
+            add(static_cast<char>('0' + code.code));
+            add(' ');
+            for (const char letter : wordsOf(code)) {
+                add(letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter);
+            }
+        }
+        return text;
+    }();
+    static_assert(codes.back().code < 10, "a code has one digit here");
+    static constexpr std::string_view text{letters.data(), letters.size()};
+};
 
 // Defaults of a fresh store, in the field's unit.
 constexpr std::array<double, 1> zero{0};
@@ -110,9 +152,9 @@ constexpr std::array<Field, fieldCount> table{{
      .rule = ImageRule::inverse, .imageType = u8, .imageOffset = offsetof(ParameterImage, inputRow0) + offsetof(InputGainRow, bypass),
      .secondImageOffset = offsetof(ParameterImage, inputRow1) + offsetof(InputGainRow, bypass),
      .minimum = 0, .maximum = 1},
-    {.id = FieldId::toneType, .path = "tone[].type", .meaning = "0 high shelf, 1 low shelf, 2 peak",
+    {.id = FieldId::toneType, .path = "tone[].type", .meaning = CodeList<bandTypes>::text,
      .type = u8, .recordOffset = offsetof(ParameterSet, inputToneBands) + offsetof(EqBandParams, type), .outer = tones,
-     .minimum = 0, .maximum = 2, .defaults = toneTypes, .codes = bandTypes, .shapes = Shapes::inputSection},
+     .minimum = 0, .maximum = bandTypes.back().code, .defaults = toneTypes, .codes = bandTypes, .shapes = Shapes::inputSection},
     {.id = FieldId::toneFrequency, .path = "tone[].frequency", .meaning = "corner or centre frequency",
      .type = u16, .recordOffset = offsetof(ParameterSet, inputToneBands) + offsetof(EqBandParams, frequencyHz), .outer = tones,
      .unit = "Hz", .minimum = 20, .maximum = 20000, .defaults = toneFrequencies, .shapes = Shapes::inputSection},
@@ -127,9 +169,9 @@ constexpr std::array<Field, fieldCount> table{{
     {.id = FieldId::toneOff, .path = "tone[].off", .meaning = "band bypassed",
      .type = u8, .recordOffset = offsetof(ParameterSet, inputToneBands) + offsetof(EqBandParams, off), .outer = tones,
      .minimum = 0, .maximum = 1},
-    {.id = FieldId::inputBandType, .path = "inputBand[].type", .meaning = "0 high shelf, 1 low shelf, 2 peak",
+    {.id = FieldId::inputBandType, .path = "inputBand[].type", .meaning = CodeList<bandTypes>::text,
      .type = u8, .recordOffset = offsetof(ParameterSet, inputEqBands) + offsetof(EqBandParams, type), .outer = inputBands,
-     .minimum = 0, .maximum = 2, .defaults = two, .codes = bandTypes, .shapes = Shapes::inputSection},
+     .minimum = 0, .maximum = bandTypes.back().code, .defaults = two, .codes = bandTypes, .shapes = Shapes::inputSection},
     {.id = FieldId::inputBandFrequency, .path = "inputBand[].frequency", .meaning = "centre frequency",
      .type = u16, .recordOffset = offsetof(ParameterSet, inputEqBands) + offsetof(EqBandParams, frequencyHz), .outer = inputBands,
      .unit = "Hz", .minimum = 20, .maximum = 20000, .defaults = inputBandFrequencies, .shapes = Shapes::inputSection},
@@ -156,10 +198,10 @@ constexpr std::array<Field, fieldCount> table{{
      .type = i8, .recordOffset = offsetof(ParameterSet, preampGainDb),
      .rule = ImageRule::copy, .imageType = i8, .imageOffset = offsetof(ParameterImage, preampGainDb),
      .unit = "dB", .minimum = -20, .maximum = 20},
-    {.id = FieldId::bandType, .path = "channel[].band[].type", .meaning = "0 high shelf, 1 low shelf, 2 peak",
+    {.id = FieldId::bandType, .path = "channel[].band[].type", .meaning = CodeList<bandTypes>::text,
      .type = u8, .recordOffset = inBand(offsetof(EqBandParams, type)), .outer = channels, .inner = bands,
      .rule = ImageRule::copy, .imageType = u8, .imageOffset = inBlockBand(offsetof(EqBandParams, type)),
-     .minimum = 0, .maximum = 2, .defaults = two, .codes = bandTypes, .shapes = Shapes::band},
+     .minimum = 0, .maximum = bandTypes.back().code, .defaults = two, .codes = bandTypes, .shapes = Shapes::band},
     {.id = FieldId::bandFrequency, .path = "channel[].band[].frequency", .meaning = "centre or corner frequency",
      .type = u16, .recordOffset = inBand(offsetof(EqBandParams, frequencyHz)), .outer = channels, .inner = bands,
      .rule = ImageRule::copy, .imageType = u16, .imageOffset = inBlockBand(offsetof(EqBandParams, frequencyHz)),
@@ -180,10 +222,10 @@ constexpr std::array<Field, fieldCount> table{{
      .type = u8, .recordOffset = inCrossover(offsetof(CrossoverParams, enabled)), .outer = channels, .inner = crossovers,
      .rule = ImageRule::copy, .imageType = u8, .imageOffset = inBlockCrossover(offsetof(CrossoverParams, enabled)),
      .minimum = 0, .maximum = 1, .defaults = zero, .shapes = Shapes::crossovers},
-    {.id = FieldId::crossoverKind, .path = "channel[].crossover[].kind", .meaning = "0 high-pass, 1 low-pass",
+    {.id = FieldId::crossoverKind, .path = "channel[].crossover[].kind", .meaning = CodeList<filterKinds>::text,
      .type = u8, .recordOffset = inCrossover(offsetof(CrossoverParams, kind)), .outer = channels, .inner = crossovers,
      .rule = ImageRule::copy, .imageType = u8, .imageOffset = inBlockCrossover(offsetof(CrossoverParams, kind)),
-     .minimum = 0, .maximum = 1, .defaults = crossoverKinds, .codes = filterKinds, .shapes = Shapes::crossovers},
+     .minimum = 0, .maximum = filterKinds.back().code, .defaults = crossoverKinds, .codes = filterKinds, .shapes = Shapes::crossovers},
     {.id = FieldId::crossoverFrequency, .path = "channel[].crossover[].frequency", .meaning = "corner frequency",
      .type = u16, .recordOffset = inCrossover(offsetof(CrossoverParams, frequencyHz)), .outer = channels, .inner = crossovers,
      .rule = ImageRule::copy, .imageType = u16, .imageOffset = inBlockCrossover(offsetof(CrossoverParams, frequencyHz)),
@@ -191,7 +233,7 @@ constexpr std::array<Field, fieldCount> table{{
     {.id = FieldId::crossoverOrder, .path = "channel[].crossover[].order", .meaning = "2 or 4",
      .type = u8, .recordOffset = inCrossover(offsetof(CrossoverParams, order)), .outer = channels, .inner = crossovers,
      .rule = ImageRule::copy, .imageType = u8, .imageOffset = inBlockCrossover(offsetof(CrossoverParams, order)),
-     .minimum = 2, .maximum = 4, .defaults = two, .codes = filterOrders, .shapes = Shapes::crossovers},
+     .minimum = 2, .maximum = filterOrders.back().code, .defaults = two, .codes = filterOrders, .shapes = Shapes::crossovers},
     {.id = FieldId::volume, .path = "channel[].volume", .meaning = "channel volume",
      .type = f32, .recordOffset = inChannel(offsetof(OutputChannelParams, volumeDb)), .outer = channels,
      .rule = ImageRule::gainWord, .imageType = u32, .imageOffset = inBlock(offsetof(ChannelImageBlock, gainWord)),
@@ -203,7 +245,7 @@ constexpr std::array<Field, fieldCount> table{{
     {.id = FieldId::gainGroup, .path = "channel[].gainGroup", .meaning = "output group of the gain, 0 to 7 for A to H",
      .type = u32, .recordOffset = inChannel(offsetof(OutputChannelParams, gainGroup)), .outer = groupLetters,
      .rule = ImageRule::copy, .imageType = u8, .imageOffset = offsetof(ParameterImage, gainGroup),
-     .minimum = 0, .maximum = 7, .defaults = groupSliders, .codes = groupLetterCodes},
+     .minimum = 0, .maximum = groupLetterCodes.back().code, .defaults = groupSliders, .codes = groupLetterCodes},
     {.id = FieldId::channelFlag, .path = "channel[].channelFlag", .meaning = "check box of the main view",
      .type = u8, .recordOffset = inChannel(offsetof(OutputChannelParams, channelFlag)), .outer = channels,
      .rule = ImageRule::flag, .imageType = u8, .imageOffset = inBlock(offsetof(ChannelImageBlock, channelFlag)),
@@ -223,11 +265,11 @@ constexpr std::array<Field, fieldCount> table{{
     {.id = FieldId::delayGroup, .path = "channel[].delayGroup", .meaning = "output group of the delay, 0 to 7 for A to H",
      .type = u32, .recordOffset = inChannel(offsetof(OutputChannelParams, delayGroup)), .outer = groupLetters,
      .rule = ImageRule::copy, .imageType = u8, .imageOffset = offsetof(ParameterImage, delayGroup),
-     .minimum = 0, .maximum = 7, .defaults = groupSliders, .codes = groupLetterCodes},
+     .minimum = 0, .maximum = groupLetterCodes.back().code, .defaults = groupSliders, .codes = groupLetterCodes},
     {.id = FieldId::routerSource, .path = "routerSource[]", .meaning = "source of an output channel",
      .type = u8, .recordOffset = offsetof(ParameterSet, routerSource), .outer = sources,
      .rule = ImageRule::allSets, .imageType = u32, .imageOffset = offsetof(ParameterImage, routerSource),
-     .minimum = 0, .maximum = 13, .codes = sourceCodes},
+     .minimum = 0, .maximum = sourceCodes.back().code, .codes = sourceCodes},
     {.id = FieldId::surroundOff, .path = "surroundOff", .meaning = "surround switched off",
      .type = u8, .recordOffset = offsetof(ParameterSet, surroundOff),
      .minimum = 0, .maximum = 1},
@@ -235,10 +277,10 @@ constexpr std::array<Field, fieldCount> table{{
      .type = u8, .recordOffset = offsetof(ParameterSet, roomSize),
      .rule = ImageRule::copy, .imageType = u32, .imageOffset = offsetof(ParameterImage, roomSize),
      .minimum = 0, .maximum = 4},
-    {.id = FieldId::surroundMode, .path = "surroundMode", .meaning = "0 music club, 1 concert hall, 2 stadium",
+    {.id = FieldId::surroundMode, .path = "surroundMode", .meaning = CodeList<surroundModeCodes>::text,
      .type = u8, .recordOffset = offsetof(ParameterSet, surroundMode),
      .rule = ImageRule::copy, .imageType = u32, .imageOffset = offsetof(ParameterImage, surroundMode),
-     .minimum = 0, .maximum = 2, .codes = surroundModeCodes},
+     .minimum = 0, .maximum = surroundModeCodes.back().code, .codes = surroundModeCodes},
     {.id = FieldId::lineInGain, .path = "lineInGain", .meaning = "line-in gain",
      .type = i8, .recordOffset = offsetof(ParameterSet, lineInGainDb),
      .rule = ImageRule::copy, .imageType = i8, .imageOffset = offsetof(ParameterImage, lineInGainDb),

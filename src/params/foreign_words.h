@@ -1,9 +1,8 @@
 #pragma once
 
 #include <array>
-#include <memory>
 
-#include "dsp/icoefficient_generator.h"
+#include "dsp/filter_methods.h"
 #include "params/tuning_state.h"
 
 namespace tessavo {
@@ -29,12 +28,10 @@ struct ForeignWords {
 /// section that the method cannot compute counts as one of its own. User-interface thread.
 class ForeignWordSearch {
  public:
-    ForeignWordSearch();
-
     [[nodiscard]] ForeignWords find(const TuningState& tuning);
 
  private:
-    std::array<std::unique_ptr<IcoefficientGenerator>, 3> methods_;
+    FilterMethods methods_ = makeFilterMethods();
 };
 
 }  // namespace tessavo

@@ -3,9 +3,6 @@
 #include <algorithm>
 #include <chrono>
 
-#include "dsp/coeff_bzt2.h"
-#include "dsp/coeff_bztmzt.h"
-#include "dsp/coeff_mzt.h"
 #include "params/factory_defaults.h"
 #include "params/image_conversion.h"
 #include "params/section_words.h"
@@ -26,9 +23,7 @@ TuningState::TuningState(IMessageBox& boxes, std::unique_ptr<CSemaphore> exclusi
       store_(emptyStore()),
       imageGuard_(imageGuard ? std::move(imageGuard) : std::make_unique<CSemaphore>()),
       exclusion_(exclusion ? std::move(exclusion) : std::make_unique<CSemaphore>()) {
-    const auto warning = [this](std::string_view text) { warn(text); };
-    generators_ = {std::make_unique<coeffBZT2>(warning), std::make_unique<coeffMZT>(warning),
-                   std::make_unique<coeffBZTMZT>(warning)};
+    generators_ = makeFilterMethods([this](std::string_view text) { warn(text); });
     image_.imageSize = parameterImageSize;
 }
 

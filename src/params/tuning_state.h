@@ -12,7 +12,7 @@
 
 #include "base/message_box.h"
 #include "base/semaphore.h"
-#include "dsp/icoefficient_generator.h"
+#include "dsp/filter_methods.h"
 #include "params/channels.h"
 #include "params/field_table.h"
 #include "params/parameter_image.h"
@@ -242,7 +242,7 @@ class TuningState {
     std::array<std::array<BiquadWords, crossoverCount>, channelCount> crossoverWords_{};
     std::array<BiquadWords, inputSectionCount> inputWords_{};
 
-    std::array<std::unique_ptr<IcoefficientGenerator>, 3> generators_;
+    FilterMethods generators_;
     std::uint32_t currentSet_ = 0;
     std::uint32_t filterMode_ = 0;
     std::uint8_t selectionMask_ = 0;

@@ -23,7 +23,7 @@ struct Fault {
 
 constexpr std::uint32_t anyBlock = 1000000;
 
-constexpr std::array<Fault, 13> faults{{
+constexpr auto faults = std::to_array<Fault>({
     {"no-request", Argument::none, 0, 0, 0, "no request byte after the port is opened",
      [](FaultPlan& plan, std::uint32_t) { plan.noRequest = true; }},
     {"wrong-request", Argument::optional, 1, 100, 1, "N wrong bytes in place of the request byte (1)",
@@ -51,7 +51,7 @@ constexpr std::array<Fault, 13> faults{{
     {"cable", Argument::needed, 1, 1000000000, 0,
      "the cable is pulled when N bytes have passed, counted in both directions",
      [](FaultPlan& plan, std::uint32_t value) { plan.cable = value; }},
-}};
+});
 
 std::string form(const Fault& fault) {
     std::string text(fault.name);

@@ -1,6 +1,7 @@
 #include "target/signal_processor.h"
 
 #include <algorithm>
+#include <array>
 #include <tuple>
 #include <utility>
 
@@ -26,7 +27,7 @@ void putLittleEndian(std::span<std::uint8_t> payload, std::size_t offset, std::u
 }  // namespace
 
 SignalProcessor::SignalProcessor(TargetMemory memory, Options options, TargetLog log)
-    : memory_(std::move(memory)), options_(options), log_(std::move(log)) {}
+    : memory_(std::move(memory)), options_(std::move(options)), log_(std::move(log)) {}
 
 bool SignalProcessor::takeLiveImage(std::span<const std::uint8_t> payload) {
     const auto image = payload.first(parameterImageSize);
@@ -115,14 +116,39 @@ void SignalProcessor::finishSoftware() {
     }
 }
 
-bool SignalProcessor::putSet(std::size_t set, std::span<std::uint8_t> payload) const {
+std::span<const SignalProcessor::Answer> SignalProcessor::answers() {
+    static constexpr auto rows = std::to_array<Answer>({
+        {command_code::readSet, &SignalProcessor::putSet},
+        {command_code::readVersions, &SignalProcessor::putVersions},
+        {command_code::readClipState, &SignalProcessor::putClipState},
+        {command_code::confirmLiveSet, &SignalProcessor::putConfirmation},
+    });
+    return rows;
+}
+
+std::optional<std::vector<std::uint8_t>> SignalProcessor::replyTo(std::span<const std::uint8_t> request) {
+    const auto known = answers();
+    const auto answer = std::ranges::find(known, request[0], &Answer::code);
+    if (answer == known.end()) {
+        note(log_, "refused unknown request " + std::to_string(request[0]));
+        return std::nullopt;
+    }
+    std::vector<std::uint8_t> payload(payloadSize(frame_type::block4k), 0);
+    if (!(this->*answer->put)(request, payload)) {
+        return std::nullopt;
+    }
+    return payload;
+}
+
+bool SignalProcessor::putSet(std::span<const std::uint8_t> request, std::span<std::uint8_t> payload) {
+    const std::size_t set = request[1];
     if (set >= targetSetCount) {
         note(log_, "refused to read set " + std::to_string(set) + ": there is none");
         return false;
     }
     const ImageBytes& image = memory_.sets[set];
     auto digest = md5(image);
-    if (options_.wrongDigest) {
+    if (options_.faults.wrongDigest) {
         digest.back() ^= 0x01;
         note(log_, "fault: wrong digest");
     }
@@ -132,41 +158,34 @@ bool SignalProcessor::putSet(std::size_t set, std::span<std::uint8_t> payload) c
     return true;
 }
 
-std::optional<std::vector<std::uint8_t>> SignalProcessor::replyTo(std::span<const std::uint8_t> request) {
-    std::vector<std::uint8_t> payload(payloadSize(frame_type::block4k), 0);
-    switch (request[0]) {
-        case command_code::readSet:
-            if (!putSet(request[1], payload)) {
-                return std::nullopt;
-            }
-            return payload;
-        case command_code::readVersions:
-            putLittleEndian(payload, reply_layout::hardwareVersion, options_.versions.hardware);
-            putLittleEndian(payload, reply_layout::softwareVersion, options_.versions.software);
-            note(log_, "sent the versions");
-            return payload;
-        case command_code::readClipState: {
-            const ClipBytes state = clip_.next();
-            std::copy(state.begin(), state.end(), payload.begin());
-            note(log_, "sent the clip state");
-            return payload;
-        }
-        case command_code::confirmLiveSet: {
-            std::fill_n(payload.begin(), liveConfirmed_ ? reply_layout::confirmationBytes : 0,
-                        reply_layout::confirmation);
-            if (options_.wrongConfirmation) {
-                // One byte of ten: the refusal that a careless host overlooks.
-                payload[reply_layout::confirmationBytes - 1] = 0;
-                note(log_, "fault: wrong confirmation");
-            } else {
-                note(log_, liveConfirmed_ ? "confirmed the live image" : "did not confirm the live image");
-            }
-            return payload;
-        }
-        default:
-            note(log_, "refused unknown request " + std::to_string(request[0]));
-            return std::nullopt;
+bool SignalProcessor::putVersions(std::span<const std::uint8_t> /*request*/,
+                                  std::span<std::uint8_t> payload) {
+    putLittleEndian(payload, reply_layout::hardwareVersion, options_.versions.hardware);
+    putLittleEndian(payload, reply_layout::softwareVersion, options_.versions.software);
+    note(log_, "sent the versions");
+    return true;
+}
+
+bool SignalProcessor::putClipState(std::span<const std::uint8_t> /*request*/,
+                                   std::span<std::uint8_t> payload) {
+    const ClipBytes state = clip_.next();
+    std::copy(state.begin(), state.end(), payload.begin());
+    note(log_, "sent the clip state");
+    return true;
+}
+
+bool SignalProcessor::putConfirmation(std::span<const std::uint8_t> /*request*/,
+                                      std::span<std::uint8_t> payload) {
+    std::fill_n(payload.begin(), liveConfirmed_ ? reply_layout::confirmationBytes : 0,
+                reply_layout::confirmation);
+    if (options_.faults.wrongConfirmation) {
+        // One byte of ten: the refusal that a careless host overlooks.
+        payload[reply_layout::confirmationBytes - 1] = 0;
+        note(log_, "fault: wrong confirmation");
+    } else {
+        note(log_, liveConfirmed_ ? "confirmed the live image" : "did not confirm the live image");
     }
+    return true;
 }
 
 }  // namespace tessavo

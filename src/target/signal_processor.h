@@ -23,8 +23,7 @@ class SignalProcessor {
  public:
     struct Options {
         TargetVersions versions{.hardware = 0x00000102, .software = 0x00010006};
-        bool wrongConfirmation = false;      ///< never confirm a live image
-        bool wrongDigest = false;            ///< send sets with a wrong digest
+        FaultPlan faults{};
         const MemoryFiles* files = nullptr;  ///< keeps sets and software between runs; outlives this object
     };
 
@@ -52,7 +51,18 @@ class SignalProcessor {
 
  private:
     bool saveLiveImage(std::size_t set, std::span<const std::uint8_t> digest);
-    [[nodiscard]] bool putSet(std::size_t set, std::span<std::uint8_t> payload) const;
+    // Answers to requests: each fills the payload of its reply, or refuses.
+    bool putSet(std::span<const std::uint8_t> request, std::span<std::uint8_t> payload);
+    bool putVersions(std::span<const std::uint8_t> request, std::span<std::uint8_t> payload);
+    bool putClipState(std::span<const std::uint8_t> request, std::span<std::uint8_t> payload);
+    bool putConfirmation(std::span<const std::uint8_t> request, std::span<std::uint8_t> payload);
+
+    /// How the requests with one code are answered.
+    struct Answer {
+        std::uint8_t code;
+        bool (SignalProcessor::*put)(std::span<const std::uint8_t>, std::span<std::uint8_t>);
+    };
+    static std::span<const Answer> answers();
 
     TargetMemory memory_;
     Options options_;

@@ -17,11 +17,7 @@ constexpr std::uint8_t firstBlock = 1;
 TargetDevice::TargetDevice(TargetMemory memory, Options options, TargetLog log)
     : faults_(std::move(options.faults)),
       log_(log),
-      processor_(std::move(memory),
-                 {.versions = options.versions,
-                  .wrongConfirmation = faults_.wrongConfirmation,
-                  .wrongDigest = faults_.wrongDigest,
-                  .files = options.files},
+      processor_(std::move(memory), {.versions = options.versions, .faults = faults_, .files = options.files},
                  std::move(log)),
       collector_({.frame = [this](std::span<const std::uint8_t> frame) { handleFrame(frame); },
                   .disconnect = [this] { handleDisconnect(); },

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "cli/cli_fixture.h"
+#include "cli/command_table.h"
 #include "cli/edit_script.h"
 
 namespace tessavo::cli {
@@ -42,6 +43,39 @@ TEST(CommandUsage, EveryCommandHasHelpWithAnExampleOfItself) {
         EXPECT_EQ(result.code, 0) << command;
         EXPECT_THAT(result.out, HasSubstr("Example:\n  tessavoctl " + command)) << command;
         EXPECT_THAT(result.err, IsEmpty()) << command;
+    }
+}
+
+TEST(CommandUsage, TheTableHoldsEveryCommandInTheOrderOfTheHelp) {
+    ASSERT_EQ(commandTable().size(), commands.size());
+    for (std::size_t i = 0; i < commands.size(); ++i) {
+        EXPECT_EQ(commandTable()[i].name, commands.at(i));
+    }
+    const std::string help = run({"--help"}).out;
+    std::size_t position = 0;
+    for (const CommandRow& row : commandTable()) {
+        position = help.find("\n  " + row.name + " ", position);
+        ASSERT_NE(position, std::string::npos) << row.name;
+        EXPECT_EQ(help.find(row.purpose, position), help.find_first_not_of(' ', help.find(' ', position + 3)))
+            << row.name;
+    }
+}
+
+class CommandExamples : public CommandTest {};
+
+TEST_F(CommandExamples, AreCallsThatTheParserTakes) {
+    for (const CommandRow& row : commandTable()) {
+        std::vector<std::string> words;
+        std::istringstream example(row.example);
+        for (std::string word; example >> word;) {
+            // Nothing may be written outside the folder, and no real target be asked.
+            words.push_back(word.find('.') == std::string::npos ? word : path(word));
+        }
+        ASSERT_FALSE(words.empty()) << row.name;
+        EXPECT_EQ(words.front(), row.name);
+        std::ranges::replace(words, "ttyUSB0", path("no-port"));
+        const CommandResult result = run(words);
+        EXPECT_NE(result.code, exit_code::wrongUsage) << row.example << "\n" << result.err;
     }
 }
 

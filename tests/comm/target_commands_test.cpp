@@ -4,71 +4,13 @@
 #include <fstream>
 
 #include "comm/live_worker.h"
+#include "comm/target_commands_fixture.h"
 #include "params/image_digest.h"
-#include "support/exchange_fixture.h"
 
 namespace tessavo::test {
 namespace {
 
 namespace fs = std::filesystem;
-
-template <typename Record>
-Bytes bytesOf(const Record& record) {
-    Bytes bytes(sizeof record);
-    std::memcpy(bytes.data(), &record, sizeof record);
-    return bytes;
-}
-
-class TargetCommandsTest : public ExchangeTest {
- protected:
-    TuningState tuning{boxes};
-    TargetCommands commands{tuning, engine, boxes};
-    int refreshes = 0;
-
-    void SetUp() override {
-        tuning.start();
-        transcript.clear();
-    }
-    void targetTakes(std::size_t blocks) {
-        port.answer({0x43});
-        for (std::size_t i = 0; i <= blocks; ++i) {
-            port.answer({0x06});
-        }
-    }
-    void targetReplies(const Bytes& start) {
-        port.answer({0x43, 0x06});
-        port.answer(replyFrame(start));
-        port.answer({0x06});
-    }
-    static Bytes requestFrame(const Bytes& command) {
-        Bytes payload = command;
-        payload.resize(2048);
-        return frameOf(3, 1, payload);
-    }
-    // The image, 20 bytes that mean nothing, and the digest.
-    static Bytes setReply(const ParameterImage& image) {
-        Bytes reply = bytesOf(image);
-        reply.resize(3404, 0xA7);
-        return concatenated(reply, md5Image(image));
-    }
-    // The image of a set unlike the fresh one.
-    ParameterImage otherImage() {
-        TuningState other(boxes);
-        other.start();
-        other.setSelectionMask(0xFF);
-        other.setVolume(4.5F, true);
-        other.setBandFrequency(2, 1234, true);
-        other.setRouterSource(RecordChannel{3}, 5);
-        return other.image();
-    }
-    bool load(std::uint8_t targetSet) {
-        return commands.LoadSetFromRam(targetSet, [this] { ++refreshes; });
-    }
-    void expectNothingSent(const Lines& expected = {}) const {
-        EXPECT_THAT(transcript.lines(), testing::ElementsAreArray(expected));
-        EXPECT_TRUE(port.written.empty());
-    }
-};
 
 TEST_F(TargetCommandsTest, SavesTheLiveSetIntoEverySet) {
     tuning.setLiveMode(true);
@@ -471,74 +413,6 @@ TEST(SelectImageFile, OffersSoftwareImages) {
     dialogs.answer = "new.bin";
     EXPECT_EQ(TargetCommands::SelectImageFile(dialogs), fs::path("new.bin"));
     EXPECT_EQ(dialogs.localeResets, 2);
-}
-
-class CommandReports : public TargetCommandsTest {
- protected:
-    using Result = CommandReport::Result;
-
-    std::vector<CommandReport> reports() {
-        transcript.clear();
-        return std::exchange(reports_, {});
-    }
-    static CommandReport report(Command command, std::uint8_t set, Result result) {
-        return {.command = command, .targetSet = set, .result = result};
-    }
-
-    TargetCommands told{
-        tuning, engine, boxes,
-        [](const std::filesystem::path&, std::size_t) {
-            return FileStart{.bytes = Bytes(10), .fileSize = 10};
-        },
-        [this](const CommandReport& report) {
-            EXPECT_THAT(transcript.lines(), testing::Not(testing::Contains(testing::StartsWith("box"))))
-                << "before any box";
-            reports_.push_back(report);
-        }};
-
- private:
-    std::vector<CommandReport> reports_;
-};
-
-TEST_F(CommandReports, TellWhatEachCommandCameTo) {
-    for (std::uint8_t set = 0; set <= 5; ++set) {
-        targetReplies(setReply(otherImage()));
-        told.LoadSetFromRam(set);
-        EXPECT_THAT(reports(), testing::ElementsAre(report(Command::readSet, set, Result::done)));
-        told.LoadSetFromRam(set);
-        EXPECT_THAT(reports(), testing::ElementsAre(report(Command::readSet, set, Result::exchangeFailed)));
-        targetReplies(Bytes(4096, 0x22));
-        told.LoadSetFromRam(set);
-        EXPECT_THAT(reports(), testing::ElementsAre(report(Command::readSet, set, Result::wrongDigest)));
-    }
-    targetReplies(Bytes(20));
-    told.ReadVersions();
-    told.ReadVersions();
-    EXPECT_THAT(reports(), testing::ElementsAre(report(Command::readVersions, 0, Result::done),
-                                                report(Command::readVersions, 0, Result::exchangeFailed)));
-    targetTakes(1);
-    told.FlashFile("software.bin");
-    told.FlashFile("software.bin");
-    EXPECT_THAT(reports(), testing::ElementsAre(report(Command::sendSoftware, 0, Result::done),
-                                                report(Command::sendSoftware, 0, Result::exchangeFailed)));
-    tuning.setLiveMode(true);
-    for (std::uint8_t set = 0; set <= 5; ++set) {
-        targetTakes(1);
-        told.SaveSetToRam(set);
-        told.SaveSetToRam(set);
-        EXPECT_THAT(reports(), testing::ElementsAre(report(Command::saveSet, set, Result::done),
-                                                    report(Command::saveSet, set, Result::exchangeFailed)));
-    }
-}
-
-TEST_F(CommandReports, TellNothingOfWhatWasNotTried) {
-    told.SaveSetToRam(1);
-    tuning.setLiveMode(true);
-    told.LoadSetFromRam(1);
-    told.SaveSetToRam(6);
-    told.FlashFile({});
-    told.ReadClipState();
-    EXPECT_THAT(reports(), testing::IsEmpty());
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include <string>
 #include <type_traits>
 
+#include "dsp/band_types.h"
 #include "dsp/filter_kind.h"
 #include "dsp/golden_words.h"
 

@@ -1,6 +1,7 @@
 #include "params/field_table.h"
 
 #include <algorithm>
+#include <functional>
 #include <gtest/gtest.h>
 #include <limits>
 #include <map>
@@ -198,6 +199,19 @@ TEST(FieldTable, HasItsDefaultsWithinItsRanges) {
             EXPECT_GE(value, field.minimum) << field.path;
             EXPECT_LE(value, field.maximum) << field.path;
         }
+    }
+}
+
+TEST(FieldTable, HasCodesThatFillTheRangeOfTheirField) {
+    for (const Field& field : fieldTable()) {
+        if (field.codes.empty()) {
+            continue;
+        }
+        EXPECT_EQ(field.minimum, field.codes.front().code) << field.path;
+        EXPECT_EQ(field.maximum, field.codes.back().code) << field.path;
+        EXPECT_EQ(std::ranges::adjacent_find(field.codes, std::ranges::greater_equal(), &FieldCode::code),
+                  field.codes.end())
+            << field.path;
     }
 }
 

@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <random>
+#include <set>
 
 #include "support/device_host.h"
 
@@ -135,6 +136,27 @@ TEST(TargetDevice, RefusesUnknownCommands) {
             EXPECT_EQ(host.push(requestFrame({byte})), negative) << code;
         }
     }
+}
+
+TEST(TargetDevice, AnswersExactlyTheRequestsThatTheTableOfMessagesTells) {
+    for (int code = 0; code < 256; ++code) {
+        const auto told = std::ranges::find_if(targetMessages(), [code](const TargetMessage& message) {
+            return message.code == code && message.frameType == frame_type::block2k;
+        });
+        DeviceHost host;
+        const Bytes reply = host.ask({static_cast<std::uint8_t>(code), 1});
+        EXPECT_EQ(reply.size(), told == targetMessages().end() ? 0 : maximumPayloadSize) << code;
+    }
+}
+
+TEST(TargetDevice, TheTableOfMessagesTellsRepliesOfRequestsOnlyAndEachCodeOnce) {
+    std::set<int> codes;
+    for (const TargetMessage& message : targetMessages()) {
+        EXPECT_EQ(message.reply.empty(), message.frameType != frame_type::block2k) << message.name;
+        EXPECT_GT(payloadSize(message.frameType), 0U) << message.name;
+        EXPECT_TRUE(!message.code || codes.insert(*message.code).second) << message.name;
+    }
+    EXPECT_EQ(codes, (std::set{1, 4, 5, 6, 8}));
 }
 
 TEST(TargetDevice, SendsEachSetWithItsDigest) {

@@ -1,0 +1,167 @@
+#include "cli/arguments.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <utility>
+#include <vector>
+
+#include "dsp/filter_methods.h"
+#include "params/channels.h"
+
+namespace tessavo::cli::option {
+
+namespace {
+
+// An argument without a name, which must be given.
+Option positional(std::string name, std::string what, std::string Arguments::*member) {
+    return [=](CLI::App& command, Arguments& arguments) {
+        command.add_option(name, arguments.*member, what)->required();
+    };
+}
+
+Option namedFile(std::string names, std::string what, std::string Arguments::*member, bool required) {
+    return [=](CLI::App& command, Arguments& arguments) {
+        command.add_option(names, arguments.*member, what)->type_name("FILE")->required(required);
+    };
+}
+
+Option set(bool required) {
+    return [=](CLI::App& command, Arguments& arguments) {
+        command.add_option("--set", arguments.set, "Set of the file, 1 to 5")
+            ->check(CLI::Range(1, static_cast<int>(setCount)))
+            ->type_name("N")
+            ->required(required);
+    };
+}
+
+Option flag(std::string name, std::string what, bool Arguments::*member) {
+    return [=](CLI::App& command, Arguments& arguments) { command.add_flag(name, arguments.*member, what); };
+}
+
+/// A value that an option has by the word that stands for it.
+template <typename Value>
+struct Word {
+    std::string word;
+    Value value;
+};
+
+// The value of one of these words.
+template <typename Value>
+CLI::Option* addWord(CLI::App& command, const std::string& name, Value& value, const std::string& what,
+                     const std::vector<Word<Value>>& words) {
+    std::vector<std::string> names(words.size());
+    std::ranges::transform(words, names.begin(), &Word<Value>::word);
+    const auto take = [&value, words](const std::string& given) {
+        value = std::ranges::find(words, given, &Word<Value>::word)->value;
+    };
+    return command.add_option_function<std::string>(name, take, what)->check(CLI::IsMember(names));
+}
+
+}  // namespace
+
+Option file(std::string what) {
+    return positional("FILE", std::move(what), &Arguments::file);
+}
+
+Option otherFile(std::string what) {
+    return positional("OTHER", std::move(what), &Arguments::secondFile);
+}
+
+Option image(std::string what) {
+    return positional("IMAGE", std::move(what), &Arguments::image);
+}
+
+Option targetSet() {
+    return [](CLI::App& command, Arguments& arguments) {
+        std::vector<Word<std::uint8_t>> words;
+        for (std::uint8_t number = 1; number <= setCount; ++number) {
+            words.push_back({std::to_string(number), number});
+        }
+        words.push_back({"default", 0});
+        addWord(command, "TARGET", arguments.targetSet, "Set of the target: 1 to 5 or default", words)
+            ->type_name("N|default")
+            ->required();
+    };
+}
+
+Option into(std::string what) {
+    return namedFile("--into", std::move(what), &Arguments::file, true);
+}
+
+Option output(std::string what) {
+    return namedFile("-o,--output", std::move(what), &Arguments::output, true);
+}
+
+Option editedFiles() {
+    return [](CLI::App& command, Arguments& arguments) {
+        namedFile("-o,--output", "Settings file to write", &Arguments::output, false)(command, arguments);
+        namedFile("--image", "Parameter image of the current set to write", &Arguments::image, false)(
+            command, arguments);
+    };
+}
+
+Option script() {
+    return namedFile("--script", "Script, or - for standard input", &Arguments::script, true);
+}
+
+Option anySet() {
+    return set(false);
+}
+
+Option oneSet() {
+    return set(true);
+}
+
+Option filterMode() {
+    return [](CLI::App& command, Arguments& arguments) {
+        std::vector<Word<std::uint32_t>> words;
+        std::string list;
+        for (const std::string_view name : filterMethodNames) {
+            const bool last = words.size() + 1 == filterMethodNames.size();
+            list.append(words.empty() ? "" : last ? " or " : ", ").append(name);
+            list.append(words.empty() ? " (the default)" : "");
+            words.push_back({std::string(name), static_cast<std::uint32_t>(words.size())});
+        }
+        addWord(command, "--filter-mode", arguments.filterMode, "Filter method: " + list, words)
+            ->type_name("M");
+    };
+}
+
+Option inputEq() {
+    return [](CLI::App& command, Arguments& arguments) {
+        addWord<InputEq>(command, "--input-eq", arguments.inputEq,
+                         "Input equalizer in the image: on (the default), off, or stored, as the set says",
+                         {{"on", InputEq::on}, {"off", InputEq::off}, {"stored", InputEq::stored}})
+            ->type_name("on|off|stored");
+    };
+}
+
+Option curve() {
+    return [](CLI::App& command, Arguments& arguments) {
+        CLI::Option_group* which = command.add_option_group("curve");
+        which->add_option("--channel", arguments.channel, "Output channel, 1 to 8")
+            ->check(CLI::Range(1, static_cast<int>(channelCount)))
+            ->type_name("C");
+        const std::string inputCurve = "Input equalizer";
+        which->add_flag("--input", inputCurve);
+        which->require_option(1);
+    };
+}
+
+Option json() {
+    return flag("--json", "Print everything as JSON", &Arguments::json);
+}
+
+Option force() {
+    return flag("--force", "Write over an existing file", &Arguments::force);
+}
+
+Option port() {
+    return [](CLI::App& command, Arguments& arguments) {
+        command.add_option("--port", arguments.port, "Serial port, as 'tessavoctl ports' names it")
+            ->type_name("PORT")
+            ->required();
+    };
+}
+
+}  // namespace tessavo::cli::option

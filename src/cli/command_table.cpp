@@ -1,0 +1,80 @@
+#include "cli/command_table.h"
+
+#include "cli/edit_script.h"
+#include "cli/file_commands.h"
+#include "cli/port_commands.h"
+
+namespace tessavo::cli {
+
+namespace {
+
+std::string scriptHelp() {
+    std::string text =
+        "A script has one operation a line:\n  set 1\n  select 1 2\n  setVolume -3.5\n  setCrossover 0 hp 4 "
+        "1\n"
+        "  setCrossoverFrequency 0 80\n\nIts words are:";
+    for (const ScriptWord& word : scriptWords()) {
+        text.append("\n  ").append(word.usage);
+    }
+    return text +
+           "\n\nselect takes channels 1 to 8 as the pages number them; elsewhere CHANNEL is the record's, "
+           "BAND and CROSSOVER\ncount from 0.";
+}
+
+std::vector<CommandRow> makeCommands() {
+    using namespace option;
+    // clang-format off
+    return {
+        {.name = "new", .purpose = "Write a settings file that holds the defaults", .example = "new fresh.eqs",
+         .run = runNew,
+         .options = {file("Settings file to write; an existing one is left alone"), force()}},
+        {.name = "show", .purpose = "Show the sets of a settings file", .example = "show car.eqs --set 1",
+         .run = runShow,
+         .options = {file("Settings file"), anySet(), json()}},
+        {.name = "diff", .purpose = "Name every field in which two settings files differ (exit code 1 if any)",
+         .example = "diff before.eqs after.eqs", .run = runDiff,
+         .options = {file("Settings file"), otherFile("Settings file to compare with")}},
+        {.name = "edit", .purpose = "Run an edit script on a settings file",
+         .example = "edit car.eqs --script tuning.txt --output tuned.eqs", .run = runEdit,
+         .options = {file("Settings file"), script(), filterMode(), editedFiles()}, .more = scriptHelp()},
+        {.name = "export", .purpose = "Write a set as a parameter image",
+         .example = "export car.eqs --set 1 --output set1.bin", .run = runExport,
+         .options = {file("Settings file"), oneSet(), filterMode(), inputEq(), output("Parameter image to write")}},
+        {.name = "import", .purpose = "Take a parameter image into a set",
+         .example = "import set1.bin --into car.eqs --set 2 --output both.eqs", .run = runImport,
+         .options = {image("Parameter image"), into("Settings file"), oneSet(), output("Settings file to write")}},
+        {.name = "curve", .purpose = "Print a response: 1000 lines of frequency in Hz and magnitude in dB",
+         .example = "curve car.eqs --set 1 --channel 3", .run = runCurve,
+         .options = {file("Settings file"), oneSet(), filterMode(), curve()}},
+        {.name = "ports", .purpose = "List the serial ports", .example = "ports", .run = runPorts},
+        {.name = "versions", .purpose = "Read the target's versions", .example = "versions --port ttyUSB0",
+         .run = runVersions,
+         .options = {port()}},
+        {.name = "clip", .purpose = "Read which stages of the target clip now", .example = "clip --port ttyUSB0",
+         .run = runClip,
+         .options = {port()}},
+        {.name = "live", .purpose = "Send a set to the target's live memory",
+         .example = "live car.eqs --set 1 --port ttyUSB0", .run = runLive,
+         .options = {file("Settings file"), oneSet(), filterMode(), inputEq(), port()}},
+        {.name = "write-set", .purpose = "Send a set and save it as one of the target's sets",
+         .example = "write-set 3 car.eqs --set 1 --port ttyUSB0", .run = runWriteSet,
+         .options = {targetSet(), file("Settings file"), oneSet(), filterMode(), inputEq(), port()}},
+        {.name = "read-set", .purpose = "Read one of the target's sets into a settings file",
+         .example = "read-set 3 --into car.eqs --set 2 --output read.eqs --port ttyUSB0", .run = runReadSet,
+         .options = {targetSet(), into("Settings file that the set is put into"), oneSet(),
+                     output("Settings file to write"), port()}},
+        {.name = "flash", .purpose = "Send a software image to the target",
+         .example = "flash software.bin --port ttyUSB0", .run = runFlash,
+         .options = {image("Software image, at most 524288 bytes"), port()}},
+    };
+    // clang-format on
+}
+
+}  // namespace
+
+const std::vector<CommandRow>& commandTable() {
+    static const std::vector<CommandRow> rows = makeCommands();
+    return rows;
+}
+
+}  // namespace tessavo::cli
