@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 #include <sstream>
 
+#include "app/program_folder.h"
 #include "app/status_line.h"
 #include "app/tessavo_app.h"
 #include "app/tessavo_view.h"
@@ -17,7 +18,7 @@
 #include "params/set_text.h"
 #include "params/settings_file.h"
 #include "support/harness.h"
-#include "support/temporary_folder.h"
+#include "support/synthetic_events.h"
 
 // The application object, which makes the toolkit's own: no other test of this program may have one.
 
@@ -26,13 +27,7 @@ namespace {
 
 class Application : public ::testing::Test {
  protected:
-    Application() {
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-        // The toolkit wants this folder closed to others.
-        std::filesystem::permissions(folder.path(), std::filesystem::perms::owner_all);
-        qputenv("XDG_RUNTIME_DIR", QByteArray::fromStdString(folder.path().string()));
-        start();
-    }
+    Application() { start(); }
     ~Application() override { qunsetenv("TESSAVO_PORTS"); }
 
     /// Starts the program once more as main() does, with what it remembers.
@@ -54,13 +49,7 @@ class Application : public ::testing::Test {
     [[nodiscard]] QString rememberedPort() const {
         return Profile(textOf(folder / "profile.ini")).lastPort();
     }
-    SkinComboBox& portList() {
-        auto* list = app->frame().findChild<SkinComboBox*>(QStringLiteral("id%1").arg(comm_id::portList));
-        if (list == nullptr) {
-            throw std::logic_error("no list of ports");
-        }
-        return *list;
-    }
+    SkinComboBox& portList() { return controlOf<SkinComboBox>(app->frame(), comm_id::portList); }
     /// Chooses a port as a person does, by the keyboard.
     void choosePort(const QString& name) {
         app->frame().view().showPage(Page::communication);
@@ -74,7 +63,7 @@ class Application : public ::testing::Test {
         ASSERT_EQ(portList().currentText(), name);
     }
 
-    TemporaryFolder folder;
+    ProgramFolder folder;
     std::unique_ptr<CTessavoApp> app;
 
  private:

@@ -9,12 +9,12 @@
 #include <random>
 #include <sstream>
 
+#include "app/program_folder.h"
 #include "app/tessavo_app.h"
 #include "app/tessavo_view.h"
 #include "app/ui_file_dialogs.h"
 #include "controls/skin_button.h"
 #include "controls/skin_message_box.h"
-#include "support/temporary_folder.h"
 
 // The whole application with profiles that are of no use.
 
@@ -26,11 +26,6 @@ using ::testing::IsEmpty;
 
 class DamagedProfile : public ::testing::Test {
  protected:
-    DamagedProfile() {
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-        std::filesystem::permissions(folder.path(), std::filesystem::perms::owner_all);
-        qputenv("XDG_RUNTIME_DIR", QByteArray::fromStdString(folder.path().string()));
-    }
     [[nodiscard]] QString path() const { return textOf(folder / "profile.ini"); }
     void write(const QByteArray& bytes) const {
         std::ofstream(folder / "profile.ini", std::ios::binary).write(bytes.constData(), bytes.size());
@@ -69,7 +64,7 @@ class DamagedProfile : public ::testing::Test {
         return told.str();
     }
 
-    TemporaryFolder folder;
+    ProgramFolder folder;
     bool recent = false;  ///< whether the menu offered the file /gone/a.eqs
 };
 

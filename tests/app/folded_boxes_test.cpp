@@ -3,9 +3,10 @@
 #include <atomic>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <mutex>
 #include <thread>
 #include <vector>
+
+#include "support/boxes.h"
 
 namespace tessavo::testing {
 namespace {
@@ -13,24 +14,9 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-/// Boxes that answer every question with no.
-class ListedBoxes : public IMessageBox {
- public:
-    BoxAnswer show(std::string_view text, BoxIcon /*icon*/, BoxButtons buttons) override {
-        const std::lock_guard guard(mutex_);
-        texts.emplace_back(text);
-        return buttons == BoxButtons::ok ? BoxAnswer::ok : BoxAnswer::no;
-    }
-    std::vector<std::string> texts;
-
- private:
-    std::mutex mutex_;
-};
-
 class Folded : public ::testing::Test {
  protected:
-    ListedBoxes list;
-    std::vector<std::string>& shown = list.texts;
+    RecordingBoxes list{BoxAnswer::no};
     std::vector<int> counted;
     FoldedBoxes boxes{list, [this](int times) { counted.push_back(times); }};
 };
@@ -39,7 +25,7 @@ TEST_F(Folded, TheFirstOfEqualBoxesIsShownAndTheOthersAreCounted) {
     for (int round = 0; round < 4; ++round) {
         boxes.showPlain("closed");
     }
-    EXPECT_THAT(shown, ElementsAre("closed"));
+    EXPECT_THAT(list.texts(), ElementsAre("closed"));
     EXPECT_THAT(counted, ElementsAre(2, 3, 4));
 }
 
@@ -47,7 +33,7 @@ TEST_F(Folded, AnotherTextIsShown) {
     for (const char* text : {"a", "b", "b", "a"}) {
         boxes.showPlain(text);
     }
-    EXPECT_THAT(shown, ElementsAre("a", "b", "a"));
+    EXPECT_THAT(list.texts(), ElementsAre("a", "b", "a"));
     EXPECT_THAT(counted, ElementsAre(2));
 }
 
@@ -62,19 +48,19 @@ TEST_F(Folded, WhatIsForgottenIsShownAgain) {
     boxes.forget();
     EXPECT_THAT(counted, ElementsAre(2, 0));
     boxes.showPlain("closed");
-    EXPECT_THAT(shown, ElementsAre("closed", "closed", "closed"));
+    EXPECT_THAT(list.texts(), ElementsAre("closed", "closed", "closed"));
 }
 
 TEST_F(Folded, AQuestionIsAskedEachTime) {
     EXPECT_EQ(boxes.show("sure?", BoxIcon::none, BoxButtons::yesNoCancel), BoxAnswer::no);
     EXPECT_EQ(boxes.show("sure?", BoxIcon::none, BoxButtons::yesNoCancel), BoxAnswer::no);
-    EXPECT_THAT(shown, ElementsAre("sure?", "sure?"));
+    EXPECT_THAT(list.texts(), ElementsAre("sure?", "sure?"));
 }
 
 TEST_F(Folded, AnEmptyTextIsATextToo) {
     boxes.showPlain("");
     boxes.showPlain("");
-    EXPECT_THAT(shown, ElementsAre(""));
+    EXPECT_THAT(list.texts(), ElementsAre(""));
     EXPECT_THAT(counted, ElementsAre(2));
 }
 
@@ -96,7 +82,7 @@ TEST_F(Folded, BoxesOfSeveralThreadsAreCountedWhole) {
     for (std::thread& thread : threads) {
         thread.join();
     }
-    EXPECT_THAT(shown, ElementsAre("closed"));
+    EXPECT_THAT(list.texts(), ElementsAre("closed"));
     EXPECT_EQ(highest, 2000);
 }
 

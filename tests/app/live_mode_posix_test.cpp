@@ -5,8 +5,9 @@
 #include <thread>
 
 #include "app/status_line.h"
+#include "support/environment.h"
 #include "support/frame_fixture.h"
-#include "support/run_folder.h"
+#include "support/waiting.h"
 #include "target/pty_target.h"
 
 // From the button to the target's memory and back to the status bar, over a real line.
@@ -42,7 +43,7 @@ class LiveLine : public FrameTest {
         return std::memcmp(live.data(), &tuning.image(), live.size()) == 0;
     }
 
-    test::OwnRunFolder runFolder_;
+    OwnRunFolder runFolder_;
     std::unique_ptr<PtyTarget> target_;
 };
 
@@ -125,15 +126,12 @@ TEST_F(LiveLine, ShutDownWhileABoxWaitsEndsWithinASecond) {
     faults.wrongConfirmation = true;
     startTarget(std::move(faults));
     QTest::mouseClick(&eqMode(), Qt::LeftButton);
-    const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(patienceMs);
     // This thread's loop rests, so that the box of the wrong set cannot be answered.
     bool ran = false;
-    while (!(ran && !link.liveTransferRuns()) && std::chrono::steady_clock::now() < end) {
+    ASSERT_TRUE(eventually([&] {
         ran = ran || link.liveTransferRuns();
-        std::this_thread::yield();
-    }
-    ASSERT_TRUE(ran);
-    ASSERT_FALSE(link.liveTransferRuns());
+        return ran && !link.liveTransferRuns();
+    }));
     boxes.stopAnswering();
     const auto start = std::chrono::steady_clock::now();
     link.shutDown();

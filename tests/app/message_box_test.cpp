@@ -8,6 +8,7 @@
 
 #include "app/ui_message_box.h"
 #include "support/synthetic_events.h"
+#include "support/waiting.h"
 
 // Boxes asked for by other threads.
 
@@ -95,9 +96,7 @@ TEST(UiBoxes, AThreadThatWaitsIsLetGoAtTheEnd) {
         answers[1] = boxes.show("comes later", BoxIcon::error, BoxButtons::okCancel);
         answers[2] = boxes.show("comes last", BoxIcon::error, BoxButtons::yesNoCancel);
     });
-    while (!asking) {
-        std::this_thread::yield();
-    }
+    EXPECT_TRUE(eventually([&] { return asking.load(); }));
     // This thread runs no event loop now, as at the end of the program.
     boxes.stopAnswering();
     worker.join();

@@ -10,11 +10,11 @@
 #include <unistd.h>
 
 #include "app/instance_guard.h"
+#include "app/program_folder.h"
 #include "app/tessavo_app.h"
 #include "app/ui_file_dialogs.h"
 #include "controls/skin_button.h"
 #include "controls/skin_message_box.h"
-#include "support/temporary_folder.h"
 
 // Pipes in the places of files that a start reads. A pipe that is opened in the usual way waits for its other
 // end; the alarm ends such a test instead of the patience of whoever runs it.
@@ -29,9 +29,6 @@ using ::testing::Not;
 class OddFiles : public ::testing::Test {
  protected:
     OddFiles() {
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-        std::filesystem::permissions(folder.path(), std::filesystem::perms::owner_all);
-        qputenv("XDG_RUNTIME_DIR", QByteArray::fromStdString(folder.path().string()));
         constexpr unsigned hangSeconds = 60;
         ::alarm(hangSeconds);
     }
@@ -70,7 +67,7 @@ class OddFiles : public ::testing::Test {
         return told.str();
     }
 
-    TemporaryFolder folder;
+    ProgramFolder folder;
 };
 
 TEST_F(OddFiles, AProfileThatIsAPipeReadsAsEmptyAndIsToldAtTheEnd) {

@@ -16,17 +16,8 @@ constexpr std::array<std::string_view, 201> goldenDigests{
 #include "base/golden_md5.inc"
 };
 
-std::string hex(const Md5Digest& digest) {
-    std::string text;
-    for (const std::uint8_t byte : digest) {
-        text += "0123456789abcdef"[byte >> 4U];
-        text += "0123456789abcdef"[byte & 15U];
-    }
-    return text;
-}
-
 std::string md5Of(std::string_view text) {
-    return hex(md5(Bytes(text.begin(), text.end())));
+    return hexText(md5(Bytes(text.begin(), text.end())));
 }
 
 TEST(Md5, AgreesWithThePublishedTestSuite) {
@@ -44,7 +35,7 @@ TEST(Md5, AgreesWithThePublishedTestSuite) {
 TEST(Md5, AgreesWithAnotherImplementationForEveryLengthUpTo200) {
     Bytes message;
     for (std::size_t length = 0; length <= 200; ++length) {
-        EXPECT_EQ(hex(md5(message)), goldenDigests[length]) << length;
+        EXPECT_EQ(hexText(md5(message)), goldenDigests[length]) << length;
         message.push_back(static_cast<std::uint8_t>(7 * length + 3));
     }
 }

@@ -3,14 +3,13 @@
 #include <algorithm>
 #include <cstdint>
 #include <filesystem>
-#include <fstream>
 #include <gtest/gtest.h>
-#include <iterator>
 #include <sstream>
 #include <string>
 #include <vector>
 
 #include "cli/command_line.h"
+#include "support/temporary_folder.h"
 
 namespace tessavo::cli {
 
@@ -34,27 +33,9 @@ inline CommandResult run(const std::vector<std::string>& arguments) {
 
 using Bytes = std::vector<std::uint8_t>;
 
-/// A folder of its own for each test, gone afterwards.
+/// Commands with a folder of their own.
 class CommandTest : public testing::Test {
  protected:
-    CommandTest() {
-        const auto* info = testing::UnitTest::GetInstance()->current_test_info();
-        const auto* seed = static_cast<const void*>(this);
-        std::ostringstream name;
-        name << "tessavo-" << info->test_suite_name() << "-" << info->name() << "-" << seed;
-        std::string flat = name.str();
-        for (char& character : flat) {
-            character = character == '/' ? '_' : character;
-        }
-        folder_ = std::filesystem::temp_directory_path() / flat;
-        std::filesystem::remove_all(folder_);
-        std::filesystem::create_directories(folder_);
-    }
-    ~CommandTest() override {
-        std::error_code error;
-        std::filesystem::remove_all(folder_, error);
-    }
-
     [[nodiscard]] std::string path(const std::string& name) const { return (folder_ / name).string(); }
 
     /// A fresh settings file.
@@ -64,16 +45,8 @@ class CommandTest : public testing::Test {
         return path(name);
     }
 
-    [[nodiscard]] static Bytes read(const std::string& file) {
-        std::ifstream in(file, std::ios::binary);
-        return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-    }
-
-    static void write(const std::string& file, const Bytes& bytes) {
-        std::ofstream out(file, std::ios::binary | std::ios::trunc);
-        out.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-        ASSERT_TRUE(out.flush().good());
-    }
+    [[nodiscard]] static Bytes read(const std::string& file) { return readFile(file); }
+    static void write(const std::string& file, const Bytes& bytes) { ASSERT_TRUE(writeFile(file, bytes)); }
 
     /// Names of everything in the test's folder.
     [[nodiscard]] std::vector<std::string> files() const {
@@ -85,7 +58,8 @@ class CommandTest : public testing::Test {
         return names;
     }
 
-    std::filesystem::path folder_;
+    TemporaryFolder temporary_;
+    std::filesystem::path folder_ = temporary_.path();
 };
 
 }  // namespace tessavo::cli

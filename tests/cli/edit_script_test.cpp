@@ -7,15 +7,12 @@
 #include <ostream>
 
 #include "params/set_text.h"
+#include "support/boxes.h"
 
 namespace tessavo::cli {
 namespace {
 
 using testing::HasSubstr;
-
-struct SilentBoxes final : IMessageBox {
-    BoxAnswer show(std::string_view, BoxIcon, BoxButtons) override { return BoxAnswer::ok; }
-};
 
 ScriptError errorOf(std::string_view text) {
     const auto parsed = parseScript(text);
@@ -104,7 +101,7 @@ TEST(EditScript, EveryWordOfACodeIsTakenAndStandsInTheUsage) {
 }
 
 TEST(EditScript, EveryFieldOfAWordMayBeEditedAtEachOfItsElements) {
-    SilentBoxes boxes;
+    RecordingBoxes boxes;
     TuningState tuning{boxes};
     tuning.start();
     for (const ScriptWord& word : scriptWords()) {
@@ -414,7 +411,7 @@ class ScriptRun : public testing::Test {
     void apply(std::string_view text) { applyScript(tuning, scriptOf(text)); }
     const ParameterSet& set(std::size_t number) const { return tuning.store().sets[number - 1]; }
 
-    SilentBoxes boxes;
+    RecordingBoxes boxes;
     TuningState tuning{boxes};
 };
 

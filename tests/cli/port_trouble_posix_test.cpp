@@ -1,7 +1,6 @@
 #include <atomic>
 #include <chrono>
 #include <csignal>
-#include <cstdlib>
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <sstream>
@@ -13,6 +12,8 @@
 #include "comm/port_list.h"
 #include "comm/serial.h"
 #include "platform/process.h"
+#include "support/environment.h"
+#include "support/waiting.h"
 
 // Ports that cannot be used, and a line on which nobody speaks. Files stand in for devices where the system
 // makes no difference.
@@ -217,10 +218,7 @@ TEST(Interruption, CallsOnceAndGivesTheSignalsBack) {
         EXPECT_FALSE(interruption.happened());
         ::raise(SIGTERM);
         ::raise(SIGINT);
-        const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(10);
-        while (calls == 0 && std::chrono::steady_clock::now() < limit) {
-            std::this_thread::yield();
-        }
+        EXPECT_TRUE(eventually([&] { return calls > 0; }));
         EXPECT_TRUE(interruption.happened());
     }
     EXPECT_EQ(calls, 1);
@@ -243,12 +241,8 @@ TEST(Interruption, LeavesIgnoredSignalsIgnored) {
 }
 
 TEST(Ports, NamesFromTheEnvironmentAreListed) {
-    const char* former = std::getenv("TESSAVO_PORTS");
-    const std::string kept = former == nullptr ? "" : former;
-    ASSERT_EQ(::setenv("TESSAVO_PORTS", "pts/77,ttyMine", 1), 0);
+    const Variable ports("TESSAVO_PORTS", "pts/77,ttyMine");
     const CommandResult result = run({"ports"});
-    ASSERT_EQ(former == nullptr ? ::unsetenv("TESSAVO_PORTS") : ::setenv("TESSAVO_PORTS", kept.c_str(), 1),
-              0);
     EXPECT_EQ(result.code, 0);
     EXPECT_THAT(result.out, HasSubstr("pts/77\nttyMine\n"));
 }

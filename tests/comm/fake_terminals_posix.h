@@ -1,11 +1,11 @@
 #pragma once
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <map>
-#include <stdexcept>
 #include <string>
+
+#include "support/temporary_folder.h"
 
 namespace tessavo::test {
 
@@ -15,20 +15,9 @@ class FakeTerminals {
     using Path = std::filesystem::path;
 
     FakeTerminals() {
-        std::string pattern = (std::filesystem::temp_directory_path() / "tessavo-terminals-XXXXXX").string();
-        if (::mkdtemp(pattern.data()) == nullptr) {
-            throw std::runtime_error("no temporary folder to be had");
-        }
-        root_ = std::filesystem::canonical(pattern);
         std::filesystem::create_directories(terminals());
         std::filesystem::create_directories(devices());
     }
-    ~FakeTerminals() {
-        std::error_code ignored;
-        std::filesystem::remove_all(root_, ignored);
-    }
-    FakeTerminals(const FakeTerminals&) = delete;
-    FakeTerminals& operator=(const FakeTerminals&) = delete;
 
     [[nodiscard]] Path root() const { return root_; }
     [[nodiscard]] Path terminals() const { return root_ / "class" / "tty"; }
@@ -88,7 +77,8 @@ class FakeTerminals {
     }
 
  private:
-    Path root_;
+    TemporaryFolder folder_;
+    Path root_ = std::filesystem::canonical(folder_.path());
 };
 
 }  // namespace tessavo::test

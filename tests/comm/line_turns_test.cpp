@@ -109,10 +109,10 @@ TEST_F(Turns, ARoundWaitsForTheQuestionThatRuns) {
     std::atomic<bool> mayEnd = false;
     std::atomic<bool> asked = false;
     const WaitingQuestion question(turns, [&] {
-        EXPECT_TRUE(comesTrue([&] { return mayEnd.load(); }));
+        EXPECT_TRUE(eventually([&] { return mayEnd.load(); }));
         asked = true;
     });
-    ASSERT_TRUE(comesTrue([&] { return question.taken.load(); }));
+    ASSERT_TRUE(eventually([&] { return question.taken.load(); }));
     int looks = 0;
     EXPECT_TRUE(turns.takeRound([&] {
         mayEnd = ++looks > 2;
@@ -127,7 +127,7 @@ TEST_F(Turns, ARoundLetsTheQuestionThatIsDuePassFirst) {
         ASSERT_TRUE(maySend());
         std::atomic<bool> asked = false;
         const WaitingQuestion question(turns, [&] { asked = true; });
-        ASSERT_TRUE(comesTrue([&] { return question.looks > 0; }));
+        ASSERT_TRUE(eventually([&] { return question.looks > 0; }));
         turns.endRound();
         ASSERT_TRUE(turns.takeRound([] { return true; }));
         EXPECT_TRUE(asked);
@@ -138,11 +138,11 @@ TEST_F(Turns, ARoundLetsTheQuestionThatIsDuePassFirst) {
 TEST_F(Turns, ARoundDoesNotWaitForAQuestionThatACommandHoldsUp) {
     commandRuns = true;
     const WaitingQuestion question(turns);
-    ASSERT_TRUE(comesTrue([&] { return question.looks > 0; }));
+    ASSERT_TRUE(eventually([&] { return question.looks > 0; }));
     EXPECT_TRUE(maySend());
     turns.endRound();
     commandRuns = false;
-    EXPECT_TRUE(comesTrue([&] { return question.over.load(); }))
+    EXPECT_TRUE(eventually([&] { return question.over.load(); }))
         << "nobody tells it that the command is over";
     EXPECT_TRUE(question.taken);
 }
@@ -170,18 +170,18 @@ TEST_F(Turns, NeitherARoundNorAnEditHoldsUpQuestionsWhileRoundsRest) {
 TEST_F(Turns, AQuestionThatWaitsIsLetInWhenRoundsRest) {
     ASSERT_TRUE(maySend());
     const WaitingQuestion question(turns);
-    ASSERT_TRUE(comesTrue([&] { return question.looks > 0; }));
+    ASSERT_TRUE(eventually([&] { return question.looks > 0; }));
     turns.setRoundsRest(true);
-    EXPECT_TRUE(comesTrue([&] { return question.over.load(); }));
+    EXPECT_TRUE(eventually([&] { return question.over.load(); }));
     EXPECT_TRUE(question.taken);
 }
 
 TEST_F(Turns, TheEndOfTheProgramGivesUpWhoeverWaits) {
     ASSERT_TRUE(maySend());
     const WaitingQuestion question(turns);
-    ASSERT_TRUE(comesTrue([&] { return question.looks > 0; }));
+    ASSERT_TRUE(eventually([&] { return question.looks > 0; }));
     turns.end();
-    EXPECT_TRUE(comesTrue([&] { return question.over.load(); }));
+    EXPECT_TRUE(eventually([&] { return question.over.load(); }));
     EXPECT_FALSE(question.taken);
     EXPECT_FALSE(turns.takeRound([] { return true; }));
     EXPECT_FALSE(turns.takeQuestion([] { return true; }));
@@ -215,7 +215,7 @@ TEST_F(Turns, AlternateUnderAStorm) {
             EXPECT_EQ(asked, askedInRound + 1) << "one fits between two rounds, and no more";
         }
         askedInRound = asked;
-        ASSERT_TRUE(comesTrue([&] { return waits.load(); }));
+        ASSERT_TRUE(eventually([&] { return waits.load(); }));
         --users;
         turns.endRound();
     }

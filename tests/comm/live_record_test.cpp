@@ -100,7 +100,7 @@ TEST(LiveRecordThreads, NoFalseConfirmationWhileSetsAreSwitchedWithoutPause) {
         if (state == State::sending) {
             // Whatever copies again from here on copies another set.
             const int seen = switches;
-            EXPECT_TRUE(comesTrue([&] { return switches >= seen + 2 || !switching; }));
+            EXPECT_TRUE(eventually([&] { return switches >= seen + 2 || !switching; }));
         }
         if (state == State::confirmed) {
             // What arrived last is what plays.
@@ -114,7 +114,7 @@ TEST(LiveRecordThreads, NoFalseConfirmationWhileSetsAreSwitchedWithoutPause) {
     ASSERT_TRUE(worker.start());
     std::uint32_t set = 0;
     std::set<Bytes> different;
-    EXPECT_TRUE(comesTrue([&] {
+    EXPECT_TRUE(eventually([&] {
         tuning.selectSet(++set % 5);
         tuning.raiseUpdatePending();
         ++switches;

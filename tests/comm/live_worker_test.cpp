@@ -381,7 +381,7 @@ TEST_F(LiveWorkerTest, TheThreadLooksEvery250Milliseconds) {
     ASSERT_TRUE(worker.start());
     const Lines look{"pause 250"};
     const Lines expected = joined({look, sent(), pause(), replied(), look, look});
-    EXPECT_TRUE(comesTrue([&] { return transcript.lines().size() >= expected.size(); }));
+    EXPECT_TRUE(eventually([&] { return transcript.lines().size() >= expected.size(); }));
     worker.stop();
     expectTranscript({expected});
     EXPECT_THAT(states, testing::ElementsAre(State::sending, State::confirmed));
@@ -402,7 +402,7 @@ TEST_F(LiveWorkerTest, CanBeStartedAgain) {
         transcript.clear();
         ASSERT_TRUE(worker.start());
         ASSERT_TRUE(worker.start());
-        EXPECT_TRUE(comesTrue([&] { return transcript.lines().size() > 2; }));
+        EXPECT_TRUE(eventually([&] { return transcript.lines().size() > 2; }));
         worker.stop();
         EXPECT_THAT(transcript.lines(), testing::Each("pause 250"));
     }

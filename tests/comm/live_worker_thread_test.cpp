@@ -105,7 +105,7 @@ TEST(LiveWorkerThreads, ImageAndDigestMatchWhileEditsGoOn) {
 
     constexpr std::size_t messages = 60;
     int round = 0;
-    EXPECT_TRUE(comesTrue([&] {
+    EXPECT_TRUE(eventually([&] {
         const auto step = static_cast<float>(round++ % 40);
         tuning.setVolume(step / 4, true);
         tuning.setDelay(step / 4, true);

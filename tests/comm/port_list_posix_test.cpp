@@ -6,13 +6,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <memory>
-#include <optional>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include "comm/fake_terminals_posix.h"
 #include "comm/port_list.h"
+#include "support/environment.h"
 #include "support/pty_pair.h"
 
 namespace tessavo {
@@ -24,51 +24,8 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Not;
 
-// A variable of the environment that gets its former value back.
-// NOLINTBEGIN(concurrency-mt-unsafe): no other thread runs meanwhile
-class Variable {
- public:
-    Variable(const char* name, const char* value) : name_(name) {
-        if (const char* former = std::getenv(name)) {
-            former_ = former;
-        }
-        set(value);
-    }
-    ~Variable() { set(former_ ? former_->c_str() : nullptr); }
-    Variable(const Variable&) = delete;
-    Variable& operator=(const Variable&) = delete;
-
- private:
-    void set(const char* value) {
-        if (value == nullptr) {
-            ::unsetenv(name_);
-        } else {
-            ::setenv(name_, value, 1);
-        }
-    }
-
-    const char* name_;
-    std::optional<std::string> former_;
-};
-// NOLINTEND(concurrency-mt-unsafe)
-
 class PortList : public testing::Test {
  protected:
-    PortList() {
-        std::string pattern = (fs::temp_directory_path() / "tessavo-ports-XXXXXX").string();
-        if (::mkdtemp(pattern.data()) != nullptr) {
-            root_ = pattern;
-        }
-        runtime_.emplace("XDG_RUNTIME_DIR", root_.c_str());
-        listed_.emplace("TESSAVO_PORTS", nullptr);
-    }
-    ~PortList() override {
-        if (!root_.empty()) {
-            fs::remove_all(root_);
-        }
-    }
-    void SetUp() override { ASSERT_FALSE(root_.empty()); }
-
     // A terminal as the kernel shows it.
     void terminal(const std::string& name, bool device, const std::string& type = {}) const {
         fs::create_directories(root_ / "class" / name);
@@ -100,9 +57,10 @@ class PortList : public testing::Test {
         return ports::announcedPorts(run(), root_ / "dev");
     }
 
-    fs::path root_;
-    std::optional<Variable> runtime_;
-    std::optional<Variable> listed_;
+    TemporaryFolder folder_;
+    fs::path root_ = folder_.path();
+    Variable runtime_{"XDG_RUNTIME_DIR", root_.c_str()};
+    Variable listed_{"TESSAVO_PORTS", nullptr};
 };
 
 TEST_F(PortList, OnlyUartsWithHardwareArePorts) {

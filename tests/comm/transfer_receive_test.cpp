@@ -28,6 +28,18 @@ class TransferReceive : public ExchangeTest {
         return frameOf(3, 1, payload);
     }
     void expectReplyUntouched() const { EXPECT_THAT(reply, testing::Each(0xEE)); }
+
+    /// After these stretches the request is taken, and the reply comes.
+    void expectReplyAfter(std::vector<Lines> parts) {
+        port.answer({positive});
+        port.answer(replyFrame({}));
+        port.answer({positive});
+        EXPECT_TRUE(engine.ReceiveFromTarget(reply, Bytes{8}));
+        parts.insert(
+            parts.end(),
+            {requestTaken(), replyRead("4101 bytes"), {"RX Message received"}, disconnected(), closed()});
+        expectTranscript(parts);
+    }
 };
 
 TEST_F(TransferReceive, AReplyOf4096Bytes) {
@@ -129,14 +141,7 @@ TEST_F(TransferReceive, OtherBytesBeforeTheAnswerAreSkipped) {
             port.answer({0x43});
             parts.push_back(tried("43"));
         }
-        port.answer({positive});
-        port.answer(replyFrame({}));
-        port.answer({positive});
-        EXPECT_TRUE(engine.ReceiveFromTarget(reply, Bytes{8}));
-        parts.insert(
-            parts.end(),
-            {requestTaken(), replyRead("4101 bytes"), {"RX Message received"}, disconnected(), closed()});
-        expectTranscript(parts);
+        expectReplyAfter(std::move(parts));
     }
 }
 
@@ -149,14 +154,7 @@ TEST_F(TransferReceive, NegativeAnswersBeforeTheLastAttemptAreNotFatal) {
             port.answer({negative});
             parts.insert(parts.end(), {tried("15"), {"RX Negative answer received"}});
         }
-        port.answer({positive});
-        port.answer(replyFrame({}));
-        port.answer({positive});
-        EXPECT_TRUE(engine.ReceiveFromTarget(reply, Bytes{8}));
-        parts.insert(
-            parts.end(),
-            {requestTaken(), replyRead("4101 bytes"), {"RX Message received"}, disconnected(), closed()});
-        expectTranscript(parts);
+        expectReplyAfter(std::move(parts));
         // The request itself went out once.
         EXPECT_EQ(port.written.size(), 2U);
         port.written.clear();

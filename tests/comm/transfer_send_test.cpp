@@ -31,6 +31,18 @@ class TransferSend : public ExchangeTest {
         }
         return all;
     }
+
+    /// Starts a new transcript of an exchange in which that many bytes come before the answer.
+    std::vector<Lines> firstBlockAndBytesThatAreNoAnswer(int count) {
+        transcript.clear();
+        port.answer({request});
+        std::vector<Lines> parts{firstBlockWritten()};
+        for (int i = 0; i < count; ++i) {
+            port.answer({0x43});
+            parts.push_back(answerRead("43"));
+        }
+        return parts;
+    }
 };
 
 TEST_F(TransferSend, OneBlockOf128Bytes) {
@@ -159,13 +171,7 @@ TEST_F(TransferSend, ALineThatNeverFallsSilentDoesNotHoldItUpForever) {
 
 TEST_F(TransferSend, AnAnswerMayComeAfterUpToFourOtherBytes) {
     for (int others = 0; others <= 4; ++others) {
-        transcript.clear();
-        port.answer({request});
-        std::vector<Lines> parts{firstBlockWritten()};
-        for (int i = 0; i < others; ++i) {
-            port.answer({0x43});
-            parts.push_back(answerRead("43"));
-        }
+        std::vector<Lines> parts = firstBlockAndBytesThatAreNoAnswer(others);
         port.answer({positive, positive});
         EXPECT_TRUE(engine.SendToTarget(Bytes(128), MessageType::blocks128));
         parts.insert(parts.end(), {blockTaken(), disconnected(), closed()});
@@ -189,13 +195,7 @@ TEST_F(TransferSend, FiveOtherBytesAreNoAnswer) {
 
 TEST_F(TransferSend, ANegativeAnswerFailsOnEveryAttempt) {
     for (int others = 0; others <= 4; ++others) {
-        transcript.clear();
-        port.answer({request});
-        std::vector<Lines> parts{firstBlockWritten()};
-        for (int i = 0; i < others; ++i) {
-            port.answer({0x43});
-            parts.push_back(answerRead("43"));
-        }
+        std::vector<Lines> parts = firstBlockAndBytesThatAreNoAnswer(others);
         port.answer({negative});
         EXPECT_FALSE(engine.SendToTarget(Bytes(128), MessageType::blocks128));
         parts.insert(parts.end(), {answerRead("15"), {"RX Negative answer received"}, closed()});

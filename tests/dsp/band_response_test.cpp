@@ -94,15 +94,19 @@ TEST_P(BandResponse, BoostAndCutPullTheCentreOfAPeakApart) {
     }
 }
 
-class BilinearResponse : public ::testing::Test {
+template <typename Generator>
+class ResponseOf : public ::testing::Test {
  protected:
     BiquadWords band(std::uint8_t type, std::uint16_t frequencyHz, float gainDb, float q) {
         const Computed result = computeBand(generator_, type, frequencyHz, gainDb, q);
         EXPECT_TRUE(result.converted);
         return result.section;
     }
-    coeffBZT2 generator_;
+    Generator generator_;
 };
+
+using BilinearResponse = ResponseOf<coeffBZT2>;
+using MatchedResponse = ResponseOf<coeffMZT>;
 
 TEST_F(BilinearResponse, APeakHasItsGainAtTheCentreAndNoneAtTheEnds) {
     for (const float gainDb : {18.0F, 6.0F, -6.0F, -18.0F}) {
@@ -167,16 +171,6 @@ TEST_F(BilinearResponse, CrossoversAreThreeDecibelsDownAtTheCornerAndFlatInTheir
         EXPECT_LT(std::abs(numeratorOf(highPass, 0.0)), 1e-7);
     }
 }
-
-class MatchedResponse : public ::testing::Test {
- protected:
-    BiquadWords band(std::uint8_t type, std::uint16_t frequencyHz, float gainDb, float q) {
-        const Computed result = computeBand(generator_, type, frequencyHz, gainDb, q);
-        EXPECT_TRUE(result.converted);
-        return result.section;
-    }
-    coeffMZT generator_;
-};
 
 TEST_F(MatchedResponse, AHighPassAlwaysHasTheSameNumerator) {
     for (const std::uint16_t frequencyHz : Frequencies{0, 1, 20, 1000, 20000, 22050, 24750, 32767, 65535}) {

@@ -8,24 +8,15 @@
 namespace tessavo::testing {
 namespace {
 
-std::string hex(const Md5Digest& digest) {
-    std::string text;
-    for (const std::uint8_t byte : digest) {
-        text += "0123456789abcdef"[byte >> 4U];
-        text += "0123456789abcdef"[byte & 15U];
-    }
-    return text;
-}
-
 // The image digests are hashlib's.
 TEST(ImageDigest, CoversTheImagesBytesAndLeavesThem) {
     Bytes bytes(imageSize, 0);
-    EXPECT_EQ(hex(md5Image(recordOf<ParameterImage>(bytes))), "216ee5e61dc704642ab4c3ad81bebf68");
+    EXPECT_EQ(hexText(md5Image(recordOf<ParameterImage>(bytes))), "216ee5e61dc704642ab4c3ad81bebf68");
     for (std::size_t i = 0; i < imageSize; ++i) {
         bytes[i] = static_cast<std::uint8_t>(i * 31 + 7);
     }
     const auto image = recordOf<ParameterImage>(bytes);
-    EXPECT_EQ(hex(md5Image(image)), "d0d9845128fb164f75d234d62c0a9bcd");
+    EXPECT_EQ(hexText(md5Image(image)), "d0d9845128fb164f75d234d62c0a9bcd");
     EXPECT_SAME_BYTES(bytesOf(image), bytes);
 }
 

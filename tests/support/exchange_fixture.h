@@ -8,7 +8,6 @@
 #include <span>
 #include <string>
 #include <string_view>
-#include <thread>
 #include <utility>
 #include <vector>
 
@@ -16,6 +15,7 @@
 #include "support/fake_serial.h"
 #include "support/transcript.h"
 #include "support/virtual_clock.h"
+#include "support/waiting.h"
 
 namespace tessavo::test {
 
@@ -96,18 +96,5 @@ Bytes concatenated(std::span<const std::uint8_t> first, std::span<const std::uin
 
 /// Bytes without a visible pattern, the same for the same seed.
 Bytes randomBytes(std::size_t size, std::uint32_t seed);
-
-/// Waits for another thread, a minute at most.
-template <typename Condition>
-bool comesTrue(Condition condition) {
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
-    while (!condition()) {
-        if (std::chrono::steady_clock::now() > deadline) {
-            return false;
-        }
-        std::this_thread::yield();
-    }
-    return true;
-}
 
 }  // namespace tessavo::test

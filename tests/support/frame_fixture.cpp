@@ -1,7 +1,5 @@
 #include "support/frame_fixture.h"
 
-#include <QAbstractItemView>
-#include <QApplication>
 #include <QMenu>
 #include <QMenuBar>
 #include <QTabBar>
@@ -73,16 +71,7 @@ PageFactory FrameTest::realPages() {
 }
 
 void FrameTest::choose(SkinComboBox& list, int index) {
-    // The list takes a second click that comes too soon for a part of the first.
-    const int interval = QApplication::doubleClickInterval();
-    QApplication::setDoubleClickInterval(0);
-    QTest::mouseClick(&list, Qt::LeftButton);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return list.view()->isVisible(); }));
-    ASSERT_TRUE(letLoopRun());
-    const QModelIndex entry = list.model()->index(index, 0);
-    QTest::mouseClick(list.view()->viewport(), Qt::LeftButton, {}, list.view()->visualRect(entry).center());
-    ASSERT_TRUE(QTest::qWaitFor([&] { return !list.view()->isVisible(); }));
-    QApplication::setDoubleClickInterval(interval);
+    clickEntry(list, index);
 }
 
 void FrameTest::type(QLineEdit& field, const QString& text) {

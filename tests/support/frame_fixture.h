@@ -19,25 +19,13 @@
 #include "controls/skin_check_box.h"
 #include "controls/skin_combo_box.h"
 #include "support/settings_fakes.h"
+#include "support/synthetic_events.h"
 #include "support/temporary_folder.h"
 
 class QMenu;
 class QMenuBar;
 
 namespace tessavo::testing {
-
-/// A box as it came to the user-interface thread.
-struct ShownBox {
-    std::string text;
-    BoxIcon icon;
-    BoxButtons buttons;
-
-    friend bool operator==(const ShownBox&, const ShownBox&) = default;
-};
-
-inline ShownBox errorBox(std::string text) {
-    return {std::move(text), BoxIcon::error, BoxButtons::ok};
-}
 
 /// A page that writes down what it was told.
 class RecordingPage : public CTabDialog {
@@ -68,11 +56,7 @@ class FrameTest : public ::testing::Test {
     CTessavoView& view() { return frame->view(); }
     template <typename Control>
     Control& control(int id) {
-        auto* found = frame->findChild<Control*>(QStringLiteral("id%1").arg(id));
-        if (found == nullptr) {
-            throw std::logic_error("no control " + std::to_string(id));
-        }
-        return *found;
+        return controlOf<Control>(*frame, id);
     }
     SkinComboBox& setSelector() { return control<SkinComboBox>(view_id::setSelector); }
     QLineEdit& setName() { return control<QLineEdit>(view_id::setName); }

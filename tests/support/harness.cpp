@@ -42,6 +42,15 @@ void applyPatches(Bytes& bytes, const Patches& patches) {
     }
 }
 
+std::string hexText(std::span<const std::uint8_t> bytes) {
+    std::string text;
+    for (const std::uint8_t byte : bytes) {
+        text += "0123456789abcdef"[byte >> 4U];
+        text += "0123456789abcdef"[byte & 15U];
+    }
+    return text;
+}
+
 std::string difference(const Bytes& actual, const Bytes& expected) {
     if (actual.size() != expected.size()) {
         return "sizes " + std::to_string(actual.size()) + " and " + std::to_string(expected.size());

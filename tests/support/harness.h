@@ -5,10 +5,12 @@
 #include <cstdint>
 #include <cstring>
 #include <random>
+#include <span>
 #include <string>
 #include <vector>
 
 #include "params/tuning_state.h"
+#include "support/boxes.h"
 
 namespace tessavo::testing {
 
@@ -81,25 +83,14 @@ using Patches = std::vector<Patch>;
 
 void applyPatches(Bytes& bytes, const Patches& patches);
 
+/// Two lower-case digits for each byte.
+std::string hexText(std::span<const std::uint8_t> bytes);
+
 /// Empty when equal; otherwise the first places that differ.
 std::string difference(const Bytes& actual, const Bytes& expected);
 
 #define EXPECT_SAME_BYTES(actual, expected) EXPECT_EQ(difference(actual, expected), "")
 #define ASSERT_SAME_BYTES(actual, expected) ASSERT_EQ(difference(actual, expected), "")
-
-class RecordingBoxes : public IMessageBox {
- public:
-    struct Box {
-        std::string text;
-        BoxIcon icon;
-        BoxButtons buttons;
-    };
-    BoxAnswer show(std::string_view text, BoxIcon icon, BoxButtons buttons) override {
-        shown.push_back({std::string(text), icon, buttons});
-        return BoxAnswer::ok;
-    }
-    std::vector<Box> shown;
-};
 
 class RecordingDisplay : public ICurveDisplay {
  public:

@@ -1,6 +1,5 @@
 #include "support/page_fixture.h"
 
-#include <QAbstractItemView>
 #include <QApplication>
 #include <QMouseEvent>
 #include <QTest>
@@ -8,16 +7,6 @@
 #include "support/synthetic_events.h"
 
 namespace tessavo::testing {
-
-BoxAnswer ScriptedBoxes::show(std::string_view text, BoxIcon icon, BoxButtons buttons) {
-    shown.push_back({std::string(text), icon, buttons});
-    if (answers.empty()) {
-        return BoxAnswer::cancel;
-    }
-    const BoxAnswer answer = answers.front();
-    answers.pop_front();
-    return answer;
-}
 
 PageTest::PageTest() {
     window.resize(984, 596);
@@ -103,18 +92,7 @@ void PageTest::click(QWidget& target) {
 }
 
 void PageTest::choose(int listId, int index) {
-    SkinComboBox& target = list(listId);
-    // The list takes a second click that comes too soon for a part of the first.
-    const int interval = QApplication::doubleClickInterval();
-    QApplication::setDoubleClickInterval(0);
-    QTest::mouseClick(&target, Qt::LeftButton);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return target.view()->isVisible(); }));
-    ASSERT_TRUE(letLoopRun());
-    const QModelIndex entry = target.model()->index(index, 0);
-    QTest::mouseClick(target.view()->viewport(), Qt::LeftButton, {},
-                      target.view()->visualRect(entry).center());
-    ASSERT_TRUE(QTest::qWaitFor([&] { return !target.view()->isVisible(); }));
-    QApplication::setDoubleClickInterval(interval);
+    clickEntry(list(listId), index);
     deliver();
 }
 

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QWidget>
-#include <deque>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <memory>
@@ -17,25 +16,9 @@
 #include "controls/skin_radio_button.h"
 #include "controls/tab_dialog.h"
 #include "support/harness.h"
+#include "support/synthetic_events.h"
 
 namespace tessavo::testing {
-
-struct AskedBox {
-    std::string text;
-    BoxIcon icon;
-    BoxButtons buttons;
-
-    friend bool operator==(const AskedBox&, const AskedBox&) = default;
-};
-
-/// Answers with what a test chose; a box without an answer is cancelled.
-class ScriptedBoxes : public IMessageBox {
- public:
-    BoxAnswer show(std::string_view text, BoxIcon icon, BoxButtons buttons) override;
-
-    std::deque<BoxAnswer> answers;
-    std::vector<AskedBox> shown;
-};
 
 /// A page with its own state, and a second state that takes the same edits without a page.
 class PageTest : public ::testing::Test {
@@ -48,11 +31,7 @@ class PageTest : public ::testing::Test {
 
     template <typename Control>
     Control& control(int id) {
-        auto* found = page->findChild<Control*>(QStringLiteral("id%1").arg(id));
-        if (found == nullptr) {
-            throw std::logic_error("no control " + std::to_string(id));
-        }
-        return *found;
+        return controlOf<Control>(*page, id);
     }
     CBitmapSlider& slider(int id) { return control<CBitmapSlider>(id); }
     NumberEdit& edit(int id) { return control<NumberEdit>(id); }
@@ -90,7 +69,7 @@ class PageTest : public ::testing::Test {
 
     Tuning actual;
     Tuning twin;
-    ScriptedBoxes boxes;
+    RecordingBoxes boxes{BoxAnswer::cancel};
     QWidget window;
     CTabDialog* page = nullptr;  ///< the one that the functions above work on
     int draggedTo = 0;           ///< where the last drag took the thumb, before the page heard of it

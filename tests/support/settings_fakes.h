@@ -58,15 +58,9 @@ struct FileMenu {
     RecordingBoxes boxes;
     SettingsCommands commands{tuning.state, dialogs, boxes, view};
 
-    [[nodiscard]] std::vector<std::string> texts() const {
-        std::vector<std::string> all;
-        for (const RecordingBoxes::Box& box : boxes.shown) {
-            all.push_back(box.text);
-        }
-        return all;
-    }
+    [[nodiscard]] std::vector<std::string> texts() const { return boxes.texts(); }
     [[nodiscard]] bool everyBoxIsAnError() const {
-        for (const RecordingBoxes::Box& box : boxes.shown) {
+        for (const ShownBox& box : boxes.shown) {
             if (box.icon != BoxIcon::error || box.buttons != BoxButtons::ok) {
                 return false;
             }

@@ -1,12 +1,17 @@
 #pragma once
 
+#include <QAbstractItemView>
 #include <QApplication>
+#include <QComboBox>
 #include <QEnterEvent>
 #include <QFocusEvent>
 #include <QMouseEvent>
 #include <QTest>
 #include <QTimer>
 #include <QWidget>
+#include <gtest/gtest.h>
+#include <stdexcept>
+#include <string>
 
 namespace tessavo {
 
@@ -33,6 +38,30 @@ inline void sendPress(QWidget& control, const QPointF& place) {
     bool fired = false;
     QTimer::singleShot(20, [&fired] { fired = true; });
     return QTest::qWaitFor([&fired] { return fired; }, 5000);
+}
+
+/// The control of this number.
+template <typename Control>
+Control& controlOf(const QWidget& parent, int identifier) {
+    auto* found = parent.findChild<Control*>(QStringLiteral("id%1").arg(identifier));
+    if (found == nullptr) {
+        throw std::logic_error("no control " + std::to_string(identifier));
+    }
+    return *found;
+}
+
+/// Opens a list with the mouse and clicks an entry.
+inline void clickEntry(QComboBox& list, int index) {
+    // The list takes a second click that comes too soon for a part of the first.
+    const int interval = QApplication::doubleClickInterval();
+    QApplication::setDoubleClickInterval(0);
+    QTest::mouseClick(&list, Qt::LeftButton);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return list.view()->isVisible(); }));
+    ASSERT_TRUE(letLoopRun());
+    const QModelIndex entry = list.model()->index(index, 0);
+    QTest::mouseClick(list.view()->viewport(), Qt::LeftButton, {}, list.view()->visualRect(entry).center());
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !list.view()->isVisible(); }));
+    QApplication::setDoubleClickInterval(interval);
 }
 
 }  // namespace tessavo

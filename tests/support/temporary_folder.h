@@ -9,7 +9,7 @@
 #include <system_error>
 #include <vector>
 
-namespace tessavo::testing {
+namespace tessavo {
 
 /// A folder of its own that goes with the test.
 class TemporaryFolder {
@@ -34,11 +34,13 @@ class TemporaryFolder {
     std::filesystem::path path_;
 };
 
-inline void writeFile(const std::filesystem::path& path, const std::vector<std::uint8_t>& bytes) {
+/// \return false when not all of it could be written
+inline bool writeFile(const std::filesystem::path& path, const std::vector<std::uint8_t>& bytes) {
     std::ofstream file(path, std::ios::binary | std::ios::trunc);
     for (const std::uint8_t byte : bytes) {
         file.put(static_cast<char>(byte));
     }
+    return file.flush().good();
 }
 
 inline std::vector<std::uint8_t> readFile(const std::filesystem::path& path) {
@@ -50,4 +52,4 @@ inline std::vector<std::uint8_t> readFile(const std::filesystem::path& path) {
     return bytes;
 }
 
-}  // namespace tessavo::testing
+}  // namespace tessavo

@@ -1,12 +1,11 @@
 #include "target/memory_files.h"
 
 #include <filesystem>
-#include <fstream>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <random>
 
 #include "support/device_host.h"
+#include "support/temporary_folder.h"
 
 namespace tessavo::test {
 namespace {
@@ -18,23 +17,8 @@ using testing::IsEmpty;
 /// A directory of the test's own, and a log.
 class MemoryFilesTest : public testing::Test {
  protected:
-    void SetUp() override {
-        const auto* info = testing::UnitTest::GetInstance()->current_test_info();
-        directory = fs::temp_directory_path() / (std::string("tessavo-memory-") + info->name() + "-" +
-                                                 std::to_string(std::random_device{}()));
-        fs::remove_all(directory);
-        fs::create_directories(directory);
-    }
-    void TearDown() override { fs::remove_all(directory); }
-
-    void write(const std::string& name, const Bytes& bytes) const {
-        std::ofstream file(directory / name, std::ios::binary);
-        file.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-    }
-    Bytes read(const std::string& name) const {
-        std::ifstream file(directory / name, std::ios::binary);
-        return {std::istreambuf_iterator<char>(file), {}};
-    }
+    void write(const std::string& name, const Bytes& bytes) const { writeFile(directory / name, bytes); }
+    Bytes read(const std::string& name) const { return readFile(directory / name); }
     TargetMemory load() {
         TargetMemory memory = TargetMemory::holding(imageOf(0));
         MemoryFiles(directory).load(memory, [this](TargetLogKind kind, std::string_view text) {
@@ -48,7 +32,8 @@ class MemoryFilesTest : public testing::Test {
             std::distance(fs::directory_iterator(directory), fs::directory_iterator()));
     }
 
-    fs::path directory;
+    TemporaryFolder folder;
+    fs::path directory = folder.path();
     std::vector<std::string> troubles;
 };
 

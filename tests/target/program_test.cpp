@@ -10,7 +10,8 @@
 
 #include "comm/port_list.h"
 #include "support/device_port.h"
-#include "support/run_folder.h"
+#include "support/environment.h"
+#include "support/temporary_folder.h"
 
 // The program as a person starts it.
 
@@ -174,9 +175,8 @@ TEST(TargetProgram, WrongUsageEndsWithTwo) {
 }
 
 TEST(TargetProgram, StateSurvivesTheRun) {
-    const fs::path directory =
-        fs::temp_directory_path() / ("tessavo-program-state-" + std::to_string(getpid()));
-    fs::remove_all(directory);
+    const TemporaryFolder folder;
+    const fs::path directory = folder / "state";
     {
         Program program({"--state", directory.string()});
         Host host(program.line());
@@ -200,16 +200,15 @@ TEST(TargetProgram, StateSurvivesTheRun) {
     program.signal(SIGTERM);
     EXPECT_EQ(program.wait(), 0);
     EXPECT_THAT(program.errorText, HasSubstr("set2.bin"));
-    fs::remove_all(directory);
 }
 
 TEST(TargetProgram, AnUnusableStateDirectoryFails) {
-    const fs::path file = fs::temp_directory_path() / ("tessavo-program-file-" + std::to_string(getpid()));
+    const TemporaryFolder folder;
+    const fs::path file = folder / "file";
     std::ofstream(file) << "x";
     Program program({"--state", file.string()});
     EXPECT_EQ(program.wait(), 1);
     EXPECT_THAT(program.errorText, HasSubstr("cannot use"));
-    fs::remove(file);
 }
 
 TEST(TargetProgram, PatternsComeFromStandardInput) {

@@ -13,7 +13,7 @@
 
 #include "comm/port_list.h"
 #include "support/device_port.h"
-#include "support/run_folder.h"
+#include "support/environment.h"
 #include "support/waiting.h"
 
 // The real thing: pseudo-terminal, serial port and transfer engine. Only the engine's pauses are left out.

@@ -18,8 +18,8 @@
 #include "comm/page/log_view.h"
 #include "comm/page/page_bench.h"
 #include "pages/output/clip_detect_dlg.h"
+#include "support/environment.h"
 #include "support/frame_fixture.h"
-#include "support/run_folder.h"
 #include "target/pty_target.h"
 
 namespace tessavo::testing {
@@ -134,7 +134,7 @@ class OnALine : public FrameTest {
         return texts;
     }
 
-    test::OwnRunFolder runFolder;
+    OwnRunFolder runFolder;
 
  private:
     bool started_ = false;

@@ -76,12 +76,7 @@ class SetsOnALine : public OnALine {
 
     template <typename Control>
     Control& on(Page page, int id) {
-        auto* found = view().pages()[static_cast<std::size_t>(page)]->findChild<Control*>(
-            QStringLiteral("id%1").arg(id));
-        if (found == nullptr) {
-            throw std::logic_error("no control " + std::to_string(id));
-        }
-        return *found;
+        return controlOf<Control>(*view().pages()[static_cast<std::size_t>(page)], id);
     }
     void typeOn(Page page, int id, int number) {
         view().showPage(page);

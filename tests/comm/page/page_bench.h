@@ -23,6 +23,7 @@
 #include "controls/transfer_line.h"
 #include "support/device_port.h"
 #include "support/settings_fakes.h"
+#include "support/synthetic_events.h"
 #include "support/temporary_folder.h"
 
 namespace tessavo::testing {
@@ -76,11 +77,7 @@ class PageBench : public ::testing::Test, private ICommLog {
 
     template <typename Control>
     Control& control(int id) {
-        auto* found = page->findChild<Control*>(QStringLiteral("id%1").arg(id));
-        if (found == nullptr) {
-            throw std::logic_error("no control " + std::to_string(id));
-        }
-        return *found;
+        return controlOf<Control>(*page, id);
     }
     CxSkinButton& button(int id) { return control<CxSkinButton>(id); }
     CxSkinButton& saveButton(int set) { return button(comm_id::firstSave + set); }

@@ -149,15 +149,20 @@ class ReplugSeenOnALine : public ReplugOnALine {
     bool saysInTime(const std::string& start) {
         return QTest::qWaitFor([&] { return words().starts_with(start); }, 2000);
     }
+    /// \param taken live images that the target took until then
+    void confirmAndUnplug(int& taken) {
+        plugIn();
+        toggleLiveMode();
+        ASSERT_TRUE(becomesConfirmed());
+        taken = timesSaid("took a live image");
+        unplug();
+        ASSERT_TRUE(saysInTime("port gone ")) << words();
+    }
 };
 
 TEST_F(ReplugSeenOnALine, AnEditWhileThePortIsGoneIsSentWhenItComesBack) {
-    plugIn();
-    toggleLiveMode();
-    ASSERT_TRUE(becomesConfirmed());
-    const int taken = timesSaid("took a live image");
-    unplug();
-    ASSERT_TRUE(saysInTime("port gone ")) << words();
+    int taken = 0;
+    ASSERT_NO_FATAL_FAILURE(confirmAndUnplug(taken));
     EXPECT_EQ(light(), Light::trouble);
     EXPECT_THAT(shownTexts(), IsEmpty()) << "nothing was opened to find it out";
     tuning.setVolume(-9.0F, true);
@@ -177,12 +182,8 @@ TEST_F(ReplugSeenOnALine, AnEditWhileThePortIsGoneIsSentWhenItComesBack) {
 }
 
 TEST_F(ReplugSeenOnALine, AnImageThatIsConfirmedIsNotSentAgain) {
-    plugIn();
-    toggleLiveMode();
-    ASSERT_TRUE(becomesConfirmed());
-    const int taken = timesSaid("took a live image");
-    unplug();
-    ASSERT_TRUE(saysInTime("port gone ")) << words();
+    int taken = 0;
+    ASSERT_NO_FATAL_FAILURE(confirmAndUnplug(taken));
     std::filesystem::create_symlink(target->path(), plug_);
     ASSERT_TRUE(saysInTime("port back ")) << words();
     EXPECT_EQ(light(), Light::confirmed);

@@ -11,7 +11,7 @@ namespace {
 
 using namespace std::string_literals;
 
-const AskedBox question{"Are you sure?\r\nThe current settings will be lost!", BoxIcon::error,
+const ShownBox question{"Are you sure?\r\nThe current settings will be lost!", BoxIcon::error,
                         BoxButtons::okCancel};
 
 /// Writes down which slider told the page what.
@@ -403,7 +403,7 @@ TEST_F(InputEq, ResetIsRefusedInLiveMode) {
     actual.state.takeUpdate();
     click(resetButton());
     EXPECT_EQ(boxes.shown,
-              (std::vector<AskedBox>{{"Please turn off Live Mode", BoxIcon::none, BoxButtons::ok}}));
+              (std::vector<ShownBox>{{"Please turn off Live Mode", BoxIcon::none, BoxButtons::ok}}));
     EXPECT_SAME_BYTES(actual.store(), store);
     EXPECT_SAME_BYTES(actual.image(), image);
     EXPECT_FALSE(actual.state.updatePending());
@@ -416,7 +416,7 @@ TEST_F(InputEq, ACancelledResetChangesNothing) {
     const Bytes image = actual.image();
     boxes.answers = {BoxAnswer::cancel};
     click(resetButton());
-    EXPECT_EQ(boxes.shown, std::vector<AskedBox>{question});
+    EXPECT_EQ(boxes.shown, std::vector<ShownBox>{question});
     EXPECT_SAME_BYTES(actual.store(), store);
     EXPECT_SAME_BYTES(actual.image(), image);
     EXPECT_FALSE(takePending());
@@ -437,7 +437,7 @@ TEST_F(InputEq, ResetPutsEverySliderToZeroWithinItsRange) {
     SliderSpy spy(*page);
     boxes.answers = {BoxAnswer::ok};
     click(resetButton());
-    EXPECT_EQ(boxes.shown, std::vector<AskedBox>{question});
+    EXPECT_EQ(boxes.shown, std::vector<ShownBox>{question});
     EXPECT_EQ(spy.told, order);
     EXPECT_SAME_BYTES(actual.store(), store);
     EXPECT_SAME_BYTES(actual.image(), image);

@@ -12,8 +12,6 @@
 namespace tessavo::testing {
 namespace {
 
-using test::eventually;
-
 class Poller : public ::testing::Test {
  protected:
     ~Poller() override {

@@ -6,7 +6,7 @@
 namespace tessavo::testing {
 namespace {
 
-const AskedBox question{"Are you sure?\r\nThe current channel settings will be lost!", BoxIcon::error,
+const ShownBox question{"Are you sure?\r\nThe current channel settings will be lost!", BoxIcon::error,
                         BoxButtons::okCancel};
 
 class OutputEqSelectionTest : public OutputEqTest {
@@ -400,7 +400,7 @@ TEST_F(OutputEqResetTest, IsRefusedInLiveMode) {
     actual.state.takeUpdate();
     click(reset());
     EXPECT_EQ(boxes.shown,
-              (std::vector{AskedBox{"Please turn off Live Mode", BoxIcon::none, BoxButtons::ok}}));
+              (std::vector{ShownBox{"Please turn off Live Mode", BoxIcon::none, BoxButtons::ok}}));
     EXPECT_FALSE(actual.state.updatePending());
     EXPECT_TRUE(inStep());
 }

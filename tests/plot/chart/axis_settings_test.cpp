@@ -21,11 +21,7 @@ using chart_test::type;
 using AxisSettings = SettingsDialogs;
 
 TEST_F(AxisSettings, AnAxisWithoutTicksIsFoundAgain) {
-    CAxis right = chart_.axis(AxisSide::right);
-    AxisLook look = right.look();
-    look.majorTicks = 5;
-    right.setLook(look);
-    chart_.setAxis(right);
+    showRightAxis();
     for (int axis = 0; axis < 3; ++axis) {
         const auto ticksOf = [&](int count) {
             CAxisSettings dialog(chart_, host_);
@@ -48,11 +44,7 @@ TEST_F(AxisSettings, AnAxisWithoutTicksIsFoundAgain) {
 }
 
 TEST_F(AxisSettings, AnAxisAcrossShowsAndEditsTheRangeThatItFollows) {
-    CAxis right = chart_.axis(AxisSide::right);
-    AxisLook look = right.look();
-    look.majorTicks = 5;
-    right.setLook(look);
-    chart_.setAxis(right);
+    showRightAxis();
     CAxisSettings dialog(chart_, host_);
     open(dialog);
     click(button(dialog, "Next >>"));

@@ -78,11 +78,7 @@ TEST_F(SettingsDialogs, AxisDialogStepsThroughTheShownAxes) {
 }
 
 TEST_F(SettingsDialogs, AxisDialogCountsEveryShownAxis) {
-    CAxis right = chart_.axis(AxisSide::right);
-    AxisLook look = right.look();
-    look.majorTicks = 5;
-    right.setLook(look);
-    chart_.setAxis(right);
+    showRightAxis();
     CAxisSettings dialog(chart_, host_);
     open(dialog);
     EXPECT_TRUE(shows(dialog, "Axis 1 of 3"));

@@ -33,6 +33,15 @@ class SettingsDialogs : public testing::Test {
         ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
     }
 
+    /// A third axis beside the left and the bottom one.
+    void showRightAxis() {
+        CAxis right = chart_.axis(AxisSide::right);
+        AxisLook look = right.look();
+        look.majorTicks = 5;
+        right.setLook(look);
+        chart_.setAxis(right);
+    }
+
     FakeHost host_;
     CXYChart chart_;
 };
