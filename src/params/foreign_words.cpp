@@ -1,8 +1,5 @@
 #include "params/foreign_words.h"
 
-#include "dsp/coeff_bzt2.h"
-#include "dsp/coeff_bztmzt.h"
-#include "dsp/coeff_mzt.h"
 #include "params/section_words.h"
 
 namespace tessavo {
@@ -16,10 +13,6 @@ unsigned differs(const BiquadWords& words, Compute compute) {
 }
 
 }  // namespace
-
-ForeignWordSearch::ForeignWordSearch()
-    : methods_{std::make_unique<coeffBZT2>(), std::make_unique<coeffMZT>(), std::make_unique<coeffBZTMZT>()} {
-}
 
 ForeignWords ForeignWordSearch::find(const TuningState& tuning) {
     IcoefficientGenerator& method = *methods_.at(tuning.filterMode());
