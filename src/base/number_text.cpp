@@ -70,7 +70,7 @@ std::optional<double> typedNumber(std::string_view text) {
     if (number.starts_with('+') && !number.starts_with("+-")) {
         number.erase(0, 1);
     }
-    // A text with both, or with several, stays one with too many points.
+    // A text with point and comma, or with several commas, gets several points here and is refused below.
     std::ranges::replace(number, ',', '.');
     return anyNumber(number);
 }
