@@ -12,11 +12,9 @@
 namespace tessavo {
 namespace {
 
-class SliderInterface : public QAccessibleWidget, public QAccessibleValueInterface {
+/// A widget with a value: assistive technology reads it as a number and as a text.
+class ValueWidget : public QAccessibleWidget, public QAccessibleValueInterface {
  public:
-    explicit SliderInterface(CBitmapSlider& slider)
-        : QAccessibleWidget(&slider, QAccessible::Slider), slider_(slider) {}
-
     void* interface_cast(QAccessible::InterfaceType type) override {
         if (type == QAccessible::ValueInterface) {
             return static_cast<QAccessibleValueInterface*>(this);
@@ -25,8 +23,18 @@ class SliderInterface : public QAccessibleWidget, public QAccessibleValueInterfa
     }
 
     QString text(QAccessible::Text kind) const override {
-        return kind == QAccessible::Value ? slider_.valueText() : QAccessibleWidget::text(kind);
+        return kind == QAccessible::Value ? valueText() : QAccessibleWidget::text(kind);
     }
+
+ protected:
+    ValueWidget(QWidget& widget, QAccessible::Role role) : QAccessibleWidget(&widget, role) {}
+    [[nodiscard]] virtual QString valueText() const = 0;
+};
+
+class SliderInterface : public ValueWidget {
+ public:
+    explicit SliderInterface(CBitmapSlider& slider)
+        : ValueWidget(slider, QAccessible::Slider), slider_(slider) {}
 
     QVariant currentValue() const override { return slider_.valueOf(slider_.position()); }
     void setCurrentValue(const QVariant& value) override {
@@ -36,7 +44,7 @@ class SliderInterface : public QAccessibleWidget, public QAccessibleValueInterfa
             slider_.setValueByUser(number);
         }
     }
-    // A negated scale turns the ends round.
+    // With a negative scale the lowest position has the highest value.
     QVariant minimumValue() const override {
         return qMin(slider_.valueOf(slider_.minimum()), slider_.valueOf(slider_.maximum()));
     }
@@ -62,31 +70,26 @@ class SliderInterface : public QAccessibleWidget, public QAccessibleValueInterfa
         }
     }
 
+ protected:
+    QString valueText() const override { return slider_.valueText(); }
+
  private:
     CBitmapSlider& slider_;
 };
 
-class TransferInterface : public QAccessibleWidget, public QAccessibleValueInterface {
+class TransferInterface : public ValueWidget {
  public:
     explicit TransferInterface(TransferLine& line)
-        : QAccessibleWidget(&line, QAccessible::ProgressBar), line_(line) {}
-
-    void* interface_cast(QAccessible::InterfaceType type) override {
-        if (type == QAccessible::ValueInterface) {
-            return static_cast<QAccessibleValueInterface*>(this);
-        }
-        return QAccessibleWidget::interface_cast(type);
-    }
-
-    QString text(QAccessible::Text kind) const override {
-        return kind == QAccessible::Value ? line_.text() : QAccessibleWidget::text(kind);
-    }
+        : ValueWidget(line, QAccessible::ProgressBar), line_(line) {}
 
     QVariant currentValue() const override { return line_.blocksSent(); }
     void setCurrentValue(const QVariant& /*value*/) override {}
     QVariant minimumValue() const override { return 0; }
     QVariant maximumValue() const override { return line_.blocks(); }
     QVariant minimumStepSize() const override { return 1; }
+
+ protected:
+    QString valueText() const override { return line_.text(); }
 
  private:
     TransferLine& line_;

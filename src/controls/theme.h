@@ -66,10 +66,12 @@ inline constexpr QRgb paneDivider = 0xFF343E49;  ///< between the panes of the s
 inline constexpr std::array<QRgb, 8> groups{0xFF4BA3F7, 0xFF2BB3A3, 0xFF9A8AF0, 0xFFE0A94A,
                                             0xFFE9828C, 0xFF7BC56B, 0xFFC98BD9, 0xFF9AA7B5};
 
-/// The program's font in logical pixels: Inter, Segoe UI, Noto Sans or DejaVu Sans, whichever is there.
+/// The program's font: the first of Inter, Segoe UI, Noto Sans and DejaVu Sans that the system has.
+/// \param pixelSize height in logical pixels
+/// \param weight normal, medium or bold
 [[nodiscard]] QFont font(int pixelSize, QFont::Weight weight = QFont::Normal);
 
-/// Fixed pitch, for the log.
+/// A font in which all characters are equally wide, for the log. Height in logical pixels.
 [[nodiscard]] QFont fixedFont(int pixelSize);
 
 }  // namespace tessavo::theme
