@@ -22,7 +22,7 @@ class ValueWidget : public QAccessibleWidget, public QAccessibleValueInterface {
         return QAccessibleWidget::interface_cast(type);
     }
 
-    QString text(QAccessible::Text kind) const override {
+    [[nodiscard]] QString text(QAccessible::Text kind) const override {
         return kind == QAccessible::Value ? valueText() : QAccessibleWidget::text(kind);
     }
 
@@ -36,7 +36,7 @@ class SliderInterface : public ValueWidget {
     explicit SliderInterface(CBitmapSlider& slider)
         : ValueWidget(slider, QAccessible::Slider), slider_(slider) {}
 
-    QVariant currentValue() const override { return slider_.valueOf(slider_.position()); }
+    [[nodiscard]] QVariant currentValue() const override { return slider_.valueOf(slider_.position()); }
     void setCurrentValue(const QVariant& value) override {
         bool isNumber = false;
         const double number = value.toDouble(&isNumber);
@@ -45,15 +45,15 @@ class SliderInterface : public ValueWidget {
         }
     }
     // With a negative scale the lowest position has the highest value.
-    QVariant minimumValue() const override {
+    [[nodiscard]] QVariant minimumValue() const override {
         return qMin(slider_.valueOf(slider_.minimum()), slider_.valueOf(slider_.maximum()));
     }
-    QVariant maximumValue() const override {
+    [[nodiscard]] QVariant maximumValue() const override {
         return qMax(slider_.valueOf(slider_.minimum()), slider_.valueOf(slider_.maximum()));
     }
-    QVariant minimumStepSize() const override { return qAbs(slider_.valuePerStep()); }
+    [[nodiscard]] QVariant minimumStepSize() const override { return qAbs(slider_.valuePerStep()); }
 
-    QStringList actionNames() const override {
+    [[nodiscard]] QStringList actionNames() const override {
         QStringList names = QAccessibleWidget::actionNames();
         if (slider_.isEnabled()) {
             names << increaseAction() << decreaseAction();
@@ -71,7 +71,7 @@ class SliderInterface : public ValueWidget {
     }
 
  protected:
-    QString valueText() const override { return slider_.valueText(); }
+    [[nodiscard]] QString valueText() const override { return slider_.valueText(); }
 
  private:
     CBitmapSlider& slider_;
@@ -82,14 +82,14 @@ class TransferInterface : public ValueWidget {
     explicit TransferInterface(TransferLine& line)
         : ValueWidget(line, QAccessible::ProgressBar), line_(line) {}
 
-    QVariant currentValue() const override { return line_.blocksSent(); }
+    [[nodiscard]] QVariant currentValue() const override { return line_.blocksSent(); }
     void setCurrentValue(const QVariant& /*value*/) override {}
-    QVariant minimumValue() const override { return 0; }
-    QVariant maximumValue() const override { return line_.blocks(); }
-    QVariant minimumStepSize() const override { return 1; }
+    [[nodiscard]] QVariant minimumValue() const override { return 0; }
+    [[nodiscard]] QVariant maximumValue() const override { return line_.blocks(); }
+    [[nodiscard]] QVariant minimumStepSize() const override { return 1; }
 
  protected:
-    QString valueText() const override { return line_.text(); }
+    [[nodiscard]] QString valueText() const override { return line_.text(); }
 
  private:
     TransferLine& line_;

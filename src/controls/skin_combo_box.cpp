@@ -47,7 +47,7 @@ class RowDelegate : public QStyledItemDelegate {
             painter->drawRoundedRect(row.adjusted(0, 1, 0, -1), 3, 3);
         }
         row.adjust(8, 0, -4, 0);
-        const QColor dot = index.data(dotRole).value<QColor>();
+        const auto dot = index.data(dotRole).value<QColor>();
         if (dot.isValid()) {
             paintDot(*painter, row.left(), row.center().y(), dot);
             row.setLeft(row.left() + dotRoom);
