@@ -6,25 +6,28 @@
 
 namespace tessavo {
 
-/// What a file dialog offers: "description (*.ext)|*.ext||" and the extension added to a bare name.
+/// What a file dialog offers.
 struct FileFilter {
-    std::string_view filter;
-    std::string_view defaultExtension;
+    std::string_view filter;            ///< "description (*.ext)|*.ext||"
+    std::string_view defaultExtension;  ///< added to a chosen name that has none; without the point
 };
 
-/// Sets the C library's locale back to "English", which file dialogs may have changed; where no locale has
-/// that name, it stays. User-interface thread.
+/// Sets the C library's locale back to "English", because a file dialog of the system may have changed it. On
+/// a system without a locale of that name nothing changes. User-interface thread.
 void resetLocaleAfterDialog();
 
-/// Asks the user for a file. Used on the user-interface thread.
+/// Asks the user for a file. The window implements it with dialogs, tests with prepared answers. Used on the
+/// user-interface thread.
 class IFileDialogs {
  public:
     virtual ~IFileDialogs() = default;
-    /// \return nothing when cancelled; an empty path stands for an empty choice
+    /// Asks for an existing file to open.
+    /// \return nothing when the user cancelled; an empty path when the dialog was confirmed without a choice
     virtual std::optional<std::filesystem::path> askOpenPath(const FileFilter& filter) = 0;
-    /// Asks before an existing file is overwritten.
+    /// Asks for a file to write, and once more before an existing one is overwritten.
+    /// \return as askOpenPath()
     virtual std::optional<std::filesystem::path> askSavePath(const FileFilter& filter) = 0;
-    /// Called once a command is done with its dialog and the file, cancelled or not.
+    /// The command that asked calls this once it is done with the file, also after a cancelled dialog.
     virtual void resetLocale() { resetLocaleAfterDialog(); }
 };
 

@@ -11,30 +11,31 @@
 
 namespace tessavo {
 
-// The one place where numbers become text and text becomes numbers. None of it follows the locale of the process: the
-// decimal sign is a point and digits are never grouped.
+// The one place where numbers become text and text becomes numbers. None of it follows the locale of the
+// process: the decimal sign is a point and digits are never grouped.
 
 /// The shortest text that reads back as the same number: "-6", "0.1", "1e+30", "nan", "inf".
 [[nodiscard]] std::string shortestText(double value);
 [[nodiscard]] std::string shortestText(float value);
 
-/// What "%.<digits>g" writes in the C locale.
-/// \param significantDigits 1 to 17
+/// What printf() writes for "%.<significantDigits>g" in the C locale.
+/// \param significantDigits 1 to 17; no double has more that mean something
 [[nodiscard]] std::string shortNumber(double value, int significantDigits = 6);
 
-/// What "%.<decimals>f" writes in the C locale.
+/// What printf() writes for "%.<decimals>f" in the C locale.
 /// \param decimals 0 to 17
 [[nodiscard]] std::string fixedText(double value, int decimals);
 
-/// Upper-case hexadecimal digits without a prefix, with zeros in front up to `digits`: "00010006".
+/// Upper-case hexadecimal digits without a prefix: "00010006".
+/// \param digits least number of digits; zeros fill the front
 [[nodiscard]] std::string hexNumber(std::uint32_t value, std::size_t digits);
 
-/// The whole text as a finite number. Blanks, a leading plus, hexadecimal digits, "inf" and "nan" are refused, and so is
-/// a number that a double cannot hold.
+/// The whole text as a finite number. Blanks, a leading plus, hexadecimal digits, "inf" and "nan" are
+/// refused, and so is a number that a double cannot hold.
 [[nodiscard]] std::optional<double> finiteNumber(std::string_view text);
 
-/// The whole text as an integer. Blanks, a leading plus, a prefix such as "0x" and a number that the type cannot hold
-/// are refused.
+/// The whole text as an integer. Blanks, a leading plus, a prefix such as "0x" and a number that the type
+/// cannot hold are refused.
 /// \param base 2 to 36
 template <std::integral Integer>
 [[nodiscard]] std::optional<Integer> wholeNumber(std::string_view text, int base = 10) {
@@ -56,7 +57,8 @@ template <std::unsigned_integral Integer>
     return wholeNumber<Integer>(text);
 }
 
-/// What a person typed into a field: spaces and tabs around it, a leading plus and a decimal comma are accepted.
+/// What a person typed into a field: spaces and tabs around it, a leading plus and a decimal comma are
+/// accepted.
 /// \return nothing unless the whole text is one number that a double holds; "inf" and "nan" are numbers here
 [[nodiscard]] std::optional<double> typedNumber(std::string_view text);
 

@@ -9,32 +9,39 @@
 
 namespace tessavo {
 
-/// Start of a file and the file's whole length.
+/// The first bytes of a file.
 struct FileStart {
-    std::vector<std::uint8_t> bytes;
-    std::uintmax_t fileSize = 0;
+    std::vector<std::uint8_t> bytes;  ///< as many as were asked for, or all where the file has fewer
+    std::uintmax_t fileSize = 0;      ///< length of the whole file; 0 for what has no length
 };
 
-/// Reads at most `limit` bytes from the start of an existing regular file, shared for reading. Never waits
-/// for somebody at the other end. \return nothing when the file cannot be opened or read (a missing file, no
-/// permission), and for whatever is no regular file: a folder, a pipe, a device, which is not even opened
-/// where the system can tell before.
+/// Reads the start of an existing regular file. Others may read the file at the same time.
+///
+/// Pipes and devices are refused, because reading one may wait for its other end for ever; where the system
+/// tells what a path leads to, they are not even opened, since opening a device may already do something to
+/// it.
+/// \param limit most bytes to read
+/// \return nothing when the file cannot be opened or read (it is missing, or there is no permission), and for
+///     whatever is no regular file
 [[nodiscard]] std::optional<FileStart> readFileStart(const std::filesystem::path& path, std::size_t limit);
 
-/// As readFileStart(), and from pipes and devices as well, whose end it waits for; they have no size.
+/// Reads the start of a file, pipe or device. Waits until a pipe or device has given `limit` bytes or has
+/// ended.
+/// \return nothing when it cannot be opened or read
 [[nodiscard]] std::optional<FileStart> readStreamStart(const std::filesystem::path& path, std::size_t limit);
 
 /// What became of a write.
 struct FileWrite {
-    bool opened = false;
-    std::size_t written = 0;  ///< bytes that reached the file
+    bool opened = false;  ///< whether the file could be opened for writing at all
+    std::size_t written =
+        0;  ///< bytes that reached the file; 0 also when the system could not keep what it took
 };
 
-/// Writes bytes to the start of a file, shared for reading.
+/// Writes bytes to the start of a file. Others may read the file at the same time.
 ///
-/// An existing file is opened as it is and never truncated, so what lies behind the new bytes stays. A file
-/// that does not exist appears whole or not at all. A folder or a pipe is not opened; a device takes what it
-/// can take at once.
+/// An existing file is never truncated: settings files may be longer than what is written, and what follows
+/// stays. A file that does not exist appears whole or not at all, so that nobody finds half a file after a
+/// crash. Folders and pipes are not opened. A device takes what it can take without waiting.
 FileWrite writeFileStart(const std::filesystem::path& path, std::span<const std::uint8_t> bytes);
 
 }  // namespace tessavo

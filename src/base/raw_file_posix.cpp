@@ -15,7 +15,7 @@ namespace tessavo {
 namespace {
 
 constexpr std::size_t longestName = NAME_MAX;
-// As many as the system itself follows.
+// Links that a path may lead through; the system itself follows no more.
 constexpr int mostLinks = 40;
 // A pipe without another end, or a device that is not ready, must not keep the window waiting.
 constexpr int withoutWaiting = O_NONBLOCK | O_NOCTTY;
@@ -85,7 +85,8 @@ bool flushToDevice(int fd) {
     return ::fsync(fd) == 0 || errno == EINVAL || errno == EROFS;
 }
 
-// A name beside the file, so that renaming moves no bytes; a name as long as can be still leaves room for it.
+// A name in the file's own folder, so that renaming moves no bytes. A file name of the longest kind is cut to
+// leave room for the suffix.
 std::string temporaryName(const std::filesystem::path& path) {
     const std::string suffix = ".part-" + std::to_string(::getpid());
     std::string name = path.filename().string();
@@ -93,7 +94,7 @@ std::string temporaryName(const std::filesystem::path& path) {
     return (path.parent_path() / (name + suffix)).string();
 }
 
-// Where a path leads when it ends in links to something that is not there.
+// Where a path leads. It may end in links to a file that does not exist yet: that file is the one to be made.
 std::filesystem::path behindLinks(std::filesystem::path path) {
     for (int links = 0; links < mostLinks; ++links) {
         std::error_code noLink;
@@ -120,29 +121,29 @@ FileWrite writeExistingFile(const std::filesystem::path& path, std::span<const s
         return {};
     }
     FileWrite result{true, writeAll(file.get(), bytes)};
-    const bool kept = flushToDevice(file.get());
-    if (!file.close() || !kept) {
+    const bool flushed = flushToDevice(file.get());
+    if (!file.close() || !flushed) {
         result.written = 0;
     }
     return result;
 }
 
-enum class Placed { whole, taken, failed };
+enum class RenameResult { done, targetExists, failed };
 
-// Gives a file its name, unless another has it already.
-Placed placeFile(const std::string& temporary, const std::filesystem::path& path) {
+// Renames a file, unless a file of the new name exists already: rename() alone would replace it.
+RenameResult renameToNew(const std::string& temporary, const std::filesystem::path& path) {
     if (::link(temporary.c_str(), path.c_str()) == 0) {
         ::unlink(temporary.c_str());
-        return Placed::whole;
+        return RenameResult::done;
     }
     if (errno == EEXIST) {
-        return Placed::taken;
+        return RenameResult::targetExists;
     }
     // Not every file system gives a file two names.
-    return std::rename(temporary.c_str(), path.c_str()) == 0 ? Placed::whole : Placed::failed;
+    return std::rename(temporary.c_str(), path.c_str()) == 0 ? RenameResult::done : RenameResult::failed;
 }
 
-// What a program that was killed has left under this name is of no use to anybody.
+// Makes the temporary file. One that a killed program of the same number has left is removed first.
 int makeTemporary(const std::string& name) {
     constexpr int flags = O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW | withoutWaiting;
     const int fd = ::open(name.c_str(), flags, 0666);
@@ -162,17 +163,18 @@ FileWrite writeNewFile(const std::filesystem::path& path, std::span<const std::u
         }
         result.opened = true;
         result.written = writeAll(file.get(), bytes);
-        const bool kept = flushToDevice(file.get());
-        if (!file.close() || !kept) {
+        const bool flushed = flushToDevice(file.get());
+        if (!file.close() || !flushed) {
             result.written = 0;
         }
     }
-    const Placed placed = result.written == bytes.size() ? placeFile(temporary, path) : Placed::failed;
-    if (placed != Placed::whole) {
+    const RenameResult renamed =
+        result.written == bytes.size() ? renameToNew(temporary, path) : RenameResult::failed;
+    if (renamed != RenameResult::done) {
         ::unlink(temporary.c_str());
         result.written = 0;
     }
-    return placed == Placed::taken ? writeExistingFile(path, bytes) : result;
+    return renamed == RenameResult::targetExists ? writeExistingFile(path, bytes) : result;
 }
 
 std::optional<FileStart> readFrom(int fd, std::size_t limit) {
@@ -206,7 +208,7 @@ std::optional<FileStart> readFileStart(const std::filesystem::path& path, std::s
     if (!leadsToRegularFile(path)) {
         return std::nullopt;
     }
-    // Another file may stand there meanwhile.
+    // The path may lead to another file by now, so the open one is looked at as well.
     const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | withoutWaiting));
     return file.valid() && isRegularFile(file.get()) ? readFrom(file.get(), limit) : std::nullopt;
 }

@@ -92,7 +92,8 @@ FileWrite writeNewFile(const std::filesystem::path& path, std::span<const std::u
         DeleteFileW(temporary.c_str());
         if (result.written == bytes.size() &&
             (reason == ERROR_ALREADY_EXISTS || reason == ERROR_FILE_EXISTS)) {
-            // A file has appeared meanwhile, or the name is a link to one that is not there yet.
+            // Another program has made the file meanwhile, or the name is a link to a file that does not
+            // exist yet.
             return writeInPlace(path, bytes, OPEN_ALWAYS);
         }
         result.written = 0;
@@ -117,7 +118,7 @@ std::optional<FileStart> readFrom(HANDLE file, std::size_t limit) {
         DWORD count = 0;
         const auto step = static_cast<DWORD>(std::min(limit - size, largestStep));
         if (ReadFile(file, start.bytes.data() + size, step, &count, nullptr) == 0) {
-            // The other end of a pipe is closed: that is its end.
+            // The writer has closed its end of the pipe: there is nothing more to read.
             if (GetLastError() != ERROR_BROKEN_PIPE) {
                 return std::nullopt;
             }

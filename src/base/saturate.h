@@ -5,8 +5,8 @@
 
 namespace tessavo {
 
-/// Truncates towards zero into an integer type, for every input: values outside the type's range saturate,
-/// NaN gives 0.
+/// Truncates a number towards zero into an integer type. Values outside the type's range give its nearest
+/// limit, NaN gives 0; a plain cast would be undefined for both.
 template <std::integral Integer>
 [[nodiscard]] constexpr Integer truncateTo(double value) noexcept {
     // The limits of the 64-bit types round up to a power of two as doubles, hence >= at the top.

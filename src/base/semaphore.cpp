@@ -6,24 +6,24 @@ namespace tessavo {
 
 namespace {
 
-// Added to the clock's reading, the longest duration of all would overflow.
+// The longest wait. milliseconds::max() would overflow when the library adds it to the present time.
 constexpr std::chrono::milliseconds longestWait = std::chrono::hours(24 * 365);
 
 }  // namespace
 
 bool CSemaphore::take(std::chrono::milliseconds limit) {
     std::unique_lock guard(mutex_);
-    if (!freed_.wait_for(guard, std::min(limit, longestWait), [this] { return !taken_; })) {
+    if (!freed_.wait_for(guard, std::min(limit, longestWait), [this] { return !acquired_; })) {
         return false;
     }
-    taken_ = true;
+    acquired_ = true;
     return true;
 }
 
 void CSemaphore::release() {
     {
         const std::lock_guard guard(mutex_);
-        taken_ = false;
+        acquired_ = false;
     }
     freed_.notify_one();
 }

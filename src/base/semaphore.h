@@ -6,11 +6,12 @@
 
 namespace tessavo {
 
-/// A binary semaphore, free at first: taken with a time limit and released by whoever is done, from any
-/// thread; at most one holder.
+/// A binary semaphore, free at first. At most one holder at a time; any thread may take it, and any thread
+/// may release it, also one that did not take it.
 ///
-/// One guards the store and the image while a whole set changes, another the image while an edit writes it, a
-/// third every exchange with the target. Whoever holds one must not take it again.
+/// The program has three: one guards the store and the image while a whole set changes, the second guards the
+/// image while an edit writes it, the third guards the line during an exchange with the target. A holder that
+/// takes its semaphore again waits for itself.
 class CSemaphore {
  public:
     CSemaphore() = default;
@@ -18,24 +19,28 @@ class CSemaphore {
     CSemaphore(const CSemaphore&) = delete;
     CSemaphore& operator=(const CSemaphore&) = delete;
 
-    /// \return false when it could not be had in time
+    /// Waits until the semaphore is free, and takes it.
+    /// \param limit longest wait; zero or less only tries
+    /// \return false when it was not free in time
     virtual bool take(std::chrono::milliseconds limit);
+    /// Frees the semaphore and wakes one thread that waits for it.
     virtual void release();
 
  private:
     std::mutex mutex_;
     std::condition_variable freed_;
-    bool taken_ = false;
+    bool acquired_ = false;
 };
 
-/// Takes a semaphore for the length of a block and goes on without it when it cannot be had in time.
+/// Takes a semaphore for the length of a block. When it is not free in time the block runs without it:
+/// showing an old value for a moment is better than a window that hangs.
 class SemaphoreHold {
  public:
     explicit SemaphoreHold(CSemaphore& semaphore,
                            std::chrono::milliseconds limit = std::chrono::milliseconds::max())
-        : semaphore_(semaphore), taken_(semaphore.take(limit)) {}
+        : semaphore_(semaphore), acquired_(semaphore.take(limit)) {}
     ~SemaphoreHold() {
-        if (taken_) {
+        if (acquired_) {
             semaphore_.release();
         }
     }
@@ -44,7 +49,7 @@ class SemaphoreHold {
 
  private:
     CSemaphore& semaphore_;
-    bool taken_;
+    bool acquired_;
 };
 
 }  // namespace tessavo

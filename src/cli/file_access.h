@@ -15,32 +15,37 @@
 
 namespace tessavo::cli {
 
-/// The path that a UTF-8 argument means.
+/// The path that an argument in UTF-8 names.
 [[nodiscard]] std::filesystem::path pathOf(std::string_view argument);
 
 /// Whether two arguments name the same file, existing or not.
 [[nodiscard]] bool isSameFile(const std::string& first, const std::string& second);
 
-/// Whether writing this file would write over one that holds something of a person.
+/// Whether there is a file of this name that a person would lose by writing it.
 [[nodiscard]] bool isExistingFile(const std::string& file);
 
-/// Why a file that could not be opened for reading was not: "no such file", "is a directory",
-/// "is no regular file", ...
+/// Why a file that could not be opened for reading was not: "no such file", "is a directory", "is no regular
+/// file", ...
 [[nodiscard]] std::string readTrouble(const std::string& file);
 
-/// Reads a settings file whose sets `tested` (by index, at least one) must have valid records. Tells what
-/// fails.
+/// Reads a settings file. Reports what fails.
+/// \param file its path in UTF-8
+/// \param tested indices of the sets whose records must be valid, at least one
+/// \param reporter gets the message
+/// \return nothing when it fails
 [[nodiscard]] std::optional<ParameterStore> loadStore(const std::string& file,
                                                       const std::set<std::size_t>& tested,
                                                       Reporter& reporter);
 
-/// Reads a settings file in which at least one set has a valid record. Tells what fails.
+/// Reads a settings file in which at least one set has a valid record. Reports what fails, and returns
+/// nothing then.
 [[nodiscard]] std::optional<ParameterStore> loadAnyStore(const std::string& file, Reporter& reporter);
 
-/// Reads a parameter image: the first 3384 bytes, which start with that number. Tells what fails.
+/// Reads a parameter image, which is the first 3384 bytes of a file and begins with this number. Reports what
+/// fails, and returns nothing then.
 [[nodiscard]] std::optional<ParameterImage> loadImage(const std::string& file, Reporter& reporter);
 
-/// The files that a command writes: all of them or none.
+/// The files that a command writes. Either all of them are written or none.
 class OutputFiles {
  public:
     explicit OutputFiles(Reporter& reporter) : reporter_(reporter) {}
@@ -48,12 +53,12 @@ class OutputFiles {
     void addSettings(const std::string& file) { targets_.push_back({file, Kind::settings, {}, {}}); }
     void addImage(const std::string& file) { targets_.push_back({file, Kind::image, {}, {}}); }
 
-    /// Looks whether every file can be written, without changing any; a settings file is not written over an
-    /// image, nor an image over a settings file. Tells what fails.
+    /// Checks whether every file can be written, without changing any. A settings file is not written over an
+    /// image, nor an image over a settings file. Reports what fails.
     [[nodiscard]] bool check();
 
-    /// Writes the files, existing ones without truncating them. When one fails the ones before it are put
-    /// back as they were. Tells what fails.
+    /// Writes the files. Existing ones are not truncated. When one fails, those written before it get back
+    /// what they held. Reports what fails.
     [[nodiscard]] bool write(const ParameterStore& store, const ParameterImage& image);
 
  private:

@@ -10,7 +10,8 @@ namespace tessavo::cli {
 /// \param result the serial port's result code
 [[nodiscard]] std::string portTrouble(const std::string& port, std::uint32_t result);
 
-/// What to say when the system denies access to a device: it is in use, or this user may not use it.
+/// The message for a device that the system denies access to, because it is in use or because this user may
+/// not use it.
 [[nodiscard]] std::string accessTrouble(const std::wstring& device);
 
 }  // namespace tessavo::cli

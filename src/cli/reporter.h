@@ -12,28 +12,29 @@
 
 namespace tessavo::cli {
 
-/// Everything that a command says on standard error: messages, the log of exchanges and the progress bar. Any
+/// Writes all that a command says on standard error: messages, the log of exchanges and the progress bar. Any
 /// thread.
 class Reporter final : public IMessageBox, public ICommLog {
  public:
     explicit Reporter(const Console& console) : err_(console.err), drawsProgress_(console.errIsTerminal) {}
 
-    /// Keeps only errors: error lines of the log and messages.
+    /// When quiet, writes errors only: error lines of the log, and messages.
     void setQuiet(bool quiet) { quiet_ = quiet; }
 
-    /// One line "tessavoctl: text"; line breaks in the text become spaces.
+    /// Writes one line "tessavoctl: text"; line breaks in the text become spaces.
     void error(std::string_view text);
-    /// The same, for what is no error.
+    /// Writes such a line for something that is no error; nothing when quiet.
     void note(std::string_view text);
-    /// Prints the text as error(), unless the message before was the same. Questions are answered with
-    /// "cancel".
+    /// Writes the text as error() does, unless the message before was the same. Nobody can be asked, so every
+    /// question is answered with "cancel".
     BoxAnswer show(std::string_view text, BoxIcon icon, BoxButtons buttons) override;
-    /// One line in the log's own format.
+    /// Writes a line of the log of exchanges; when quiet, only if it is an error.
     void log(LogKind kind, std::string_view text) override;
 
-    /// Draws the progress bar, on a terminal only and not when quiet; it goes once `done` reaches `total`.
+    /// Draws the progress bar. Only on a terminal, and not when quiet. It disappears once `done` reaches
+    /// `total`.
     void progress(std::size_t done, std::size_t total);
-    /// Takes the progress bar away.
+    /// Erases the progress bar.
     void endProgress();
 
  private:

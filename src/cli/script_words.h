@@ -11,34 +11,42 @@
 
 namespace tessavo::cli {
 
-/// The words of one script line, taken one after the other. After the first fault every further one gives
-/// nothing and the fault stands in error().
+/// The words of one script line, read one after the other. After the first fault nothing more is read, and
+/// error() tells the fault.
 class ScriptWords {
  public:
-    /// \param line without its end; words are separated by spaces or tabs, '#' at a word's start begins a comment
+    /// \param line without its end; words are separated by spaces or tabs, '#' at a word's start begins a
+    ///     comment
     explicit ScriptWords(std::string_view line);
 
-    /// Takes the first word, whose arguments the others are. The line has one.
+    /// Passes over the first word, whose arguments the others are. The line has at least one word.
     /// \param usage how the line is written, for error messages: "setVolume DB"; outlives this object
     void begin(std::string_view usage);
 
-    /// A value of a field, in its stored form: one of the words of its codes, or a number in its unit and range.
+    /// Reads a value of a field: a word for one of its codes, or a number in its unit and range.
+    /// \return the value in its stored form
     double value(FieldId field);
-    /// A whole number from `lowest` to `highest`. \param what names it in messages
+    /// Reads a whole number.
+    /// \param what names it in messages
+    /// \param lowest least number that is accepted
+    /// \param highest greatest number that is accepted
     std::size_t number(std::string_view what, std::size_t lowest, std::size_t highest);
-    /// One of several words; its index among them.
+    /// Reads one of several words.
+    /// \return its index among them
     std::size_t choice(std::span<const std::string_view> choices);
-    /// Everything up to the end of the line as it stands, comments included, without the blanks around it.
+    /// Reads everything up to the end of the line as it stands, comments included, without the blanks around
+    /// it.
     std::string_view rest();
 
     [[nodiscard]] bool failed() const { return error_.has_value(); }
     /// Whether no word is left.
     [[nodiscard]] bool empty() const { return taken_ == words_.size(); }
-    /// The next word as it stands; empty when there is none.
+    /// The next word, without reading it; empty when there is none.
     [[nodiscard]] std::string_view peek() const { return empty() ? std::string_view{} : words_[taken_]; }
 
+    /// Records a fault that the caller found, unless there was one before.
     void fail(std::string message);
-    /// The first fault; also one for words that nobody took.
+    /// The first fault; words that nobody has read are one as well.
     [[nodiscard]] std::optional<std::string> error();
 
  private:

@@ -15,7 +15,8 @@ struct Difference {
 };
 
 /// Every element whose bytes differ, in record order: fields by their path in the field table, texts, and
-/// spare bytes as "spare[OFFSET]". Of two texts that read alike, the unread bytes are given.
+/// spare bytes as "spare[OFFSET]". Where two texts read alike but differ behind their end, the bytes there
+/// are given.
 [[nodiscard]] std::vector<Difference> differences(const ParameterStore& first, const ParameterStore& second);
 
 }  // namespace tessavo::cli

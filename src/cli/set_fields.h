@@ -35,11 +35,12 @@ struct SpareRun {
 /// Path of one element: "channel[3].band[0].gain".
 [[nodiscard]] std::string elementPath(const Field& field, FieldIndex index);
 
-/// An element's shown value without unit. Reads back as the very same stored value, except that of a NaN only
-/// the bits are told: "nan(0x7fc00000)". Fields with decimals have at least one.
+/// An element's shown value without its unit. Read back, it gives exactly the stored value; a NaN is shown by
+/// its bits as "nan(0x7fc00000)". Values of fields with decimals have at least one.
 [[nodiscard]] std::string elementText(const ParameterSet& set, const Field& field, FieldIndex index);
 
-/// A text of a set in UTF-8, fit for a terminal: control characters as hexadecimal escapes.
+/// A text of a set in UTF-8. Control characters are written as hexadecimal escapes, so that a terminal shows
+/// them and obeys none.
 [[nodiscard]] std::string readableText(const ParameterSet& set, const TextField& field);
 
 using RecordBytes = std::array<std::uint8_t, parameterSetSize>;
@@ -47,7 +48,7 @@ using RecordBytes = std::array<std::uint8_t, parameterSetSize>;
 /// A copy of the record's bytes.
 [[nodiscard]] RecordBytes bytesOf(const ParameterSet& set);
 
-/// Two lower-case digits a byte.
+/// Bytes as hexadecimal text, two lower-case digits for each.
 [[nodiscard]] std::string hexText(std::span<const std::uint8_t> bytes);
 
 }  // namespace tessavo::cli

@@ -5,8 +5,8 @@
 
 namespace tessavo::cli {
 
-/// Rows of cells as aligned columns, two spaces apart, each line led by `indent` and without blanks at its
-/// end.
+/// Writes rows of cells as aligned columns, two spaces apart. Each line begins with `indent` and has no
+/// blanks at its end.
 [[nodiscard]] std::string alignedTable(const std::vector<std::vector<std::string>>& rows,
                                        const std::string& indent);
 

@@ -12,11 +12,9 @@
 namespace tessavo {
 namespace {
 
-class SliderInterface : public QAccessibleWidget, public QAccessibleValueInterface {
+/// A widget with a value: assistive technology reads it as a number and as a text.
+class ValueWidget : public QAccessibleWidget, public QAccessibleValueInterface {
  public:
-    explicit SliderInterface(CBitmapSlider& slider)
-        : QAccessibleWidget(&slider, QAccessible::Slider), slider_(slider) {}
-
     void* interface_cast(QAccessible::InterfaceType type) override {
         if (type == QAccessible::ValueInterface) {
             return static_cast<QAccessibleValueInterface*>(this);
@@ -24,11 +22,21 @@ class SliderInterface : public QAccessibleWidget, public QAccessibleValueInterfa
         return QAccessibleWidget::interface_cast(type);
     }
 
-    QString text(QAccessible::Text kind) const override {
-        return kind == QAccessible::Value ? slider_.valueText() : QAccessibleWidget::text(kind);
+    [[nodiscard]] QString text(QAccessible::Text kind) const override {
+        return kind == QAccessible::Value ? valueText() : QAccessibleWidget::text(kind);
     }
 
-    QVariant currentValue() const override { return slider_.valueOf(slider_.position()); }
+ protected:
+    ValueWidget(QWidget& widget, QAccessible::Role role) : QAccessibleWidget(&widget, role) {}
+    [[nodiscard]] virtual QString valueText() const = 0;
+};
+
+class SliderInterface : public ValueWidget {
+ public:
+    explicit SliderInterface(CBitmapSlider& slider)
+        : ValueWidget(slider, QAccessible::Slider), slider_(slider) {}
+
+    [[nodiscard]] QVariant currentValue() const override { return slider_.valueOf(slider_.position()); }
     void setCurrentValue(const QVariant& value) override {
         bool isNumber = false;
         const double number = value.toDouble(&isNumber);
@@ -36,16 +44,16 @@ class SliderInterface : public QAccessibleWidget, public QAccessibleValueInterfa
             slider_.setValueByUser(number);
         }
     }
-    // A negated scale turns the ends round.
-    QVariant minimumValue() const override {
+    // With a negative scale the lowest position has the highest value.
+    [[nodiscard]] QVariant minimumValue() const override {
         return qMin(slider_.valueOf(slider_.minimum()), slider_.valueOf(slider_.maximum()));
     }
-    QVariant maximumValue() const override {
+    [[nodiscard]] QVariant maximumValue() const override {
         return qMax(slider_.valueOf(slider_.minimum()), slider_.valueOf(slider_.maximum()));
     }
-    QVariant minimumStepSize() const override { return qAbs(slider_.valuePerStep()); }
+    [[nodiscard]] QVariant minimumStepSize() const override { return qAbs(slider_.valuePerStep()); }
 
-    QStringList actionNames() const override {
+    [[nodiscard]] QStringList actionNames() const override {
         QStringList names = QAccessibleWidget::actionNames();
         if (slider_.isEnabled()) {
             names << increaseAction() << decreaseAction();
@@ -62,31 +70,26 @@ class SliderInterface : public QAccessibleWidget, public QAccessibleValueInterfa
         }
     }
 
+ protected:
+    [[nodiscard]] QString valueText() const override { return slider_.valueText(); }
+
  private:
     CBitmapSlider& slider_;
 };
 
-class TransferInterface : public QAccessibleWidget, public QAccessibleValueInterface {
+class TransferInterface : public ValueWidget {
  public:
     explicit TransferInterface(TransferLine& line)
-        : QAccessibleWidget(&line, QAccessible::ProgressBar), line_(line) {}
+        : ValueWidget(line, QAccessible::ProgressBar), line_(line) {}
 
-    void* interface_cast(QAccessible::InterfaceType type) override {
-        if (type == QAccessible::ValueInterface) {
-            return static_cast<QAccessibleValueInterface*>(this);
-        }
-        return QAccessibleWidget::interface_cast(type);
-    }
-
-    QString text(QAccessible::Text kind) const override {
-        return kind == QAccessible::Value ? line_.text() : QAccessibleWidget::text(kind);
-    }
-
-    QVariant currentValue() const override { return line_.blocksSent(); }
+    [[nodiscard]] QVariant currentValue() const override { return line_.blocksSent(); }
     void setCurrentValue(const QVariant& /*value*/) override {}
-    QVariant minimumValue() const override { return 0; }
-    QVariant maximumValue() const override { return line_.blocks(); }
-    QVariant minimumStepSize() const override { return 1; }
+    [[nodiscard]] QVariant minimumValue() const override { return 0; }
+    [[nodiscard]] QVariant maximumValue() const override { return line_.blocks(); }
+    [[nodiscard]] QVariant minimumStepSize() const override { return 1; }
+
+ protected:
+    [[nodiscard]] QString valueText() const override { return line_.text(); }
 
  private:
     TransferLine& line_;

@@ -5,14 +5,14 @@ class QWidget;
 namespace tessavo {
 
 /// Lets assistive technology see the controls of this folder: role, name, value and value text. Each control
-/// calls it before it names itself, for its first name settles how it is seen; only the first call does
-/// something.
+/// calls it before it is given a name, because the toolkit decides at a control's first name how to present
+/// it. Only the first call does something.
 void installAccessibility();
 
-/// Tells assistive technology that a control's value has changed.
+/// Tells assistive technology that a control's value has changed, in the unit that the control reports.
 void announceValue(QWidget& control, double value);
 
-/// The same for its name, description or state in words.
+/// Tells assistive technology that a control's name, description or state in words has changed.
 void announceText(QWidget& control);
 
 }  // namespace tessavo

@@ -20,7 +20,7 @@ namespace {
 
 const char dressed[] = "tessavoDressed";
 
-/// Names between '@' signs are colours.
+/// Style sheets; a name between two '@' stands for a colour of the theme.
 constexpr char menuBarSheet[] = R"(
 QMenuBar { background: @bars@; color: @text@; padding: 2px 6px; border: none; spacing: 3px; }
 QMenuBar::item { background: transparent; padding: 4px 10px; border-radius: 4px; }
@@ -147,7 +147,7 @@ bool ApplicationStyle::eventFilter(QObject* watched, QEvent* event) {
             }
             break;
         case QEvent::ApplicationStateChange:
-            // The key's release goes to another program.
+            // This window will not receive the release of the key.
             showMnemonics(false);
             break;
         default:
@@ -171,7 +171,7 @@ void ApplicationStyle::showMnemonics(bool shown) {
 void ApplicationStyle::polish(QWidget* widget) {
     QProxyStyle::polish(widget);
     const char* sheet = sheetFor(*widget);
-    // The sheet's own style asks this one to polish the widget again.
+    // Setting the sheet lets the toolkit polish the widget a second time, from within this call.
     if (sheet != nullptr && !widget->property(dressed).toBool()) {
         widget->setProperty(dressed, true);
         widget->setStyleSheet(withColors(sheet) + widget->styleSheet());

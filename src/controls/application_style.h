@@ -4,10 +4,12 @@
 
 namespace tessavo {
 
-/// Base style of the application. What the skin does not paint (menus, lists, scroll bars, opened lists of
-/// combo boxes, tool tips) gets a style sheet when it is shown first; a sheet of the whole application would
-/// make every control of every page pay for it. Buttons, check boxes and combo boxes of the toolkit's own
-/// dialogs are drawn from the skin's pieces. The letters that open menus are underlined while Alt is held.
+/// The style of everything that no control of this folder paints itself.
+///
+/// Menus, lists, scroll bars, opened lists of combo boxes and tool tips get a style sheet when they are first
+/// shown. A style sheet of the whole application would be simpler, but the toolkit would then match it
+/// against every control of every page. Buttons, check boxes and combo boxes of the toolkit's own dialogs are
+/// drawn from the skin's pieces. The letters that open menus are underlined while Alt is held.
 class ApplicationStyle : public QProxyStyle {
     Q_OBJECT
 

@@ -46,7 +46,7 @@ QPalette darkPalette() {
 }  // namespace
 
 void applyTheme() {
-    // The system's own dialogs would wear another look.
+    // The system's own dialogs would look different from the program.
     QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
     QApplication::setStyle(new ApplicationStyle);
     QApplication::setPalette(darkPalette());

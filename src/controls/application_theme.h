@@ -2,7 +2,7 @@
 
 namespace tessavo {
 
-/// Gives the application its style, palette and font. Once, before the first widget.
+/// Gives the application its style, palette and font. Called once, before the first widget is made.
 void applyTheme();
 
 }  // namespace tessavo

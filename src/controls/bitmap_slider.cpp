@@ -15,6 +15,7 @@ namespace tessavo {
 namespace {
 
 constexpr int wheelNotch = 120;
+constexpr int pageStep = 10;
 constexpr int defaultWheelRestMs = 250;
 // Mouse places are multiples of a fraction of a pixel; less than this is rounding.
 constexpr double samePixel = 1.0 / 256;
@@ -22,7 +23,7 @@ constexpr double samePixel = 1.0 / 256;
 }  // namespace
 
 CBitmapSlider::CBitmapSlider(Qt::Orientation orientation, int controlId, QWidget* parent)
-    : QWidget(parent), vertical_(orientation == Qt::Vertical) {
+    : FocusTracked<HoverTracked<QWidget>>(parent), vertical_(orientation == Qt::Vertical) {
     installAccessibility();
     setControlId(*this, controlId);
     setFocusPolicy(Qt::StrongFocus);
@@ -79,20 +80,9 @@ void CBitmapSlider::setBypassed(bool bypassed) {
     }
 }
 
-void CBitmapSlider::setFillOrigin(std::optional<int> position) {
-    fillOrigin_ = position;
-    update();
-}
-
 void CBitmapSlider::setTicks(std::vector<int> positions) {
     ticks_ = std::move(positions);
     update();
-}
-
-void CBitmapSlider::setSteps(int single, int page, int coarse) {
-    singleStep_ = std::max(1, single);
-    pageStep_ = std::max(1, page);
-    coarseStep_ = std::max(0, coarse);
 }
 
 void CBitmapSlider::setWheelRest(int milliseconds) {
@@ -123,7 +113,7 @@ void CBitmapSlider::setValueByUser(double value) {
 void CBitmapSlider::stepValueByUser(int steps) {
     if (isEnabled()) {
         finishAll();
-        stepTo(position_ + std::int64_t{perStep_ < 0 ? -steps : steps} * singleStep_);
+        stepTo(position_ + std::int64_t{perStep_ < 0 ? -steps : steps});
         finishSteps();
     }
 }
@@ -190,9 +180,6 @@ void CBitmapSlider::dragTo(double pixel) {
 // ---- keys and wheel
 
 int CBitmapSlider::coarseStep() const {
-    if (coarseStep_ > 0) {
-        return coarseStep_;
-    }
     const std::int64_t range = std::int64_t{maximum_} - minimum_;
     return static_cast<int>(std::max<std::int64_t>(1, range / 20));
 }
@@ -209,10 +196,10 @@ std::optional<std::int64_t> CBitmapSlider::keyTarget(const QKeyEvent& event) con
     switch (event.key()) {
         case Qt::Key_Up:
         case Qt::Key_Right:
-            return moved(upwards * (coarse ? coarseStep() : singleStep_));
+            return moved(upwards * (coarse ? coarseStep() : 1));
         case Qt::Key_Down:
         case Qt::Key_Left:
-            return moved(-upwards * (coarse ? coarseStep() : singleStep_));
+            return moved(-upwards * (coarse ? coarseStep() : 1));
         default:
             break;
     }
@@ -221,9 +208,9 @@ std::optional<std::int64_t> CBitmapSlider::keyTarget(const QKeyEvent& event) con
     }
     switch (event.key()) {
         case Qt::Key_PageUp:
-            return moved(std::int64_t{upwards} * pageStep_);
+            return moved(std::int64_t{upwards} * pageStep);
         case Qt::Key_PageDown:
-            return moved(-std::int64_t{upwards} * pageStep_);
+            return moved(-std::int64_t{upwards} * pageStep);
         case Qt::Key_Home:
             return minimum_;
         case Qt::Key_End:
@@ -277,7 +264,7 @@ void CBitmapSlider::wheelEvent(QWheelEvent* event) {
     wheelTravel_ += turn;
     const int notches = wheelTravel_ / wheelNotch;
     wheelTravel_ -= notches * wheelNotch;
-    const int step = (event->modifiers() & Qt::ControlModifier) != 0 ? coarseStep() : singleStep_;
+    const int step = (event->modifiers() & Qt::ControlModifier) != 0 ? coarseStep() : 1;
     stepTo(position_ + std::int64_t{vertical_ ? -notches : notches} * step);
     if (stepped_) {
         wheelRest_.start();
@@ -317,15 +304,9 @@ void CBitmapSlider::finishAll() {
 
 // ---- what ends a gesture
 
-void CBitmapSlider::focusInEvent(QFocusEvent* event) {
-    ring_.focusIn(*event);
-    update();
-}
-
 void CBitmapSlider::focusOutEvent(QFocusEvent* event) {
-    ring_.focusOut(*event);
+    FocusTracked<HoverTracked<QWidget>>::focusOutEvent(event);
     finishAll();
-    update();
 }
 
 void CBitmapSlider::hideEvent(QHideEvent* event) {
@@ -341,16 +322,6 @@ void CBitmapSlider::changeEvent(QEvent* event) {
         update();
     }
     QWidget::changeEvent(event);
-}
-
-void CBitmapSlider::enterEvent(QEnterEvent* /*event*/) {
-    hovered_ = true;
-    update();
-}
-
-void CBitmapSlider::leaveEvent(QEvent* /*event*/) {
-    hovered_ = false;
-    update();
 }
 
 void CBitmapSlider::resizeEvent(QResizeEvent* /*event*/) {

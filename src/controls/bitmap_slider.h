@@ -7,27 +7,31 @@
 #include <optional>
 #include <vector>
 
-#include "controls/focus_ring.h"
 #include "controls/mixed_mark.h"
 #include "controls/slider_arithmetic.h"
 #include "controls/theme.h"
+#include "controls/tracked_widget.h"
 
 namespace tessavo {
 
 class SkinPainter;
 
-/// Slider with a cap on a groove. A person's moves are posted to the parent widget as `SliderEvent`s; the
-/// functions of a program post nothing.
+/// Slider with a cap on a groove. When a person moves it, it posts `SliderEvent`s to its parent widget; the
+/// functions below post nothing.
 ///
-/// The left or top end is the minimum. A vertical slider whose top shall be the highest value therefore holds
-/// the negated value; "up" on the keyboard, the wheel or by a screen reader always means towards the top.
-class CBitmapSlider : public QWidget {
+/// The minimum is at the left or at the top. A vertical slider that shows its highest value at the top
+/// therefore has the negated value as its position; "up" on the keyboard, the wheel or by a screen reader
+/// always means towards the top.
+class CBitmapSlider : public FocusTracked<HoverTracked<QWidget>> {
     Q_OBJECT
 
  public:
     /// Text of a position with its unit, for screen readers.
     using Formatter = std::function<QString(int position)>;
 
+    /// \param orientation vertical or horizontal
+    /// \param controlId number in the posted events, see setControlId()
+    /// \param parent gets the posted events
     CBitmapSlider(Qt::Orientation orientation, int controlId, QWidget* parent = nullptr);
 
     [[nodiscard]] int minimum() const { return minimum_; }
@@ -35,46 +39,46 @@ class CBitmapSlider : public QWidget {
     [[nodiscard]] int position() const { return position_; }
     [[nodiscard]] bool isVertical() const { return vertical_; }
     [[nodiscard]] bool isDragging() const { return dragging_; }
+    /// The cap's way in pixels, at the slider's present size.
     [[nodiscard]] SliderTrack track() const;
 
-    /// A maximum below the minimum becomes the minimum. The position is clamped.
+    /// Sets the range of positions and clamps the position into it. A maximum below the minimum becomes the
+    /// minimum.
     void setRange(int minimum, int maximum);
-    /// Clamped into the range.
+    /// Shows a position, clamped into the range.
     void setPosition(int position);
 
     /// Colour of the fill: theme::level, theme::frequency or theme::quality.
     void setColor(QRgb color);
-    /// A bypassed slider loses its colour and stays usable.
+    /// Takes the slider's colour away while what it sets is bypassed; it can still be moved.
     void setBypassed(bool bypassed);
-    /// Position at which the fill begins; without one it is 0 if the range crosses 0, else the low end
-    /// (bottom of a vertical slider, left of a horizontal one).
-    void setFillOrigin(std::optional<int> position);
-    /// Positions of the ticks; without a call they stand at the quarters. A tick at the fill's origin between
-    /// the ends is longer.
+    /// Positions of the ticks; without a call they stand at the quarters of the range. A tick where the fill
+    /// begins is longer, unless it stands at an end. The fill begins at 0 where the range crosses 0,
+    /// otherwise at the bottom or left end.
     void setTicks(std::vector<int> positions);
 
-    /// Steps of the arrow and page keys, and of the arrow keys with Ctrl; 0 lets that be a twentieth of the
-    /// range.
-    void setSteps(int single, int page, int coarse);
-    /// How long after the last turn the wheel counts as resting.
+    /// Sets how long the wheel must rest until its turns count as finished, in milliseconds; 250 without a
+    /// call.
     void setWheelRest(int milliseconds);
 
-    /// Marks the value as one that not every channel has which an edit goes to, with this note; takes the
-    /// mark away without one.
+    /// Marks the value as one that not all of the channels have that an edit of it goes to. The note, their
+    /// values, goes into the tooltip and to screen readers; an empty note takes the mark away.
     void setMixed(const QString& note) { mixed_.setNote(note); }
     [[nodiscard]] bool isMixed() const { return mixed_.isShown(); }
 
+    /// Sets how the value becomes text for screen readers; without a call it is a plain number.
     void setFormatter(Formatter formatter);
-    /// What screen readers count in: value = position × perStep + offset.
+    /// Sets how screen readers count: value = position × perStep + offset.
     void setValueScale(double perStep, double offset = 0);
 
+    /// The present value as screen readers say it.
     [[nodiscard]] QString valueText() const;
     [[nodiscard]] double valueOf(int position) const { return position * perStep_ + offset_; }
-    [[nodiscard]] double valuePerStep() const { return perStep_ * singleStep_; }
-    /// Moves the slider like one press and release of a key. Not finite values and disabled sliders are left
-    /// alone.
+    [[nodiscard]] double valuePerStep() const { return perStep_; }
+    /// Moves the slider to a value, as a person does with one press and release of a key: both events are
+    /// posted. Does nothing for a value that is not finite, and while the slider is disabled.
     void setValueByUser(double value);
-    /// Steps towards higher (+1) or lower (-1) values like a key.
+    /// Moves the slider by steps as a person does with a key: upwards in value for a positive number.
     void stepValueByUser(int steps);
 
     [[nodiscard]] QSize sizeHint() const override;
@@ -87,10 +91,7 @@ class CBitmapSlider : public QWidget {
     void wheelEvent(QWheelEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void keyReleaseEvent(QKeyEvent* event) override;
-    void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
-    void enterEvent(QEnterEvent* event) override;
-    void leaveEvent(QEvent* event) override;
     void hideEvent(QHideEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void changeEvent(QEvent* event) override;
@@ -102,7 +103,7 @@ class CBitmapSlider : public QWidget {
     void post(QEvent::Type type);
     void finishSteps();
     void finishAll();
-    /// Position after a key, if the key is one that moves the slider.
+    /// The position that a key asks for, not clamped; nothing for keys that do not move the slider.
     [[nodiscard]] std::optional<std::int64_t> keyTarget(const QKeyEvent& event) const;
     [[nodiscard]] int coarseStep() const;
     [[nodiscard]] double along(const QPointF& point) const { return vertical_ ? point.y() : point.x(); }
@@ -116,15 +117,11 @@ class CBitmapSlider : public QWidget {
 
     bool vertical_;
     bool dragging_ = false;
-    bool hovered_ = false;
     bool bypassed_ = false;
-    bool stepped_ = false;  ///< a key or the wheel moved the slider and 10450 is still due
+    bool stepped_ = false;  ///< a key or the wheel moved the slider, and SliderEvent::released is still due
     int minimum_ = 0;
     int maximum_ = 100;
     int position_ = 0;
-    int singleStep_ = 1;
-    int pageStep_ = 10;
-    int coarseStep_ = 0;
     int wheelTravel_ = 0;
     double thumbPixel_ = 0;  ///< where the thumb's centre is, or was dragged to
     double dragOffset_ = 0;
@@ -133,10 +130,8 @@ class CBitmapSlider : public QWidget {
     double perStep_ = 1;
     double offset_ = 0;
     QRgb color_ = theme::level;
-    std::optional<int> fillOrigin_;
     std::optional<std::vector<int>> ticks_;
     Formatter formatter_;
-    FocusRing ring_;
     MixedMark mixed_{*this};
     QTimer wheelRest_;
     QVarLengthArray<int, 4> heldKeys_;

@@ -20,9 +20,6 @@ int CBitmapSlider::capStart(double scale, double pixel) {
 }
 
 int CBitmapSlider::fillOrigin() const {
-    if (fillOrigin_) {
-        return std::clamp(*fillOrigin_, minimum_, maximum_);
-    }
     if (minimum_ < 0 && maximum_ > 0) {
         return 0;
     }
@@ -36,13 +33,13 @@ unsigned CBitmapSlider::capState() const {
     }
     if (dragging_) {
         state |= skinPressed;
-    } else if (hovered_) {
+    } else if (isHovered()) {
         state |= skinHovered;
     }
     if (bypassed_) {
         state |= skinBypassed;
     }
-    if (ring_.isShown()) {
+    if (isRingShown()) {
         state |= skinRinged;
     }
     return state;
@@ -99,7 +96,7 @@ void CBitmapSlider::paintEvent(QPaintEvent* /*event*/) {
     const SliderPixels pixels(scale, odd);
     const unsigned orientation = vertical_ ? 0U : skinHorizontal;
     const unsigned parity = odd ? skinOddBox : 0U;
-    const auto place = [this](int across, int along) {
+    const auto pointAt = [this](int across, int along) {
         return vertical_ ? QPoint(across, along) : QPoint(along, across);
     };
 
@@ -109,11 +106,11 @@ void CBitmapSlider::paintEvent(QPaintEvent* /*event*/) {
     const int channelSpan = (vertical_ ? height() : width()) - 2 * channelInset;
     if (channelSpan > 0) {
         const QSize size = vertical_ ? QSize(6, channelSpan) : QSize(channelSpan, 6);
-        painter.devicePiece(place((box - pixels.channel) / 2, painter.toDevice(channelInset)),
+        painter.devicePiece(pointAt((box - pixels.channel) / 2, painter.toDevice(channelInset)),
                             {SkinPiece::Kind::sliderChannel, orientation | parity, size});
     }
 
-    // Under the hand the cap stands where it was dragged to, also between the pixels of two positions.
+    // While it is dragged, the cap stands where the pointer is, also between the pixels of two positions.
     const int cap = capStart(scale, thumbPixel_);
     const int capCentre = cap + pixels.capAlong / 2;
     const int origin = fillOrigin();
@@ -127,14 +124,14 @@ void CBitmapSlider::paintEvent(QPaintEvent* /*event*/) {
     const int high = std::max(originAt, capCentre);
     if (high - low > 1) {
         const QRgb color = !isEnabled() ? disabledFill : bypassed_ ? theme::off : color_;
-        const QPoint corner = place((box - pixels.fill) / 2, low);
+        const QPoint corner = pointAt((box - pixels.fill) / 2, low);
         const QSize size = vertical_ ? QSize(pixels.fill, high - low) : QSize(high - low, pixels.fill);
         painter.setPen(Qt::NoPen);
         painter.setBrush(QColor::fromRgb(color));
         painter.drawRoundedRect(QRect(corner, size), pixels.fill / 2.0, pixels.fill / 2.0);
     }
     painter.devicePiece(
-        place((box - pixels.capAcross) / 2 - pixels.capMargin, cap - pixels.capMargin),
+        pointAt((box - pixels.capAcross) / 2 - pixels.capMargin, cap - pixels.capMargin),
         {SkinPiece::Kind::sliderCap, capState() | parity, QSize(30, 21), bypassed_ ? theme::off : color_});
     painter.useLogicalPixels();
     mixed_.paint(painter, rect());

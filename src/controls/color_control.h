@@ -4,17 +4,16 @@
 
 namespace tessavo {
 
-/// Line of text with colours of its own.
+/// Label for one line of text with colours of its own.
 class CColorControl : public QLabel {
     Q_OBJECT
 
  public:
     explicit CColorControl(const QString& text, int controlId, QWidget* parent = nullptr);
 
-    /// An invalid background lets what lies below show through.
+    /// Sets the colours of text and ground; without a valid background, what lies below shows through.
     void setColors(const QColor& text, const QColor& background = {});
     [[nodiscard]] QColor textColor() const { return text_; }
-    [[nodiscard]] QColor backgroundColor() const { return background_; }
 
  protected:
     void paintEvent(QPaintEvent* event) override;

@@ -8,17 +8,18 @@ namespace tessavo {
 namespace {
 
 /// `whole` with one of its parts replaced; a new one stands behind the others.
-QString withPart(QString whole, const QString& old, const QString& part, const QString& separator) {
-    if (const qsizetype place = old.isEmpty() ? -1 : whole.lastIndexOf(old); place >= 0) {
-        whole.remove(place, old.size());
-        const qsizetype before = place - separator.size();
+QString withReplaced(QString whole, const QString& old, const QString& replacement,
+                     const QString& separator) {
+    if (const qsizetype index = old.isEmpty() ? -1 : whole.lastIndexOf(old); index >= 0) {
+        whole.remove(index, old.size());
+        const qsizetype before = index - separator.size();
         if (before >= 0 && QStringView(whole).mid(before).startsWith(separator)) {
             whole.remove(before, separator.size());
-        } else if (QStringView(whole).mid(place).startsWith(separator)) {
-            whole.remove(place, separator.size());
+        } else if (QStringView(whole).mid(index).startsWith(separator)) {
+            whole.remove(index, separator.size());
         }
     }
-    return whole.isEmpty() || part.isEmpty() ? whole + part : whole + separator + part;
+    return whole.isEmpty() || replacement.isEmpty() ? whole + replacement : whole + separator + replacement;
 }
 
 /// The lines of a note in one sentence.
@@ -29,10 +30,10 @@ QString spoken(const QString& note) {
 }  // namespace
 
 void replaceNote(QWidget& control, const QString& old, const QString& note) {
-    control.setToolTip(withPart(control.toolTip(), old, note, QStringLiteral("\n")));
+    control.setToolTip(withReplaced(control.toolTip(), old, note, QStringLiteral("\n")));
     // Screen readers are told of the change by the setter.
     control.setAccessibleDescription(
-        withPart(control.accessibleDescription(), spoken(old), spoken(note), QStringLiteral(". ")));
+        withReplaced(control.accessibleDescription(), spoken(old), spoken(note), QStringLiteral(". ")));
 }
 
 void CornerNote::setNote(const QString& note) {

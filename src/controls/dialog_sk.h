@@ -7,8 +7,8 @@ namespace tessavo {
 
 /// Dialog or page on a background that is drawn once for each size and scale.
 ///
-/// As a page inside a window (its window flags are then Qt::Widget) it leaves Enter and Escape to its
-/// controls; as a dialog of its own it keeps their usual meaning.
+/// As a page inside a window, with the window flags Qt::Widget, it leaves Enter and Escape to its controls.
+/// As a dialog of its own it closes by them as usual.
 class CDialogSK : public QDialog {
     Q_OBJECT
 
@@ -16,9 +16,12 @@ class CDialogSK : public QDialog {
     explicit CDialogSK(QWidget* parent = nullptr);
 
  protected:
-    /// Draws the background; (0, 0) to `size` in logical pixels. The base fills it with the window's colour.
+    /// Draws the background. This class fills it with the window's colour; derived ones may draw more.
+    /// \param painter draws in logical pixels, from (0, 0) to `size`
+    /// \param size of the dialog
     virtual void paintBackground(QPainter& painter, QSize size) const;
-    /// Call when `paintBackground` would draw something else.
+    /// Has the background drawn anew. A derived class calls it when paintBackground() would draw something
+    /// else than before.
     void backgroundChanged();
 
     void paintEvent(QPaintEvent* event) override;

@@ -4,7 +4,8 @@
 
 namespace tessavo {
 
-/// Remembers whether a control came by its focus through the keyboard, for only then it shows a ring.
+/// Decides whether a control shows a ring: while it has the focus, if the focus came by the keyboard. After a
+/// click a ring would only distract.
 class FocusRing {
  public:
     void focusIn(const QFocusEvent& event) {
@@ -16,7 +17,7 @@ class FocusRing {
                 break;
             case Qt::ActiveWindowFocusReason:
             case Qt::PopupFocusReason:
-                // The window or a menu gives back what it took.
+                // The window comes to the front again, or a menu closes: the ring is as it was before.
                 shown_ = before_;
                 break;
             default:

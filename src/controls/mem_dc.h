@@ -6,11 +6,16 @@
 
 namespace tessavo {
 
-/// Off-screen painter: what is drawn through it goes to a pixmap and reaches the target in one copy when the
-/// object ends. The caller keeps the pixmap, so that painting again allocates nothing.
+/// Off-screen painter: draws into a pixmap, which is copied to the target in one step when the object is
+/// destroyed, so that nobody sees a half-drawn picture. The pixmap belongs to the caller, so that the next
+/// painting need not allocate one.
 class CMemDC {
  public:
-    /// `area` is in the target's logical pixels; drawing uses the same coordinates and starts from `ground`.
+    /// \param target what the picture is copied to
+    /// \param area the part of the target that is drawn, in its logical pixels; drawing uses the same
+    ///     coordinates
+    /// \param store the pixmap; made anew when its size or scale does not fit
+    /// \param ground colour that the area is filled with at first
     CMemDC(QPainter& target, const QRect& area, QPixmap& store, const QColor& ground = Qt::transparent);
     ~CMemDC();
     CMemDC(const CMemDC&) = delete;

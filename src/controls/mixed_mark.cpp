@@ -32,7 +32,7 @@ void MixedMark::setShown(bool shown) {
     }
 }
 
-void MixedMark::paint(SkinPainter& painter, const QRectF& place) const {
+void MixedMark::paint(SkinPainter& painter, const QRectF& bounds) const {
     if (!isShown()) {
         return;
     }
@@ -42,7 +42,7 @@ void MixedMark::paint(SkinPainter& painter, const QRectF& place) const {
     painter.setPen(pen);
     painter.setBrush(Qt::NoBrush);
     const double half = width / 2;
-    painter.drawRoundedRect(painter.snapped(place).adjusted(half, half, -half, -half), radius - half,
+    painter.drawRoundedRect(painter.snapped(bounds).adjusted(half, half, -half, -half), radius - half,
                             radius - half);
 }
 

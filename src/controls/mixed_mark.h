@@ -9,22 +9,23 @@ namespace tessavo {
 
 class SkinPainter;
 
-/// Mark of a control whose value is not that of everything an edit of it goes to: a dashed outline, and a
-/// note in its tooltip and its description for screen readers, behind what these say anyway. Part of the
-/// control.
+/// Tells that a control shows one value in place of several different ones, those of the channels that an
+/// edit of it goes to: by a dashed outline, and by a note in its tooltip and its description for screen
+/// readers. A member of the control.
 class MixedMark {
  public:
+    /// \param control outlives this object
     explicit MixedMark(QWidget& control) : control_(control) {}
 
-    /// Puts the mark on with these lines, or takes it away with none.
+    /// Sets the note and shows the outline; an empty note takes both away.
     void setNote(const QString& note);
-    /// The same for a control that tells the note itself.
+    /// Shows or hides the outline, for a control that tells its note itself.
     void setShown(bool shown);
     [[nodiscard]] bool isShown() const { return shown_; }
 
-    /// Draws the outline just inside a rectangle of the control, in logical pixels; nothing while it is off.
-    void paint(SkinPainter& painter, const QRectF& place) const;
-    /// The same around the whole control, over what its own paint event has drawn.
+    /// Draws the outline, if it is shown, just inside a rectangle of the control in logical pixels.
+    void paint(SkinPainter& painter, const QRectF& bounds) const;
+    /// Draws the outline, if it is shown, around the whole control, over what is painted already.
     void paintOverControl() const;
 
  private:

@@ -14,7 +14,7 @@ constexpr int narrow = 50;
 
 }  // namespace
 
-NumberEdit::NumberEdit(int controlId, QWidget* parent) : QLineEdit(parent) {
+NumberEdit::NumberEdit(int controlId, QWidget* parent) : HoverTracked<QLineEdit>(parent) {
     setControlId(*this, controlId);
     prepareEdit(*this);
     setAlignment(Qt::AlignRight | Qt::AlignVCenter);
@@ -63,7 +63,7 @@ void NumberEdit::apply(void (NumberEdit::*signal)()) {
     }
 }
 
-void NumberEdit::takeBack() {
+void NumberEdit::revert() {
     setValueText(applied_);
     selectAll();
     Q_EMIT cancelled();
@@ -85,7 +85,7 @@ void NumberEdit::keyPressEvent(QKeyEvent* event) {
             if (!edited_ && text() == applied_) {
                 break;
             }
-            takeBack();
+            revert();
             return;
         case Qt::Key_Up:
         case Qt::Key_Down:
@@ -110,8 +110,8 @@ void NumberEdit::focusInEvent(QFocusEvent* event) {
     if (event->reason() != Qt::PopupFocusReason) {
         edited_ = false;
     }
-    // Whoever clicks into a number means to replace it. Where the click had to bring the window to the front
-    // first, the focus comes after the press.
+    // A person who clicks into a number usually means to replace it, so it is selected. When the click also
+    // brings the window to the front, the focus comes after the press.
     selectsOnRelease_ = event->reason() == Qt::MouseFocusReason ||
                         (selectsOnRelease_ && event->reason() == Qt::ActiveWindowFocusReason);
     update();
@@ -133,7 +133,7 @@ void NumberEdit::mouseReleaseEvent(QMouseEvent* event) {
 void NumberEdit::mouseDoubleClickEvent(QMouseEvent* event) {
     QLineEdit::mouseDoubleClickEvent(event);
     if (event->button() == Qt::LeftButton) {
-        // The base takes the digits on one side of the point for a word.
+        // The base would select only the digits on one side of the decimal point.
         selectAll();
     }
 }
@@ -147,27 +147,16 @@ void NumberEdit::focusOutEvent(QFocusEvent* event) {
     }
 }
 
-void NumberEdit::enterEvent(QEnterEvent* event) {
-    hovered_ = true;
-    QLineEdit::enterEvent(event);
-    update();
-}
-
-void NumberEdit::leaveEvent(QEvent* event) {
-    hovered_ = false;
-    QLineEdit::leaveEvent(event);
-    update();
-}
-
 void NumberEdit::resizeEvent(QResizeEvent* event) {
-    // Narrow boxes hold the same numbers.
+    // Narrow boxes must hold numbers of the same length, so they have smaller margins.
     setTextMargins(width() <= narrow ? QMargins(2, 0, 2, 0) : QMargins(5, 0, 5, 0));
     QLineEdit::resizeEvent(event);
 }
 
 void NumberEdit::paintEvent(QPaintEvent* event) {
     const bool pale = bypassed_ || !isEnabled();
-    paintEditFrame(*this, focused_, hovered_, color_ != 0 && pale ? theme::off : color_, notes_.skinState());
+    paintEditFrame(*this, focused_, isHovered(), color_ != 0 && pale ? theme::off : color_,
+                   notes_.skinState());
     QLineEdit::paintEvent(event);
     mixed_.paintOverControl();
 }

@@ -4,7 +4,7 @@
 
 namespace tessavo {
 
-/// Edit box for display only. A program sets its text; a person can select and copy it, nothing else.
+/// Edit box for display only: the program sets its text, a person can select and copy it and nothing else.
 class CReadOnlyEdit : public QLineEdit {
     Q_OBJECT
 

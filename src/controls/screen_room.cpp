@@ -7,9 +7,9 @@
 namespace tessavo {
 
 QSize roomOnScreen(const QWidget* parent) {
-    constexpr QSize around(8, 32);
+    constexpr QSize windowFrame(8, 32);
     const QScreen* const screen = parent != nullptr ? parent->screen() : QGuiApplication::primaryScreen();
-    return screen->availableSize() - around;
+    return screen->availableSize() - windowFrame;
 }
 
 }  // namespace tessavo

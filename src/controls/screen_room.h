@@ -6,8 +6,9 @@ class QWidget;
 
 namespace tessavo {
 
-/// The largest size of a dialog, caption and frame of usual desktops apart, that the screen shows whole on
-/// which its parent stands; that of the first screen without a parent.
+/// The largest size, in logical pixels, that a dialog can have so that its screen shows all of it, the
+/// caption and frame of usual desktops included.
+/// \param parent stands on the dialog's screen; null for the first screen
 [[nodiscard]] QSize roomOnScreen(const QWidget* parent);
 
 }  // namespace tessavo

@@ -28,7 +28,7 @@ using Cache = QCache<Key, QPixmap>;
 
 Cache& cache() {
     static Cache pieces(Skin::limitBytes);
-    // Pixmaps must go before the application does.
+    // The toolkit wants all pixmaps destroyed before the application object.
     [[maybe_unused]] static const bool cleaned = (qAddPostRoutine([] { Skin::clear(); }), true);
     return pieces;
 }
@@ -89,8 +89,8 @@ int Skin::hairline(double scale) {
 
 QPixmap Skin::pixmap(const SkinPiece& piece, double scale) {
     const Key key{piece, scale};
-    if (const QPixmap* kept = cache().object(key)) {
-        return *kept;
+    if (const QPixmap* cached = cache().object(key)) {
+        return *cached;
     }
     const QSize size = deviceSize(piece, scale);
     if (size.isEmpty()) {

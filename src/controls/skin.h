@@ -6,7 +6,7 @@
 
 namespace tessavo {
 
-// States of a piece, joined by '|'. Not every piece knows every state.
+// States of a piece, joined by '|'. A piece ignores the states that mean nothing for it.
 inline constexpr unsigned skinHovered = 1U << 0U;
 inline constexpr unsigned skinPressed = 1U << 1U;  ///< button held down, slider cap being dragged
 inline constexpr unsigned skinDisabled = 1U << 2U;
@@ -16,13 +16,13 @@ inline constexpr unsigned skinAccented = 1U << 5U;  ///< default button of a mes
 inline constexpr unsigned skinReadOnly = 1U << 6U;
 inline constexpr unsigned skinBypassed = 1U << 7U;
 inline constexpr unsigned skinHorizontal = 1U << 8U;
-inline constexpr unsigned skinOddBox = 1U << 9U;   ///< the slider is an odd number of device pixels across
+inline constexpr unsigned skinOddBox = 1U << 9U;   ///< the slider is an odd number of device pixels wide
 inline constexpr unsigned skinUpper = 1U << 10U;   ///< the mouse is on the upper half of an up-down column
 inline constexpr unsigned skinLower = 1U << 11U;   ///< on its lower half
-inline constexpr unsigned skinMarked = 1U << 12U;  ///< a small corner: what is shown is not the whole truth
-inline constexpr unsigned skinWarned = 1U << 13U;  ///< red edge and corner: the text counts as something else
+inline constexpr unsigned skinMarked = 1U << 12U;  ///< a small corner: something else is in force or plays
+inline constexpr unsigned skinWarned = 1U << 13U;  ///< red edge and corner: the text counts as another number
 
-/// One drawing of the skin. Sizes are logical pixels; equal pieces share one pixmap for each scale.
+/// What one drawing of the skin shows. Equal pieces share one pixmap for each scale of the screen.
 struct SkinPiece {
     enum class Kind : quint8 {
         button,
@@ -42,40 +42,47 @@ struct SkinPiece {
     };
 
     Kind kind = Kind::button;
-    unsigned state = 0;
-    QSize size;
-    QRgb color = 0;
+    unsigned state = 0;  ///< of the states above
+    QSize size;          ///< in logical pixels
+    QRgb color = 0;      ///< for the kinds that name it
 
     bool operator==(const SkinPiece&) const = default;
 };
 
-/// Sizes of a slider's parts in device pixels, such that all are centred without half pixels.
+/// Sizes of a slider's parts in device pixels. They are all even or all odd, like the slider itself, so that
+/// each can stand in the middle without half pixels.
 struct SliderPixels {
+    /// \param scale device pixels to a logical one
+    /// \param oddBox whether the slider is an odd number of device pixels wide
     SliderPixels(double scale, bool oddBox);
 
     int hair;       ///< thickness of a hairline
-    int channel;    ///< groove across
-    int fill;       ///< coloured bar across
-    int capAcross;  ///< 22 logical pixels
-    int capAlong;   ///< 13 logical pixels
+    int channel;    ///< width of the groove
+    int fill;       ///< width of the coloured bar in it
+    int capAcross;  ///< about 22 logical pixels
+    int capAlong;   ///< about 13 logical pixels
     int capMargin;  ///< room around the cap for ring and halo
 };
 
-/// Draws every piece from vector code at the scale of the screen, once, and keeps it. User-interface thread
-/// only.
+/// Draws every piece by vector code at the scale of the screen, and remembers the pixmap for the next time.
+/// Used on the user-interface thread only.
 class Skin {
  public:
-    static constexpr int capLength = 13;
-    static constexpr int capWidth = 22;
-    static constexpr int sliderMargin = 3;
+    static constexpr int capLength = 13;    ///< of a slider's cap, along its way, in logical pixels
+    static constexpr int capWidth = 22;     ///< across its way
+    static constexpr int sliderMargin = 3;  ///< from the cap's end positions to the slider's ends
 
-    /// The piece in device pixels for a scale of `scale` device pixels to a logical one.
+    /// The drawing of a piece.
+    /// \param piece what it shows
+    /// \param scale device pixels to a logical one
+    /// \return a pixmap in device pixels; null for a piece without size
     [[nodiscard]] static QPixmap pixmap(const SkinPiece& piece, double scale);
 
-    /// Forgets everything drawn so far.
+    /// Forgets all pixmaps. The toolkit wants them gone before it ends.
     static void clear();
 
-    /// How many bytes of pixmaps are kept; never more than `limitBytes`.
+    /// How many bytes the remembered pixmaps take: never more than `limitBytes`, since those not used for
+    /// longest are forgotten.
     [[nodiscard]] static qsizetype keptBytes();
     static constexpr qsizetype limitBytes = qsizetype{6} * 1024 * 1024;
 

@@ -15,7 +15,7 @@ constexpr int lampRoom = 20;  ///< the caption is centred in what is right of it
 }  // namespace
 
 CxSkinButton::CxSkinButton(const QString& caption, int controlId, QWidget* parent)
-    : QPushButton(caption, parent) {
+    : SkinButtonBase(caption, parent) {
     setControlId(*this, controlId);
     setFont(theme::font(12, QFont::Medium));
     setFocusPolicy(Qt::StrongFocus);
@@ -48,13 +48,13 @@ QSize CxSkinButton::sizeHint() const {
 void CxSkinButton::paintEvent(QPaintEvent* /*event*/) {
     SkinPainter painter(this);
     const bool down = isDown() && isEnabled();
-    unsigned state = mark_.skinState();
+    unsigned state = markState();
     state |= isEnabled() ? 0U : skinDisabled;
-    state |= hovered_ ? skinHovered : 0U;
+    state |= isHovered() ? skinHovered : 0U;
     state |= down ? skinPressed : 0U;
     state |= isOn() ? skinOn : 0U;
     state |= accented_ ? skinAccented : 0U;
-    state |= ring_.isShown() ? skinRinged : 0U;
+    state |= isRingShown() ? skinRinged : 0U;
     painter.piece({}, {SkinPiece::Kind::button, state, size()});
 
     const double shift = down ? 1 : 0;
@@ -68,30 +68,6 @@ void CxSkinButton::paintEvent(QPaintEvent* /*event*/) {
     const bool filled = isOn() || accented_;
     const QRgb color = !isEnabled() ? theme::text3 : filled ? theme::white : theme::text;
     painter.text(caption, Qt::AlignCenter | Qt::TextHideMnemonic, color, text());
-}
-
-void CxSkinButton::focusInEvent(QFocusEvent* event) {
-    ring_.focusIn(*event);
-    QPushButton::focusInEvent(event);
-    update();
-}
-
-void CxSkinButton::focusOutEvent(QFocusEvent* event) {
-    ring_.focusOut(*event);
-    QPushButton::focusOutEvent(event);
-    update();
-}
-
-void CxSkinButton::enterEvent(QEnterEvent* event) {
-    hovered_ = true;
-    QPushButton::enterEvent(event);
-    update();
-}
-
-void CxSkinButton::leaveEvent(QEvent* event) {
-    hovered_ = false;
-    QPushButton::leaveEvent(event);
-    update();
 }
 
 }  // namespace tessavo

@@ -2,7 +2,6 @@
 
 #include <QAbstractItemView>
 #include <QStyledItemDelegate>
-#include <QWheelEvent>
 
 #include "controls/control_id.h"
 #include "controls/skin_drawing.h"
@@ -48,7 +47,7 @@ class RowDelegate : public QStyledItemDelegate {
             painter->drawRoundedRect(row.adjusted(0, 1, 0, -1), 3, 3);
         }
         row.adjust(8, 0, -4, 0);
-        const QColor dot = index.data(dotRole).value<QColor>();
+        const auto dot = index.data(dotRole).value<QColor>();
         if (dot.isValid()) {
             paintDot(*painter, row.left(), row.center().y(), dot);
             row.setLeft(row.left() + dotRoom);
@@ -76,7 +75,7 @@ class RowDelegate : public QStyledItemDelegate {
 
 }  // namespace
 
-SkinComboBox::SkinComboBox(int controlId, QWidget* parent) : QComboBox(parent) {
+SkinComboBox::SkinComboBox(int controlId, QWidget* parent) : SkinComboBoxBase(parent) {
     setControlId(*this, controlId);
     setFont(theme::font(12));
     setFocusPolicy(Qt::StrongFocus);
@@ -133,10 +132,10 @@ int SkinComboBox::neededWidth() const {
 
 void SkinComboBox::paintEvent(QPaintEvent* /*event*/) {
     SkinPainter painter(this);
-    unsigned state = mark_.skinState();
+    unsigned state = markState();
     state |= isEnabled() ? 0U : skinDisabled;
-    state |= hovered_ ? skinHovered : 0U;
-    state |= ring_.isShown() ? skinRinged : 0U;
+    state |= isHovered() ? skinHovered : 0U;
+    state |= isRingShown() ? skinRinged : 0U;
     painter.piece({}, {SkinPiece::Kind::combo, state, size()});
     const QColor dot = dotOf(currentIndex());
     if (dot.isValid()) {
@@ -151,45 +150,13 @@ void SkinComboBox::paintEvent(QPaintEvent* /*event*/) {
     const QString shown = fontMetrics().elidedText(currentText(), Qt::ElideRight, room);
     painter.text(QRectF(left, 0, width() - left, height()), Qt::AlignLeft | Qt::AlignVCenter,
                  isEnabled() ? theme::text : theme::text3, shown);
-    mixed_.paint(painter, rect());
-}
-
-void SkinComboBox::wheelEvent(QWheelEvent* event) {
-    if (hasFocus()) {
-        QComboBox::wheelEvent(event);
-    } else {
-        event->ignore();
-    }
+    mixedMark().paint(painter, rect());
 }
 
 void SkinComboBox::resizeEvent(QResizeEvent* event) {
     setFont(theme::font(isCompact() ? 11 : 12));
     view()->setFont(theme::font(12));
     QComboBox::resizeEvent(event);
-}
-
-void SkinComboBox::focusInEvent(QFocusEvent* event) {
-    ring_.focusIn(*event);
-    QComboBox::focusInEvent(event);
-    update();
-}
-
-void SkinComboBox::focusOutEvent(QFocusEvent* event) {
-    ring_.focusOut(*event);
-    QComboBox::focusOutEvent(event);
-    update();
-}
-
-void SkinComboBox::enterEvent(QEnterEvent* event) {
-    hovered_ = true;
-    QComboBox::enterEvent(event);
-    update();
-}
-
-void SkinComboBox::leaveEvent(QEvent* event) {
-    hovered_ = false;
-    QComboBox::leaveEvent(event);
-    update();
 }
 
 }  // namespace tessavo

@@ -59,6 +59,50 @@ void cornerMark(const SkinInk& ink, const QRectF& inside, QRgb color) {
     ink.painter.fillPath(corner.intersected(rounded), QColor::fromRgb(color));
 }
 
+/// The coloured stripe at the left of an edit, inside an edge of so many device pixels.
+void drawStripe(const SkinInk& ink, const QRectF& all, int edge, QRgb color) {
+    // The stripe follows the rounded corners at its left.
+    QPainterPath inside;
+    inside.addRoundedRect(all.adjusted(edge, edge, -edge, -edge), ink(3), ink(3));
+    ink.painter.save();
+    ink.painter.setClipPath(inside);
+    ink.painter.fillRect(QRectF(edge, edge, ink.whole(2), ink.size.height() - 2 * edge),
+                         QColor::fromRgb(color));
+    ink.painter.restore();
+}
+
+/// The column with the two arrows at the right of a number box.
+void drawUpDownColumn(const SkinInk& ink, unsigned state) {
+    const bool disabled = (state & skinDisabled) != 0;
+    const double left = ink.size.width() - ink.whole(20);
+    const double middle = std::round(ink.size.height() / 2);
+    const QRectF column(left, ink.hair, ink.size.width() - left - ink.hair, ink.size.height() - 2 * ink.hair);
+    QPainterPath shape;
+    shape.addRoundedRect(column.adjusted(-ink(4), 0, 0, 0), ink(3), ink(3));
+    ink.painter.save();
+    ink.painter.setClipRect(column);
+    ink.painter.fillPath(shape, disabled ? QBrush(QColor::fromRgb(theme::inset))
+                                         : verticalGradient(column, theme::buttonTop, theme::buttonBottom));
+    if (!disabled && (state & (skinUpper | skinLower)) != 0) {
+        QRectF half = column;
+        if ((state & skinUpper) != 0) {
+            half.setBottom(middle);
+        } else {
+            half.setTop(middle + ink.hair);
+        }
+        const bool pressed = (state & skinPressed) != 0;
+        ink.painter.fillRect(half, QColor::fromRgb(pressed ? theme::buttonPressed : theme::buttonHoverTop));
+    }
+    const QColor line = QColor::fromRgb(disabled ? theme::line : theme::edge);
+    ink.painter.fillRect(QRectF(left, column.top(), ink.hair, column.height()), line);
+    ink.painter.fillRect(QRectF(left, middle, column.width(), ink.hair), line);
+    ink.painter.restore();
+    const QColor arrow = QColor::fromRgb(disabled ? theme::text3 : theme::text2);
+    const double quarter = ink.size.height() / 4;
+    ink.stroke({left + ink(6), quarter - ink(2)}, {{1, 4}, {4, 1}, {7, 4}}, arrow, 1.4);
+    ink.stroke({left + ink(6), 3 * quarter - ink(3)}, {{1, 1}, {4, 4}, {7, 1}}, arrow, 1.4);
+}
+
 }  // namespace
 
 void drawButtonPiece(const SkinInk& ink, const SkinPiece& piece) {
@@ -84,7 +128,7 @@ void drawButtonPiece(const SkinInk& ink, const SkinPiece& piece) {
     }
     if (piece.kind == SkinPiece::Kind::combo) {
         const bool disabled = (piece.state & skinDisabled) != 0;
-        // A compact one keeps its room for the text.
+        // A compact box needs its room for the text, so its chevron is smaller.
         const bool compact = piece.size.width() <= compactCombo;
         const QPointF origin(ink.size.width() - ink(compact ? 12.5 : 18), ink.size.height() / 2 - ink(3));
         const QColor color = QColor::fromRgb(disabled ? theme::text3 : theme::text2);
@@ -111,47 +155,10 @@ void drawEditPiece(const SkinInk& ink, const SkinPiece& piece) {
     }
     const int edge = ringed ? ink.whole(2) : ink.hair;
     if (piece.color != 0) {
-        // Follows the rounding of the corners at its left.
-        QPainterPath inside;
-        inside.addRoundedRect(all.adjusted(edge, edge, -edge, -edge), ink(3), ink(3));
-        ink.painter.save();
-        ink.painter.setClipPath(inside);
-        ink.painter.fillRect(QRectF(edge, edge, ink.whole(2), ink.size.height() - 2 * edge),
-                             QColor::fromRgb(piece.color));
-        ink.painter.restore();
+        drawStripe(ink, all, edge, piece.color);
     }
     if (piece.kind == SkinPiece::Kind::upDown) {
-        const bool disabled = (piece.state & skinDisabled) != 0;
-        const double left = ink.size.width() - ink.whole(20);
-        const double middle = std::round(ink.size.height() / 2);
-        const QRectF column(left, ink.hair, ink.size.width() - left - ink.hair,
-                            ink.size.height() - 2 * ink.hair);
-        QPainterPath shape;
-        shape.addRoundedRect(column.adjusted(-ink(4), 0, 0, 0), ink(3), ink(3));
-        ink.painter.save();
-        ink.painter.setClipRect(column);
-        ink.painter.fillPath(shape, disabled
-                                        ? QBrush(QColor::fromRgb(theme::inset))
-                                        : verticalGradient(column, theme::buttonTop, theme::buttonBottom));
-        if (!disabled && (piece.state & (skinUpper | skinLower)) != 0) {
-            QRectF half = column;
-            if ((piece.state & skinUpper) != 0) {
-                half.setBottom(middle);
-            } else {
-                half.setTop(middle + ink.hair);
-            }
-            const bool pressed = (piece.state & skinPressed) != 0;
-            ink.painter.fillRect(half,
-                                 QColor::fromRgb(pressed ? theme::buttonPressed : theme::buttonHoverTop));
-        }
-        const QColor line = QColor::fromRgb(disabled ? theme::line : theme::edge);
-        ink.painter.fillRect(QRectF(left, column.top(), ink.hair, column.height()), line);
-        ink.painter.fillRect(QRectF(left, middle, column.width(), ink.hair), line);
-        ink.painter.restore();
-        const QColor arrow = QColor::fromRgb(disabled ? theme::text3 : theme::text2);
-        const double quarter = ink.size.height() / 4;
-        ink.stroke({left + ink(6), quarter - ink(2)}, {{1, 4}, {4, 1}, {7, 4}}, arrow, 1.4);
-        ink.stroke({left + ink(6), 3 * quarter - ink(3)}, {{1, 1}, {4, 4}, {7, 1}}, arrow, 1.4);
+        drawUpDownColumn(ink, piece.state);
     }
     if (ringed) {
         ink.ring(all, 4, warned ? theme::clip : theme::focus);

@@ -21,7 +21,7 @@ constexpr int barHeight = 2;
 SkinGroupBox::SkinGroupBox(const QString& title, int controlId, QWidget* parent, Kind kind)
     : QWidget(parent),
       title_(title),
-      titlePlace_(kind == Kind::card ? QPoint(12, 7) : QPoint(12, 9)),
+      titlePosition_(kind == Kind::card ? QPoint(12, 7) : QPoint(12, 9)),
       kind_(kind),
       centred_(kind == Kind::inset) {
     installAccessibility();
@@ -36,8 +36,8 @@ void SkinGroupBox::setTitle(const QString& title) {
     update();
 }
 
-void SkinGroupBox::setTitlePlace(QPoint place, bool centred) {
-    titlePlace_ = place;
+void SkinGroupBox::setTitlePlace(QPoint position, bool centred) {
+    titlePosition_ = position;
     centred_ = centred;
     update();
 }
@@ -59,7 +59,7 @@ void SkinGroupBox::setBar(const QColor& color) {
 }
 
 int SkinGroupBox::neededWidth() const {
-    return 2 * titlePlace_.x() + fontMetrics().horizontalAdvance(title_);
+    return 2 * titlePosition_.x() + fontMetrics().horizontalAdvance(title_);
 }
 
 bool SkinGroupBox::event(QEvent* event) {
@@ -72,8 +72,9 @@ bool SkinGroupBox::event(QEvent* event) {
 void SkinGroupBox::paintEvent(QPaintEvent* event) {
     const bool card = kind_ == Kind::card;
     const QColor fill = QColor::fromRgb(card ? theme::card : theme::inset);
-    const int top = titlePlace_.y() + titleHeight;
-    // A slider that moves inside makes its group repaint a small place again and again.
+    const int top = titlePosition_.y() + titleHeight;
+    // A slider that moves inside makes its group repaint a small rectangle again and again; filling it is
+    // enough.
     if (QRect(6, top, width() - 12, height() - top - 6).contains(event->rect())) {
         QPainter(this).fillRect(event->rect(), fill);
         return;
@@ -91,8 +92,8 @@ void SkinGroupBox::paintEvent(QPaintEvent* event) {
         painter.fillPath(shape, bar_);
         painter.restore();
     }
-    const QRectF row(centred_ ? 0 : titlePlace_.x(), titlePlace_.y(),
-                     width() - (centred_ ? 0 : titlePlace_.x()), titleHeight);
+    const QRectF row(centred_ ? 0 : titlePosition_.x(), titlePosition_.y(),
+                     width() - (centred_ ? 0 : titlePosition_.x()), titleHeight);
     const int across = centred_ ? Qt::AlignHCenter : Qt::AlignLeft;
     painter.text(row, across | Qt::AlignVCenter, dimmed_ ? theme::text2 : theme::text, title_);
 }

@@ -5,9 +5,10 @@
 
 namespace tessavo {
 
-/// Frame around controls that belong together: a card on the page, or an inset inside a card.
+/// Frame with a title around controls that belong together: a card on the page, or an inset inside a card.
 ///
-/// It passes the events of the sliders inside on to its own parent, so a page hears all of its sliders.
+/// Sliders post their events to their parent, which is the group. The group passes them on to its own parent,
+/// so that the page receives those of all its sliders.
 class SkinGroupBox : public QWidget {
     Q_OBJECT
 
@@ -19,16 +20,19 @@ class SkinGroupBox : public QWidget {
 
     [[nodiscard]] const QString& title() const { return title_; }
     void setTitle(const QString& title);
-    /// Left and top of the title's row of 16 pixels, and whether it is centred; a card starts with (12, 7),
-    /// left.
-    void setTitlePlace(QPoint place, bool centred = false);
+    /// Sets where the title stands. Without a call the title of a card stands at (12, 7), not centred.
+    /// \param position left upper corner of the title's row, which is 16 pixels high
+    /// \param centred whether the title stands in the middle of the group instead of at the left
+    void setTitlePlace(QPoint position, bool centred = false);
 
-    /// For a group that can be switched: a bar at the top and a bright title while on, neither while off.
+    /// Shows whether a group that can be bypassed is in circuit: then it has a bar at its top and a bright
+    /// title, otherwise neither.
     void setInCircuit(bool on);
-    /// A bar that is always there, in a colour of its own; an invalid colour takes it away.
+    /// Puts a bar at the top that does not depend on setInCircuit(); an invalid colour takes it away.
     void setBar(const QColor& color);
     [[nodiscard]] QColor bar() const { return bar_; }
 
+    /// Width that the group needs for its title, in pixels.
     [[nodiscard]] int neededWidth() const;
 
  protected:
@@ -37,7 +41,7 @@ class SkinGroupBox : public QWidget {
 
  private:
     QString title_;
-    QPoint titlePlace_;
+    QPoint titlePosition_;
     QColor bar_;
     Kind kind_;
     bool centred_;

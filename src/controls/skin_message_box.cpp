@@ -48,15 +48,15 @@ qsizetype fitting(const QFontMetrics& metrics, const QString& line) {
 /// Breaks a line that is wider than the box may become, at spaces where it has some.
 QStringList folded(const QString& line) {
     const QFontMetrics metrics(textFont());
-    QStringList parts;
+    QStringList lines;
     QString rest = line;
     for (qsizetype fits = fitting(metrics, rest); fits < rest.size(); fits = fitting(metrics, rest)) {
         const qsizetype space = rest.lastIndexOf(QLatin1Char(' '), fits);
         const qsizetype end = space > 0 ? space : qMax<qsizetype>(1, fits);
-        parts << rest.left(end);
+        lines << rest.left(end);
         rest = rest.mid(end).trimmed();
     }
-    return parts << rest;
+    return lines << rest;
 }
 
 }  // namespace
@@ -97,7 +97,7 @@ SkinMessageBox::SkinMessageBox(const QString& title, const QString& text, Icon i
     answer_ = buttons == Buttons::ok ? Answer::ok : Answer::cancel;
     buttons_.front()->setAccented(true);
     buttons_.front()->setFocus(Qt::OtherFocusReason);
-    placeAll();
+    layOutAll();
 }
 
 void SkinMessageBox::addButton(const QString& caption, Answer answer) {
@@ -110,7 +110,7 @@ void SkinMessageBox::addButton(const QString& caption, Answer answer) {
     buttons_ << button;
 }
 
-void SkinMessageBox::placeAll() {
+void SkinMessageBox::layOutAll() {
     int widest = fontMetrics().horizontalAdvance(windowTitle()) + closeSize;
     for (const QString& line : lines_) {
         widest = qMax(widest, fontMetrics().horizontalAdvance(line));
@@ -202,11 +202,11 @@ void SkinMessageBox::keyPressEvent(QKeyEvent* event) {
 }
 
 void SkinMessageBox::mousePressEvent(QMouseEvent* event) {
-    const QPoint place = event->position().toPoint();
-    if (event->button() != Qt::LeftButton || closeRect().contains(place)) {
+    const QPoint point = event->position().toPoint();
+    if (event->button() != Qt::LeftButton || closeRect().contains(point)) {
         return;
     }
-    moving_ = place.y() <= titleHeight;
+    moving_ = point.y() <= titleHeight;
     grabbedAt_ = event->globalPosition().toPoint() - pos();
 }
 

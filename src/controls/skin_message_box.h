@@ -10,7 +10,7 @@ class CxSkinButton;
 /// Modal message with a title bar of its own, an icon and one to three buttons.
 ///
 /// The text may hold several lines, parted by "\n" or "\r\n". The first button is the default one. Escape and
-/// the cross mean "Cancel", or "OK" where that is the only button.
+/// the title bar's cross mean "Cancel", or "OK" where that is the only button.
 class SkinMessageBox : public QDialog {
     Q_OBJECT
 
@@ -23,6 +23,7 @@ class SkinMessageBox : public QDialog {
                    QWidget* parent = nullptr);
 
     [[nodiscard]] const QString& text() const { return text_; }
+    /// The button that closed the box; `cancel` before.
     [[nodiscard]] Answer answer() const { return answer_; }
     [[nodiscard]] QList<CxSkinButton*> buttons() const { return buttons_; }
 
@@ -39,7 +40,7 @@ class SkinMessageBox : public QDialog {
 
  private:
     void addButton(const QString& caption, Answer answer);
-    void placeAll();
+    void layOutAll();
     void setCloseHovered(bool hovered);
     [[nodiscard]] QRect closeRect() const;
     [[nodiscard]] QRect body() const;

@@ -40,17 +40,17 @@ void SkinPainter::devicePiece(QPoint at, const SkinPiece& piece) {
 }
 
 void SkinPainter::roundFrame(const QRectF& rect, double radius, const QBrush& fill, const QColor& border) {
-    const QRectF place = snapped(rect);
+    const QRectF outline = snapped(rect);
     if (!border.isValid()) {
         setPen(Qt::NoPen);
         setBrush(fill);
-        drawRoundedRect(place, radius, radius);
+        drawRoundedRect(outline, radius, radius);
         return;
     }
     const double half = hair() / 2;
     setPen(QPen(border, hair()));
     setBrush(fill);
-    drawRoundedRect(place.adjusted(half, half, -half, -half), radius - half, radius - half);
+    drawRoundedRect(outline.adjusted(half, half, -half, -half), radius - half, radius - half);
 }
 
 void SkinPainter::focusRing(const QRectF& rect, double radius) {

@@ -2,7 +2,6 @@
 
 #include <QHoverEvent>
 #include <QPainterPath>
-#include <QWheelEvent>
 
 #include "controls/control_id.h"
 #include "controls/skin_painter.h"
@@ -25,7 +24,7 @@ void paintTop(SkinPainter& painter, const QRectF& body, double bottom, const QBr
 
 }  // namespace
 
-SkinTabBar::SkinTabBar(int controlId, QWidget* parent) : QTabBar(parent) {
+SkinTabBar::SkinTabBar(int controlId, QWidget* parent) : SkinTabBarBase(parent) {
     setControlId(*this, controlId);
     setFont(theme::font(13));
     setFocusPolicy(Qt::TabFocus);
@@ -58,9 +57,9 @@ bool SkinTabBar::event(QEvent* event) {
     if (event->type() == QEvent::HoverMove || event->type() == QEvent::HoverEnter ||
         event->type() == QEvent::HoverLeave) {
         const bool left = event->type() == QEvent::HoverLeave;
-        const int now = left ? -1 : tabAt(static_cast<QHoverEvent*>(event)->position().toPoint());
-        if (now != hovered_) {
-            hovered_ = now;
+        const int hovered = left ? -1 : tabAt(static_cast<QHoverEvent*>(event)->position().toPoint());
+        if (hovered != hovered_) {
+            hovered_ = hovered;
             update();
         }
     }
@@ -81,7 +80,7 @@ void SkinTabBar::paintEvent(QPaintEvent* /*event*/) {
         } else if (lively) {
             paintTop(painter, body, body.bottom() - 1, QColor(255, 255, 255, 13), {});
         }
-        if (chosen && ring_.isShown()) {
+        if (chosen && isRingShown()) {
             painter.focusRing(body.adjusted(5, 5, -5, -4), 5);
         }
         painter.setFont(theme::font(13, chosen ? QFont::Medium : QFont::Normal));
@@ -91,26 +90,6 @@ void SkinTabBar::paintEvent(QPaintEvent* /*event*/) {
                                           : theme::text2,
                      tabText(index));
     }
-}
-
-void SkinTabBar::wheelEvent(QWheelEvent* event) {
-    if (hasFocus()) {
-        QTabBar::wheelEvent(event);
-    } else {
-        event->ignore();
-    }
-}
-
-void SkinTabBar::focusInEvent(QFocusEvent* event) {
-    ring_.focusIn(*event);
-    QTabBar::focusInEvent(event);
-    update();
-}
-
-void SkinTabBar::focusOutEvent(QFocusEvent* event) {
-    ring_.focusOut(*event);
-    QTabBar::focusOutEvent(event);
-    update();
 }
 
 }  // namespace tessavo

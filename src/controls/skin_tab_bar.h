@@ -3,26 +3,30 @@
 #include <QTabBar>
 #include <QVector>
 
-#include "controls/focus_ring.h"
+#include "controls/tracked_widget.h"
 
 namespace tessavo {
 
-/// Row of page tabs, 34 pixels high, two pixels apart. The chosen one opens into the page below and wears a
-/// bar.
-class SkinTabBar : public QTabBar {
+using SkinTabBarBase = FocusTracked<WheelWithFocus<QTabBar>>;
+
+/// Row of page tabs. The chosen tab has a bar at its top and no edge at its bottom, so that it opens into the
+/// page below.
+class SkinTabBar : public SkinTabBarBase {
     Q_OBJECT
 
  public:
-    static constexpr int rowHeight = 34;
-    static constexpr int gap = 2;
+    static constexpr int rowHeight = 34;  ///< in pixels
+    static constexpr int gap = 2;         ///< between two tabs, in pixels
 
     explicit SkinTabBar(int controlId, QWidget* parent = nullptr);
 
-    /// Adds a tab of a fixed width, so that no tab moves when another is chosen.
+    /// Adds a tab. Its width is fixed, so that no tab moves when the chosen one is written bolder.
+    /// \return its index
     int addFixedTab(const QString& text, int width);
 
-    /// The painted rectangle of a tab.
+    /// The rectangle that is painted of a tab, without the gap behind it.
     [[nodiscard]] QRect tabBody(int index) const;
+    /// Width that a tab needs for its text, in pixels.
     [[nodiscard]] int neededWidth(int index) const;
 
  protected:
@@ -30,14 +34,10 @@ class SkinTabBar : public QTabBar {
     [[nodiscard]] QSize minimumTabSizeHint(int index) const override { return tabSizeHint(index); }
     bool event(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
-    void wheelEvent(QWheelEvent* event) override;
-    void focusInEvent(QFocusEvent* event) override;
-    void focusOutEvent(QFocusEvent* event) override;
 
  private:
     QVector<int> widths_;
     int hovered_ = -1;
-    FocusRing ring_;
 };
 
 }  // namespace tessavo

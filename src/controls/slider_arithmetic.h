@@ -4,7 +4,8 @@
 
 namespace tessavo {
 
-/// Truncates towards zero into [minimum, maximum], for every input: NaN gives the minimum.
+/// Truncates a number towards zero into [minimum, maximum]. Values outside give the nearer limit, NaN gives
+/// the minimum.
 [[nodiscard]] constexpr int wholeWithin(double value, int minimum, int maximum) {
     if (!(value > minimum)) {
         return minimum;
@@ -12,17 +13,17 @@ namespace tessavo {
     return value >= maximum ? maximum : static_cast<int>(value);
 }
 
-/// Where a slider's thumb may be: all lengths in pixels along the slider.
+/// The way of a slider's thumb. All lengths are pixels along the slider, counted from its left or top end.
 struct SliderTrack {
     double extent = 0;      ///< whole length of the control
-    double nearMargin = 0;  ///< at the left or top end
-    double farMargin = 0;   ///< at the right or bottom end
+    double nearMargin = 0;  ///< what the thumb leaves free at the left or top end
+    double farMargin = 0;   ///< what it leaves free at the right or bottom end
     double thumb = 0;       ///< length of the thumb
 
-    /// How far the thumb's centre can travel; not positive when the control is too small for its thumb.
+    /// How far the thumb's centre can move; zero or less when the control is too small for its thumb.
     [[nodiscard]] double travel() const { return extent - farMargin - nearMargin - thumb; }
 
-    /// The nearest pixel that the thumb's centre can take.
+    /// The pixel nearest to `pixel` that the thumb's centre can take.
     [[nodiscard]] double clampPixel(double pixel) const {
         const double lowest = nearMargin + thumb / 2;
         return std::clamp(pixel, lowest, std::max(lowest, extent - farMargin - thumb / 2));

@@ -4,15 +4,18 @@
 
 namespace tessavo {
 
-/// What a slider posts to its parent when a person moves it.
+/// Event that a slider posts to its parent when a person moves it.
 class SliderEvent : public QEvent {
  public:
-    /// Position changing: posted at every step of a drag, a key or the wheel.
+    /// The position is changing: posted at every step of a drag, a key or the wheel.
     static constexpr auto moved = static_cast<QEvent::Type>(10449);
-    /// Position final: posted once at the end of it.
+    /// The position is final: posted once at the end of a drag, of a key held down, or of the wheel's
+    /// turning.
     static constexpr auto released = static_cast<QEvent::Type>(10450);
 
-    /// `type` is one of the two above.
+    /// \param type `moved` or `released`
+    /// \param controlId number of the slider
+    /// \param position where it stands
     SliderEvent(QEvent::Type type, int controlId, int position)
         : QEvent(type), controlId_(controlId), position_(position) {}
 

@@ -2,7 +2,6 @@
 
 #include <QLineEdit>
 #include <QMouseEvent>
-#include <QWheelEvent>
 
 #include "controls/control_id.h"
 #include "controls/edit_frame.h"
@@ -15,37 +14,37 @@ namespace {
 constexpr int columnWidth = 20;
 
 struct WholeNumber {
-    bool isThere = false;  ///< the text begins with digits, or with a sign and digits
-    bool isAll = false;    ///< but for a part behind the decimal point, and blanks around it
+    bool found = false;       ///< the text begins with digits, or with a sign and digits
+    bool isComplete = false;  ///< but for a part behind the decimal point, and blanks around it
     int value = 0;
 };
 
 WholeNumber wholeNumber(const QString& text) {
     constexpr int enough = 100'000'000;
     const QString trimmed = text.trimmed();
-    qsizetype place = trimmed.startsWith(QLatin1Char('-')) ? 1 : 0;
-    const bool negative = place == 1;
+    qsizetype index = trimmed.startsWith(QLatin1Char('-')) ? 1 : 0;
+    const bool negative = index == 1;
     const auto isDigit = [&trimmed](qsizetype at) {
         return at < trimmed.size() && trimmed[at] >= QLatin1Char('0') && trimmed[at] <= QLatin1Char('9');
     };
     WholeNumber number;
-    for (; isDigit(place); ++place) {
-        number.isThere = true;
-        number.value = qMin(number.value * 10 + trimmed[place].unicode() - u'0', enough);
+    for (; isDigit(index); ++index) {
+        number.found = true;
+        number.value = qMin(number.value * 10 + trimmed[index].unicode() - u'0', enough);
     }
-    if (place < trimmed.size() &&
-        (trimmed[place] == QLatin1Char('.') || trimmed[place] == QLatin1Char(','))) {
-        for (++place; isDigit(place); ++place) {
+    if (index < trimmed.size() &&
+        (trimmed[index] == QLatin1Char('.') || trimmed[index] == QLatin1Char(','))) {
+        for (++index; isDigit(index); ++index) {
         }
     }
-    number.isAll = number.isThere && place == trimmed.size();
+    number.isComplete = number.found && index == trimmed.size();
     number.value = negative ? -number.value : number.value;
     return number;
 }
 
 }  // namespace
 
-SpinEdit::SpinEdit(int controlId, QWidget* parent) : QSpinBox(parent) {
+SpinEdit::SpinEdit(int controlId, QWidget* parent) : SpinEditBase(parent) {
     setControlId(*this, controlId);
     setLocale(QLocale::c());
     setFont(theme::font(12));
@@ -96,26 +95,26 @@ QValidator::State SpinEdit::validate(QString& /*text*/, int& /*cursor*/) const {
 
 int SpinEdit::valueFromText(const QString& text) const {
     const WholeNumber number = wholeNumber(text);
-    return number.isThere ? qBound(minimum(), number.value, maximum()) : value();
+    return number.found ? qBound(minimum(), number.value, maximum()) : value();
 }
 
-// Called wherever the base puts a text in place of the typed one: it tells nobody of that.
+// The base emits no signal where it puts another text in place of the typed one, so this is called there.
 void SpinEdit::warn() {
     const WholeNumber number = wholeNumber(lineEdit()->text());
-    const int taken = valueFromText(lineEdit()->text());
+    const int counted = valueFromText(lineEdit()->text());
     QString warning;
-    if (!number.isThere) {
-        warning = QStringLiteral("Not a number: %1 stays").arg(taken);
-    } else if (number.value != taken) {
-        warning = QStringLiteral("Out of range: counts as %1").arg(taken);
-    } else if (!number.isAll) {
-        warning = QStringLiteral("Not wholly a number: counts as %1").arg(taken);
+    if (!number.found) {
+        warning = QStringLiteral("Not a number: %1 stays").arg(counted);
+    } else if (number.value != counted) {
+        warning = QStringLiteral("Out of range: counts as %1").arg(counted);
+    } else if (!number.isComplete) {
+        warning = QStringLiteral("Not wholly a number: counts as %1").arg(counted);
     }
     notes_.setWarning(warning);
 }
 
-void SpinEdit::takeTyped() {
-    const bool again = typed_ && wholeNumber(lineEdit()->text()).isThere;
+void SpinEdit::applyTypedText() {
+    const bool again = typed_ && wholeNumber(lineEdit()->text()).found;
     typed_ = false;
     interpretText();
     warn();
@@ -124,19 +123,19 @@ void SpinEdit::takeTyped() {
     }
 }
 
-void SpinEdit::placeField() {
+void SpinEdit::layOutField() {
     lineEdit()->setGeometry(1, 1, width() - columnWidth - 1, height() - 2);
 }
 
-void SpinEdit::hoverAt(const QPoint& place) {
-    const int half = buttonRect(true).contains(place) ? 1 : buttonRect(false).contains(place) ? -1 : 0;
+void SpinEdit::hoverPoint(const QPoint& point) {
+    const int half = buttonRect(true).contains(point) ? 1 : buttonRect(false).contains(point) ? -1 : 0;
     if (half != hoveredHalf_) {
         hoveredHalf_ = half;
         update();
     }
 }
 
-void SpinEdit::letGo() {
+void SpinEdit::releaseButton() {
     repeat_.stop();
     if (pressed_ != 0) {
         pressed_ = 0;
@@ -149,7 +148,7 @@ void SpinEdit::paintEvent(QPaintEvent* /*event*/) {
     unsigned state = notes_.skinState();
     state |= isEnabled() ? 0U : skinDisabled;
     state |= hasFocus() ? skinRinged : 0U;
-    state |= hovered_ ? skinHovered : 0U;
+    state |= isHovered() ? skinHovered : 0U;
     state |= pressed_ != 0 ? skinPressed : 0U;
     const int half = pressed_ != 0 ? pressed_ : hoveredHalf_;
     state |= half > 0 ? skinUpper : half < 0 ? skinLower : 0U;
@@ -157,8 +156,8 @@ void SpinEdit::paintEvent(QPaintEvent* /*event*/) {
 }
 
 void SpinEdit::mousePressEvent(QMouseEvent* event) {
-    const QPoint place = event->position().toPoint();
-    hoverAt(place);
+    const QPoint point = event->position().toPoint();
+    hoverPoint(point);
     if (event->button() != Qt::LeftButton || hoveredHalf_ == 0) {
         QSpinBox::mousePressEvent(event);
         return;
@@ -171,32 +170,24 @@ void SpinEdit::mousePressEvent(QMouseEvent* event) {
 }
 
 void SpinEdit::mouseMoveEvent(QMouseEvent* event) {
-    hoverAt(event->position().toPoint());
+    hoverPoint(event->position().toPoint());
     if (pressed_ != 0 && hoveredHalf_ != pressed_) {
-        letGo();
+        releaseButton();
     }
 }
 
 void SpinEdit::mouseReleaseEvent(QMouseEvent* /*event*/) {
-    letGo();
-}
-
-void SpinEdit::wheelEvent(QWheelEvent* event) {
-    if (hasFocus()) {
-        QSpinBox::wheelEvent(event);
-    } else {
-        event->ignore();
-    }
+    releaseButton();
 }
 
 void SpinEdit::resizeEvent(QResizeEvent* event) {
     QSpinBox::resizeEvent(event);
-    placeField();
+    layOutField();
 }
 
 void SpinEdit::showEvent(QShowEvent* event) {
     QSpinBox::showEvent(event);
-    placeField();
+    layOutField();
 }
 
 void SpinEdit::focusInEvent(QFocusEvent* event) {
@@ -206,8 +197,8 @@ void SpinEdit::focusInEvent(QFocusEvent* event) {
 
 void SpinEdit::keyPressEvent(QKeyEvent* event) {
     const bool enters = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-    if (enters && !wholeNumber(lineEdit()->text()).isThere) {
-        takeTyped();
+    if (enters && !wholeNumber(lineEdit()->text()).found) {
+        applyTypedText();
         selectAll();
         event->ignore();
         return;
@@ -216,39 +207,31 @@ void SpinEdit::keyPressEvent(QKeyEvent* event) {
 }
 
 void SpinEdit::focusOutEvent(QFocusEvent* event) {
-    letGo();
+    releaseButton();
     if (event->reason() != Qt::PopupFocusReason) {
-        takeTyped();
+        applyTypedText();
     }
     QSpinBox::focusOutEvent(event);
     update();
 }
 
-void SpinEdit::enterEvent(QEnterEvent* event) {
-    hovered_ = true;
-    QSpinBox::enterEvent(event);
-    update();
-}
-
 void SpinEdit::leaveEvent(QEvent* event) {
-    hovered_ = false;
     hoveredHalf_ = 0;
-    QSpinBox::leaveEvent(event);
-    update();
+    SpinEditBase::leaveEvent(event);
 }
 
 void SpinEdit::hideEvent(QHideEvent* event) {
-    letGo();
+    releaseButton();
     QSpinBox::hideEvent(event);
 }
 
 void SpinEdit::changeEvent(QEvent* event) {
     if (event->type() == QEvent::EnabledChange && !isEnabled()) {
-        letGo();
+        releaseButton();
     }
     QSpinBox::changeEvent(event);
     if (event->type() == QEvent::StyleChange) {
-        placeField();
+        layOutField();
     }
 }
 

@@ -4,33 +4,38 @@
 #include <QTimer>
 
 #include "controls/edit_notes.h"
+#include "controls/tracked_widget.h"
 
 namespace tessavo {
 
+using SpinEditBase = HoverTracked<WheelWithFocus<QSpinBox>>;
+
 /// Edit box of a small whole number with an up-down column at its right.
 ///
-/// Every text can be typed. One that begins with no number leaves the value, a number beyond the range counts
-/// as the nearest one inside, what follows a whole number is cut off; the box warns of each while it stands
-/// there, and shows the value once it is left.
-class SpinEdit : public QSpinBox {
+/// Every text can be typed. A text that does not begin with a number leaves the value as it is, a number
+/// outside the range counts as the nearest one inside, and what follows a whole number is ignored. While such
+/// a text stands in the box, the box warns and says what it counts as; once it is left, it shows the value.
+class SpinEdit : public SpinEditBase {
     Q_OBJECT
 
  public:
     explicit SpinEdit(int controlId, QWidget* parent = nullptr);
 
-    /// How fast the column repeats while held: first pause and each further one.
+    /// Sets how fast the up-down column repeats while it is held.
+    /// \param delayMs pause before the second step; 300 without a call
+    /// \param intervalMs each further pause; 75 without a call
     void setRepeat(int delayMs, int intervalMs);
-    /// Upper or lower half of the column.
+    /// The upper or lower half of the up-down column.
     [[nodiscard]] QRect buttonRect(bool upper) const;
 
-    /// Tells by a small corner, the tooltip and to screen readers what plays other than the box shows; empty
-    /// for nothing to tell.
+    /// Tells that something else plays than the box shows: by a small corner, in the tooltip and to screen
+    /// readers. An empty mark tells nothing.
     void setMark(const QString& mark) { notes_.setMark(mark); }
     [[nodiscard]] const QString& mark() const { return notes_.mark(); }
-    /// What the text under way counts as, where that is not what it says.
+    /// The warning about the text that is being typed; empty when it counts as what it says.
     [[nodiscard]] const QString& warning() const { return notes_.warning(); }
 
-    /// Shows a value, clamped to the range, and tells nobody.
+    /// Shows a value, clamped to the range, without emitting a signal.
     void showValue(int value);
     void stepBy(int steps) override;
 
@@ -38,7 +43,8 @@ class SpinEdit : public QSpinBox {
     [[nodiscard]] int valueFromText(const QString& text) const override;
 
  Q_SIGNALS:
-    /// The number that the box holds already was typed once more and applied.
+    /// A person typed the number that the box holds already and applied it. It may be meant for channels that
+    /// have another one.
     void retyped(int value);
 
  protected:
@@ -48,30 +54,27 @@ class SpinEdit : public QSpinBox {
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
-    void wheelEvent(QWheelEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
-    void enterEvent(QEnterEvent* event) override;
     void leaveEvent(QEvent* event) override;
     void hideEvent(QHideEvent* event) override;
     void changeEvent(QEvent* event) override;
 
  private:
-    void placeField();
-    void letGo();
+    void layOutField();
+    void releaseButton();
     void warn();
-    void takeTyped();
-    void hoverAt(const QPoint& place);
+    void applyTypedText();
+    void hoverPoint(const QPoint& point);
 
     EditNotes notes_{*this};
-    bool typed_ = false;  ///< a text that has changed no value
+    bool typed_ = false;  ///< a person typed, and the value has not changed since
     QTimer repeat_;
     int repeatDelayMs_ = 300;
     int repeatIntervalMs_ = 75;
     int pressed_ = 0;  ///< +1 upper half held, -1 lower half held
     int hoveredHalf_ = 0;
-    bool hovered_ = false;
 };
 
 }  // namespace tessavo

@@ -4,8 +4,8 @@
 
 namespace tessavo {
 
-/// Small lamp beside a sentence that tells the same ("Surround is ON"). Three pixels larger than its disc on
-/// every side, for the glow.
+/// Small lamp beside a sentence that tells the same in words ("Surround is ON"). The widget is three pixels
+/// larger than the lamp's disc on every side, for the glow.
 class StateLamp : public QWidget {
     Q_OBJECT
 

@@ -5,27 +5,15 @@
 
 namespace tessavo {
 
-TextEditBox::TextEditBox(int controlId, QWidget* parent) : QLineEdit(parent) {
+TextEditBox::TextEditBox(int controlId, QWidget* parent) : HoverTracked<QLineEdit>(parent) {
     setControlId(*this, controlId);
     prepareEdit(*this);
     setTextMargins(5, 0, 5, 0);
 }
 
 void TextEditBox::paintEvent(QPaintEvent* event) {
-    paintEditFrame(*this, hasFocus(), hovered_, 0);
+    paintEditFrame(*this, hasFocus(), isHovered(), 0);
     QLineEdit::paintEvent(event);
-}
-
-void TextEditBox::enterEvent(QEnterEvent* event) {
-    hovered_ = true;
-    QLineEdit::enterEvent(event);
-    update();
-}
-
-void TextEditBox::leaveEvent(QEvent* event) {
-    hovered_ = false;
-    QLineEdit::leaveEvent(event);
-    update();
 }
 
 }  // namespace tessavo

@@ -2,10 +2,12 @@
 
 #include <QLineEdit>
 
+#include "controls/tracked_widget.h"
+
 namespace tessavo {
 
-/// Edit box for a line of text, left-aligned, with the frame of the skin.
-class TextEditBox : public QLineEdit {
+/// Edit box for one line of text, with the skin's frame.
+class TextEditBox : public HoverTracked<QLineEdit> {
     Q_OBJECT
 
  public:
@@ -13,11 +15,6 @@ class TextEditBox : public QLineEdit {
 
  protected:
     void paintEvent(QPaintEvent* event) override;
-    void enterEvent(QEnterEvent* event) override;
-    void leaveEvent(QEvent* event) override;
-
- private:
-    bool hovered_ = false;
 };
 
 }  // namespace tessavo

@@ -10,7 +10,7 @@ QFont font(int pixelSize, QFont::Weight weight) {
                       QStringLiteral("DejaVu Sans")});
     font.setPixelSize(pixelSize);
     font.setWeight(weight);
-    // Stems as wide as they are drawn: hinted ones look heavy as light text on a dark ground.
+    // Without hinting: hinted stems become wider, and light text on a dark ground then looks heavy.
     font.setHintingPreference(QFont::PreferNoHinting);
     return font;
 }

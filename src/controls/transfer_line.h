@@ -7,7 +7,7 @@
 
 namespace tessavo {
 
-/// Progress of a transfer: a line that fills with the blocks sent, and the same in words at its right.
+/// Shows the progress of a transfer: by a line that fills as blocks are sent, and by words at its right.
 class TransferLine : public QWidget {
     Q_OBJECT
 
@@ -16,13 +16,17 @@ class TransferLine : public QWidget {
 
     explicit TransferLine(int controlId, QWidget* parent = nullptr);
 
-    /// Length of the line; the words begin ten pixels behind it.
+    /// Sets the length of the line; the words begin ten pixels behind it.
     void setLineLength(int pixels);
 
     void showIdle();
-    /// `elapsed` is the time since the first block began; from the fourth block on it tells the time left.
+    /// Shows how far a transfer has come. From the fourth block on the words also tell the time that is left,
+    /// estimated from the time that the blocks so far took.
+    /// \param blocksSent blocks that were sent and confirmed
+    /// \param blocks blocks of the whole transfer
+    /// \param elapsed time since the first block began
     void showProgress(int blocksSent, int blocks, std::chrono::milliseconds elapsed);
-    /// The transfer ended before its end, at the block shown last.
+    /// Shows that the transfer stopped after the block shown last.
     void showStopped();
     void showDone();
 
@@ -30,6 +34,7 @@ class TransferLine : public QWidget {
     [[nodiscard]] int blocksSent() const { return sent_; }
     [[nodiscard]] int blocks() const { return blocks_; }
     [[nodiscard]] const QString& text() const { return text_; }
+    /// Width that line and words need, in pixels.
     [[nodiscard]] int neededWidth() const;
 
  protected:

@@ -5,8 +5,9 @@
 
 namespace tessavo {
 
-// What a call holds crosses under this class's own lock; the toolkit's queue carries a bare wake-up. The
-// thread sanitizer sees the one and not the other, and so can judge what the threads hand to each other.
+// The calls are handed over under this class's own lock, and only a wake-up without content goes through the
+// toolkit's queue. The thread sanitizer sees the lock, but not how the queue is guarded; so it can judge what
+// the threads hand to each other.
 UiCalls::UiCalls() {
     connect(this, &UiCalls::callWaits, this, &UiCalls::runNext, Qt::QueuedConnection);
 }

@@ -7,22 +7,23 @@
 
 namespace tessavo {
 
-/// Calls that any thread hands to the thread of this object, the user-interface thread.
+/// Hands calls from any thread to the user-interface thread, which is the thread that made this object.
 ///
-/// They run in the order in which they were handed over, one per event and in line with the thread's other
-/// events; a nested event loop goes on with the next one. Calls that still wait when the object is destroyed
-/// are dropped with what they hold.
+/// The calls run in the order in which they were handed over, one for each event of the thread's event loop,
+/// so that other events run between them; while a call runs a nested event loop, as a message box does, the
+/// loop runs the next call. Calls that still wait when the object is destroyed do not run.
 class UiCalls : public QObject {
     Q_OBJECT
 
  public:
     UiCalls();
 
-    /// Runs the call at once when this is the object's thread, and otherwise leaves it to its event loop.
-    /// Any thread, as long as the object lives.
+    /// Runs the call at once on the object's own thread; from any other thread leaves it to the event loop.
+    /// The object must live.
     void call(std::function<void()> call);
 
  Q_SIGNALS:
+    /// Emitted for each call that waits for the event loop.
     void callWaits();
 
  private:

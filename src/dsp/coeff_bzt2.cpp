@@ -5,13 +5,12 @@
 
 namespace tessavo {
 
-bool coeffBZT2::computeCrossover(std::int32_t kindWord, std::int32_t, BiquadWords& out) {
-    return convert(bilinearCrossover(CrossoverRequest::unpack(kindWord), designSamplingRateHz).scaled(), out);
+Section coeffBZT2::designCrossover(const CrossoverRequest& request) const {
+    return bilinearCrossover(request, designSamplingRateHz);
 }
 
-bool coeffBZT2::computeBand(std::int32_t kindWord, float gainDb, float q, std::int32_t, BiquadWords& out) {
-    const auto section = bilinearBand(BandRequest::unpack(kindWord, gainDb, q), responseSamplingRateHz);
-    return section ? convert(section->scaled(), out) : passThrough(out);
+std::optional<Section> coeffBZT2::designBand(const BandRequest& request) const {
+    return bilinearBand(request, responseSamplingRateHz);
 }
 
 }  // namespace tessavo

@@ -4,14 +4,15 @@
 
 namespace tessavo {
 
-/// Bilinear transform bands are pre-warped for 49500 Hz, crossovers for 44100 Hz.
+/// The filter method "BZT": the bilinear transform. Bands are pre-warped for 49500 Hz, crossovers for 44100
+/// Hz; the two rates differ on purpose.
 class coeffBZT2 final : public IcoefficientGenerator {
  public:
     using IcoefficientGenerator::IcoefficientGenerator;
 
-    bool computeCrossover(std::int32_t kindWord, std::int32_t spare, BiquadWords& out) override;
-    bool computeBand(std::int32_t kindWord, float gainDb, float q, std::int32_t spare,
-                     BiquadWords& out) override;
+ private:
+    [[nodiscard]] Section designCrossover(const CrossoverRequest& request) const override;
+    [[nodiscard]] std::optional<Section> designBand(const BandRequest& request) const override;
 };
 
 }  // namespace tessavo

@@ -1,7 +1,5 @@
 #include "dsp/coeff_bztmzt.h"
 
-#include <array>
-
 #include "dsp/filter_designs.h"
 #include "dsp/filter_kind.h"
 
@@ -9,28 +7,22 @@ namespace tessavo {
 
 namespace {
 
-std::array<double, 5> scaledMean(const Section& bilinear, const Section& matched) {
-    std::array<double, 5> mean = bilinear.scaled();
-    const std::array<double, 5> other = matched.scaled();
-    for (std::size_t i = 0; i < mean.size(); ++i) {
-        mean[i] = (mean[i] + other[i]) / 2.0;
-    }
-    return mean;
+Section mean(const Section& bilinear, const Section& matched) {
+    return {(bilinear.b0 + matched.b0) / 2.0, (bilinear.b1 + matched.b1) / 2.0,
+            (bilinear.b2 + matched.b2) / 2.0, (bilinear.a1 + matched.a1) / 2.0,
+            (bilinear.a2 + matched.a2) / 2.0};
 }
 
 }  // namespace
 
-bool coeffBZTMZT::computeCrossover(std::int32_t kindWord, std::int32_t, BiquadWords& out) {
-    const auto request = CrossoverRequest::unpack(kindWord);
-    return convert(scaledMean(bilinearCrossover(request, designSamplingRateHz), matchedCrossover(request)),
-                   out);
+Section coeffBZTMZT::designCrossover(const CrossoverRequest& request) const {
+    return mean(bilinearCrossover(request, designSamplingRateHz), matchedCrossover(request));
 }
 
-bool coeffBZTMZT::computeBand(std::int32_t kindWord, float gainDb, float q, std::int32_t, BiquadWords& out) {
-    const auto request = BandRequest::unpack(kindWord, gainDb, q);
+std::optional<Section> coeffBZTMZT::designBand(const BandRequest& request) const {
     const auto bilinear = bilinearBand(request, designSamplingRateHz);
     const auto matched = matchedBand(request);
-    return bilinear && matched ? convert(scaledMean(*bilinear, *matched), out) : passThrough(out);
+    return bilinear && matched ? std::optional(mean(*bilinear, *matched)) : std::nullopt;
 }
 
 }  // namespace tessavo

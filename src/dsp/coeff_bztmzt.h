@@ -4,14 +4,15 @@
 
 namespace tessavo {
 
-/// Mean of the bilinear and the matched section, both at 44100 Hz.
+/// The filter method "BZT/MZT": each coefficient is the mean of those of the bilinear and of the matched
+/// section, both designed for 44100 Hz.
 class coeffBZTMZT final : public IcoefficientGenerator {
  public:
     using IcoefficientGenerator::IcoefficientGenerator;
 
-    bool computeCrossover(std::int32_t kindWord, std::int32_t spare, BiquadWords& out) override;
-    bool computeBand(std::int32_t kindWord, float gainDb, float q, std::int32_t spare,
-                     BiquadWords& out) override;
+ private:
+    [[nodiscard]] Section designCrossover(const CrossoverRequest& request) const override;
+    [[nodiscard]] std::optional<Section> designBand(const BandRequest& request) const override;
 };
 
 }  // namespace tessavo

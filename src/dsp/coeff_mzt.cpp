@@ -4,13 +4,12 @@
 
 namespace tessavo {
 
-bool coeffMZT::computeCrossover(std::int32_t kindWord, std::int32_t, BiquadWords& out) {
-    return convert(matchedCrossover(CrossoverRequest::unpack(kindWord)).scaled(), out);
+Section coeffMZT::designCrossover(const CrossoverRequest& request) const {
+    return matchedCrossover(request);
 }
 
-bool coeffMZT::computeBand(std::int32_t kindWord, float gainDb, float q, std::int32_t, BiquadWords& out) {
-    const auto section = matchedBand(BandRequest::unpack(kindWord, gainDb, q));
-    return section ? convert(section->scaled(), out) : passThrough(out);
+std::optional<Section> coeffMZT::designBand(const BandRequest& request) const {
+    return matchedBand(request);
 }
 
 }  // namespace tessavo

@@ -4,14 +4,14 @@
 
 namespace tessavo {
 
-/// Matched z-transform at 44100 Hz, without gain normalisation.
+/// The filter method "MZT": the matched z-transform at 44100 Hz, whose gain is not normalised.
 class coeffMZT final : public IcoefficientGenerator {
  public:
     using IcoefficientGenerator::IcoefficientGenerator;
 
-    bool computeCrossover(std::int32_t kindWord, std::int32_t spare, BiquadWords& out) override;
-    bool computeBand(std::int32_t kindWord, float gainDb, float q, std::int32_t spare,
-                     BiquadWords& out) override;
+ private:
+    [[nodiscard]] Section designCrossover(const CrossoverRequest& request) const override;
+    [[nodiscard]] std::optional<Section> designBand(const BandRequest& request) const override;
 };
 
 }  // namespace tessavo

@@ -1,6 +1,6 @@
-#include <cmath>
+#include "dsp/filter_requests.h"
 
-#include "dsp/filter_designs.h"
+#include <cmath>
 
 namespace tessavo {
 

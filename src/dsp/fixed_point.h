@@ -6,11 +6,13 @@
 
 namespace tessavo {
 
-/// Converts b0/8, b1/8, b2/8, a1/2, a2/2 (in this order) into 32-bit fractions with 31 bits.
+/// Converts five real numbers into 32-bit fractions with 31 bits: sign(x) * floor(|x| * 2^31). Values are
+/// truncated towards zero, -1.0 gives -2^31, and NaN gives 0.
 ///
-/// Every word is sign(x) * floor(|x| * 2^31): truncated towards zero, -1.0 gives -2^31, NaN gives 0.
-/// \return true when all five words were converted. The first value outside [-1, 1) stops the conversion:
-///         its own word becomes 0, words before it stay converted, words after it keep what they held.
+/// The first value outside [-1, 1) stops the conversion: its own word becomes 0, the words before it are
+/// converted, and the words after it stay as they were.
+/// \param scaled b0/8, b1/8, b2/8, a1/2 and a2/2, in this order
+/// \return true when all five words were converted
 bool coefficientsToFixed(const std::array<double, 5>& scaled, BiquadWords& out);
 
 }  // namespace tessavo

@@ -4,8 +4,22 @@
 
 namespace tessavo {
 
-bool IcoefficientGenerator::convert(const std::array<double, 5>& scaled, BiquadWords& out) {
-    if (coefficientsToFixed(scaled, out)) {
+bool IcoefficientGenerator::computeCrossover(std::int32_t kindWord, std::int32_t /*spare*/,
+                                             BiquadWords& out) {
+    return convert(designCrossover(CrossoverRequest::unpack(kindWord)), out);
+}
+
+bool IcoefficientGenerator::computeBand(std::int32_t kindWord, float gainDb, float q, std::int32_t /*spare*/,
+                                        BiquadWords& out) {
+    if (const auto section = designBand(BandRequest::unpack(kindWord, gainDb, q))) {
+        return convert(*section, out);
+    }
+    out = {unityNumeratorWord, 0, 0, 0, 0};
+    return false;
+}
+
+bool IcoefficientGenerator::convert(const Section& section, BiquadWords& out) {
+    if (coefficientsToFixed(section.scaled(), out)) {
         return true;
     }
     if (warnUnstable_) {
@@ -14,11 +28,6 @@ bool IcoefficientGenerator::convert(const std::array<double, 5>& scaled, BiquadW
             warn_(unstableFilterText);
         }
     }
-    return false;
-}
-
-bool IcoefficientGenerator::passThrough(BiquadWords& out) {
-    out = {unityNumeratorWord, 0, 0, 0, 0};
     return false;
 }
 

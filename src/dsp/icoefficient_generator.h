@@ -1,12 +1,14 @@
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string_view>
 #include <utility>
 
 #include "dsp/biquad_words.h"
+#include "dsp/filter_requests.h"
+#include "dsp/section.h"
 
 namespace tessavo {
 
@@ -16,7 +18,9 @@ inline constexpr std::string_view unstableFilterText =
 
 /// Turns the parameters of a band or a crossover into the five words of a second-order section.
 ///
-/// The application owns one object of each method. Used on the user-interface thread only.
+/// Each filter method is a class derived from it, which designs the section in real numbers; what all of them
+/// share, unpacking the arguments and converting into the target's words, is done here. Used on the
+/// user-interface thread only.
 class IcoefficientGenerator {
  public:
     /// Shows `unstableFilterText` to the user; may be empty.
@@ -29,38 +33,38 @@ class IcoefficientGenerator {
 
     /// Second-order Butterworth high-pass or low-pass.
     ///
-    /// \param kindWord the first four bytes of a CrossoverParams block as a little-endian word: bits 8-15 the
-    ///        direction (non-zero low-pass), bits 16-31 the frequency in Hz, taken with an arithmetic shift.
-    /// \param spare the block's last 16-bit field; not read.
-    /// \return true when all five words were converted; see coefficientsToFixed() for what a failure leaves.
-    virtual bool computeCrossover(std::int32_t kindWord, std::int32_t spare, BiquadWords& out) = 0;
+    /// \param kindWord the first four bytes of a CrossoverParams block as a little-endian word: bits 8 to 15
+    ///     the direction (anything but 0 is a low-pass), bits 16 to 31 the frequency in Hz, taken with its
+    ///     sign
+    /// \param spare the block's last 16-bit field; not read
+    /// \param out the words; see coefficientsToFixed() for what a failure leaves there
+    /// \return true when all five words were converted
+    bool computeCrossover(std::int32_t kindWord, std::int32_t spare, BiquadWords& out);
 
     /// Equalizer band.
     ///
-    /// \param kindWord the first four bytes of an EqBandParams block as a little-endian word: bits 0-7 the
-    /// type
-    ///        (0 high shelf, 1 low shelf, 2 peak), bits 16-31 the frequency in Hz.
-    /// \param gainDb gain in dB, 0 and above boost, below 0 cut.
-    /// \param q quality factor.
-    /// \param spare the block's last word; not read.
-    /// \return true when all five words were converted. An unknown type has no formula: it gives a section
-    /// that
-    ///         passes everything through, and false.
-    virtual bool computeBand(std::int32_t kindWord, float gainDb, float q, std::int32_t spare,
-                             BiquadWords& out) = 0;
+    /// \param kindWord the first four bytes of an EqBandParams block as a little-endian word: bits 0 to 7 the
+    ///     type (0 high shelf, 1 low shelf, 2 peak), bits 16 to 31 the frequency in Hz, taken with its sign
+    /// \param gainDb gain in dB: 0 and above boosts, below 0 cuts
+    /// \param q quality factor
+    /// \param spare the block's last word; not read
+    /// \param out the words; an unknown type, which has no formula, leaves a section there that passes
+    ///     everything through, and gives no warning
+    /// \return true when all five words were converted; false also for an unknown type
+    bool computeBand(std::int32_t kindWord, float gainDb, float q, std::int32_t spare, BiquadWords& out);
 
     /// True until the warning has been shown once.
     [[nodiscard]] bool warnUnstable() const { return warnUnstable_; }
 
- protected:
-    /// Converts five values in the target's scale and warns at the first failure in this object's life.
-    bool convert(const std::array<double, 5>& scaled, BiquadWords& out);
-
-    /// Writes the section that changes nothing, for a type that has no formula.
-    /// \return false
-    static bool passThrough(BiquadWords& out);
-
  private:
+    [[nodiscard]] virtual Section designCrossover(const CrossoverRequest& request) const = 0;
+    /// \return nothing for a type that has no formula
+    [[nodiscard]] virtual std::optional<Section> designBand(const BandRequest& request) const = 0;
+
+    /// Converts a section into the target's scale and words, and warns at the first failure in this object's
+    /// life.
+    bool convert(const Section& section, BiquadWords& out);
+
     bool warnUnstable_ = true;
     Warn warn_;
 };

@@ -4,7 +4,7 @@
 
 namespace tessavo {
 
-/// Coefficients of one second-order section with a0 = 1, as real numbers.
+/// One second-order section with a0 = 1, as real numbers. As it is made it passes everything through.
 struct Section {
     double b0 = 1.0;
     double b1 = 0.0;
@@ -12,8 +12,8 @@ struct Section {
     double a1 = 0.0;
     double a2 = 0.0;
 
-    /// The five values in the target's scale: numerator / 8, denominator / 2. A numerator gain up to 18 dB
-    /// and any stable denominator fit into [-1, 1).
+    /// The five values in the scale of BiquadWords: numerator / 8, denominator / 2. For numerator gains up to
+    /// 18 dB and for every stable denominator they lie in [-1, 1).
     [[nodiscard]] constexpr std::array<double, 5> scaled() const {
         return {b0 / 8.0, b1 / 8.0, b2 / 8.0, a1 / 2.0, a2 / 2.0};
     }

@@ -11,7 +11,8 @@ namespace {
 
 using enum FieldType;
 
-// Places inside the repeated blocks, from the start of the record or of the image, of the first repetition.
+// Offsets of members of the repeated blocks, in the first block, from the start of the record or of the
+// image.
 constexpr std::size_t inChannel(std::size_t member) {
     return offsetof(ParameterSet, channels) + member;
 }
@@ -42,7 +43,7 @@ constexpr Repeat groupLetters{channelCount, sizeof(OutputChannelParams), sizeof(
 constexpr Repeat sources{channelCount, sizeof(std::uint8_t), sizeof(std::uint32_t)};
 constexpr Repeat limiters{channelCount, sizeof(LimiterParams), sizeof(LimiterParams)};
 constexpr Repeat decoderGains{4, sizeof(std::uint16_t), sizeof(std::uint16_t)};
-// All of them come from the one word of the image.
+// The image has one word for all of these, so its stride is 0.
 constexpr Repeat delayCopies{3, sizeof(std::uint16_t), 0};
 
 constexpr auto bandTypes = [] {

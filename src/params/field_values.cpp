@@ -13,16 +13,16 @@ namespace {
 using enum FieldType;
 
 template <typename Stored>
-double readAs(const unsigned char* place) {
+double readAs(const unsigned char* bytes) {
     Stored value;
-    std::memcpy(&value, place, sizeof value);
+    std::memcpy(&value, bytes, sizeof value);
     return static_cast<double>(value);
 }
 
 template <typename Stored>
-void writeAs(unsigned char* place, double value) {
+void writeAs(unsigned char* bytes, double value) {
     const auto stored = truncateTo<Stored>(value);
-    std::memcpy(place, &stored, sizeof stored);
+    std::memcpy(bytes, &stored, sizeof stored);
 }
 
 }  // namespace
@@ -34,45 +34,45 @@ const FieldCode* codeOf(const Field& field, double stored) {
     return known == field.codes.end() ? nullptr : &*known;
 }
 
-double readNumber(const unsigned char* place, FieldType type) {
+double readNumber(const unsigned char* bytes, FieldType type) {
     switch (type) {
         case u8:
-            return readAs<std::uint8_t>(place);
+            return readAs<std::uint8_t>(bytes);
         case i8:
-            return readAs<std::int8_t>(place);
+            return readAs<std::int8_t>(bytes);
         case u16:
-            return readAs<std::uint16_t>(place);
+            return readAs<std::uint16_t>(bytes);
         case i16:
-            return readAs<std::int16_t>(place);
+            return readAs<std::int16_t>(bytes);
         case u32:
-            return readAs<std::uint32_t>(place);
+            return readAs<std::uint32_t>(bytes);
         case i32:
-            return readAs<std::int32_t>(place);
+            return readAs<std::int32_t>(bytes);
         case f32:
             break;
     }
-    return readAs<float>(place);
+    return readAs<float>(bytes);
 }
 
-void writeNumber(unsigned char* place, FieldType type, double value) {
+void writeNumber(unsigned char* bytes, FieldType type, double value) {
     switch (type) {
         case u8:
-            return writeAs<std::uint8_t>(place, value);
+            return writeAs<std::uint8_t>(bytes, value);
         case i8:
-            return writeAs<std::int8_t>(place, value);
+            return writeAs<std::int8_t>(bytes, value);
         case u16:
-            return writeAs<std::uint16_t>(place, value);
+            return writeAs<std::uint16_t>(bytes, value);
         case i16:
-            return writeAs<std::int16_t>(place, value);
+            return writeAs<std::int16_t>(bytes, value);
         case u32:
-            return writeAs<std::uint32_t>(place, value);
+            return writeAs<std::uint32_t>(bytes, value);
         case i32:
-            return writeAs<std::int32_t>(place, value);
+            return writeAs<std::int32_t>(bytes, value);
         case f32:
             break;
     }
     const auto stored = static_cast<float>(value);
-    std::memcpy(place, &stored, sizeof stored);
+    std::memcpy(bytes, &stored, sizeof stored);
 }
 
 double storedValue(const ParameterSet& set, const Field& field, FieldIndex index) {

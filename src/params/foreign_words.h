@@ -7,9 +7,11 @@
 
 namespace tessavo {
 
-/// Which coefficient words are not those that the chosen method gives for the current set. One bit for each
-/// section, the lowest for the first.
+/// Which coefficient words are not those that the chosen filter method gives for the current set: because the
+/// method was changed since they were computed, or because they came with a received set. One bit stands for
+/// each section, the lowest bit for the first.
 struct ForeignWords {
+    /// Bits of one output channel.
     struct Channel {
         unsigned bands = 0;
         unsigned crossovers = 0;
@@ -20,12 +22,14 @@ struct ForeignWords {
     std::array<Channel, channelCount> drawn;    ///< words that the curves are drawn from, by record channel
     unsigned inputDrawn = 0;                    ///< the same for the thirteen input bands
 
+    /// Whether there is any such word.
     [[nodiscard]] bool any() const { return *this != ForeignWords{}; }
     friend bool operator==(const ForeignWords&, const ForeignWords&) = default;
 };
 
-/// Finds them. Has generators of its own, which warn nobody and leave the application's warnings alone. A
-/// section that the method cannot compute counts as one of its own. User-interface thread.
+/// Finds foreign words by computing every section anew. Its generators are its own: they warn nobody, and do
+/// not use up the one warning that the application's generators give. A section that the method cannot
+/// compute counts as not foreign. Used on the user-interface thread.
 class ForeignWordSearch {
  public:
     [[nodiscard]] ForeignWords find(const TuningState& tuning);

@@ -23,31 +23,31 @@ const unsigned char* bytesOf(const ParameterSet& set) {
     return reinterpret_cast<const unsigned char*>(&set);
 }
 
-std::size_t imagePlace(const Field& field, FieldIndex index) {
+std::size_t imageOffset(const Field& field, FieldIndex index) {
     return static_cast<std::size_t>(field.imageOffset) + imageStrideOf(field, index);
 }
 
-// Copies the bytes that both sides have and fills a wider image place with zeros; bit patterns of singles
-// survive.
+// Copies the bytes that both sides have and fills the rest of a wider image field with zeros; bit patterns of
+// singles survive.
 void copyIntoImage(ParameterImage& image, const ParameterSet& set, const Field& field, FieldIndex index) {
     std::array<unsigned char, 4> bytes{};
     std::memcpy(bytes.data(), bytesOf(set) + recordOffsetOf(field, index), widthOf(field.type));
-    std::memcpy(bytesOf(image) + imagePlace(field, index), bytes.data(), widthOf(field.imageType));
+    std::memcpy(bytesOf(image) + imageOffset(field, index), bytes.data(), widthOf(field.imageType));
 }
 
 void copyFromImage(ParameterSet& set, const ParameterImage& image, const Field& field, FieldIndex index) {
     std::array<unsigned char, 4> bytes{};
-    std::memcpy(bytes.data(), bytesOf(image) + imagePlace(field, index), widthOf(field.imageType));
+    std::memcpy(bytes.data(), bytesOf(image) + imageOffset(field, index), widthOf(field.imageType));
     std::memcpy(reinterpret_cast<unsigned char*>(&set) + recordOffsetOf(field, index), bytes.data(),
                 widthOf(field.type));
 }
 
 double imageValue(const ParameterImage& image, const Field& field, FieldIndex index) {
-    return readNumber(bytesOf(image) + imagePlace(field, index), field.imageType);
+    return readNumber(bytesOf(image) + imageOffset(field, index), field.imageType);
 }
 
 void writeBothPlaces(ParameterImage& image, const Field& field, FieldIndex index, double value) {
-    writeNumber(bytesOf(image) + imagePlace(field, index), field.imageType, value);
+    writeNumber(bytesOf(image) + imageOffset(field, index), field.imageType, value);
     if (field.secondImageOffset >= 0) {
         const auto second = static_cast<std::size_t>(field.secondImageOffset) + imageStrideOf(field, index);
         writeNumber(bytesOf(image) + second, field.imageType, value);
@@ -64,7 +64,8 @@ void writeDelaySamples(ParameterImage& image, const ParameterSet& set, std::size
     image.channels[channel].delaySamples = delaySamplesOf(params.delayMs, params.groupDelayMs);
 }
 
-// Multiplied as a single, in which a tenth times ten is a whole number again.
+// The product is formed in single precision, where a tenth times ten is a whole number again; in double
+// precision it may be just below, and truncation would lose one.
 double tenthsOf(float value) {
     return static_cast<double>(value * 10.0F);
 }

@@ -5,7 +5,8 @@
 
 namespace tessavo {
 
-/// MD5 digest of the image's 3384 bytes, which goes with every image that is exchanged. Any thread.
+/// MD5 digest of the image's 3384 bytes. It goes with every image that is exchanged, so that the receiver
+/// finds bytes that the line damaged. Any thread.
 [[nodiscard]] Md5Digest md5Image(const ParameterImage& image);
 
 }  // namespace tessavo

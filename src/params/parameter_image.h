@@ -10,14 +10,15 @@
 
 namespace tessavo {
 
-/// One output channel in the target's form.
+/// One output channel in the target's form. Offsets, widths and spare bytes are the target's and must not
+/// move.
 struct ChannelImageBlock {
     std::array<std::uint8_t, 4> spare0{};
-    std::uint32_t gainWord = 0;  ///< linear gain of volume + group gain with 24 fraction bits
-    std::uint8_t channelFlag = 0;
-    std::uint8_t invertPhase = 0;
+    std::uint32_t gainWord = 0;    ///< linear gain of volume + group gain with 24 fraction bits
+    std::uint8_t channelFlag = 0;  ///< the main view's check box of the channel
+    std::uint8_t invertPhase = 0;  ///< 1 = inverted
     std::array<std::uint8_t, 2> spare10{};
-    std::uint32_t delaySamples = 0;
+    std::uint32_t delaySamples = 0;  ///< of delay + group delay, at 49.5 samples per ms
     std::array<EqBandParams, bandCount> bands{};
     std::array<CrossoverParams, crossoverCount> crossovers{};
     std::array<BiquadWords, crossoverCount> crossoverWords{};
@@ -25,16 +26,19 @@ struct ChannelImageBlock {
     std::array<BiquadWords, bandCount> bandWords{};
 };
 
-/// One row of input gains. The target takes the same row twice.
+/// The gains of the input bands in whole dB. The image holds the same row twice.
 struct InputGainRow {
     std::uint8_t bypass = 0;  ///< 1 = input equalizer off
     std::array<std::int8_t, toneBandCount> toneGainDb{};
     std::array<std::int8_t, inputBandCount> bandGainDb{};
 };
 
-inline constexpr std::uint32_t parameterImageSize = 3384;
+inline constexpr std::uint32_t parameterImageSize = 3384;  ///< in bytes
 
 /// The current set in the target's form, as it is sent, exported and received.
+///
+/// Offsets, widths and spare bytes are a binary format: the assertions below hold each of them. Units stand
+/// in the names, "Tenth" for tenths. Spare bytes have no known meaning; they survive every conversion.
 struct ParameterImage {
     std::uint32_t imageSize = 0;  ///< 3384
     std::int16_t inputGainDb = 0;

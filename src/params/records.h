@@ -11,7 +11,7 @@ namespace tessavo {
 
 /// One equalizer band, in the record and in the image alike.
 struct EqBandParams {
-    std::uint8_t type = 0;  ///< BandType code
+    std::uint8_t type = 0;  ///< code of a BandType
     std::uint8_t spare1 = 0;
     std::uint16_t frequencyHz = 0;
     float gainDb = 0;
@@ -22,8 +22,8 @@ struct EqBandParams {
 
 /// One crossover filter, in the record and in the image alike.
 struct CrossoverParams {
-    std::uint8_t enabled = 0;
-    std::uint8_t kind = 0;  ///< CrossoverKind code
+    std::uint8_t enabled = 0;  ///< 1 = in circuit
+    std::uint8_t kind = 0;     ///< code of a CrossoverKind
     std::uint16_t frequencyHz = 0;
     std::uint8_t order = 0;  ///< 2 or 4
     std::uint8_t spare5 = 0;
@@ -34,13 +34,13 @@ struct OutputChannelParams {
     std::array<EqBandParams, bandCount> bands{};
     std::array<CrossoverParams, crossoverCount> crossovers{};
     float volumeDb = 0;
-    float groupGainDb = 0;        ///< contributed by the channel's output group, added to the volume
+    float groupGainDb = 0;        ///< what the channel's output group adds to the volume
     std::uint32_t gainGroup = 0;  ///< 0 to 7 for A to H
     std::uint8_t channelFlag = 0;
     std::uint8_t invertPhase = 0;
     std::array<std::uint8_t, 2> spare154{};
     float delayMs = 0;
-    float groupDelayMs = 0;        ///< contributed by the channel's output group, added to the delay
+    float groupDelayMs = 0;        ///< what the channel's output group adds to the delay
     std::uint32_t delayGroup = 0;  ///< 0 to 7 for A to H
 };
 
@@ -55,10 +55,14 @@ struct LimiterParams {
     std::array<std::uint8_t, 3> spare21{};
 };
 
-inline constexpr std::uint32_t parameterSetSize = 2120;
-inline constexpr std::size_t textUnits = 64;
+inline constexpr std::uint32_t parameterSetSize = 2120;  ///< in bytes
+inline constexpr std::size_t textUnits = 64;  ///< UTF-16 units of a set's texts, the closing zero included
 
-/// One parameter set as settings files hold it. Offsets, widths and spare bytes are a binary format.
+/// One parameter set as settings files hold it.
+///
+/// Offsets, widths and spare bytes are a binary format: the assertions below hold each of them. Units stand
+/// in the names, "Tenth" for tenths; ranges and defaults stand in the field table. Spare bytes have no known
+/// meaning; they survive loading and saving.
 struct ParameterSet {
     std::uint32_t recordSize = 0;  ///< 2120 in a valid record
     std::uint8_t inputEqOn = 0;
@@ -111,7 +115,7 @@ struct ParameterStore {
     std::array<ParameterSet, setCount> sets{};
 };
 
-inline constexpr std::size_t parameterStoreSize = 10600;
+inline constexpr std::size_t parameterStoreSize = 10600;  ///< in bytes
 
 static_assert(std::is_trivially_copyable_v<ParameterStore>);
 static_assert(sizeof(EqBandParams) == 16 && offsetof(EqBandParams, frequencyHz) == 2 &&

@@ -5,16 +5,19 @@
 
 namespace tessavo {
 
-/// Lets a method compute the words of one band of a record.
-///
+/// Computes the words of one band of a record by a filter method.
+/// \param words as IcoefficientGenerator::computeBand() leaves them
 /// \return as IcoefficientGenerator::computeBand()
 bool computeBandWords(IcoefficientGenerator& method, const EqBandParams& band, BiquadWords& words);
 
-/// The same for a crossover.
+/// Computes the words of one crossover of a record by a filter method.
+/// \param words as IcoefficientGenerator::computeCrossover() leaves them
+/// \return as IcoefficientGenerator::computeCrossover()
 bool computeCrossoverWords(IcoefficientGenerator& method, const CrossoverParams& crossover,
                            BiquadWords& words);
 
-/// Band of the input side: 0 to 9 graphic bands, 10 bass, 11 middle, 12 treble.
+/// A band of the input side.
+/// \param inputBand 0 to 9 for the graphic bands, 10 bass, 11 middle, 12 treble
 [[nodiscard]] const EqBandParams& inputBandOf(const ParameterSet& set, std::size_t inputBand);
 
 }  // namespace tessavo

@@ -86,7 +86,7 @@ bool SettingsCommands::report(SaveVerdict verdict, std::string_view cannotOpenTe
     if (verdict == SaveVerdict::cannotOpen) {
         boxes_.showError(cannotOpenText);
     }
-    // A file that could not be opened could not be written either: both are said.
+    // A file that could not be opened was not written either, so both messages appear.
     boxes_.showError(errorWritingDataText);
     return false;
 }

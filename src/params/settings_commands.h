@@ -10,14 +10,16 @@
 
 namespace tessavo {
 
+// What the dialogs of these commands offer.
 inline constexpr FileFilter settingsFilter{"Tessavo settings files (*.eqs)|*.eqs||", "eqs"};
 inline constexpr FileFilter binaryFilter{"Tessavo Binary files (*.bin)|*.bin||", "bin"};
 
-/// What a loaded store changes on the screen. Used on the user-interface thread.
+/// What the commands change on the screen. The main view implements it. Used on the user-interface thread.
 class ISettingsView {
  public:
     virtual ~ISettingsView() = default;
-    /// \param number 1 to 8, the main view's check box (see channelCheckBoxMap)
+    /// Shows a channel's flag in its check box.
+    /// \param number 1 to 8, the main view's number of the check box (see channelCheckBoxMap)
     virtual void checkChannelBox(int number, bool checked) = 0;
     /// Refreshes every page from the current set, and then the view.
     virtual void refreshPages() = 0;
@@ -30,18 +32,21 @@ class ISettingsView {
 /// the exit.
 class SettingsCommands {
  public:
-    /// Everything outlives this object.
+    /// All arguments outlive this object.
     SettingsCommands(TuningState& tuning, IFileDialogs& dialogs, IMessageBox& boxes, ISettingsView& view);
 
+    /// Asks for a settings file and loads it.
     /// \return whether the store was replaced
     bool loadSettings();
-    /// What loadSettings() does once a path is chosen; for files that come from elsewhere.
+    /// Loads a settings file whose path is known already, as one from the command line.
     /// \return whether the store was replaced
     bool loadSettingsFrom(const std::filesystem::path& path);
+    /// Asks for a path and saves all five sets there.
     /// \return whether the whole store was written
     bool saveSettings();
-    /// The same save, with a path that is not remembered.
+    /// Saves as saveSettings() does, but settingsPath() stays as it was.
     void saveSettingsAtExit();
+    /// Asks for a path and writes the current image there.
     void exportImage();
 
     /// Full path of the settings file last chosen in a dialog of this object.

@@ -60,7 +60,8 @@ void TuningState::selectSet(std::uint32_t setIndex, const std::function<void()>&
         return;
     }
     currentSet_ = setIndex;
-    // Not under the lock: a generator may show its warning here, and a transfer would wait for the answer.
+    // Done before the lock is taken: a generator may show its warning here, and a transfer would wait for the
+    // answer.
     computeAll(currentParameterSet());
     {
         const SemaphoreHold wholeSet(*exclusion_, setChangeWait);
@@ -74,7 +75,7 @@ void TuningState::selectSet(std::uint32_t setIndex, const std::function<void()>&
             whileLocked();
         }
     }
-    tellChange();
+    notifyChange();
 }
 
 void TuningState::setFilterMode(std::uint32_t mode) {
@@ -84,8 +85,8 @@ void TuningState::setFilterMode(std::uint32_t mode) {
 }
 
 void TuningState::replaceStore(const ParameterStore& store) {
-    // Before the lock and before the store changes: a generator may show its warning here. While it stands a
-    // transfer takes the set before, whole and without waiting.
+    // Done before the lock is taken and before the store changes: a generator may show its warning here.
+    // While the warning is open, a transfer sends the former set, whole and without waiting.
     computeAll(store.sets[currentSet_]);
     {
         const SemaphoreHold wholeSet(*exclusion_, wholeImageWait);
@@ -93,7 +94,7 @@ void TuningState::replaceStore(const ParameterStore& store) {
         received_ = {};
         deriveImage();
     }
-    tellChange();
+    notifyChange();
 }
 
 void TuningState::replaceImage(const ParameterImage& received) {
@@ -102,7 +103,7 @@ void TuningState::replaceImage(const ParameterImage& received) {
         image_ = received;
         image_.imageSize = parameterImageSize;
     }
-    tellChange();
+    notifyChange();
 }
 
 void TuningState::imageToSet() {
@@ -110,13 +111,13 @@ void TuningState::imageToSet() {
         const SemaphoreHold wholeSet(*exclusion_, wholeImageWait);
         const ParameterStore before = store_;
         readImageFields(store_, currentSet_, image_);
-        keepReceivedImage(before);
+        storeReceivedImage(before);
     }
     computeAll(currentParameterSet());
-    tellChange();
+    notifyChange();
 }
 
-void TuningState::keepReceivedImage(const ParameterStore& before) {
+void TuningState::storeReceivedImage(const ParameterStore& before) {
     received_[currentSet_] = {image_, currentParameterSet()};
     const Field& source = fieldOf(FieldId::routerSource);
     for (std::size_t set = 0; set < setCount; ++set) {
@@ -132,7 +133,7 @@ void TuningState::keepReceivedImage(const ParameterStore& before) {
     }
 }
 
-void TuningState::dropChangedImage() {
+void TuningState::discardOutdatedImage() {
     auto& received = received_[currentSet_];
     if (received && !holdTheSameForTheImage(received->record, currentParameterSet())) {
         received.reset();
@@ -162,24 +163,25 @@ void TuningState::setLiveMode(bool on) {
     if (on) {
         raiseUpdatePending();
     }
-    tellChange();
+    notifyChange();
 }
 
 bool TuningState::takeUpdate() {
     return liveTransferEnabled_ && updatePending_.exchange(false);
 }
 
-void TuningState::tellChange() const {
+void TuningState::notifyChange() const {
     if (changeListener_) {
         changeListener_();
     }
 }
 
-// While the box stands the image already holds the value that is being edited.
+// The edited value goes into the image before the box opens, because the box may stay open for long and a
+// transfer would send the old value.
 void TuningState::warn(std::string_view text) {
-    if (underWay_) {
+    if (runningEdit_) {
         const SemaphoreHold hold(*imageGuard_);
-        mirror(underWay_->values, underWay_->index);
+        writeToImage(runningEdit_->values, runningEdit_->index);
     }
     boxes_.showPlain(text);
 }

@@ -32,6 +32,7 @@ enum class LimiterField : std::uint8_t {
     disable = 6
 };
 
+/// Values of a band that setBandGainOrQ() edits; the numbers are those of the target's operation.
 enum class BandValue : std::uint8_t { gain = 0, q = 1 };
 
 /// A value that an edit writes into a field, in its stored form.
@@ -50,35 +51,39 @@ struct EditedBand {
 /// Everything that is being tuned: the five sets, the current set's image and coefficients, and the edit
 /// operations that keep the three in step.
 ///
-/// The image is derived from the current set, with one exception: a set that was received keeps its image
-/// byte by byte, which says more than the record it was converted into. Each of the five sets keeps the image
-/// that it was received with until an edit changes something in its record that the image carries; choosing
-/// the set again until then brings that image back, bypass bytes, coefficient words and spare bytes included.
-/// A set received into another place writes its router sources into all five records: the kept images follow
-/// in the words of the sources that changed and stay in every other byte. A loaded store drops all of them.
+/// The image is derived from the current set, with one exception. A received image says more than the record
+/// that it is converted into, because a conversion does not read its bypass bytes, coefficient words and
+/// spare bytes. Therefore each of the five sets remembers the image that it was received with, byte by byte,
+/// and choosing the set again brings that image back. A set forgets its received image as soon as an edit
+/// changes something in its record that the image carries, and all sets forget theirs when a store is loaded.
+/// When another set is received, its router sources are written into all five records; the remembered images
+/// then change in the words of those sources and nowhere else.
 ///
 /// Used on the user-interface thread, except for the flags, imageCopy() and takeUpdate(), which any thread
 /// may use. Arguments that name a band, crossover, channel or set outside its range change nothing.
 class TuningState {
  public:
-    /// \param boxes shows the generators' warning; outlives this object.
-    /// \param exclusion the mutual-exclusion object; a CSemaphore of its own when empty.
-    /// \param imageGuard what an edit holds while it writes the image; a CSemaphore of its own when empty.
+    /// \param boxes shows the generators' warning; outlives this object
+    /// \param exclusion the mutual-exclusion object: held while a whole set changes; a plain CSemaphore when
+    ///     empty
+    /// \param imageGuard held while an edit writes the image; a plain CSemaphore when empty
     explicit TuningState(IMessageBox& boxes, std::unique_ptr<CSemaphore> exclusion = nullptr,
                          std::unique_ptr<CSemaphore> imageGuard = nullptr);
     ~TuningState();
     TuningState(const TuningState&) = delete;
     TuningState& operator=(const TuningState&) = delete;
 
-    /// Writes every page's defaults into all sets, selects the first channel and brings image and
-    /// coefficients in step; the image's bypass bytes stay as they are. Called once, after construction.
+    /// Writes every page's defaults into all sets, selects the first channel, and computes image and
+    /// coefficients from them. The image's bypass bytes stay as they are. Called once, after construction.
     void start();
 
-    /// Takes the curve of each edit from now on; null for none.
+    /// Sets the display that is given the curve of each edit from now on; null for none. The display outlives
+    /// this object or is taken away before.
     void setCurveDisplay(ICurveDisplay* display) { curveDisplay_ = display; }
 
-    /// Called on the user-interface thread whenever the image or `updatePending` may have changed: by every
-    /// edit, dragging included, by a change of set and by a received or loaded one.
+    /// Sets what is called, on the user-interface thread, whenever the image or `updatePending` may have
+    /// changed: by every edit, also while a slider is dragged, by a change of set, and by a received or
+    /// loaded set.
     void setChangeListener(std::function<void()> listener) { changeListener_ = std::move(listener); }
 
     // --- what is there
@@ -86,65 +91,84 @@ class TuningState {
     [[nodiscard]] const ParameterStore& store() const { return store_; }
     [[nodiscard]] const ParameterSet& currentParameterSet() const { return store_.sets[currentSet_]; }
     [[nodiscard]] const ParameterImage& image() const { return image_; }
-    /// The image as it is between two edits and between two changes of the whole set: waits for the
-    /// mutual-exclusion object, at most 5000 ms, and goes on without it. Any thread, but not from within the
-    /// callback of selectSet(), which runs under that object.
+    /// A copy of the image that holds no half of an edit and no half of a change of set. Waits for the
+    /// mutual-exclusion object at most 5000 ms and then copies without it. Any thread, but not from within
+    /// the callback of selectSet(), which runs under that object.
     [[nodiscard]] ParameterImage imageCopy() const;
+    // Coefficients as they were computed last, whether or not the image holds them already.
     [[nodiscard]] const BiquadWords& bandWords(RecordChannel channel, std::size_t band) const;
     [[nodiscard]] const BiquadWords& crossoverWords(RecordChannel channel, std::size_t crossover) const;
+    /// \param inputBand 0 to 9 for the graphic bands, 10 bass, 11 middle, 12 treble
     [[nodiscard]] const BiquadWords& inputWords(std::size_t inputBand) const;
+    /// The generator of the current filter method.
     [[nodiscard]] IcoefficientGenerator& generator() const { return *generators_[filterMode_]; }
 
+    /// Index of the current set, 0 to 4.
     [[nodiscard]] std::uint32_t currentSet() const { return currentSet_; }
+    /// Index of the filter method in filterMethodNames.
     [[nodiscard]] std::uint32_t filterMode() const { return filterMode_; }
+    /// The selected channels, one selectionBit() each.
     [[nodiscard]] std::uint8_t selectionMask() const { return selectionMask_; }
-    /// The band that was edited last, by frequency, type, gain or Q; the first channel's first band until
-    /// then. Its channel's curve is drawn where no channel is selected.
+    /// The band whose frequency, type, gain or Q was edited last; before the first such edit the first
+    /// channel's first band. Where no channel is selected, the curve of its channel is drawn.
     [[nodiscard]] EditedBand lastEditedBand() const { return lastEditedBand_; }
 
     // --- application state
 
-    /// Makes a set current, brings coefficients in step, and then, under the mutual-exclusion object (waiting
-    /// at most 500 ms, going on without it), writes the image and runs `whileLocked` (the pages' change of
-    /// set). The image becomes the one that the set keeps from its receipt, or is derived from the record;
-    /// derived, it keeps the bypass bytes and spare bytes it has.
+    /// Makes a set current and computes its coefficients. Then, under the mutual-exclusion object (for which
+    /// it waits at most 500 ms, and goes on without it), writes the image and runs `whileLocked`.
+    ///
+    /// The image becomes the one that the set was received with, if the set remembers it; otherwise it is
+    /// derived from the record and keeps the bypass bytes and spare bytes that it has.
+    /// \param whileLocked shows the new set on the pages; must not take the mutual-exclusion object
     void selectSet(std::uint32_t setIndex, const std::function<void()>& whileLocked = {});
-    /// 0 BZT, 1 MZT, 2 BZT/MZT. Recomputes nothing; the next edit does.
+    /// Chooses the method by which coefficients are computed from now on. Those computed already stay until
+    /// an edit computes them anew.
+    /// \param mode index in filterMethodNames: 0 BZT, 1 MZT, 2 BZT/MZT
     void setFilterMode(std::uint32_t mode);
     void setSelectionMask(std::uint8_t mask) { selectionMask_ = mask; }
 
-    /// Brings coefficients in step with a loaded store, and then, under the mutual-exclusion object (waiting
-    /// at most 5000 ms, going on without it), replaces all five sets by it and writes the image. The image
-    /// keeps its bypass bytes and spare bytes; no set keeps the image it was received with.
+    /// Computes the coefficients of a loaded store's current set. Then, under the mutual-exclusion object
+    /// (for which it waits at most 5000 ms, and goes on without it), replaces all five sets by the store and
+    /// writes the image. The image keeps its bypass bytes and spare bytes; no set remembers the image it was
+    /// received with.
     void replaceStore(const ParameterStore& store);
-    /// Replaces the image by received bytes, its first word by 3384; the sets stay.
+    /// Replaces the image by received bytes, except for its first word, which becomes 3384. The sets stay.
     void replaceImage(const ParameterImage& received);
-    /// Converts the image into the current set, under the mutual-exclusion object (waiting at most 5000 ms
-    /// and going on without it), and brings the coefficient tables in step. The image stays byte by byte, and
-    /// the set keeps it.
+    /// Converts the image into the current set, under the mutual-exclusion object (for which it waits at most
+    /// 5000 ms, and goes on without it), and computes the coefficients. The image stays as it is, and the set
+    /// remembers it.
     void imageToSet();
 
-    /// Computes the curve of a channel or of the input side and hands it to the display, if there is one.
+    /// Computes the curve of an output channel, from its bands and crossovers, and gives it to the display,
+    /// if there is one.
     void showOutputCurve(RecordChannel channel);
+    /// The same for the input side, from its graphic and tone bands.
     void showInputCurve();
 
     // --- flags (any thread)
 
+    /// Whether the user has switched Live Mode on.
     [[nodiscard]] bool liveMode() const { return liveMode_; }
+    /// Whether the live worker may send.
     [[nodiscard]] bool liveTransferEnabled() const { return liveTransferEnabled_; }
+    /// Whether the image has changed since the live worker sent it.
     [[nodiscard]] bool updatePending() const { return updatePending_; }
     /// Sets `liveMode` and `liveTransferEnabled` together; switching on also raises `updatePending`.
     void setLiveMode(bool on);
     void raiseUpdatePending() { updatePending_ = true; }
-    /// The worker's look: true when live transfer is enabled and an update is pending, which is then cleared.
+    /// The live worker asks this before it sends.
+    /// \return true when live transfer is enabled and an update was pending; it is pending no more
     bool takeUpdate();
 
-    // --- the door for edits
+    // --- the operation that every edit goes through
 
-    /// Writes elements of the current set that share one index: each value into the record and, in the target's form,
-    /// into the image. Recomputes the coefficients that the first field shapes, and only those, copies them into the
-    /// image, and shows the curve that they belong to. Every other edit below comes through here.
-    /// \param values fields that shape the same coefficients; several of them only where one edit writes them together
+    /// Writes elements of the current set that share one index: each value into the record and, in the
+    /// target's form, into the image. Recomputes the coefficients that the first field shapes, and only
+    /// those, copies them into the image, and shows the curve that they belong to. Every edit below is a
+    /// caller of this one or of editSelected().
+    /// \param values fields that shape the same coefficients; several of them only where one edit writes them
+    ///     together
     /// \param final false while a slider moves; true raises `updatePending`
     /// \return false, and nothing is changed, when a field may not be edited or has no such element
     bool edit(std::span<const FieldValue> values, FieldIndex index, bool final);
@@ -152,10 +176,12 @@ class TuningState {
         return edit(std::array{FieldValue{field, stored}}, index, final);
     }
 
-    /// The same for every selected channel, in page order, with one curve at the end: that of the last channel written,
-    /// or of the band edited last where none is selected.
-    /// \param inner band or crossover; 0 for fields that a channel has once
-    /// \return false also for a field that is not one of an output channel
+    /// Edits every selected channel, in page order, as edit() edits one element. Shows one curve at the end:
+    /// that of the last channel written, or, where none is selected, that of the band edited last.
+    /// \param values as for edit()
+    /// \param inner band or crossover, counted from 0; 0 for fields that a channel has once
+    /// \param final as for edit()
+    /// \return as edit(); false also for a field that is not one of an output channel
     bool editSelected(std::span<const FieldValue> values, std::size_t inner, bool final);
     bool editSelected(FieldId field, std::size_t inner, double stored, bool final) {
         return editSelected(std::array{FieldValue{field, stored}}, inner, final);
@@ -165,16 +191,18 @@ class TuningState {
 
     void setDelay(float delayMs, bool final);
     void setVolume(float volumeDb, bool final);
-    /// Writes the image's phase byte always, the record's only when `apply` is true.
+    /// Writes the phase byte of the image; that of the record only when `apply` is true.
+    /// \param value 1 inverts
     void setInvertPhase(bool apply, std::uint8_t value);
     void setBandFrequency(std::size_t band, std::uint16_t frequencyHz, bool final);
     void setBandType(std::size_t band, std::uint8_t type);
     void setBandGainOrQ(std::size_t band, BandValue which, float value, bool final);
-    /// Leaves coefficients and curve as they are.
+    /// Bypasses a band (1) or puts it back into the circuit (0). Coefficients and curve stay as they are.
     void setBandOff(std::size_t band, std::uint8_t off);
     void setCrossover(std::size_t crossover, std::uint8_t kind, std::uint8_t order, std::uint8_t enabled);
     void setCrossoverFrequency(std::size_t crossover, std::uint16_t frequencyHz, bool final);
-    /// \param value tenths of a dB, milliseconds, or nothing for enable and disable
+    /// \param value tenths of a dB for levels and gain, milliseconds for times; not read for enable and
+    ///     disable
     void setLimiter(LimiterField which, std::int32_t value, bool final);
 
     // --- edits of one channel, by record channel
@@ -188,11 +216,12 @@ class TuningState {
 
     // --- edits of the input side and of the whole set
 
-    /// \param inputBand 0 to 9 graphic bands, 10 bass, 11 middle, 12 treble
+    /// \param inputBand 0 to 9 for the graphic bands, 10 bass, 11 middle, 12 treble
     void setInputBandGain(std::size_t inputBand, float gainDb, bool final);
-    /// Writes record and both bypass bytes.
+    /// Switches the input equalizer, in the record and in both bypass bytes of the image.
     void setInputEqOn(bool on);
-    /// At most 31 UTF-16 units are kept. Does not raise `updatePending`: the target does not carry the name.
+    /// Names the set; a name longer than 31 UTF-16 units is cut. Does not raise `updatePending`, because the
+    /// target does not carry the name.
     void setName(std::u16string_view name);
 
  private:
@@ -202,28 +231,29 @@ class TuningState {
     void write(std::span<const FieldValue> values, FieldIndex index);
     void compute(FieldId id, FieldIndex index);
     void showCurveOf(FieldId id, RecordChannel channel);
-    /// Writes the places of the values in the image; the image guard is held.
-    void mirror(std::span<const FieldValue> values, FieldIndex index);
+    /// Writes what the image holds of these values. The caller holds the image guard.
+    void writeToImage(std::span<const FieldValue> values, FieldIndex index);
     void warn(std::string_view text);
-    // Compute the tables' words from a set.
+    // These compute coefficients from a set.
     void computeBand(const ParameterSet& set, RecordChannel channel, std::size_t band);
     void computeCrossovers(const ParameterSet& set, RecordChannel channel);
     void computeInputBand(const ParameterSet& set, std::size_t inputBand);
     void computeAll(const ParameterSet& set);
     void deriveImage();
-    void keepReceivedImage(const ParameterStore& before);
-    void dropChangedImage();
+    void storeReceivedImage(const ParameterStore& before);
+    void discardOutdatedImage();
     void finish(bool final);
-    void tellChange() const;
+    void notifyChange() const;
     ParameterSet& editedSet() { return store_.sets[currentSet_]; }
 
-    /// What a set was received as.
+    /// What a set remembers of its receipt.
     struct Received {
         ParameterImage image;
-        ParameterSet record;  ///< as the conversion left it
+        ParameterSet record;  ///< as the conversion left it; an edit is found by comparing with it
     };
-    /// The places of an edit whose coefficients are being computed.
-    struct UnderWay {
+    /// An edit whose coefficients are being computed. While the warning of a generator waits for its answer,
+    /// the image must hold the edited value already.
+    struct RunningEdit {
         std::span<const FieldValue> values;
         FieldIndex index;
     };
@@ -232,10 +262,11 @@ class TuningState {
     ParameterStore store_;
     ParameterImage image_;
     std::array<std::optional<Received>, setCount> received_;  ///< by set
-    std::optional<UnderWay> underWay_;
+    std::optional<RunningEdit> runningEdit_;
     /// Held for the few microseconds in which the image is written or copied, so that a copy never holds half
-    /// an edit of a channel. Taken inside the mutual-exclusion object, never the other way round, and never
-    /// held while coefficients are computed: that may show a warning and wait for its answer.
+    /// an edit. May be taken while the mutual-exclusion object is held, never the other way round: two
+    /// threads could wait for each other. Never held while coefficients are computed, because a warning may
+    /// wait for its answer there.
     std::unique_ptr<CSemaphore> imageGuard_;
 
     std::array<std::array<BiquadWords, bandCount>, channelCount> bandWords_{};
@@ -251,7 +282,8 @@ class TuningState {
     std::atomic<bool> liveTransferEnabled_ = false;
     std::atomic<bool> updatePending_ = false;
 
-    /// Held while the image changes as a whole and while a copy of it is taken, so that a copy holds one set.
+    /// The mutual-exclusion object. Held while the image changes as a whole and while a copy of it is taken,
+    /// so that a copy holds one set.
     std::unique_ptr<CSemaphore> exclusion_;
     ICurveDisplay* curveDisplay_ = nullptr;
     std::function<void()> changeListener_;

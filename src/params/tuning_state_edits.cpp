@@ -28,11 +28,11 @@ void TuningState::forSelectedChannels(Act act) const {
 }
 
 void TuningState::finish(bool final) {
-    dropChangedImage();
+    discardOutdatedImage();
     if (final) {
         raiseUpdatePending();
     }
-    tellChange();
+    notifyChange();
 }
 
 bool TuningState::edit(std::span<const FieldValue> values, FieldIndex index, bool final) {
@@ -69,17 +69,17 @@ bool TuningState::mayWrite(std::span<const FieldValue> values, FieldIndex index)
     return !values.empty() && std::ranges::all_of(values, writable);
 }
 
-// Value and words go into the image at once, so that no copy of it holds one without the other; only where a
-// generator shows its box in between, the value goes first.
+// Value and words go into the image at the same time, so that no copy of the image holds one without the
+// other. The exception is a generator that shows its warning: then the value goes first.
 void TuningState::write(std::span<const FieldValue> values, FieldIndex index) {
     for (const FieldValue& value : values) {
         setStoredValue(editedSet(), fieldOf(value.field), index, value.stored);
     }
-    underWay_ = {values, index};
+    runningEdit_ = {values, index};
     compute(values.front().field, index);
-    underWay_.reset();
+    runningEdit_.reset();
     const SemaphoreHold hold(*imageGuard_);
-    mirror(values, index);
+    writeToImage(values, index);
     const Shapes shapes = fieldOf(values.front().field).shapes;
     if (shapes == Shapes::band) {
         image_.channels[index.outer].bandWords = bandWords_[index.outer];
@@ -120,7 +120,7 @@ void TuningState::showCurveOf(FieldId id, RecordChannel channel) {
     }
 }
 
-void TuningState::mirror(std::span<const FieldValue> values, FieldIndex index) {
+void TuningState::writeToImage(std::span<const FieldValue> values, FieldIndex index) {
     for (const FieldValue& value : values) {
         writeImageField(image_, currentParameterSet(), fieldOf(value.field), index);
     }

@@ -12,29 +12,32 @@ struct VolumeGainEntry {
     std::uint32_t gainWord;
 };
 
-inline constexpr std::size_t volumeGainCount = 303;
+inline constexpr std::size_t volumeGainCount = 303;  ///< entries of the table
 
-/// Entry j is 42.0 - 0.5 j dB with the word round(10^(level / 20) 2^24), down to -108.5 dB; a last entry of
-/// -108.9 dB with the word 60 ends the table.
+/// The steps of the target's volume, from the loudest to the softest.
+///
+/// Entry j has the level 42.0 - 0.5 j dB and the word round(10^(level / 20) 2^24), down to -108.5 dB. The
+/// last entry, -108.9 dB with the word 60, is not a whole step below the one before it.
 [[nodiscard]] const std::array<VolumeGainEntry, volumeGainCount>& volumeGainTable();
 
+/// Range of volume and group gain together.
 inline constexpr float lowestChannelGainDb = -6.0F;
 inline constexpr float highestChannelGainDb = 18.0F;
 
-/// Gain word of a volume and a group gain in dB: their sum as a single, clamped to -6 ... +18 dB (NaN to -6),
-/// rounded down to the table's 0.5 dB grid.
+/// Gain word of a volume and a group gain, both in dB. Their sum is formed in single precision, clamped to -6
+/// to +18 dB (NaN counts as -6) and rounded down to the table's steps of 0.5 dB.
 [[nodiscard]] std::uint32_t gainWordOf(float volumeDb, float groupGainDb);
 
-/// Level in dB of a received gain word: that of the first entry, from the second on, whose word is not
-/// greater; the last entry's where all are greater.
+/// Level in dB that a received gain word stands for: that of the first entry whose word is not greater, where
+/// the search begins at the second entry. Where all words are greater, it is the level of the last entry.
 [[nodiscard]] double levelOfGainWord(std::uint32_t gainWord);
 
-/// Samples of a delay and a group delay in ms, at 49.5 samples per ms, rounded to the nearest sample; below 0
-/// gives 0.
+/// Delay in samples for a delay and a group delay in ms: their sum at 49.5 samples per ms, rounded to the
+/// nearest sample. A negative sum gives 0.
 [[nodiscard]] std::uint32_t delaySamplesOf(float delayMs, float groupDelayMs);
 
-/// Delay in ms that a received number of samples stands for, at 48 samples per ms: on purpose not the inverse
-/// of delaySamplesOf().
+/// Delay in ms that a received number of samples stands for, at 48 samples per ms. The rates differ on
+/// purpose: this is not the inverse of delaySamplesOf().
 [[nodiscard]] float delayOfSamples(std::uint32_t samples);
 
 }  // namespace tessavo

@@ -10,17 +10,19 @@ namespace tessavo {
 /// The program's arguments without its name, in UTF-8 whatever the system hands to main().
 [[nodiscard]] std::vector<std::string> programArguments(int argc, char** argv);
 
-/// Readies the standard streams: text in UTF-8, also on a console that has another code page.
+/// Prepares the standard streams for text in UTF-8, also on a console that has another code page. Called
+/// once, before anything is written.
 void prepareStandardStreams();
 
-/// Whether a person sees standard error as it is written.
+/// Whether standard error goes to a terminal, so that a person sees it as it is written.
 [[nodiscard]] bool standardErrorIsTerminal();
 
-/// Lets a program with a window answer into the console from which it was started. Where a program has
-/// standard streams anyway, and where there is no console, nothing changes.
+/// Connects the standard streams of a program with a window to the console from which it was started. Nothing
+/// changes where a program has standard streams anyway, and where there is no console.
 void attachConsole();
 
-/// Turns Ctrl-C, and a request to end, into a call while it lives. One at a time.
+/// Turns Ctrl-C, and the system's request to end the program, into a call, as long as the object lives. Only
+/// one object may exist at a time.
 ///
 /// The first such event makes the call; a second one ends the program as if nothing had been set up.
 class Interruption {

@@ -31,7 +31,7 @@ constexpr std::array<int, 3> endingSignals{SIGINT, SIGTERM, SIGHUP};
 constexpr char wakeForSignal = 's';
 constexpr char wakeForEnd = 'e';
 
-// Where the signal handler writes; a handler can reach nothing else.
+// The end of the pipe that the signal handler writes to. A handler has no argument that could tell it.
 std::atomic<int> wakeEnd{-1};
 static_assert(std::atomic<int>::is_always_lock_free);
 
@@ -41,12 +41,12 @@ void wake(int end, char reason) {
 }
 
 extern "C" void tessavoEndingSignal(int /*signal*/) {
-    const int kept = errno;
+    const int savedErrno = errno;
     const int end = wakeEnd;
     if (end >= 0) {
         wake(end, wakeForSignal);
     }
-    errno = kept;
+    errno = savedErrno;
 }
 
 }  // namespace
@@ -88,7 +88,8 @@ Interruption::Interruption(std::function<void()> stop) : native_(std::make_uniqu
         action.sa_flags = static_cast<int>(SA_RESTART | SA_RESETHAND);
         ::sigemptyset(&action.sa_mask);
         ::sigaction(endingSignals[i], &action, &native_->former[i]);
-        // Who starts a program in the background wants it to miss these.
+        // A signal that the parent has set to be ignored stays ignored: so a shell protects background
+        // programs.
         if (native_->former[i].sa_handler == SIG_IGN) {
             ::sigaction(endingSignals[i], &native_->former[i], nullptr);
         }
@@ -114,8 +115,8 @@ bool Interruption::happened() const {
 }
 
 void lowerThreadPriority() {
-    // Here a thread's number names a process of its own; a class below this one might never get its turn
-    // while it holds the line.
+    // On this system setpriority() takes a thread's number like a process's. The scheduling class for idle
+    // times would be lower still, but a busy machine might not let the thread run while it holds the line.
     constexpr int lowest = 19;
     setpriority(PRIO_PROCESS, static_cast<id_t>(syscall(SYS_gettid)), lowest);
 }

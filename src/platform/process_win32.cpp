@@ -27,7 +27,8 @@ std::string utf8Of(const wchar_t* text) {
 
 }  // namespace
 
-// What main() gets went through the system's code page and lost what that does not have.
+// The arguments of main() have gone through the system's code page and lost the characters that it does not
+// have.
 std::vector<std::string> programArguments(int /*argc*/, char** /*argv*/) {
     std::vector<std::string> arguments;
     int count = 0;
@@ -81,7 +82,7 @@ struct Interruption::Native {
 
 namespace {
 
-// The handler's thread is the system's own and may still run while the object goes.
+// The system calls the handler on a thread of its own, which may still run while the object is destroyed.
 std::mutex guard;
 std::function<bool()> onEvent;
 

@@ -4,10 +4,12 @@
 
 namespace tessavo {
 
-/// Shows the equalizer curve; each new curve replaces the one before. Used on the user-interface thread.
+/// Shows the equalizer's curve. The plot window implements it, tests with a list. Used on the user-interface
+/// thread.
 class ICurveDisplay {
  public:
     virtual ~ICurveDisplay() = default;
+    /// Shows a curve in place of the one before.
     virtual void setCurve(const ResponseCurve& curve) = 0;
 };
 

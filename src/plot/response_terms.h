@@ -7,14 +7,19 @@
 
 namespace tessavo {
 
-/// Value of one unit in the last place of a coefficient word: 28 fraction bits for b0, b1, b2, 30 for a1, a2.
+/// What the lowest bit of a coefficient word is worth: b0, b1 and b2 have 28 fraction bits, a1 and a2 have
+/// 30.
 inline constexpr double numeratorUnit = 1.0 / (1 << 28);
 inline constexpr double denominatorUnit = 1.0 / (1 << 30);
 
-/// Angle of a curve point, 0 to 999, in radians per sample.
+/// Angular frequency of a curve point, in radians per sample at 49500 Hz.
+/// \param point 0 to 999
 [[nodiscard]] double curveAngle(std::size_t point);
 
-/// The cascade's magnitude in dB at one point, before truncation, term by term as the formula stands.
+/// The cascade's magnitude in dB at one point, before truncation, computed term by term as the formula
+/// stands.
+/// \param cascade the sections
+/// \param point 0 to 999
 [[nodiscard]] double plainMagnitudeDb(std::span<const BiquadWords> cascade, std::size_t point);
 
 }  // namespace tessavo

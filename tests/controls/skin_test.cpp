@@ -249,10 +249,6 @@ TEST(Skin, TheFillLeadsFromItsOriginToTheCap) {
     slider.setRange(-200, -1);  // no zero inside: from the bottom
     slider.setPosition(-100);
     EXPECT_NEAR(fillRows().bottom(), 175, 2);
-    slider.setFillOrigin(-200);
-    EXPECT_NEAR(fillRows().top(), 6, 2);
-    slider.setFillOrigin(std::nullopt);
-    EXPECT_NEAR(fillRows().bottom(), 175, 2);
 }
 
 TEST(Skin, OnlyThePartThatMovedIsPaintedAgain) {

@@ -9,7 +9,6 @@
 #include "controls/color_control.h"
 #include "controls/control_id.h"
 #include "controls/dialog_sk.h"
-#include "controls/dialog_units.h"
 #include "controls/mem_dc.h"
 #include "controls/number_edit.h"
 #include "controls/pictures.h"
@@ -26,30 +25,6 @@ using namespace std::chrono_literals;
 using Answer = SkinMessageBox::Answer;
 using Buttons = SkinMessageBox::Buttons;
 using Icon = SkinMessageBox::Icon;
-
-// ---- dialog units
-
-TEST(DialogUnits, AreAQuarterOfSixAndAnEighthOfThirteenPixels) {
-    EXPECT_EQ(dialogUnits(0, 0, 636, 305), QRect(0, 0, 954, 496));
-    EXPECT_EQ(dialogUnits(4, 8, 4, 8), QRect(6, 13, 6, 13));
-    EXPECT_EQ(dialogUnits(0, 0, 0, 0), QRect(0, 0, 0, 0));
-}
-
-TEST(DialogUnits, PlacesThatTouchStillTouch) {
-    for (int x = -50; x < 50; ++x) {
-        const QRect first = dialogUnits(x, x, 7, 9);
-        const QRect second = dialogUnits(x + 7, x + 9, 5, 5);
-        EXPECT_EQ(first.left() + first.width(), second.left());
-        EXPECT_EQ(first.top() + first.height(), second.top());
-    }
-}
-
-TEST(DialogUnits, HugePlacesDoNotOverflow) {
-    const int most = std::numeric_limits<int>::max();
-    const QRect place = dialogUnits(most, most, most, most);
-    EXPECT_GT(place.left(), 0);
-    EXPECT_GE(place.width(), 0);
-}
 
 // ---- message box
 

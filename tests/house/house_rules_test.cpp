@@ -99,5 +99,20 @@ TEST(HouseRules, ToolkitHeadersAreFoundBehindProjectHeaders) {
     EXPECT_THAT(toolkitBreaches(tree, {"comm/page.cpp"}), testing::SizeIs(1));
 }
 
+TEST(HouseRules, LinesAreCountedHoweverTheLastOneEnds) {
+    EXPECT_EQ(parseSource("").lines, 0U);
+    EXPECT_EQ(parseSource("a").lines, 1U);
+    EXPECT_EQ(parseSource("a\n").lines, 1U);
+    EXPECT_EQ(parseSource("a\r\n\nb").lines, 3U);
+}
+
+TEST(HouseRules, LongFilesAreFound) {
+    const auto tree =
+        treeOf({{"dsp/a.cpp", "1\n2\n3\n"}, {"dsp/b.cpp", "1\n2\n3\n4\n"}, {"dsp/c.h", "1\n2\n3\n4\n5"}});
+    EXPECT_THAT(lengthBreaches(tree, 5), IsEmpty());
+    EXPECT_THAT(lengthBreaches(tree, 4), ElementsAre("dsp/c.h has 5 lines"));
+    EXPECT_THAT(lengthBreaches(tree, 3), ElementsAre("dsp/b.cpp has 4 lines", "dsp/c.h has 5 lines"));
+}
+
 }  // namespace
 }  // namespace tessavo::house

@@ -56,6 +56,14 @@ TEST(House, TheCoreKnowsNoWindowToolkit) {
     EXPECT_THAT(toolkitBreaches(sources(), core), IsEmpty());
 }
 
+TEST(House, NoFileHasMoreThanFiveHundredLines) {
+    constexpr std::size_t mostLines = 500;
+    EXPECT_THAT(lengthBreaches(sources(), mostLines), IsEmpty());
+    const SourceTree tests = readSourceTree(TESSAVO_TESTS_FOLDER);
+    ASSERT_TRUE(tests.contains("house/house_test.cpp")) << "no tests found";
+    EXPECT_THAT(lengthBreaches(tests, mostLines), IsEmpty());
+}
+
 TEST(House, TheCoreLinksNothingButThreads) {
     EXPECT_STREQ(TESSAVO_CORE_LIBRARIES, "tessavo_flags,Threads::Threads");
 }

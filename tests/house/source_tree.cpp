@@ -100,6 +100,7 @@ SourceFile parseSource(std::string_view text) {
     while (!text.empty()) {
         const std::string_view line = text.substr(0, text.find('\n'));
         text.remove_prefix(std::min(text.size(), line.size() + 1));
+        ++file.lines;
         const auto directive = directiveOf(line);
         if (!directive) {
             continue;
@@ -212,6 +213,16 @@ std::vector<std::string> toolkitBreaches(const SourceTree& tree, const std::set<
                 breaches.push_back(path + " includes " + include.target);
             }
             open.push_back(include.target);
+        }
+    }
+    return breaches;
+}
+
+std::vector<std::string> lengthBreaches(const SourceTree& tree, std::size_t mostLines) {
+    std::vector<std::string> breaches;
+    for (const auto& [path, file] : tree) {
+        if (file.lines > mostLines) {
+            breaches.push_back(path + " has " + std::to_string(file.lines) + " lines");
         }
     }
     return breaches;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <filesystem>
 #include <map>
 #include <set>
@@ -20,6 +21,7 @@ struct SourceFile {
     std::vector<Include> includes;
     /// Preprocessor lines that make code depend on a condition: #if, #ifdef, #ifndef, #elif.
     std::vector<std::string> conditionals;
+    std::size_t lines = 0;
 };
 
 /// Files by their path below src/, with '/' between folders: "params/records.h".
@@ -54,5 +56,8 @@ using Floors = std::map<std::string, int, std::less<>>;
 /// Everything of the window toolkit that the given sources include, themselves or through project headers.
 [[nodiscard]] std::vector<std::string> toolkitBreaches(const SourceTree& tree,
                                                        const std::set<std::string>& sources);
+
+/// Files with more lines than that.
+[[nodiscard]] std::vector<std::string> lengthBreaches(const SourceTree& tree, std::size_t mostLines);
 
 }  // namespace tessavo::house

@@ -43,9 +43,7 @@ CAxisSettings::CAxisSettings(CChart& chart, IChartHost& host, QWidget* parent)
     body().addLayout(head);
 
     auto* const ranges = makeGroup(QStringLiteral("Plotting Ranges"), this);
-    auto* const rows = new QGridLayout(ranges);
-    rows->setContentsMargins(groupMargins);
-    rows->setHorizontalSpacing(12);
+    QGridLayout* const rows = makeGrid(ranges);
     addHead(*rows, ranges);
     xRange_ = makeRow(QStringLiteral("X Range"), ranges);
     yRange_ = makeRow(QStringLiteral("Y Range"), ranges);
@@ -63,9 +61,7 @@ CAxisSettings::CAxisSettings(CChart& chart, IChartHost& host, QWidget* parent)
     body().addWidget(ranges);
 
     auto* const ticks = makeGroup(QStringLiteral("Ticks"), this);
-    auto* const tickGrid = new QGridLayout(ticks);
-    tickGrid->setContentsMargins(groupMargins);
-    tickGrid->setHorizontalSpacing(12);
+    QGridLayout* const tickGrid = makeGrid(ticks);
     majorTicks_ = makeSpin(QStringLiteral("Number of major ticks"), 0, AxisLook::mostMajorTicks, ticks);
     minorTicks_ = makeSpin(QStringLiteral("Number of minor ticks"), 0, AxisLook::mostMinorTicks, ticks);
     tickMarks_ = makeCheck(QStringLiteral("Tick marks"), ticks);
@@ -118,7 +114,7 @@ void CAxisSettings::showCurrent() {
     const CAxis& axis = current();
     const AxisLook& look = axis.look();
     name_->setText(axis.name());
-    counter_->setText(QStringLiteral("Axis %1 of %2").arg(place_ + 1).arg(shown_.size()));
+    counter_->setText(QStringLiteral("Axis %1 of %2").arg(index_ + 1).arg(shown_.size()));
     showRange(xRange_, axisOf(false));
     showRange(yRange_, axisOf(true));
     const CAxis& ranged = axisOf(axis.isVertical());
@@ -129,10 +125,10 @@ void CAxisSettings::showCurrent() {
     tickMarks_->setChecked(look.tickMarks);
     tickLabels_->setChecked(look.tickLabels);
     title_->show(look.title, look.titleFont);
-    enableSteps(place_ > 0, place_ + 1 < shown_.size());
+    enableSteps(index_ > 0, index_ + 1 < shown_.size());
 }
 
-bool CAxisSettings::takeRange(const RangeRow& row, CAxis& axis, AxisScale scale) {
+bool CAxisSettings::readRange(const RangeRow& row, CAxis& axis, AxisScale scale) {
     CAxis changed = axis;
     changed.setAutomatic(true);
     changed.setScale(scale);
@@ -153,7 +149,7 @@ bool CAxisSettings::takeRange(const RangeRow& row, CAxis& axis, AxisScale scale)
     return true;
 }
 
-bool CAxisSettings::takeCurrent() {
+bool CAxisSettings::readControls() {
     CAxis& axis = current();
     CAxis& ranged = axisOf(axis.isVertical());
     CAxis& partner = axisOf(!axis.isVertical());
@@ -161,10 +157,10 @@ bool CAxisSettings::takeCurrent() {
     const RangeRow& partnerRow = axis.isVertical() ? xRange_ : yRange_;
     const AxisScale scale = logarithmic_->isChecked() ? AxisScale::logarithmic : AxisScale::linear;
     const CAxis before = ranged;
-    if (!takeRange(row, ranged, scale)) {
+    if (!readRange(row, ranged, scale)) {
         return false;
     }
-    if (!takeRange(partnerRow, partner, partner.scale())) {
+    if (!readRange(partnerRow, partner, partner.scale())) {
         ranged = before;
         return false;
     }
@@ -180,15 +176,15 @@ bool CAxisSettings::takeCurrent() {
 }
 
 void CAxisSettings::step(int direction) {
-    const bool possible = direction < 0 ? place_ > 0 : place_ + 1 < shown_.size();
-    if (possible && takeCurrent()) {
-        place_ = direction < 0 ? place_ - 1 : place_ + 1;
+    const bool possible = direction < 0 ? index_ > 0 : index_ + 1 < shown_.size();
+    if (possible && readControls()) {
+        index_ = direction < 0 ? index_ - 1 : index_ + 1;
         showCurrent();
     }
 }
 
 bool CAxisSettings::apply() {
-    if (!takeCurrent()) {
+    if (!readControls()) {
         return false;
     }
     for (const CAxis& axis : axes_) {

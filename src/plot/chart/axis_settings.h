@@ -7,13 +7,13 @@
 
 namespace tessavo {
 
-/// "Axis Settings": steps through the axes that are or were shown with their ranges, scale, ticks and titles.
-/// Nothing changes in the chart before OK, and a range that cannot be shown changes nothing at all.
+/// The dialog "Axis Settings": steps through the axes that are shown or were shown, with their ranges, scale,
+/// ticks and titles. It edits copies; OK gives them to the chart, unless one of the ranges cannot be shown.
 class CAxisSettings : public SettingsDialog {
     Q_OBJECT
 
  public:
-    /// \param chart, host outlive the dialog
+    /// Chart and host outlive the dialog.
     CAxisSettings(CChart& chart, IChartHost& host, QWidget* parent = nullptr);
 
  protected:
@@ -27,22 +27,26 @@ class CAxisSettings : public SettingsDialog {
         SkinCheckBox* automatic;
     };
 
+    /// Makes the controls of one range.
     [[nodiscard]] RangeRow makeRow(const QString& name, QWidget* parent);
-    [[nodiscard]] CAxis& current() { return axes_[static_cast<std::size_t>(shown_[place_])]; }
-    /// The axis whose range stands in a row: the one in hand or its partner, or the one across that it
-    /// follows.
+    [[nodiscard]] CAxis& current() { return axes_[static_cast<std::size_t>(shown_[index_])]; }
+    /// The axis whose range a row shows: in the row of its own direction the edited axis, in the other row
+    /// the left or the bottom one. Where such an axis shows the range of the one across, it is the one
+    /// across.
+    /// \param vertical the row for the left and right axes
     [[nodiscard]] CAxis& axisOf(bool vertical);
     void showCurrent();
     static void showRange(const RangeRow& row, const CAxis& axis);
-    /// Takes the controls into the copies; false, with a message, when a range cannot be shown.
-    bool takeCurrent();
-    bool takeRange(const RangeRow& row, CAxis& axis, AxisScale scale);
+    /// Reads the controls into the copies.
+    /// \return false, after a message, when a range cannot be shown
+    bool readControls();
+    bool readRange(const RangeRow& row, CAxis& axis, AxisScale scale);
 
     CChart& chart_;
     IChartHost& host_;
     std::array<CAxis, allAxisSides.size()> axes_;
-    std::vector<AxisSide> shown_;
-    std::size_t place_ = 0;
+    std::vector<AxisSide> shown_;  ///< the axes that the dialog steps through
+    std::size_t index_ = 0;        ///< of the edited one among them
 
     CColorControl* name_;
     CColorControl* counter_;

@@ -59,7 +59,7 @@ bool CChart::replaceDataSet(int identifier, std::span<const double> values, std:
     if (old == nullptr || !data) {
         return false;
     }
-    old->takeValues(std::move(*data));
+    old->moveValuesFrom(std::move(*data));
     refitAfter(false);
     return true;
 }
@@ -165,7 +165,7 @@ AxisSide CChart::leaderOf(AxisSide side) const {
 
 void CChart::setAutoRange(bool automatic) {
     for (CAxis& axis : axes_) {
-        // "Automatic" means for a follower that it follows; the one across takes over where it is not.
+        // An axis that shows the range of the one across is automatic: if it were not, it would show its own.
         if (automatic || leaderOf(axis.side()) == axis.side()) {
             axis.setAutomatic(automatic);
         }
@@ -192,7 +192,7 @@ void CChart::refitAfter(bool layoutTouched) {
             changed |= axis.fit(dataExtent(axis), fitsExactly());
         }
     }
-    // An axis without data of its own shows what the one across shows.
+    // An axis without data of its own shows the range of the one across.
     for (CAxis& mirror : axes_) {
         const CAxis& across = axis(leaderOf(mirror.side()));
         if (mirror.range() != across.range() || mirror.scale() != across.scale()) {

@@ -26,7 +26,7 @@ std::optional<CChartData> CChartData::make(std::span<const double> values, std::
     return data;
 }
 
-void CChartData::takeValues(CChartData&& other) {
+void CChartData::moveValuesFrom(CChartData&& other) {
     values_ = std::move(other.values_);
     dimensions_ = std::move(other.dimensions_);
 }

@@ -10,11 +10,11 @@
 namespace tessavo {
 namespace {
 
-// The longest style of a family is read whole.
+// Wide enough to show the longest name of a style.
 constexpr QSize fontDialogSize(720, 460);
 
-/// The same font as the dialog has it in its lists, which know families by one name and weights by their
-/// styles.
+/// The same font in the terms of the dialog's lists, which know a family by one name and a weight by the name
+/// of its style.
 QFont listed(const QFont& font) {
     const QFontInfo info(font);
     QFont start(info.family());
@@ -24,10 +24,10 @@ QFont listed(const QFont& font) {
     QString nearest;
     int least = 0;
     for (const QString& style : QFontDatabase::styles(info.family())) {
-        // The toolkit calls an oblique style upright.
+        // The toolkit does not count oblique styles as italic.
         const bool slanted =
             QFontDatabase::italic(info.family(), style) || style.contains(QLatin1String("Oblique"));
-        // A wide or narrow variant comes last: it says so in its name.
+        // A narrow variant, which can be told by its name only, is chosen last.
         const int distance = std::abs(QFontDatabase::weight(info.family(), style) - info.weight()) * 10 +
                              (slanted != info.italic() ? 100'000 : 0) +
                              (style.contains(QLatin1String("Condensed")) ? 1'000'000 : 0);
@@ -47,7 +47,7 @@ std::optional<QFont> DialogChartHost::askFont(QWidget* parent, const QFont& curr
     dialog.setOption(QFontDialog::DontUseNativeDialog);
     dialog.setCurrentFont(listed(current));
     dialog.resize(fontDialogSize.boundedTo(roomOnScreen(parent)));
-    // The lists may have rounded what they were given.
+    // The lists may have rounded the font; if the person changes nothing, the exact one is returned.
     const QFont start = dialog.currentFont();
     if (dialog.exec() != QDialog::Accepted) {
         return std::nullopt;

@@ -46,7 +46,7 @@ bool labelsTouch(const std::vector<PlacedTick>& ticks, bool vertical) {
 }
 
 /// Moves a label back inside the chart where it would stick out.
-QRectF keptInside(QRectF label, const QRectF& outer) {
+QRectF movedInside(QRectF label, const QRectF& outer) {
     label.moveLeft(std::max(std::min(label.left(), outer.right() - 2 - label.width()), outer.left() + 2));
     label.moveTop(std::max(std::min(label.top(), outer.bottom() - 2 - label.height()), outer.top() + 2));
     return label;
@@ -77,7 +77,7 @@ double labelDistance(const CAxis& axis, double overhang) {
     return axis.isVertical() ? gap : std::max(gap, overhang);
 }
 
-QRectF labelPlace(const CAxis& axis, const QRectF& box, double position, QSizeF size, double gap) {
+QRectF labelRect(const CAxis& axis, const QRectF& box, double position, QSizeF size, double gap) {
     switch (axis.side()) {
         case AxisSide::left:
             return {{box.left() - gap - size.width(), position - size.height() / 2}, size};
@@ -91,41 +91,41 @@ QRectF labelPlace(const CAxis& axis, const QRectF& box, double position, QSizeF 
     return {};
 }
 
-/// What the ticks of one axis are placed into.
-struct Surroundings {
+/// The rectangles that ticks and labels of one axis must fit.
+struct TickBounds {
     QRectF outer;
     QRectF box;
     double overhang = 0;
 };
 
-std::vector<PlacedTick> placedWith(const CAxis& axis, int maxMajor, const Surroundings& around) {
-    const QRectF& box = around.box;
-    const double gap = labelDistance(axis, around.overhang);
+std::vector<PlacedTick> ticksWithAtMost(const CAxis& axis, int maxMajor, const TickBounds& bounds) {
+    const QRectF& box = bounds.box;
+    const double gap = labelDistance(axis, bounds.overhang);
     const TickSet set = axis.ticks(maxMajor);
     const QFontMetricsF metrics(axis.look().labelFont);
-    std::vector<PlacedTick> placed;
-    placed.reserve(set.ticks.size());
+    std::vector<PlacedTick> ticks;
+    ticks.reserve(set.ticks.size());
     for (const Tick& tick : set.ticks) {
         const double fraction = std::clamp(axis.fraction(tick.value), 0.0, 1.0);
-        PlacedTick place{tick, 0, {}, {}};
-        place.position =
+        PlacedTick placed{tick, 0, {}, {}};
+        placed.position =
             axis.isVertical() ? box.bottom() - fraction * box.height() : box.left() + fraction * box.width();
         if (tick.labelled && axis.look().tickLabels) {
-            place.label = tickLabel(tick.value, set.resolution, axis.look().labels);
-            const QSizeF size(metrics.horizontalAdvance(place.label), metrics.height());
-            place.labelBox = keptInside(labelPlace(axis, box, place.position, size, gap), around.outer);
+            placed.label = tickLabel(tick.value, set.resolution, axis.look().labels);
+            const QSizeF size(metrics.horizontalAdvance(placed.label), metrics.height());
+            placed.labelBox = movedInside(labelRect(axis, box, placed.position, size, gap), bounds.outer);
         }
-        placed.push_back(std::move(place));
+        ticks.push_back(std::move(placed));
     }
-    return placed;
+    return ticks;
 }
 
-std::vector<PlacedTick> placedFor(const CAxis& axis, const Surroundings& around) {
+std::vector<PlacedTick> ticksWithoutOverlap(const CAxis& axis, const TickBounds& bounds) {
     if (!axis.isShown()) {
         return {};
     }
     for (int maxMajor = axis.look().majorTicks; maxMajor > 0; --maxMajor) {
-        std::vector<PlacedTick> ticks = placedWith(axis, maxMajor, around);
+        std::vector<PlacedTick> ticks = ticksWithAtMost(axis, maxMajor, bounds);
         if (!labelsTouch(ticks, axis.isVertical())) {
             return ticks;
         }
@@ -133,20 +133,21 @@ std::vector<PlacedTick> placedFor(const CAxis& axis, const Surroundings& around)
     return {};
 }
 
-/// In a chart too small for its labels those of one axis reach those of another: the later ones give way.
+/// In a chart that is too small for its labels, labels of one axis may overlap those of another; then the
+/// later ones are left out.
 void dropOverlapping(ChartLayout& layout) {
-    std::vector<QRectF> kept;
+    std::vector<QRectF> shown;
     for (std::vector<PlacedTick>& ticks : layout.ticks) {
-        const std::size_t others = kept.size();
+        const std::size_t others = shown.size();
         for (PlacedTick& placed : ticks) {
             const auto meets = [&placed](const QRectF& other) { return other.intersects(placed.labelBox); };
             if (!placed.label.isEmpty() &&
-                std::any_of(kept.begin(), kept.begin() + static_cast<std::ptrdiff_t>(others), meets)) {
+                std::any_of(shown.begin(), shown.begin() + static_cast<std::ptrdiff_t>(others), meets)) {
                 placed.label.clear();
                 placed.labelBox = {};
             }
             if (!placed.label.isEmpty()) {
-                kept.push_back(placed.labelBox);
+                shown.push_back(placed.labelBox);
             }
         }
     }
@@ -263,26 +264,26 @@ void drawTitle(QPainter& painter, const ChartLayout& layout, const CAxis& axis, 
     const QFontMetricsF metrics(look.titleFont);
     const double room = outer.width() * (axis.side() == AxisSide::bottom ? 0.9 : 0.3);
     const QString title = metrics.elidedText(look.title, Qt::ElideRight, room);
-    QRectF place({0, 0}, QSizeF(metrics.horizontalAdvance(title), metrics.height()));
+    QRectF rect({0, 0}, QSizeF(metrics.horizontalAdvance(title), metrics.height()));
     const double row = box.top() - titleGap - rowDepth;
     switch (axis.side()) {
         case AxisSide::left:
-            place.moveBottomRight({box.left() - textMargin, row});
+            rect.moveBottomRight({box.left() - textMargin, row});
             break;
         case AxisSide::right:
-            place.moveBottomLeft({box.right() + textMargin, row});
+            rect.moveBottomLeft({box.right() + textMargin, row});
             break;
         case AxisSide::bottom:
-            place.moveBottomRight({box.right() + 8, outer.bottom() - 10});
+            rect.moveBottomRight({box.right() + 8, outer.bottom() - 10});
             break;
         case AxisSide::top:
-            place.moveCenter({box.center().x(), 0});
-            place.moveBottom(row);
+            rect.moveCenter({box.center().x(), 0});
+            rect.moveBottom(row);
             break;
     }
     painter.setFont(look.titleFont);
     painter.setPen(QColor(theme::text3));
-    painter.drawText(keptInside(place, outer.adjusted(4, 0, -4, 0)), Qt::AlignCenter | Qt::TextDontClip,
+    painter.drawText(movedInside(rect, outer.adjusted(4, 0, -4, 0)), Qt::AlignCenter | Qt::TextDontClip,
                      title);
 }
 
@@ -329,7 +330,8 @@ QRectF boxInside(const QRectF& outer, std::span<const CAxis> axes, const QString
         top += textHeight(titleFont) + 4;
     }
     const double height = std::max(leastBox, outer.height() - top - bottom);
-    // The height is settled, and with it the labels of the upright axes and the width that they take.
+    // The height is known now; the labels of the vertical axes follow from it, and their width from the
+    // labels.
     const QRectF upright(outer.left(), outer.top() + top, leastBox, height);
     const QRectF anywhere(-1e6, -1e6, 2e6, 2e6);
     for (const CAxis& axis : axes) {
@@ -338,7 +340,7 @@ QRectF boxInside(const QRectF& outer, std::span<const CAxis> axes, const QString
         }
         const double marks = axis.look().tickMarks ? markLength : 0;
         const double width =
-            widestLabel(placedFor(axis, {anywhere, upright, reach})) + textMargin + marks + 6;
+            widestLabel(ticksWithoutOverlap(axis, {anywhere, upright, reach})) + textMargin + marks + 6;
         double& side = axis.side() == AxisSide::left ? left : right;
         side = std::max(side, width);
     }
@@ -351,7 +353,8 @@ ChartLayout placeTicks(const QRectF& outer, const QRectF& box, std::span<const C
     layout.outer = outer;
     layout.box = box;
     for (const CAxis& axis : axes) {
-        layout.ticks[static_cast<std::size_t>(axis.side())] = placedFor(axis, {outer, box, overhang(axes)});
+        layout.ticks[static_cast<std::size_t>(axis.side())] =
+            ticksWithoutOverlap(axis, {outer, box, overhang(axes)});
     }
     dropOverlapping(layout);
     return layout;
@@ -388,10 +391,10 @@ void drawFrame(QPainter& painter, const ChartLayout& layout, std::span<const CAx
     if (!title.isEmpty()) {
         painter.setFont(titleFont);
         painter.setPen(QColor(theme::text));
-        const QRectF place(layout.outer.left() + 8, layout.outer.top() + 6, layout.outer.width() - 16,
-                           textHeight(titleFont));
-        const QString fitting = QFontMetricsF(titleFont).elidedText(title, Qt::ElideRight, place.width());
-        painter.drawText(place, Qt::AlignCenter, fitting);
+        const QRectF rect(layout.outer.left() + 8, layout.outer.top() + 6, layout.outer.width() - 16,
+                          textHeight(titleFont));
+        const QString fitting = QFontMetricsF(titleFont).elidedText(title, Qt::ElideRight, rect.width());
+        painter.drawText(rect, Qt::AlignCenter, fitting);
     }
     painter.restore();
 }

@@ -3,6 +3,7 @@
 #include <QActionGroup>
 #include <algorithm>
 #include <functional>
+#include <memory>
 #include <span>
 #include <vector>
 
@@ -60,8 +61,8 @@ void addAxisMenu(QMenu& menu, CChart& chart, const CAxis& axis) {
 
 }  // namespace
 
-QMenu* makeChartMenu(CChart& chart, CChartView& view) {
-    auto* const menu = new QMenu(&view);
+std::unique_ptr<QMenu> makeChartMenu(CChart& chart, CChartView& view) {
+    auto menu = std::make_unique<QMenu>(&view);
     QObject::connect(menu->addAction(QStringLiteral("Settings...")), &QAction::triggered, &view,
                      &CChartView::openSettings);
     QAction* const autoRange = menu->addAction(QStringLiteral("Auto range"));

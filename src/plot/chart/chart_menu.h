@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QMenu>
+#include <memory>
 
 #include "plot/chart/chart.h"
 
@@ -8,7 +9,8 @@ namespace tessavo {
 
 class CChartView;
 
-/// Context menu of a chart; its entries act on the chart and the view that it was made for.
-[[nodiscard]] QMenu* makeChartMenu(CChart& chart, CChartView& view);
+/// Makes the context menu of a chart. Its entries act on the chart and on the view that shows it; the view is
+/// the menu's parent.
+[[nodiscard]] std::unique_ptr<QMenu> makeChartMenu(CChart& chart, CChartView& view);
 
 }  // namespace tessavo

@@ -45,7 +45,7 @@ void drawReadout(QPainter& painter, const ChartReadout& readout, const QRectF& b
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setClipRect(box);
     drawHairline(painter, {readout.point.x(), box.top()}, {readout.point.x(), box.bottom()}, theme::edge);
-    // On the edge the mark is seen whole; beyond it is none.
+    // A mark on the edge of the box is drawn whole, so nothing is clipped; outside the box there is none.
     painter.setClipping(false);
     if (box.adjusted(-0.5, -0.5, 0.5, 0.5).contains(readout.point)) {
         painter.setPen(QPen(QColor(chart_colors::box), 2));
@@ -64,13 +64,13 @@ void drawReadout(QPainter& painter, const ChartReadout& readout, const QRectF& b
 }  // namespace
 
 CChartView::CChartView(CChart& chart, IChartHost& host, QWidget* parent)
-    : QWidget(parent), chart_(chart), host_(host) {
+    : FocusTracked<QWidget>(parent), chart_(chart), host_(host) {
     setAttribute(Qt::WA_OpaquePaintEvent);
     setMouseTracking(true);
     setFocusPolicy(Qt::StrongFocus);
     setAccessibleName(QStringLiteral("Chart"));
     connect(&chart, &CChart::dataChanged, this, [this] {
-        dataAreTold_ = false;
+        dataAnnounced_ = false;
         update();
     });
     connect(&chart, &CChart::layoutChanged, this, [this] {
@@ -99,15 +99,15 @@ void CChartView::renewFrame() {
     }
     if (!frameIsFresh_) {
         frameIsFresh_ = true;
-        dataAreTold_ = false;
+        dataAnnounced_ = false;
         layout_ = chart_.layoutFor(rect());
         frame_.fill(QColor(theme::window));
         QPainter painter(&frame_);
         chart_.drawStatic(painter, layout_);
     }
-    if (!dataAreTold_) {
-        dataAreTold_ = true;
-        tellReadout();
+    if (!dataAnnounced_) {
+        dataAnnounced_ = true;
+        announceReadout();
     }
 }
 
@@ -122,7 +122,7 @@ void CChartView::paintEvent(QPaintEvent* /*event*/) {
             drawReadout(screen.painter(), *shown, layout_.box);
         }
     }
-    if (ring_.isShown()) {
+    if (isRingShown()) {
         painter.focusRing(rect(), 6);
     }
 }
@@ -141,7 +141,7 @@ QString CChartView::readoutText() const {
     return shown ? shown->text : QString();
 }
 
-void CChartView::tellReadout() {
+void CChartView::announceReadout() {
     const auto shown = readout();
     const QString text = shown ? shown->text : QString();
     if (text != accessibleDescription()) {
@@ -154,7 +154,7 @@ void CChartView::tellReadout() {
 void CChartView::setPointer(std::optional<QPointF> pointer) {
     if (pointer_ != pointer) {
         pointer_ = pointer;
-        tellReadout();
+        announceReadout();
         update();
     }
 }
@@ -171,52 +171,41 @@ void CChartView::leaveEvent(QEvent* event) {
 void CChartView::keyPressEvent(QKeyEvent* event) {
     const QRectF box = chart_.layoutFor(rect()).box;
     const double step = event->modifiers().testFlag(Qt::ControlModifier) ? 20 : 1;
-    QPointF place = pointer_.value_or(box.center());
+    QPointF point = pointer_.value_or(box.center());
     if (event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier) {
-        openMenu(mapToGlobal(place.toPoint()));
+        openMenu(mapToGlobal(point.toPoint()));
         return;
     }
     switch (event->key()) {
         case Qt::Key_Left:
-            place.rx() -= step;
+            point.rx() -= step;
             break;
         case Qt::Key_Right:
-            place.rx() += step;
+            point.rx() += step;
             break;
         case Qt::Key_Home:
-            place.setX(box.left());
+            point.setX(box.left());
             break;
         case Qt::Key_End:
-            place.setX(box.right());
+            point.setX(box.right());
             break;
         default:
             QWidget::keyPressEvent(event);
             return;
     }
-    setPointer(QPointF(std::clamp(place.x(), box.left(), box.right()),
-                       std::clamp(place.y(), box.top(), box.bottom())));
-}
-
-void CChartView::focusInEvent(QFocusEvent* event) {
-    QWidget::focusInEvent(event);
-    ring_.focusIn(*event);
-    update();
-}
-
-void CChartView::focusOutEvent(QFocusEvent* event) {
-    QWidget::focusOutEvent(event);
-    ring_.focusOut(*event);
-    update();
+    setPointer(QPointF(std::clamp(point.x(), box.left(), box.right()),
+                       std::clamp(point.y(), box.top(), box.bottom())));
 }
 
 void CChartView::contextMenuEvent(QContextMenuEvent* event) {
     openMenu(event->globalPos());
 }
 
-void CChartView::openMenu(QPoint globalPlace) {
-    QMenu* const menu = makeChartMenu(chart_, *this);
+void CChartView::openMenu(QPoint globalPosition) {
+    // The view is its parent from here on, and the menu deletes itself when it closes.
+    QMenu* const menu = makeChartMenu(chart_, *this).release();
     menu->setAttribute(Qt::WA_DeleteOnClose);
-    menu->popup(globalPlace);
+    menu->popup(globalPosition);
 }
 
 void CChartView::openSettings() {

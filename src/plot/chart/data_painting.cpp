@@ -10,10 +10,6 @@
 namespace tessavo {
 namespace {
 
-bool hasPlace(QPointF point) {
-    return !std::isnan(point.x());
-}
-
 /// Whether a point belongs into the box; what stands on its edge does.
 bool standsIn(const QRectF& box, QPointF point) {
     constexpr double edge = 0.5;
@@ -25,7 +21,7 @@ std::vector<QPolygonF> unbrokenRuns(const QPolygonF& points) {
     std::vector<QPolygonF> runs;
     bool open = false;
     for (const QPointF& point : points) {
-        if (!hasPlace(point)) {
+        if (!isDrawable(point)) {
             open = false;
             continue;
         }
@@ -38,8 +34,9 @@ std::vector<QPolygonF> unbrokenRuns(const QPolygonF& points) {
     return runs;
 }
 
-// The cost of a shape grows with the square of its corners; parts of so many points are much cheaper.
-constexpr qsizetype partSize = 24;
+// Points of one polygon. Painting a polygon costs with the square of its corners, so several small ones are
+// much cheaper than a large one.
+constexpr qsizetype pieceSize = 24;
 
 /// Shades between a line and the floor. The line hides the edge, so that it need not be smooth; then
 /// neighbouring parts meet without a seam.
@@ -50,21 +47,21 @@ void drawShade(QPainter& painter, const QPolygonF& line, double floorY, const Da
     painter.setPen(Qt::NoPen);
     painter.setBrush(color);
     painter.setRenderHint(QPainter::Antialiasing, false);
-    for (qsizetype from = 0; from + 1 < line.size(); from += partSize) {
-        const qsizetype to = std::min(from + partSize, line.size() - 1);
-        QPolygonF part = line.mid(from, to - from + 1);
-        part.append({line[to].x(), floorY});
-        part.append({line[from].x(), floorY});
-        painter.drawPolygon(polygonInside(part, box));
+    for (qsizetype from = 0; from + 1 < line.size(); from += pieceSize) {
+        const qsizetype to = std::min(from + pieceSize, line.size() - 1);
+        QPolygonF piece = line.mid(from, to - from + 1);
+        piece.append({line[to].x(), floorY});
+        piece.append({line[from].x(), floorY});
+        painter.drawPolygon(polygonInside(piece, box));
     }
     painter.setRenderHint(QPainter::Antialiasing);
 }
 
 /// Strokes a solid line in parts. Each begins with the last segment of the one before, which joins them.
 void drawInParts(QPainter& painter, const QPolygonF& line) {
-    for (qsizetype start = 0; start + 1 < line.size(); start += partSize) {
+    for (qsizetype start = 0; start + 1 < line.size(); start += pieceSize) {
         const qsizetype from = std::max<qsizetype>(start - 1, 0);
-        const qsizetype to = std::min(start + partSize, line.size() - 1);
+        const qsizetype to = std::min(start + pieceSize, line.size() - 1);
         painter.drawPolyline(line.constData() + from, truncateTo<int>(static_cast<double>(to - from + 1)));
     }
 }
@@ -96,7 +93,7 @@ void drawBars(QPainter& painter, const QPolygonF& points, double floorY, const D
               const QRectF& box) {
     constexpr double loneBar = 12;
     QPolygonF bars;
-    std::ranges::copy_if(points, std::back_inserter(bars), hasPlace);
+    std::ranges::copy_if(points, std::back_inserter(bars), isDrawable);
     std::ranges::stable_sort(bars, {}, [](const QPointF& point) { return point.x(); });
     painter.setPen(Qt::NoPen);
     painter.setBrush(QColor(style.color));
@@ -124,13 +121,17 @@ void drawMarkers(QPainter& painter, const QPolygonF& points, const DataStyle& st
     const auto count = static_cast<std::size_t>(points.size());
     for (const std::size_t n : markedPoints(count, style.markerFrequency, style.markerCount)) {
         const QPointF& point = points[static_cast<qsizetype>(n)];
-        if (hasPlace(point) && standsIn(box, point)) {
+        if (isDrawable(point) && standsIn(box, point)) {
             drawMarker(painter, point, shape, style.markerSize, style.color);
         }
     }
 }
 
 }  // namespace
+
+bool isDrawable(QPointF point) {
+    return !std::isnan(point.x()) && !std::isnan(point.y());
+}
 
 QPolygonF placedPoints(const CChartData& data, const CAxis& xAxis, const CAxis& yAxis,
                        const ChartLayout& layout) {
@@ -140,8 +141,8 @@ QPolygonF placedPoints(const CChartData& data, const CAxis& xAxis, const CAxis& 
     for (std::size_t n = 0; n < data.pointCount(); ++n) {
         const double x = xAxis.fraction(data.xValues()[n]);
         const double y = yAxis.fraction(data.yValues()[n]);
-        const bool placed = !std::isnan(x) && !std::isnan(y) && data.limits.hold(data.yValues()[n]);
-        points.append(placed ? layout.point(x, y) : QPointF(nowhere, nowhere));
+        const bool drawable = !std::isnan(x) && !std::isnan(y) && data.limits.hold(data.yValues()[n]);
+        points.append(drawable ? layout.point(x, y) : QPointF(nowhere, nowhere));
     }
     return points;
 }
@@ -241,7 +242,7 @@ void drawDataSet(QPainter& painter, const QPolygonF& points, double floorY, cons
             break;
     }
     painter.restore();
-    // A mark on the edge is seen whole, so that its shape can be told.
+    // A marker on the edge is drawn whole, so that its shape can be recognised.
     for (const QPointF& point : lone) {
         if (standsIn(box, point)) {
             drawMarker(painter, point, MarkerShape::filled, style.lineSize * 2.0, style.color);

@@ -9,23 +9,34 @@
 
 namespace tessavo {
 
-/// Points of an x/y data set in the chart's coordinates; both coordinates are NaN where a point has no place.
+/// The points of an x/y data set in the chart's coordinates. Both coordinates are NaN for a point that cannot
+/// be drawn.
 [[nodiscard]] QPolygonF placedPoints(const CChartData& data, const CAxis& xAxis, const CAxis& yAxis,
                                      const ChartLayout& layout);
 
-/// Draws one x/y data set in its style: lines and bars within the box, and whole the marks of the points that
-/// stand in it.
-/// \param floorY where bars and shading start
+/// Whether placedPoints() found a position for a point.
+[[nodiscard]] bool isDrawable(QPointF point);
+
+/// Draws one x/y data set in its style. Lines and bars end at the edges of the box. Markers of points inside
+/// the box are drawn whole, even where they reach beyond its edges.
+/// \param painter draws in the chart's coordinates
+/// \param points from placedPoints()
+/// \param floorY y from which bars and shading start
+/// \param style of the data set
+/// \param box the space for data
 void drawDataSet(QPainter& painter, const QPolygonF& points, double floorY, const DataStyle& style,
                  const QRectF& box);
 
-/// Pen with the dashes of a line style.
+/// The pen for the lines of a style.
 [[nodiscard]] QPen linePen(const DataStyle& style);
 
-/// One marker around a point.
+/// Draws one marker around a point.
 void drawMarker(QPainter& painter, QPointF center, MarkerShape shape, double size, QRgb color);
 
-/// Numbers of the points that carry a marker, ascending.
+/// Indices of the points that carry a marker, ascending.
+/// \param pointCount points of the data set
+/// \param frequency which of them
+/// \param count see MarkerFrequency
 [[nodiscard]] std::vector<std::size_t> markedPoints(std::size_t pointCount, MarkerFrequency frequency,
                                                     int count);
 

@@ -52,9 +52,7 @@ void CDataSettingsDialog::layOut() {
     body().addLayout(head);
 
     auto* const lines = makeGroup(QStringLiteral("Lines"), this);
-    auto* const lineGrid = new QGridLayout(lines);
-    lineGrid->setContentsMargins(groupMargins);
-    lineGrid->setHorizontalSpacing(12);
+    QGridLayout* const lineGrid = makeGrid(lines);
     lineGrid->addWidget(makeLabel(QStringLiteral("Chart type"), lines), 0, 0);
     lineGrid->addWidget(type_, 0, 1);
     lineGrid->addWidget(swatch_, 0, 2);
@@ -71,9 +69,7 @@ void CDataSettingsDialog::layOut() {
     body().addWidget(lines);
 
     auto* const markers = makeGroup(QStringLiteral("Markers"), this);
-    auto* const markerGrid = new QGridLayout(markers);
-    markerGrid->setContentsMargins(groupMargins);
-    markerGrid->setHorizontalSpacing(12);
+    QGridLayout* const markerGrid = makeGrid(markers);
     markerGrid->addWidget(makeLabel(QStringLiteral("Marker"), markers), 0, 0);
     markerGrid->addWidget(marker_, 0, 1, 1, 2);
     markerGrid->addWidget(makeLabel(QStringLiteral("Marker size"), markers), 1, 0);
@@ -107,8 +103,8 @@ void CDataSettingsDialog::showColor() {
 
 void CDataSettingsDialog::showCurrent() {
     const bool any = !styles_.empty();
-    counter_->setText(QStringLiteral("Data set %1 of %2").arg(any ? place_ + 1 : 0).arg(styles_.size()));
-    const DataStyle style = any ? styles_[place_].second : DataStyle{};
+    counter_->setText(QStringLiteral("Data set %1 of %2").arg(any ? index_ + 1 : 0).arg(styles_.size()));
+    const DataStyle style = any ? styles_[index_].second : DataStyle{};
     type_->setCurrentIndex(static_cast<int>(style.type));
     lineStyle_->setCurrentIndex(static_cast<int>(style.lineStyle));
     lineSize_->setValue(style.lineSize);
@@ -124,14 +120,14 @@ void CDataSettingsDialog::showCurrent() {
         widget->setEnabled(any);
     }
     count_->setEnabled(any && style.markerFrequency != MarkerFrequency::everyPoint);
-    enableSteps(place_ > 0, place_ + 1 < styles_.size());
+    enableSteps(index_ > 0, index_ + 1 < styles_.size());
 }
 
-void CDataSettingsDialog::takeCurrent() {
+void CDataSettingsDialog::readControls() {
     if (styles_.empty()) {
         return;
     }
-    DataStyle& style = styles_[place_].second;
+    DataStyle& style = styles_[index_].second;
     style.type = static_cast<ChartType>(type_->currentIndex());
     style.lineStyle = static_cast<LineStyle>(lineStyle_->currentIndex());
     style.lineSize = lineSize_->value();
@@ -143,18 +139,18 @@ void CDataSettingsDialog::takeCurrent() {
 }
 
 void CDataSettingsDialog::step(int direction) {
-    const bool possible = direction < 0 ? place_ > 0 : place_ + 1 < styles_.size();
+    const bool possible = direction < 0 ? index_ > 0 : index_ + 1 < styles_.size();
     if (possible) {
-        takeCurrent();
-        place_ = direction < 0 ? place_ - 1 : place_ + 1;
+        readControls();
+        index_ = direction < 0 ? index_ - 1 : index_ + 1;
         showCurrent();
     }
 }
 
 bool CDataSettingsDialog::apply() {
-    takeCurrent();
+    readControls();
     for (const auto& [identifier, style] : styles_) {
-        // One that is gone by now needs no style.
+        // The data set may have been removed while the dialog was open.
         chart_.setDataSetStyle(identifier, style);
     }
     return true;

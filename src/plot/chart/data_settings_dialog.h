@@ -7,13 +7,13 @@
 
 namespace tessavo {
 
-/// "Data Settings": steps through the data sets and how they are drawn. Nothing changes in the chart before
-/// OK.
+/// The dialog "Data Settings": steps through the data sets and how they are drawn. It edits copies of the
+/// styles; OK gives them to the chart.
 class CDataSettingsDialog : public SettingsDialog {
     Q_OBJECT
 
  public:
-    /// \param chart, host outlive the dialog
+    /// Chart and host outlive the dialog.
     CDataSettingsDialog(CChart& chart, IChartHost& host, QWidget* parent = nullptr);
 
  protected:
@@ -23,13 +23,13 @@ class CDataSettingsDialog : public SettingsDialog {
  private:
     void layOut();
     void showCurrent();
-    void takeCurrent();
+    void readControls();
     void nameFrequencies();
     void showColor();
 
     CChart& chart_;
     std::vector<std::pair<int, DataStyle>> styles_;  ///< by identifier
-    std::size_t place_ = 0;
+    std::size_t index_ = 0;                          ///< of the edited one among them
     QRgb color_ = 0;
 
     CColorControl* counter_;

@@ -60,6 +60,13 @@ SkinGroupBox* makeGroup(const QString& title, QWidget* parent) {
     return new SkinGroupBox(title, noId, parent);
 }
 
+QGridLayout* makeGrid(QWidget* group) {
+    auto* const grid = new QGridLayout(group);
+    grid->setContentsMargins(groupMargins);
+    grid->setHorizontalSpacing(12);
+    return grid;
+}
+
 SettingsDialog::SettingsDialog(const QString& title, QWidget* parent)
     : CDialogSK(parent), body_(new QVBoxLayout(this)) {
     setWindowFlags(Qt::Dialog | Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint);
@@ -141,7 +148,7 @@ GridsGroup::GridsGroup(const CChart& chart, QWidget* parent)
       majorVertical_(makeCheck(QStringLiteral("Major Vertical Grids"), this)),
       minorHorizontal_(makeCheck(QStringLiteral("Minor Horizontal Grids"), this)),
       minorVertical_(makeCheck(QStringLiteral("Minor Vertical Grids"), this)) {
-    // Level lines stand at the ticks of the upright axis.
+    // Horizontal grid lines belong to the ticks of the vertical axis.
     const AxisLook& upright = chart.axis(AxisSide::left).look();
     const AxisLook& level = chart.axis(AxisSide::bottom).look();
     majorHorizontal_->setChecked(upright.majorGrid);

@@ -15,6 +15,8 @@
 #include "plot/chart/chart.h"
 #include "plot/chart/chart_host.h"
 
+class QGridLayout;
+
 namespace tessavo {
 
 // Makers of the settings dialogs' controls: each has its look, its name for a screen reader and a parent.
@@ -25,9 +27,11 @@ namespace tessavo {
 [[nodiscard]] SpinEdit* makeSpin(const QString& name, int minimum, int maximum, QWidget* parent);
 [[nodiscard]] SkinCheckBox* makeCheck(const QString& text, QWidget* parent);
 [[nodiscard]] CColorControl* makeLabel(const QString& text, QWidget* parent);
-/// A group with room for its title above whatever its layout holds.
+/// A group box; its layout gets the margins `groupMargins`, which leave room for the title.
 [[nodiscard]] SkinGroupBox* makeGroup(const QString& title, QWidget* parent);
 inline constexpr QMargins groupMargins{12, 30, 12, 12};
+/// The grid layout of a group, with its margins and with the usual distance between columns.
+[[nodiscard]] QGridLayout* makeGrid(QWidget* group);
 
 /// Dialog with "OK" (Enter) and "Cancel" (Escape) at its foot.
 class SettingsDialog : public CDialogSK {
@@ -37,14 +41,15 @@ class SettingsDialog : public CDialogSK {
     SettingsDialog(const QString& title, QWidget* parent);
 
  protected:
-    /// Takes what stands in the controls; false keeps the dialog open.
+    /// Applies what stands in the controls to the chart. Called by OK.
+    /// \return false to keep the dialog open
     virtual bool apply() = 0;
 
     [[nodiscard]] QVBoxLayout& body() { return *body_; }
-    /// Call once, after the body is filled.
-    /// \param steps adds "<< Previous" and "Next >>" in front
+    /// Adds the row of buttons. A derived class calls it once, after it has filled the body.
+    /// \param steps whether "<< Previous" and "Next >>" stand in front
     void addFoot(bool steps);
-    /// Another item was asked for: -1 or 1.
+    /// Called by "<< Previous" with -1 and by "Next >>" with 1.
     virtual void step(int /*direction*/) {}
     void enableSteps(bool previous, bool next);
 
@@ -54,7 +59,7 @@ class SettingsDialog : public CDialogSK {
     CxSkinButton* next_ = nullptr;
 };
 
-/// Title text and title font.
+/// Controls for a title and its font.
 class TitleGroup : public SkinGroupBox {
     Q_OBJECT
 
@@ -72,7 +77,7 @@ class TitleGroup : public SkinGroupBox {
     QFont font_;
 };
 
-/// The four grids of the left and the bottom axis.
+/// Check boxes for the four grids: major and minor lines of the left and the bottom axis.
 class GridsGroup : public SkinGroupBox {
     Q_OBJECT
 
@@ -87,7 +92,7 @@ class GridsGroup : public SkinGroupBox {
     SkinCheckBox* minorVertical_;
 };
 
-/// Name, size and style of a font, for people.
+/// A font in words: name, size and style.
 [[nodiscard]] QString fontDescription(const QFont& font);
 
 }  // namespace tessavo

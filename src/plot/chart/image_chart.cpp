@@ -95,10 +95,10 @@ void CImageChart::drawData(QPainter& painter, const ChartLayout& layout) const {
 
 void CImageChart::drawStraight(QPainter& painter, const ChartLayout& layout) const {
     const QSizeF cells = image().size();
-    const auto place = [&](double column, double row) {
+    const auto pointOf = [&](double column, double row) {
         return layout.point(axis(AxisSide::bottom).fraction(column), axis(AxisSide::left).fraction(row));
     };
-    const QRectF target(place(0, cells.height()), place(cells.width(), 0));
+    const QRectF target(pointOf(0, cells.height()), pointOf(cells.width(), 0));
     painter.drawImage(target, image());
 }
 
@@ -144,13 +144,13 @@ void CImageChart::drawCurved(QPainter& painter, const ChartLayout& layout) const
     painter.drawImage(back.mapRect(QRectF(device)), picture);
 }
 
-std::optional<ChartReadout> CImageChart::readoutAt(const ChartLayout& layout, QPointF place) const {
+std::optional<ChartReadout> CImageChart::readoutAt(const ChartLayout& layout, QPointF point) const {
     const CChartData* const data = shown();
-    if (data == nullptr || !layout.box.contains(place)) {
+    if (data == nullptr || !layout.box.contains(point)) {
         return std::nullopt;
     }
-    const double x = (place.x() - layout.box.left()) / layout.box.width();
-    const double y = (layout.box.bottom() - place.y()) / layout.box.height();
+    const double x = (point.x() - layout.box.left()) / layout.box.width();
+    const double y = (layout.box.bottom() - point.y()) / layout.box.height();
     const auto column = truncateTo<int>(std::floor(axis(AxisSide::bottom).valueAt(x)));
     const auto row = truncateTo<int>(std::floor(axis(AxisSide::left).valueAt(y)));
     const int rows = data->dimensions()[0];
@@ -160,7 +160,7 @@ std::optional<ChartReadout> CImageChart::readoutAt(const ChartLayout& layout, QP
     }
     const auto index =
         static_cast<std::size_t>(row) * static_cast<std::size_t>(columns) + static_cast<std::size_t>(column);
-    return ChartReadout{place, QStringLiteral("%1, %2   %3")
+    return ChartReadout{point, QStringLiteral("%1, %2   %3")
                                    .arg(column)
                                    .arg(row)
                                    .arg(QString::fromStdString(shortNumber(data->values()[index])))};
@@ -171,7 +171,7 @@ QRectF CImageChart::shapedBox(const QRectF& available) const {
     if (data == nullptr || (scalesToWindow_ && !maintainsAspectRatio_)) {
         return available;
     }
-    // What is shown may be more or less than the image.
+    // The axes may show more than the image or only a piece of it.
     const auto lengthOf = [this](AxisSide side) {
         const AxisRange& range = axis(side).range();
         return std::clamp(range.maximum - range.minimum, 1e-9, 1e9);

@@ -9,10 +9,10 @@ namespace tessavo {
 
 /// Shows a two-dimensional data set as an image: one cell a value, coloured from the smallest to the largest.
 ///
-/// The first dimension counts rows from the bottom, the second columns from the left: cell n reaches from n
-/// to n + 1 on its axis. The first data set with two dimensions is shown. Cells that are not finite stay
-/// empty. On a logarithmic axis the first cell, which has no end there, is seen from 0.5 on, as wide as the
-/// second.
+/// The first dimension counts rows from the bottom, the second columns from the left; cell n reaches from n
+/// to n + 1 on its axis. The first data set with two dimensions is shown. Cells whose value is not finite
+/// stay empty. The first cell would reach infinitely far on a logarithmic axis, which has no 0: there it
+/// begins at 0.5, so that it is as wide as the second.
 class CImageChart : public CChart {
     Q_OBJECT
 
@@ -23,18 +23,20 @@ class CImageChart : public CChart {
     [[nodiscard]] bool maintainsAspectRatio() const { return maintainsAspectRatio_; }
     [[nodiscard]] bool scalesToWindow() const { return scalesToWindow_; }
 
-    /// \return false for an identifier that names no colour table
+    /// Chooses a built-in colour table.
+    /// \return false, and nothing is changed, for an identifier that names none
     bool setPalette(int identifier);
-    /// One step of the bottom axis' range is as long as one of the left axis'.
+    /// Whether a step of the bottom axis is as long on the screen as a step of the left one, so that cells
+    /// are square.
     void setMaintainsAspectRatio(bool maintain);
-    /// Fills the window; otherwise a step of the ranges, the width of a cell, is one pixel where there is
-    /// room for all of them.
+    /// Whether the image fills the window. Otherwise a cell is one pixel wide and high, if there is room for
+    /// all of them.
     void setScalesToWindow(bool scale);
 
     void drawData(QPainter& painter, const ChartLayout& layout) const override;
-    /// Column, row and value of the cell under the place.
+    /// Column, row and value of the cell at a point.
     [[nodiscard]] std::optional<ChartReadout> readoutAt(const ChartLayout& layout,
-                                                        QPointF place) const override;
+                                                        QPointF point) const override;
 
  protected:
     [[nodiscard]] QRectF shapedBox(const QRectF& available) const override;

@@ -9,7 +9,7 @@
 namespace tessavo {
 namespace {
 
-/// Oklab: equal steps in it look equally large.
+/// A colour in the Oklab colour space, in which equal distances look equally large.
 struct Lab {
     double lightness = 0, a = 0, b = 0;
 };
@@ -108,9 +108,9 @@ const std::array<Table, CImagePalette::lastIdentifier - CImagePalette::firstIden
 
 /// Colour at a share of the way along evenly spaced anchors.
 Lab along(const std::vector<Lab>& anchors, double share) {
-    const double place = share * static_cast<double>(anchors.size() - 1);
-    const auto from = std::min(truncateTo<std::size_t>(place), anchors.size() - 2);
-    return mixed(anchors[from], anchors[from + 1], place - static_cast<double>(from));
+    const double position = share * static_cast<double>(anchors.size() - 1);
+    const auto from = std::min(truncateTo<std::size_t>(position), anchors.size() - 2);
+    return mixed(anchors[from], anchors[from + 1], position - static_cast<double>(from));
 }
 
 /// Colour with a given lightness on a way whose lightness only rises or only falls.
@@ -134,7 +134,7 @@ Lab colorAt(const Table& table, const std::vector<Lab>& anchors, std::size_t ind
         case Spacing::lightness:
             return withLightness(anchors, share);
         case Spacing::cyclic:
-            // The colour behind the last one is the first again.
+            // A cyclic table goes on with its first colour after the last.
             return along(anchors, static_cast<double>(index) / CImagePalette::colorCount);
         case Spacing::banded:
             return along(anchors, std::floor(static_cast<double>(index) / 16.0) / 15.0);
@@ -174,8 +174,8 @@ QString CImagePalette::nameOf(int identifier) {
 }
 
 QRgb CImagePalette::color(int index) const {
-    const auto place = static_cast<std::size_t>(std::clamp(index, 0, 255)) * 3;
-    return qRgb(bytes_[place], bytes_[place + 1], bytes_[place + 2]);
+    const auto offset = static_cast<std::size_t>(std::clamp(index, 0, 255)) * 3;
+    return qRgb(bytes_[offset], bytes_[offset + 1], bytes_[offset + 2]);
 }
 
 QRgb CImagePalette::colorOf(double value, double minimum, double maximum) const {

@@ -21,20 +21,23 @@ class CImagePalette {
     static constexpr std::size_t colorCount = 256;
     static constexpr std::size_t byteCount = 3 * colorCount;
 
-    /// \return nothing for an identifier that names no built-in table
+    /// A built-in table.
+    /// \param identifier firstIdentifier to lastIdentifier
+    /// \return nothing for any other identifier
     static std::optional<CImagePalette> load(int identifier);
     /// Name of a built-in table; empty for others.
     [[nodiscard]] static QString nameOf(int identifier);
 
-    /// Starts with the grey table.
+    /// The table of greys.
     CImagePalette();
 
     [[nodiscard]] int identifier() const { return identifier_; }
     [[nodiscard]] std::span<const std::uint8_t, byteCount> bytes() const { return bytes_; }
-    /// \param index 0 to 255, clamped
+    /// A colour of the table.
+    /// \param index 0 to 255; others are clamped
     [[nodiscard]] QRgb color(int index) const;
-    /// Colour of a value between two others; the middle of the table when they are equal, transparent when
-    /// the value is not finite.
+    /// The colour of a value between a minimum and a maximum. It is the middle of the table when these two
+    /// are equal, and transparent when the value is not finite.
     [[nodiscard]] QRgb colorOf(double value, double minimum, double maximum) const;
 
  private:

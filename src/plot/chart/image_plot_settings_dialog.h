@@ -5,12 +5,12 @@
 
 namespace tessavo {
 
-/// "Image Plot Settings": colour table, grids and how the image fills the window.
+/// The dialog "Image Plot Settings": colour table, grids and how the image fills the window.
 class CImagePlotSettingsDialog : public SettingsDialog {
     Q_OBJECT
 
  public:
-    /// \param chart, host outlive the dialog
+    /// Chart and host outlive the dialog.
     CImagePlotSettingsDialog(CImageChart& chart, IChartHost& host, QWidget* parent = nullptr);
 
  protected:

@@ -10,19 +10,20 @@ namespace tessavo {
 namespace {
 
 QPolygonF withoutLevelPoints(const QPolygonF& line) {
-    QPolygonF kept;
-    kept.reserve(line.size());
+    QPolygonF reduced;
+    reduced.reserve(line.size());
     for (const QPointF& point : line) {
-        const qsizetype count = kept.size();
-        // Only a stretch in one direction is level; a stroke that turns back must keep its turn.
-        if (count >= 2 && kept[count - 1].y() == point.y() && kept[count - 2].y() == point.y() &&
-            (kept[count - 1].x() - kept[count - 2].x()) * (point.x() - kept[count - 1].x()) >= 0) {
-            kept[count - 1] = point;
+        const qsizetype count = reduced.size();
+        // Points may be left out only while the line goes on in one direction; where it turns back, the turn
+        // must stay.
+        if (count >= 2 && reduced[count - 1].y() == point.y() && reduced[count - 2].y() == point.y() &&
+            (reduced[count - 1].x() - reduced[count - 2].x()) * (point.x() - reduced[count - 1].x()) >= 0) {
+            reduced[count - 1] = point;
         } else {
-            kept.append(point);
+            reduced.append(point);
         }
     }
-    return kept;
+    return reduced;
 }
 
 struct Column {
@@ -90,11 +91,11 @@ QPolygonF cutOff(const QPolygonF& polygon, Depth depth) {
         const QPointF& previous = polygon[n == 0 ? polygon.size() - 1 : n - 1];
         const QPointF& point = polygon[n];
         const double before = depth(previous);
-        const double here = depth(point);
-        if ((before < 0) != (here < 0)) {
-            cut.append(previous + before / (before - here) * (point - previous));
+        const double index = depth(point);
+        if ((before < 0) != (index < 0)) {
+            cut.append(previous + before / (before - index) * (point - previous));
         }
-        if (here >= 0) {
+        if (index >= 0) {
             cut.append(point);
         }
     }
@@ -104,22 +105,22 @@ QPolygonF cutOff(const QPolygonF& polygon, Depth depth) {
 }  // namespace
 
 QPolygonF thinned(const QPolygonF& line, double columnWidth) {
-    QPolygonF kept = withoutLevelPoints(line);
-    if (columnWidth <= 0 || kept.size() < 4) {
-        return kept;
+    QPolygonF reduced = withoutLevelPoints(line);
+    if (columnWidth <= 0 || reduced.size() < 4) {
+        return reduced;
     }
     QPolygonF thin;
-    thin.reserve(kept.size());
-    Column column(kept.first());
-    double place = std::floor(kept.first().x() / columnWidth);
-    for (qsizetype n = 1; n < kept.size(); ++n) {
-        const double here = std::floor(kept[n].x() / columnWidth);
-        if (here == place) {
-            column.take(kept[n]);
+    thin.reserve(reduced.size());
+    Column column(reduced.first());
+    double columnIndex = std::floor(reduced.first().x() / columnWidth);
+    for (qsizetype n = 1; n < reduced.size(); ++n) {
+        const double index = std::floor(reduced[n].x() / columnWidth);
+        if (index == columnIndex) {
+            column.take(reduced[n]);
         } else {
             column.appendTo(thin);
-            column = Column(kept[n]);
-            place = here;
+            column = Column(reduced[n]);
+            columnIndex = index;
         }
     }
     column.appendTo(thin);

@@ -25,8 +25,8 @@
 namespace tessavo {
 namespace {
 
-// The middle of the range may be scrolled so far, which shows the slope of a second-order crossover up to 16
-// kHz down to 20 Hz; further when a range is set there.
+// How far the middle of the range can be scrolled: enough to see the slope of a second-order crossover at 16
+// kHz down to 20 Hz. A range that a person sets further away can be scrolled that far.
 constexpr int scrollReachDb = 120;
 
 constexpr int maximumId = 1;
@@ -38,11 +38,12 @@ constexpr int curveNoteId = 5;
 // The longest text of a double that reads as the same double.
 constexpr int longestLimit = 24;
 constexpr int limitDigits = 15;
-// A response of nothing, or of endlessly much, has these for its decibels: they are kept and saved, but a
-// line to them would hide all others.
+// A response of zero, or an infinite one, saturates at these values. They stay in the data, but are not
+// drawn: a line to them would hide all others.
 constexpr ValueLimits curveLimits{std::numeric_limits<std::int32_t>::min(),
                                   std::numeric_limits<std::int32_t>::max()};
-// So far the slider counts; a range beyond is at its end, and scrolls from there.
+// The farthest middle that the slider counts to. For a range beyond it the slider stands at its end and
+// scrolls from there.
 constexpr int farthestMiddle = 1'000'000'000;
 
 // Levels have a decimal everywhere in the program.
@@ -63,7 +64,7 @@ QString limitText(double value, const NumberEdit& box) {
     return QString::fromStdString(shortNumber(value, 1));
 }
 
-// A limit that nobody has changed has more digits than its text.
+// A limit whose text nobody has changed keeps the digits that the text does not show.
 std::optional<double> limitOf(const NumberEdit& box, double current) {
     return box.text() == limitText(current, box) ? current : typedNumber(box.text().trimmed().toStdString());
 }
@@ -142,7 +143,7 @@ void CPlotDlg::setCurveNotes(const QStringList& notes) {
 }
 
 void CPlotDlg::fitInto(QSize room) {
-    // What caption and frame take on usual desktops.
+    // Room for caption and frame of usual desktops.
     constexpr QSize around(8, 32);
     layOut((room - around).boundedTo(pixelSize).expandedTo(leastSize));
 }
@@ -169,7 +170,7 @@ void CPlotDlg::showCentred() {
     show();
     QRect frame = frameGeometry();
     frame.moveCenter(available.center());
-    // On a screen that is too small the caption has to stay within reach.
+    // On a screen that is too small the caption must stay visible, so that the window can be moved.
     frame.moveTop(std::max(frame.top(), available.top()));
     move(frame.topLeft());
     raise();
@@ -190,7 +191,7 @@ bool CPlotDlg::event(QEvent* event) {
 
 void CPlotDlg::closeEvent(QCloseEvent* event) {
     event->accept();
-    // A close that the system asks for twice is told once.
+    // The system may ask twice; the signal is emitted once.
     if (isVisible()) {
         hide();
         Q_EMIT closedByUser();
@@ -218,8 +219,8 @@ void CPlotDlg::applyRange() {
 }
 
 void CPlotDlg::scrollTo(int position) {
-    // The slider counts downwards, the axis upwards. Each place is taken from where the scrolling began, so
-    // that its way there does not matter.
+    // The slider counts downwards, the axis upwards. Each position is counted from where the scrolling began,
+    // so that rounding on the way does not add up.
     const double shift = static_cast<double>(scrollPosition_) - position;
     const AxisRange range{scrollRange_.minimum + shift, scrollRange_.maximum + shift};
     if (range != chart_.axis(AxisSide::left).range()) {
@@ -239,7 +240,7 @@ void CPlotDlg::showRange() {
 
 void CPlotDlg::placeSlider() {
     scrollRange_ = chart_.axis(AxisSide::left).range();
-    // Under the hand the slider keeps its scale and its place.
+    // While a person drags the slider, its range and position must not change.
     if (!slider_->isDragging()) {
         const int middle = wholeMiddle(scrollRange_);
         const int reach = std::max(scrollReachDb, std::abs(middle));

@@ -15,31 +15,34 @@ class CxSkinButton;
 class NoteMark;
 class NumberEdit;
 
-/// The plot window: the equalizer curve, a slider that scrolls the dB range, and "Max", "Min" and "SET" that
-/// apply one. Its owner shows and hides it; closing it by its frame or with Escape is told.
+/// The plot window: the equalizer's curve, a slider that scrolls the range of dB, and "Max", "Min" and "SET"
+/// by which a person chooses the range. Its owner shows and hides it, and gets a signal when a person closes
+/// it by its frame or with Escape.
 class CPlotDlg : public CDialogSK, public ICurveDisplay {
     Q_OBJECT
 
  public:
     static constexpr QRgb curveColor = 0xFF1C86EE;
-    static constexpr QSize pixelSize{954, 496};
-    /// What it keeps on the smallest screen.
-    static constexpr QSize leastSize{480, 320};
+    static constexpr QSize pixelSize{954, 496};  ///< where the screen has room for it
+    static constexpr QSize leastSize{480, 320};  ///< on the smallest screen
 
     /// \param host outlives the window
     explicit CPlotDlg(IChartHost& host, QWidget* parent = nullptr);
 
-    /// Replaces the curve; its identifier stays, and its colour is curveColor again.
+    /// Replaces the curve. Its identifier in the chart stays; its colour becomes curveColor, whatever a
+    /// person chose.
     void setCurve(const ResponseCurve& curve) override;
-    /// Shows the axes without a curve. The curve keeps its place among the data sets.
+    /// Shows the axes without a curve. The data set stays in the chart, without values.
     void clearCurve();
-    /// Says below the chart what the curve includes that does not play, or leaves out; nothing when empty.
+    /// Tells below the chart what the curve includes although it does not play, and what it leaves out.
+    /// \param notes one sentence each; none hides the line
     void setCurveNotes(const QStringList& notes);
     /// Identifier of the curve in the chart; -1 before the first curve.
     [[nodiscard]] int curveIdentifier() const { return curveIdentifier_; }
 
     [[nodiscard]] CXYChart& chart() { return chart_; }
-    /// Makes the chart give way where the screen has less room than pixelSize and the frame around it take.
+    /// Makes the window smaller than pixelSize where the screen has less room; the chart gives way.
+    /// \param room for the window without its frame, in logical pixels
     void fitInto(QSize room);
     /// Shows the window in the middle of its screen, fitted into it.
     void showCentred();

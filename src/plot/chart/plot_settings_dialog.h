@@ -4,12 +4,12 @@
 
 namespace tessavo {
 
-/// "XY Plot Settings": title and grids, and the ways to the settings of axes and data.
+/// The dialog "XY Plot Settings": title and grids, and the buttons that open the settings of axes and data.
 class CPlotSettingsDialog : public SettingsDialog {
     Q_OBJECT
 
  public:
-    /// \param chart, host outlive the dialog
+    /// Chart and host outlive the dialog.
     CPlotSettingsDialog(CChart& chart, IChartHost& host, QWidget* parent = nullptr);
 
  protected:

@@ -65,7 +65,7 @@ RoundStep nextStep(RoundStep step, TickSteps steps) {
 RoundStep chooseStep(AxisRange range, int maxMajor, TickSteps steps) {
     const double wish = (range.maximum - range.minimum) / (maxMajor + 1);
     RoundStep step{1, truncateTo<int>(std::floor(std::log10(wish)))};
-    // Larger decibel steps are no powers of ten: come from below.
+    // Steps of decibels are no powers of ten, so the search begins at the smallest.
     if (steps == TickSteps::decibel && step.exponent == 1) {
         step.exponent = 0;
     }
@@ -76,7 +76,7 @@ RoundStep chooseStep(AxisRange range, int maxMajor, TickSteps steps) {
 }
 
 /// Into how many parts a step may be divided so that the parts are round again.
-int partsOf(RoundStep step, int maxMinor) {
+int subdivisionsOf(RoundStep step, int maxMinor) {
     static constexpr std::array<int, 3> one{2, 5, 10};
     static constexpr std::array<int, 2> two{2, 4};
     static constexpr std::array<int, 1> three{3};
@@ -103,13 +103,13 @@ int partsOf(RoundStep step, int maxMinor) {
         default:
             break;
     }
-    int parts = 1;
+    int subdivisions = 1;
     for (const int candidate : allowed) {
         if (candidate <= maxMinor + 1 && (step.mantissa < 12 || step.mantissa % candidate == 0)) {
-            parts = candidate;
+            subdivisions = candidate;
         }
     }
-    return parts;
+    return subdivisions;
 }
 
 int decadeOf(double value) {
@@ -155,15 +155,15 @@ TickSet linearTicks(AxisRange range, int maxMajor, int maxMinor, TickSteps steps
         return {};
     }
     const RoundStep step = chooseStep(range, maxMajor, steps);
-    const int parts = partsOf(step, maxMinor);
+    const int subdivisions = subdivisionsOf(step, maxMinor);
     TickSet set;
     set.resolution = step.value();
-    const double part = step.value() / parts;
-    const std::int64_t last = lastMultiple(range.maximum, part);
-    for (std::int64_t n = firstMultiple(range.minimum, part); n <= last; ++n) {
-        const bool labelled = n % parts == 0;
-        // Whole for labelled ticks: both factors divide evenly there.
-        const double multiple = static_cast<double>(n * step.mantissa) / parts;
+    const double subdivision = step.value() / subdivisions;
+    const std::int64_t last = lastMultiple(range.maximum, subdivision);
+    for (std::int64_t n = firstMultiple(range.minimum, subdivision); n <= last; ++n) {
+        const bool labelled = n % subdivisions == 0;
+        // This is a whole number for labelled ticks.
+        const double multiple = static_cast<double>(n * step.mantissa) / subdivisions;
         const GridRank minorOrMajor = labelled ? GridRank::major : GridRank::minor;
         set.ticks.push_back(
             {scaledByTen(multiple, step.exponent), labelled, n == 0 ? GridRank::zero : minorOrMajor});
@@ -193,7 +193,7 @@ TickSet logarithmicTicks(AxisRange range, int maxMajor, int maxMinor) {
                               LogFamily{one, 5},  LogFamily{one, 10}, LogFamily{one, 20}, LogFamily{one, 50},
                               LogFamily{one, 100}};
     const double decades = std::log10(range.maximum) - std::log10(range.minimum);
-    // Two labels in a part of a decade say less than linear ones.
+    // Two labels in a part of a decade tell less than those of a linear axis.
     const int least = decades < 1 ? 3 : 2;
     std::vector<Tick> best;
     std::ptrdiff_t most = least - 1;
@@ -212,10 +212,11 @@ TickSet logarithmicTicks(AxisRange range, int maxMajor, int maxMinor) {
 AxisRange roundOutwards(AxisRange range, int maxMajor, TickSteps steps) {
     const RoundStep step = chooseStep(range, std::max(maxMajor, 2), steps);
     const double size = step.value();
-    const auto place = [&](double multiple) {
+    const auto valueOf = [&](double multiple) {
         return scaledByTen(multiple * static_cast<double>(step.mantissa), step.exponent);
     };
-    return {place(std::floor(range.minimum / size + snap)), place(std::ceil(range.maximum / size - snap))};
+    return {valueOf(std::floor(range.minimum / size + snap)),
+            valueOf(std::ceil(range.maximum / size - snap))};
 }
 
 AxisRange roundOutwardsLogarithmic(AxisRange range) {

@@ -23,25 +23,21 @@ QString withUnit(double value, const CAxis& axis) {
 /// half-way.
 std::optional<AxisRange> barExtent(const CChartData& data, const CAxis& xAxis, const CAxis& yAxis) {
     const bool logarithmic = xAxis.scale() == AxisScale::logarithmic;
-    std::vector<double> places;
+    std::vector<double> positions;
     for (std::size_t n = 0; n < data.pointCount(); ++n) {
         const double x = data.xValues()[n];
         const double y = data.yValues()[n];
         if (!std::isnan(xAxis.fraction(x)) && !std::isnan(yAxis.fraction(y)) && data.limits.hold(y)) {
-            places.push_back(logarithmic ? std::log10(x) : x);
+            positions.push_back(logarithmic ? std::log10(x) : x);
         }
     }
-    std::ranges::sort(places);
-    if (places.size() < 2) {
+    std::ranges::sort(positions);
+    if (positions.size() < 2) {
         return std::nullopt;
     }
-    const double first = places.front() - (places[1] - places.front()) / 2;
-    const double last = places.back() + (places.back() - places[places.size() - 2]) / 2;
+    const double first = positions.front() - (positions[1] - positions.front()) / 2;
+    const double last = positions.back() + (positions.back() - positions[positions.size() - 2]) / 2;
     return logarithmic ? AxisRange{std::pow(10.0, first), std::pow(10.0, last)} : AxisRange{first, last};
-}
-
-bool hasPlace(QPointF point) {
-    return !std::isnan(point.x()) && !std::isnan(point.y());
 }
 
 }  // namespace
@@ -65,9 +61,9 @@ void CXYChart::drawData(QPainter& painter, const ChartLayout& layout) const {
     painter.restore();
 }
 
-std::optional<ChartReadout> CXYChart::readoutAt(const ChartLayout& layout, QPointF place) const {
+std::optional<ChartReadout> CXYChart::readoutAt(const ChartLayout& layout, QPointF pointer) const {
     const auto data = std::ranges::find_if(dataSets(), &CChartData::isXy);
-    if (data == dataSets().end() || !layout.box.contains(place)) {
+    if (data == dataSets().end() || !layout.box.contains(pointer)) {
         return std::nullopt;
     }
     const CAxis& xAxis = axis(data->xAxis);
@@ -76,8 +72,8 @@ std::optional<ChartReadout> CXYChart::readoutAt(const ChartLayout& layout, QPoin
     std::optional<std::size_t> nearest;
     double shortest = std::numeric_limits<double>::infinity();
     for (qsizetype n = 0; n < points.size(); ++n) {
-        const double distance = std::abs(points[n].x() - place.x());
-        if (hasPlace(points[n]) && distance < shortest) {
+        const double distance = std::abs(points[n].x() - pointer.x());
+        if (isDrawable(points[n]) && distance < shortest) {
             shortest = distance;
             nearest = static_cast<std::size_t>(n);
         }
@@ -149,7 +145,7 @@ void setUpResponseAxes(CXYChart& chart) {
         if (side == AxisSide::bottom) {
             look.majorTicks = 10;
         }
-        // The axes across follow these two.
+        // The other two axes show the ranges of these.
         axis.setAutomatic(side == AxisSide::right || side == AxisSide::top);
         axis.setLook(look);
         chart.setAxis(axis);
