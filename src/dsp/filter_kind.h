@@ -4,8 +4,8 @@
 
 namespace tessavo {
 
-/// Direction codes of a crossover filter as records, image and target hold them; any non-zero code is a
-/// low-pass.
+/// Direction of a crossover filter; the numbers are the codes in records, image and target. Any other code
+/// means a low-pass as well.
 enum class CrossoverKind : std::uint8_t { highPass = 0, lowPass = 1 };
 
 /// Sampling rate of delays in samples, of the response curves and of bilinear band pre-warping, in Hz.
