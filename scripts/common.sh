@@ -6,6 +6,8 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 jobs=$(nproc)
 # Only so the compiler's cache serves builds with precompiled headers.
 export CCACHE_SLOPPINESS=pch_defines,time_macros
+# So a copy of the tree below the project finds what the project's own builds have left there.
+export CCACHE_BASEDIR=${CCACHE_BASEDIR:-$PWD}
 
 # configure PRESET [-DOPTION=VALUE...]
 # These options may stand in the environment, as CI has them.

@@ -7,7 +7,7 @@
 
 namespace tessavo {
 
-/// Type codes of an equalizer band as records, image and target hold them.
+/// Type of an equalizer band; the numbers are the codes in records, image and target.
 enum class BandType : std::uint8_t { highShelf = 0, lowShelf = 1, peak = 2 };
 
 /// What people and scripts call a type of band.
