@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "comm/serial_port_line.h"
 #include "comm/transfer_engine.h"
 #include "comm/transfer_timing.h"
 #include "target/pty_target.h"
@@ -35,12 +36,11 @@ void exchange(benchmark::State& state) {
     if (const std::string failure = target.start(); !failure.empty()) {
         state.SkipWithError(failure.c_str());
     }
-    CSerial port;
     SystemClock clock;
     NoLog log;
     NoBoxes boxes;
     CSemaphore lock;
-    TransferEngine engine({.port = port,
+    TransferEngine engine({.makeLine = makeSerialPortLine,
                            .clock = clock,
                            .log = log,
                            .boxes = boxes,

@@ -6,17 +6,17 @@
 
 namespace tessavo {
 
-CommLink::CommLink(TuningState& tuning, IMessageBox& boxes, std::unique_ptr<CSerial> port)
+CommLink::CommLink(TuningState& tuning, IMessageBox& boxes, LineMaker makeLine)
     : tuning_(tuning),
-      port_(std::move(port)),
+      makeLine_(std::move(makeLine)),
       backgroundBoxes_(boxes,
                        [this](int times) { calls_.call([this, times] { Q_EMIT boxRepeated(times); }); }),
       turns_({[&tuning] { return tuning.liveTransferEnabled() && tuning.updatePending(); },
               [this] { return foreground_.running(); }}),
       verdictBoxes_(boxes, turns_),
-      commandEngine_(outsideOf(LineUser::command, boxes)),
-      liveEngine_(outsideOf(LineUser::liveMode, boxes)),
-      pollEngine_(outsideOf(LineUser::clipPoll, backgroundBoxes_)),
+      commandEngine_(dependenciesFor(LineUser::command, boxes)),
+      liveEngine_(dependenciesFor(LineUser::liveMode, boxes)),
+      pollEngine_(dependenciesFor(LineUser::clipPoll, backgroundBoxes_)),
       foreground_(commandEngine_),
       background_(tuning, pollEngine_, backgroundBoxes_),
       worker_(
@@ -24,8 +24,8 @@ CommLink::CommLink(TuningState& tuning, IMessageBox& boxes, std::unique_ptr<CSer
           [this](LiveWorker::State state, const ParameterImage& image) { noteWorkerState(state, image); },
           &turns_) {}
 
-TransferEngine::Outside CommLink::outsideOf(LineUser user, IMessageBox& boxes) {
-    return {.port = *port_,
+TransferEngine::Dependencies CommLink::dependenciesFor(LineUser user, IMessageBox& boxes) {
+    return {.makeLine = makeLine_,
             .clock = clock_,
             .log = *this,
             .boxes = boxes,
@@ -69,7 +69,9 @@ void CommLink::shutDown() {
 void CommLink::cancelExchanges() {
     turns_.end();
     clock_.interrupt();
-    port_->Cancel();
+    for (TransferEngine* engine : {&commandEngine_, &liveEngine_, &pollEngine_}) {
+        engine->cancel();
+    }
 }
 
 std::string CommLink::portName() const {

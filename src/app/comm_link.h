@@ -17,15 +17,15 @@
 #include "comm/live_record.h"
 #include "comm/live_worker.h"
 #include "comm/page/foreground_transfers.h"
-#include "comm/serial.h"
+#include "comm/serial_port_line.h"
 #include "comm/target_commands.h"
 #include "comm/transfer_engine.h"
 #include "controls/ui_calls.h"
 
 namespace tessavo {
 
-/// The line to the target: port, clock, lock, engine, commands and the live worker, tied together for the
-/// program.
+/// The line to the target: its maker, clock, lock, engines, commands and the live worker, tied together for
+/// the program.
 ///
 /// Lives on the user-interface thread. Log lines, progress and states of the worker come out as signals
 /// there, in the order in which they happened, whichever thread caused them: each is emitted on that thread.
@@ -33,20 +33,22 @@ class CommLink : public QObject, private ICommLog {
     Q_OBJECT
 
  public:
-    /// \param port any that opens under devicePath() of the port's name
-    CommLink(TuningState& tuning, IMessageBox& boxes,
-             std::unique_ptr<CSerial> port = std::make_unique<CSerial>());
+    /// \param tuning, boxes outlive the link
+    /// \param makeLine the line of each exchange; called on the exchange's thread
+    CommLink(TuningState& tuning, IMessageBox& boxes, LineMaker makeLine = makeSerialPortLine);
     ~CommLink() override;
 
     /// \return false when the worker's thread could not be created
     bool startWorker();
-    /// Ends the worker and any exchange at once; called at exit.
+    /// Ends the worker and any exchange at once; called at exit. Any number of times.
     void shutDown();
     /// Cuts short every running exchange and each later one; does not wait for their end. For a program that
     /// is about to end: the line is not usable afterwards.
     void cancelExchanges();
 
+    /// The chosen port, as listPorts() gives it; empty for none. Any thread.
     [[nodiscard]] std::string portName() const;
+    /// Every later exchange uses this port; one that runs goes on with its own.
     void setPortName(const std::string& name);
 
     /// Exchanges of the commands that a person starts.
@@ -95,7 +97,7 @@ class CommLink : public QObject, private ICommLog {
 
  private:
     void log(LogKind kind, std::string_view text) override;
-    [[nodiscard]] TransferEngine::Outside outsideOf(LineUser user, IMessageBox& boxes);
+    [[nodiscard]] TransferEngine::Dependencies dependenciesFor(LineUser user, IMessageBox& boxes);
     void noteWorkerState(LiveWorker::State state, const ParameterImage& image);
     void noteExchangeEnd(LineUser user, ExchangeEnd end);
 
@@ -119,13 +121,13 @@ class CommLink : public QObject, private ICommLog {
     std::atomic<bool> liveTransferRuns_ = false;
     std::atomic<int> exchanges_ = 0;  ///< one may begin before the end of the one before it is told
     SystemClock clock_;
-    std::unique_ptr<CSerial> port_;
+    LineMaker makeLine_;
     CSemaphore transferLock_;
     FoldedBoxes backgroundBoxes_;
     LineTurns turns_;
     VerdictBoxes verdictBoxes_;
-    // One engine for each user of the line, all on one port under one lock: what an engine tells is known to
-    // be its user's.
+    // One engine for each user of the line, all under one lock: what an engine tells is known to be its
+    // user's.
     TransferEngine commandEngine_;
     TransferEngine liveEngine_;
     TransferEngine pollEngine_;

@@ -3,37 +3,34 @@
 #include <memory>
 #include <string>
 
+#include "comm/line.h"
+
 namespace tessavo {
 
-class CSerial;
-
-/// The simulated target inside the program, for trying everything without hardware. Every set that it holds
-/// is the default one until another is saved there.
-///
-/// On a pseudo-terminal where the system has them, which other programs may open too; otherwise at the end of
-/// a port that only this program has.
-class DemoTarget {
+/// The simulated target of the program itself, for trying everything without hardware. Every set that it
+/// holds is the default one until another is saved there.
+class IDemoTarget {
  public:
-    DemoTarget();
     /// Stops it.
-    ~DemoTarget();
-    DemoTarget(const DemoTarget&) = delete;
-    DemoTarget& operator=(const DemoTarget&) = delete;
+    virtual ~IDemoTarget() = default;
 
     /// Announces its port to listPorts(). Called once.
     /// \return false where it could not be started
-    bool start();
-    [[nodiscard]] bool running() const { return running_; }
-    /// As the port list names it.
-    [[nodiscard]] std::string portName() const;
-
-    /// A port that reaches this target once it runs, and every port of the system. The target outlives it.
-    [[nodiscard]] std::unique_ptr<CSerial> makePort();
-
- private:
-    struct Native;
-    std::unique_ptr<Native> native_;
-    bool running_ = false;
+    virtual bool start() = 0;
+    /// As the port list names it; empty unless it has been started.
+    [[nodiscard]] virtual std::string portName() const = 0;
+    /// Makes the lines to this target, and to every port of the system.
+    [[nodiscard]] virtual LineMaker lineMaker() = 0;
 };
+
+/// A target on a pseudo-terminal, which other programs may open too.
+/// \return null on a system without pseudo-terminals
+[[nodiscard]] std::unique_ptr<IDemoTarget> makePtyDemoTarget();
+
+/// A target at the end of a line that only this program has.
+[[nodiscard]] std::unique_ptr<IDemoTarget> makeInProcessDemoTarget();
+
+/// The one that programs of this system use: on a pseudo-terminal where there are any.
+[[nodiscard]] std::unique_ptr<IDemoTarget> makeDemoTarget();
 
 }  // namespace tessavo

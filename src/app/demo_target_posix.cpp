@@ -1,29 +1,31 @@
 #include "app/demo_target.h"
-#include "comm/serial.h"
+#include "comm/serial_port_line.h"
 #include "target/pty_target.h"
 
 namespace tessavo {
 
-struct DemoTarget::Native {
-    PtyTarget target{TargetMemory::holding(factoryImage()), PtyTarget::Options{}};
+namespace {
+
+class PtyDemoTarget final : public IDemoTarget {
+ public:
+    bool start() override {
+        running_ = target_.start().empty();
+        return running_;
+    }
+    [[nodiscard]] std::string portName() const override {
+        return running_ ? target_.portName() : std::string();
+    }
+    [[nodiscard]] LineMaker lineMaker() override { return makeSerialPortLine; }
+
+ private:
+    PtyTarget target_{TargetMemory::holding(factoryImage()), PtyTarget::Options{}};
+    bool running_ = false;
 };
 
-DemoTarget::DemoTarget() = default;
+}  // namespace
 
-DemoTarget::~DemoTarget() = default;
-
-bool DemoTarget::start() {
-    native_ = std::make_unique<Native>();
-    running_ = native_->target.start().empty();
-    return running_;
-}
-
-std::string DemoTarget::portName() const {
-    return running_ ? native_->target.portName() : std::string();
-}
-
-std::unique_ptr<CSerial> DemoTarget::makePort() {
-    return std::make_unique<CSerial>();
+std::unique_ptr<IDemoTarget> makePtyDemoTarget() {
+    return std::make_unique<PtyDemoTarget>();
 }
 
 }  // namespace tessavo

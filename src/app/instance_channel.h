@@ -21,8 +21,16 @@ class InstanceChannel {
     /// How long somebody may take to send a path.
     static constexpr std::chrono::milliseconds usualPatience{2000};
 
+    /// The user that this program runs as, as the system writes it: a number, on Windows an S-1-… name. Empty
+    /// when the system does not tell; then nobody is let in.
+    [[nodiscard]] static QString thisUser();
+
     /// \param folder that of the InstanceGuard, whose place this program holds
-    InstanceChannel(const QString& folder, Taker take, std::chrono::milliseconds patience = usualPatience);
+    /// \param take called for each path that arrives whole
+    /// \param patience how long somebody may take to send one
+    /// \param user whose programs are heard
+    InstanceChannel(const QString& folder, Taker take, std::chrono::milliseconds patience = usualPatience,
+                    const QString& user = thisUser());
     ~InstanceChannel();
     InstanceChannel(const InstanceChannel&) = delete;
     InstanceChannel& operator=(const InstanceChannel&) = delete;
@@ -32,12 +40,15 @@ class InstanceChannel {
     enum class Answer : std::uint8_t {
         taken,
         refused,  ///< or none in time
-        nobody    ///< no program of this user listens
+        nobody    ///< no program of `user` listens
     };
     /// Hands a path to the program that listens, for a start that is the second one. Any thread.
+    /// \param folder that of the InstanceGuard, whose place the other program holds
+    /// \param path absolute, or empty for the window only
     /// \param limit for the whole of it
+    /// \param user who the other program must run as to be told anything
     [[nodiscard]] static Answer handOver(const QString& folder, const QString& path,
-                                         std::chrono::milliseconds limit);
+                                         std::chrono::milliseconds limit, const QString& user = thisUser());
 
     /// Name of the socket or pipe that belongs to a folder.
     [[nodiscard]] static QString endpoint(const QString& folder);

@@ -17,6 +17,7 @@
 
 #include "app/instance_channel.h"
 #include "app/instance_message.h"
+#include "base/descriptor_posix.h"
 
 namespace tessavo {
 
@@ -28,25 +29,6 @@ using std::chrono::milliseconds;
 constexpr int mostVisitors = 8;
 // When no more files can be opened, nobody can be let in for a while.
 constexpr milliseconds pauseWithoutFiles{1000};
-
-class Descriptor {
- public:
-    explicit Descriptor(int fd) : fd_(fd) {}
-    ~Descriptor() { close(); }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-
-    [[nodiscard]] bool valid() const { return fd_ >= 0; }
-    [[nodiscard]] int get() const { return fd_; }
-    void close() {
-        if (valid()) {
-            ::close(std::exchange(fd_, -1));
-        }
-    }
-
- private:
-    int fd_;
-};
 
 int makeSocket() {
     return ::socket(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
@@ -68,10 +50,11 @@ const sockaddr* generic(const sockaddr_un& address) {
     return reinterpret_cast<const sockaddr*>(&address);
 }
 
-bool isOfThisUser(int fd) {
+bool isOfUser(int fd, const QString& user) {
     ucred other{};
     socklen_t size = sizeof other;
-    return ::getsockopt(fd, SOL_SOCKET, SO_PEERCRED, &other, &size) == 0 && other.uid == ::geteuid();
+    return ::getsockopt(fd, SOL_SOCKET, SO_PEERCRED, &other, &size) == 0 &&
+           QString::number(other.uid) == user;
 }
 
 /// Somebody who has come in.
@@ -79,7 +62,7 @@ class Visitor : public QObject {
  public:
     Visitor(int fd, const InstanceChannel::Taker& take, milliseconds patience, QObject* parent)
         : QObject(parent), socket_(fd), take_(take), notifier_(fd, QSocketNotifier::Read) {
-        connect(&notifier_, &QSocketNotifier::activated, this, [this] { hear(); });
+        connect(&notifier_, &QSocketNotifier::activated, this, [this] { receive(); });
         QTimer::singleShot(patience, this, [this] { leave(); });
     }
 
@@ -92,7 +75,7 @@ class Visitor : public QObject {
     }
 
  private:
-    void hear() {
+    void receive() {
         std::array<char, 4096> bytes{};
         while (socket_.valid()) {
             const ssize_t count = ::recv(socket_.get(), bytes.data(), bytes.size(), 0);
@@ -160,8 +143,8 @@ bool sendAll(int fd, const QByteArray& message, Clock::time_point deadline) {
 }  // namespace
 
 struct InstanceChannel::Native : QObject {
-    Native(const QString& folder, Taker taker, milliseconds visitorsPatience)
-        : take(std::move(taker)), patience(visitorsPatience), listener(makeSocket()) {
+    Native(const QString& folder, Taker taker, milliseconds visitorsPatience, QString whose)
+        : take(std::move(taker)), patience(visitorsPatience), user(std::move(whose)), listener(makeSocket()) {
         const auto address = addressOf(folder);
         if (!address || !listener.valid()) {
             return;
@@ -181,7 +164,7 @@ struct InstanceChannel::Native : QObject {
         }
         path = address->sun_path;
         notifier.emplace(listener.get(), QSocketNotifier::Read);
-        connect(&*notifier, &QSocketNotifier::activated, this, [this] { letIn(); });
+        connect(&*notifier, &QSocketNotifier::activated, this, [this] { acceptVisitors(); });
     }
 
     ~Native() override {
@@ -192,7 +175,7 @@ struct InstanceChannel::Native : QObject {
     Native(const Native&) = delete;
     Native& operator=(const Native&) = delete;
 
-    void letIn() {
+    void acceptVisitors() {
         for (;;) {
             const int fd = ::accept4(listener.get(), nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC);
             if (fd < 0) {
@@ -205,7 +188,7 @@ struct InstanceChannel::Native : QObject {
                 }
                 return;
             }
-            if (!isOfThisUser(fd)) {
+            if (!isOfUser(fd, user)) {
                 ::close(fd);
                 continue;
             }
@@ -230,13 +213,19 @@ struct InstanceChannel::Native : QObject {
 
     Taker take;
     milliseconds patience;
+    QString user;
     QByteArray path;
     Descriptor listener;
     std::optional<QSocketNotifier> notifier;
 };
 
-InstanceChannel::InstanceChannel(const QString& folder, Taker take, milliseconds patience)
-    : native_(std::make_unique<Native>(folder, std::move(take), patience)) {}
+QString InstanceChannel::thisUser() {
+    return QString::number(::geteuid());
+}
+
+InstanceChannel::InstanceChannel(const QString& folder, Taker take, milliseconds patience,
+                                 const QString& user)
+    : native_(std::make_unique<Native>(folder, std::move(take), patience, user)) {}
 
 InstanceChannel::~InstanceChannel() = default;
 
@@ -249,13 +238,13 @@ QString InstanceChannel::endpoint(const QString& folder) {
 }
 
 InstanceChannel::Answer InstanceChannel::handOver(const QString& folder, const QString& path,
-                                                  milliseconds limit) {
+                                                  milliseconds limit, const QString& user) {
     const auto deadline = Clock::now() + limit;
     const QByteArray message = messageWithPath(path);
     const auto address = addressOf(folder);
     const Descriptor socket(makeSocket());
     if (!address || !socket.valid() || ::connect(socket.get(), generic(*address), sizeof *address) != 0 ||
-        !isOfThisUser(socket.get())) {
+        !isOfUser(socket.get(), user)) {
         return Answer::nobody;
     }
     if (message.isEmpty() || !sendAll(socket.get(), message, deadline) ||

@@ -15,6 +15,7 @@
 
 #include "app/instance_channel.h"
 #include "app/instance_message.h"
+#include "base/handle_win32.h"
 
 namespace tessavo {
 
@@ -24,24 +25,6 @@ using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
 
 constexpr DWORD pipeBuffer = 4096;
-
-class Handle {
- public:
-    explicit Handle(HANDLE handle) : handle_(handle == INVALID_HANDLE_VALUE ? nullptr : handle) {}
-    ~Handle() {
-        if (valid()) {
-            CloseHandle(handle_);
-        }
-    }
-    Handle(const Handle&) = delete;
-    Handle& operator=(const Handle&) = delete;
-
-    [[nodiscard]] bool valid() const { return handle_ != nullptr; }
-    [[nodiscard]] HANDLE get() const { return handle_; }
-
- private:
-    HANDLE handle_;
-};
 
 /// What the system gives to be freed with LocalFree.
 template <typename Pointer>
@@ -59,57 +42,36 @@ class Local {
     Pointer pointer_ = nullptr;
 };
 
-// The user that this program runs as; empty when the system does not tell.
-std::vector<std::uint64_t> ownUser() {
-    HANDLE opened = nullptr;
-    if (OpenProcessToken(GetCurrentProcess(), TOKEN_QUERY, &opened) == 0) {
-        return {};
-    }
-    const Handle token(opened);
-    DWORD size = 0;
-    GetTokenInformation(token.get(), TokenUser, nullptr, 0, &size);
-    std::vector<std::uint64_t> user(size / sizeof(std::uint64_t) + 1);
-    if (GetTokenInformation(token.get(), TokenUser, user.data(), size, &size) == 0) {
-        user.clear();
-    }
-    // Its beginning points to the rest of it: it may be moved, but a copy would point into what is gone.
-    return user;
-}
-
-PSID identityIn(const std::vector<std::uint64_t>& user) {
-    return reinterpret_cast<const TOKEN_USER*>(user.data())->User.Sid;
+QString sidText(PSID identity) {
+    Local<LPWSTR> text;
+    return ConvertSidToStringSidW(identity, text.place()) != 0 ? QString::fromWCharArray(text.get())
+                                                               : QString();
 }
 
 // Owned by this user, and open to nobody else.
-bool makeOwnersOnly(Local<PSECURITY_DESCRIPTOR>& descriptor) {
-    const auto user = ownUser();
-    Local<LPWSTR> name;
-    if (user.empty() || ConvertSidToStringSidW(identityIn(user), name.place()) == 0) {
-        return false;
-    }
-    const std::wstring owner(name.get());
+bool makeOwnersOnly(const QString& user, Local<PSECURITY_DESCRIPTOR>& descriptor) {
+    const std::wstring owner = user.toStdWString();
     const std::wstring text = L"O:" + owner + L"D:P(A;;GA;;;" + owner + L")";
-    return ConvertStringSecurityDescriptorToSecurityDescriptorW(text.c_str(), SDDL_REVISION_1,
-                                                                descriptor.place(), nullptr) != 0;
+    return !owner.empty() && ConvertStringSecurityDescriptorToSecurityDescriptorW(
+                                 text.c_str(), SDDL_REVISION_1, descriptor.place(), nullptr) != 0;
 }
 
-bool isOfThisUser(HANDLE pipe) {
-    const auto user = ownUser();
+bool isOfUser(HANDLE pipe, const QString& user) {
     PSID owner = nullptr;
     Local<PSECURITY_DESCRIPTOR> descriptor;
-    return !user.empty() &&
+    return !user.isEmpty() &&
            GetSecurityInfo(pipe, SE_KERNEL_OBJECT, OWNER_SECURITY_INFORMATION, &owner, nullptr, nullptr,
                            nullptr, descriptor.place()) == ERROR_SUCCESS &&
-           EqualSid(owner, identityIn(user)) != 0;
+           sidText(owner) == user;
 }
 
 std::wstring nameOf(const QString& folder) {
     return InstanceChannel::endpoint(folder).toStdWString();
 }
 
-HANDLE makePipe(const QString& folder) {
+HANDLE makePipe(const QString& folder, const QString& user) {
     Local<PSECURITY_DESCRIPTOR> descriptor;
-    if (!makeOwnersOnly(descriptor)) {
+    if (!makeOwnersOnly(user, descriptor)) {
         return INVALID_HANDLE_VALUE;
     }
     SECURITY_ATTRIBUTES attributes{sizeof(SECURITY_ATTRIBUTES), descriptor.get(), FALSE};
@@ -154,7 +116,7 @@ class PipeOperation {
 
  private:
     HANDLE pipe_;
-    Handle done_;
+    win32::Handle done_;
     OVERLAPPED overlapped_{};
     bool running_ = false;
 };
@@ -193,10 +155,10 @@ HANDLE openPipe(const std::wstring& name, Clock::time_point deadline) {
 
 /// The pipe has one end, so visitors come one after another; a second start asks again until it is let in.
 struct InstanceChannel::Native : QObject {
-    Native(const QString& folder, Taker taker, milliseconds visitorsPatience)
+    Native(const QString& folder, Taker taker, milliseconds visitorsPatience, const QString& user)
         : take(std::move(taker)),
           patience(visitorsPatience),
-          pipe(makePipe(folder)),
+          pipe(makePipe(folder, user)),
           operation(pipe.get()),
           notifier(operation.done()) {
         connect(&notifier, &QWinEventNotifier::activated, this, [this] { goOn(); });
@@ -216,19 +178,19 @@ struct InstanceChannel::Native : QObject {
         const BOOL answered = ConnectNamedPipe(pipe.get(), operation.begin());
         if (answered == 0 && GetLastError() == ERROR_PIPE_CONNECTED) {
             // Somebody was there already.
-            greet();
+            startVisit();
         } else if (!operation.started(answered)) {
             limit.start(patience);
         }
     }
 
-    void greet() {
-        state = State::hearing;
+    void startVisit() {
+        state = State::reading;
         limit.start(patience);
-        hear();
+        startReading();
     }
 
-    void hear() {
+    void startReading() {
         if (!operation.started(ReadFile(pipe.get(), bytes.data(), pipeBuffer, nullptr, operation.begin()))) {
             waitForNext();
         }
@@ -240,9 +202,9 @@ struct InstanceChannel::Native : QObject {
         const bool good = operation.finish(count);
         switch (state) {
             case State::alone:
-                good ? greet() : waitForNext();
+                good ? startVisit() : waitForNext();
                 break;
-            case State::hearing:
+            case State::reading:
                 if (good && count > 0) {
                     received.append(bytes.data(), static_cast<qsizetype>(count));
                     judge();
@@ -253,7 +215,7 @@ struct InstanceChannel::Native : QObject {
             case State::answering:
                 // Its other end is closed once the answer has been read; closed from here it would be lost.
                 state = State::parting;
-                hear();
+                startReading();
                 break;
             case State::parting:
                 waitForNext();
@@ -264,7 +226,7 @@ struct InstanceChannel::Native : QObject {
     void judge() {
         const MessageReading reading = readMessage(received);
         if (reading.verdict == MessageVerdict::incomplete) {
-            hear();
+            startReading();
         } else if (reading.verdict == MessageVerdict::whole && take(reading.path)) {
             state = State::answering;
             if (!operation.started(WriteFile(pipe.get(), &pathTaken, 1, nullptr, operation.begin()))) {
@@ -275,21 +237,38 @@ struct InstanceChannel::Native : QObject {
         }
     }
 
-    enum class State { alone, hearing, answering, parting };
+    enum class State { alone, reading, answering, parting };
 
     Taker take;
     milliseconds patience;
     std::array<char, pipeBuffer> bytes{};
     QByteArray received;
     State state = State::alone;
-    Handle pipe;
+    win32::Handle pipe;
     PipeOperation operation;
     QWinEventNotifier notifier;
     QTimer limit;
 };
 
-InstanceChannel::InstanceChannel(const QString& folder, Taker take, milliseconds patience)
-    : native_(std::make_unique<Native>(folder, std::move(take), patience)) {}
+QString InstanceChannel::thisUser() {
+    HANDLE opened = nullptr;
+    if (OpenProcessToken(GetCurrentProcess(), TOKEN_QUERY, &opened) == 0) {
+        return {};
+    }
+    const win32::Handle token(opened);
+    DWORD size = 0;
+    GetTokenInformation(token.get(), TokenUser, nullptr, 0, &size);
+    // Aligned for what the system writes into it.
+    std::vector<std::uint64_t> user(size / sizeof(std::uint64_t) + 1);
+    if (GetTokenInformation(token.get(), TokenUser, user.data(), size, &size) == 0) {
+        return {};
+    }
+    return sidText(reinterpret_cast<const TOKEN_USER*>(user.data())->User.Sid);
+}
+
+InstanceChannel::InstanceChannel(const QString& folder, Taker take, milliseconds patience,
+                                 const QString& user)
+    : native_(std::make_unique<Native>(folder, std::move(take), patience, user)) {}
 
 InstanceChannel::~InstanceChannel() = default;
 
@@ -305,11 +284,11 @@ QString InstanceChannel::endpoint(const QString& folder) {
 }
 
 InstanceChannel::Answer InstanceChannel::handOver(const QString& folder, const QString& path,
-                                                  milliseconds limit) {
+                                                  milliseconds limit, const QString& user) {
     const auto deadline = Clock::now() + limit;
     const QByteArray message = messageWithPath(path);
-    const Handle pipe(openPipe(nameOf(folder), deadline));
-    if (!pipe.valid() || !isOfThisUser(pipe.get())) {
+    const win32::Handle pipe(openPipe(nameOf(folder), deadline));
+    if (!pipe.valid() || !isOfUser(pipe.get(), user)) {
         return Answer::nobody;
     }
     // Only the program that the person has just started may let another one come to the front.

@@ -10,7 +10,8 @@ namespace tessavo {
 inline constexpr qsizetype longestHandedPath = 32768;
 
 /// What a second start sends: four bytes with the length of the path, the lowest first, then the path in
-/// UTF-8. An empty path asks for the window only. \return empty when the path is too long
+/// UTF-8. An empty path asks for the window only.
+/// \return empty when the path is too long
 [[nodiscard]] QByteArray messageWithPath(const QString& path);
 
 enum class MessageVerdict : std::uint8_t { incomplete, whole, refused };

@@ -11,7 +11,6 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QScreen>
-#include <QTime>
 #include <QWindow>
 #include <algorithm>
 #include <array>
@@ -20,6 +19,7 @@
 #include "app/about_dialog.h"
 #include "app/comm_link.h"
 #include "app/narrow_view.h"
+#include "app/target_display.h"
 #include "app/tessavo_view.h"
 #include "app/ui_file_dialogs.h"
 #include "comm/page/input_hold.h"
@@ -89,8 +89,7 @@ CMainFrame::CMainFrame(Parts parts)
       parts_(parts),
       view_(new CTessavoView(parts.tuning, parts.chartHost, this, parts.makePage)),
       status_(new StatusLine(this)),
-      commands_(parts.tuning, parts.dialogs, parts.boxes, *view_),
-      portFollower_(parts.tuning, parts.link, parts.ports) {
+      commands_(parts.tuning, parts.dialogs, parts.boxes, *view_) {
     setObjectName(QStringLiteral("mainFrame"));
     setWindowTitle(QStringLiteral("Tessavo Velmira"));
     setAcceptDrops(true);
@@ -100,12 +99,12 @@ CMainFrame::CMainFrame(Parts parts)
     status_->setKeyStates(readKeyStates());
     qApp->installEventFilter(this);
 
-    followTarget();
+    targetDisplay_ = std::make_unique<TargetDisplay>(
+        TargetDisplay::Parts{parts_.tuning, parts_.link, *view_, *status_, parts_.ports});
+    followExchanges();
 }
 
-CMainFrame::~CMainFrame() {
-    parts_.tuning.setChangeListener({});
-}
+CMainFrame::~CMainFrame() = default;
 
 int CMainFrame::heightFor(int availableHeight) {
     // What the caption and the frame around the client area take on usual desktops.
@@ -238,73 +237,25 @@ void CMainFrame::showAbout() {
     AboutDialog(this).exec();
 }
 
-void CMainFrame::followTarget() {
-    CommLink& link = parts_.link;
-    ForegroundTransfers& commands = link.foreground();
-    // Every event is told to the follower, and then the pane shows what it makes of it.
-    const auto follow = [this](auto* sender, auto signal, auto tell) {
-        connect(sender, signal, this, [this, tell](auto... values) {
-            tell(values...);
-            showTarget();
-        });
-    };
-    follow(view_, &CTessavoView::liveModeChanged, [this](bool on) { follower_.liveModeChanged(on); });
-    follow(&link, &CommLink::portNameChanged, [this](const QString& name) { follower_.setPort(name); });
-    follow(&link, &CommLink::workerState,
-           [this](LiveWorker::State state) { follower_.workerState(state, QTime::currentTime()); });
-    follow(&link, &CommLink::exchangeBegan, [this](LineUser user) { follower_.exchangeBegan(user); });
-    follow(&link, &CommLink::exchangeEnded, [this](LineUser user, ExchangeEnd end) {
-        follower_.exchangeEnded(user, end, QTime::currentTime());
-    });
-    connect(&link, &CommLink::exchangeEnded, &portFollower_,
-            [this](LineUser /*user*/, ExchangeEnd end) { portFollower_.exchangeEnded(end); });
-    follow(&link, &CommLink::boxRepeated, [this](int times) { follower_.boxRepeated(times); });
-    follow(&portFollower_, &PortFollower::portGone, [this] { follower_.portGone(QTime::currentTime()); });
-    follow(&portFollower_, &PortFollower::portBack, [this] { follower_.portBack(QTime::currentTime()); });
-    follow(&portFollower_, &PortFollower::portReplaced,
-           [this] { follower_.portReplaced(QTime::currentTime()); });
-    follow(&link, &CommLink::portBoxClosed, [this](LineUser user) { follower_.portBoxClosed(user); });
-    follow(&link, &CommLink::commandReported,
-           [this](const CommandReport& report) { follower_.commandReported(report, QTime::currentTime()); });
-    connect(&link, &CommLink::exchangeEnded, this, [this] {
+void CMainFrame::followExchanges() {
+    CommLink* const link = &parts_.link;
+    ForegroundTransfers* const commands = &link->foreground();
+    connect(link, &CommLink::exchangeEnded, this, [this] {
         if (!parts_.link.exchangeRuns()) {
             pollEnded();
         }
     });
     pollLimit_.setSingleShot(true);
     connect(&pollLimit_, &QTimer::timeout, this, &CMainFrame::pollEnded);
-    follow(&link, &CommLink::blockSent, [this](LineUser user, qulonglong done, qulonglong all, qlonglong) {
-        follower_.blockSent(user, done, all);
-    });
     // What has run the exchange has to return first.
-    connect(&link, &CommLink::workerState, this, &CMainFrame::closeOnceQuiet, Qt::QueuedConnection);
-    connect(&commands, &ForegroundTransfers::ended, this, &CMainFrame::closeOnceQuiet, Qt::QueuedConnection);
-    follow(&commands, &ForegroundTransfers::started, [this, &commands](qulonglong) {
-        if (commands.activity() == ForegroundTransfers::Activity::sendingSoftware) {
-            parts_.link.forgetConfirmation();
-        }
-        follower_.commandStarted(commands.activity());
-    });
-    follow(&commands, &ForegroundTransfers::ended, [this](bool) {
-        follower_.commandEnded();
+    connect(link, &CommLink::workerState, this, &CMainFrame::closeOnceQuiet, Qt::QueuedConnection);
+    connect(commands, &ForegroundTransfers::ended, this, &CMainFrame::closeOnceQuiet, Qt::QueuedConnection);
+    connect(commands, &ForegroundTransfers::ended, this, [this] {
         if (closing_) {
             // The command that has run the exchange has to return first.
             QMetaObject::invokeMethod(this, &CMainFrame::closeAfterExchange, Qt::QueuedConnection);
         }
     });
-    parts_.tuning.setChangeListener([this] {
-        showTarget();
-        view_->tuningChanged();
-    });
-    follower_.setPort(QString::fromStdString(link.portName()));
-    showTarget();
-}
-
-void CMainFrame::showTarget() {
-    const TuningState& tuning = parts_.tuning;
-    status_->setTarget(follower_.status({.liveMode = tuning.liveMode(),
-                                         .updatePending = tuning.updatePending(),
-                                         .confirmedAsItStands = parts_.link.imageIsConfirmed()}));
 }
 
 bool CMainFrame::lineIsQuiet() const {

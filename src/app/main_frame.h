@@ -6,12 +6,11 @@
 #include <memory>
 #include <optional>
 
-#include "app/port_follower.h"
 #include "app/profile.h"
 #include "app/status_line.h"
 #include "app/tab_pages.h"
-#include "app/target_follower.h"
 #include "base/message_box.h"
+#include "comm/port_watch.h"
 #include "params/settings_commands.h"
 
 class QAction;
@@ -26,6 +25,7 @@ class CTessavoView;
 class IChartHost;
 class InputHold;
 class NarrowView;
+class TargetDisplay;
 
 /// The program's one window: menu, view, status bar. Its size is fixed; on a screen too low for it only the
 /// page scrolls, on one too narrow everything between menu and status bar scrolls across.
@@ -95,8 +95,7 @@ class CMainFrame : public QWidget {
     void save();
     void fillRecentFiles();
     void showAbout();
-    void followTarget();
-    void showTarget();
+    void followExchanges();
     [[nodiscard]] bool lineIsQuiet() const;
     bool mayBreakOff();
     void closeOnceQuiet();
@@ -115,8 +114,7 @@ class CMainFrame : public QWidget {
     QMetaObject::Connection screenConnection_;
     SettingsCommands commands_;
     std::function<bool()> nothingToLose_;
-    TargetFollower follower_;
-    PortFollower portFollower_;
+    std::unique_ptr<TargetDisplay> targetDisplay_;
     bool closing_ = false;         ///< all questions are answered; only an exchange has still to end
     bool closeOnceQuiet_ = false;  ///< a person waits for the end of an exchange, to be asked to close then
     std::unique_ptr<InputHold> hold_;  ///< while a background exchange is waited for

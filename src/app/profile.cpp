@@ -76,7 +76,7 @@ void Profile::removeRecentFile(const QString& path) {
     settings_->setValue(recentKey, files);
 }
 
-QString Profile::keep() {
+QString Profile::save() {
     settings_->sync();
     if (settings_->status() != QSettings::AccessError) {
         return {};

@@ -9,7 +9,7 @@
 namespace tessavo {
 
 /// What the program remembers between two runs. A missing, damaged or unwritable profile reads as empty, and
-/// so does a pipe or a device in its place; nothing fails or waits, but keep() tells.
+/// so does a pipe or a device in its place; nothing fails or waits, but save() tells.
 class Profile {
  public:
     static constexpr int recentFileLimit = 4;
@@ -37,7 +37,7 @@ class Profile {
 
     /// Writes what was set since the last time.
     /// \return what a person should know when it could not be kept; empty otherwise
-    QString keep();
+    QString save();
 
  private:
     [[nodiscard]] QString text(const char* key) const {

@@ -223,8 +223,8 @@ void TargetFollower::portBack(QTime at) {
     }
 }
 
-TargetStatus TargetFollower::status(const Now& now) const {
-    Telling told = telling(now);
+TargetStatus TargetFollower::status(const Context& context) const {
+    Telling told = telling(context);
     if (notice_ && notice_->failed) {
         const bool alone = told.light == Light::off || told.words.isEmpty();
         told.words = alone ? notice_->words : notice_->words + QStringLiteral(", ") + told.words;
@@ -236,7 +236,7 @@ TargetStatus TargetFollower::status(const Now& now) const {
     }
     TargetStatus status;
     status.port = port_;
-    status.liveMode = now.liveMode;
+    status.liveMode = context.liveMode;
     status.light = told.light;
     status.state = told.words;
     tellPort(status);
@@ -272,7 +272,7 @@ void TargetFollower::setPresence(Presence presence, QTime at) {
     presenceAt_ = at;
 }
 
-TargetFollower::Telling TargetFollower::telling(const Now& now) const {
+TargetFollower::Telling TargetFollower::telling(const Context& context) const {
     if (portBoxes_ > 0) {
         // Whoever has shown the box waits for its answer and is doing nothing.
         return {Light::trouble, atTime(reason(ExchangeEnd::portNotOpened), portNotOpenedAt_)};
@@ -283,7 +283,7 @@ TargetFollower::Telling TargetFollower::telling(const Now& now) const {
     if (liveTransfer_ && !trouble_) {
         return {Light::sending, QStringLiteral("sending")};
     }
-    if (now.liveMode && now.updatePending) {
+    if (context.liveMode && context.updatePending) {
         return {Light::sending, QStringLiteral("waiting")};
     }
     if (presence_ == Presence::replaced) {
@@ -300,11 +300,11 @@ TargetFollower::Telling TargetFollower::telling(const Now& now) const {
     if (wrongSetAt_.isValid()) {
         return {Light::trouble, atTime(QStringLiteral("wrong set"), wrongSetAt_), true};
     }
-    if (!now.liveMode) {
+    if (!context.liveMode) {
         return {Light::off,
                 answeredAt_.isValid() ? atTime(QStringLiteral("last answer"), answeredAt_) : QString(), true};
     }
-    if (now.confirmedAsItStands && confirmedAt_.isValid()) {
+    if (context.confirmedAsItStands && confirmedAt_.isValid()) {
         return {Light::confirmed, atTime(QStringLiteral("confirmed"), confirmedAt_), true};
     }
     // A slider is being dragged, another set was chosen, or the target may have lost what it had: the next

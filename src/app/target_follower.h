@@ -19,7 +19,7 @@ namespace tessavo {
 class TargetFollower {
  public:
     /// What the words depend on besides the events.
-    struct Now {
+    struct Context {
         bool liveMode = false;
         bool updatePending = false;
         bool confirmedAsItStands = false;  ///< the target's last confirmed image is the program's image
@@ -46,7 +46,7 @@ class TargetFollower {
     /// over.
     void boxRepeated(int times) { boxTimes_ = times; }
 
-    [[nodiscard]] TargetStatus status(const Now& now) const;
+    [[nodiscard]] TargetStatus status(const Context& context) const;
 
  private:
     /// How an exchange failed, and when.
@@ -76,7 +76,7 @@ class TargetFollower {
     void tellPort(TargetStatus& status) const;
     void setTrouble(const Failure& failure);
     void forgetSets();
-    [[nodiscard]] Telling telling(const Now& now) const;
+    [[nodiscard]] Telling telling(const Context& context) const;
     [[nodiscard]] Telling commandTelling() const;
 
     QString port_;

@@ -29,7 +29,7 @@ CTessavoApp::CTessavoApp(int& argc, char** argv, std::unique_ptr<Profile> profil
       }),
       tuning_(boxes_),
       attendance_(attendance),
-      link_(tuning_, boxes_, demo_.makePort()),
+      link_(tuning_, boxes_, demo_->lineMaker()),
       dialogs_(nullptr, *profile_),
       chartHost_(boxes_, dialogs_) {
     QApplication::setApplicationName(QStringLiteral("tessavo"));
@@ -73,8 +73,7 @@ bool CTessavoApp::InitInstance(const StartOptions& options) {
     frame_ = std::make_unique<CMainFrame>(CMainFrame::Parts{
         tuning_, boxes_, dialogs_, *profile_, link_, chartHost_,
         pageFactory({tuning_, boxes_, dialogs_, *profile_, link_, [this] { return portList(); }, firstPort,
-                     [this] { frame_->view().refreshPages(); },
-                     demo_.running() ? demo_.portName() : std::string(),
+                     [this] { frame_->view().refreshPages(); }, demo_->portName(),
                      [](const std::string& port) { return portDevice(port).description; }})});
     // Asked for when the window closes: the page is made after the window has been painted.
     frame_->setNothingToLose([this] {
@@ -103,29 +102,29 @@ int CTessavoApp::run() {
     // A port that a person has chosen outlasts starts without it. The simulated target is gone with the
     // program.
     const std::string port = link_.portName();
-    if (profile_->lastPort().isEmpty() && !demo_.running() && !port.empty()) {
+    if (profile_->lastPort().isEmpty() && demo_->portName().empty() && !port.empty()) {
         profile_->setLastPort(QString::fromStdString(port));
     }
-    if (const QString trouble = profile_->keep(); !trouble.isEmpty()) {
+    if (const QString trouble = profile_->save(); !trouble.isEmpty()) {
         std::cerr << "tessavo: " << trouble.toStdString() << '\n';
     }
     return code;
 }
 
 void CTessavoApp::startDemo() {
-    if (!demo_.start()) {
+    if (!demo_->start()) {
         boxes_.showError("The simulated target could not be started.");
         return;
     }
-    link_.setPortName(demo_.portName());
+    link_.setPortName(demo_->portName());
 }
 
 std::vector<std::string> CTessavoApp::portList() const {
     std::vector<std::string> ports = listPorts();
-    if (demo_.running()) {
+    if (const std::string demo = demo_->portName(); !demo.empty()) {
         // The simulated target stands first, whatever the machine has.
-        std::erase(ports, demo_.portName());
-        ports.insert(ports.begin(), demo_.portName());
+        std::erase(ports, demo);
+        ports.insert(ports.begin(), demo);
     }
     return ports;
 }

@@ -75,7 +75,7 @@ class CTessavoApp {
     TuningState tuning_;
     bool applicationFlag_ = false;
     Attendance attendance_;
-    DemoTarget demo_;
+    std::unique_ptr<IDemoTarget> demo_ = makeDemoTarget();
     CommLink link_;
     UiFileDialogs dialogs_;
     SkinChartHost chartHost_;

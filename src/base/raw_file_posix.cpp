@@ -8,6 +8,7 @@
 #include <system_error>
 #include <unistd.h>
 
+#include "base/descriptor_posix.h"
 #include "base/raw_file.h"
 
 namespace tessavo {
@@ -19,29 +20,6 @@ constexpr std::size_t longestName = NAME_MAX;
 constexpr int mostLinks = 40;
 // A pipe without another end, or a device that is not ready, must not keep the window waiting.
 constexpr int withoutWaiting = O_NONBLOCK | O_NOCTTY;
-
-class Descriptor {
- public:
-    explicit Descriptor(int fd) : fd_(fd) {}
-    ~Descriptor() { close(); }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-
-    [[nodiscard]] bool valid() const { return fd_ >= 0; }
-    [[nodiscard]] int get() const { return fd_; }
-    // False when the system could not keep what was written.
-    bool close() {
-        if (fd_ < 0) {
-            return true;
-        }
-        const int fd = fd_;
-        fd_ = -1;
-        return ::close(fd) == 0;
-    }
-
- private:
-    int fd_;
-};
 
 // Opening a device may already do something to it, so what a path leads to is looked at before.
 bool leadsToRegularFile(const std::filesystem::path& path) {

@@ -3,31 +3,12 @@
 #include <algorithm>
 #include <string>
 
+#include "base/handle_win32.h"
 #include "base/raw_file.h"
 
 namespace tessavo {
 
 namespace {
-
-class FileHandle {
- public:
-    explicit FileHandle(HANDLE handle) : handle_(handle) {}
-    ~FileHandle() { close(); }
-    FileHandle(const FileHandle&) = delete;
-    FileHandle& operator=(const FileHandle&) = delete;
-
-    [[nodiscard]] bool valid() const { return handle_ != INVALID_HANDLE_VALUE; }
-    [[nodiscard]] HANDLE get() const { return handle_; }
-    void close() {
-        if (valid()) {
-            CloseHandle(handle_);
-            handle_ = INVALID_HANDLE_VALUE;
-        }
-    }
-
- private:
-    HANDLE handle_;
-};
 
 bool isPipe(HANDLE file) {
     return GetFileType(file) == FILE_TYPE_PIPE;
@@ -55,8 +36,8 @@ std::size_t writeAll(HANDLE file, std::span<const std::uint8_t> bytes) {
 
 FileWrite writeInPlace(const std::filesystem::path& path, std::span<const std::uint8_t> bytes,
                        DWORD disposition) {
-    const FileHandle file(CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, disposition,
-                                      FILE_ATTRIBUTE_NORMAL, nullptr));
+    const win32::Handle file(CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, disposition,
+                                         FILE_ATTRIBUTE_NORMAL, nullptr));
     if (!file.valid()) {
         return {};
     }
@@ -75,8 +56,8 @@ FileWrite writeNewFile(const std::filesystem::path& path, std::span<const std::u
     const std::wstring temporary = path.wstring() + L".part-" + std::to_wstring(GetCurrentProcessId());
     FileWrite result;
     {
-        FileHandle file(CreateFileW(temporary.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_ALWAYS,
-                                    FILE_ATTRIBUTE_NORMAL, nullptr));
+        win32::Handle file(CreateFileW(temporary.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr,
+                                       CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
         if (!file.valid()) {
             return result;
         }
@@ -136,12 +117,12 @@ std::optional<FileStart> readFrom(HANDLE file, std::size_t limit) {
 }  // namespace
 
 std::optional<FileStart> readFileStart(const std::filesystem::path& path, std::size_t limit) {
-    const FileHandle file(openForReading(path));
+    const win32::Handle file(openForReading(path));
     return file.valid() && isRegularFile(file.get()) ? readFrom(file.get(), limit) : std::nullopt;
 }
 
 std::optional<FileStart> readStreamStart(const std::filesystem::path& path, std::size_t limit) {
-    const FileHandle file(openForReading(path));
+    const win32::Handle file(openForReading(path));
     return file.valid() ? readFrom(file.get(), limit) : std::nullopt;
 }
 

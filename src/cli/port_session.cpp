@@ -4,29 +4,36 @@
 
 namespace tessavo::cli {
 
-std::uint32_t PortSession::Port::Open(const std::wstring& deviceName, std::uint32_t inQueue,
-                                      std::uint32_t outQueue, bool overlapped) {
-    tried_ = true;
-    trouble_ = CSerial::Open(deviceName, inQueue, outQueue, overlapped);
-    return trouble_;
-}
+/// A serial port that notes why it could not be opened or set up.
+class PortSession::NotingLine final : public SerialPortLine {
+ public:
+    NotingLine(const std::string& portName, PortUse& use) : SerialPortLine(portName), use_(use) {}
 
-std::uint32_t PortSession::Port::Setup(std::uint32_t baudRate, std::uint8_t dataBits, int parity,
-                                       std::uint8_t stopBits, int dtrMode) {
-    trouble_ = CSerial::Setup(baudRate, dataBits, parity, stopBits, dtrMode);
-    everUsable_ = everUsable_ || trouble_ == serial_result::success;
-    return trouble_;
-}
+    std::uint32_t open() override {
+        use_.tried = true;
+        use_.trouble = SerialPortLine::open();
+        return use_.trouble;
+    }
+    std::uint32_t setUp(const LineSettings& settings) override {
+        use_.trouble = SerialPortLine::setUp(settings);
+        use_.everUsable = use_.everUsable || use_.trouble == serial_result::success;
+        return use_.trouble;
+    }
+
+ private:
+    PortUse& use_;
+};
 
 PortSession::PortSession(const Arguments& arguments, const Surroundings& around)
     : portName_(arguments.port),
       reporter_(around.reporter),
+      engine_({[this](const std::string& portName) { return std::make_unique<NotingLine>(portName, use_); },
+               clock_, around.reporter, around.reporter, lock_, [this] { return portName_; },
+               [this](std::size_t done, std::size_t total) { reporter_.progress(done, total); }}),
       interruption_([this] {
-          port_.Cancel();
+          engine_.cancel();
           clock_.interrupt();
-      }),
-      engine_({port_, clock_, around.reporter, around.reporter, lock_, [this] { return portName_; },
-               [this](std::size_t done, std::size_t total) { reporter_.progress(done, total); }}) {}
+      }) {}
 
 void PortSession::tellFailure(std::string_view otherwise, std::string_view consequence) {
     reporter_.endProgress();
@@ -34,9 +41,9 @@ void PortSession::tellFailure(std::string_view otherwise, std::string_view conse
     if (interrupted()) {
         text = "interrupted";
     } else if (shutOut()) {
-        text = portTrouble(portName_, port_.trouble());
+        text = portTrouble(portName_, use_.trouble);
         // An exchange before this one may have sent something.
-        if (!port_.everUsable()) {
+        if (!use_.everUsable) {
             consequence = "nothing was sent";
         }
     }

@@ -16,7 +16,7 @@ inline constexpr std::uint8_t disconnect = 0x04;  ///< sent by the PC; the targe
 inline constexpr std::uint8_t padding = 0x1A;     ///< fills a block beyond the message's end
 }  // namespace control_byte
 
-/// Type bytes of a frame.
+/// Type bytes of a frame; the number in the name is the size of its payload in bytes.
 namespace frame_type {
 inline constexpr std::uint8_t block128 = 1;
 inline constexpr std::uint8_t block1k = 2;
@@ -49,9 +49,9 @@ inline constexpr std::size_t maximumFrameSize = maximumPayloadSize + frameOverhe
 
 /// The frame last built or parsed.
 struct XModemMessage {
-    std::uint8_t type = 0;
-    std::uint8_t blockNumber = 0;
-    std::uint8_t complement = 0;
+    std::uint8_t type = 0;         ///< see frame_type
+    std::uint8_t blockNumber = 0;  ///< counts from 1; 0 follows 255
+    std::uint8_t complement = 0;   ///< of a sound frame all bits of the block number turned over
     std::array<std::uint8_t, maximumPayloadSize> payload{};
     std::uint16_t receivedCrc = 0;
     std::uint32_t kind = 0;  ///< the type when it has a payload size, else 0
@@ -62,11 +62,13 @@ struct XModemMessage {
 /// 0xFFFF.
 [[nodiscard]] std::uint16_t Crc16(std::size_t length, const std::uint8_t* bytes);
 [[nodiscard]] std::uint16_t Crc16(std::span<const std::uint8_t> bytes);
-/// Goes on from the CRC of the bytes in front.
+/// Goes on from the CRC of the bytes in front of these.
 [[nodiscard]] std::uint16_t Crc16(std::span<const std::uint8_t> bytes, std::uint16_t crcSoFar);
 
 /// Writes a whole frame: type, block number, complement, payload, CRC high byte first.
 ///
+/// \param type see frame_type; any other has a payload of no bytes
+/// \param blockNumber any; the first of a message is 1
 /// \param payload at least payloadSize(type) bytes; the rest is not read. Missing bytes are sent as padding.
 /// \param out room for payloadSize(type) + 5 bytes.
 /// \return bytes written, or 0 when `out` is too small.
@@ -75,9 +77,10 @@ std::size_t BuildFrame(std::uint8_t type, std::uint8_t blockNumber, std::span<co
 
 /// Fills the message from a received frame.
 ///
+/// \param frame from the type byte on; bytes behind the CRC are not looked at
+/// \param message overwritten as far as the frame goes, also when it is not valid
 /// \return true when the CRC matches the payload and the block number matches its complement; false also when
-/// `frame` is
-///         shorter than its type byte asks. Type and block number are not checked further.
+/// `frame` is shorter than its type byte asks. Type and block number are not checked further.
 bool ParseFrame(std::span<const std::uint8_t> frame, XModemMessage& message);
 
 }  // namespace tessavo

@@ -90,15 +90,15 @@ void LiveWorker::step() {
 void LiveWorker::sendRound() {
     // What is sent and what is told of it must be one copy: the image goes on changing.
     const ParameterImage image = tuning_.imageCopy();
-    tell(State::sending, image);
+    notify(State::sending, image);
     const LiveOutcome outcome = sendLiveImage(engine_, clock_, image, reply_);
     if (ending()) {
         return;
     }
     if (!outcome.sent || !outcome.answered) {
-        tell(State::failed, image);
+        notify(State::failed, image);
     } else {
-        tell(outcome.confirmed ? State::confirmed : State::wrongSet, image);
+        notify(outcome.confirmed ? State::confirmed : State::wrongSet, image);
     }
     // While a box waits for a person the line is free for others.
     endTurn();
@@ -115,7 +115,7 @@ void LiveWorker::progressThread() {
     }
 }
 
-void LiveWorker::tell(State state, const ParameterImage& image) {
+void LiveWorker::notify(State state, const ParameterImage& image) {
     if (observer_) {
         observer_(state, image);
     }

@@ -63,8 +63,8 @@ class LiveWorker {
     /// \return false when the thread could not be created
     bool start();
 
-    /// Asks the thread to end and waits for it. Interrupt the clock and cancel the port first, in this order,
-    /// or a running exchange is waited for, and a box may be shown for it.
+    /// Asks the thread to end and waits for it. Interrupt the clock and cancel the engine first, in this
+    /// order, or a running exchange is waited for, and a box may be shown for it.
     void stop();
 
     /// One look at the flags and, when an update is pending, one transfer. The thread calls it; tests may
@@ -75,7 +75,7 @@ class LiveWorker {
     void progressThread();
     /// One transfer, with its box.
     void sendRound();
-    void tell(State state, const ParameterImage& image);
+    void notify(State state, const ParameterImage& image);
     [[nodiscard]] bool takeTurn();
     void endTurn();
     [[nodiscard]] bool ending();

@@ -10,6 +10,7 @@
 #include <system_error>
 #include <unistd.h>
 
+#include "comm/own_ports.h"
 #include "comm/port_list_posix.h"
 #include "comm/port_names.h"
 #include "comm/tty_device_posix.h"
@@ -29,7 +30,7 @@ constexpr std::size_t usbNumberDigits = 4;
 
 // One of the kernel's short texts: a line in a file of its own.
 std::string attribute(const fs::path& file) {
-    const tty::Descriptor opened(::open(file.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+    const Descriptor opened(::open(file.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
     struct stat status {};
     if (!opened.valid() || ::fstat(opened.get(), &status) != 0 || !S_ISREG(status.st_mode)) {
         return {};
@@ -203,18 +204,26 @@ namespace {
 constexpr std::string_view devicePrefix = "/dev/";
 constexpr std::string_view terminalClass = "/sys/class/tty";
 
+PortDevice simulatedTarget() {
+    return {.description = std::string(simulatedTargetText), .identity = {}};
+}
+
 }  // namespace
 
 bool portIsThere(const std::string& portName) {
-    return ports::isThere(std::string(withoutPrefix(portName, devicePrefix)), devicePrefix);
+    const std::string name(withoutPrefix(portName, devicePrefix));
+    return ports::isOwnPort(name) || ports::isThere(name, devicePrefix);
 }
 
 PortDevice portDevice(const std::string& portName) {
     const std::string name(withoutPrefix(portName, devicePrefix));
+    if (ports::isOwnPort(name)) {
+        return simulatedTarget();
+    }
     if (const auto folder = ports::runFolder()) {
         const std::vector<std::string> announced = ports::announcedPorts(*folder, devicePrefix);
         if (std::ranges::find(announced, name) != announced.end()) {
-            return {.description = std::string(simulatedTargetText), .identity = {}};
+            return simulatedTarget();
         }
     }
     return ports::deviceBehind(name, terminalClass, devicePrefix);

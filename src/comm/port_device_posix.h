@@ -24,11 +24,15 @@ struct TerminalDevice {
 /// they should be count as not there; where no bus is told the terminal's name decides.
 [[nodiscard]] TerminalDevice terminalDevice(const std::filesystem::path& terminalFolder);
 
-/// As portIsThere(). \param deviceFolder where the names' devices are
+/// Does what portIsThere() does, in a folder of devices.
+/// \param portName without the folder
+/// \param deviceFolder where the names' devices are, such as "/dev"
 [[nodiscard]] bool isThere(const std::string& portName, const std::filesystem::path& deviceFolder);
 
-/// As portDevice(), without simulated targets. A name that is a link tells what it leads to.
-/// \param ttyClass the kernel's folder of terminals \param deviceFolder where the names' devices are
+/// Does what portDevice() does, without simulated targets. A name that is a link tells what it leads to.
+/// \param portName without the folder
+/// \param ttyClass the kernel's folder of terminals, with one folder for each
+/// \param deviceFolder where the names' devices are, such as "/dev"
 [[nodiscard]] PortDevice deviceBehind(const std::string& portName, const std::filesystem::path& ttyClass,
                                       const std::filesystem::path& deviceFolder);
 

@@ -4,9 +4,9 @@
 #include <array>
 #include <optional>
 
-#include "comm/port_list_win32.h"
+#include "comm/own_ports.h"
 #include "comm/port_names.h"
-#include "comm/wide_text_win32.h"
+#include "platform/wide_text_win32.h"
 
 namespace tessavo {
 
@@ -131,7 +131,7 @@ bool portIsThere(const std::string& portName) {
     if (name.empty()) {
         return false;
     }
-    if (ports::isAnnounced(name)) {
+    if (ports::isOwnPort(name)) {
         return true;
     }
     std::array<wchar_t, MAX_PATH> target{};
@@ -143,7 +143,7 @@ bool portIsThere(const std::string& portName) {
 
 PortDevice portDevice(const std::string& portName) {
     const std::string name(withoutPrefix(portName, devicePrefix));
-    if (ports::isAnnounced(name)) {
+    if (ports::isOwnPort(name)) {
         return {.description = std::string(simulatedTargetText), .identity = {}};
     }
     return ports::registryDevice(HKEY_LOCAL_MACHINE, controlSet, name);

@@ -11,6 +11,7 @@
 #include <unistd.h>
 
 #include "comm/device_name_posix.h"
+#include "comm/own_ports.h"
 #include "comm/port_device_posix.h"
 #include "comm/port_list.h"
 #include "comm/port_names.h"
@@ -104,8 +105,7 @@ std::vector<std::string> announcedPorts(const fs::path& runFolder, const fs::pat
         if (!file.starts_with(entryPrefix)) {
             continue;
         }
-        const tty::Descriptor entry(
-            ::open(at->path().c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+        const Descriptor entry(::open(at->path().c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
         if (!entry.valid()) {
             continue;
         }
@@ -144,6 +144,7 @@ std::vector<std::string> portsIn(const fs::path& ttyClass, const fs::path& devic
     if (const auto folder = runFolder()) {
         appendPortNames(names, announcedPorts(*folder, deviceFolder));
     }
+    appendPortNames(names, ownPorts());
     appendPortNames(names, hardware.others);
     for (const std::string& name : splitPortNames(listed)) {
         appendPortNames(names, {std::string(withoutPrefix(name, devicePrefix))});
@@ -169,7 +170,7 @@ AnnouncedPort::AnnouncedPort(const std::string& portName) {
     }
     // Made and locked under a name that no reader looks at: none finds it unlocked.
     std::string draft = (*folder / ".draft-XXXXXX").string();
-    tty::Descriptor entry(::mkostemp(draft.data(), O_CLOEXEC));
+    Descriptor entry(::mkostemp(draft.data(), O_CLOEXEC));
     if (!entry.valid()) {
         return;
     }

@@ -6,7 +6,24 @@
 #include <string_view>
 #include <vector>
 
-namespace tessavo::ports {
+namespace tessavo {
+
+/// Makes a simulated target's port known to listPorts() of every program of this user while it lives, also
+/// when the program dies without a word.
+class AnnouncedPort {
+ public:
+    /// \param portName as listPorts() is to give it; failing to announce is not an error
+    explicit AnnouncedPort(const std::string& portName);
+    ~AnnouncedPort();
+    AnnouncedPort(const AnnouncedPort&) = delete;
+    AnnouncedPort& operator=(const AnnouncedPort&) = delete;
+
+ private:
+    std::string path_;
+    int lock_ = -1;
+};
+
+namespace ports {
 
 /// Ports with hardware behind them, each kind sorted.
 struct HardwarePorts {
@@ -18,11 +35,15 @@ struct HardwarePorts {
 [[nodiscard]] HardwarePorts hardwarePorts(const std::filesystem::path& ttyClass);
 
 /// Ports that living programs announced, sorted. Entries of dead programs and of vanished devices are
-/// removed. \param runFolder see runFolder() \param deviceFolder where the names' devices are
+/// removed.
+/// \param runFolder see runFolder()
+/// \param deviceFolder where the names' devices are, such as "/dev"
 [[nodiscard]] std::vector<std::string> announcedPorts(const std::filesystem::path& runFolder,
                                                       const std::filesystem::path& deviceFolder);
 
 /// The whole list, as listPorts() tells it.
+/// \param ttyClass see hardwarePorts()
+/// \param deviceFolder see announcedPorts()
 /// \param listed names from the environment
 [[nodiscard]] std::vector<std::string> portsIn(const std::filesystem::path& ttyClass,
                                                const std::filesystem::path& deviceFolder,
@@ -33,4 +54,6 @@ struct HardwarePorts {
 /// \return nothing when it belongs to somebody else or others may enter it
 [[nodiscard]] std::optional<std::filesystem::path> runFolder();
 
-}  // namespace tessavo::ports
+}  // namespace ports
+
+}  // namespace tessavo

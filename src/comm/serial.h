@@ -4,46 +4,10 @@
 #include <cstdint>
 #include <memory>
 #include <string>
-#include <string_view>
+
+#include "comm/serial_codes.h"
 
 namespace tessavo {
-
-/// Result codes of CSerial. They carry the same numbers on every system.
-namespace serial_result {
-inline constexpr std::uint32_t success = 0;
-inline constexpr std::uint32_t invalidFunction = 1;  ///< needs a port opened for overlapped I/O
-inline constexpr std::uint32_t fileNotFound = 2;
-inline constexpr std::uint32_t tooManyOpenFiles = 4;
-inline constexpr std::uint32_t accessDenied = 5;   ///< no permission, or the port is in use
-inline constexpr std::uint32_t invalidHandle = 6;  ///< the port is closed
-inline constexpr std::uint32_t notEnoughMemory = 8;
-inline constexpr std::uint32_t generalFailure = 31;
-inline constexpr std::uint32_t invalidParameter = 87;  ///< the device cannot be set up like that
-inline constexpr std::uint32_t busy = 170;             ///< the overlapped structure is in use
-inline constexpr std::uint32_t nameTooLong = 206;
-inline constexpr std::uint32_t operationAborted = 995;  ///< Cancel() was called
-inline constexpr std::uint32_t ioDevice = 1117;         ///< the device vanished or reports an error
-inline constexpr std::uint32_t badDevice = 1200;  ///< the name stands for something that is no serial port
-inline constexpr std::uint32_t alreadyInitialised = 1247;
-inline constexpr std::uint32_t timeout = 1460;
-inline constexpr std::uint32_t invalidArgument = 0x80070057;
-}  // namespace serial_result
-
-/// Parity and stop-bit codes of Setup(), GetParity() and GetStopBits().
-namespace serial_frame {
-inline constexpr int parityNone = 0;
-inline constexpr int parityOdd = 1;
-inline constexpr int parityEven = 2;
-inline constexpr int parityMark = 3;
-inline constexpr int paritySpace = 4;
-inline constexpr std::uint8_t stopBitsOne = 0;
-inline constexpr std::uint8_t stopBitsOneAndHalf = 1;
-inline constexpr std::uint8_t stopBitsTwo = 2;
-
-/// Whether any device can have it: only 5 data bits take one and a half stop bits, and they take no two.
-[[nodiscard]] bool isPossible(std::uint32_t baudRate, std::uint8_t dataBits, int parity,
-                              std::uint8_t stopBits);
-}  // namespace serial_frame
 
 /// Bits of the event mask.
 namespace serial_event {
@@ -61,7 +25,7 @@ class SerialOverlapped;
 ///
 /// Every operation stores its result code as lastError() and returns it: 0 for success, otherwise one of
 /// serial_result or another code of the platform. Nothing throws and nothing is shown. One thread at a time
-/// uses a port; only Cancel() and ClearCancel() may be called from any thread.
+/// uses a port; only Cancel() may be called from any thread.
 class CSerial {
  public:
     enum Handshaking : int { handshakeNone = 0, handshakeHardware = 1, handshakeSoftware = 2 };
@@ -90,8 +54,8 @@ class CSerial {
     /// \param parity see serial_frame; checking is on exactly when it is not parityNone.
     /// \param stopBits see serial_frame.
     /// \param dtrMode 1 turns DTR on and RTS off, which ends hardware handshaking; any other value leaves
-    /// both lines' control as it is. \return `invalidParameter` when the device cannot do that; it then stays
-    /// as it was.
+    /// both lines' control as it is.
+    /// \return `invalidParameter` when the device cannot do that; it then stays as it was
     virtual std::uint32_t Setup(std::uint32_t baudRate, std::uint8_t dataBits, int parity,
                                 std::uint8_t stopBits, int dtrMode);
     /// \param adjustMask also adds the event character to the event mask
@@ -131,11 +95,10 @@ class CSerial {
     virtual std::uint32_t Read(void* data, std::size_t size, std::uint32_t* read = nullptr,
                                SerialOverlapped* overlapped = nullptr, std::uint32_t timeoutMs = infinite);
 
-    /// Ends a running wait of this port with `operationAborted`. Until ClearCancel() every later Read, Write,
-    /// WaitEvent and Complete returns that at once. Closing a cancelled port throws away output not yet sent.
-    /// A wait of a port opened without overlapped I/O may be out of reach.
+    /// Ends a running wait of this port with `operationAborted`. For good: every later Read, Write, WaitEvent
+    /// and Complete of this object returns that at once, in later openings too. Closing a cancelled port
+    /// throws away output not yet sent. A wait of a port opened without overlapped I/O may be out of reach.
     virtual void Cancel();
-    virtual void ClearCancel();
 
     /// Waits for an operation that was started with an overlapped structure and tells how many bytes it moved
     /// in all. On `timeout` and `operationAborted` it is over for the caller too, who may free the buffer. A
@@ -163,13 +126,48 @@ class CSerial {
     friend class SerialOverlapped;
     static constexpr std::size_t largestTransfer = 0x7FFFFFFF;
 
+    /// What the device is set up to, as the operations tell it; -1 for what it does not tell.
+    struct Settings {
+        int baudRate = -1;
+        int dataBits = -1;
+        int parity = -1;
+        int stopBits = -1;
+        int handshaking = -1;
+    };
+    enum class TransferKind : std::uint8_t { read, write, event };
+    /// What Read(), Write() and WaitEvent() are asked for.
+    struct Transfer {
+        TransferKind kind;
+        void* into;        ///< of a read
+        const void* from;  ///< of a read the same as `into`
+        std::size_t size;  ///< bytes
+    };
+
+    // What each system does in its own way. Those that return a result leave lastError() to their caller.
     [[nodiscard]] bool isOpen() const;
     [[nodiscard]] bool hasOverlapped() const;
     [[nodiscard]] bool isCancelled() const;
+    [[nodiscard]] std::uint32_t readSettings(Settings& settings) const;
+    // These are called on an open port only, with a mode that there is.
+    std::uint32_t applySetup(std::uint32_t baudRate, std::uint8_t dataBits, int parity, std::uint8_t stopBits,
+                             int dtrMode);
+    std::uint32_t applyHandshaking(int mode);
+    std::uint32_t applyReadTimeouts(int mode);
+    std::uint32_t applyMask(std::uint32_t eventMask);
+    // Also on a closed port.
     std::uint32_t storeEventChar(std::uint8_t character);
+    // Called when nothing refuses it. An event that has come is stored as eventType().
+    std::uint32_t carryOut(const Transfer& transfer, SerialOverlapped* overlapped, std::uint32_t timeoutMs,
+                           std::uint32_t& moved);
+    // Called on an open port only, for Complete().
+    std::uint32_t carryOn(SerialOverlapped& overlapped, std::uint32_t timeoutMs, std::uint32_t& moved);
+
+    int setting(int Settings::*which);
+    std::uint32_t unlessRefused(const Transfer& transfer, std::uint32_t* count, SerialOverlapped* overlapped,
+                                std::uint32_t timeoutMs);
     // Why a transfer cannot start; 0 when it can.
-    [[nodiscard]] std::uint32_t refusal(const void* data, std::size_t size,
-                                        const SerialOverlapped* overlapped, std::uint32_t timeoutMs) const;
+    [[nodiscard]] std::uint32_t refusal(const Transfer& transfer, const SerialOverlapped* overlapped,
+                                        std::uint32_t timeoutMs) const;
 
     std::unique_ptr<Native> native_;
 };

@@ -5,37 +5,10 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
-#include <utility>
+
+#include "base/handle_win32.h"
 
 namespace tessavo::win32 {
-
-/// A handle that closes itself; null when there is none.
-class Handle {
- public:
-    explicit Handle(HANDLE handle = nullptr) : handle_(handle) {}
-    ~Handle() { reset(); }
-    Handle(const Handle&) = delete;
-    Handle& operator=(const Handle&) = delete;
-    Handle(Handle&&) = delete;
-    Handle& operator=(Handle&& other) noexcept {
-        if (this != &other) {
-            reset();
-            handle_ = std::exchange(other.handle_, nullptr);
-        }
-        return *this;
-    }
-
-    [[nodiscard]] HANDLE get() const { return handle_; }
-    [[nodiscard]] bool valid() const { return handle_ != nullptr; }
-    void reset() {
-        if (valid()) {
-            CloseHandle(std::exchange(handle_, nullptr));
-        }
-    }
-
- private:
-    HANDLE handle_;
-};
 
 /// Manual-reset, not signalled; null on failure.
 [[nodiscard]] HANDLE newEvent();

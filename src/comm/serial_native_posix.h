@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <poll.h>
 #include <sys/eventfd.h>
 #include <utility>
@@ -14,8 +15,7 @@ namespace tessavo {
 
 /// One transfer or wait on its way.
 struct SerialOverlapped::Native {
-    enum class Kind : std::uint8_t { none, read, write, event };
-    Kind kind = Kind::none;
+    std::optional<CSerial::TransferKind> kind;  ///< nothing while no operation is kept
     // The opening it belongs to.
     const void* port = nullptr;
     std::uint64_t opening = 0;
@@ -31,14 +31,14 @@ struct SerialOverlapped::Native {
 /// An open terminal device.
 struct CSerial::Native {
     using Operation = SerialOverlapped::Native;
-    using Kind = Operation::Kind;
+    using Kind = TransferKind;
 
     explicit Native(tty::LineControl control = tty::systemLineControl()) : lineControl(std::move(control)) {}
 
     tty::LineControl lineControl;
-    tty::Descriptor device;
+    Descriptor device;
     // Readable while cancelled: flag and wake-up in one.
-    tty::Descriptor cancel{::eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC)};
+    Descriptor cancel{::eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC)};
     std::uint64_t opening = 0;
     bool overlapped = false;
     bool blockingReads = false;

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <utility>
 
 #include "comm/serial.h"
@@ -37,8 +38,7 @@ inline constexpr DWORD cancelPatienceMs = 500;
 
 /// One transfer or wait: what its caller wants and the block in which the system does it.
 struct SerialOverlapped::Native {
-    enum class Kind : std::uint8_t { none, read, write, event };
-    Kind kind = Kind::none;
+    std::optional<CSerial::TransferKind> kind;  ///< nothing while no operation is kept
     void* in = nullptr;
     const void* out = nullptr;
     DWORD size = 0;
@@ -64,7 +64,7 @@ struct SerialOverlapped::Native {
 /// An open communications handle.
 struct CSerial::Native {
     using Operation = SerialOverlapped::Native;
-    using Kind = Operation::Kind;
+    using Kind = TransferKind;
 
     explicit Native(win32::SerialCalls with = {})
         : calls(std::make_shared<const win32::SerialCalls>(std::move(with))) {}

@@ -13,10 +13,6 @@ namespace {
 // What a step answers when the line must be waited for; never leaves this file.
 constexpr std::uint32_t pending = 997;
 
-std::uint32_t moved(std::size_t count) {
-    return static_cast<std::uint32_t>(count);
-}
-
 }  // namespace
 
 SerialOverlapped::SerialOverlapped() : native_(std::make_unique<Native>()) {}
@@ -71,17 +67,10 @@ std::uint32_t CSerial::Native::eventStep(Operation& operation) const {
 }
 
 std::uint32_t CSerial::Native::step(Operation& operation) const {
-    switch (operation.kind) {
-        case Kind::read:
-            return readStep(operation);
-        case Kind::write:
-            return writeStep(operation);
-        case Kind::event:
-            return eventStep(operation);
-        case Kind::none:
-            break;
+    if (operation.kind == Kind::read) {
+        return readStep(operation);
     }
-    return serial_result::invalidArgument;
+    return operation.kind == Kind::write ? writeStep(operation) : eventStep(operation);
 }
 
 std::uint32_t CSerial::Native::finish(Operation& operation, std::uint32_t timeoutMs) {
@@ -119,7 +108,7 @@ std::uint32_t CSerial::Native::finish(Operation& operation, std::uint32_t timeou
 }
 
 std::uint32_t CSerial::Native::start(Operation& operation, Operation& kept) const {
-    if (kept.kind != Kind::none) {
+    if (kept.kind) {
         return serial_result::busy;
     }
     const std::uint32_t result = step(operation);
@@ -198,92 +187,41 @@ std::uint32_t CSerial::Close() {
     return lastError_ = serial_result::success;
 }
 
-std::uint32_t CSerial::WaitEvent(SerialOverlapped* overlapped, std::uint32_t timeoutMs) {
-    lastError_ = refusal(nullptr, 0, overlapped, timeoutMs);
-    if (lastError_ == serial_result::success) {
-        Native::Operation operation;
-        operation.kind = Native::Kind::event;
-        operation.mask = eventMask_;
-        lastError_ = native_->perform(operation, overlapped == nullptr ? nullptr : overlapped->native_.get(),
-                                      timeoutMs);
+std::uint32_t CSerial::carryOut(const Transfer& transfer, SerialOverlapped* overlapped,
+                                std::uint32_t timeoutMs, std::uint32_t& moved) {
+    Native::Operation operation;
+    operation.kind = transfer.kind;
+    operation.in = static_cast<std::uint8_t*>(transfer.into);
+    operation.out = static_cast<const std::uint8_t*>(transfer.from);
+    operation.size = transfer.size;
+    operation.mask = eventMask_;
+    const std::uint32_t result =
+        native_->perform(operation, overlapped == nullptr ? nullptr : overlapped->native_.get(), timeoutMs);
+    if (transfer.kind == TransferKind::event) {
         eventType_ = operation.eventType;
     }
-    return lastError_;
+    moved = static_cast<std::uint32_t>(operation.done);
+    return result;
 }
 
-std::uint32_t CSerial::Write(const void* data, std::size_t size, std::uint32_t* written,
-                             SerialOverlapped* overlapped, std::uint32_t timeoutMs) {
-    if (written != nullptr) {
-        *written = 0;
-    }
-    lastError_ = refusal(data, size, overlapped, timeoutMs);
-    if (lastError_ == serial_result::success) {
-        Native::Operation operation;
-        operation.kind = Native::Kind::write;
-        operation.out = static_cast<const std::uint8_t*>(data);
-        operation.size = size;
-        lastError_ = native_->perform(operation, overlapped == nullptr ? nullptr : overlapped->native_.get(),
-                                      timeoutMs);
-        if (written != nullptr) {
-            *written = moved(operation.done);
-        }
-    }
-    return lastError_;
-}
-
-std::uint32_t CSerial::Read(void* data, std::size_t size, std::uint32_t* read, SerialOverlapped* overlapped,
-                            std::uint32_t timeoutMs) {
-    if (read != nullptr) {
-        *read = 0;
-    }
-    lastError_ = refusal(data, size, overlapped, timeoutMs);
-    if (lastError_ == serial_result::success) {
-        Native::Operation operation;
-        operation.kind = Native::Kind::read;
-        operation.in = static_cast<std::uint8_t*>(data);
-        operation.size = size;
-        lastError_ = native_->perform(operation, overlapped == nullptr ? nullptr : overlapped->native_.get(),
-                                      timeoutMs);
-        if (read != nullptr) {
-            *read = moved(operation.done);
-        }
-    }
-    return lastError_;
-}
-
-std::uint32_t CSerial::Complete(SerialOverlapped& overlapped, std::uint32_t* count, std::uint32_t timeoutMs) {
-    if (count != nullptr) {
-        *count = 0;
-    }
-    if (!isOpen()) {
-        return lastError_ = serial_result::invalidHandle;
-    }
+std::uint32_t CSerial::carryOn(SerialOverlapped& overlapped, std::uint32_t timeoutMs, std::uint32_t& moved) {
     Native::Operation& kept = *overlapped.native_;
-    if (kept.kind == Native::Kind::none || kept.port != native_.get() || kept.opening != native_->opening) {
-        return lastError_ = serial_result::invalidArgument;
+    if (!kept.kind || kept.port != native_.get() || kept.opening != native_->opening) {
+        return serial_result::invalidArgument;
     }
     Native::Operation operation = std::exchange(kept, Native::Operation{});
-    lastError_ =
+    const std::uint32_t result =
         isCancelled() ? serial_result::operationAborted : native_->perform(operation, nullptr, timeoutMs);
-    if (operation.kind == Native::Kind::event) {
+    if (operation.kind == TransferKind::event) {
         eventType_ = operation.eventType;
     }
-    if (count != nullptr) {
-        *count = moved(operation.done);
-    }
-    return lastError_;
+    moved = static_cast<std::uint32_t>(operation.done);
+    return result;
 }
 
 void CSerial::Cancel() {
     if (native_->cancel.valid()) {
         ::eventfd_write(native_->cancel.get(), 1);
-    }
-}
-
-void CSerial::ClearCancel() {
-    eventfd_t count = 0;
-    if (native_->cancel.valid()) {
-        static_cast<void>(::eventfd_read(native_->cancel.get(), &count));
     }
 }
 

@@ -16,7 +16,7 @@ bool near(std::uint32_t wanted, std::uint32_t got) {
     return difference <= wanted / 100 * rateTolerancePercent;
 }
 
-bool taken(tty::Framing wanted, const tty::Framing& got) {
+bool isWhatWasWanted(tty::Framing wanted, const tty::Framing& got) {
     if (!near(wanted.baudRate, got.baudRate)) {
         return false;
     }
@@ -26,39 +26,36 @@ bool taken(tty::Framing wanted, const tty::Framing& got) {
 
 }  // namespace
 
-std::uint32_t CSerial::Setup(std::uint32_t baudRate, std::uint8_t dataBits, int parity, std::uint8_t stopBits,
-                             int dtrMode) {
-    if (!isOpen()) {
-        return lastError_ = serial_result::invalidHandle;
-    }
+std::uint32_t CSerial::applySetup(std::uint32_t baudRate, std::uint8_t dataBits, int parity,
+                                  std::uint8_t stopBits, int dtrMode) {
     const int device = native_->device.get();
     termios former{};
-    if (lastError_ = tty::readSettings(device, former); lastError_ != serial_result::success) {
-        return lastError_;
+    if (const std::uint32_t result = tty::readSettings(device, former); result != serial_result::success) {
+        return result;
     }
     termios wanted = former;
     const tty::Framing framing{baudRate, dataBits, parity, stopBits};
     if (!tty::setFraming(wanted, framing)) {
-        return lastError_ = serial_result::invalidParameter;
+        return serial_result::invalidParameter;
     }
     if (dtrMode == 1 && tty::handshakingOf(wanted) == handshakeHardware) {
         tty::setHandshaking(wanted, handshakeNone);
     }
     termios got{};
-    lastError_ = tty::writeSettings(device, wanted);
-    if (lastError_ == serial_result::success) {
-        lastError_ = tty::readSettings(device, got);
+    std::uint32_t result = tty::writeSettings(device, wanted);
+    if (result == serial_result::success) {
+        result = tty::readSettings(device, got);
     }
     // Drivers leave out silently what they cannot do.
-    if (lastError_ == serial_result::success && !taken(framing, tty::framingOf(got))) {
-        lastError_ = serial_result::invalidParameter;
+    if (result == serial_result::success && !isWhatWasWanted(framing, tty::framingOf(got))) {
+        result = serial_result::invalidParameter;
     }
-    if (lastError_ != serial_result::success) {
+    if (result != serial_result::success) {
         static_cast<void>(tty::writeSettings(device, former));
     } else if (dtrMode == 1) {
         tty::driveLines(native_->lineControl, device, TIOCM_DTR, TIOCM_RTS);
     }
-    return lastError_;
+    return result;
 }
 
 std::uint32_t CSerial::storeEventChar(std::uint8_t character) {
@@ -69,83 +66,44 @@ std::uint32_t CSerial::storeEventChar(std::uint8_t character) {
     return serial_result::success;
 }
 
-std::uint32_t CSerial::SetMask(std::uint32_t eventMask) {
-    if (!isOpen()) {
-        return lastError_ = serial_result::invalidHandle;
-    }
-    eventMask_ = eventMask;
-    return lastError_ = serial_result::success;
+// Nothing of it is the device's: eventStep() looks at what is asked for.
+std::uint32_t CSerial::applyMask(std::uint32_t /*eventMask*/) {
+    return serial_result::success;
 }
 
-std::uint32_t CSerial::SetupHandshaking(int mode) {
-    if (!isOpen()) {
-        return lastError_ = serial_result::invalidHandle;
-    }
-    if (mode < handshakeNone || mode > handshakeSoftware) {
-        return lastError_ = serial_result::invalidArgument;
-    }
+std::uint32_t CSerial::applyHandshaking(int mode) {
     const int device = native_->device.get();
     termios settings{};
-    lastError_ = tty::readSettings(device, settings);
-    if (lastError_ == serial_result::success) {
+    std::uint32_t result = tty::readSettings(device, settings);
+    if (result == serial_result::success) {
         tty::setHandshaking(settings, mode);
-        lastError_ = tty::writeSettings(device, settings);
+        result = tty::writeSettings(device, settings);
     }
-    if (lastError_ == serial_result::success) {
+    if (result == serial_result::success) {
         constexpr int bothLines = TIOCM_DTR | TIOCM_RTS;
         tty::driveLines(native_->lineControl, device, mode == handshakeHardware ? bothLines : 0,
                         mode == handshakeHardware ? 0 : bothLines);
     }
-    return lastError_;
+    return result;
 }
 
-std::uint32_t CSerial::SetupReadTimeouts(int mode) {
-    if (!isOpen()) {
-        return lastError_ = serial_result::invalidHandle;
-    }
-    if (mode != nonBlocking && mode != blocking) {
-        return lastError_ = serial_result::invalidArgument;
-    }
+std::uint32_t CSerial::applyReadTimeouts(int mode) {
     native_->blockingReads = mode == blocking;
-    return lastError_ = serial_result::success;
+    return serial_result::success;
 }
 
-int CSerial::GetBaudrate() {
-    termios settings{};
-    lastError_ = tty::readSettings(native_->device.get(), settings);
-    if (lastError_ != serial_result::success) {
-        return -1;
+std::uint32_t CSerial::readSettings(Settings& settings) const {
+    termios stored{};
+    const std::uint32_t result = tty::readSettings(native_->device.get(), stored);
+    if (result == serial_result::success) {
+        const tty::Framing framing = tty::framingOf(stored);
+        settings = {.baudRate = framing.baudRate == 0 ? -1 : static_cast<int>(framing.baudRate),
+                    .dataBits = framing.dataBits,
+                    .parity = framing.parity,
+                    .stopBits = framing.stopBits,
+                    .handshaking = tty::handshakingOf(stored)};
     }
-    const std::uint32_t baudRate = tty::framingOf(settings).baudRate;
-    if (baudRate == 0) {
-        lastError_ = serial_result::generalFailure;
-        return -1;
-    }
-    return static_cast<int>(baudRate);
-}
-
-int CSerial::GetDataBits() {
-    termios settings{};
-    lastError_ = tty::readSettings(native_->device.get(), settings);
-    return lastError_ == serial_result::success ? tty::framingOf(settings).dataBits : -1;
-}
-
-int CSerial::GetParity() {
-    termios settings{};
-    lastError_ = tty::readSettings(native_->device.get(), settings);
-    return lastError_ == serial_result::success ? tty::framingOf(settings).parity : -1;
-}
-
-int CSerial::GetStopBits() {
-    termios settings{};
-    lastError_ = tty::readSettings(native_->device.get(), settings);
-    return lastError_ == serial_result::success ? tty::framingOf(settings).stopBits : -1;
-}
-
-int CSerial::GetHandshaking() {
-    termios settings{};
-    lastError_ = tty::readSettings(native_->device.get(), settings);
-    return lastError_ == serial_result::success ? tty::handshakingOf(settings) : -1;
+    return result;
 }
 
 std::uint8_t CSerial::GetEventChar() {

@@ -15,30 +15,27 @@ std::uint32_t readControl(const win32::SerialCalls& calls, HANDLE file, DCB& con
 
 }  // namespace
 
-std::uint32_t CSerial::Setup(std::uint32_t baudRate, std::uint8_t dataBits, int parity, std::uint8_t stopBits,
-                             int dtrMode) {
-    if (!isOpen()) {
-        return lastError_ = serial_result::invalidHandle;
-    }
+std::uint32_t CSerial::applySetup(std::uint32_t baudRate, std::uint8_t dataBits, int parity,
+                                  std::uint8_t stopBits, int dtrMode) {
     // Not every driver refuses them.
     if (!serial_frame::isPossible(baudRate, dataBits, parity, stopBits)) {
-        return lastError_ = serial_result::invalidParameter;
+        return serial_result::invalidParameter;
     }
     DCB control{};
-    lastError_ = readControl(*native_->calls, native_->handle(), control);
-    if (lastError_ == serial_result::success) {
-        control.BaudRate = baudRate;
-        control.ByteSize = dataBits;
-        control.Parity = static_cast<BYTE>(parity);
-        control.StopBits = stopBits;
-        control.fParity = parity != serial_frame::parityNone ? 1 : 0;
-        if (dtrMode == 1) {
-            control.fDtrControl = DTR_CONTROL_ENABLE;
-            control.fRtsControl = RTS_CONTROL_DISABLE;
-        }
-        lastError_ = resultOf(native_->calls->setCommState(native_->handle(), &control));
+    const std::uint32_t result = readControl(*native_->calls, native_->handle(), control);
+    if (result != serial_result::success) {
+        return result;
     }
-    return lastError_;
+    control.BaudRate = baudRate;
+    control.ByteSize = dataBits;
+    control.Parity = static_cast<BYTE>(parity);
+    control.StopBits = stopBits;
+    control.fParity = parity != serial_frame::parityNone ? 1 : 0;
+    if (dtrMode == 1) {
+        control.fDtrControl = DTR_CONTROL_ENABLE;
+        control.fRtsControl = RTS_CONTROL_DISABLE;
+    }
+    return resultOf(native_->calls->setCommState(native_->handle(), &control));
 }
 
 std::uint32_t CSerial::storeEventChar(std::uint8_t character) {
@@ -51,98 +48,58 @@ std::uint32_t CSerial::storeEventChar(std::uint8_t character) {
     return resultOf(native_->calls->setCommState(native_->handle(), &control));
 }
 
-std::uint32_t CSerial::SetMask(std::uint32_t eventMask) {
-    if (!isOpen()) {
-        return lastError_ = serial_result::invalidHandle;
-    }
-    lastError_ = resultOf(native_->calls->setCommMask(native_->handle(), eventMask));
-    if (lastError_ == serial_result::success) {
-        eventMask_ = eventMask;
-    }
-    return lastError_;
+std::uint32_t CSerial::applyMask(std::uint32_t eventMask) {
+    return resultOf(native_->calls->setCommMask(native_->handle(), eventMask));
 }
 
-std::uint32_t CSerial::SetupHandshaking(int mode) {
-    if (!isOpen()) {
-        return lastError_ = serial_result::invalidHandle;
-    }
-    if (mode < handshakeNone || mode > handshakeSoftware) {
-        return lastError_ = serial_result::invalidArgument;
-    }
+std::uint32_t CSerial::applyHandshaking(int mode) {
     DCB control{};
-    lastError_ = readControl(*native_->calls, native_->handle(), control);
-    if (lastError_ == serial_result::success) {
-        const bool hardware = mode == handshakeHardware;
-        const bool software = mode == handshakeSoftware;
-        control.fOutxCtsFlow = hardware ? 1 : 0;
-        control.fOutxDsrFlow = hardware ? 1 : 0;
-        control.fDtrControl = hardware ? DTR_CONTROL_HANDSHAKE : DTR_CONTROL_DISABLE;
-        control.fRtsControl = hardware ? RTS_CONTROL_HANDSHAKE : RTS_CONTROL_DISABLE;
-        control.fOutX = software ? 1 : 0;
-        control.fInX = software ? 1 : 0;
-        lastError_ = resultOf(native_->calls->setCommState(native_->handle(), &control));
+    const std::uint32_t result = readControl(*native_->calls, native_->handle(), control);
+    if (result != serial_result::success) {
+        return result;
     }
-    return lastError_;
+    const bool hardware = mode == handshakeHardware;
+    const bool software = mode == handshakeSoftware;
+    control.fOutxCtsFlow = hardware ? 1 : 0;
+    control.fOutxDsrFlow = hardware ? 1 : 0;
+    control.fDtrControl = hardware ? DTR_CONTROL_HANDSHAKE : DTR_CONTROL_DISABLE;
+    control.fRtsControl = hardware ? RTS_CONTROL_HANDSHAKE : RTS_CONTROL_DISABLE;
+    control.fOutX = software ? 1 : 0;
+    control.fInX = software ? 1 : 0;
+    return resultOf(native_->calls->setCommState(native_->handle(), &control));
 }
 
-std::uint32_t CSerial::SetupReadTimeouts(int mode) {
-    if (!isOpen()) {
-        return lastError_ = serial_result::invalidHandle;
-    }
-    if (mode != nonBlocking && mode != blocking) {
-        return lastError_ = serial_result::invalidArgument;
-    }
+std::uint32_t CSerial::applyReadTimeouts(int mode) {
     COMMTIMEOUTS timeouts{};
-    lastError_ = resultOf(native_->calls->getCommTimeouts(native_->handle(), &timeouts));
-    if (lastError_ == serial_result::success) {
+    std::uint32_t result = resultOf(native_->calls->getCommTimeouts(native_->handle(), &timeouts));
+    if (result == serial_result::success) {
         timeouts.ReadIntervalTimeout = mode == nonBlocking ? MAXDWORD : 0;
         timeouts.ReadTotalTimeoutMultiplier = 0;
         timeouts.ReadTotalTimeoutConstant = 0;
-        lastError_ = resultOf(native_->calls->setCommTimeouts(native_->handle(), &timeouts));
+        result = resultOf(native_->calls->setCommTimeouts(native_->handle(), &timeouts));
     }
-    if (lastError_ == serial_result::success) {
+    if (result == serial_result::success) {
         native_->blockingReads = mode == blocking;
     }
-    return lastError_;
+    return result;
 }
 
-int CSerial::GetBaudrate() {
+std::uint32_t CSerial::readSettings(Settings& settings) const {
     DCB control{};
-    lastError_ = readControl(*native_->calls, native_->handle(), control);
-    return lastError_ == serial_result::success ? static_cast<int>(control.BaudRate) : -1;
-}
-
-int CSerial::GetDataBits() {
-    DCB control{};
-    lastError_ = readControl(*native_->calls, native_->handle(), control);
-    return lastError_ == serial_result::success ? control.ByteSize : -1;
-}
-
-int CSerial::GetParity() {
-    DCB control{};
-    lastError_ = readControl(*native_->calls, native_->handle(), control);
-    if (lastError_ != serial_result::success) {
-        return -1;
+    const std::uint32_t result = readControl(*native_->calls, native_->handle(), control);
+    if (result == serial_result::success) {
+        const bool hardware =
+            control.fDtrControl == DTR_CONTROL_HANDSHAKE && control.fRtsControl == RTS_CONTROL_HANDSHAKE;
+        const bool software = control.fOutX != 0 && control.fInX != 0;
+        settings = {.baudRate = static_cast<int>(control.BaudRate),
+                    .dataBits = control.ByteSize,
+                    .parity = control.fParity != 0 ? control.Parity : serial_frame::parityNone,
+                    .stopBits = control.StopBits,
+                    .handshaking = hardware   ? handshakeHardware
+                                   : software ? handshakeSoftware
+                                              : handshakeNone};
     }
-    return control.fParity != 0 ? control.Parity : serial_frame::parityNone;
-}
-
-int CSerial::GetStopBits() {
-    DCB control{};
-    lastError_ = readControl(*native_->calls, native_->handle(), control);
-    return lastError_ == serial_result::success ? control.StopBits : -1;
-}
-
-int CSerial::GetHandshaking() {
-    DCB control{};
-    lastError_ = readControl(*native_->calls, native_->handle(), control);
-    if (lastError_ != serial_result::success) {
-        return -1;
-    }
-    if (control.fDtrControl == DTR_CONTROL_HANDSHAKE && control.fRtsControl == RTS_CONTROL_HANDSHAKE) {
-        return handshakeHardware;
-    }
-    return control.fOutX != 0 && control.fInX != 0 ? handshakeSoftware : handshakeNone;
+    return result;
 }
 
 std::uint8_t CSerial::GetEventChar() {

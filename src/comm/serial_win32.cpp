@@ -45,7 +45,7 @@ std::uint32_t maskResult(BOOL done) {
 SerialOverlapped::SerialOverlapped() : native_(std::make_unique<Native>()) {}
 
 SerialOverlapped::~SerialOverlapped() {
-    if (native_->kind != Native::Kind::none) {
+    if (native_->kind) {
         native_->end();
     }
 }
@@ -69,12 +69,12 @@ bool SerialOverlapped::Native::end() {
 std::uint32_t SerialOverlapped::Native::judged(std::uint32_t result) const {
     const bool shortened = result == serial_result::success && whole && moved < size;
     // Nobody cancelled it: so end the transfers of a device that was pulled out.
-    const bool dropped = result == serial_result::operationAborted && kind != Kind::event;
+    const bool dropped = result == serial_result::operationAborted && kind != CSerial::TransferKind::event;
     return shortened || dropped ? serial_result::ioDevice : result;
 }
 
 void SerialOverlapped::Native::take() {
-    if (kind == Kind::read && moved != 0) {
+    if (kind == CSerial::TransferKind::read && moved != 0) {
         std::memcpy(in, block->bytes.get(), std::min(moved, size));
     }
     eventType = block->eventType;
@@ -161,7 +161,7 @@ std::uint32_t CSerial::Native::perform(Operation& operation, std::uint32_t timeo
 }
 
 std::uint32_t CSerial::Native::hand(Operation& operation, Operation& kept) const {
-    if (kept.kind != Kind::none) {
+    if (kept.kind) {
         return serial_result::busy;
     }
     bool pending = false;
@@ -231,7 +231,7 @@ std::uint32_t CSerial::Open(const std::wstring& deviceName, std::uint32_t inQueu
         return lastError_ = result;
     }
     eventMask_ = serial_event::standard;
-    CSerial::SetupReadTimeouts(nonBlocking);
+    static_cast<void>(applyReadTimeouts(nonBlocking));
     applyDefaultConfiguration(file, deviceName);
     return lastError_ = serial_result::success;
 }
@@ -251,93 +251,49 @@ std::uint32_t CSerial::Close() {
     return lastError_ = serial_result::success;
 }
 
-std::uint32_t CSerial::WaitEvent(SerialOverlapped* overlapped, std::uint32_t timeoutMs) {
-    lastError_ = refusal(nullptr, 0, overlapped, timeoutMs);
-    if (lastError_ != serial_result::success) {
-        return lastError_;
-    }
-    Native::Operation operation = native_->operation(Native::Kind::event, 0);
-    lastError_ =
+std::uint32_t CSerial::carryOut(const Transfer& transfer, SerialOverlapped* overlapped,
+                                std::uint32_t timeoutMs, std::uint32_t& moved) {
+    Native::Operation operation = native_->operation(transfer.kind, transfer.size);
+    operation.in = transfer.into;
+    operation.out = transfer.from;
+    std::uint32_t result =
         native_->run(operation, overlapped == nullptr ? nullptr : overlapped->native_.get(), timeoutMs);
-    if (overlapped == nullptr) {
-        eventType_ = lastError_ == serial_result::success ? operation.eventType : 0;
+    if (transfer.kind != TransferKind::event) {
+        moved = operation.moved;
+    } else if (overlapped == nullptr) {
+        eventType_ = result == serial_result::success ? operation.eventType : 0;
     }
-    return lastError_;
+    // The driver has a time-out of its own, which is no error to it.
+    if (transfer.kind == TransferKind::write && result == serial_result::success && overlapped == nullptr &&
+        moved < transfer.size) {
+        result = serial_result::timeout;
+    }
+    return result;
 }
 
-std::uint32_t CSerial::Write(const void* data, std::size_t size, std::uint32_t* written,
-                             SerialOverlapped* overlapped, std::uint32_t timeoutMs) {
-    std::uint32_t count = 0;
-    lastError_ = refusal(data, size, overlapped, timeoutMs);
-    if (lastError_ == serial_result::success) {
-        Native::Operation operation = native_->operation(Native::Kind::write, size);
-        operation.out = data;
-        lastError_ =
-            native_->run(operation, overlapped == nullptr ? nullptr : overlapped->native_.get(), timeoutMs);
-        count = operation.moved;
-        // The driver has a time-out of its own, which is no error to it.
-        if (lastError_ == serial_result::success && overlapped == nullptr && count < size) {
-            lastError_ = serial_result::timeout;
-        }
-    }
-    if (written != nullptr) {
-        *written = count;
-    }
-    return lastError_;
-}
-
-std::uint32_t CSerial::Read(void* data, std::size_t size, std::uint32_t* read, SerialOverlapped* overlapped,
-                            std::uint32_t timeoutMs) {
-    std::uint32_t count = 0;
-    lastError_ = refusal(data, size, overlapped, timeoutMs);
-    if (lastError_ == serial_result::success) {
-        Native::Operation operation = native_->operation(Native::Kind::read, size);
-        operation.in = data;
-        lastError_ =
-            native_->run(operation, overlapped == nullptr ? nullptr : overlapped->native_.get(), timeoutMs);
-        count = operation.moved;
-    }
-    if (read != nullptr) {
-        *read = count;
-    }
-    return lastError_;
-}
-
-std::uint32_t CSerial::Complete(SerialOverlapped& overlapped, std::uint32_t* count, std::uint32_t timeoutMs) {
-    if (count != nullptr) {
-        *count = 0;
-    }
-    if (!isOpen()) {
-        return lastError_ = serial_result::invalidHandle;
-    }
+std::uint32_t CSerial::carryOn(SerialOverlapped& overlapped, std::uint32_t timeoutMs, std::uint32_t& moved) {
     Native::Operation& kept = *overlapped.native_;
-    if (kept.kind == Native::Kind::none || kept.opening.lock() != native_->opening) {
-        return lastError_ = serial_result::invalidArgument;
+    if (!kept.kind || kept.opening.lock() != native_->opening) {
+        return serial_result::invalidArgument;
     }
     Native::Operation operation = std::exchange(kept, Native::Operation{});
     operation.moved = 0;
+    std::uint32_t result = serial_result::operationAborted;
     if (!isCancelled()) {
-        lastError_ = native_->await(operation, timeoutMs);
+        result = native_->await(operation, timeoutMs);
+    } else if (operation.end()) {
+        static_cast<void>(operation.fetch());
+    }
+    if (operation.kind == TransferKind::event) {
+        eventType_ = result == serial_result::success ? operation.eventType : 0;
     } else {
-        if (operation.end()) {
-            static_cast<void>(operation.fetch());
-        }
-        lastError_ = serial_result::operationAborted;
+        moved = operation.moved;
     }
-    if (operation.kind == Native::Kind::event) {
-        eventType_ = lastError_ == serial_result::success ? operation.eventType : 0;
-    } else if (count != nullptr) {
-        *count = operation.moved;
-    }
-    return lastError_;
+    return result;
 }
 
 void CSerial::Cancel() {
     SetEvent(native_->stop.get());
-}
-
-void CSerial::ClearCancel() {
-    ResetEvent(native_->stop.get());
 }
 
 }  // namespace tessavo

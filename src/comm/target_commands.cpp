@@ -70,14 +70,14 @@ TargetCommands::TargetCommands(TuningState& tuning, ITransfers& transfers, IMess
       readFile_(std::move(readFile)),
       observer_(std::move(observer)) {}
 
-void TargetCommands::tell(const CommandReport& report) const {
+void TargetCommands::notify(const CommandReport& report) const {
     if (observer_) {
         observer_(report);
     }
 }
 
-bool TargetCommands::told(Command command, std::uint8_t targetSet, bool done) const {
-    tell({command, targetSet, done ? CommandReport::Result::done : CommandReport::Result::exchangeFailed});
+bool TargetCommands::reported(Command command, std::uint8_t targetSet, bool done) const {
+    notify({command, targetSet, done ? CommandReport::Result::done : CommandReport::Result::exchangeFailed});
     return done;
 }
 
@@ -92,7 +92,7 @@ bool TargetCommands::SaveSetToRam(std::uint8_t targetSet) {
     const Md5Digest digest = md5Image(tuning_.image());
     std::array<std::uint8_t, 2 + sizeof(Md5Digest)> payload{command_code::saveSet, targetSet};
     std::copy(digest.begin(), digest.end(), payload.begin() + 2);
-    return told(Command::saveSet, targetSet, transfers_.SendToTarget(payload, MessageType::blocks128));
+    return reported(Command::saveSet, targetSet, transfers_.SendToTarget(payload, MessageType::blocks128));
 }
 
 bool TargetCommands::LoadSetFromRam(std::uint8_t targetSet, const std::function<void()>& refreshPages) {
@@ -105,14 +105,14 @@ bool TargetCommands::LoadSetFromRam(std::uint8_t targetSet, const std::function<
     }
     const auto reply = ask(transfers_, {command_code::readSet, targetSet});
     if (!reply) {
-        return told(Command::readSet, targetSet, false);
+        return reported(Command::readSet, targetSet, false);
     }
     ParameterImage received;
     std::memcpy(&received, reply->data(), sizeof received);
     tuning_.replaceImage(received);
     const Md5Digest digest = md5Image(received);
     if (!std::equal(digest.begin(), digest.end(), reply->begin() + reply_layout::imageDigest)) {
-        tell({Command::readSet, targetSet, CommandReport::Result::wrongDigest});
+        notify({Command::readSet, targetSet, CommandReport::Result::wrongDigest});
         boxes_.showPlain(checksumFailedText);
         return false;
     }
@@ -120,12 +120,12 @@ bool TargetCommands::LoadSetFromRam(std::uint8_t targetSet, const std::function<
     if (refreshPages) {
         refreshPages();
     }
-    return told(Command::readSet, targetSet, true);
+    return reported(Command::readSet, targetSet, true);
 }
 
 std::optional<TargetVersions> TargetCommands::ReadVersions() {
     const auto reply = ask(transfers_, {command_code::readVersions});
-    if (!told(Command::readVersions, 0, reply.has_value())) {
+    if (!reported(Command::readVersions, 0, reply.has_value())) {
         return std::nullopt;
     }
     return TargetVersions{littleEndian32(*reply, reply_layout::hardwareVersion),
@@ -167,7 +167,8 @@ bool TargetCommands::FlashFile(const std::filesystem::path& path) {
         boxes_.showError(fileReadErrorText);
         return false;
     }
-    return told(Command::sendSoftware, 0, transfers_.SendToTarget(file->bytes, MessageType::blocks1kWithCrc));
+    return reported(Command::sendSoftware, 0,
+                    transfers_.SendToTarget(file->bytes, MessageType::blocks1kWithCrc));
 }
 
 }  // namespace tessavo

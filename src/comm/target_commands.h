@@ -138,9 +138,9 @@ class TargetCommands {
     bool FlashFile(const std::filesystem::path& path);
 
  private:
-    void tell(const CommandReport& report) const;
+    void notify(const CommandReport& report) const;
     /// \return `done`
-    [[nodiscard]] bool told(Command command, std::uint8_t targetSet, bool done) const;
+    [[nodiscard]] bool reported(Command command, std::uint8_t targetSet, bool done) const;
 
     TuningState& tuning_;
     ITransfers& transfers_;

@@ -6,7 +6,6 @@
 #include <utility>
 #include <vector>
 
-#include "comm/port_list.h"
 #include "comm/transfer_timing.h"
 
 namespace tessavo {
@@ -15,8 +14,10 @@ namespace {
 
 constexpr int attemptLimit = 5;
 constexpr int lastAttempt = attemptLimit - 1;
-constexpr std::uint32_t baudRate = 115200;
-constexpr std::uint8_t dataBits = 8;
+constexpr LineSettings lineSettings{.baudRate = 115200,
+                                    .dataBits = 8,
+                                    .parity = serial_frame::parityNone,
+                                    .stopBits = serial_frame::stopBitsOne};
 constexpr std::uint8_t firstBlock = 1;
 
 struct BlockPlan {
@@ -59,9 +60,10 @@ std::vector<std::uint8_t> workBuffer(std::span<const std::uint8_t> data, const B
 // The steps between taking and releasing the lock. Each answers whether the exchange goes on.
 class Exchange {
  public:
-    explicit Exchange(const TransferEngine::Outside& outside) : outside_(outside) {}
+    Exchange(const TransferEngine::Dependencies& dependencies, ILine& line)
+        : dependencies_(dependencies), line_(line) {}
 
-    bool openPort();
+    bool openLine();
     bool connect();
     bool sendBlocks(std::span<const std::uint8_t> work, std::size_t length, std::uint8_t frameType);
     bool request(std::span<const std::uint8_t> command, std::span<std::uint8_t> reply);
@@ -74,7 +76,7 @@ class Exchange {
         failure_ = why;
         return false;
     }
-    void log(LogKind kind, std::string_view text) { outside_.log.log(kind, text); }
+    void log(LogKind kind, std::string_view text) { dependencies_.log.log(kind, text); }
     // The target's silence tells of a write that failed.
     void write(std::span<const std::uint8_t> bytes);
     std::optional<std::uint8_t> readByte(Milliseconds timeout);
@@ -83,24 +85,20 @@ class Exchange {
     bool requestTaken();
     bool receiveReply(std::span<std::uint8_t> reply);
 
-    const TransferEngine::Outside& outside_;
+    const TransferEngine::Dependencies& dependencies_;
+    ILine& line_;
     ExchangeEnd failure_ = ExchangeEnd::noAnswer;
     std::array<std::uint8_t, maximumFrameSize> frame_{};
 };
 
-constexpr std::uint32_t inMilliseconds(Milliseconds duration) {
-    return static_cast<std::uint32_t>(duration.count());
-}
-
 void Exchange::write(std::span<const std::uint8_t> bytes) {
-    outside_.port.Write(bytes.data(), bytes.size(), nullptr, nullptr, inMilliseconds(timing::writeWait));
+    line_.write(bytes, timing::writeWait);
 }
 
 std::optional<std::uint8_t> Exchange::readByte(Milliseconds timeout) {
     std::uint8_t byte = 0;
-    std::uint32_t count = 0;
-    const std::uint32_t result = outside_.port.Read(&byte, 1, &count, nullptr, inMilliseconds(timeout));
-    if (result != serial_result::success || count != 1) {
+    const LineRead read = line_.read(std::span(&byte, 1), timeout);
+    if (read.result != serial_result::success || read.count != 1) {
         return std::nullopt;
     }
     return byte;
@@ -111,19 +109,10 @@ void Exchange::flushInput() {
     }
 }
 
-bool Exchange::openPort() {
-    CSerial& port = outside_.port;
-    const std::uint32_t opened = port.Open(devicePath(outside_.portName()), 0, 0, true);
-    if (opened == serial_result::success) {
-        if (port.Setup(baudRate, dataBits, serial_frame::parityNone, serial_frame::stopBitsOne, 0) !=
-            serial_result::success) {
-            return failed(ExchangeEnd::portNotOpened);
-        }
-    } else if (opened != serial_result::alreadyInitialised) {
-        return failed(ExchangeEnd::portNotOpened);
-    }
-    port.SetupReadTimeouts(CSerial::blocking);
-    return true;
+bool Exchange::openLine() {
+    const bool ready =
+        line_.open() == serial_result::success && line_.setUp(lineSettings) == serial_result::success;
+    return ready || failed(ExchangeEnd::portNotOpened);
 }
 
 bool Exchange::connect() {
@@ -154,12 +143,12 @@ bool Exchange::sendBlocks(std::span<const std::uint8_t> work, std::size_t length
         flushInput();
         log(LogKind::tx, "Send XModem Message");
         write(std::span(frame_).first(frameSize));
-        if (!outside_.clock.sleep(timing::pauseAfterBlock) || !blockTaken()) {
+        if (!dependencies_.clock.sleep(timing::pauseAfterBlock) || !blockTaken()) {
             return false;
         }
         ++blockNumber;
-        if (outside_.progress) {
-            outside_.progress(block + 1, blocks);
+        if (dependencies_.progress) {
+            dependencies_.progress(block + 1, blocks);
         }
     }
     return true;
@@ -169,7 +158,7 @@ bool Exchange::blockTaken() {
     for (int attempt = 0; attempt < attemptLimit; ++attempt) {
         log(LogKind::rx, "Wait for answer");
         const auto answer = readByte(timing::answerWait);
-        if (!outside_.clock.sleep(timing::pauseAfterAnswer)) {
+        if (!dependencies_.clock.sleep(timing::pauseAfterAnswer)) {
             return false;
         }
         if (!answer) {
@@ -225,16 +214,14 @@ bool Exchange::requestTaken() {
 
 bool Exchange::receiveReply(std::span<std::uint8_t> reply) {
     log(LogKind::rx, "Receiving XModem message");
-    std::uint32_t count = 0;
-    const std::uint32_t result =
-        outside_.port.Read(frame_.data(), frame_.size(), &count, nullptr, inMilliseconds(timing::replyWait));
-    if (result != serial_result::success) {
+    const LineRead read = line_.read(frame_, timing::replyWait);
+    if (read.result != serial_result::success) {
         log(LogKind::error, "Can't connect to Target");
         // A refusal that came before the request was taken is over by now.
-        return failed(count > 0 ? ExchangeEnd::damagedAnswer : ExchangeEnd::noAnswer);
+        return failed(read.count > 0 ? ExchangeEnd::damagedAnswer : ExchangeEnd::noAnswer);
     }
     XModemMessage message;
-    if (!ParseFrame(std::span(frame_).first(std::min<std::size_t>(count, frame_.size())), message)) {
+    if (!ParseFrame(std::span(frame_).first(std::min(read.count, frame_.size())), message)) {
         log(LogKind::error, "Invalid message received");
         return failed(ExchangeEnd::damagedAnswer);
     }
@@ -263,62 +250,89 @@ bool Exchange::disconnect() {
     return failed(ExchangeEnd::notDisconnected);
 }
 
-struct ClosedAtEnd {
-    explicit ClosedAtEnd(const TransferEngine::Outside& what) : outside(what) {}
-    ~ClosedAtEnd() {
-        outside.port.Close();
-        outside.lock.release();
-    }
-    ClosedAtEnd(const ClosedAtEnd&) = delete;
-    ClosedAtEnd& operator=(const ClosedAtEnd&) = delete;
+}  // namespace
 
-    const TransferEngine::Outside& outside;
+/// Makes the line of an exchange that has the lock; at its end closes the line and gives the lock back.
+class TransferEngine::LineInUse {
+ public:
+    explicit LineInUse(TransferEngine& engine) : engine_(engine) {}
+    ~LineInUse() {
+        if (line_) {
+            line_->close();
+            const std::lock_guard guard(engine_.mutex_);
+            engine_.line_ = nullptr;
+        }
+        line_.reset();
+        engine_.dependencies_.lock.release();
+    }
+    LineInUse(const LineInUse&) = delete;
+    LineInUse& operator=(const LineInUse&) = delete;
+
+    ILine& make() {
+        line_ = engine_.dependencies_.makeLine(engine_.dependencies_.portName());
+        const std::lock_guard guard(engine_.mutex_);
+        engine_.line_ = line_.get();
+        if (engine_.cancelled_) {
+            line_->cancel();
+        }
+        return *line_;
+    }
+
+ private:
+    TransferEngine& engine_;
+    std::unique_ptr<ILine> line_;
 };
 
-void tellEnd(const TransferEngine::Outside& outside, ExchangeEnd end) {
-    if (outside.ended) {
-        outside.ended(end);
+void TransferEngine::tellEnd(ExchangeEnd end) const {
+    if (dependencies_.ended) {
+        dependencies_.ended(end);
     }
 }
 
 template <typename Body>
-ExchangeEnd runWithLock(const TransferEngine::Outside& outside, std::string_view preparation, Body body) {
-    const ClosedAtEnd closed(outside);
-    outside.log.log(LogKind::status, preparation);
-    Exchange exchange(outside);
-    const bool done = exchange.openPort() && exchange.connect() && body(exchange) && exchange.disconnect();
+ExchangeEnd TransferEngine::runWithLock(std::string_view preparation, Body body) {
+    LineInUse line(*this);
+    dependencies_.log.log(LogKind::status, preparation);
+    Exchange exchange(dependencies_, line.make());
+    const bool done = exchange.openLine() && exchange.connect() && body(exchange) && exchange.disconnect();
     return done ? ExchangeEnd::answered : exchange.failure();
 }
 
 template <typename Body>
-bool run(const TransferEngine::Outside& outside, std::string_view preparation, Body body) {
-    if (!outside.lock.take(timing::lockWait)) {
-        tellEnd(outside, ExchangeEnd::lineBusy);
+bool TransferEngine::run(std::string_view preparation, Body body) {
+    if (!dependencies_.lock.take(timing::lockWait)) {
+        tellEnd(ExchangeEnd::lineBusy);
         return false;
     }
-    if (outside.began) {
-        outside.began();
+    if (dependencies_.began) {
+        dependencies_.began();
     }
-    const ExchangeEnd end = runWithLock(outside, preparation, body);
-    tellEnd(outside, end);
+    const ExchangeEnd end = runWithLock(preparation, body);
+    tellEnd(end);
     if (end == ExchangeEnd::portNotOpened) {
         // The lock is free by now: while the box waits for the user, other exchanges go on.
-        outside.boxes.showPlain(cannotOpenPortText);
-        if (outside.portBoxClosed) {
-            outside.portBoxClosed();
+        dependencies_.boxes.showPlain(cannotOpenPortText);
+        if (dependencies_.portBoxClosed) {
+            dependencies_.portBoxClosed();
         }
     }
     return end == ExchangeEnd::answered;
 }
-
-}  // namespace
 
 std::size_t blockCount(std::size_t messageSize, MessageType type) {
     const auto plan = planOf(type);
     return plan ? blocksIn(messageSize, payloadSize(plan->frameType)) : 0;
 }
 
-TransferEngine::TransferEngine(Outside outside) : outside_(std::move(outside)) {}
+TransferEngine::TransferEngine(Dependencies dependencies) : dependencies_(std::move(dependencies)) {}
+
+void TransferEngine::cancel() {
+    const std::lock_guard guard(mutex_);
+    cancelled_ = true;
+    if (line_ != nullptr) {
+        line_->cancel();
+    }
+}
 
 bool TransferEngine::SendToTarget(std::span<const std::uint8_t> data, MessageType type) {
     const auto plan = planOf(type);
@@ -326,7 +340,7 @@ bool TransferEngine::SendToTarget(std::span<const std::uint8_t> data, MessageTyp
         return false;
     }
     const std::vector<std::uint8_t> work = workBuffer(data, *plan);
-    return run(outside_, plan->preparation,
+    return run(plan->preparation,
                [&](Exchange& exchange) { return exchange.sendBlocks(work, data.size(), plan->frameType); });
 }
 
@@ -334,8 +348,7 @@ bool TransferEngine::ReceiveFromTarget(std::span<std::uint8_t> reply, std::span<
     if (request.size() > payloadSize(requestPlan.frameType)) {
         return false;
     }
-    return run(outside_, requestPlan.preparation,
-               [&](Exchange& exchange) { return exchange.request(request, reply); });
+    return run(requestPlan.preparation, [&](Exchange& exchange) { return exchange.request(request, reply); });
 }
 
 }  // namespace tessavo

@@ -3,6 +3,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <memory>
+#include <mutex>
 #include <span>
 #include <string>
 #include <string_view>
@@ -12,7 +14,7 @@
 #include "comm/clock.h"
 #include "comm/comm_log.h"
 #include "comm/framing.h"
-#include "comm/serial.h"
+#include "comm/line.h"
 #include "comm/transfers.h"
 
 namespace tessavo {
@@ -41,9 +43,10 @@ inline constexpr std::size_t flushLimit = 65536;
 /// box once the lock is free again. When the clock's pause is cut short the exchange ends as failed, quietly.
 class TransferEngine : public ITransfers {
  public:
-    /// What an exchange works with. All of it outlives the engine.
-    struct Outside {
-        CSerial& port;
+    /// What an exchange works with. All that is referred to outlives the engine.
+    struct Dependencies {
+        /// Makes the line of each exchange. Called on the exchange's thread.
+        LineMaker makeLine;
         IClock& clock;
         ICommLog& log;
         IMessageBox& boxes;
@@ -64,13 +67,30 @@ class TransferEngine : public ITransfers {
         std::function<void()> portBoxClosed = {};
     };
 
-    explicit TransferEngine(Outside outside);
+    explicit TransferEngine(Dependencies dependencies);
+    TransferEngine(const TransferEngine&) = delete;
+    TransferEngine& operator=(const TransferEngine&) = delete;
 
     bool SendToTarget(std::span<const std::uint8_t> data, MessageType type) override;
     bool ReceiveFromTarget(std::span<std::uint8_t> reply, std::span<const std::uint8_t> request) override;
 
+    /// Cancels the line of the exchange that runs and of every later one: reads and writes fail at once. Any
+    /// thread. Does not wait for the exchange, and does not cut a pause short: that is the clock's.
+    void cancel();
+
  private:
-    Outside outside_;
+    class LineInUse;
+
+    template <typename Body>
+    bool run(std::string_view preparation, Body body);
+    template <typename Body>
+    ExchangeEnd runWithLock(std::string_view preparation, Body body);
+    void tellEnd(ExchangeEnd end) const;
+
+    Dependencies dependencies_;
+    std::mutex mutex_;       ///< guards what follows
+    ILine* line_ = nullptr;  ///< of the exchange that runs
+    bool cancelled_ = false;
 };
 
 }  // namespace tessavo

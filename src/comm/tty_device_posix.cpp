@@ -73,26 +73,6 @@ std::uint32_t resultOf(int error) {
     }
 }
 
-Descriptor::Descriptor(Descriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
-
-Descriptor& Descriptor::operator=(Descriptor&& other) noexcept {
-    if (this != &other) {
-        reset();
-        number_ = std::exchange(other.number_, -1);
-    }
-    return *this;
-}
-
-void Descriptor::reset() {
-    if (valid()) {
-        ::close(std::exchange(number_, -1));
-    }
-}
-
-int Descriptor::release() {
-    return std::exchange(number_, -1);
-}
-
 std::uint32_t openDevice(const std::string& path, Descriptor& device) {
     Descriptor opened(
         retried([&] { return ::open(path.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC); }));
@@ -131,7 +111,7 @@ void closeDevice(Descriptor& device, bool discardOutput) {
     ::ioctl(device.get(), TIOCNXCL);
     // A child process may have inherited the descriptor and would keep the lock.
     ::flock(device.get(), LOCK_UN);
-    device.reset();
+    device.close();
 }
 
 std::uint32_t readSettings(int device, termios& settings) {

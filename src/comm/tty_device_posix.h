@@ -6,33 +6,16 @@
 #include <string>
 #include <termios.h>
 
+#include "base/descriptor_posix.h"
+
 namespace tessavo::tty {
 
 /// The serial_result that stands for an errno value.
 [[nodiscard]] std::uint32_t resultOf(int error);
 
-/// A file descriptor that closes itself; -1 when there is none.
-class Descriptor {
- public:
-    explicit Descriptor(int number = -1) : number_(number) {}
-    ~Descriptor() { reset(); }
-    Descriptor(Descriptor&& other) noexcept;
-    Descriptor& operator=(Descriptor&& other) noexcept;
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-
-    [[nodiscard]] int get() const { return number_; }
-    [[nodiscard]] bool valid() const { return number_ >= 0; }
-    void reset();
-    /// Hands it over to the caller, who closes it.
-    [[nodiscard]] int release();
-
- private:
-    int number_;
-};
-
 /// Opens a terminal device that no other program uses, keeps others out, and makes it raw. Never waits for
 /// modem lines, never becomes the controlling terminal, keeps what has arrived.
+/// \param path whole path of the device, as the system has its bytes
 /// \return a serial_result; `device` is untouched unless it is `success`.
 [[nodiscard]] std::uint32_t openDevice(const std::string& path, Descriptor& device);
 

@@ -26,6 +26,7 @@ struct Framing {
 /// What is set up. `baudRate` is 0 for a rate that has no standard name; parity is 0 when it is not checked.
 [[nodiscard]] Framing framingOf(const termios& settings);
 
+/// Sets flow control both ways.
 /// \param mode see CSerial::Handshaking
 void setHandshaking(termios& settings, int mode);
 [[nodiscard]] int handshakingOf(const termios& settings);

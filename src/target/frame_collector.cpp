@@ -6,18 +6,13 @@
 
 namespace tessavo {
 
-void FrameCollector::dropPartial() {
+void FrameCollector::reset() {
     if (!partial_.empty()) {
         listener_.dropped(partial_.size());
         partial_.clear();
     }
 }
 
-void FrameCollector::reset() {
-    dropPartial();
-}
-
-/// Takes the bytes in front of a frame and the frame's type byte; returns how many.
 std::size_t FrameCollector::startFrame(std::span<const std::uint8_t> bytes) {
     std::size_t strange = 0;
     std::size_t used = 0;
@@ -42,7 +37,7 @@ void FrameCollector::receive(std::span<const std::uint8_t> bytes, TargetTime now
         return;
     }
     if (now - lastByte_ >= quietGap) {
-        dropPartial();
+        reset();
     }
     lastByte_ = now;
     while (!bytes.empty()) {

@@ -26,19 +26,24 @@ class FrameCollector {
         std::function<void(std::size_t)> dropped;  ///< this many bytes made no frame
     };
 
+    /// \param listener none of its members is empty
     explicit FrameCollector(Listener listener) : listener_(std::move(listener)) {}
 
+    /// Takes what has arrived and tells what it completes before it returns.
+    /// \param bytes in the order in which they came
+    /// \param now not before that of the call before
     void receive(std::span<const std::uint8_t> bytes, TargetTime now);
     /// Drops an incomplete frame, as at the end of a connection.
     void reset();
 
  private:
-    void dropPartial();
+    /// Takes the bytes in front of a frame and the frame's type byte.
+    /// \return how many those are
     std::size_t startFrame(std::span<const std::uint8_t> bytes);
 
     Listener listener_;
-    std::vector<std::uint8_t> partial_;
-    std::size_t expected_ = 0;
+    std::vector<std::uint8_t> partial_;  ///< what has come of the frame
+    std::size_t expected_ = 0;           ///< its size in bytes
     TargetTime lastByte_{0};
 };
 

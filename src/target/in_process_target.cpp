@@ -2,15 +2,11 @@
 
 #include <utility>
 
-#include "comm/port_list.h"
-
 namespace tessavo {
 
 InProcessTarget::InProcessTarget(std::string portName, TargetMemory memory, TargetDevice::Options options,
                                  TargetLog log)
-    : portName_(std::move(portName)),
-      deviceName_(devicePath(portName_)),
-      device_(std::move(memory), std::move(options), std::move(log)) {}
+    : portName_(std::move(portName)), device_(std::move(memory), std::move(options), std::move(log)) {}
 
 void InProcessTarget::holdClipState(const ClipBytes& state) {
     const std::lock_guard guard(mutex_);

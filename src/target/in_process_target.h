@@ -8,21 +8,21 @@
 
 namespace tessavo {
 
-/// A simulated target inside the program, without pseudo-terminal and thread; InProcessPort leads to it.
+/// A simulated target inside the program, without pseudo-terminal and thread; InProcessLine leads to it.
 ///
-/// Any thread may call anything. Plays the target on the thread that uses the port.
+/// Any thread may call anything. What the target does happens on the thread that uses the line.
 class InProcessTarget {
  public:
-    /// \param portName as a person sees it.
-    /// \param log called on the thread that uses the port; must not call back
+    /// \param portName as a person sees it
+    /// \param memory what the target remembers at first
+    /// \param options faults, versions and pace
+    /// \param log called on the thread that uses the line; must not call back
     InProcessTarget(std::string portName, TargetMemory memory, TargetDevice::Options options,
                     TargetLog log = {});
     InProcessTarget(const InProcessTarget&) = delete;
     InProcessTarget& operator=(const InProcessTarget&) = delete;
 
     [[nodiscard]] const std::string& portName() const { return portName_; }
-    /// Name under which the port opens; see devicePath().
-    [[nodiscard]] const std::wstring& deviceName() const { return deviceName_; }
 
     /// See ClipSource.
     void holdClipState(const ClipBytes& state);
@@ -33,12 +33,11 @@ class InProcessTarget {
     [[nodiscard]] TargetMemory memory() const;
 
  private:
-    friend class InProcessPort;
+    friend class InProcessLine;
 
-    mutable std::mutex mutex_;         ///< guards the device, and the input and state of the port
-    std::condition_variable changed_;  ///< told when a waiting port must look again
+    mutable std::mutex mutex_;         ///< guards the device, and the input and state of the line
+    std::condition_variable changed_;  ///< told when a waiting line must look again
     std::string portName_;
-    std::wstring deviceName_;
     TargetDevice device_;
     bool inUse_ = false;
 };

@@ -16,7 +16,7 @@ bool isThere(const std::filesystem::path& path) {
     return std::filesystem::exists(std::filesystem::symlink_status(path, error));
 }
 
-void tell(const TargetLog& log, const std::filesystem::path& path, std::string_view problem) {
+void logProblem(const TargetLog& log, const std::filesystem::path& path, std::string_view problem) {
     warn(log, path.string() + " " + std::string(problem) + "; using the defaults instead");
 }
 
@@ -46,11 +46,11 @@ void MemoryFiles::load(TargetMemory& memory, const TargetLog& log) const {
         }
         const auto file = readFileStart(path, parameterImageSize);
         if (!file) {
-            tell(log, path, "cannot be read");
+            logProblem(log, path, "cannot be read");
         } else if (file->fileSize != parameterImageSize || file->bytes.size() != parameterImageSize) {
-            tell(log, path,
-                 "holds " + std::to_string(file->fileSize) + " bytes, not the " +
-                     std::to_string(parameterImageSize) + " of a set");
+            logProblem(log, path,
+                       "holds " + std::to_string(file->fileSize) + " bytes, not the " +
+                           std::to_string(parameterImageSize) + " of a set");
         } else {
             std::copy(file->bytes.begin(), file->bytes.end(), memory.sets[set].begin());
         }
@@ -63,9 +63,9 @@ void MemoryFiles::load(TargetMemory& memory, const TargetLog& log) const {
     }
     auto file = readFileStart(path, softwareImageLimit);
     if (!file) {
-        tell(log, path, "cannot be read");
+        logProblem(log, path, "cannot be read");
     } else if (file->fileSize > softwareImageLimit || file->bytes.size() != file->fileSize) {
-        tell(log, path, "is larger than a software image can be");
+        logProblem(log, path, "is larger than a software image can be");
     } else {
         memory.software = std::move(file->bytes);
     }

@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include "comm/port_list.h"
+#include "comm/port_list_posix.h"
 #include "target/pseudo_terminal_posix.h"
 #include "target/pty_target.h"
 

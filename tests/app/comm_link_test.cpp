@@ -13,7 +13,7 @@
 
 #include "pages/output/clip_poller.h"
 #include "support/harness.h"
-#include "target/in_process_port.h"
+#include "target/in_process_line.h"
 
 // Who uses the line, and in which turn.
 
@@ -80,7 +80,7 @@ class LineInUse : public ::testing::Test {
                                    whenTheTargetSpeaks();
                                }
                            }};
-    CommLink link{tuning, boxes, std::make_unique<InProcessPort>(target)};
+    CommLink link{tuning, boxes, linesTo(target, makeSerialPortLine)};
 
  private:
     std::mutex mutex_;
@@ -94,33 +94,13 @@ class PacedLine : public ::testing::Test {
     enum class Event { edit, image, answer };
 
     /// The line's pace for what the program sends; the target paces its own.
-    class PacedPort final : public CSerial {
+    class PacedOutput final : public InProcessLine {
      public:
-        explicit PacedPort(InProcessTarget& target) : port_(target) {}
-        std::uint32_t Open(const std::wstring& name, std::uint32_t in, std::uint32_t out,
-                           bool overlapped) override {
-            return port_.Open(name, in, out, overlapped);
+        using InProcessLine::InProcessLine;
+        std::uint32_t write(std::span<const std::uint8_t> bytes, Milliseconds timeout) override {
+            std::this_thread::sleep_for(byteTime(115200) * static_cast<TargetTime::rep>(bytes.size()));
+            return InProcessLine::write(bytes, timeout);
         }
-        std::uint32_t Close() override { return port_.Close(); }
-        std::uint32_t Setup(std::uint32_t baud, std::uint8_t bits, int parity, std::uint8_t stop,
-                            int dtr) override {
-            return port_.Setup(baud, bits, parity, stop, dtr);
-        }
-        std::uint32_t SetupReadTimeouts(int mode) override { return port_.SetupReadTimeouts(mode); }
-        std::uint32_t Write(const void* data, std::size_t size, std::uint32_t* written,
-                            SerialOverlapped* overlapped, std::uint32_t timeoutMs) override {
-            std::this_thread::sleep_for(byteTime(115200) * static_cast<TargetTime::rep>(size));
-            return port_.Write(data, size, written, overlapped, timeoutMs);
-        }
-        std::uint32_t Read(void* data, std::size_t size, std::uint32_t* read, SerialOverlapped* overlapped,
-                           std::uint32_t timeoutMs) override {
-            return port_.Read(data, size, read, overlapped, timeoutMs);
-        }
-        void Cancel() override { port_.Cancel(); }
-        void ClearCancel() override { port_.ClearCancel(); }
-
-     private:
-        InProcessPort port_;
     };
 
     PacedLine() {
@@ -151,7 +131,8 @@ class PacedLine : public ::testing::Test {
                                    note(Event::answer);
                                }
                            }};
-    CommLink link{tuning, boxes, std::make_unique<PacedPort>(target)};
+    CommLink link{tuning, boxes,
+                  [this](const std::string& /*portName*/) { return std::make_unique<PacedOutput>(target); }};
     std::unique_ptr<ClipPoller> poller;
 
  private:

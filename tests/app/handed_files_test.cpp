@@ -10,7 +10,7 @@
 #include "params/set_text.h"
 #include "support/frame_fixture.h"
 #include "support/synthetic_events.h"
-#include "target/in_process_port.h"
+#include "target/in_process_line.h"
 
 // What becomes of the files of second starts.
 
@@ -163,7 +163,7 @@ TEST_F(Handed, AFileWaitsForTheEndOfAnExchange) {
                                    mayGoOn.get_future().wait();
                                }
                            });
-    CommLink line(tuning, boxes, std::make_unique<InProcessPort>(target));
+    CommLink line(tuning, boxes, linesTo(target, makeSerialPortLine));
     line.setPortName(target.portName());
     HandedFiles files(*frame, line);
     std::thread poll([&] { EXPECT_TRUE(line.background().ReadClipState().has_value()); });

@@ -11,7 +11,6 @@
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
-#include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
 
@@ -85,14 +84,14 @@ class Stranger {
 
 class ChannelPosix : public ::testing::Test {
  protected:
-    void open(milliseconds patience = never) {
+    void open(milliseconds patience = never, const QString& user = InstanceChannel::thisUser()) {
         channel = std::make_unique<InstanceChannel>(
             textOf(folder.path()),
             [this](const QString& path) {
                 taken.push_back(path.toStdString());
                 return true;
             },
-            patience);
+            patience, user);
         ASSERT_TRUE(channel->isOpen());
     }
     [[nodiscard]] std::filesystem::path socketPath() const { return folder / "tessavo.socket"; }
@@ -216,59 +215,39 @@ TEST_F(ChannelPosix, AFolderWithTooLongANameLeavesNobodyThere) {
     EXPECT_EQ(InstanceChannel::handOver(deep, somePath, milliseconds(1000)), InstanceChannel::Answer::nobody);
 }
 
-TEST_F(ChannelPosix, AnotherUserIsSentAway) {
-    if (::geteuid() != 0) {
-        GTEST_SKIP() << "only the administrator can become another user";
-    }
-    open();
-    // Even where the files would let it in.
-    std::filesystem::permissions(folder.path(), std::filesystem::perms::all);
-    std::filesystem::permissions(socketPath(), std::filesystem::perms::all);
-    const sockaddr_un address = addressIn(folder.path());
-    const QByteArray message = messageWithPath(somePath);
-    const pid_t other = ::fork();
-    if (other == 0) {
-        // Nothing but plain system calls here.
-        const int fd = ::socket(AF_UNIX, SOCK_STREAM, 0);
-        if (::setgid(65534) != 0 || ::setuid(65534) != 0 ||
-            ::connect(fd, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
-            ::_exit(2);
-        }
-        ::send(fd, message.constData(), static_cast<std::size_t>(message.size()), MSG_NOSIGNAL);
-        char byte = 0;
-        ::_exit(::recv(fd, &byte, 1, 0) > 0 ? 1 : 0);
-    }
-    ASSERT_GT(other, 0);
-    int status = 0;
-    EXPECT_TRUE(QTest::qWaitFor([&] { return ::waitpid(other, &status, WNOHANG) == other; }, 30000));
-    EXPECT_TRUE(WIFEXITED(status));
-    EXPECT_EQ(WEXITSTATUS(status), 0);
+TEST_F(ChannelPosix, AnotherUserIsSentAwayUnheard) {
+    open(never, QStringLiteral("4294967294"));
+    // Whoever comes is this user, and so another one than the channel's.
+    const Stranger stranger(folder.path());
+    ASSERT_TRUE(stranger.connected()) << "the files let it in";
+    stranger.say(messageWithPath(somePath));
+    EXPECT_EQ(stranger.hearToTheEnd(), std::pair(true, QByteArray()));
     EXPECT_THAT(taken, IsEmpty());
+    channel.reset();
+    open(never, QString::number(::geteuid()));
     expectOthersAreHeard();
 }
 
 TEST_F(ChannelPosix, AnotherUsersProgramIsToldNothing) {
-    if (::geteuid() != 0) {
-        GTEST_SKIP() << "only the administrator can become another user";
-    }
     open();
-    std::filesystem::permissions(folder.path(), std::filesystem::perms::all);
-    std::filesystem::permissions(socketPath(), std::filesystem::perms::all);
-    const std::string place = folder.path().string();
-    const pid_t other = ::fork();
-    if (other == 0) {
-        if (::setgid(65534) != 0 || ::setuid(65534) != 0) {
-            ::_exit(2);
-        }
-        const auto answer =
-            InstanceChannel::handOver(QString::fromStdString(place), somePath, milliseconds(5000));
-        ::_exit(answer == InstanceChannel::Answer::nobody ? 0 : 1);
-    }
-    ASSERT_GT(other, 0);
-    int status = 0;
-    EXPECT_TRUE(QTest::qWaitFor([&] { return ::waitpid(other, &status, WNOHANG) == other; }, 30000));
-    EXPECT_EQ(WEXITSTATUS(status), 0);
+    EXPECT_EQ(InstanceChannel::handOver(textOf(folder.path()), somePath, milliseconds(5000),
+                                        QStringLiteral("4294967294")),
+              InstanceChannel::Answer::nobody);
+    // The visit that was broken off comes first.
+    expectOthersAreHeard();
+    EXPECT_THAT(taken, ElementsAre(somePath.toStdString())) << "from the good one only";
+}
+
+TEST_F(ChannelPosix, AUserWithoutANameLetsNobodyIn) {
+    open(never, QString());
+    const Stranger stranger(folder.path());
+    stranger.say(messageWithPath(somePath));
+    EXPECT_EQ(stranger.hearToTheEnd(), std::pair(true, QByteArray()));
     EXPECT_THAT(taken, IsEmpty());
+}
+
+TEST_F(ChannelPosix, ThisUserIsTheOneThatTheSystemTells) {
+    EXPECT_EQ(InstanceChannel::thisUser(), QString::number(::geteuid()));
 }
 
 }  // namespace

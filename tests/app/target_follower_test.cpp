@@ -27,7 +27,7 @@ class Follower : public ::testing::Test {
         return told({.liveMode = true, .updatePending = updatePending, .confirmedAsItStands = asItStands});
     }
     Told off(bool updatePending = false) const { return told({.updatePending = updatePending}); }
-    Told told(const TargetFollower::Now& now) const {
+    Told told(const TargetFollower::Context& now) const {
         const TargetStatus status = follower.status(now);
         EXPECT_EQ(status.liveMode, now.liveMode);
         return {status.light, status.state.toStdString()};

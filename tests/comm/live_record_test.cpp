@@ -4,7 +4,7 @@
 #include <cstring>
 #include <set>
 
-#include "support/answering_port.h"
+#include "comm/live_bench.h"
 #include "support/exchange_fixture.h"
 
 namespace tessavo::test {
@@ -66,17 +66,10 @@ TEST(LiveRecord, AnImageForgottenOnItsWayIsNotConfirmed) {
     EXPECT_FALSE(record.confirmed().has_value());
 }
 
-TEST(LiveRecordThreads, NoFalseConfirmationWhileSetsAreSwitchedWithoutPause) {
+using LiveRecordThreads = LiveBench;
+
+TEST_F(LiveRecordThreads, NoFalseConfirmationWhileSetsAreSwitchedWithoutPause) {
     constexpr int transfers = 200;
-    Transcript transcript;
-    VirtualClock clock(transcript);
-    clock.notePauses(false);
-    NotedBoxes boxes(transcript);
-    NotedLog log(transcript);
-    CSemaphore lock;
-    AnsweringPort port(replyFrame(Bytes(10, 0x11)));
-    TuningState tuning(boxes);
-    tuning.start();
     for (std::uint32_t set = 0; set < 5; ++set) {
         tuning.selectSet(set);
         tuning.setVolume(-static_cast<float>(set), true);
@@ -87,7 +80,7 @@ TEST(LiveRecordThreads, NoFalseConfirmationWhileSetsAreSwitchedWithoutPause) {
     std::atomic<int> falseOnes = 0;
     std::atomic<int> switches = 0;
     std::atomic<bool> switching = true;
-    TransferEngine engine({.port = port,
+    TransferEngine engine({.makeLine = borrowing(line),
                            .clock = clock,
                            .log = log,
                            .boxes = boxes,
@@ -104,7 +97,7 @@ TEST(LiveRecordThreads, NoFalseConfirmationWhileSetsAreSwitchedWithoutPause) {
         }
         if (state == State::confirmed) {
             // What arrived last is what plays.
-            const Bytes frame = port.frames(4101).back();
+            const Bytes frame = line.frames(4101).back();
             const Bytes plays(frame.begin() + 3, frame.begin() + 3 + sizeof(ParameterImage));
             const auto known = record.confirmed();
             falseOnes += known && bytesOf(*known) == plays ? 0 : 1;
@@ -125,11 +118,11 @@ TEST(LiveRecordThreads, NoFalseConfirmationWhileSetsAreSwitchedWithoutPause) {
     clock.interrupt();
     worker.stop();
     EXPECT_EQ(falseOnes, 0);
-    for (const Bytes& frame : port.frames(4101)) {
+    for (const Bytes& frame : line.frames(4101)) {
         different.insert(frame);
     }
     EXPECT_GT(different.size(), 1U) << "the switching did not reach the worker";
-    EXPECT_EQ(port.clashes, 0);
+    EXPECT_EQ(line.clashes, 0);
 }
 
 }  // namespace

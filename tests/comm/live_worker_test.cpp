@@ -334,7 +334,7 @@ TEST_F(LiveWorkerTest, AProgramThatEndsInAnyPauseIsShownNoBox) {
     for (std::size_t pauses = 0; pauses < 3; ++pauses) {
         VirtualClock ending(transcript);
         ending.interruptAfter(pauses);
-        TransferEngine cut({port, ending, log, boxes, lock, [this] { return portName; }, {}});
+        TransferEngine cut({port.maker(), ending, log, boxes, lock, [this] { return portName; }, {}});
         LiveWorker ended(tuning, cut, ending, boxes,
                          [this](State state, const ParameterImage&) { states.push_back(state); });
         port.answers.clear();

@@ -5,8 +5,8 @@
 #include <set>
 
 #include "base/md5.h"
+#include "comm/live_bench.h"
 #include "comm/live_worker.h"
-#include "support/answering_port.h"
 #include "support/exchange_fixture.h"
 
 // The worker's thread: how it ends, and what it reads while edits go on.
@@ -20,11 +20,11 @@ TEST(LiveWorkerEnd, AWaitingWorkerStopsWithTheClock) {
     NotedLog log(transcript);
     NotedLock lock(transcript);
     SystemClock clock;
-    AnsweringPort port;
+    AnsweringLine line;
     TuningState tuning(boxes);
     tuning.start();
     transcript.clear();
-    TransferEngine engine({port, clock, log, boxes, lock, [] { return std::string("COM1"); }, {}});
+    TransferEngine engine({borrowing(line), clock, log, boxes, lock, [] { return std::string("COM1"); }, {}});
     LiveWorker worker(tuning, engine, clock, boxes);
     ASSERT_TRUE(worker.start());
     clock.interrupt();
@@ -34,20 +34,22 @@ TEST(LiveWorkerEnd, AWaitingWorkerStopsWithTheClock) {
 }
 
 /// A line on which nothing ever comes: reads wait until they are cancelled, whatever their time-out.
-class DeadLine final : public CSerial {
+class DeadLine final : public ILine {
  public:
-    std::uint32_t Open(const std::wstring&, std::uint32_t, std::uint32_t, bool) override { return 0; }
-    std::uint32_t Close() override { return 0; }
-    std::uint32_t Setup(std::uint32_t, std::uint8_t, int, std::uint8_t, int) override { return 0; }
-    std::uint32_t SetupReadTimeouts(int) override { return 0; }
-    std::uint32_t Read(void*, std::size_t, std::uint32_t*, SerialOverlapped*, std::uint32_t) override {
+    std::uint32_t open() override { return serial_result::success; }
+    std::uint32_t setUp(const LineSettings&) override { return serial_result::success; }
+    LineRead read(std::span<std::uint8_t>, Milliseconds) override {
         std::unique_lock guard(mutex_);
         waiting_ = true;
         changed_.notify_all();
         changed_.wait(guard, [this] { return cancelled_; });
-        return serial_result::operationAborted;
+        return {serial_result::operationAborted, 0};
     }
-    void Cancel() override {
+    std::uint32_t write(std::span<const std::uint8_t>, Milliseconds) override {
+        return serial_result::success;
+    }
+    void close() override {}
+    void cancel() override {
         const std::lock_guard guard(mutex_);
         cancelled_ = true;
         changed_.notify_all();
@@ -64,42 +66,35 @@ class DeadLine final : public CSerial {
     bool cancelled_ = false;
 };
 
-TEST(LiveWorkerEnd, AWorkerInTheMiddleOfAReadStopsWithThePort) {
+TEST(LiveWorkerEnd, AWorkerInTheMiddleOfAReadStopsWithTheEngine) {
     Transcript transcript;
     VirtualClock clock(transcript);
     NotedBoxes boxes(transcript);
     NotedLog log(transcript);
     NotedLock lock(transcript);
-    DeadLine port;
+    DeadLine line;
     TuningState tuning(boxes);
     tuning.start();
     tuning.setLiveMode(true);
     transcript.clear();
-    TransferEngine engine({port, clock, log, boxes, lock, [] { return std::string("COM1"); }, {}});
+    TransferEngine engine({borrowing(line), clock, log, boxes, lock, [] { return std::string("COM1"); }, {}});
     LiveWorker worker(tuning, engine, clock, boxes);
     ASSERT_TRUE(worker.start());
-    ASSERT_TRUE(port.someoneWaits());
+    ASSERT_TRUE(line.someoneWaits());
     clock.interrupt();
-    port.Cancel();
+    engine.cancel();
     auto stopped = std::async(std::launch::async, [&] { worker.stop(); });
     EXPECT_EQ(stopped.wait_for(std::chrono::seconds(30)), std::future_status::ready);
     EXPECT_THAT(transcript.lines(), testing::Contains("unlock"));
     EXPECT_THAT(transcript.lines(), testing::Not(testing::Contains(testing::StartsWith("box"))));
 }
 
-TEST(LiveWorkerThreads, ImageAndDigestMatchWhileEditsGoOn) {
-    Transcript transcript;
-    VirtualClock clock(transcript);
-    clock.notePauses(false);
-    NotedBoxes boxes(transcript);
-    NotedLog log(transcript);
-    CSemaphore lock;
-    AnsweringPort port(replyFrame(Bytes(10, 0x11)));
-    TuningState tuning(boxes);
-    tuning.start();
+using LiveWorkerThreads = LiveBench;
+
+TEST_F(LiveWorkerThreads, ImageAndDigestMatchWhileEditsGoOn) {
     tuning.setSelectionMask(0xFF);
     tuning.setLiveMode(true);
-    TransferEngine engine({port, clock, log, boxes, lock, [] { return std::string("COM1"); }, {}});
+    TransferEngine engine({borrowing(line), clock, log, boxes, lock, [] { return std::string("COM1"); }, {}});
     LiveWorker worker(tuning, engine, clock, boxes);
     ASSERT_TRUE(worker.start());
 
@@ -111,20 +106,20 @@ TEST(LiveWorkerThreads, ImageAndDigestMatchWhileEditsGoOn) {
         tuning.setDelay(step / 4, true);
         tuning.setBandGainOrQ(static_cast<std::size_t>(round) % bandCount, BandValue::gain, step / 10, true);
         tuning.setInputBandGain(static_cast<std::size_t>(round) % inputBandCount, step / 10, true);
-        return port.frames(4101).size() >= messages;
+        return line.frames(4101).size() >= messages;
     }));
     clock.interrupt();
     worker.stop();
 
     std::set<Md5Digest> different;
-    for (const Bytes& frame : port.frames(4101)) {
+    for (const Bytes& frame : line.frames(4101)) {
         const std::span payload = std::span(frame).subspan(3, 3400);
         const Md5Digest digest = md5(payload.first(3384));
         ASSERT_THAT(payload.subspan(3384), testing::ElementsAreArray(digest));
         different.insert(digest);
     }
     EXPECT_GT(different.size(), 10U) << "the edits did not reach the worker";
-    EXPECT_EQ(port.clashes, 0);
+    EXPECT_EQ(line.clashes, 0);
 }
 
 }  // namespace

@@ -4,7 +4,7 @@
 #include <sys/stat.h>
 
 #include "comm/fake_terminals_posix.h"
-#include "comm/port_list.h"
+#include "comm/port_list_posix.h"
 #include "comm/port_watch.h"
 #include "support/pty_pair.h"
 

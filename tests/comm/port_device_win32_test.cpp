@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 #include <string>
 
-#include "comm/port_list.h"
+#include "comm/own_ports.h"
 
 namespace tessavo {
 namespace {
@@ -92,7 +92,7 @@ TEST(PortDevice, APortIsThereWhileItsNameIs) {
 TEST(PortDevice, ASimulatedTargetIsThereWhileItLives) {
     EXPECT_FALSE(portIsThere("demo"));
     {
-        const AnnouncedPort port("demo");
+        const OwnPort port("demo");
         EXPECT_TRUE(portIsThere("demo"));
         EXPECT_EQ(portDevice("demo").description, "simulated target");
     }

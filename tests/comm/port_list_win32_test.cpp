@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "comm/own_ports.h"
 #include "comm/port_list.h"
 
 namespace tessavo {
@@ -32,15 +33,15 @@ TEST(PortList, LongListsFromTheEnvironmentAreWhole) {
     EXPECT_EQ(portsWith(listed.c_str()).size(), portsWith(nullptr).size() + 3000);
 }
 
-TEST(PortList, AnnouncedPortsStandBeforeTheEnvironmentsWhileTheyLive) {
+TEST(PortList, OwnPortsStandBeforeTheEnvironmentsWhileTheyLive) {
     std::vector<std::string> expected = portsWith(nullptr);
     const std::vector<std::string> before = expected;
     {
-        const AnnouncedPort port("demo");
+        const OwnPort port("demo");
         expected.emplace_back("demo");
         EXPECT_EQ(portsWith(nullptr), expected);
         {
-            const AnnouncedPort again("demo");
+            const OwnPort again("demo");
             EXPECT_EQ(portsWith(nullptr), expected);
         }
         expected.emplace_back("zz9");

@@ -81,8 +81,6 @@ TEST(SerialClosed, AClosedPortComesBeforeACancelledOneAndAnUnknownMode) {
     EXPECT_EQ(port.Read(&byte, 1, nullptr, nullptr, 1), closed);
     EXPECT_EQ(port.SetupHandshaking(3), closed);
     EXPECT_EQ(port.SetupReadTimeouts(2), closed);
-    port.ClearCancel();
-    EXPECT_EQ(port.Read(&byte, 1, nullptr, nullptr, 1), closed);
 }
 
 TEST(SerialClosed, NamesWithoutADeviceDoNotOpen) {

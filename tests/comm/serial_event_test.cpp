@@ -1,10 +1,7 @@
 #include <gtest/gtest.h>
 #include <thread>
 
-#include "comm/serial.h"
-#include "comm/serial_line.h"
-#include "comm/serial_overlapped.h"
-#include "comm/watched_port.h"
+#include "comm/open_serial.h"
 #include "support/elapsed.h"
 
 namespace tessavo {
@@ -12,20 +9,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr std::uint32_t longWait = 20000;
-
-class SerialEvent : public testing::Test {
- protected:
-    void SetUp() override {
-        ASSERT_EQ(port_.Open(line_.path(), 0, 0, true), serial_result::success);
-        ASSERT_EQ(port_.SetupReadTimeouts(CSerial::blocking), serial_result::success);
-    }
-
-    SerialLine line_;
-    WatchedPort port_;
-    SerialOverlapped overlapped_;
-    std::uint32_t count_ = 77;
-};
+using SerialEvent = OpenSerialTest;
 
 TEST_F(SerialEvent, CancelFromAnotherThreadEndsAWait) {
     std::jthread canceller([this] {

@@ -7,22 +7,12 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
+#include "comm/open_serial.h"
 #include "comm/port_list.h"
-#include "comm/serial.h"
 #include "support/pty_pair.h"
 
 namespace tessavo {
 namespace {
-
-constexpr std::uint32_t longWait = 20000;
-
-std::string read(CSerial& port, std::size_t size) {
-    std::string text(size, '\0');
-    std::uint32_t count = 0;
-    EXPECT_EQ(port.Read(text.data(), size, &count, nullptr, longWait), serial_result::success);
-    text.resize(std::min<std::size_t>(count, size));
-    return text;
-}
 
 TEST(SerialOpen, TheLineIsRawWhateverItWas) {
     const PtyPair line;
@@ -37,7 +27,7 @@ TEST(SerialOpen, TheLineIsRawWhateverItWas) {
     port.SetupReadTimeouts(CSerial::blocking);
     EXPECT_EQ(port.GetHandshaking(), CSerial::handshakeNone);
     ASSERT_TRUE(line.send("\r\x03\x13\xFF\n"));
-    EXPECT_EQ(read(port, 5), "\r\x03\x13\xFF\n");
+    EXPECT_EQ(readText(port, 5), "\r\x03\x13\xFF\n");
     ASSERT_EQ(port.WriteString("\n"), serial_result::success);
     EXPECT_EQ(line.receive(2, std::chrono::milliseconds(20)), "\n");
 }
@@ -105,7 +95,6 @@ TEST(SerialOpen, NoFreeDescriptorIsAnErrorOfItsOwn) {
     const std::uint32_t opened = port.Open(line.path(), 0, 0, true);
     const std::uint32_t openedWithout = withoutCancel.Open(line.path(), 0, 0, true);
     withoutCancel.Cancel();
-    withoutCancel.ClearCancel();
     ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &former), 0);
     EXPECT_EQ(opened, serial_result::tooManyOpenFiles);
     EXPECT_EQ(openedWithout, serial_result::tooManyOpenFiles);

@@ -3,22 +3,11 @@
 #include <string>
 #include <utility>
 
+#include "comm/open_serial.h"
 #include "comm/port_list.h"
-#include "comm/serial.h"
-#include "comm/serial_line.h"
 
 namespace tessavo {
 namespace {
-
-constexpr std::uint32_t longWait = 20000;
-
-std::string read(CSerial& port, std::size_t size) {
-    std::string text(size, '\0');
-    std::uint32_t count = 0;
-    EXPECT_EQ(port.Read(text.data(), size, &count, nullptr, longWait), serial_result::success);
-    text.resize(std::min<std::size_t>(count, size));
-    return text;
-}
 
 TEST(SerialOpen, SecondOpenIsRefusedAndKeepsThePort) {
     const SerialLine line;
@@ -30,7 +19,7 @@ TEST(SerialOpen, SecondOpenIsRefusedAndKeepsThePort) {
     EXPECT_EQ(port.Open(other.path(), 0, 0, false), 1247U);
     EXPECT_EQ(port.lastError(), serial_result::alreadyInitialised);
     ASSERT_TRUE(line.send("a"));
-    EXPECT_EQ(read(port, 1), "a");
+    EXPECT_EQ(readText(port, 1), "a");
 }
 
 TEST(SerialOpen, BytesThatArriveRightAfterTheOpenAreKept) {
@@ -42,7 +31,7 @@ TEST(SerialOpen, BytesThatArriveRightAfterTheOpenAreKept) {
         ASSERT_EQ(port.Setup(115200, 8, serial_frame::parityNone, serial_frame::stopBitsOne, 0),
                   serial_result::success);
         ASSERT_EQ(port.SetupReadTimeouts(CSerial::blocking), serial_result::success);
-        ASSERT_EQ(read(port, 1), "C");
+        ASSERT_EQ(readText(port, 1), "C");
     }
 }
 
@@ -55,7 +44,7 @@ TEST(SerialOpen, BytesThatArrivedBeforeTheOpenAreKept) {
     ASSERT_EQ(port.Setup(115200, 8, serial_frame::parityNone, serial_frame::stopBitsOne, 0),
               serial_result::success);
     port.SetupReadTimeouts(CSerial::blocking);
-    EXPECT_EQ(read(port, 1), "C");
+    EXPECT_EQ(readText(port, 1), "C");
 }
 
 TEST(SerialOpen, FreshPortReadsWithoutBlockingAndHasTheStandardMask) {
@@ -77,7 +66,7 @@ TEST(SerialOpen, QueueSizesHinderNeitherTheOpenNorTheBytes) {
         ASSERT_EQ(port.Open(line.path(), in, out, true), serial_result::success) << in << ' ' << out;
         port.SetupReadTimeouts(CSerial::blocking);
         ASSERT_TRUE(line.send("abc"));
-        EXPECT_EQ(read(port, 3), "abc") << in << ' ' << out;
+        EXPECT_EQ(readText(port, 3), "abc") << in << ' ' << out;
         EXPECT_EQ(port.WriteString("xyz", nullptr, nullptr, longWait), serial_result::success);
         EXPECT_EQ(line.receive(3), "xyz") << in << ' ' << out;
     }
@@ -91,7 +80,7 @@ TEST(SerialOpen, BusyPortIsRefusedUntilItIsClosed) {
     EXPECT_EQ(second.Open(line.path(), 0, 0, true), 5U);
     first.SetupReadTimeouts(CSerial::blocking);
     ASSERT_TRUE(line.send("a"));
-    EXPECT_EQ(read(first, 1), "a");
+    EXPECT_EQ(readText(first, 1), "a");
     first.Close();
     EXPECT_EQ(second.Open(line.path(), 0, 0, true), serial_result::success);
     EXPECT_EQ(first.Open(line.path(), 0, 0, true), serial_result::accessDenied);

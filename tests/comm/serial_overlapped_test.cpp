@@ -4,9 +4,7 @@
 #include <string>
 #include <thread>
 
-#include "comm/serial.h"
-#include "comm/serial_line.h"
-#include "comm/watched_port.h"
+#include "comm/open_serial.h"
 #include "support/elapsed.h"
 
 namespace tessavo {
@@ -14,20 +12,9 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr std::uint32_t longWait = 20000;
-
-class Overlapped : public testing::Test {
+class Overlapped : public OpenSerialTest {
  protected:
-    void SetUp() override {
-        ASSERT_EQ(port_.Open(line_.path(), 0, 0, true), serial_result::success);
-        ASSERT_EQ(port_.SetupReadTimeouts(CSerial::blocking), serial_result::success);
-    }
-
-    SerialLine line_;
-    WatchedPort port_;
-    SerialOverlapped overlapped_;
     std::string text_ = std::string(6, '\0');
-    std::uint32_t count_ = 77;
 };
 
 TEST_F(Overlapped, ReadReturnsAtOnceAndIsCompletedLater) {
@@ -92,7 +79,9 @@ TEST_F(Overlapped, CancelEndsACompletion) {
     EXPECT_EQ(port_.Complete(overlapped_), serial_result::operationAborted);
     canceller.join();
     EXPECT_EQ(port_.Read(text_.data(), 6, nullptr, &overlapped_), serial_result::operationAborted);
-    port_.ClearCancel();
+}
+
+TEST_F(Overlapped, CancelBeforeTheCompletionEndsIt) {
     ASSERT_EQ(port_.Read(text_.data(), 6, nullptr, &overlapped_), serial_result::success);
     port_.Cancel();
     EXPECT_EQ(port_.Complete(overlapped_, &count_, longWait), serial_result::operationAborted);

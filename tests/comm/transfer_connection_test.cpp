@@ -4,7 +4,7 @@
 #include <atomic>
 #include <thread>
 
-#include "support/answering_port.h"
+#include "support/answering_line.h"
 #include "support/exchange_fixture.h"
 
 namespace tessavo::test {
@@ -86,7 +86,7 @@ TEST_F(TransferConnection, APortThatCannotBeOpenedIsToldOnceTheLockIsFree) {
     }
 }
 
-TEST_F(TransferConnection, WithoutAPortNameTheBarePrefixIsOpened) {
+TEST_F(TransferConnection, WithoutAPortNameTheLineOfNoNameIsOpened) {
     portName.clear();
     port.openResult = serial_result::fileNotFound;
     EXPECT_FALSE(engine.SendToTarget({}, MessageType::blocks128));
@@ -103,13 +103,34 @@ TEST_F(TransferConnection, APortThatCannotBeSetUpCountsAsNotOpened) {
     expectTranscript({start, closed(), {"box: Cannot open COM port!"}});
 }
 
-TEST_F(TransferConnection, AnOpenPortIsUsedWithoutSetup) {
-    port.openResult = serial_result::alreadyInitialised;
-    port.answer({request, positive});
-    EXPECT_TRUE(engine.SendToTarget({}, MessageType::blocks128));
-    Lines start = opened("Prepare XModem128 Message");
-    start.erase(start.begin() + 3);
-    expectTranscript({start, connected(), disconnected(), closed()});
+TEST_F(TransferConnection, CancelReachesTheLineThatIsReadAndNoLineLater) {
+    port.onRead = [this] {
+        engine.cancel();
+        port.answers = {{serial_result::operationAborted, {}}};
+        port.onRead = {};
+    };
+    EXPECT_FALSE(engine.SendToTarget(Bytes(10), MessageType::blocks128));
+    expectTranscript(
+        {opened("Prepare XModem128 Message"),
+         {"RX Wait for REQ", "cancel", "read 1 in 2500: error 995", "ERR Can't connect to Target"},
+         closed()});
+    transcript.clear();
+    engine.cancel();
+    EXPECT_TRUE(transcript.lines().empty()) << "the line of the exchange before is gone";
+}
+
+TEST_F(TransferConnection, AfterACancelEveryLineIsCancelledBeforeItIsOpened) {
+    engine.cancel();
+    for (int exchange = 0; exchange < 2; ++exchange) {
+        transcript.clear();
+        port.answers = {{serial_result::operationAborted, {}}};
+        EXPECT_FALSE(engine.SendToTarget(Bytes(10), MessageType::blocks128));
+        Lines start = opened("Prepare XModem128 Message");
+        start.insert(start.begin() + 2, "cancel");
+        expectTranscript({start,
+                          {"RX Wait for REQ", "read 1 in 2500: error 995", "ERR Can't connect to Target"},
+                          closed()});
+    }
 }
 
 TEST_F(TransferConnection, TheRequestByteMayComeAfterUpToFourOthers) {
@@ -220,7 +241,7 @@ TEST_F(TransferConnection, AnExchangeAfterAFailedOneStartsAfresh) {
 
 TEST_F(TransferConnection, TellsWhenItHasTheLineAndHowItEnded) {
     TransferEngine told(
-        {port,
+        {port.maker(),
          clock,
          log,
          boxes,
@@ -294,7 +315,7 @@ class TransferEnd : public ExchangeTest {
     }
 
     std::vector<ExchangeEnd> ends_;
-    TransferEngine told_{{.port = port,
+    TransferEngine told_{{.makeLine = port.maker(),
                           .clock = clock,
                           .log = log,
                           .boxes = boxes,
@@ -386,8 +407,8 @@ TEST(TransferLock, KeepsExchangesOfTwoThreadsApart) {
     NotedLog log(transcript);
     NotedBoxes boxes(transcript);
     CSemaphore lock;
-    AnsweringPort port;
-    TransferEngine engine({port, clock, log, boxes, lock, [] { return std::string("COM1"); }, {}});
+    AnsweringLine line;
+    TransferEngine engine({borrowing(line), clock, log, boxes, lock, [] { return std::string("COM1"); }, {}});
     std::atomic<int> done = 0;
     const auto exchanges = [&] {
         for (int i = 0; i < 50; ++i) {
@@ -398,8 +419,8 @@ TEST(TransferLock, KeepsExchangesOfTwoThreadsApart) {
     exchanges();
     other.join();
     EXPECT_EQ(done, 100);
-    EXPECT_EQ(port.clashes, 0);
-    EXPECT_EQ(port.users, 0);
+    EXPECT_EQ(line.clashes, 0);
+    EXPECT_EQ(line.users, 0);
 }
 
 }  // namespace

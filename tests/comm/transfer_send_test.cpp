@@ -252,7 +252,7 @@ TEST_F(TransferSend, EndsQuietlyAfterAnAnswerWhenTheProgramEnds) {
     for (std::size_t pauses = 1; pauses < 4; pauses += 2) {
         VirtualClock ending(transcript);
         ending.interruptAfter(pauses);
-        TransferEngine cut({port, ending, log, boxes, lock, [this] { return portName; }, {}});
+        TransferEngine cut({port.maker(), ending, log, boxes, lock, [this] { return portName; }, {}});
         transcript.clear();
         std::vector<Lines> parts{firstBlockWritten()};
         port.answer({request});

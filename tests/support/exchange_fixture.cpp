@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <random>
 
-#include "comm/port_list.h"
-
 namespace tessavo::test {
 
 void NotedLog::log(LogKind kind, std::string_view text) {
@@ -33,12 +31,7 @@ void ExchangeTest::expectTranscript(const std::vector<Lines>& parts) const {
 }
 
 Lines ExchangeTest::opened(const std::string& preparation) const {
-    const std::wstring path = devicePath(portName);
-    return {"lock 5000",
-            "ST " + preparation,
-            "open " + std::string(path.begin(), path.end()) + " 0 0 overlapped",
-            "setup 115200 8 0 0 0",
-            "read time-outs 1",
+    return {"lock 5000", "ST " + preparation, "open " + portName, "set up 115200 8 0 0",
             "ST Connecting to Target"};
 }
 

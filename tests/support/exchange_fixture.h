@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "comm/transfer_engine.h"
-#include "support/fake_serial.h"
+#include "support/fake_line.h"
 #include "support/transcript.h"
 #include "support/virtual_clock.h"
 #include "support/waiting.h"
@@ -54,13 +54,13 @@ class ExchangeTest : public testing::Test {
  protected:
     Transcript transcript;
     VirtualClock clock{transcript};
-    FakeSerial port{transcript, clock};
+    FakeLine port{transcript, clock};
     NotedLog log{transcript};
     NotedBoxes boxes{transcript};
     NotedLock lock{transcript};
     std::string portName = "COM3";
     std::vector<std::pair<std::size_t, std::size_t>> progress;
-    TransferEngine engine{{port, clock, log, boxes, lock, [this] { return portName; },
+    TransferEngine engine{{port.maker(), clock, log, boxes, lock, [this] { return portName; },
                            [this](std::size_t done, std::size_t all) { progress.emplace_back(done, all); }}};
 
     /// The transcript must be these stretches and nothing else, and every scripted answer must be used up.

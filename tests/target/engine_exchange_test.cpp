@@ -3,52 +3,30 @@
 #include <gtest/gtest.h>
 #include <random>
 
-#include "support/device_port.h"
+#include "target/exchange_host.h"
 
 // The transfer engine and the device, each written from its own side of the line, talk to each other.
 
 namespace tessavo::test {
 namespace {
 
+/// A device and a host at it, in virtual time.
 struct Line {
     explicit Line(const std::vector<std::string>& faults = {}, std::uint32_t baud = 0)
-        : host({.faults = planOf(faults), .timePerByte = byteTime(baud)}) {}
+        : device({.faults = faultsOf(faults), .timePerByte = byteTime(baud)}) {}
 
-    static FaultPlan planOf(const std::vector<std::string>& faults) {
-        FaultPlan plan;
-        for (const std::string& fault : faults) {
-            EXPECT_EQ(addFault(plan, fault), "");
-        }
-        return plan;
-    }
+    bool sendLive(const ImageBytes& image) { return host.sendLive(image); }
+    bool save(std::uint8_t set, const ImageBytes& image) { return host.save(set, image); }
+    bool ask(const Bytes& request) { return host.ask(request); }
+    const std::string& lastError() const { return host.log.lastError; }
+    const TargetMemory& memory() const { return device.device.memory(); }
 
-    bool sendLive(const ImageBytes& image) {
-        return engine.SendToTarget(liveMessage(image), MessageType::blocks4k);
-    }
-    bool save(std::uint8_t set, const ImageBytes& image) {
-        Bytes message{command_code::saveSet, set};
-        const auto digest = md5(image);
-        message.insert(message.end(), digest.begin(), digest.end());
-        return engine.SendToTarget(message, MessageType::blocks128);
-    }
-    bool ask(Bytes request) { return engine.ReceiveFromTarget(reply, request); }
-    const std::string& lastError() const { return log.lastError; }
-    const TargetMemory& memory() const { return host.device.memory(); }
-
-    DeviceHost host;
+    DeviceHost device;
     VirtualClock clock;
-    DevicePort port{host.device, clock};
-    ErrorLog log;
-    NoBoxes boxes;
-    CSemaphore lock;
-    TransferEngine engine{{.port = port,
-                           .clock = clock,
-                           .log = log,
-                           .boxes = boxes,
-                           .lock = lock,
-                           .portName = [] { return std::string("device"); },
-                           .progress = {}}};
-    std::array<std::uint8_t, maximumFrameSize> reply{};
+    ExchangeHost host{[this](const std::string& /*portName*/) {
+                          return std::make_unique<DeviceLine>(device.device, clock);
+                      },
+                      "device", clock};
 };
 
 TEST(EngineWithDevice, TheMainJob) {
@@ -56,13 +34,13 @@ TEST(EngineWithDevice, TheMainJob) {
     const ImageBytes image = imageOf(77);
     EXPECT_TRUE(line.sendLive(image));
     EXPECT_TRUE(line.ask({8}));
-    EXPECT_TRUE(std::all_of(line.reply.begin(), line.reply.begin() + 10,
+    EXPECT_TRUE(std::all_of(line.host.reply.begin(), line.host.reply.begin() + 10,
                             [](std::uint8_t byte) { return byte == 0x11; }));
     for (std::uint8_t set = 0; set < targetSetCount; ++set) {
         EXPECT_TRUE(line.save(set, image));
-        line.reply.fill(0);
+        line.host.reply.fill(0);
         EXPECT_TRUE(line.ask({4, set}));
-        EXPECT_TRUE(std::equal(image.begin(), image.end(), line.reply.begin()));
+        EXPECT_TRUE(std::equal(image.begin(), image.end(), line.host.reply.begin()));
     }
     EXPECT_TRUE(line.ask({5}));
     EXPECT_TRUE(line.ask({6}));
@@ -78,7 +56,7 @@ TEST(EngineWithDevice, SoftwareOfEveryLengthAroundTheBlocks) {
         Line line;
         Bytes image(size);
         std::generate(image.begin(), image.end(), [&] { return static_cast<std::uint8_t>(random() & 0xFF); });
-        ASSERT_TRUE(line.engine.SendToTarget(image, MessageType::blocks1kWithCrc)) << size;
+        ASSERT_TRUE(line.host.engine.SendToTarget(image, MessageType::blocks1kWithCrc)) << size;
         Bytes kept = line.memory().software;
         ASSERT_EQ(kept.size(), size % 1024 == 1023 ? size + 1 : size);
         kept.resize(size);
@@ -92,7 +70,7 @@ TEST(EngineWithDevice, TheLargestSoftwareImage) {
     for (std::size_t i = 0; i < image.size(); ++i) {
         image[i] = static_cast<std::uint8_t>((i * 2654435761U) >> 24);
     }
-    EXPECT_TRUE(line.engine.SendToTarget(image, MessageType::blocks1kWithCrc));
+    EXPECT_TRUE(line.host.engine.SendToTarget(image, MessageType::blocks1kWithCrc));
     EXPECT_EQ(line.memory().software, image);
 }
 
@@ -136,9 +114,9 @@ TEST(EngineWithDevice, EachFaultReachesTheHost) {
 TEST(EngineWithDevice, TheNextExchangeFindsTheDeviceSound) {
     for (const std::string fault : {"negative=2", "silence=2"}) {
         Line line({fault});
-        EXPECT_FALSE(line.engine.SendToTarget(Bytes(3000, 1), MessageType::blocks1kWithCrc)) << fault;
+        EXPECT_FALSE(line.host.engine.SendToTarget(Bytes(3000, 1), MessageType::blocks1kWithCrc)) << fault;
         EXPECT_TRUE(line.memory().software.empty()) << fault;
-        EXPECT_TRUE(line.engine.SendToTarget(Bytes(1000, 1), MessageType::blocks1kWithCrc)) << fault;
+        EXPECT_TRUE(line.host.engine.SendToTarget(Bytes(1000, 1), MessageType::blocks1kWithCrc)) << fault;
         EXPECT_EQ(line.memory().software, Bytes(1000, 1)) << fault;
     }
 }

@@ -9,9 +9,10 @@
 #include <unistd.h>
 
 #include "comm/port_list.h"
-#include "support/device_port.h"
+#include "comm/serial_port_line.h"
 #include "support/environment.h"
 #include "support/temporary_folder.h"
+#include "target/exchange_host.h"
 
 // The program as a person starts it.
 
@@ -20,12 +21,6 @@ namespace {
 
 namespace fs = std::filesystem;
 using testing::HasSubstr;
-
-class NoPauses final : public IClock {
- public:
-    Milliseconds now() override { return {}; }
-    bool sleep(Milliseconds /*duration*/) override { return true; }
-};
 
 /// A running tessavo-target.
 class Program {
@@ -108,28 +103,9 @@ class Program {
     int errors_ = -1;
 };
 
-struct Host {
-    explicit Host(const std::string& path) : name(path.substr(std::string("/dev/").size())) {}
-
-    bool ask(const Bytes& request) { return engine.ReceiveFromTarget(reply, request); }
-    bool sendLive(const ImageBytes& image) {
-        return engine.SendToTarget(liveMessage(image), MessageType::blocks4k);
-    }
-
-    std::string name;
-    CSerial port;
-    NoPauses clock;
-    ErrorLog log;
-    NoBoxes boxes;
-    CSemaphore lock;
-    TransferEngine engine{{.port = port,
-                           .clock = clock,
-                           .log = log,
-                           .boxes = boxes,
-                           .lock = lock,
-                           .portName = [this] { return name; },
-                           .progress = {}}};
-    std::array<std::uint8_t, maximumFrameSize> reply{};
+struct Host : ExchangeHost {
+    explicit Host(const std::string& path)
+        : ExchangeHost(makeSerialPortLine, path.substr(std::string("/dev/").size())) {}
 };
 
 TEST(TargetProgram, ItsFirstLineIsThePortAndSignalsEndIt) {

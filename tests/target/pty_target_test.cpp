@@ -12,9 +12,10 @@
 #include <unistd.h>
 
 #include "comm/port_list.h"
-#include "support/device_port.h"
+#include "comm/serial_port_line.h"
 #include "support/environment.h"
 #include "support/waiting.h"
+#include "target/exchange_host.h"
 
 // The real thing: pseudo-terminal, serial port and transfer engine. Only the engine's pauses are left out.
 
@@ -24,18 +25,8 @@ namespace {
 using testing::Contains;
 using testing::Not;
 
-constexpr std::uint32_t longWaitMs = 5000;
 /// Long enough for a byte that should not come, were it on its way.
-constexpr std::uint32_t quietMs = 30;
-
-class NoPauses final : public IClock {
- public:
-    Milliseconds now() override { return clock_.now(); }
-    bool sleep(Milliseconds /*duration*/) override { return true; }
-
- private:
-    SystemClock clock_;
-};
+constexpr Milliseconds quiet{30};
 
 /// A target that counts what it tells.
 struct Target {
@@ -55,62 +46,9 @@ struct Target {
     PtyTarget pty;
 };
 
-/// A host with port and engine.
-struct Host {
-    explicit Host(const PtyTarget& target) : name(target.portName()) {}
-
-    std::uint32_t open() {
-        const std::uint32_t result = port.Open(devicePath(name), 0, 0, true);
-        if (result == serial_result::success) {
-            port.SetupReadTimeouts(CSerial::blocking);
-        }
-        return result;
-    }
-    Bytes read(std::size_t size, std::uint32_t timeoutMs = longWaitMs) {
-        Bytes bytes(size);
-        std::uint32_t count = 0;
-        port.Read(bytes.data(), size, &count, nullptr, timeoutMs);
-        bytes.resize(count);
-        return bytes;
-    }
-    bool sendLive(const ImageBytes& image) {
-        return engine.SendToTarget(liveMessage(image), MessageType::blocks4k);
-    }
-    bool save(std::uint8_t set, const ImageBytes& image) {
-        Bytes message{command_code::saveSet, set};
-        const auto digest = md5(image);
-        message.insert(message.end(), digest.begin(), digest.end());
-        return engine.SendToTarget(message, MessageType::blocks128);
-    }
-    bool ask(const Bytes& request) { return engine.ReceiveFromTarget(reply, request); }
-    bool confirmed() {
-        return ask({command_code::confirmLiveSet}) &&
-               std::all_of(reply.begin(), reply.begin() + 10, [](std::uint8_t byte) { return byte == 0x11; });
-    }
-
-    std::string name;
-    CSerial port;
-    NoPauses clock;
-    ErrorLog log;
-    NoBoxes boxes;
-    CSemaphore lock;
-    TransferEngine engine{{.port = port,
-                           .clock = clock,
-                           .log = log,
-                           .boxes = boxes,
-                           .lock = lock,
-                           .portName = [this] { return name; },
-                           .progress = {}}};
-    std::array<std::uint8_t, maximumFrameSize> reply{};
+struct Host : ExchangeHost {
+    explicit Host(const PtyTarget& target) : ExchangeHost(makeSerialPortLine, target.portName()) {}
 };
-
-FaultPlan faultsOf(const std::vector<std::string>& texts) {
-    FaultPlan plan;
-    for (const std::string& text : texts) {
-        EXPECT_EQ(addFault(plan, text), "");
-    }
-    return plan;
-}
 
 TEST(PtyTarget, IsAnnouncedWhileItRuns) {
     const OwnRunFolder folder;
@@ -149,10 +87,10 @@ TEST(PtyTarget, GivesOneRequestByteForEachOpening) {
     for (int i = 0; i < 500; ++i) {
         ASSERT_EQ(host.open(), serial_result::success) << i;
         ASSERT_EQ(host.read(1), requestByte) << i;
-        ASSERT_EQ(host.port.Close(), serial_result::success);
+        host.line->close();
     }
     ASSERT_EQ(host.open(), serial_result::success);
-    EXPECT_EQ(host.read(2, quietMs), requestByte) << "and not one more";
+    EXPECT_EQ(host.read(2, quiet), requestByte) << "and not one more";
     EXPECT_EQ(target.openings, 501);
 }
 
@@ -162,13 +100,13 @@ TEST(PtyTarget, WhatOneHostLeftUnreadDoesNotReachTheNext) {
     for (int i = 1; i <= 20; ++i) {
         ASSERT_EQ(host.open(), serial_result::success);
         const Bytes frame = requestFrame({5});
-        host.port.Write(frame.data(), frame.size(), nullptr, nullptr, longWaitMs);
+        host.write(frame);
         ASSERT_TRUE(eventually([&] { return target.openings == i; }));
-        host.port.Close();
+        host.line->close();
         ASSERT_TRUE(eventually([&] { return target.closings == i; }));
     }
     ASSERT_EQ(host.open(), serial_result::success);
-    EXPECT_EQ(host.read(2, quietMs), requestByte);
+    EXPECT_EQ(host.read(2, quiet), requestByte);
 }
 
 TEST(PtyTarget, TheMainJob) {
@@ -227,18 +165,18 @@ TEST(PtyTarget, ASecondProgramDoesNotDisturbAnExchange) {
     ASSERT_EQ(host.open(), serial_result::success);
     ASSERT_EQ(host.read(1), requestByte);
     const Bytes first = frameOf(frame_type::block1k, 1, Bytes(1024, 1));
-    host.port.Write(first.data(), first.size(), nullptr, nullptr, longWaitMs);
+    host.write(first);
     ASSERT_EQ(host.read(1), positive);
     EXPECT_EQ(intruder.open(), serial_result::accessDenied);
     const Bytes second = frameOf(frame_type::block1k, 2, Bytes(1024, 2));
-    host.port.Write(second.data(), second.size(), nullptr, nullptr, longWaitMs);
+    host.write(second);
     Bytes answer = host.read(1);
     if (answer == requestByte) {
         // The superuser's second opening is seen by the target; the exchange must survive it.
         answer = host.read(1);
     }
     EXPECT_EQ(answer, positive);
-    host.port.Write(disconnect.data(), disconnect.size(), nullptr, nullptr, longWaitMs);
+    host.write(disconnect);
     EXPECT_EQ(host.read(1), positive);
     EXPECT_EQ(target.pty.memory().software.size(), 2048U);
 }
@@ -260,7 +198,8 @@ TEST(PtyTarget, LineEditingThatAHostLeftBehindIsUndone) {
     ASSERT_GE(next, 0);
     std::uint8_t byte = 0;
     pollfd readable{.fd = next, .events = POLLIN, .revents = 0};
-    ASSERT_EQ(poll(&readable, 1, static_cast<int>(longWaitMs)), 1) << "not held back for a line's end";
+    ASSERT_EQ(poll(&readable, 1, static_cast<int>(ExchangeHost::longWait.count())), 1)
+        << "not held back for a line's end";
     ASSERT_EQ(::read(next, &byte, 1), 1);
     EXPECT_EQ(byte, control_byte::request);
     const Bytes frame = liveFrame(imageOf(1));
@@ -277,7 +216,7 @@ TEST(PtyTarget, ThePulledCableIsAVanishedDevice) {
     Host host(target.pty);
     EXPECT_FALSE(host.sendLive(imageOf(1)));
     pollfd ended{.fd = target.pty.endDescriptor(), .events = POLLIN, .revents = 0};
-    EXPECT_EQ(poll(&ended, 1, static_cast<int>(longWaitMs)), 1);
+    EXPECT_EQ(poll(&ended, 1, static_cast<int>(ExchangeHost::longWait.count())), 1);
     EXPECT_FALSE(target.pty.running());
     EXPECT_FALSE(target.pty.failed());
     EXPECT_THAT(listPorts(), Not(Contains(target.pty.portName())));
@@ -291,10 +230,9 @@ TEST(PtyTarget, EveryByteBeforeThePulledCableArrives) {
     ASSERT_EQ(host.open(), serial_result::success);
     ASSERT_EQ(host.read(1), requestByte);
     const Bytes request = requestFrame({5});
-    host.port.Write(request.data(), request.size(), nullptr, nullptr, longWaitMs);
+    host.write(request);
     EXPECT_EQ(host.read(101).size(), 2154U - 1U - request.size());
-    host.read(1, longWaitMs);
-    EXPECT_EQ(host.port.lastError(), serial_result::ioDevice);
+    EXPECT_EQ(host.readResult(), serial_result::ioDevice);
 }
 
 TEST(PtyTarget, StoppingVanishesUnderAHost) {
@@ -303,10 +241,9 @@ TEST(PtyTarget, StoppingVanishesUnderAHost) {
     ASSERT_EQ(host.open(), serial_result::success);
     ASSERT_EQ(host.read(1), requestByte);
     std::thread stopper([&] { target.pty.stop(); });
-    host.read(1, longWaitMs);
-    EXPECT_EQ(host.port.lastError(), serial_result::ioDevice);
+    EXPECT_EQ(host.readResult(), serial_result::ioDevice);
     stopper.join();
-    host.port.Close();
+    host.line->close();
     EXPECT_NE(host.open(), serial_result::success);
 }
 
@@ -317,7 +254,7 @@ TEST(PtyTarget, PacesBothDirections) {
     ASSERT_EQ(host.read(1), requestByte);
     const Bytes request = requestFrame({5});
     const auto start = std::chrono::steady_clock::now();
-    host.port.Write(request.data(), request.size(), nullptr, nullptr, longWaitMs);
+    host.write(request);
     ASSERT_EQ(host.read(1), positive);
     const auto answered = std::chrono::steady_clock::now();
     EXPECT_GE(answered - start, byteTime(115200) * static_cast<int>(request.size()));

@@ -15,8 +15,11 @@ PageBench::PageBench()
           return answerWhenClosed(buttons);
       }) {
     window.resize(984, 596);
-    engine = std::make_unique<TransferEngine>(TransferEngine::Outside{
-        .port = switchedPort,
+    engine = std::make_unique<TransferEngine>(TransferEngine::Dependencies{
+        .makeLine =
+            [this](const std::string& /*portName*/) {
+                return std::make_unique<test::DeviceLine>(*device, clock, portOpens);
+            },
         .clock = clock,
         .log = *this,
         .boxes = boxes,
@@ -46,8 +49,6 @@ void PageBench::exchangeTarget(const std::vector<std::string>& faults) {
     }
     const TargetMemory kept = device ? device->memory() : TargetMemory::holding(factoryImage());
     device = std::make_unique<TargetDevice>(kept, TargetDevice::Options{.faults = std::move(plan)});
-    port = std::make_unique<test::DevicePort>(*device, clock);
-    switchedPort.plug(portOpens ? port.get() : nullptr);
 }
 
 void PageBench::makePage() {

@@ -15,13 +15,12 @@
 #include "comm/page/communication.h"
 #include "comm/page/log_lines.h"
 #include "comm/page/log_view.h"
-#include "comm/serial.h"
 #include "controls/read_only_edit.h"
 #include "controls/skin_button.h"
 #include "controls/skin_check_box.h"
 #include "controls/skin_combo_box.h"
 #include "controls/transfer_line.h"
-#include "support/device_port.h"
+#include "support/device_line.h"
 #include "support/settings_fakes.h"
 #include "support/synthetic_events.h"
 #include "support/temporary_folder.h"
@@ -30,36 +29,6 @@ namespace tessavo::testing {
 
 /// Lets events pass until the condition holds, at most a minute.
 bool passEventsUntil(const std::function<bool()>& condition);
-
-/// A port whose other end is exchanged between two exchanges.
-class SwitchedPort final : public CSerial {
- public:
-    /// \param port what the exchanges to come use; null for a port that does not open
-    void plug(CSerial* port) { port_ = port; }
-
-    std::uint32_t Open(const std::wstring& deviceName, std::uint32_t inQueue, std::uint32_t outQueue,
-                       bool overlapped) override {
-        return port_ == nullptr ? serial_result::fileNotFound
-                                : port_->Open(deviceName, inQueue, outQueue, overlapped);
-    }
-    std::uint32_t Close() override { return port_ == nullptr ? serial_result::success : port_->Close(); }
-    std::uint32_t Setup(std::uint32_t baudRate, std::uint8_t dataBits, int parity, std::uint8_t stopBits,
-                        int dtrMode) override {
-        return port_->Setup(baudRate, dataBits, parity, stopBits, dtrMode);
-    }
-    std::uint32_t SetupReadTimeouts(int mode) override { return port_->SetupReadTimeouts(mode); }
-    std::uint32_t Write(const void* data, std::size_t size, std::uint32_t* written,
-                        SerialOverlapped* overlapped, std::uint32_t timeoutMs) override {
-        return port_->Write(data, size, written, overlapped, timeoutMs);
-    }
-    std::uint32_t Read(void* data, std::size_t size, std::uint32_t* read, SerialOverlapped* overlapped,
-                       std::uint32_t timeoutMs) override {
-        return port_->Read(data, size, read, overlapped, timeoutMs);
-    }
-
- private:
-    CSerial* port_ = nullptr;
-};
 
 /// The page on a line to a simulated target, all in virtual time. The exchanges run on threads of their own
 /// all the same.
@@ -106,8 +75,6 @@ class PageBench : public ::testing::Test, private ICommLog {
     FakeDialogs dialogs;
     std::unique_ptr<TargetDevice> device;
     test::VirtualClock clock;
-    std::unique_ptr<test::DevicePort> port;
-    SwitchedPort switchedPort;
     bool portOpens = true;
     CSemaphore lock;
     std::unique_ptr<TransferEngine> engine;

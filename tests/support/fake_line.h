@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "comm/serial.h"
+#include "comm/line.h"
 #include "support/transcript.h"
 #include "support/virtual_clock.h"
 
@@ -15,30 +15,29 @@ namespace tessavo::test {
 
 using Bytes = std::vector<std::uint8_t>;
 
-/// What one read comes to. Fewer bytes than asked for with `success` stand for a driver that gives less.
+/// What one read comes to. Fewer bytes than asked for with `success` stand for a line that gives less.
 struct ReadOutcome {
     std::uint32_t result = serial_result::success;
     Bytes bytes;
 };
 
-/// A port that notes every operation and answers reads from a list.
+/// A line that notes every operation and answers reads from a list.
 ///
 /// Reads with a time-out of 1 ms take `stale`; all others take `answers`. An empty list times out, in virtual
 /// time.
-class FakeSerial : public CSerial {
+class FakeLine : public ILine {
  public:
-    FakeSerial(Transcript& transcript, VirtualClock& clock) : transcript_(transcript), clock_(clock) {}
+    FakeLine(Transcript& transcript, VirtualClock& clock) : transcript_(transcript), clock_(clock) {}
 
-    std::uint32_t Open(const std::wstring& deviceName, std::uint32_t inQueue, std::uint32_t outQueue,
-                       bool overlapped) override;
-    std::uint32_t Close() override;
-    std::uint32_t Setup(std::uint32_t baudRate, std::uint8_t dataBits, int parity, std::uint8_t stopBits,
-                        int dtrMode) override;
-    std::uint32_t SetupReadTimeouts(int mode) override;
-    std::uint32_t Write(const void* data, std::size_t size, std::uint32_t* written,
-                        SerialOverlapped* overlapped, std::uint32_t timeoutMs) override;
-    std::uint32_t Read(void* data, std::size_t size, std::uint32_t* read, SerialOverlapped* overlapped,
-                       std::uint32_t timeoutMs) override;
+    std::uint32_t open() override;
+    std::uint32_t setUp(const LineSettings& settings) override;
+    LineRead read(std::span<std::uint8_t> bytes, Milliseconds timeout) override;
+    std::uint32_t write(std::span<const std::uint8_t> bytes, Milliseconds timeout) override;
+    void close() override;
+    void cancel() override;
+
+    /// Makes every exchange use this line, which notes the name of the port.
+    [[nodiscard]] LineMaker maker();
 
     /// Adds single-byte answers.
     void answer(std::initializer_list<std::uint8_t> bytes);
@@ -60,6 +59,7 @@ class FakeSerial : public CSerial {
  private:
     Transcript& transcript_;
     VirtualClock& clock_;
+    std::string portName_;
 };
 
 }  // namespace tessavo::test
