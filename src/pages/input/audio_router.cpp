@@ -137,7 +137,7 @@ void CAudioRouter::showSurround(bool on) {
         .setText(on ? QStringLiteral("Surround is ON") : QStringLiteral("Surround is OFF"));
     form().control<StateLamp>(surroundLamp).setLit(on);
     surroundIsShownOn_ = on;
-    updateMarks();
+    CAudioRouter::updateMarks();
     form().setInCircuit("Surround", on);
 }
 
