@@ -25,44 +25,26 @@ constexpr int captionLine = 36;
 constexpr int smallLight = 22;
 constexpr int largeLight = 28;
 
-constexpr std::array<const char*, 6> inputRows{"Vorne Links",   "Vorne Rechts",  "Hinten Links",
-                                               "Hinten Rechts", "Line-In Links", "Line-In Rechts"};
-constexpr std::array<const char*, 8> channelRows{"Kanal 1", "Kanal 2", "Kanal 3", "Kanal 4",
-                                                 "Kanal 5", "Kanal 6", "Kanal 7", "Kanal 8"};
-
-struct Column {
-    const char* caption;
-    std::size_t rows;
-    const char* const* names;
-    int firstClipping;
-    int firstNotClipping;
-};
-
-constexpr std::array<Column, CClipDetectDlg::groupCount> columns{{
-    {"ADC", inputRows.size(), inputRows.data(), 1386, 1392},
-    {"Input EQ", inputRows.size(), inputRows.data(), 1380, 1398},
-    {"Signal Processing", channelRows.size(), channelRows.data(), 1404, 1412},
-    {"Output EQ", channelRows.size(), channelRows.data(), 1420, 1428},
-}};
-
-/// Row that an entry of the answer lights in the columns of channels.
-constexpr std::array<std::size_t, CClipDetectDlg::rowLimit> rowOfEntry{3, 7, 0, 4, 1, 5, 2, 6};
-
-struct Amplifier {
-    const char* caption;
+/// Numbers of the lights of a row; in a stage's column those of its first, and the others follow.
+struct LightIds {
     int clipping;
     int notClipping;
 };
-constexpr std::array<Amplifier, CClipDetectDlg::amplifierCount> amplifierRows{{
-    {"Amplifier 1 Clipping Status", 1376, 1377},
-    {"Amplifier 2 Clipping Status", 1375, 1378},
-}};
+constexpr std::array<LightIds, clipStages.size()> columnIds{
+    {{1386, 1392}, {1380, 1398}, {1404, 1412}, {1420, 1428}}};
+
+/// By row. The target pairs each amplifier's quiet picture with the other row.
+constexpr std::array<LightIds, clipAmplifierNames.size()> amplifierIds{{{1376, 1377}, {1375, 1378}}};
+
+QString textOf(std::string_view text) {
+    return QLatin1String(text.data(), static_cast<qsizetype>(text.size()));
+}
 
 /// A column's card with the lines between its rows.
 class ColumnBox : public SkinGroupBox {
  public:
-    ColumnBox(const Column& column, int id, QWidget* parent)
-        : SkinGroupBox(QLatin1String(column.caption), id, parent), rows_(static_cast<int>(column.rows)) {
+    ColumnBox(const ClipStage& stage, int id, QWidget* parent)
+        : SkinGroupBox(textOf(stage.caption), id, parent), rows_(static_cast<int>(stage.names.size())) {
         setFont(theme::font(13, QFont::DemiBold));
         setTitlePlace({16, 10});
     }
@@ -84,10 +66,6 @@ class ColumnBox : public SkinGroupBox {
  private:
     int rows_;
 };
-
-void showPicture(ClipLight* picture, bool shown) {
-    picture->setVisible(shown);
-}
 
 }  // namespace
 
@@ -139,30 +117,30 @@ void CClipDetectDlg::makeSwitch() {
 }
 
 void CClipDetectDlg::makeColumn(std::size_t group) {
-    const Column& column = columns[group];
+    const ClipStage& stage = clipStages[group];
     const int left = columnStep * static_cast<int>(group);
-    auto* box = new ColumnBox(column, clip_id::firstColumn + static_cast<int>(group), this);
+    auto* box = new ColumnBox(stage, clip_id::firstColumn + static_cast<int>(group), this);
     box->setGeometry(left, columnTop, columnWidth, 424);
-    for (std::size_t row = 0; row < column.rows; ++row) {
+    for (std::size_t row = 0; row < stage.names.size(); ++row) {
         const int number = static_cast<int>(row);
         const int top = firstRowTop + rowStep * number;
-        const QString name = QLatin1String(column.names[row]);
+        const QString name = textOf(stage.names[row]);
         addLabel(name, {left + 16, top, 140, rowStep});
-        lights_[group][row] = addLight({left + 178, top + 7}, smallLight, column.firstClipping + number,
-                                       column.firstNotClipping + number,
-                                       QLatin1String(column.caption) + QStringLiteral(", ") + name);
+        lights_[group][row] = addLight({left + 178, top + 7}, smallLight, columnIds[group].clipping + number,
+                                       columnIds[group].notClipping + number,
+                                       textOf(stage.caption) + QStringLiteral(", ") + name);
     }
 }
 
 void CClipDetectDlg::makeAmplifier(std::size_t row) {
-    const Amplifier& amplifier = amplifierRows[row];
+    const QString caption = textOf(clipAmplifierNames[row]) + QStringLiteral(" Clipping Status");
     const int left = 504 * static_cast<int>(row);
     auto* box = new SkinGroupBox(QString(), clip_id::firstAmplifier + static_cast<int>(row), this);
     box->setGeometry(left, 514, 480, 74);
-    box->setAccessibleName(QLatin1String(amplifier.caption));
-    addLabel(QLatin1String(amplifier.caption), {left + 16, 535, 320, 32});
-    amplifiers_[row] = addLight({left + 425, 529}, largeLight, amplifier.clipping, amplifier.notClipping,
-                                QLatin1String(amplifier.caption));
+    box->setAccessibleName(caption);
+    addLabel(caption, {left + 16, 535, 320, 32});
+    amplifiers_[row] = addLight({left + 425, 529}, largeLight, amplifierIds[row].clipping,
+                                amplifierIds[row].notClipping, caption);
 }
 
 CClipDetectDlg::Pair CClipDetectDlg::addLight(const QPoint& place, int diameter, int clippingId,
@@ -243,20 +221,19 @@ void CClipDetectDlg::showAnswerTimes() {
 
 void CClipDetectDlg::showState(const ClipState& state) {
     for (std::size_t group = 0; group < groupCount; ++group) {
-        const bool byChannel = columns[group].rows == rowLimit;
-        const std::size_t entries = columns[group].rows;
-        for (std::size_t entry = 0; entry < entries; ++entry) {
-            const Pair& light = lights_[group][byChannel ? rowOfEntry[entry] : entry];
+        const std::span<const std::size_t> rows = clipStages[group].rows;
+        for (std::size_t entry = 0; entry < rows.size(); ++entry) {
+            const Pair& light = lights_[group][rows[entry]];
             const bool clips = state.groups[group][entry] != 0;
-            showPicture(light.clipping, clips);
-            showPicture(light.notClipping, !clips);
+            light.clipping->setVisible(clips);
+            light.notClipping->setVisible(!clips);
         }
     }
     for (std::size_t i = 0; i < amplifierCount; ++i) {
         // The target's wiring pairs each amplifier's quiet picture with the other row's place.
         const bool clips = state.amplifiers[i] != 0;
-        showPicture(amplifiers_[i].clipping, clips);
-        showPicture(amplifiers_[amplifierCount - 1 - i].notClipping, !clips);
+        amplifiers_[i].clipping->setVisible(clips);
+        amplifiers_[amplifierCount - 1 - i].notClipping->setVisible(!clips);
     }
 }
 

@@ -7,6 +7,7 @@
 #include <memory>
 #include <optional>
 
+#include "comm/clip_layout.h"
 #include "comm/target_commands.h"
 #include "controls/tab_dialog.h"
 #include "controls/ui_calls.h"
@@ -36,9 +37,8 @@ class CClipDetectDlg : public CTabDialog {
     Q_OBJECT
 
  public:
-    static constexpr std::size_t groupCount = 4;
-    static constexpr std::size_t rowLimit = 8;
-    static constexpr std::size_t amplifierCount = 2;
+    static constexpr std::size_t groupCount = clipStages.size();
+    static constexpr std::size_t amplifierCount = clipAmplifierNames.size();
 
     struct Parts {
         /// See ClipPoller::Outside; both run on its thread.
@@ -87,8 +87,8 @@ class CClipDetectDlg : public CTabDialog {
     QLabel* answers_ = nullptr;  ///< when the last answer came, and since when none does
     QTime answeredAt_;           ///< since the last switching on; invalid before
     QTime silentSince_;          ///< the first question without answer after that; invalid when there is none
-    std::array<std::array<Pair, rowLimit>, groupCount> lights_;
-    std::array<Pair, amplifierCount> amplifiers_;  ///< by row
+    std::array<std::array<Pair, clipEntryCount>, groupCount> lights_;  ///< by stage and row
+    std::array<Pair, amplifierCount> amplifiers_;                      ///< by row
     std::unique_ptr<ClipPoller> poller_;
 };
 

@@ -27,6 +27,26 @@ const QString& disableAllText() {
     return text;
 }
 
+// What a reset writes: the fields of an entry in one edit for each band or crossover, as their controls do.
+const std::vector<std::vector<FieldId>>& resetFields() {
+    using enum FieldId;
+    static const std::vector<std::vector<FieldId>> fields{{bandOff},
+                                                          {bandType},
+                                                          {bandFrequency},
+                                                          {bandGain},
+                                                          {bandQ},
+                                                          {crossoverFrequency},
+                                                          {crossoverEnabled, crossoverKind, crossoverOrder},
+                                                          {invertPhase},
+                                                          {limiterGain},
+                                                          {limiterActivateLevel},
+                                                          {limiterDeactivateLevel},
+                                                          {limiterAttack},
+                                                          {limiterRelease},
+                                                          {limiterEnabled}};
+    return fields;
+}
+
 }  // namespace
 
 COutputEQ::COutputEQ(TuningState& tuning, IMessageBox& boxes, QWidget* parent)
@@ -225,29 +245,11 @@ FieldIndex COutputEQ::markedElement(BoundField bound) const {
 
 void COutputEQ::write(BoundField bound, double value, bool final) {
     switch (bound.field) {
-        case FieldId::bandFrequency:
-            tuning().setBandFrequency(bound.part, truncateTo<std::uint16_t>(value), final);
-            break;
-        case FieldId::bandGain:
-            tuning().setBandGainOrQ(bound.part, BandValue::gain, static_cast<float>(value), final);
-            break;
-        case FieldId::bandQ:
-            tuning().setBandGainOrQ(bound.part, BandValue::q, static_cast<float>(value), final);
-            break;
-        case FieldId::bandType:
-            tuning().setBandType(bound.part, truncateTo<std::uint8_t>(value));
-            break;
-        case FieldId::bandOff:
-            tuning().setBandOff(bound.part, truncateTo<std::uint8_t>(value));
-            break;
-        case FieldId::crossoverFrequency:
-            tuning().setCrossoverFrequency(bound.part, truncateTo<std::uint16_t>(value), final);
-            break;
         case FieldId::crossoverOrder: {
             // The frequency is written and shown again with the new order, as if its slider had moved. The
             // edit that is sent comes last: it must not leave with an older frequency.
             const CBitmapSlider& slider = crossovers_[bound.part].frequency->slider();
-            tuning().setCrossoverFrequency(bound.part, truncateTo<std::uint16_t>(slider.position()), false);
+            tuning().editSelected(FieldId::crossoverFrequency, bound.part, slider.position(), false);
             writeCrossover(bound.part);
             QCoreApplication::postEvent(
                 this, new SliderEvent(SliderEvent::moved, crossoverIds[bound.part].frequency.slider,
@@ -258,17 +260,9 @@ void COutputEQ::write(BoundField bound, double value, bool final) {
         case FieldId::crossoverKind:
             writeCrossover(bound.part);
             break;
-        case FieldId::volume:
-            tuning().setVolume(static_cast<float>(value), final);
-            break;
-        case FieldId::delay:
-            tuning().setDelay(static_cast<float>(value), final);
-            break;
-        case FieldId::invertPhase:
-            tuning().setInvertPhase(true, truncateTo<std::uint8_t>(value));
-            break;
         default:
-            writeLimiter(bound.field, value, final);
+            tuning().editSelected(bound.field, bound.part, storedFromShown(fieldOf(bound.field), value),
+                                  final);
     }
 }
 
@@ -281,32 +275,6 @@ void COutputEQ::writeCrossover(std::size_t crossover) {
     };
     tuning().setCrossover(crossover, codeOf(*controls.kind, FieldId::crossoverKind),
                           codeOf(*controls.order, FieldId::crossoverOrder), enabled ? 1 : 0);
-}
-
-void COutputEQ::writeLimiter(FieldId field, double value, bool final) {
-    const auto stored = truncateTo<std::int32_t>(storedFromShown(fieldOf(field), value));
-    switch (field) {
-        case FieldId::limiterGain:
-            tuning().setLimiter(LimiterField::gain, stored, final);
-            break;
-        case FieldId::limiterActivateLevel:
-            tuning().setLimiter(LimiterField::activateLevel, stored, final);
-            break;
-        case FieldId::limiterDeactivateLevel:
-            tuning().setLimiter(LimiterField::deactivateLevel, stored, final);
-            break;
-        case FieldId::limiterAttack:
-            tuning().setLimiter(LimiterField::attack, stored, final);
-            break;
-        case FieldId::limiterRelease:
-            tuning().setLimiter(LimiterField::release, stored, final);
-            break;
-        case FieldId::limiterEnabled:
-            tuning().setLimiter(stored != 0 ? LimiterField::enable : LimiterField::disable, 0, true);
-            break;
-        default:
-            break;
-    }
 }
 
 void COutputEQ::updateLook() {
@@ -417,30 +385,14 @@ void COutputEQ::resetChannel() {
                     BoxButtons::okCancel) != BoxAnswer::ok) {
         return;
     }
-    const auto fresh = [](FieldId field, std::size_t part) {
-        return storedDefault(fieldOf(field), {0, part});
-    };
-    for (std::size_t band = 0; band < bandCount; ++band) {
-        tuning().setBandOff(band, truncateTo<std::uint8_t>(fresh(FieldId::bandOff, band)));
-        tuning().setBandType(band, truncateTo<std::uint8_t>(fresh(FieldId::bandType, band)));
-        tuning().setBandFrequency(band, truncateTo<std::uint16_t>(fresh(FieldId::bandFrequency, band)), true);
-        tuning().setBandGainOrQ(band, BandValue::gain, static_cast<float>(fresh(FieldId::bandGain, band)),
-                                true);
-        tuning().setBandGainOrQ(band, BandValue::q, static_cast<float>(fresh(FieldId::bandQ, band)), true);
-    }
-    for (std::size_t k = 0; k < crossoverCount; ++k) {
-        tuning().setCrossoverFrequency(k, truncateTo<std::uint16_t>(fresh(FieldId::crossoverFrequency, k)),
-                                       true);
-        tuning().setCrossover(k, truncateTo<std::uint8_t>(fresh(FieldId::crossoverKind, k)),
-                              truncateTo<std::uint8_t>(fresh(FieldId::crossoverOrder, k)),
-                              truncateTo<std::uint8_t>(fresh(FieldId::crossoverEnabled, k)));
-    }
-    tuning().setInvertPhase(true, truncateTo<std::uint8_t>(fresh(FieldId::invertPhase, 0)));
-    for (const FieldId field :
-         {FieldId::limiterGain, FieldId::limiterActivateLevel, FieldId::limiterDeactivateLevel,
-          FieldId::limiterAttack, FieldId::limiterRelease, FieldId::limiterEnabled}) {
-        const Field& described = fieldOf(field);
-        writeLimiter(field, storedDefault(described, {}) / described.storedPerShown, true);
+    for (const std::vector<FieldId>& together : resetFields()) {
+        for (std::size_t part = 0; part < fieldOf(together.front()).inner.count; ++part) {
+            std::vector<FieldValue> values;
+            for (const FieldId field : together) {
+                values.push_back({field, storedDefault(fieldOf(field), {0, part})});
+            }
+            tuning().editSelected(values, part, true);
+        }
     }
     refresh();
 }

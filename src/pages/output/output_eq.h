@@ -66,7 +66,6 @@ class COutputEQ : public ParameterPage {
     void selectChannels();
     void assignToMultiple(bool checked);
     void writeCrossover(std::size_t crossover);
-    void writeLimiter(FieldId field, double value, bool final);
     void toggleAllFilters();
     void resetChannel();
 

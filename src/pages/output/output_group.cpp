@@ -1,5 +1,6 @@
 #include "pages/output/output_group.h"
 
+#include "base/saturate.h"
 #include "controls/bitmap_slider.h"
 #include "controls/number_edit.h"
 #include "controls/skin_combo_box.h"
@@ -18,8 +19,6 @@ struct GroupRowTable {
     const char* name;  ///< behind "Channel n", for screen readers
     FieldId value;
     FieldId group;
-    int lower;  ///< dB or ms
-    int upper;
     QRgb color;
     int top;
     int firstSlider;
@@ -37,8 +36,6 @@ constexpr GroupRowTable gainRow{.title = "Output Gain",
                                 .name = "gain",
                                 .value = FieldId::groupGain,
                                 .group = FieldId::gainGroup,
-                                .lower = -6,
-                                .upper = 18,
                                 .color = theme::level,
                                 .top = 8,
                                 .firstSlider = 1364,
@@ -53,8 +50,6 @@ constexpr GroupRowTable delayRow{.title = "Output Delay",
                                  .name = "delay",
                                  .value = FieldId::groupDelay,
                                  .group = FieldId::delayGroup,
-                                 .lower = 0,
-                                 .upper = 2,
                                  .color = theme::quality,
                                  .top = 302,
                                  .firstSlider = 1372,
@@ -85,7 +80,7 @@ QString nameOf(const GroupRowTable& table, std::size_t place) {
 
 COutputGroup::Row::Row(const GroupRowTable& itsTable)
     : table(itsTable),
-      linked(itsTable.lower, itsTable.upper,
+      linked(fieldOf(itsTable.value).minimum, fieldOf(itsTable.value).maximum,
              {divisor, divisor, divisor, divisor, divisor, divisor, divisor, divisor}) {}
 
 COutputGroup::COutputGroup(TuningState& tuning, QWidget* parent)
@@ -118,10 +113,13 @@ void COutputGroup::makeSliders(Row& row, std::size_t place, SkinGroupBox* box) {
     slider->setValueScale(-1.0 / divisor);
     NumberEdit* edit = makeEdit(places.editId, places.edit, table.color, name, box);
     std::unique_ptr<CInputBase>& input = row.inputs[place];
+    const Field& field = fieldOf(table.value);
+    const auto lower = truncateTo<int>(field.minimum);
+    const auto upper = truncateTo<int>(field.maximum);
     if (table.firstDistance == 0) {
         edit->setUnit(QStringLiteral("dB"));
         addLabel(QStringLiteral("dB"), inColumn({91, table.edit.y(), 22, 24}, place), box);
-        input = std::make_unique<CInputBase>(*slider, *edit, box, table.lower, table.upper, divisor);
+        input = std::make_unique<CInputBase>(*slider, *edit, box, lower, upper, divisor);
     } else {
         addLabel(QStringLiteral("[ms] / [cm]"), inColumn({15, table.edit.y() - 18, 114, 14}, place), box,
                  Qt::AlignCenter);
@@ -131,8 +129,7 @@ void COutputGroup::makeSliders(Row& row, std::size_t place, SkinGroupBox* box) {
         distance->setUnit(QStringLiteral("cm"));
         edit->setAlignment(Qt::AlignCenter);
         distance->setAlignment(Qt::AlignCenter);
-        input = std::make_unique<CInputAdvanced>(*slider, *edit, *distance, box, table.lower, table.upper,
-                                                 divisor);
+        input = std::make_unique<CInputAdvanced>(*slider, *edit, *distance, box, lower, upper, divisor);
         connectEdit(row, place, *distance, [](CInputBase& typed) {
             typed.applySecondText();
             // The box of the time follows; that of the distance keeps what was typed.
@@ -270,12 +267,7 @@ void COutputGroup::takeMove(Row& row, std::size_t place) {
 
 void COutputGroup::store(const Row& row, std::size_t place) {
     const RecordChannel channel{groupSliderMap[place]};
-    const auto value = static_cast<float>(row.linked.value(place));
-    if (row.table.value == FieldId::groupGain) {
-        tuning().setGroupGain(channel, value);
-    } else {
-        tuning().setGroupDelay(channel, value);
-    }
+    tuning().edit(row.table.value, {channel.value, 0}, static_cast<float>(row.linked.value(place)), true);
 }
 
 }  // namespace tessavo
