@@ -8,6 +8,9 @@
 #include "cli/edit_script.h"
 #include "cli/script_words.h"
 #include "markdown.h"
+#include "page_tables.h"
+#include "pages/rows/audio_router_rows.h"
+#include "pages/rows/input_eq_rows.h"
 #include "params/channels.h"
 #include "params/field_table.h"
 
@@ -32,83 +35,6 @@ struct Control {
 
 const Names tick{"no", "yes"};
 const Names inverseTick{"yes", "no"};
-
-// "0 Music Club, 1 Concert Hall".
-std::string codeList(FieldId field) {
-    std::string text;
-    for (const FieldCode& each : fieldOf(field).codes) {
-        text += (text.empty() ? "" : ", ") + std::to_string(each.code) + " " + std::string(each.shown);
-    }
-    return text;
-}
-
-const std::vector<Control>& inputControls() {
-    static const std::vector<Control> rows{
-        {"**Equalizer** 60 … 16K", FieldId::inputBandGain,
-         "gain of a graphic band; the frequencies are fixed"},
-        {"**Tone** Bass, Mid, Treble", FieldId::toneGain,
-         "gain of the low shelf at 150 Hz, the peak at 4000 Hz, the high shelf at 15000 Hz"},
-        {"**EQ On / EQ Off**",
-         FieldId::inputEqOn,
-         "puts the equalizer and the tone bands in circuit; the caption names the state in force",
-         {"EQ Off", "EQ On"},
-         {},
-         "EQ On"},
-        {"**Gain**", FieldId::inputGain, "input level"},
-        {"**Preamp**", FieldId::preampGain, "gain of the preamplifier"},
-        {"**Poweramp**", FieldId::powerampGain, "gain of the power amplifier"},
-        {"**Line-In Gain**", FieldId::lineInGain, "gain of the line input"},
-        {"**Suppression**", FieldId::suppression, "suppression"},
-        {"**Gain Detection**, Level", FieldId::gainDetectionLevel, "level of the gain detection"},
-        {"**Compressor** Crossover", FieldId::compressorCrossover, "crossover frequency of the compressor"},
-        {"**Compressor** PONE", FieldId::pone, "the target's parameter of that name"},
-        {"**Compressor** Lower Limit", FieldId::compressorLowerLimit, "lower limit of the compressor"},
-        {"**Compressor** Gain", FieldId::compressorGain, "gain of the compressor"},
-        {"**Expander** Upper Limit", FieldId::expanderUpperLimit, "upper limit of the expander"},
-        {"**Expander** Factor", FieldId::expanderFactor, "factor of the expander"},
-        {"**Attacktime**", FieldId::compressorAttack, "attack time of the compressor"},
-        {"**Releasetime**", FieldId::compressorRelease, "release time of the compressor"},
-        {"**Disable**", FieldId::compressorDisabled, "takes the compressor out of circuit", tick},
-    };
-    return rows;
-}
-
-const std::vector<Control>& configControls() {
-    static const std::vector<Control> rows{
-        {"**Channel 1 … 8**",
-         FieldId::routerSource,
-         "source that feeds the output channel",
-         {},
-         "one of the sources below",
-         "Silenced"},
-        {"**Deactivate Channel 7 and 8 (for Line-Out use)**", FieldId::lineOutUse,
-         "takes the two channels out of use, for the line output", tick},
-        {"**Long Turn-Off Delay settings**, list",
-         FieldId::turnOffDelayOn,
-         "whether the long turn-off delay is in use",
-         {"Off", "On"}},
-        {"**Long Turn-Off Delay settings**, slider", FieldId::turnOffDelay, "how long it is"},
-        {"**Enable / Disable Surround**",
-         FieldId::surroundOff,
-         "the surround processing; see below",
-         {"on", "off"},
-         {},
-         "shown as off"},
-        {"**Surround mode**", FieldId::surroundMode, codeList(FieldId::surroundMode), {}, {}, {}, true},
-        {"**Room size**", FieldId::roomSize, "0 small room … 4 large room"},
-        {"**Delay size 1**", FieldId::delaySize1, "kept for each pair of mode and room size"},
-        {"**Delay size 2**", FieldId::delaySize2, "second delay"},
-        {"**Center, Panorama, Hall effect, Rear to front mix gain**",
-         FieldId::decoderGain,
-         "gains of the surround decoder; the bottom is silence",
-         {},
-         "-Inf., -29.9 … 0.0",
-         "-Inf."},
-        {"**Use rear channel for surround calculation**", FieldId::rearForSurround,
-         "the rear channels take part in the surround calculation", tick},
-    };
-    return rows;
-}
 
 const std::vector<Control>& outputControls() {
     static const std::vector<Control> rows{
@@ -286,8 +212,8 @@ std::string scriptTable() {
 }  // namespace
 
 std::map<std::string, std::string> manualTables() {
-    return {{"input controls", controlTable(inputControls())},
-            {"config controls", controlTable(configControls())},
+    return {{"input controls", controlTable(inputEqRows())},
+            {"config controls", controlTable(audioRouterRows())},
             {"output controls", controlTable(outputControls())},
             {"group controls", controlTable(groupControls())},
             {"channels", channelTable()},

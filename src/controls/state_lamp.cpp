@@ -9,7 +9,7 @@ namespace tessavo {
 StateLamp::StateLamp(int diameter, int controlId, QWidget* parent) : QWidget(parent) {
     installAccessibility();
     setControlId(*this, controlId);
-    setFixedSize(diameter + 6, diameter + 6);
+    setFixedSize(diameter + glow, diameter + glow);
     setAttribute(Qt::WA_TransparentForMouseEvents);
     setAccessibleDescription(QStringLiteral("off"));
 }

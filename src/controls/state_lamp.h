@@ -10,6 +10,9 @@ class StateLamp : public QWidget {
     Q_OBJECT
 
  public:
+    /// Width that the glow adds to the disc's diameter.
+    static constexpr int glow = 6;
+
     StateLamp(int diameter, int controlId, QWidget* parent = nullptr);
 
     void setLit(bool lit);

@@ -46,7 +46,7 @@ TEST(HouseRules, HigherRoomsMayNotBeIncluded) {
 }
 
 TEST(HouseRules, RoomsOnOneFloorMayNotIncludeEachOther) {
-    const auto tree = treeOf({{"target/a.h", ""}, {"pages/input/b.cpp", "#include \"target/a.h\""}});
+    const auto tree = treeOf({{"comm/page/a.h", ""}, {"pages/input/b.cpp", "#include \"comm/page/a.h\""}});
     EXPECT_THAT(floorBreaches(tree, houseFloors()), testing::SizeIs(1));
 }
 

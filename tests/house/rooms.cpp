@@ -5,7 +5,7 @@
 namespace tessavo::house {
 
 std::span<const Room> houseRooms() {
-    static constexpr std::array<Room, 14> rooms{{
+    static constexpr std::array<Room, 16> rooms{{
         {"base", 0, false, "boxes and dialogs as interfaces, semaphore, raw files, numbers, MD5"},
         {"platform", 0, false, "process and desktop, for POSIX and for Windows"},
         {"dsp", 1, false, "coefficient generators, fixed-point words"},
@@ -14,10 +14,12 @@ std::span<const Room> houseRooms() {
         {"params", 3, false, "records, field table, settings files, image, the door for edits"},
         {"plot/chart", 3, true, "chart, its dialogs, plot window"},
         {"comm", 4, false, "serial port, framing, transfer engine, live worker, commands"},
+        {"pages/rows", 4, false, "what stands on each page, as tables"},
         {"target", 5, false, "the simulated target"},
-        {"comm/page", 5, true, "communication page with its log"},
-        {"pages/input", 5, true, "input equalizer, channel configuration"},
+        {"pages/form", 5, true, "makes the controls of a page's rows, keeps them bound to their fields"},
         {"cli", 6, false, "tessavoctl"},
+        {"comm/page", 6, true, "communication page with its log"},
+        {"pages/input", 6, true, "input equalizer, channel configuration"},
         {"pages/output", 6, true, "output equalizer, output group, clip detection"},
         {"app", 7, true, "application object, frame, main view, main()"},
     }};

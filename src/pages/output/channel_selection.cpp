@@ -7,7 +7,7 @@
 #include "controls/skin_check_box.h"
 #include "controls/skin_radio_button.h"
 #include "controls/theme.h"
-#include "pages/input/source_names.h"
+#include "pages/form/source_names.h"
 
 namespace tessavo {
 

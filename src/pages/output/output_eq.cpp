@@ -236,11 +236,11 @@ void COutputEQ::showEvent(QShowEvent* event) {
 }
 
 FieldIndex COutputEQ::elementOf(BoundField bound) const {
-    return {shownChannel_.value, bound.part};
+    return {shownChannel_.value, bound.element};
 }
 
 FieldIndex COutputEQ::markedElement(BoundField bound) const {
-    return {lastChosen().value_or(shownChannel_).value, bound.part};
+    return {lastChosen().value_or(shownChannel_).value, bound.element};
 }
 
 void COutputEQ::write(BoundField bound, double value, bool final) {
@@ -248,20 +248,20 @@ void COutputEQ::write(BoundField bound, double value, bool final) {
         case FieldId::crossoverOrder: {
             // The frequency is written and shown again with the new order, as if its slider had moved. The
             // edit that is sent comes last: it must not leave with an older frequency.
-            const CBitmapSlider& slider = crossovers_[bound.part].frequency->slider();
-            tuning().editSelected(FieldId::crossoverFrequency, bound.part, slider.position(), false);
-            writeCrossover(bound.part);
+            const CBitmapSlider& slider = crossovers_[bound.element].frequency->slider();
+            tuning().editSelected(FieldId::crossoverFrequency, bound.element, slider.position(), false);
+            writeCrossover(bound.element);
             QCoreApplication::postEvent(
-                this, new SliderEvent(SliderEvent::moved, crossoverIds[bound.part].frequency.slider,
+                this, new SliderEvent(SliderEvent::moved, crossoverIds[bound.element].frequency.slider,
                                       slider.position()));
             break;
         }
         case FieldId::crossoverEnabled:
         case FieldId::crossoverKind:
-            writeCrossover(bound.part);
+            writeCrossover(bound.element);
             break;
         default:
-            tuning().editSelected(bound.field, bound.part, storedFromShown(fieldOf(bound.field), value),
+            tuning().editSelected(bound.field, bound.element, storedFromShown(fieldOf(bound.field), value),
                                   final);
     }
 }

@@ -4,7 +4,7 @@
 #include <optional>
 
 #include "base/message_box.h"
-#include "pages/input/parameter_page.h"
+#include "pages/form/parameter_page.h"
 
 namespace tessavo {
 

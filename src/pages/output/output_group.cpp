@@ -6,9 +6,9 @@
 #include "controls/skin_combo_box.h"
 #include "controls/skin_group_box.h"
 #include "controls/slider_event.h"
-#include "pages/input/box_marks.h"
-#include "pages/input/input_advanced.h"
-#include "pages/input/input_base.h"
+#include "pages/form/box_marks.h"
+#include "pages/form/input_advanced.h"
+#include "pages/form/input_base.h"
 
 namespace tessavo {
 
@@ -190,7 +190,7 @@ void COutputGroup::makeGroupList(Row& row, std::size_t place, SkinGroupBox* box)
 }
 
 FieldIndex COutputGroup::elementOf(BoundField bound) const {
-    return {groupSliderMap[bound.part], 0};
+    return {groupSliderMap[bound.element], 0};
 }
 
 void COutputGroup::refresh() {

@@ -3,7 +3,7 @@
 #include <array>
 #include <memory>
 
-#include "pages/input/parameter_page.h"
+#include "pages/form/parameter_page.h"
 #include "pages/output/linked_sliders.h"
 
 namespace tessavo {

@@ -11,6 +11,7 @@
 #include "pages/input/control_places.h"
 #include "pages/input/input_eq.h"
 #include "support/page_fixture.h"
+#include "support/row_checks.h"
 
 namespace tessavo::testing {
 namespace {
@@ -171,6 +172,18 @@ TEST_F(PageAccess, TheChannelConfigurationStandsWhereTheDesignPutsIt) {
     actual.state.edit(FieldId::surroundOff, {}, 0, true);
     openAudioRouter();
     expectPlaces(audioRouterControls, audioRouterLabels, audioRouterGroups);
+}
+
+TEST_F(PageAccess, EveryRowOfTheInputEqualizerIsAControlOfItsOwnPlaceAndName) {
+    openInputEq();
+    expectControlsOfRows(*page, inputEqRows());
+    expectRowsApart(inputEqRows());
+}
+
+TEST_F(PageAccess, EveryRowOfTheChannelConfigurationIsAControlOfItsOwnPlaceAndName) {
+    openAudioRouter();
+    expectControlsOfRows(*page, audioRouterRows());
+    expectRowsApart(audioRouterRows());
 }
 
 TEST_F(PageAccess, TabGoesThroughTheInputEqualizerInReadingOrder) {

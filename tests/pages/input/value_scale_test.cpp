@@ -1,4 +1,4 @@
-#include "pages/input/value_scale.h"
+#include "pages/form/value_scale.h"
 
 #include <gtest/gtest.h>
 

@@ -1,11 +1,11 @@
-#include "pages/input/input_base.h"
+#include "pages/form/input_base.h"
 
 #include <QApplication>
 #include <gtest/gtest.h>
 
 #include "controls/bitmap_slider.h"
 #include "controls/number_edit.h"
-#include "pages/input/input_advanced.h"
+#include "pages/form/input_advanced.h"
 
 namespace tessavo {
 namespace {

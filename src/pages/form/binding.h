@@ -4,7 +4,7 @@
 #include <functional>
 #include <vector>
 
-#include "pages/input/value_scale.h"
+#include "pages/form/value_scale.h"
 #include "params/tuning_state.h"
 
 namespace tessavo {

@@ -1,7 +1,7 @@
-#include "pages/input/input_advanced.h"
+#include "pages/form/input_advanced.h"
 
 #include "controls/number_edit.h"
-#include "pages/input/box_marks.h"
+#include "pages/form/box_marks.h"
 
 namespace tessavo {
 

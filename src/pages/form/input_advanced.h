@@ -1,6 +1,6 @@
 #pragma once
 
-#include "pages/input/input_base.h"
+#include "pages/form/input_base.h"
 
 namespace tessavo {
 

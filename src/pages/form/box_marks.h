@@ -3,7 +3,7 @@
 #include <QString>
 #include <optional>
 
-#include "pages/input/value_scale.h"
+#include "pages/form/value_scale.h"
 #include "params/tuning_state.h"
 
 namespace tessavo {

@@ -1,4 +1,4 @@
-#include "pages/input/box_marks.h"
+#include "pages/form/box_marks.h"
 
 #include <QStringList>
 #include <algorithm>

@@ -1,4 +1,4 @@
-#include "pages/input/input_base.h"
+#include "pages/form/input_base.h"
 
 #include <algorithm>
 #include <charconv>
@@ -9,8 +9,8 @@
 #include "base/saturate.h"
 #include "controls/bitmap_slider.h"
 #include "controls/number_edit.h"
-#include "pages/input/box_marks.h"
-#include "pages/input/value_scale.h"
+#include "pages/form/box_marks.h"
+#include "pages/form/value_scale.h"
 
 namespace tessavo {
 

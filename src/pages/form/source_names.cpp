@@ -1,4 +1,4 @@
-#include "pages/input/source_names.h"
+#include "pages/form/source_names.h"
 
 #include <array>
 

@@ -1,7 +1,8 @@
-#include "pages/input/parameter_page.h"
+#include "pages/form/parameter_page.h"
 
 #include <QLabel>
 #include <QScopedValueRollback>
+#include <algorithm>
 
 #include "controls/bitmap_slider.h"
 #include "controls/number_edit.h"
@@ -32,24 +33,29 @@ std::vector<int> decibelTicks(const ValueScale& scale) {
 
 }  // namespace
 
-ParameterPage::ParameterPage(TuningState& tuning, QWidget* parent) : CTabDialog(parent), tuning_(tuning) {}
+ParameterPage::ParameterPage(TuningState& tuning, QWidget* parent)
+    : CTabDialog(parent), tuning_(tuning), form_(*this, [this](BoundField bound) { return writer(bound); }) {}
 
 ParameterPage::~ParameterPage() = default;
 
+template <typename Visit>
+void ParameterPage::forEachBound(Visit visit) const {
+    std::ranges::for_each(form_.bindings(), visit);
+    std::ranges::for_each(bindings_, visit);
+}
+
 void ParameterPage::refresh() {
-    for (const Bound& bound : bindings_) {
-        bound.binding->show(shown(bound.to));
-    }
+    forEachBound([this](const Bound& bound) { bound.binding->show(shown(bound.to)); });
     updateLook();
     updateMarks();
 }
 
 void ParameterPage::updateMarks() {
-    for (const Bound& bound : bindings_) {
+    forEachBound([this](const Bound& bound) {
         const FieldIndex index = markedElement(bound.to);
         const Field& field = fieldOf(bound.to.field);
         bound.binding->mark(shownValue(tuning_.currentParameterSet(), field, index), playedText(bound));
-    }
+    });
 }
 
 QString ParameterPage::playedText(const Bound& bound) const {
@@ -72,7 +78,7 @@ std::vector<ParameterPage::Holder> ParameterPage::markedHolders() const {
 }
 
 FieldIndex ParameterPage::elementOf(BoundField bound) const {
-    return {bound.part, 0};
+    return {bound.element, 0};
 }
 
 void ParameterPage::write(BoundField bound, double value, bool final) {
@@ -111,9 +117,7 @@ QString ParameterPage::mixedNote(const Bound& bound, const std::vector<Holder>& 
 }
 
 void ParameterPage::markMixed(const std::vector<Holder>& holders) {
-    for (const Bound& bound : bindings_) {
-        bound.binding->setMixed(mixedNote(bound, holders));
-    }
+    forEachBound([&](const Bound& bound) { bound.binding->setMixed(mixedNote(bound, holders)); });
 }
 
 Binding::Write ParameterPage::writer(BoundField bound) {
@@ -189,7 +193,7 @@ NumberEdit* ParameterPage::makeEdit(int id, const QRect& place, QRgb color, cons
 template <typename Made>
 Made& ParameterPage::keep(BoundField bound, std::unique_ptr<Made> binding) {
     Made& made = *binding;
-    bindings_.push_back({bound, std::move(binding)});
+    bindings_.push_back({bound, -1, this, std::move(binding)});
     return made;
 }
 
@@ -266,6 +270,7 @@ bool ParameterPage::event(QEvent* event) {
     if (!SliderEvent::isSliderEvent(*event)) {
         return CTabDialog::event(event);
     }
+    form_.takeSliderEvent(*event);
     const auto& moved = static_cast<const SliderEvent&>(*event);
     const auto slider = sliders_.find(moved.controlId());
     if (slider != sliders_.end() && (moved.isFinal() || !sliderAtWork_)) {

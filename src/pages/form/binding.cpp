@@ -1,4 +1,4 @@
-#include "pages/input/binding.h"
+#include "pages/form/binding.h"
 
 #include <QScopedValueRollback>
 #include <QStringList>
@@ -11,7 +11,7 @@
 #include "controls/skin_check_box.h"
 #include "controls/skin_combo_box.h"
 #include "controls/spin_edit.h"
-#include "pages/input/box_marks.h"
+#include "pages/form/box_marks.h"
 
 namespace tessavo {
 

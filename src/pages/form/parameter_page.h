@@ -9,7 +9,8 @@
 
 #include "controls/tab_dialog.h"
 #include "controls/theme.h"
-#include "pages/input/binding.h"
+#include "pages/form/binding.h"
+#include "pages/form/form.h"
 #include "params/tuning_state.h"
 
 class QLabel;
@@ -20,12 +21,6 @@ class CBitmapSlider;
 class CxSkinButton;
 class NumberEdit;
 class SkinGroupBox;
-
-/// A field behind a control; `part` is the band, crossover or other element that the control belongs to.
-struct BoundField {
-    FieldId field;
-    std::size_t part = 0;
-};
 
 /// Place and look of a slider with its edit box. Rectangles are page pixels.
 struct SliderRow {
@@ -52,12 +47,14 @@ class ParameterPage : public CTabDialog {
     void refresh() override;
 
  protected:
+    [[nodiscard]] Form& form() { return form_; }
+    [[nodiscard]] const Form& form() const { return form_; }
     [[nodiscard]] TuningState& tuning() { return tuning_; }
     [[nodiscard]] const TuningState& tuning() const { return tuning_; }
 
-    /// Element of a repeated field that a control shows; `part` unless the page says otherwise.
+    /// Element of a repeated field that a control shows; `element` unless the page says otherwise.
     [[nodiscard]] virtual FieldIndex elementOf(BoundField bound) const;
-    /// Carries out an edit; `setField` unless the page says otherwise.
+    /// Carries out an edit; `TuningState::edit` unless the page says otherwise.
     /// \param value as a person reads it, in the field's unit
     virtual void write(BoundField bound, double value, bool final);
     /// Called after every refresh and every edit, for what depends on other values: bars, colours.
@@ -84,6 +81,7 @@ class ParameterPage : public CTabDialog {
     /// shows, with a note that tells each holder's value; takes all marks away without a holder.
     void markMixed(const std::vector<Holder>& holders);
 
+    // For pages that do not yet hand rows to the form.
     // Each makes a control at a place in page pixels, inside `parent`: the page itself or a group on it.
     SkinGroupBox* addGroup(const QString& title, const QRect& place, QWidget* parent = nullptr);
     QLabel* addLabel(const QString& text, const QRect& place, QWidget* parent,
@@ -120,11 +118,10 @@ class ParameterPage : public CTabDialog {
     void showEvent(QShowEvent* event) override;
 
  private:
-    struct Bound {
-        BoundField to;
-        std::unique_ptr<Binding> binding;
-    };
+    using Bound = Form::Bound;
 
+    template <typename Visit>
+    void forEachBound(Visit visit) const;
     [[nodiscard]] Binding::Write writer(BoundField bound);
     [[nodiscard]] QString playedText(const Bound& bound) const;
     [[nodiscard]] QString mixedNote(const Bound& bound, const std::vector<Holder>& holders) const;
@@ -132,6 +129,7 @@ class ParameterPage : public CTabDialog {
     Made& keep(BoundField bound, std::unique_ptr<Made> binding);
 
     TuningState& tuning_;
+    Form form_;
     std::vector<Bound> bindings_;
     std::map<int, SliderBinding*> sliders_;  ///< by control id
     bool sliderAtWork_ = false;              ///< moves of other sliders meanwhile are ignored
