@@ -9,6 +9,10 @@
 
 namespace tessavo {
 
+std::string numberRange(const Field& field) {
+    return shortestText(field.minimum) + " … " + shortestText(field.maximum);
+}
+
 namespace {
 
 /// A control of a page, or several that stand for one field, and what the manual tells of them.
@@ -98,10 +102,6 @@ std::string wordOf(const ControlRow& row, double value) {
         }
     }
     return "";
-}
-
-std::string numberRange(const Field& field) {
-    return shortestText(field.minimum) + " … " + shortestText(field.maximum);
 }
 
 std::string rangeOf(const ControlRow& row) {

@@ -11,15 +11,15 @@
 #include "app/skin_chart_host.h"
 #include "app/tessavo_view.h"
 #include "controls/bitmap_slider.h"
+#include "pages/rows/output_eq_rows.h"
 
 namespace tessavo {
 
 namespace {
 
-// Controls of the output equalizer's page.
-constexpr int severalChannelsBox = 1077;
-constexpr std::array tickedChannels{1053, 1054, 1057};  // "Channel 1", "Channel 2", "Channel 5"
-constexpr int draggedSlider = 1028;                     // gain of band 5
+// By page position: "Channel 1", "Channel 2", "Channel 5".
+constexpr std::array<std::size_t, 3> tickedChannels{0, 1, 4};
+constexpr int draggedSlider = output_eq_id::bands[4].sliders[1].slider;  // gain
 constexpr int dragPixels = -34;
 
 class AgreeingBoxes : public IMessageBox {
@@ -172,9 +172,9 @@ QString takeStatePictures(const PictureTaker& take) {
         return problem;
     }
 
-    window.control<QAbstractButton>(severalChannelsBox).click();
-    for (const int id : tickedChannels) {
-        window.control<QAbstractButton>(id).click();
+    window.control<QAbstractButton>(selection_id::assign).click();
+    for (const std::size_t position : tickedChannels) {
+        window.control<QAbstractButton>(selection_id::checks[position]).click();
     }
     if (QString failed = take(window.frame(), "output_eq_multi"); !failed.isEmpty()) {
         return failed;

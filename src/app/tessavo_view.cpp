@@ -1,6 +1,5 @@
 #include "app/tessavo_view.h"
 
-#include <QLabel>
 #include <QLineEdit>
 #include <QLinearGradient>
 #include <QPainter>
@@ -27,47 +26,22 @@ namespace tessavo {
 
 namespace {
 
-constexpr int headerHeight = 48;
-constexpr int tabRowHeight = 36;
-static_assert(CTessavoView::pageTop == headerHeight + tabRowHeight);
-constexpr int pageLeft = 20;
 constexpr int pageWidth = 984;
 constexpr int pageHeight = 596;
 // The page, a gap, and the scroll bar that shows only when the page does not fit.
 constexpr int pageAreaWidth = 998;
 
-void paintLabel(QLabel& label, QRgb color) {
-    QPalette palette = label.palette();
-    palette.setColor(QPalette::WindowText, QColor::fromRgb(color));
-    label.setPalette(palette);
-}
-
-QString latin(std::string_view text) {
-    return QLatin1String(text.data(), static_cast<qsizetype>(text.size()));
-}
-
 QString nameOf(const ParameterSet& set) {
     return QString::fromStdU16String(readSetText(set.setName));
-}
-
-// Record channel that the check box of this number shows.
-RecordChannel channelOfCheckBox(int number) {
-    for (std::uint8_t channel = 0; channel < channelCount; ++channel) {
-        if (channelCheckBoxMap[channel] == number) {
-            return {channel};
-        }
-    }
-    return {};
 }
 
 }  // namespace
 
 CTessavoView::CTessavoView(TuningState& tuning, IChartHost& chartHost, QWidget* parent,
                            const PageFactory& makePage)
-    : QWidget(parent), tuning_(tuning), chartHost_(chartHost), makePage_(makePage) {
+    : QWidget(parent), tuning_(tuning), chartHost_(chartHost), makePage_(makePage), header_(*this) {
     setObjectName(QStringLiteral("mainView"));
     makeHeader();
-    makeFlags();
     makeTabs();
 }
 
@@ -76,70 +50,57 @@ CTessavoView::~CTessavoView() {
 }
 
 void CTessavoView::makeHeader() {
-    setSelector_ = new SkinComboBox(view_id::setSelector, this);
-    setSelector_->setGeometry(20, 10, 132, 28);
-    setSelector_->setAccessibleName(QStringLiteral("Parameter set"));
-    setSelector_->setToolTip(QStringLiteral("Parameter set"));
-    connect(setSelector_, &QComboBox::activated, this, &CTessavoView::chooseSet);
-
-    recordMark_ = new RecordMark(view_id::recordMark, tuning_, this);
-    recordMark_->move(2, 16);
-
-    setName_ = new TextEditBox(view_id::setName, this);
-    setName_->setGeometry(160, 10, 188, 28);
-    setName_->setAccessibleName(QStringLiteral("Set name"));
-    setName_->setToolTip(QStringLiteral("Set name"));
-    connect(setName_, &QLineEdit::textEdited, this, &CTessavoView::renameSet);
-    connect(setName_, &QLineEdit::editingFinished, this, &CTessavoView::leaveSetName);
-
-    eqMode_ = new CxSkinButton(QString(), view_id::eqMode, this);
-    eqMode_->setGeometry(374, 10, 124, 28);
-    eqMode_->setToggle(true);
-    connect(eqMode_, &QAbstractButton::clicked, this, &CTessavoView::toggleLiveMode);
-
-    auto* label = new QLabel(QStringLiteral("Switch Mode"), this);
-    label->setGeometry(510, 10, 78, 28);
-    label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    label->setFont(theme::font(12));
-    paintLabel(*label, theme::text2);
-
-    filterModes_ = new SkinComboBox(view_id::filterMode, this);
-    filterModes_->setGeometry(596, 10, 96, 28);
-    filterModes_->setAccessibleName(QStringLiteral("Switch Mode"));
-    connect(filterModes_, &QComboBox::activated, this, [this](int index) {
+    header_.build(headerRows(), [this](const ControlRow& row, QWidget& parent) -> QWidget* {
+        switch (row.identifier) {
+            case view_id::recordMark:
+                return new RecordMark(row.identifier, tuning_, &parent);
+            case view_id::setName:
+                return new TextEditBox(row.identifier, &parent);
+            default:
+                return tabs_ = new eqCTabCtrl(row.identifier, &parent);
+        }
+    });
+    for (const ControlRow& row : headerRows()) {
+        // What has no words on it or beside it says what it is.
+        if (!row.name.empty()) {
+            header_.control<QWidget>(row.identifier).setToolTip(textOf(row.name));
+        }
+    }
+    for (std::uint8_t channel = 0; channel < channelCount; ++channel) {
+        header_.onClick(view_id::channelFlag(channel), [this, channel](bool checked) {
+            tuning_.setChannelFlag({channel}, checked ? 1 : 0);
+        });
+    }
+    header_.onClick(view_id::eqMode, [this] { toggleLiveMode(); });
+    header_.onClick(view_id::showPlot, [this] { togglePlot(); });
+    connect(&setSelector(), &QComboBox::activated, this, &CTessavoView::chooseSet);
+    connect(&setName(), &QLineEdit::textEdited, this, &CTessavoView::renameSet);
+    connect(&setName(), &QLineEdit::editingFinished, this, &CTessavoView::leaveSetName);
+    connect(&filterModes(), &QComboBox::activated, this, [this](int index) {
         tuning_.setFilterMode(static_cast<std::uint32_t>(index));
         showNotes();
     });
-
-    showPlot_ = new CxSkinButton(QStringLiteral("Show Plot"), view_id::showPlot, this);
-    showPlot_->setGeometry(702, 10, 92, 28);
-    connect(showPlot_, &QAbstractButton::clicked, this, &CTessavoView::togglePlot);
 }
 
-void CTessavoView::makeFlags() {
-    for (int i = 0; i < static_cast<int>(channelCount); ++i) {
-        const int number = i + 1;
-        auto* flag = new SkinCheckBox(QString(), view_id::firstChannelFlag + i, this);
-        flag->setGeometry(817 + 24 * i, 7, 22, 22);
-        flag->setAccessibleName(QStringLiteral("Channel flag %1").arg(number));
-        flag->setToolTip(QStringLiteral("Channel flag %1").arg(number));
-        connect(flag, &QAbstractButton::clicked, this, [this, number](bool checked) {
-            tuning_.setChannelFlag(channelOfCheckBox(number), checked ? 1 : 0);
-        });
-        flags_[static_cast<std::size_t>(i)] = flag;
-        auto* digit = new QLabel(QString::number(number), this);
-        digit->setGeometry(817 + 24 * i, 29, 22, 12);
-        digit->setAlignment(Qt::AlignCenter);
-        digit->setFont(theme::font(11));
-        paintLabel(*digit, theme::text2);
-    }
+SkinComboBox& CTessavoView::setSelector() const {
+    return header_.control<SkinComboBox>(view_id::setSelector);
+}
+
+SkinComboBox& CTessavoView::filterModes() const {
+    return header_.control<SkinComboBox>(view_id::filterMode);
+}
+
+QLineEdit& CTessavoView::setName() const {
+    return header_.control<QLineEdit>(view_id::setName);
+}
+
+SkinCheckBox& CTessavoView::channelFlag(std::size_t channel) const {
+    return header_.control<SkinCheckBox>(view_id::channelFlag(channel));
 }
 
 void CTessavoView::makeTabs() {
-    tabs_ = new eqCTabCtrl(view_id::tabs, this);
-    tabs_->setGeometry(pageLeft, headerHeight + 2, 776, 34);
     for (const PageEntry& each : pageTable()) {
-        tabs_->addFixedTab(latin(each.title), each.tabWidth);
+        tabs_->addFixedTab(textOf(each.title), each.tabWidth);
     }
     pageArea_ = new QScrollArea(this);
     pageArea_->setFrameShape(QFrame::NoFrame);
@@ -175,7 +136,7 @@ CPlotDlg& CTessavoView::plot() {
         connect(plot_, &QObject::destroyed, this, [this] { tuning_.setCurveDisplay(nullptr); });
         connect(plot_, &CPlotDlg::curveShown, this, &CTessavoView::tuningChanged);
         connect(plot_, &CPlotDlg::closedByUser, this, [this] { setPlotShown(false); });
-        plot_->setWindowTitle(latin(entryInFront().plotTitle));
+        plot_->setWindowTitle(textOf(entryInFront().plotTitle));
         tuning_.setCurveDisplay(plot_);
         updatePlot();
     }
@@ -183,14 +144,13 @@ CPlotDlg& CTessavoView::plot() {
 }
 
 void CTessavoView::initialUpdate() {
-    eqMode_->setText(QStringLiteral("EQ Mode Off"));
     fillSetSelector();
-    setSelector_->setCurrentIndex(0);
+    setSelector().setCurrentIndex(0);
     for (const std::string_view name : filterMethodNames) {
-        filterModes_->addItem(latin(name));
+        filterModes().addItem(textOf(name));
     }
-    filterModes_->setCurrentIndex(0);
-    setName_->setText(nameOf(tuning_.currentParameterSet()));
+    filterModes().setCurrentIndex(0);
+    setName().setText(nameOf(tuning_.currentParameterSet()));
     showPage(Page::inputEqualizer);
 }
 
@@ -205,7 +165,7 @@ void CTessavoView::showPage(Page page) {
 
 void CTessavoView::checkChannelBox(int number, bool checked) {
     if (number >= 1 && number <= static_cast<int>(channelCount)) {
-        flags_[static_cast<std::size_t>(number - 1)]->setChecked(checked);
+        header_.control<SkinCheckBox>(view_id::firstChannelFlag + number - 1).setChecked(checked);
     }
 }
 
@@ -214,40 +174,40 @@ void CTessavoView::refreshPages() {
         page->refresh();
     }
     fillSetSelector();
-    setName_->setText(nameOf(tuning_.currentParameterSet()));
+    setName().setText(nameOf(tuning_.currentParameterSet()));
     showChannelFlags();
     updatePlot();
     Q_EMIT currentSetChanged();
 }
 
 void CTessavoView::showChannelFlags() {
-    for (std::uint8_t channel = 0; channel < channelCount; ++channel) {
-        checkChannelBox(channelCheckBoxMap[channel],
-                        tuning_.currentParameterSet().channels[channel].channelFlag != 0);
+    for (std::size_t channel = 0; channel < channelCount; ++channel) {
+        channelFlag(channel).setChecked(tuning_.currentParameterSet().channels[channel].channelFlag != 0);
     }
 }
 
 void CTessavoView::fillSetSelector() {
-    setSelector_->clear();
+    setSelector().clear();
     for (const ParameterSet& set : tuning_.store().sets) {
-        setSelector_->addItem(nameOf(set));
-        setSelector_->setItemNumber(setSelector_->count() - 1, setSelector_->count());
+        setSelector().addItem(nameOf(set));
+        setSelector().setItemNumber(setSelector().count() - 1, setSelector().count());
     }
-    setSelector_->setCurrentIndex(static_cast<int>(tuning_.currentSet()));
+    setSelector().setCurrentIndex(static_cast<int>(tuning_.currentSet()));
     markInvalidSets();
 }
 
 void CTessavoView::markInvalidSets() {
-    for (int set = 0; set < setSelector_->count(); ++set) {
+    for (int set = 0; set < setSelector().count(); ++set) {
         const QString trouble = recordTrouble(tuning_.store().sets[static_cast<std::size_t>(set)]);
-        setSelector_->setItemDot(set, trouble.isEmpty() ? QColor() : QColor::fromRgb(theme::clip));
-        setSelector_->setItemData(
+        setSelector().setItemDot(set, trouble.isEmpty() ? QColor() : QColor::fromRgb(theme::clip));
+        setSelector().setItemData(
             set, trouble.isEmpty() ? QVariant() : QStringLiteral("No valid record: %1").arg(trouble),
             Qt::ToolTipRole);
     }
-    recordMark_->showState();
+    auto& mark = header_.control<RecordMark>(view_id::recordMark);
+    mark.showState();
     // The keyboard passes the mark by, and a screen reader goes with it.
-    setSelector_->setAccessibleDescription(recordMark_->toolTip());
+    setSelector().setAccessibleDescription(mark.toolTip());
 }
 
 void CTessavoView::toggleLiveMode() {
@@ -255,8 +215,9 @@ void CTessavoView::toggleLiveMode() {
     makePagesUpTo(pageCount);
     const bool on = !tuning_.liveMode();
     tuning_.setLiveMode(on);
-    eqMode_->setText(on ? QStringLiteral("EQ Mode On") : QStringLiteral("EQ Mode Off"));
-    eqMode_->setOn(on);
+    auto& eqMode = header_.control<CxSkinButton>(view_id::eqMode);
+    eqMode.setText(on ? QStringLiteral("EQ Mode On") : QStringLiteral("EQ Mode Off"));
+    eqMode.setOn(on);
     Q_EMIT liveModeChanged(on);
 }
 
@@ -271,7 +232,7 @@ void CTessavoView::chooseSet(int index) {
             page->changeSet(set);
         }
     });
-    setName_->setText(nameOf(tuning_.currentParameterSet()));
+    setName().setText(nameOf(tuning_.currentParameterSet()));
     markInvalidSets();
     showChannelFlags();
     updatePlot();
@@ -285,7 +246,7 @@ void CTessavoView::renameSet(const QString& text) {
 
 void CTessavoView::leaveSetName() {
     fillSetSelector();
-    setName_->setText(nameOf(tuning_.currentParameterSet()));
+    setName().setText(nameOf(tuning_.currentParameterSet()));
     Q_EMIT currentSetChanged();
 }
 
@@ -296,7 +257,8 @@ void CTessavoView::togglePlot() {
 
 void CTessavoView::setPlotShown(bool shown) {
     plotShown_ = shown;
-    showPlot_->setText(shown ? QStringLiteral("Hide Plot") : QStringLiteral("Show Plot"));
+    header_.control<CxSkinButton>(view_id::showPlot)
+        .setText(shown ? QStringLiteral("Hide Plot") : QStringLiteral("Show Plot"));
     if (shown) {
         plot().showCentred();
     } else {
@@ -316,7 +278,7 @@ void CTessavoView::tabClicked(int index) {
     }
     stack_->setCurrentIndex(index);
     if (plot_) {
-        plot_->setWindowTitle(latin(entryInFront().plotTitle));
+        plot_->setWindowTitle(textOf(entryInFront().plotTitle));
     }
     updatePlot();
 }
@@ -373,7 +335,7 @@ void CTessavoView::tuningChanged() {
 // A box knows checked and not checked; set and image hold a byte.
 void CTessavoView::markChannelFlags() {
     for (std::uint8_t channel = 0; channel < channelCount; ++channel) {
-        SkinCheckBox& flag = *flags_[static_cast<std::size_t>(channelCheckBoxMap[channel] - 1)];
+        SkinCheckBox& flag = channelFlag(channel);
         const int inForce = tuning_.currentParameterSet().channels[channel].channelFlag;
         const int plays = tuning_.image().channels[channel].channelFlag;
         QStringList parts;
@@ -397,7 +359,7 @@ void CTessavoView::showNotes() {
     notesAreDue_ = false;
     markChannelFlags();
     const ForeignWords foreign = foreignWords_.find(tuning_);
-    filterModes_->setMark(foreignWordsNote(tuning_, foreign));
+    filterModes().setMark(foreignWordsNote(tuning_, foreign));
     if (!plot_) {
         return;
     }
@@ -431,7 +393,7 @@ void CTessavoView::updatePlot() {
 }
 
 void CTessavoView::resizeEvent(QResizeEvent*) {
-    pageArea_->setGeometry(pageLeft, pageTop, pageAreaWidth, height() - pageTop);
+    pageArea_->setGeometry(tabs_->x(), pageTop, pageAreaWidth, height() - pageTop);
 }
 
 void CTessavoView::paintEvent(QPaintEvent*) {
@@ -444,8 +406,6 @@ void CTessavoView::paintEvent(QPaintEvent*) {
     const QColor line = QColor::fromRgb(theme::line);
     painter.fillRect(0, 0, width(), 1, line);
     painter.fillRect(0, pageTop - 1, width(), 1, line);
-    painter.fillRect(360, 11, 1, 26, line);
-    painter.fillRect(807, 11, 1, 26, line);
     if (!std::exchange(painted_, true)) {
         // The window is there at once; what is behind its first page follows.
         QTimer::singleShot(0, this, [this] {

@@ -3,11 +3,12 @@
 #include <QPointer>
 #include <QScrollBar>
 #include <QWidget>
-#include <array>
 #include <memory>
 #include <vector>
 
 #include "app/tab_pages.h"
+#include "pages/form/form.h"
+#include "pages/rows/header_rows.h"
 #include "params/foreign_words.h"
 #include "params/settings_commands.h"
 #include "params/tuning_state.h"
@@ -20,23 +21,9 @@ namespace tessavo {
 
 class CPlotDlg;
 class IChartHost;
-class CxSkinButton;
-class RecordMark;
 class SkinCheckBox;
 class SkinComboBox;
 class eqCTabCtrl;
-
-/// Numbers of the view's own controls.
-namespace view_id {
-inline constexpr int setSelector = 3001;
-inline constexpr int setName = 3002;
-inline constexpr int eqMode = 3003;
-inline constexpr int filterMode = 3004;
-inline constexpr int showPlot = 3005;
-inline constexpr int tabs = 3006;
-inline constexpr int recordMark = 3007;
-inline constexpr int firstChannelFlag = 3011;  ///< flags 1 to 8
-}  // namespace view_id
 
 /// The single view of the main frame: the controls that act on the whole program, the tabs with their pages,
 /// the plot.
@@ -92,8 +79,12 @@ class CTessavoView : public QWidget, public ISettingsView {
 
  private:
     void makeHeader();
-    void makeFlags();
     void makeTabs();
+    [[nodiscard]] SkinComboBox& setSelector() const;
+    [[nodiscard]] SkinComboBox& filterModes() const;
+    [[nodiscard]] QLineEdit& setName() const;
+    /// \param channel record channel
+    [[nodiscard]] SkinCheckBox& channelFlag(std::size_t channel) const;
     void makePagesUpTo(std::size_t count);
     void showChannelFlags();
     void fillSetSelector();
@@ -114,13 +105,7 @@ class CTessavoView : public QWidget, public ISettingsView {
     TuningState& tuning_;
     IChartHost& chartHost_;
     PageFactory makePage_;
-    SkinComboBox* setSelector_ = nullptr;
-    RecordMark* recordMark_ = nullptr;
-    QLineEdit* setName_ = nullptr;
-    CxSkinButton* eqMode_ = nullptr;
-    SkinComboBox* filterModes_ = nullptr;
-    CxSkinButton* showPlot_ = nullptr;
-    std::array<SkinCheckBox*, channelCount> flags_{};  ///< by number - 1
+    Form header_;
     eqCTabCtrl* tabs_ = nullptr;
     QScrollArea* pageArea_ = nullptr;
     QPointer<QScrollBar> pageBar_;

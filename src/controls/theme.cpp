@@ -22,6 +22,8 @@ QFont fixedFont(int pixelSize) {
     font.setStyleHint(QFont::Monospace);
     font.setFixedPitch(true);
     font.setPixelSize(pixelSize);
+    // Not that of the group around.
+    font.setWeight(QFont::Normal);
     return font;
 }
 

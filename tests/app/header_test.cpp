@@ -33,6 +33,16 @@ QStringList typeNames() {
 
 // ---- as it starts
 
+TEST_F(Header, EveryControlStandsWhereItsRowSays) {
+    for (const ControlRow& row : headerRows()) {
+        if (row.identifier >= 0) {
+            const auto& one = control<QWidget>(row.identifier);
+            EXPECT_EQ(QRect(one.mapTo(&view(), QPoint(0, 0)), one.size()), rectOf(row.place))
+                << row.identifier;
+        }
+    }
+}
+
 TEST_F(Header, StartsWithTheFiveNamesAndTheFirstSet) {
     EXPECT_EQ(entriesOf(setSelector()), typeNames());
     EXPECT_EQ(setSelector().currentIndex(), 0);

@@ -14,14 +14,14 @@ std::span<const Room> houseRooms() {
         {"params", 3, false, "records, field table, settings files, image, the door for edits"},
         {"plot/chart", 3, true, "chart, its dialogs, plot window"},
         {"comm", 4, false, "serial port, framing, transfer engine, live worker, commands"},
-        {"pages/rows", 4, false, "what stands on each page, as tables"},
+        {"pages/rows", 5, false, "what stands on each page, as tables"},
         {"target", 5, false, "the simulated target"},
-        {"pages/form", 5, true, "makes the controls of a page's rows, keeps them bound to their fields"},
+        {"pages/form", 6, true, "makes the controls of a page's rows, keeps them bound to their fields"},
         {"cli", 6, false, "tessavoctl"},
-        {"comm/page", 6, true, "communication page with its log"},
-        {"pages/input", 6, true, "input equalizer, channel configuration"},
-        {"pages/output", 6, true, "output equalizer, output group, clip detection"},
-        {"app", 7, true, "application object, frame, main view, main()"},
+        {"comm/page", 7, true, "communication page with its log"},
+        {"pages/input", 7, true, "input equalizer, channel configuration"},
+        {"pages/output", 7, true, "output equalizer, output group, clip detection"},
+        {"app", 8, true, "application object, frame, main view, main()"},
     }};
     return rooms;
 }

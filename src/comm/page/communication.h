@@ -12,45 +12,14 @@
 #include "comm/target_commands.h"
 #include "controls/tab_dialog.h"
 #include "controls/ui_calls.h"
-
-class QLabel;
+#include "pages/form/form.h"
+#include "pages/rows/communication_rows.h"
 
 namespace tessavo {
 
-class CReadOnlyEdit;
-class CxSkinButton;
 class LogView;
-class SkinCheckBox;
 class SkinComboBox;
-class SkinGroupBox;
 class TransferLine;
-
-/// Numbers of the communication page's controls.
-namespace comm_id {
-inline constexpr int saveGroup = 7001;
-inline constexpr int loadGroup = 7002;
-inline constexpr int softwareGroup = 7003;
-inline constexpr int interfaceGroup = 7004;
-inline constexpr int versionGroup = 7005;
-inline constexpr int logGroup = 7006;
-inline constexpr int firstSave = 7010;  ///< default set, then sets 1 to 5
-inline constexpr int firstLoad = 7020;  ///< default set, then sets 1 to 5
-inline constexpr int imagePath = 7030;
-inline constexpr int selectImage = 7031;
-inline constexpr int flashFile = 7032;
-inline constexpr int transferLine = 7033;
-inline constexpr int portList = 7040;
-inline constexpr int refresh = 7041;
-inline constexpr int hardwareVersion = 7050;
-inline constexpr int softwareVersion = 7051;
-inline constexpr int update = 7052;
-inline constexpr int log = 7060;
-inline constexpr int showStatus = 7061;
-inline constexpr int showErrors = 7062;
-inline constexpr int showSent = 7063;
-inline constexpr int showReceived = 7064;
-inline constexpr int clearLog = 7065;
-}  // namespace comm_id
 
 /// The "Communication" page: commands to the target, choice of the port, versions, software update, log.
 ///
@@ -106,20 +75,10 @@ class CCommunication : public CTabDialog {
  private:
     /// Makes the controls, with all filters on and the versions unknown, and lists the ports.
     void OnInitDialog();
-    void makeSetGroup(const char* title, int groupId, int left, int firstId,
-                      const std::function<void(std::uint8_t)>& command);
-    void makeSoftwareGroup();
-    void makeInterfaceGroup();
-    void makeVersionGroup();
-    void makeLogGroup();
-    CxSkinButton* addButton(const char* caption, int id, const QRect& place,
-                            const std::function<void()>& command);
-    SkinCheckBox* addFilter(const char* caption, int id, const QRect& place);
-    QLabel* addLabel(const char* text, const QRect& place);
-    CReadOnlyEdit* addField(const char* name, int id, const QRect& place);
+    [[nodiscard]] SkinComboBox& ports() const;
+    [[nodiscard]] LogView& log() const;
+    [[nodiscard]] TransferLine& line() const;
 
-    void SaveSetToRam(std::uint8_t targetSet);
-    void LoadSetFromRam(std::uint8_t targetSet);
     void ReadVersions();
     void SelectImageFile();
     void FlashFile();
@@ -130,23 +89,13 @@ class CCommunication : public CTabDialog {
 
     UiCalls calls_;
     Parts parts_;
+    Form form_;
     TargetCommands commands_;
     std::string portName_;
     bool versionsKnown_ = false;
     bool nothingToLose_ = false;
     std::size_t blocksToSend_ = 0;
     Milliseconds firstBlockAt_{0};
-    CReadOnlyEdit* imagePath_ = nullptr;
-    CxSkinButton* flash_ = nullptr;
-    TransferLine* line_ = nullptr;
-    SkinComboBox* ports_ = nullptr;
-    CReadOnlyEdit* hardware_ = nullptr;
-    CReadOnlyEdit* software_ = nullptr;
-    LogView* log_ = nullptr;
-    SkinCheckBox* showStatus_ = nullptr;
-    SkinCheckBox* showErrors_ = nullptr;
-    SkinCheckBox* showSent_ = nullptr;
-    SkinCheckBox* showReceived_ = nullptr;
     QPixmap art_;
 };
 

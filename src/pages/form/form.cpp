@@ -70,6 +70,12 @@ QString textOf(std::string_view text) {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
 
+void setTextColour(QLabel& label, Colour colour) {
+    QPalette palette = label.palette();
+    palette.setColor(QPalette::WindowText, QColor::fromRgb(colour));
+    label.setPalette(palette);
+}
+
 Form::Form(QWidget& page, Writer writer) : page_(page), writer_(std::move(writer)) {}
 
 Form::~Form() = default;
@@ -81,16 +87,17 @@ QRect Form::placeIn(const QWidget& parent, const Place& place) const {
 
 QWidget& Form::parentOf(const ControlRow& row) const {
     const auto around = std::find_if(groups_.rbegin(), groups_.rend(), [&](const Group& group) {
-        return row.place.isEmpty() ? row.kind != ControlKind::group
-                                   : !group.isHidden && group.place.contains(row.place);
+        return row.place.isEmpty() ? row.kind != ControlKind::group : group.place.contains(row.place);
     });
     return around == groups_.rend() ? page_ : *around->box;
 }
 
-void Form::build(std::span<const ControlRow> rows) {
+void Form::build(std::span<const ControlRow> rows, const MakeOwn& makeOwn) {
     for (const ControlRow& row : rows) {
         if (row.kind != ControlKind::own) {
             make(row, parentOf(row));
+        } else if (makeOwn) {
+            put(*makeOwn(row, parentOf(row)), row);
         }
     }
     orderEdits(rows);
@@ -156,20 +163,15 @@ void Form::put(QWidget& control, const ControlRow& row) {
     if (!row.place.isEmpty()) {
         control.setGeometry(placeIn(*control.parentWidget(), row.place));
     }
-    const bool saysItsCaption = qobject_cast<const QPushButton*>(&control) != nullptr ||
-                                row.kind == ControlKind::group || row.kind == ControlKind::label;
-    if (!row.name.empty() || !saysItsCaption) {
+    using enum ControlKind;
+    const bool namesItself = qobject_cast<const QPushButton*>(&control) != nullptr || row.kind == group ||
+                             row.kind == label || row.kind == own;
+    if (!row.name.empty() || !namesItself) {
         control.setAccessibleName(textOf(nameOf(row)));
     }
     if (row.identifier >= 0) {
         controls_[row.identifier] = &control;
     }
-}
-
-void Form::adopt(const ControlRow& row, QWidget& control) {
-    control.setParent(&parentOf(row));
-    put(control, row);
-    control.show();
 }
 
 template <typename Kind, typename... Controls>
@@ -201,7 +203,7 @@ void Form::makeGroup(const ControlRow& row, QWidget& parent) {
         box->hide();
         box->setEnabled(false);
     }
-    groups_.push_back({row.place, row.caption, box, row.isHidden});
+    groups_.push_back({row.place, row.caption, box});
 }
 
 QLabel& Form::addLabel(const QString& text, const Place& place, TextSide side, Colour colour, int pixels,
@@ -210,9 +212,7 @@ QLabel& Form::addLabel(const QString& text, const Place& place, TextSide side, C
     label->setGeometry(placeIn(parent, place));
     label->setAlignment(alignmentOf(side));
     label->setFont(theme::font(pixels));
-    QPalette palette = label->palette();
-    palette.setColor(QPalette::WindowText, QColor::fromRgb(colour));
-    label->setPalette(palette);
+    setTextColour(*label, colour);
     labels_.emplace_back(place, label);
     return *label;
 }

@@ -33,6 +33,7 @@ struct BoundField {
 [[nodiscard]] QRect rectOf(const Place& place);
 /// A text of the rows, which is UTF-8.
 [[nodiscard]] QString textOf(std::string_view text);
+void setTextColour(QLabel& label, Colour colour);
 
 /// Makes the controls of a page's rows, puts them where the rows say, and binds them to their fields.
 ///
@@ -61,10 +62,12 @@ class Form {
     /// What becomes of texts in the boxes of the rows to come. Each kind has its own without a call.
     void setTyping(Typing typing) { typing_ = typing; }
 
+    /// Makes the control of a row that only its page knows, as a child of `parent`.
+    using MakeOwn = std::function<QWidget*(const ControlRow& row, QWidget& parent)>;
+
     /// Makes the controls of these rows. May be called again for more.
-    void build(std::span<const ControlRow> rows);
-    /// Puts a control that the page has made itself where the row of its number stands, into the group there.
-    void adopt(const ControlRow& row, QWidget& control);
+    /// \param makeOwn for rows of the kind `own`; these are left out without it
+    void build(std::span<const ControlRow> rows, const MakeOwn& makeOwn = {});
 
     /// The control with this number. It exists and is of this kind.
     template <typename Control>
@@ -124,7 +127,6 @@ class Form {
         Place place;
         std::string title;
         SkinGroupBox* box;
-        bool isHidden;
     };
 
     QWidget& page_;

@@ -1,37 +1,13 @@
 #pragma once
 
-#include <QRect>
 #include <QString>
-#include <QStringList>
-#include <map>
-#include <memory>
 #include <vector>
 
 #include "controls/tab_dialog.h"
-#include "controls/theme.h"
-#include "pages/form/binding.h"
 #include "pages/form/form.h"
 #include "params/tuning_state.h"
 
-class QLabel;
-
 namespace tessavo {
-
-class CBitmapSlider;
-class CxSkinButton;
-class NumberEdit;
-class SkinGroupBox;
-
-/// Place and look of a slider with its edit box. Rectangles are page pixels.
-struct SliderRow {
-    BoundField bound;
-    int sliderId;
-    int editId;
-    Qt::Orientation orientation;
-    QRect slider;
-    QRect edit;
-    QRgb color;
-};
 
 /// A page that edits fields of the current set: it makes the controls of a table's rows, keeps each bound to
 /// its field, and reads all of them again on a refresh.
@@ -81,58 +57,16 @@ class ParameterPage : public CTabDialog {
     /// shows, with a note that tells each holder's value; takes all marks away without a holder.
     void markMixed(const std::vector<Holder>& holders);
 
-    // For pages that do not yet hand rows to the form.
-    // Each makes a control at a place in page pixels, inside `parent`: the page itself or a group on it.
-    SkinGroupBox* addGroup(const QString& title, const QRect& place, QWidget* parent = nullptr);
-    QLabel* addLabel(const QString& text, const QRect& place, QWidget* parent,
-                     Qt::Alignment alignment = Qt::AlignLeft | Qt::AlignVCenter, QRgb color = theme::text2,
-                     int pixelSize = 11);
-    /// A hairline between parts of a group.
-    void addLine(const QRect& place, QWidget* parent, QRgb color = theme::line);
-    CxSkinButton* addButton(const QString& caption, int id, const QRect& place, QWidget* parent);
-    /// \param name what screen readers call slider and box
-    SliderBinding& addSlider(const SliderRow& row, const QString& name, QWidget* parent);
-    /// \param distanceId, distance box of the centimetres
-    DelayBinding& addDelay(const SliderRow& row, int distanceId, const QRect& distance, const QString& name,
-                           QWidget* parent);
-    NumberBinding& addNumber(BoundField bound, int id, const QRect& place, QRgb color, const QString& name,
-                             QWidget* parent);
-    SpinBinding& addSpin(BoundField bound, int id, const QRect& place, const QString& name, QWidget* parent);
-    CheckBinding& addCheck(BoundField bound, int id, const QRect& place, const QString& caption,
-                           bool inverted, const QString& name, QWidget* parent);
-    ComboBinding& addCombo(BoundField bound, int id, const QRect& place, const QStringList& entries,
-                           std::vector<int> codes, const QString& name, QWidget* parent);
-
-    /// Tab goes through the controls in this order.
-    static void setReadingOrder(const std::vector<QWidget*>& controls);
-
-    // The controls alone, for a page that binds them itself.
-    [[nodiscard]] CBitmapSlider* makeSlider(const SliderRow& row, const QString& name, QWidget* parent);
-    [[nodiscard]] NumberEdit* makeEdit(int id, const QRect& place, QRgb color, const QString& name,
-                                       QWidget* parent);
-
-    /// A page rectangle in the coordinates of `parent`.
-    [[nodiscard]] QRect placeIn(const QWidget* parent, const QRect& place) const;
-
     bool event(QEvent* event) override;
     void showEvent(QShowEvent* event) override;
 
  private:
-    using Bound = Form::Bound;
-
-    template <typename Visit>
-    void forEachBound(Visit visit) const;
     [[nodiscard]] Binding::Write writer(BoundField bound);
-    [[nodiscard]] QString playedText(const Bound& bound) const;
-    [[nodiscard]] QString mixedNote(const Bound& bound, const std::vector<Holder>& holders) const;
-    template <typename Made>
-    Made& keep(BoundField bound, std::unique_ptr<Made> binding);
+    [[nodiscard]] QString playedText(const Form::Bound& bound) const;
+    [[nodiscard]] QString mixedNote(const Form::Bound& bound, const std::vector<Holder>& holders) const;
 
     TuningState& tuning_;
     Form form_;
-    std::vector<Bound> bindings_;
-    std::map<int, SliderBinding*> sliders_;  ///< by control id
-    bool sliderAtWork_ = false;              ///< moves of other sliders meanwhile are ignored
 };
 
 }  // namespace tessavo

@@ -5,100 +5,29 @@
 #include <utility>
 
 #include "controls/clip_light.h"
-#include "controls/control_id.h"
-#include "controls/skin_button.h"
 #include "controls/skin_group_box.h"
-#include "controls/skin_painter.h"
 #include "controls/state_lamp.h"
 #include "controls/theme.h"
 
 namespace tessavo {
 
-namespace {
-
-constexpr int columnWidth = 228;
-constexpr int columnStep = 252;
-constexpr int columnTop = 80;
-constexpr int firstRowTop = 120;
-constexpr int rowStep = 47;
-constexpr int captionLine = 36;
-constexpr int smallLight = 22;
-constexpr int largeLight = 28;
-
-constexpr std::array<const char*, 6> inputRows{"Vorne Links",   "Vorne Rechts",  "Hinten Links",
-                                               "Hinten Rechts", "Line-In Links", "Line-In Rechts"};
-constexpr std::array<const char*, 8> channelRows{"Kanal 1", "Kanal 2", "Kanal 3", "Kanal 4",
-                                                 "Kanal 5", "Kanal 6", "Kanal 7", "Kanal 8"};
-
-struct Column {
-    const char* caption;
-    std::size_t rows;
-    const char* const* names;
-    int firstClipping;
-    int firstNotClipping;
-};
-
-constexpr std::array<Column, CClipDetectDlg::groupCount> columns{{
-    {"ADC", inputRows.size(), inputRows.data(), 1386, 1392},
-    {"Input EQ", inputRows.size(), inputRows.data(), 1380, 1398},
-    {"Signal Processing", channelRows.size(), channelRows.data(), 1404, 1412},
-    {"Output EQ", channelRows.size(), channelRows.data(), 1420, 1428},
-}};
-
-/// Row that an entry of the answer lights in the columns of channels.
-constexpr std::array<std::size_t, CClipDetectDlg::rowLimit> rowOfEntry{3, 7, 0, 4, 1, 5, 2, 6};
-
-struct Amplifier {
-    const char* caption;
-    int clipping;
-    int notClipping;
-};
-constexpr std::array<Amplifier, CClipDetectDlg::amplifierCount> amplifierRows{{
-    {"Amplifier 1 Clipping Status", 1376, 1377},
-    {"Amplifier 2 Clipping Status", 1375, 1378},
-}};
-
-/// A column's card with the lines between its rows.
-class ColumnBox : public SkinGroupBox {
- public:
-    ColumnBox(const Column& column, int id, QWidget* parent)
-        : SkinGroupBox(QLatin1String(column.caption), id, parent), rows_(static_cast<int>(column.rows)) {
-        setFont(theme::font(13, QFont::DemiBold));
-        setTitlePlace({16, 10});
+CClipDetectDlg::CClipDetectDlg(Parts parts, QWidget* parent) : CTabDialog(parent), form_(*this) {
+    // The pictures of an indicator lie upon each other.
+    std::size_t made = 0;
+    form_.build(clipRows(), [&made](const ControlRow& row, QWidget& place) {
+        constexpr std::array pictures{ClipLight::Picture::socket, ClipLight::Picture::notClipping,
+                                      ClipLight::Picture::clipping};
+        const int diameter = row.place.width == 34 ? 22 : 28;
+        return new ClipLight(pictures[made++ % pictures.size()], diameter, row.identifier, &place);
+    });
+    form_.onClick(clip_id::onOff, [this] { toggle(); });
+    form_.control<QLabel>(clip_id::state).setFont(theme::font(15, QFont::Medium));
+    form_.control<SkinGroupBox>(clip_id::switchGroup).setInCircuit(false);
+    for (std::size_t stage = 0; stage < clipStages.size(); ++stage) {
+        form_.control<SkinGroupBox>(clip_id::firstColumn + static_cast<int>(stage))
+            .setFont(theme::font(13, QFont::DemiBold));
     }
-
- protected:
-    void paintEvent(QPaintEvent* event) override {
-        SkinGroupBox::paintEvent(event);
-        SkinPainter painter(this);
-        const auto line = [&](int left, int top, int width, QRgb color) {
-            painter.fillRect(painter.snapped(QRectF(left, top, width, painter.hair())),
-                             QColor::fromRgb(color));
-        };
-        line(1, captionLine, width() - 2, theme::line);
-        for (int row = 1; row < rows_; ++row) {
-            line(16, firstRowTop - columnTop + rowStep * row, width() - 32, theme::rowDivider);
-        }
-    }
-
- private:
-    int rows_;
-};
-
-void showPicture(ClipLight* picture, bool shown) {
-    picture->setVisible(shown);
-}
-
-}  // namespace
-
-CClipDetectDlg::CClipDetectDlg(Parts parts, QWidget* parent) : CTabDialog(parent) {
-    makeSwitch();
-    for (std::size_t group = 0; group < groupCount; ++group) {
-        makeColumn(group);
-    }
-    for (std::size_t row = 0; row < amplifierCount; ++row) {
-        makeAmplifier(row);
-    }
+    showState({});
     const auto deliver = [this](const std::optional<ClipState>& state) {
         calls_.call([this, state] {
             // An answer that was under way when a person switched off is no longer wanted.
@@ -122,88 +51,16 @@ CClipDetectDlg::~CClipDetectDlg() {
     poller_.reset();
 }
 
-void CClipDetectDlg::makeSwitch() {
-    switchGroup_ = new SkinGroupBox(QString(), clip_id::switchGroup, this);
-    switchGroup_->setGeometry(0, 8, 984, 62);
-    switchGroup_->setAccessibleName(QStringLiteral("Clip Detection"));
-    switchGroup_->setInCircuit(false);
-    auto* button = new CxSkinButton(QStringLiteral("On/Off"), clip_id::onOff, this);
-    button->setGeometry(16, 23, 112, 32);
-    button->setAccessibleName(QStringLiteral("Clip Detection On/Off"));
-    connect(button, &QAbstractButton::clicked, this, &CClipDetectDlg::toggle);
-    lamp_ = new StateLamp(12, clip_id::stateLamp, this);
-    lamp_->move(147, 30);
-    state_ = addLabel(QStringLiteral("Clip Detection is OFF"), {174, 23, 200, 32}, clip_id::state);
-    state_->setFont(theme::font(15, QFont::Medium));
-    answers_ = addLabel(QString(), {382, 23, 586, 32}, clip_id::lastAnswer);
-}
-
-void CClipDetectDlg::makeColumn(std::size_t group) {
-    const Column& column = columns[group];
-    const int left = columnStep * static_cast<int>(group);
-    auto* box = new ColumnBox(column, clip_id::firstColumn + static_cast<int>(group), this);
-    box->setGeometry(left, columnTop, columnWidth, 424);
-    for (std::size_t row = 0; row < column.rows; ++row) {
-        const int number = static_cast<int>(row);
-        const int top = firstRowTop + rowStep * number;
-        const QString name = QLatin1String(column.names[row]);
-        addLabel(name, {left + 16, top, 140, rowStep});
-        lights_[group][row] = addLight({left + 178, top + 7}, smallLight, column.firstClipping + number,
-                                       column.firstNotClipping + number,
-                                       QLatin1String(column.caption) + QStringLiteral(", ") + name);
-    }
-}
-
-void CClipDetectDlg::makeAmplifier(std::size_t row) {
-    const Amplifier& amplifier = amplifierRows[row];
-    const int left = 504 * static_cast<int>(row);
-    auto* box = new SkinGroupBox(QString(), clip_id::firstAmplifier + static_cast<int>(row), this);
-    box->setGeometry(left, 514, 480, 74);
-    box->setAccessibleName(QLatin1String(amplifier.caption));
-    addLabel(QLatin1String(amplifier.caption), {left + 16, 535, 320, 32});
-    amplifiers_[row] = addLight({left + 425, 529}, largeLight, amplifier.clipping, amplifier.notClipping,
-                                QLatin1String(amplifier.caption));
-}
-
-CClipDetectDlg::Pair CClipDetectDlg::addLight(const QPoint& place, int diameter, int clippingId,
-                                              int notClippingId, const QString& name) {
-    const auto add = [&](ClipLight::Picture picture, int id) {
-        auto* light = new ClipLight(picture, diameter, id, this);
-        light->move(place);
-        return light;
-    };
-    add(ClipLight::Picture::socket, -1);
-    // Made last, the clipping picture lies above: where both are shown the warning is what a person sees.
-    auto* notClipping = add(ClipLight::Picture::notClipping, notClippingId);
-    auto* clipping = add(ClipLight::Picture::clipping, clippingId);
-    notClipping->setAccessibleName(name + QStringLiteral(": not clipping"));
-    clipping->setAccessibleName(name + QStringLiteral(": clipping"));
-    clipping->hide();
-    return {clipping, notClipping};
-}
-
-QLabel* CClipDetectDlg::addLabel(const QString& text, const QRect& place, int id) {
-    auto* label = new QLabel(text, this);
-    if (id >= 0) {
-        setControlId(*label, id);
-    }
-    label->setGeometry(place);
-    label->setFont(theme::font(13));
-    QPalette palette = label->palette();
-    palette.setColor(QPalette::WindowText, QColor::fromRgb(theme::text));
-    label->setPalette(palette);
-    return label;
-}
-
 void CClipDetectDlg::toggle() {
     const bool on = !poller_->isOn();
     poller_->setOn(on);
-    state_->setText(on ? QStringLiteral("Clip Detection is ON") : QStringLiteral("Clip Detection is OFF"));
+    form_.control<QLabel>(clip_id::state)
+        .setText(on ? QStringLiteral("Clip Detection is ON") : QStringLiteral("Clip Detection is OFF"));
     answeredAt_ = {};
     silentSince_ = {};
     showAnswerTimes();
-    lamp_->setLit(on);
-    switchGroup_->setInCircuit(on);
+    form_.control<StateLamp>(clip_id::stateLamp).setLit(on);
+    form_.control<SkinGroupBox>(clip_id::switchGroup).setInCircuit(on);
     update();
     Q_EMIT switched(on);
 }
@@ -234,29 +91,29 @@ void CClipDetectDlg::showAnswerTimes() {
     } else if (isOn()) {
         words = QStringLiteral("no answer yet");
     }
-    QPalette palette = answers_->palette();
-    palette.setColor(QPalette::WindowText,
-                     QColor::fromRgb(silentSince_.isValid() ? theme::trouble : theme::text2));
-    answers_->setPalette(palette);
-    answers_->setText(words);
+    auto& answers = form_.control<QLabel>(clip_id::lastAnswer);
+    setTextColour(answers, silentSince_.isValid() ? theme::trouble : theme::text2);
+    answers.setText(words);
 }
 
 void CClipDetectDlg::showState(const ClipState& state) {
-    for (std::size_t group = 0; group < groupCount; ++group) {
-        const bool byChannel = columns[group].rows == rowLimit;
-        const std::size_t entries = columns[group].rows;
-        for (std::size_t entry = 0; entry < entries; ++entry) {
-            const Pair& light = lights_[group][byChannel ? rowOfEntry[entry] : entry];
-            const bool clips = state.groups[group][entry] != 0;
+    const auto showPicture = [this](int picture, bool shown) {
+        form_.control<ClipLight>(picture).setVisible(shown);
+    };
+    for (std::size_t stage = 0; stage < clipStages.size(); ++stage) {
+        const std::span<const std::size_t> rows = clipStages[stage].rows;
+        for (std::size_t entry = 0; entry < rows.size(); ++entry) {
+            const clip_id::LightIds light = clip_id::light(stage, rows[entry]);
+            const bool clips = state.groups[stage][entry] != 0;
             showPicture(light.clipping, clips);
             showPicture(light.notClipping, !clips);
         }
     }
-    for (std::size_t i = 0; i < amplifierCount; ++i) {
-        // The target's wiring pairs each amplifier's quiet picture with the other row's place.
+    for (std::size_t i = 0; i < clipAmplifierNames.size(); ++i) {
         const bool clips = state.amplifiers[i] != 0;
-        showPicture(amplifiers_[i].clipping, clips);
-        showPicture(amplifiers_[amplifierCount - 1 - i].notClipping, !clips);
+        showPicture(clip_id::amplifiers[i].clipping, clips);
+        // The target's wiring pairs each amplifier's quiet picture with the other row's place.
+        showPicture(clip_id::amplifiers[clipAmplifierNames.size() - 1 - i].notClipping, !clips);
     }
 }
 
@@ -266,8 +123,9 @@ void CClipDetectDlg::paintEvent(QPaintEvent* event) {
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(QPen(QColor::fromRgb(theme::mark), 2, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
     // The signal flows from column to column.
-    for (int column = 0; column + 1 < static_cast<int>(groupCount); ++column) {
-        const QPointF at(columnStep * column + columnWidth + 7, columnTop + 203);
+    for (std::size_t stage = 0; stage + 1 < clipStages.size(); ++stage) {
+        const QRect column = rectOf(clipColumnPlace(stage));
+        const QPointF at(column.right() + 8, column.top() + 203);
         const std::array<QPointF, 3> chevron{at + QPointF(1.5, 1.5), at + QPointF(8.5, 9),
                                              at + QPointF(1.5, 16.5)};
         painter.drawPolyline(chevron.data(), static_cast<int>(chevron.size()));

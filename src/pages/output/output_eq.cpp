@@ -1,190 +1,59 @@
 #include "pages/output/output_eq.h"
 
 #include <QCoreApplication>
-#include <QLabel>
 #include <bit>
 
 #include "base/saturate.h"
 #include "comm/target_commands.h"
 #include "controls/bitmap_slider.h"
-#include "controls/number_edit.h"
 #include "controls/skin_button.h"
 #include "controls/skin_check_box.h"
-#include "controls/skin_combo_box.h"
-#include "controls/skin_group_box.h"
 #include "controls/slider_event.h"
 #include "pages/output/channel_selection.h"
-#include "pages/output/output_eq_controls.h"
+#include "pages/rows/output_eq_rows.h"
 
 namespace tessavo {
 
-using namespace output_eq_controls;
+using namespace output_eq_id;
 
 namespace {
 
-const QString& disableAllText() {
-    static const auto text = QStringLiteral("Disable All Filters");
-    return text;
+constexpr std::size_t lastBand = bandCount - 1;
+
+// What a reset writes: the fields of an entry in one edit for each band or crossover, as their controls do.
+const std::vector<std::vector<FieldId>>& resetFields() {
+    using enum FieldId;
+    static const std::vector<std::vector<FieldId>> fields{{bandOff},
+                                                          {bandType},
+                                                          {bandFrequency},
+                                                          {bandGain},
+                                                          {bandQ},
+                                                          {crossoverFrequency},
+                                                          {crossoverEnabled, crossoverKind, crossoverOrder},
+                                                          {invertPhase},
+                                                          {limiterGain},
+                                                          {limiterActivateLevel},
+                                                          {limiterDeactivateLevel},
+                                                          {limiterAttack},
+                                                          {limiterRelease},
+                                                          {limiterEnabled}};
+    return fields;
 }
 
 }  // namespace
 
 COutputEQ::COutputEQ(TuningState& tuning, IMessageBox& boxes, QWidget* parent)
     : ParameterPage(tuning, parent), boxes_(boxes) {
-    for (std::size_t band = 0; band < bandCount; ++band) {
-        makeBand(band);
-    }
-    makeSelection();
-    for (std::size_t crossover = 0; crossover < crossoverCount; ++crossover) {
-        makeCrossover(crossover);
-    }
-    makeVolume();
-    makeLimiter();
-    makeHiddenControls();
+    form().build(outputEqRows(), [this](const ControlRow&, QWidget& place) {
+        return selection_ = new ChannelSelection(&place);
+    });
+    connect(selection_, &ChannelSelection::chosen, this, &COutputEQ::selectChannels);
+    const Form& chosen = selection_->form();
+    chosen.onClick(selection_id::assign, [this](bool checked) { assignToMultiple(checked); });
+    chosen.onClick(selection_id::allFilters, [this] { toggleAllFilters(); });
+    chosen.onClick(selection_id::resetChannel, [this] { resetChannel(); });
     tuning.setSelectionMask(selection_->mask());
     COutputEQ::refresh();
-}
-
-void COutputEQ::makeBand(std::size_t band) {
-    const int left = 100 * static_cast<int>(band);
-    const BandIds& ids = bandIds[band];
-    const QString title = QStringLiteral("Filter %1").arg(band + 1);
-    Band& made = bands_[band];
-    made.group = addGroup(title, {left, 8, 94, 378});
-    made.group->setTitlePlace({8, 7});
-    made.enabled = &addCheck({FieldId::bandOff, band}, ids.enabled, {left + 4, 37, 86, 22},
-                             QStringLiteral("Enabled"), true, title + QStringLiteral(" enabled"), made.group);
-    made.type = &addCombo({FieldId::bandType, band}, ids.type, {left + 7, 64, 80, 24},
-                          {QStringLiteral("Low Shelf"), QStringLiteral("Peak"), QStringLiteral("High Shelf")},
-                          {1, 2, 0}, title + QStringLiteral(" type"), made.group);
-    for (int i = 0; i < 3; ++i) {
-        const auto column = static_cast<std::size_t>(i);
-        const BandColumn& what = bandColumns[column];
-        const int center = left + 18 + 29 * i;
-        addLabel(QLatin1String(what.head), {center - 14, 97, 28, 14}, made.group, Qt::AlignCenter);
-        const int y = 302 + 26 * i;
-        made.sliders[column] = &addSlider({{what.field, band},
-                                           ids.sliders[column].slider,
-                                           ids.sliders[column].edit,
-                                           Qt::Vertical,
-                                           {center - 14, 114, 28, 182},
-                                           {left + 7, y, 58, 24},
-                                           what.color},
-                                          title + QLatin1Char(' ') + QLatin1String(what.name), made.group);
-        addLabel(QLatin1String(what.unit), {left + 69, y, 22, 24}, made.group);
-    }
-    setReadingOrder({&made.sliders[0]->slider(), &made.sliders[1]->slider(), &made.sliders[2]->slider(),
-                     &made.sliders[0]->edit(), &made.sliders[1]->edit(), &made.sliders[2]->edit()});
-}
-
-void COutputEQ::makeSelection() {
-    selection_ = new ChannelSelection(this);
-    selection_->setGeometry(800, 8, 184, 378);
-    connect(selection_, &ChannelSelection::chosen, this, &COutputEQ::selectChannels);
-    connect(selection_, &ChannelSelection::assignClicked, this, &COutputEQ::assignToMultiple);
-    allFilters_ = addButton(disableAllText(), allFiltersId, {812, 308, 160, 28}, selection_);
-    connect(allFilters_, &QAbstractButton::clicked, this, &COutputEQ::toggleAllFilters);
-    CxSkinButton* reset =
-        addButton(QStringLiteral("Reset Channel"), resetChannelId, {812, 346, 160, 28}, selection_);
-    connect(reset, &QAbstractButton::clicked, this, &COutputEQ::resetChannel);
-}
-
-void COutputEQ::makeCrossover(std::size_t crossover) {
-    const int top = 396 + 66 * static_cast<int>(crossover);
-    const CrossoverIds& ids = crossoverIds[crossover];
-    const QString title = QStringLiteral("Crossover Filter %1").arg(crossover + 1);
-    Crossover& made = crossovers_[crossover];
-    made.group = addGroup(title, {0, top, 594, 60});
-    made.enabled =
-        &addCheck({FieldId::crossoverEnabled, crossover}, ids.enabled, {9, top + 29, 89, 22},
-                  QStringLiteral("Enabled"), false, title + QStringLiteral(" enabled"), made.group);
-    made.kind = &addCombo({FieldId::crossoverKind, crossover}, ids.kind, {104, top + 28, 58, 24},
-                          {QStringLiteral("HP"), QStringLiteral("LP")}, {0, 1},
-                          title + QStringLiteral(" kind"), made.group);
-    made.order = &addCombo({FieldId::crossoverOrder, crossover}, ids.order, {168, top + 28, 48, 24},
-                           {QStringLiteral("2"), QStringLiteral("4")}, {2, 4},
-                           title + QStringLiteral(" order"), made.group);
-    made.frequency = &addSlider({{FieldId::crossoverFrequency, crossover},
-                                 ids.frequency.slider,
-                                 ids.frequency.edit,
-                                 Qt::Horizontal,
-                                 {230, top + 26, 266, 28},
-                                 {506, top + 28, 58, 24},
-                                 theme::frequency},
-                                title + QStringLiteral(" frequency"), made.group);
-    addLabel(QStringLiteral("Hz"), {568, top + 28, 22, 24}, made.group);
-}
-
-void COutputEQ::makeVolume() {
-    SkinGroupBox* group = addGroup(QStringLiteral("Volume"), {0, 528, 594, 60});
-    addCheck({FieldId::invertPhase}, invertPhaseId, {9, 557, 113, 22}, QStringLiteral("Invert Phase"), false,
-             QStringLiteral("Invert Phase"), group);
-    addSlider({{FieldId::volume},
-               volumeIds.slider,
-               volumeIds.edit,
-               Qt::Horizontal,
-               {230, 554, 266, 28},
-               {506, 556, 58, 24},
-               theme::level},
-              QStringLiteral("Volume"), group);
-    addLabel(QStringLiteral("dB"), {568, 556, 22, 24}, group);
-}
-
-void COutputEQ::makeLimiter() {
-    limiter_ = addGroup(QStringLiteral("Limiter"), {600, 396, 384, 192});
-    for (int i = 0; i < static_cast<int>(limiterColumns.size()); ++i) {
-        const LimiterColumn& column = limiterColumns[static_cast<std::size_t>(i)];
-        const int left = 610 + 82 * i;
-        addLabel(QLatin1String(column.head), {left, 422, 82, 28}, limiter_,
-                 Qt::AlignHCenter | Qt::AlignBottom);
-        limiterControls_.push_back(&addSlider({{column.field},
-                                               column.ids.slider,
-                                               column.ids.edit,
-                                               Qt::Vertical,
-                                               {left + 27, 452, 28, 98},
-                                               {left + 2, 556, 50, 24},
-                                               theme::level},
-                                              QLatin1String(column.name), limiter_));
-        addLabel(QStringLiteral("[dB]"), {left + 55, 556, 27, 24}, limiter_);
-    }
-    limiterDisabled_ =
-        &addCheck({FieldId::limiterEnabled}, limiterDisabledId, {875, 423, 99, 22},
-                  QStringLiteral("Disabled"), true, QStringLiteral("Limiter disabled"), limiter_);
-    addLine({864, 426, 1, 152}, limiter_);
-    for (const LimiterTime& time : limiterTimes) {
-        addLabel(QLatin1String(time.caption), {878, time.y - 18, 90, 14}, limiter_);
-        limiterControls_.push_back(&addNumber({time.field}, time.edit, {878, time.y, 58, 24}, theme::quality,
-                                              QLatin1String(time.name), limiter_));
-        addLabel(QStringLiteral("ms"), {940, time.y, 26, 24}, limiter_);
-    }
-}
-
-// Controls without a place: there for whoever looks them up by number, never to be seen or reached.
-void COutputEQ::makeHiddenControls() {
-    for (const HiddenBandIds& band : hiddenBands) {
-        SkinGroupBox* group = addGroup(QLatin1String(band.title), {0, 0, 94, 378});
-        group->hide();
-        group->setEnabled(false);
-        for (const SliderIds& ids : band.sliders) {
-            new CBitmapSlider(Qt::Vertical, ids.slider, group);
-            new NumberEdit(ids.edit, group);
-        }
-        new SkinCheckBox(QStringLiteral("Disabled"), band.disabled, group);
-    }
-    SkinGroupBox* delay = addGroup(QStringLiteral("Delay"), {0, 0, 594, 60});
-    delay->hide();
-    delay->setEnabled(false);
-    addDelay({{FieldId::delay},
-              delayIds.slider,
-              delayIds.edit,
-              Qt::Horizontal,
-              {230, 26, 266, 28},
-              {506, 28, 40, 24},
-              theme::quality},
-             delayDistanceId, {550, 28, 40, 24}, QStringLiteral("Delay"), delay);
-    CxSkinButton* calibrate = addButton(QStringLiteral("Calibrate"), calibrateId, {0, 0, 160, 28}, this);
-    calibrate->hide();
-    calibrate->setEnabled(false);
 }
 
 std::optional<RecordChannel> COutputEQ::lastChosen() const {
@@ -225,110 +94,49 @@ FieldIndex COutputEQ::markedElement(BoundField bound) const {
 
 void COutputEQ::write(BoundField bound, double value, bool final) {
     switch (bound.field) {
-        case FieldId::bandFrequency:
-            tuning().setBandFrequency(bound.element, truncateTo<std::uint16_t>(value), final);
-            break;
-        case FieldId::bandGain:
-            tuning().setBandGainOrQ(bound.element, BandValue::gain, static_cast<float>(value), final);
-            break;
-        case FieldId::bandQ:
-            tuning().setBandGainOrQ(bound.element, BandValue::q, static_cast<float>(value), final);
-            break;
-        case FieldId::bandType:
-            tuning().setBandType(bound.element, truncateTo<std::uint8_t>(value));
-            break;
-        case FieldId::bandOff:
-            tuning().setBandOff(bound.element, truncateTo<std::uint8_t>(value));
-            break;
-        case FieldId::crossoverFrequency:
-            tuning().setCrossoverFrequency(bound.element, truncateTo<std::uint16_t>(value), final);
-            break;
         case FieldId::crossoverOrder: {
             // The frequency is written and shown again with the new order, as if its slider had moved. The
             // edit that is sent comes last: it must not leave with an older frequency.
-            const CBitmapSlider& slider = crossovers_[bound.element].frequency->slider();
-            tuning().setCrossoverFrequency(bound.element, truncateTo<std::uint16_t>(slider.position()),
-                                           false);
+            const int slider = crossovers[bound.element].frequency.slider;
+            const int position = form().control<CBitmapSlider>(slider).position();
+            tuning().editSelected(FieldId::crossoverFrequency, bound.element, position, false);
             writeCrossover(bound.element);
-            QCoreApplication::postEvent(
-                this, new SliderEvent(SliderEvent::moved, crossoverIds[bound.element].frequency.slider,
-                                      slider.position()));
+            QCoreApplication::postEvent(this, new SliderEvent(SliderEvent::moved, slider, position));
             break;
         }
         case FieldId::crossoverEnabled:
         case FieldId::crossoverKind:
             writeCrossover(bound.element);
             break;
-        case FieldId::volume:
-            tuning().setVolume(static_cast<float>(value), final);
-            break;
-        case FieldId::delay:
-            tuning().setDelay(static_cast<float>(value), final);
-            break;
-        case FieldId::invertPhase:
-            tuning().setInvertPhase(true, truncateTo<std::uint8_t>(value));
-            break;
         default:
-            writeLimiter(bound.field, value, final);
+            tuning().editSelected(bound.field, bound.element, storedFromShown(fieldOf(bound.field), value),
+                                  final);
     }
 }
 
 void COutputEQ::writeCrossover(std::size_t crossover) {
-    const Crossover& controls = crossovers_[crossover];
-    const bool enabled = controls.enabled->box().isChecked();
+    const CrossoverIds& ids = crossovers[crossover];
     // A code that the lists do not know is left as it is.
-    const auto codeOf = [&](const ComboBinding& list, FieldId field) {
-        return truncateTo<std::uint8_t>(list.code() >= 0 ? list.code() : shown({field, crossover}));
+    const auto codeOf = [&](int list, FieldId field) {
+        const int code = form().binding<ComboBinding>(list).code();
+        return truncateTo<std::uint8_t>(code >= 0 ? code : shown({field, crossover}));
     };
-    tuning().setCrossover(crossover, codeOf(*controls.kind, FieldId::crossoverKind),
-                          codeOf(*controls.order, FieldId::crossoverOrder), enabled ? 1 : 0);
-}
-
-void COutputEQ::writeLimiter(FieldId field, double value, bool final) {
-    const auto stored = truncateTo<std::int32_t>(storedFromShown(fieldOf(field), value));
-    switch (field) {
-        case FieldId::limiterGain:
-            tuning().setLimiter(LimiterField::gain, stored, final);
-            break;
-        case FieldId::limiterActivateLevel:
-            tuning().setLimiter(LimiterField::activateLevel, stored, final);
-            break;
-        case FieldId::limiterDeactivateLevel:
-            tuning().setLimiter(LimiterField::deactivateLevel, stored, final);
-            break;
-        case FieldId::limiterAttack:
-            tuning().setLimiter(LimiterField::attack, stored, final);
-            break;
-        case FieldId::limiterRelease:
-            tuning().setLimiter(LimiterField::release, stored, final);
-            break;
-        case FieldId::limiterEnabled:
-            tuning().setLimiter(stored != 0 ? LimiterField::enable : LimiterField::disable, 0, true);
-            break;
-        default:
-            break;
-    }
+    tuning().setCrossover(crossover, codeOf(ids.kind, FieldId::crossoverKind),
+                          codeOf(ids.order, FieldId::crossoverOrder),
+                          form().control<SkinCheckBox>(ids.enabled).isChecked() ? 1 : 0);
 }
 
 void COutputEQ::updateLook() {
-    for (const Band& band : bands_) {
-        const bool on = band.enabled->box().isChecked();
-        band.group->setInCircuit(on);
-        for (SliderBinding* slider : band.sliders) {
-            slider->setBypassed(!on);
-        }
+    const auto isChecked = [this](int box) { return form().control<SkinCheckBox>(box).isChecked(); };
+    for (std::size_t band = 0; band < bandCount; ++band) {
+        form().setInCircuit(bandTitle(band), isChecked(bands[band].enabled));
     }
-    for (const Crossover& crossover : crossovers_) {
-        const bool on = crossover.enabled->box().isChecked();
-        crossover.group->setInCircuit(on);
-        crossover.frequency->setBypassed(!on);
+    for (std::size_t crossover = 0; crossover < crossoverCount; ++crossover) {
+        form().setInCircuit(crossoverTitle(crossover), isChecked(crossovers[crossover].enabled));
     }
-    const bool limiting = !limiterDisabled_->box().isChecked();
-    limiter_->setInCircuit(limiting);
-    for (Binding* control : limiterControls_) {
-        control->setBypassed(!limiting);
-    }
-    markTickedChannels();
+    form().setInCircuit(limiterTitle, !isChecked(limiterDisabled));
+    // Several channels share the controls, which go on showing what they showed before.
+    markMixed(markedHolders());
     markAllFilters();
 }
 
@@ -336,7 +144,7 @@ std::vector<ParameterPage::Holder> COutputEQ::markedHolders() const {
     std::vector<Holder> ticked;
     for (std::uint8_t position = 0; selection_->multiChannelMode() && position < channelCount; ++position) {
         if ((tuning().selectionMask() & selectionBit({position})) != 0) {
-            ticked.push_back({ChannelSelection::nameOf({position}), recordChannelAt({position}).value});
+            ticked.push_back({textOf(channelName({position})), recordChannelAt({position}).value});
         }
     }
     return ticked;
@@ -346,10 +154,10 @@ std::vector<ParameterPage::Holder> COutputEQ::markedHolders() const {
 void COutputEQ::markAllFilters() {
     unsigned on = 0;
     for (std::uint8_t position = 0; position < channelCount; ++position) {
-        const auto& bands = tuning().currentParameterSet().channels[recordChannelAt({position}).value].bands;
+        const auto& channel = tuning().currentParameterSet().channels[recordChannelAt({position}).value];
         for (std::size_t band = 0; band < bandCount; ++band) {
             const bool chosen = (tuning().selectionMask() & selectionBit({position})) != 0;
-            on |= chosen && bands[band].off == 0 ? 1U << band : 0U;
+            on |= chosen && channel.bands[band].off == 0 ? 1U << band : 0U;
         }
     }
     QStringList names;
@@ -364,12 +172,7 @@ void COutputEQ::markAllFilters() {
     } else if (!allFiltersOff_ && on == 0 && tuning().selectionMask() != 0) {
         note = QStringLiteral("All filters are off already");
     }
-    allFilters_->setMark(note);
-}
-
-// Several channels share the controls, which go on showing what they showed before.
-void COutputEQ::markTickedChannels() {
-    markMixed(markedHolders());
+    selection_->form().control<CxSkinButton>(selection_id::allFilters).setMark(note);
 }
 
 void COutputEQ::selectChannels() {
@@ -378,7 +181,7 @@ void COutputEQ::selectChannels() {
         refresh();
     }
     // Band 8's type always follows its list, whichever channels are chosen.
-    if (const int type = bands_[lastBand].type->code(); type >= 0) {
+    if (const int type = form().binding<ComboBinding>(bands[lastBand].type).code(); type >= 0) {
         tuning().setBandType(lastBand, truncateTo<std::uint8_t>(type));
     } else {
         tuning().showOutputCurve(tuning().selectionMask() != 0 ? shownChannel_
@@ -388,10 +191,14 @@ void COutputEQ::selectChannels() {
     updateMarks();
 }
 
+bool COutputEQ::mayLoseSettings() {
+    return boxes_.show("Are you sure?\r\nThe current channel settings will be lost!", BoxIcon::error,
+                       BoxButtons::okCancel) == BoxAnswer::ok;
+}
+
 void COutputEQ::assignToMultiple(bool checked) {
-    if (checked && boxes_.show("Are you sure?\r\nThe current channel settings will be lost!", BoxIcon::error,
-                               BoxButtons::okCancel) != BoxAnswer::ok) {
-        selection_->assignBox().setChecked(false);
+    if (checked && !mayLoseSettings()) {
+        selection_->form().control<SkinCheckBox>(selection_id::assign).setChecked(false);
         return;
     }
     selection_->setMultiChannelMode(checked);
@@ -401,10 +208,13 @@ void COutputEQ::assignToMultiple(bool checked) {
 void COutputEQ::toggleAllFilters() {
     allFiltersOff_ = !allFiltersOff_;
     for (std::size_t band = 0; band < bandCount; ++band) {
-        bands_[band].enabled->box().setChecked(!allFiltersOff_);
+        form().control<SkinCheckBox>(bands[band].enabled).setChecked(!allFiltersOff_);
         tuning().setBandOff(band, allFiltersOff_ ? 1 : 0);
     }
-    allFilters_->setText(allFiltersOff_ ? QStringLiteral("Enable All Filters") : disableAllText());
+    selection_->form()
+        .control<CxSkinButton>(selection_id::allFilters)
+        .setText(allFiltersOff_ ? QStringLiteral("Enable All Filters")
+                                : QStringLiteral("Disable All Filters"));
     updateLook();
     updateMarks();
 }
@@ -414,34 +224,17 @@ void COutputEQ::resetChannel() {
         boxes_.showPlain(turnOffLiveModeText);
         return;
     }
-    if (boxes_.show("Are you sure?\r\nThe current channel settings will be lost!", BoxIcon::error,
-                    BoxButtons::okCancel) != BoxAnswer::ok) {
+    if (!mayLoseSettings()) {
         return;
     }
-    const auto fresh = [](FieldId field, std::size_t part) {
-        return storedDefault(fieldOf(field), {0, part});
-    };
-    for (std::size_t band = 0; band < bandCount; ++band) {
-        tuning().setBandOff(band, truncateTo<std::uint8_t>(fresh(FieldId::bandOff, band)));
-        tuning().setBandType(band, truncateTo<std::uint8_t>(fresh(FieldId::bandType, band)));
-        tuning().setBandFrequency(band, truncateTo<std::uint16_t>(fresh(FieldId::bandFrequency, band)), true);
-        tuning().setBandGainOrQ(band, BandValue::gain, static_cast<float>(fresh(FieldId::bandGain, band)),
-                                true);
-        tuning().setBandGainOrQ(band, BandValue::q, static_cast<float>(fresh(FieldId::bandQ, band)), true);
-    }
-    for (std::size_t k = 0; k < crossoverCount; ++k) {
-        tuning().setCrossoverFrequency(k, truncateTo<std::uint16_t>(fresh(FieldId::crossoverFrequency, k)),
-                                       true);
-        tuning().setCrossover(k, truncateTo<std::uint8_t>(fresh(FieldId::crossoverKind, k)),
-                              truncateTo<std::uint8_t>(fresh(FieldId::crossoverOrder, k)),
-                              truncateTo<std::uint8_t>(fresh(FieldId::crossoverEnabled, k)));
-    }
-    tuning().setInvertPhase(true, truncateTo<std::uint8_t>(fresh(FieldId::invertPhase, 0)));
-    for (const FieldId field :
-         {FieldId::limiterGain, FieldId::limiterActivateLevel, FieldId::limiterDeactivateLevel,
-          FieldId::limiterAttack, FieldId::limiterRelease, FieldId::limiterEnabled}) {
-        const Field& described = fieldOf(field);
-        writeLimiter(field, storedDefault(described, {}) / described.storedPerShown, true);
+    for (const std::vector<FieldId>& together : resetFields()) {
+        for (std::size_t part = 0; part < fieldOf(together.front()).inner.count; ++part) {
+            std::vector<FieldValue> values;
+            for (const FieldId field : together) {
+                values.push_back({field, storedDefault(fieldOf(field), {0, part})});
+            }
+            tuning().editSelected(values, part, true);
+        }
     }
     refresh();
 }

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <array>
 #include <optional>
 
 #include "base/message_box.h"
@@ -34,50 +33,23 @@ class COutputEQ : public ParameterPage {
     void showEvent(QShowEvent* event) override;
 
  private:
-    /// Controls of a band or crossover whose look or values depend on each other.
-    struct Band {
-        SkinGroupBox* group;
-        CheckBinding* enabled;
-        ComboBinding* type;
-        std::array<SliderBinding*, 3> sliders;
-    };
-    struct Crossover {
-        SkinGroupBox* group;
-        CheckBinding* enabled;
-        ComboBinding* kind;
-        ComboBinding* order;
-        SliderBinding* frequency;
-    };
-
-    void makeBand(std::size_t band);
-    void makeCrossover(std::size_t crossover);
-    void makeVolume();
-    void makeHiddenControls();
-    void makeLimiter();
-    void makeSelection();
-
     /// The last in page order; none while none is ticked.
     [[nodiscard]] std::optional<RecordChannel> lastChosen() const;
     void showSources();
-    void markTickedChannels();
     /// Marks "Disable All Filters" or "Enable All Filters" while the filters are not as its caption takes
     /// them.
     void markAllFilters();
     void selectChannels();
     void assignToMultiple(bool checked);
+    /// Writes a crossover as its controls stand.
     void writeCrossover(std::size_t crossover);
-    void writeLimiter(FieldId field, double value, bool final);
     void toggleAllFilters();
     void resetChannel();
+    /// Whether a person gives up the settings of the chosen channels.
+    [[nodiscard]] bool mayLoseSettings();
 
     IMessageBox& boxes_;
-    std::array<Band, bandCount> bands_{};
-    std::array<Crossover, crossoverCount> crossovers_{};
-    SkinGroupBox* limiter_ = nullptr;
-    CheckBinding* limiterDisabled_ = nullptr;
-    std::vector<Binding*> limiterControls_;
     ChannelSelection* selection_ = nullptr;
-    CxSkinButton* allFilters_ = nullptr;
     bool allFiltersOff_ = false;
     RecordChannel shownChannel_ = recordChannelAt({});
 };

@@ -5,12 +5,12 @@
 
 #include "pages/form/parameter_page.h"
 #include "pages/output/linked_sliders.h"
+#include "pages/rows/output_group_rows.h"
 
 namespace tessavo {
 
 class CInputBase;
 class SkinComboBox;
-struct GroupRowTable;
 
 /// Page "Output Group": a gain and a delay for each of the eight channels, which add to the channel's own
 /// volume and delay. Channels whose "Group" lists show the same letter move together.
@@ -36,17 +36,13 @@ class COutputGroup : public ParameterPage {
  private:
     /// Eight sliders with their boxes and lists, by slider position.
     struct Row {
-        explicit Row(const GroupRowTable& itsTable);
-
-        const GroupRowTable& table;
+        const GroupRow& table;
         LinkedSliders linked;
-        std::array<std::unique_ptr<CInputBase>, channelCount> inputs;
+        std::array<std::unique_ptr<CInputBase>, channelCount> inputs{};
         std::array<SkinComboBox*, channelCount> groups{};
     };
 
-    void makeRow(Row& row);
-    void makeSliders(Row& row, std::size_t place, SkinGroupBox* box);
-    void makeGroupList(Row& row, std::size_t place, SkinGroupBox* box);
+    void tieSlider(Row& row, std::size_t place);
     /// Lets an edit box apply its text by a function and step the slider by the keyboard.
     template <typename Apply>
     void connectEdit(Row& row, std::size_t place, NumberEdit& edit, Apply apply);

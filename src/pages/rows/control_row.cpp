@@ -52,8 +52,8 @@ const ControlRow* groupAround(std::span<const ControlRow> rows, const ControlRow
         if (&each == &row) {
             break;
         }
-        const bool isAround = row.place.isEmpty() ? row.kind != ControlKind::group
-                                                  : !each.isHidden && each.place.contains(row.place);
+        const bool isAround =
+            row.place.isEmpty() ? row.kind != ControlKind::group : each.place.contains(row.place);
         if (each.kind == ControlKind::group && isAround) {
             around = &each;
         }

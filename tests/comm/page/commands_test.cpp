@@ -95,7 +95,7 @@ TEST_F(Commands, DefaultSetIsSetNumberZeroBothWays) {
         CxSkinButton* found = nullptr;
         for (CxSkinButton* each : page->findChildren<CxSkinButton*>()) {
             if (each->text() == QStringLiteral("Default Set") &&
-                control<SkinGroupBox>(groupId).geometry().contains(each->geometry())) {
+                control<SkinGroupBox>(groupId).isAncestorOf(each)) {
                 EXPECT_EQ(found, nullptr) << "once only";
                 found = each;
             }

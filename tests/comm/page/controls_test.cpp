@@ -6,6 +6,7 @@
 
 #include "comm/page/page_bench.h"
 #include "controls/skin_group_box.h"
+#include "support/row_checks.h"
 
 namespace tessavo::testing {
 namespace {
@@ -15,9 +16,15 @@ using ::testing::IsEmpty;
 
 class Controls : public PageBench {
  protected:
-    QRect place(int id) { return control<QWidget>(id).geometry(); }
+    QRect placeOf(const QWidget& widget) const { return {widget.mapTo(page, QPoint(0, 0)), widget.size()}; }
+    QRect place(int id) { return placeOf(control<QWidget>(id)); }
     QString caption(int id) { return control<QAbstractButton>(id).text(); }
 };
+
+TEST_F(Controls, AreTheRowsOfThePage) {
+    expectControlsOfRows(*page, communicationRows());
+    expectRowsApart(communicationRows());
+}
 
 TEST_F(Controls, StandAtTheirPlaces) {
     const std::pair<int, QRect> places[]{
@@ -86,7 +93,7 @@ TEST_F(Controls, LabelsStandBesideWhatTheyName) {
         });
         ASSERT_NE(label, all.end()) << text;
         EXPECT_TRUE((*label)->isVisible()) << text;
-        EXPECT_EQ((*label)->geometry(), place_) << text;
+        EXPECT_EQ(placeOf(**label), place_) << text;
         EXPECT_LE((*label)->fontMetrics().horizontalAdvance((*label)->text()), place_.width()) << text;
         EXPECT_EQ(control<QWidget>(names).accessibleName(), QLatin1String(text));
     }

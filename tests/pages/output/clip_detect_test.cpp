@@ -36,6 +36,8 @@ class ClipDetection : public PageTest {
         page = nullptr;
     }
 
+    QRect placeOf(const QWidget& widget) const { return {widget.mapTo(page, QPoint(0, 0)), widget.size()}; }
+    QRect placeOf(int id) { return placeOf(control<QWidget>(id)); }
     bool shows(int id) { return control<ClipLight>(id).isVisible(); }
     QString stateText() { return control<QLabel>(clip_id::state).text(); }
     /// The text beside it with every time as "<time>".
@@ -97,23 +99,23 @@ class ClipDetection : public PageTest {
 };
 
 TEST_F(ClipDetection, StandsAtItsPlaces) {
-    EXPECT_EQ(control<QWidget>(clip_id::switchGroup).geometry(), QRect(0, 8, 984, 62));
-    EXPECT_EQ(control<QWidget>(clip_id::onOff).geometry(), QRect(16, 23, 112, 32));
-    EXPECT_EQ(control<QWidget>(clip_id::stateLamp).geometry(), QRect(147, 30, 18, 18));
-    EXPECT_EQ(control<QWidget>(clip_id::state).geometry(), QRect(174, 23, 200, 32));
-    EXPECT_EQ(control<QWidget>(clip_id::lastAnswer).geometry(), QRect(382, 23, 586, 32));
+    EXPECT_EQ(placeOf(clip_id::switchGroup), QRect(0, 8, 984, 62));
+    EXPECT_EQ(placeOf(clip_id::onOff), QRect(16, 23, 112, 32));
+    EXPECT_EQ(placeOf(clip_id::stateLamp), QRect(147, 30, 18, 18));
+    EXPECT_EQ(placeOf(clip_id::state), QRect(174, 23, 200, 32));
+    EXPECT_EQ(placeOf(clip_id::lastAnswer), QRect(382, 23, 586, 32));
     const std::array<const char*, 4> captions{"ADC", "Input EQ", "Signal Processing", "Output EQ"};
     const std::array<const char*, 6> sides{"Vorne Links",   "Vorne Rechts",  "Hinten Links",
                                            "Hinten Rechts", "Line-In Links", "Line-In Rechts"};
     for (int group = 0; group < 4; ++group) {
         auto& box = control<SkinGroupBox>(clip_id::firstColumn + group);
-        EXPECT_EQ(box.geometry(), QRect(252 * group, 80, 228, 424));
+        EXPECT_EQ(placeOf(box), QRect(252 * group, 80, 228, 424));
         EXPECT_EQ(box.title(), QLatin1String(captions[static_cast<std::size_t>(group)]));
         for (int row = 0; row < (group < 2 ? 6 : 8); ++row) {
             const QRect place(252 * group + 16, 120 + 47 * row, 140, 47);
             const auto labels = page->findChildren<QLabel*>();
             const auto label = std::find_if(labels.begin(), labels.end(),
-                                            [&](const QLabel* each) { return each->geometry() == place; });
+                                            [&](const QLabel* each) { return placeOf(*each) == place; });
             ASSERT_NE(label, labels.end()) << group << ", " << row;
             EXPECT_EQ((*label)->text(), group < 2 ? QLatin1String(sides[static_cast<std::size_t>(row)])
                                                   : QStringLiteral("Kanal %1").arg(row + 1));
@@ -124,14 +126,14 @@ TEST_F(ClipDetection, StandsAtItsPlaces) {
     for (int group = 0; group < 4; ++group) {
         for (int row = 0; row < (group < 2 ? 6 : 8); ++row) {
             const QRect place(252 * group + 178, 127 + 47 * row, 34, 34);
-            EXPECT_EQ(control<QWidget>(firsts[group][0] + row).geometry(), place);
-            EXPECT_EQ(control<QWidget>(firsts[group][1] + row).geometry(), place);
+            EXPECT_EQ(placeOf(firsts[group][0] + row), place);
+            EXPECT_EQ(placeOf(firsts[group][1] + row), place);
         }
     }
-    EXPECT_EQ(control<QWidget>(1376).geometry(), QRect(425, 529, 44, 44));
-    EXPECT_EQ(control<QWidget>(1377).geometry(), QRect(425, 529, 44, 44));
-    EXPECT_EQ(control<QWidget>(1375).geometry(), QRect(929, 529, 44, 44));
-    EXPECT_EQ(control<QWidget>(1378).geometry(), QRect(929, 529, 44, 44));
+    EXPECT_EQ(placeOf(1376), QRect(425, 529, 44, 44));
+    EXPECT_EQ(placeOf(1377), QRect(425, 529, 44, 44));
+    EXPECT_EQ(placeOf(1375), QRect(929, 529, 44, 44));
+    EXPECT_EQ(placeOf(1378), QRect(929, 529, 44, 44));
 }
 
 TEST_F(ClipDetection, TheAmplifiersAreNamed) {
@@ -147,12 +149,12 @@ TEST_F(ClipDetection, TheAmplifiersAreNamed) {
         ASSERT_NE(named, nullptr) << text.toStdString();
         EXPECT_TRUE(named->isVisible());
         EXPECT_LE(named->fontMetrics().horizontalAdvance(text), named->width());
-        const QRect light = control<QWidget>(row == 0 ? 1376 : 1375).geometry();
-        EXPECT_TRUE(named->geometry().top() < light.center().y() &&
-                    light.center().y() < named->geometry().bottom())
+        const QRect light = placeOf(row == 0 ? 1376 : 1375);
+        EXPECT_TRUE(placeOf(*named).top() < light.center().y() &&
+                    light.center().y() < placeOf(*named).bottom())
             << "beside its light";
-        EXPECT_LT(named->geometry().right(), light.left());
-        EXPECT_LT(light.left() - named->geometry().left(), 480) << "on the same card";
+        EXPECT_LT(placeOf(*named).right(), light.left());
+        EXPECT_LT(light.left() - placeOf(*named).left(), 480) << "on the same card";
     }
 }
 
@@ -246,7 +248,7 @@ TEST_F(ClipDetection, AmplifiersArePairedCrosswise) {
     EXPECT_TRUE(shows(1377));
     EXPECT_FALSE(shows(1375));
     EXPECT_FALSE(shows(1378));
-    const auto above = page->children();
+    const auto above = control<QWidget>(1376).parentWidget()->children();
     EXPECT_GT(above.indexOf(&control<QWidget>(1376)), above.indexOf(&control<QWidget>(1377)))
         << "the warning lies on top";
     state.amplifiers = {0, 1};
@@ -367,7 +369,7 @@ TEST_F(ClipDetection, PicturesDifferInShapeNotOnlyInColour) {
     }
     allClip.amplifiers = {1, 1};
     for (const int id : {1386, 1380, 1404, 1420, 1376, 1375}) {
-        const QRect place = control<QWidget>(id).geometry();
+        const QRect place = placeOf(id);
         const auto grey = [&] {
             return page->grab(place).toImage().convertToFormat(QImage::Format_Grayscale8);
         };

@@ -15,38 +15,6 @@ class OutputEqSelectionTest : public OutputEqTest {
     SkinCheckBox& box(std::size_t position) { return check(channelChecks[position]); }
     CxSkinButton& allFilters() { return control<CxSkinButton>(allFiltersButton); }
     CxSkinButton& reset() { return control<CxSkinButton>(resetButton); }
-
-    void expectShown(std::size_t channel) {
-        const Bytes store = actual.store();
-        const std::size_t base = setSize * actual.state.currentSet();
-        for (std::size_t band = 0; band < 8; ++band) {
-            const std::size_t place = base + recordChannelOffset(channel) + 16 * band;
-            const BandControls& controls = bandControls[band];
-            EXPECT_EQ(textOf(controls.frequency.edit),
-                      std::to_string(readAt<std::uint16_t>(store, place + 2)));
-            EXPECT_EQ(edit(controls.gain.edit).text(),
-                      QString::number(double{readAt<float>(store, place + 4)}, 'f', 1));
-            EXPECT_EQ(edit(controls.q.edit).text(),
-                      QString::number(double{readAt<float>(store, place + 8)}, 'f', 1));
-            EXPECT_EQ(check(controls.enabled).isChecked(), store[place + 12] == 0);
-            constexpr std::array<const char*, 3> types{"High Shelf", "Low Shelf", "Peak"};
-            EXPECT_EQ(list(controls.type).currentText().toStdString(), types.at(store[place]));
-        }
-        for (std::size_t k = 0; k < 2; ++k) {
-            const std::size_t place = base + recordChannelOffset(channel) + 128 + 6 * k;
-            const CrossoverControls& controls = crossoverControls[k];
-            EXPECT_EQ(check(controls.enabled).isChecked(), store[place] != 0);
-            EXPECT_EQ(list(controls.kind).currentIndex(), store[place + 1]);
-            EXPECT_EQ(textOf(controls.frequency.edit),
-                      std::to_string(readAt<std::uint16_t>(store, place + 2)));
-        }
-        EXPECT_EQ(
-            edit(volumeControls.edit).text(),
-            QString::number(double{readAt<float>(store, base + recordChannelOffset(channel) + 140)}, 'f', 1));
-        EXPECT_EQ(check(invertPhaseBox).isChecked(), store[base + recordChannelOffset(channel) + 153] != 0);
-        EXPECT_EQ(check(limiterDisabledBox).isChecked(),
-                  store[base + recordLimiterOffset(channel) + 20] == 0);
-    }
 };
 
 TEST_F(OutputEqSelectionTest, ARadioButtonSelectsItsChannelAlone) {
@@ -468,33 +436,6 @@ TEST_F(OutputEqResetTest, WorksWithTheKeyboard) {
     boxes.answers = {BoxAnswer::ok};
     key(reset(), Qt::Key_Space);
     resetDirectly(twin.state);
-    EXPECT_TRUE(inStep());
-}
-
-// ---- other sets
-
-TEST_F(OutputEqSelectionTest, AnotherSetIsShownAndEditedWhenItBecomesCurrent) {
-    loadRandom(17);
-    page->refresh();
-    for (const std::uint32_t set : {4U, 1U}) {
-        actual.state.selectSet(set, [&] { page->changeSet(set); });
-        twin.state.selectSet(set);
-        EXPECT_TRUE(inStep());
-        EXPECT_FALSE(actual.state.updatePending());
-        expectShown(7);
-        typeAndEnter(bandControls[0].gain.edit, QStringLiteral("1.5"));
-        twinBand(0, Column::gain, -15, true);
-        EXPECT_TRUE(inStep());
-        takePending();
-    }
-}
-
-TEST_F(OutputEqSelectionTest, SeveralChannelsShowTheLastAfterARefresh) {
-    loadRandom(18);
-    page->refresh();
-    selectSeveral({5, 1});
-    page->refresh();
-    expectShown(pageChannels[5]);
     EXPECT_TRUE(inStep());
 }
 
