@@ -7,7 +7,8 @@
 namespace tessavo {
 
 FilterMethods makeFilterMethods(const IcoefficientGenerator::Warn& warn) {
-    return {std::make_unique<coeffBZT2>(warn), std::make_unique<coeffMZT>(warn), std::make_unique<coeffBZTMZT>(warn)};
+    return {std::make_unique<coeffBZT2>(warn), std::make_unique<coeffMZT>(warn),
+            std::make_unique<coeffBZTMZT>(warn)};
 }
 
 }  // namespace tessavo
