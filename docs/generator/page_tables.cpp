@@ -78,6 +78,19 @@ bool hasWords(const ControlRow& row) {
     return row.kind == ControlKind::check || !entriesOf(row).empty();
 }
 
+// What a control does, with the meaning of each of its numbers where they stand for something.
+std::string effectOf(const ControlRow& row) {
+    std::string text(row.manual.effect);
+    if (!hasWords(row)) {
+        std::string_view before = ": ";
+        for (const FieldCode& code : fieldOf(row).codes) {
+            text += std::string(before) + std::to_string(code.code) + " " + std::string(code.shown);
+            before = ", ";
+        }
+    }
+    return text;
+}
+
 // What a person reads for a value; empty for one that the field does not have.
 std::string wordOf(const ControlRow& row, double value) {
     if (row.kind == ControlKind::check) {
@@ -138,8 +151,8 @@ std::string controlTable(const ControlRows& controls) {
     std::vector<Row> rows;
     for (const Control& control : controlsOf(controls)) {
         const ControlRow& row = *control.first;
-        rows.push_back({control.caption, rangeOf(row), unitOf(row), stepOf(row), startOf(row),
-                        std::string(row.manual.effect)});
+        rows.push_back(
+            {control.caption, rangeOf(row), unitOf(row), stepOf(row), startOf(row), effectOf(row)});
     }
     return table({"Control", "Range", "Unit", "Step", "At first", "What it does"}, rows);
 }

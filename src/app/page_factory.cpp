@@ -60,27 +60,69 @@ CTabDialog* makeClipDetection(const PageParts& parts) {
     return page;
 }
 
+constexpr std::array<PageEntry, pageCount> pages{{
+    {.page = Page::inputEqualizer,
+     .title = "Equalizing Input",
+     .tabWidth = 138,
+     .plotTitle = "InputEQ Graph",
+     .curve = PageCurve::input,
+     .picture = "input_eq",
+     .make = [](const PageParts& parts) -> CTabDialog* { return new CInputEQ(parts.tuning, parts.boxes); }},
+    {.page = Page::channelConfig,
+     .title = "Channel Config",
+     .tabWidth = 124,
+     .plotTitle = "No Plot",
+     .curve = PageCurve::none,
+     .picture = "channel_config",
+     .make = [](const PageParts& parts) -> CTabDialog* { return new CAudioRouter(parts.tuning); }},
+    {.page = Page::outputEqualizer,
+     .title = "Equalizing Output",
+     .tabWidth = 144,
+     .plotTitle = "OutputEQ Graph",
+     .curve = PageCurve::output,
+     .picture = "output_eq",
+     .make = [](const PageParts& parts) -> CTabDialog* { return new COutputEQ(parts.tuning, parts.boxes); }},
+    {.page = Page::outputGroup,
+     .title = "Output Group",
+     .tabWidth = 112,
+     .plotTitle = "No Plot",
+     .curve = PageCurve::none,
+     .picture = "output_group",
+     .make = [](const PageParts& parts) -> CTabDialog* { return new COutputGroup(parts.tuning); }},
+    {.page = Page::clipDetection,
+     .title = "Clip Detection",
+     .tabWidth = 122,
+     .plotTitle = "Loudness",
+     .curve = PageCurve::none,
+     .picture = "clip_detection",
+     .make = makeClipDetection},
+    {.page = Page::communication,
+     .title = "Communication",
+     .tabWidth = 126,
+     .plotTitle = "TAVO curve",
+     .curve = PageCurve::none,
+     .picture = "communication",
+     .make = makeCommunication},
+}};
+
+// A page that was forgotten leaves an entry without a maker, one out of turn a wrong number.
+static_assert([] {
+    for (std::size_t i = 0; i < pages.size(); ++i) {
+        if (pages[i].page != static_cast<Page>(i) || pages[i].make == nullptr) {
+            return false;
+        }
+    }
+    return true;
+}());
+
 }  // namespace
 
+const std::array<PageEntry, pageCount>& pageTable() {
+    return pages;
+}
+
 PageFactory pageFactory(PageParts parts) {
-    return [parts = std::move(parts)](Page page) -> CTabDialog* {
-        switch (page) {
-            case Page::inputEqualizer:
-                return new CInputEQ(parts.tuning, parts.boxes);
-            case Page::channelConfig:
-                return new CAudioRouter(parts.tuning);
-            case Page::outputEqualizer:
-                return new COutputEQ(parts.tuning, parts.boxes);
-            case Page::outputGroup:
-                return new COutputGroup(parts.tuning);
-            case Page::clipDetection:
-                return makeClipDetection(parts);
-            case Page::communication:
-                return makeCommunication(parts);
-            default:
-                return new CTabDialog;
-        }
-    };
+    return [parts = std::move(parts)](Page page) { return entryOf(page).make(parts); };
 }
 
 }  // namespace tessavo

@@ -3,7 +3,6 @@
 #include <QApplication>
 #include <QDir>
 #include <QPixmap>
-#include <array>
 
 #include "app/main_frame.h"
 #include "app/screenshot_states.h"
@@ -13,9 +12,6 @@
 namespace tessavo {
 
 namespace {
-
-constexpr std::array<const char*, pageCount> fileNames{"input_eq",     "channel_config", "output_eq",
-                                                       "output_group", "clip_detection", "communication"};
 
 QString saveWidget(QWidget& widget, const QString& path) {
     QApplication::processEvents();
@@ -37,9 +33,9 @@ QString takeScreenshots(CMainFrame& frame, const QString& folder, const QString&
     };
     // The whole window, however small the screen is.
     frame.setFixedSize(CMainFrame::clientWidth, CMainFrame::clientHeight);
-    for (std::size_t i = 0; i < pageCount; ++i) {
-        frame.view().showPage(static_cast<Page>(i));
-        if (QString problem = saveWidget(frame, pathOf(fileNames[i])); !problem.isEmpty()) {
+    for (const PageEntry& each : pageTable()) {
+        frame.view().showPage(each.page);
+        if (QString problem = saveWidget(frame, pathOf(each.picture)); !problem.isEmpty()) {
             return problem;
         }
     }

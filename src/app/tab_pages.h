@@ -10,6 +10,8 @@
 
 namespace tessavo {
 
+struct PageParts;
+
 /// Pages of the main view in tab order.
 enum class Page : std::uint8_t {
     inputEqualizer,
@@ -17,20 +19,34 @@ enum class Page : std::uint8_t {
     outputEqualizer,
     outputGroup,
     clipDetection,
-    communication
+    communication,
+    count
 };
 
-inline constexpr std::size_t pageCount = 6;
+inline constexpr std::size_t pageCount = static_cast<std::size_t>(Page::count);
+
+/// What the plot draws while a page is in front.
+enum class PageCurve : std::uint8_t { none, input, output };
+
+/// All that tells one page from another outside its own sources.
+struct PageEntry {
+    Page page;
+    std::string_view title;      ///< on its tab, and for screen readers
+    int tabWidth;                ///< logical pixels
+    std::string_view plotTitle;  ///< of the plot window beside it
+    PageCurve curve;
+    const char* picture;  ///< file name of its picture, without what follows the name
+    /// Makes the page; its caller takes it over.
+    CTabDialog* (*make)(const PageParts& parts);
+};
+
+/// The pages in tab order; a page stands at the place of its number.
+[[nodiscard]] const std::array<PageEntry, pageCount>& pageTable();
+[[nodiscard]] inline const PageEntry& entryOf(Page page) {
+    return pageTable()[static_cast<std::size_t>(page)];
+}
 
 /// Makes the page of a tab. Its caller takes it over.
 using PageFactory = std::function<CTabDialog*(Page)>;
-
-inline constexpr std::array<std::string_view, pageCount> tabTitles{"Equalizing Input",  "Channel Config",
-                                                                   "Equalizing Output", "Output Group",
-                                                                   "Clip Detection",    "Communication"};
-
-/// Titles of the plot window by tab; the last belongs to no tab.
-inline constexpr std::array<std::string_view, pageCount + 1> plotTitles{
-    "InputEQ Graph", "No Plot", "OutputEQ Graph", "No Plot", "Loudness", "TAVO curve", "Volume Curve"};
 
 }  // namespace tessavo

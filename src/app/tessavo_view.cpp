@@ -30,7 +30,6 @@ constexpr int pageWidth = 984;
 constexpr int pageHeight = 596;
 // The page, a gap, and the scroll bar that shows only when the page does not fit.
 constexpr int pageAreaWidth = 998;
-constexpr std::array<int, pageCount> tabWidths{138, 124, 144, 112, 122, 126};
 
 QString nameOf(const ParameterSet& set) {
     return QString::fromStdU16String(readSetText(set.setName));
@@ -100,8 +99,8 @@ SkinCheckBox& CTessavoView::channelFlag(std::size_t channel) const {
 }
 
 void CTessavoView::makeTabs() {
-    for (std::size_t i = 0; i < pageCount; ++i) {
-        tabs_->addFixedTab(textOf(tabTitles[i]), tabWidths[i]);
+    for (const PageEntry& each : pageTable()) {
+        tabs_->addFixedTab(textOf(each.title), each.tabWidth);
     }
     pageArea_ = new QScrollArea(this);
     pageArea_->setFrameShape(QFrame::NoFrame);
@@ -137,7 +136,7 @@ CPlotDlg& CTessavoView::plot() {
         connect(plot_, &QObject::destroyed, this, [this] { tuning_.setCurveDisplay(nullptr); });
         connect(plot_, &CPlotDlg::curveShown, this, &CTessavoView::tuningChanged);
         connect(plot_, &CPlotDlg::closedByUser, this, [this] { setPlotShown(false); });
-        plot_->setWindowTitle(textOf(plotTitles[static_cast<std::size_t>(stack_->currentIndex())]));
+        plot_->setWindowTitle(textOf(entryInFront().plotTitle));
         tuning_.setCurveDisplay(plot_);
         updatePlot();
     }
@@ -279,7 +278,7 @@ void CTessavoView::tabClicked(int index) {
     }
     stack_->setCurrentIndex(index);
     if (plot_) {
-        plot_->setWindowTitle(textOf(plotTitles[static_cast<std::size_t>(index)]));
+        plot_->setWindowTitle(textOf(entryInFront().plotTitle));
     }
     updatePlot();
 }
@@ -314,6 +313,10 @@ void CTessavoView::scrollPageWith(QScrollBar* bar) {
     connect(own, &QScrollBar::valueChanged, bar, &QScrollBar::setValue);
     connect(bar, &QScrollBar::valueChanged, own, &QScrollBar::setValue);
     takeRange();
+}
+
+const PageEntry& CTessavoView::entryInFront() const {
+    return entryOf(static_cast<Page>(stack_->currentIndex()));
 }
 
 // The last selected channel in page order, or that of the last edit, as an edit shows it.
@@ -360,14 +363,14 @@ void CTessavoView::showNotes() {
     if (!plot_) {
         return;
     }
-    switch (static_cast<Page>(stack_->currentIndex())) {
-        case Page::inputEqualizer:
+    switch (entryInFront().curve) {
+        case PageCurve::input:
             plot_->setCurveNotes(inputCurveNotes(tuning_, foreign));
             break;
-        case Page::outputEqualizer:
+        case PageCurve::output:
             plot_->setCurveNotes(outputCurveNotes(tuning_, drawnChannel(), foreign));
             break;
-        default:
+        case PageCurve::none:
             plot_->setCurveNotes({});
     }
 }
@@ -377,14 +380,14 @@ void CTessavoView::updatePlot() {
     if (!plot_) {
         return;
     }
-    switch (static_cast<Page>(stack_->currentIndex())) {
-        case Page::inputEqualizer:
+    switch (entryInFront().curve) {
+        case PageCurve::input:
             tuning_.showInputCurve();
             break;
-        case Page::outputEqualizer:
+        case PageCurve::output:
             tuning_.showOutputCurve(drawnChannel());
             break;
-        default:
+        case PageCurve::none:
             plot_->clearCurve();
     }
 }

@@ -100,6 +100,7 @@ class CTessavoView : public QWidget, public ISettingsView {
     void showNotes();
     void markChannelFlags();
     [[nodiscard]] RecordChannel drawnChannel() const;
+    [[nodiscard]] const PageEntry& entryInFront() const;
 
     TuningState& tuning_;
     IChartHost& chartHost_;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <limits>
 
 namespace tessavo {
 
@@ -26,6 +27,20 @@ std::optional<double> anyNumber(std::string_view text) {
         return std::nullopt;
     }
     return value;
+}
+
+// A typed text as a program writes numbers: no blanks around it, no leading plus, a decimal point.
+std::string withoutHabits(std::string_view text) {
+    constexpr std::string_view blanks = " \t";
+    const std::size_t end = text.find_last_not_of(blanks) + 1;  // 0 where there are only blanks
+    std::string number(text.substr(0, end));
+    number.erase(0, number.find_first_not_of(blanks));
+    if (number.starts_with('+') && !number.starts_with("+-")) {
+        number.erase(0, 1);
+    }
+    // A text with both, or with several, stays one with too many points.
+    std::ranges::replace(number, ',', '.');
+    return number;
 }
 
 }  // namespace
@@ -62,17 +77,27 @@ std::optional<double> finiteNumber(std::string_view text) {
     return number && std::isfinite(*number) ? number : std::nullopt;
 }
 
-std::optional<double> typedNumber(std::string_view text) {
-    constexpr std::string_view blanks = " \t";
-    const std::size_t end = text.find_last_not_of(blanks) + 1;  // 0 where there are only blanks
-    std::string number(text.substr(0, end));
-    number.erase(0, number.find_first_not_of(blanks));
-    if (number.starts_with('+') && !number.starts_with("+-")) {
-        number.erase(0, 1);
+NumberStart numberAtStart(std::string_view text) {
+    const std::string number = withoutHabits(text);
+    const char* const last = number.data() + number.size();
+    double value = 0;
+    const auto [end, error] = std::from_chars(number.data(), last, value);
+    if (error == std::errc::invalid_argument) {
+        return {};
     }
-    // A text with both, or with several, stays one with too many points.
-    std::ranges::replace(number, ',', '.');
-    return anyNumber(number);
+    if (error == std::errc::result_out_of_range) {
+        // Too large or too small: the sign of the exponent tells which, without one a digit before the point.
+        const std::size_t exponent = number.find_first_of("eE");
+        const bool tiny = exponent != std::string::npos
+                              ? number[exponent + 1] == '-'
+                              : number.find_first_of("123456789.") == number.find('.');
+        value = tiny ? 0 : std::copysign(std::numeric_limits<double>::infinity(), number[0] == '-' ? -1 : 1);
+    }
+    return {value, true, end == last};
+}
+
+std::optional<double> typedNumber(std::string_view text) {
+    return anyNumber(withoutHabits(text));
 }
 
 }  // namespace tessavo

@@ -60,4 +60,14 @@ template <std::unsigned_integral Integer>
 /// \return nothing unless the whole text is one number that a double holds; "inf" and "nan" are numbers here
 [[nodiscard]] std::optional<double> typedNumber(std::string_view text);
 
+/// What a text begins with.
+struct NumberStart {
+    double value = 0;      ///< 0 without a number
+    bool isThere = false;  ///< the text begins with a number
+    bool isWhole = false;  ///< and is nothing else
+};
+
+/// The number at the start of what a person typed, by the same rules. One that a double cannot hold is 0 or infinite.
+[[nodiscard]] NumberStart numberAtStart(std::string_view text);
+
 }  // namespace tessavo

@@ -6,6 +6,7 @@
 #include <QTest>
 #include <QWindow>
 #include <algorithm>
+#include <set>
 
 #include "plot/chart/plot_dlg.h"
 #include "plot/response_curve.h"
@@ -50,6 +51,25 @@ TEST_F(Pages, StandInTheirOrderUnderTheirTitles) {
     EXPECT_EQ(view().pages().size(), 6U);
     EXPECT_EQ(tabs().currentIndex(), 0);
     EXPECT_EQ(shownPage(), 0);
+}
+
+TEST_F(Pages, ShowWhatTheirTableSays) {
+    makeFrame(realPages());
+    std::set<std::string> pictures;
+    std::set<const QMetaObject*> classes;
+    for (const PageEntry& entry : pageTable()) {
+        const int index = static_cast<int>(entry.page);
+        clickTab(index);
+        EXPECT_EQ(shownPage(), index);
+        EXPECT_EQ(tabs().tabText(index).toStdString(), entry.title);
+        EXPECT_EQ(view().pages()[static_cast<std::size_t>(index)]->accessibleName().toStdString(),
+                  entry.title);
+        EXPECT_EQ(plot().windowTitle().toStdString(), entry.plotTitle);
+        EXPECT_EQ(curveDb().empty(), entry.curve == PageCurve::none) << entry.title;
+        EXPECT_TRUE(classes.insert(view().pages()[static_cast<std::size_t>(index)]->metaObject()).second);
+        EXPECT_TRUE(pictures.insert(entry.picture).second) << entry.picture;
+    }
+    EXPECT_EQ(tabs().count(), static_cast<int>(pictures.size()));
 }
 
 TEST_F(Pages, AClickOnATabShowsItsPage) {

@@ -72,6 +72,31 @@ TEST(NumberText, RefusesWhatIsNoNumber) {
     }
 }
 
+TEST(NumberText, TheStartOfATextIsReadByTheSameRules) {
+    struct Case {
+        std::string_view text;
+        double value;
+        bool isWhole;
+    };
+    constexpr double infinite = std::numeric_limits<double>::infinity();
+    for (const Case& each :
+         {Case{" 18 ", 18, true}, Case{"+6", 6, true}, Case{"-6,5 dB", -6.5, false},
+          Case{"1,000,000", 1, false}, Case{".5e1x", 5, false}, Case{"1e999", infinite, true},
+          Case{"-1e999 dB", -infinite, false}, Case{"-1e-999", 0, true}}) {
+        const NumberStart start = numberAtStart(each.text);
+        EXPECT_TRUE(start.isThere) << each.text;
+        EXPECT_EQ(start.value, each.value) << each.text;
+        EXPECT_EQ(start.isWhole, each.isWhole) << each.text;
+    }
+    EXPECT_EQ(numberAtStart("-0." + std::string(400, '0') + "1 dB").value, 0);
+    EXPECT_EQ(numberAtStart(std::string(400, '9') + ".5 dB").value, infinite);
+    for (const std::string_view text : {"", " ", "abc", "+-5", "++5", "--5", "-", "e5", ",", "dB 5"}) {
+        const NumberStart start = numberAtStart(text);
+        EXPECT_FALSE(start.isThere || start.isWhole) << text;
+        EXPECT_EQ(start.value, 0) << text;
+    }
+}
+
 TEST(NumberText, TheShortestTextReadsBackAsTheSameNumber) {
     EXPECT_EQ(shortestText(-6.0), "-6");
     EXPECT_EQ(shortestText(0.1), "0.1");

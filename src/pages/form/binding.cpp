@@ -36,12 +36,133 @@ QString Binding::played(const TuningState& tuning, FieldId field, FieldIndex ind
     return playedNote(tuning, field, index);
 }
 
+NumberBinding::NumberBinding(NumberEdit& edit, const ValueScale& scale, Write write, Typing typing)
+    : Binding(std::move(write)), edit_(edit), scale_(scale), typing_(typing) {
+    edit_.setUnit(scale.unit);
+    connect(&edit_, &NumberEdit::entered, this, &NumberBinding::applyText);
+    connect(&edit_, &NumberEdit::left, this, &NumberBinding::leave);
+    connect(&edit_, &NumberEdit::cancelled, this, &NumberBinding::takeBack);
+    connect(&edit_, &QLineEdit::textChanged, this, &NumberBinding::followText);
+    connect(&edit_, &NumberEdit::stepRequested, this, &NumberBinding::step);
+}
+
+template <typename Action>
+void NumberBinding::whileBusy(Action action) {
+    const QScopedValueRollback busy(busy_, true);
+    action();
+}
+
+void NumberBinding::show(double value) {
+    whileBusy([&] {
+        held_ = value;
+        follows_ = false;
+        moveTo(positionOf(scale_, value));
+    });
+}
+
+void NumberBinding::write(double value, bool final) {
+    held_ = value;
+    follows_ = false;
+    write_(value, final);
+}
+
+int NumberBinding::typed() const {
+    return typedPosition(scale_, edit_.text(), position());
+}
+
+void NumberBinding::mark(double inForce, const QString& played) {
+    edit_.setMark(markText(numberIn(scale_, edit_.text()), inForce, exactUnitText(scale_, inForce), played));
+}
+
+void NumberBinding::setBypassed(bool bypassed) {
+    edit_.setBypassed(bypassed);
+}
+
+bool NumberBinding::shows(double value) const {
+    return typed() == positionOf(scale_, value);
+}
+
+QString NumberBinding::words(double value) const {
+    return exactText(scale_, value);
+}
+
+void NumberBinding::setMixed(const QString& note) {
+    edit_.setMixed(note);
+}
+
+void NumberBinding::moveTo(int position) {
+    setPosition(position);
+    showText(position);
+}
+
+void NumberBinding::showText(int position) {
+    edit_.setValueText(textAt(scale_, position));
+}
+
+void NumberBinding::applyText() {
+    whileBusy([this] {
+        const int position = typed();
+        // A level that stays is not written: what the controls cannot show would be lost.
+        const bool stays = scale_.attenuation && !readTyped(scale_, edit_.text()).isThere;
+        setPosition(position);
+        if (typing_ != Typing::kept) {
+            showText(position);
+        }
+        if (!stays || follows_) {
+            write(valueAt(scale_, position), true);
+        }
+    });
+}
+
+void NumberBinding::followText() {
+    if (busy_ || !edit_.isEdited()) {
+        return;
+    }
+    edit_.setWarning(typedWarning(scale_, edit_.text(), position()));
+    const bool stays = scale_.attenuation && !readTyped(scale_, edit_.text()).isThere;
+    if (typing_ != Typing::followed || stays) {
+        return;
+    }
+    whileBusy([this] {
+        const int position = typed();
+        setPosition(position);
+        follows_ = true;
+        write_(valueAt(scale_, position), false);
+    });
+}
+
+void NumberBinding::takeBack() {
+    if (follows_) {
+        whileBusy([this] {
+            moveTo(positionOf(scale_, held_));
+            write(held_, true);
+        });
+    }
+}
+
+void NumberBinding::leave() {
+    // A box that was only passed through has nothing to say: the value behind it may be finer than its text.
+    if (edit_.isEdited()) {
+        applyText();
+    }
+}
+
+void NumberBinding::step(int steps, bool coarse) {
+    whileBusy([&] {
+        int next = edit_.isEdited() ? typed() : position();
+        if (coarse && scale_.unit == QLatin1String("Hz")) {
+            next = positionOf(scale_, valueAt(scale_, next) * std::exp2(steps / 3.0));
+        } else {
+            next += (coarse ? 10 : 1) * (scale_.negated ? -steps : steps);
+            next = std::clamp(next, scale_.minimum, scale_.maximum);
+        }
+        moveTo(next);
+        write(valueAt(scale_, next), true);
+    });
+}
+
 SliderBinding::SliderBinding(CBitmapSlider& slider, NumberEdit& edit, const ValueScale& scale, Write write)
-    : Binding(std::move(write)),
-      slider_(slider),
-      edit_(edit),
-      scale_(scale),
-      thirdOctaves_(scale.unit == QLatin1String("Hz")) {
+    : NumberBinding(edit, scale, std::move(write), Typing::kept), slider_(slider) {
     slider_.setRange(scale.minimum, scale.maximum);
     const double direction = scale.negated ? -1.0 : 1.0;
     if (scale.attenuation) {
@@ -49,134 +170,44 @@ SliderBinding::SliderBinding(CBitmapSlider& slider, NumberEdit& edit, const Valu
     } else {
         slider_.setValueScale(direction / scale.stepsPerUnit);
     }
-    edit_.setUnit(scale.unit);
     slider_.setFormatter([scale](int position) { return unitTextAt(scale, position); });
-    connect(&edit_, &NumberEdit::entered, this, &SliderBinding::applyText);
-    connect(&edit_, &NumberEdit::left, this, &SliderBinding::leave);
-    connect(&edit_, &NumberEdit::cancelled, this, &SliderBinding::takeBack);
-    connect(&edit_, &QLineEdit::textChanged, this, &SliderBinding::followText);
-    connect(&edit_, &NumberEdit::stepRequested, this, &SliderBinding::step);
-}
-
-void SliderBinding::show(double value) {
-    const QScopedValueRollback busy(busy_, true);
-    held_ = value;
-    follows_ = false;
-    moveTo(positionOf(scale_, value));
-}
-
-void SliderBinding::write(double value, bool final) {
-    held_ = value;
-    follows_ = false;
-    write_(value, final);
-}
-
-int SliderBinding::typed() const {
-    return typedPosition(scale_, edit_.text(), slider_.position());
-}
-
-void SliderBinding::mark(double inForce, const QString& played) {
-    edit_.setMark(markText(numberIn(scale_, edit_.text()), inForce, exactUnitText(scale_, inForce), played));
 }
 
 void SliderBinding::setBypassed(bool bypassed) {
+    NumberBinding::setBypassed(bypassed);
     slider_.setBypassed(bypassed);
-    edit_.setBypassed(bypassed);
 }
 
 bool SliderBinding::shows(double value) const {
-    return slider_.position() == positionOf(scale_, value);
-}
-
-QString SliderBinding::words(double value) const {
-    return exactText(scale_, value);
+    return position() == positionOf(scale(), value);
 }
 
 void SliderBinding::setMixed(const QString& note) {
+    NumberBinding::setMixed(note);
     slider_.setMixed(note);
-    edit_.setMixed(note);
 }
 
 double SliderBinding::value() const {
-    return valueAt(scale_, slider_.position());
+    return valueAt(scale(), position());
 }
 
-void SliderBinding::moveTo(int position) {
+int SliderBinding::position() const {
+    return slider_.position();
+}
+
+void SliderBinding::setPosition(int position) {
     slider_.setPosition(position);
-    showText(position);
-}
-
-void SliderBinding::showText(int position) {
-    edit_.setValueText(textAt(scale_, position));
 }
 
 void SliderBinding::moved(int position, bool final) {
-    if (busy_ && !final) {
+    if (isBusy() && !final) {
         return;
     }
-    const QScopedValueRollback busy(busy_, true);
-    const int clamped = std::clamp(position, scale_.minimum, scale_.maximum);
-    showText(clamped);
-    write(valueAt(scale_, clamped), final);
-}
-
-void SliderBinding::applyText() {
-    const QScopedValueRollback busy(busy_, true);
-    const int position = typed();
-    // A level that stays is not written: what the controls cannot show would be lost.
-    const bool stays = scale_.attenuation && !readTyped(scale_, edit_.text()).isThere;
-    slider_.setPosition(position);
-    if (typing_ != Typing::kept) {
-        showText(position);
-    }
-    if (!stays || follows_) {
-        write(valueAt(scale_, position), true);
-    }
-}
-
-void SliderBinding::followText() {
-    if (busy_ || !edit_.isEdited()) {
-        return;
-    }
-    edit_.setWarning(typedWarning(scale_, edit_.text(), slider_.position()));
-    const bool stays = scale_.attenuation && !readTyped(scale_, edit_.text()).isThere;
-    if (typing_ != Typing::followed || stays) {
-        return;
-    }
-    const QScopedValueRollback busy(busy_, true);
-    const int position = typed();
-    slider_.setPosition(position);
-    follows_ = true;
-    write_(valueAt(scale_, position), false);
-}
-
-void SliderBinding::takeBack() {
-    if (!follows_) {
-        return;
-    }
-    const QScopedValueRollback busy(busy_, true);
-    moveTo(positionOf(scale_, held_));
-    write(held_, true);
-}
-
-void SliderBinding::leave() {
-    // A box that was only passed through has nothing to say: the value behind it may be finer than its text.
-    if (edit_.isEdited()) {
-        applyText();
-    }
-}
-
-void SliderBinding::step(int steps, bool coarse) {
-    const QScopedValueRollback busy(busy_, true);
-    int position = edit_.isEdited() ? typed() : slider_.position();
-    if (coarse && thirdOctaves_) {
-        position = positionOf(scale_, valueAt(scale_, position) * std::exp2(steps / 3.0));
-    } else {
-        position += (coarse ? 10 : 1) * (scale_.negated ? -steps : steps);
-        position = std::clamp(position, scale_.minimum, scale_.maximum);
-    }
-    moveTo(position);
-    write(valueAt(scale_, position), true);
+    whileBusy([&] {
+        const int clamped = std::clamp(position, scale().minimum, scale().maximum);
+        showText(clamped);
+        write(valueAt(scale(), clamped), final);
+    });
 }
 
 DelayBinding::DelayBinding(CBitmapSlider& slider, NumberEdit& edit, NumberEdit& distance,
@@ -231,83 +262,14 @@ void DelayBinding::applyText() {
 
 void DelayBinding::applyDistance() {
     const int position = typedDistance().position;
-    slider().setPosition(position);
-    SliderBinding::showText(position);
+    setPosition(position);
+    NumberBinding::showText(position);
     write(valueAt(scale(), position), true);
 }
 
 void DelayBinding::showText(int position) {
-    SliderBinding::showText(position);
+    NumberBinding::showText(position);
     distance_.setValueText(numberText(valueAt(scale(), position) * centimetresPerMsShown, 1));
-}
-
-NumberBinding::NumberBinding(NumberEdit& edit, const ValueScale& scale, Write write)
-    : Binding(std::move(write)), edit_(edit), scale_(scale) {
-    edit_.setUnit(scale.unit);
-    const auto typed = [this] { return typedPosition(scale_, edit_.text(), position_); };
-    connect(&edit_, &NumberEdit::entered, this, [this, typed] { take(typed()); });
-    connect(&edit_, &NumberEdit::left, this, [this, typed] {
-        if (edit_.isEdited()) {
-            take(typed());
-        }
-    });
-    connect(&edit_, &NumberEdit::cancelled, this, &NumberBinding::takeBack);
-    connect(&edit_, &QLineEdit::textChanged, this, &NumberBinding::followText);
-    connect(&edit_, &NumberEdit::stepRequested, this, [this, typed](int steps, bool coarse) {
-        take(std::clamp(typed() + (coarse ? 10 : 1) * steps, scale_.minimum, scale_.maximum));
-    });
-}
-
-void NumberBinding::show(double value) {
-    const QScopedValueRollback busy(busy_, true);
-    held_ = value;
-    follows_ = false;
-    position_ = positionOf(scale_, value);
-    edit_.setValueText(textAt(scale_, position_));
-}
-
-void NumberBinding::setBypassed(bool bypassed) {
-    edit_.setBypassed(bypassed);
-}
-
-bool NumberBinding::shows(double value) const {
-    return typedPosition(scale_, edit_.text(), position_) == positionOf(scale_, value);
-}
-
-QString NumberBinding::words(double value) const {
-    return exactText(scale_, value);
-}
-
-void NumberBinding::setMixed(const QString& note) {
-    edit_.setMixed(note);
-}
-
-void NumberBinding::mark(double inForce, const QString& played) {
-    edit_.setMark(markText(numberIn(scale_, edit_.text()), inForce, exactUnitText(scale_, inForce), played));
-}
-
-void NumberBinding::followText() {
-    if (busy_ || !edit_.isEdited()) {
-        return;
-    }
-    edit_.setWarning(typedWarning(scale_, edit_.text(), position_));
-    if (typing_ == Typing::followed) {
-        follows_ = true;
-        write_(valueAt(scale_, typedPosition(scale_, edit_.text(), position_)), false);
-    }
-}
-
-void NumberBinding::takeBack() {
-    if (follows_) {
-        const double before = held_;
-        show(before);
-        write_(before, true);
-    }
-}
-
-void NumberBinding::take(int position) {
-    show(valueAt(scale_, position));
-    write_(held_, true);
 }
 
 SpinBinding::SpinBinding(SpinEdit& spin, const ValueScale& scale, Write write)

@@ -59,12 +59,12 @@ class Binding : public QObject {
     Write write_;
 };
 
-/// A slider with the edit box of its number.
-class SliderBinding : public Binding {
+/// An edit box for a number within the field's range. Its text is rewritten unless the page says otherwise.
+class NumberBinding : public Binding {
     Q_OBJECT
 
  public:
-    SliderBinding(CBitmapSlider& slider, NumberEdit& edit, const ValueScale& scale, Write write);
+    NumberBinding(NumberEdit& edit, const ValueScale& scale, Write write, Typing typing = Typing::rewritten);
 
     void show(double value) override;
     void setBypassed(bool bypassed) override;
@@ -73,29 +73,27 @@ class SliderBinding : public Binding {
     void setMixed(const QString& note) override;
     void mark(double inForce, const QString& played) override;
 
-    [[nodiscard]] CBitmapSlider& slider() { return slider_; }
-    /// Value that the slider stands at.
-    [[nodiscard]] double value() const;
     [[nodiscard]] NumberEdit& edit() { return edit_; }
-
-    /// A person has moved the slider: the box follows and the value is written. Ignored while the binding
-    /// itself is at work, unless `final`.
-    void moved(int position, bool final);
-
-    /// Without a call a text is kept.
     void setTyping(Typing typing) { typing_ = typing; }
 
-    /// Takes the text of the box: clamped, the slider follows, the text becomes what `Typing` says.
+    /// Takes the text of the box: clamped, and the text becomes what `Typing` says.
     virtual void applyText();
 
  protected:
+    [[nodiscard]] const ValueScale& scale() const { return scale_; }
+    /// Where the value stands on its scale.
+    [[nodiscard]] virtual int position() const { return position_; }
+    virtual void setPosition(int position) { position_ = position; }
     /// Writes the value at a position into the box, or boxes.
     virtual void showText(int position);
     void moveTo(int position);
-    [[nodiscard]] const ValueScale& scale() const { return scale_; }
     /// Position that the text of the box asks for.
     [[nodiscard]] int typed() const;
     void write(double value, bool final);
+    [[nodiscard]] bool isBusy() const { return busy_; }
+    /// Runs an action whose changes of the controls are not a person's.
+    template <typename Action>
+    void whileBusy(Action action);
 
  private:
     void leave();
@@ -103,14 +101,40 @@ class SliderBinding : public Binding {
     void takeBack();
     void step(int steps, bool coarse);
 
-    CBitmapSlider& slider_;
     NumberEdit& edit_;
     ValueScale scale_;
-    Typing typing_ = Typing::kept;
-    bool thirdOctaves_;
+    Typing typing_;
+    int position_ = 0;
     bool busy_ = false;
     bool follows_ = false;  ///< the value of a text under way is written
     double held_ = 0;       ///< last value that was shown or written by something else than such a text
+};
+
+/// A slider with the edit box of its number. A text in the box is kept unless the page says otherwise.
+class SliderBinding : public NumberBinding {
+    Q_OBJECT
+
+ public:
+    SliderBinding(CBitmapSlider& slider, NumberEdit& edit, const ValueScale& scale, Write write);
+
+    void setBypassed(bool bypassed) override;
+    [[nodiscard]] bool shows(double value) const override;
+    void setMixed(const QString& note) override;
+
+    [[nodiscard]] CBitmapSlider& slider() { return slider_; }
+    /// Value that the slider stands at.
+    [[nodiscard]] double value() const;
+
+    /// A person has moved the slider: the box follows and the value is written. Ignored while the binding
+    /// itself is at work, unless `final`.
+    void moved(int position, bool final);
+
+ protected:
+    [[nodiscard]] int position() const override;
+    void setPosition(int position) override;
+
+ private:
+    CBitmapSlider& slider_;
 };
 
 /// A delay: slider and box in milliseconds, and a second box with the distance that sound goes in that time.
@@ -137,36 +161,6 @@ class DelayBinding : public SliderBinding {
     [[nodiscard]] TypedNumber typedDistance() const;
 
     NumberEdit& distance_;
-};
-
-/// An edit box alone, for a whole number within the field's range. Its text is rewritten, or followed.
-class NumberBinding : public Binding {
-    Q_OBJECT
-
- public:
-    NumberBinding(NumberEdit& edit, const ValueScale& scale, Write write);
-
-    void show(double value) override;
-    void setBypassed(bool bypassed) override;
-    [[nodiscard]] bool shows(double value) const override;
-    [[nodiscard]] QString words(double value) const override;
-    void setMixed(const QString& note) override;
-    void mark(double inForce, const QString& played) override;
-    [[nodiscard]] NumberEdit& edit() { return edit_; }
-    void setTyping(Typing typing) { typing_ = typing; }
-
- private:
-    void take(int position);
-    void followText();
-    void takeBack();
-
-    NumberEdit& edit_;
-    ValueScale scale_;
-    Typing typing_ = Typing::rewritten;
-    bool busy_ = false;
-    int position_ = 0;      ///< of the value that is shown or taken
-    bool follows_ = false;  ///< as in a SliderBinding
-    double held_ = 0;
 };
 
 /// A small whole number with an up-down column. Every change by a person is final.

@@ -87,7 +87,8 @@ QRect Form::placeIn(const QWidget& parent, const Place& place) const {
 
 QWidget& Form::parentOf(const ControlRow& row) const {
     const auto around = std::find_if(groups_.rbegin(), groups_.rend(), [&](const Group& group) {
-        return row.place.isEmpty() ? row.kind != ControlKind::group : group.place.contains(row.place);
+        return row.place.isEmpty() ? row.kind != ControlKind::group
+                                   : group.isHidden <= row.isHidden && group.place.contains(row.place);
     });
     return around == groups_.rend() ? page_ : *around->box;
 }
@@ -184,7 +185,7 @@ void Form::bind(const ControlRow& row, QWidget& parent, Controls&&... controls) 
     if constexpr (std::is_base_of_v<SliderBinding, Kind>) {
         sliders_[row.identifier] = binding.get();
     }
-    if constexpr (std::is_base_of_v<SliderBinding, Kind> || std::is_same_v<NumberBinding, Kind>) {
+    if constexpr (std::is_base_of_v<NumberBinding, Kind>) {
         if (typing_) {
             binding->setTyping(*typing_);
         }
@@ -203,7 +204,7 @@ void Form::makeGroup(const ControlRow& row, QWidget& parent) {
         box->hide();
         box->setEnabled(false);
     }
-    groups_.push_back({row.place, row.caption, box});
+    groups_.push_back({row.place, row.caption, box, row.isHidden});
 }
 
 QLabel& Form::addLabel(const QString& text, const Place& place, TextSide side, Colour colour, int pixels,

@@ -1,11 +1,10 @@
 #include "pages/form/input_base.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <limits>
-#include <string>
 
+#include "base/number_text.h"
 #include "base/saturate.h"
 #include "controls/bitmap_slider.h"
 #include "controls/number_edit.h"
@@ -21,25 +20,12 @@ constexpr int textDecimals = 1;
 }  // namespace
 
 ParsedNumber parseText(const QString& text) {
-    std::string number = text.trimmed().toStdString();
-    std::replace(number.begin(), number.end(), ',', '.');
-    if (number.starts_with('+') && !number.starts_with("+-")) {
-        number.erase(0, 1);
-    }
-    double value = 0;
-    const auto [end, problem] = std::from_chars(number.data(), number.data() + number.size(), value);
-    if (problem == std::errc::result_out_of_range) {
-        // Too large or too small for a double: the exponent tells which.
-        const std::size_t exponent = number.find_first_of("eE");
-        const bool tiny = exponent != std::string::npos && number[exponent + 1] == '-';
-        value = tiny ? 0 : std::copysign(std::numeric_limits<double>::infinity(), number[0] == '-' ? -1 : 1);
-    }
-    if (problem == std::errc::invalid_argument || std::isnan(value)) {
+    const NumberStart typed = numberAtStart(text.trimmed().toStdString());
+    if (std::isnan(typed.value)) {
         return {};
     }
     constexpr double largest = std::numeric_limits<float>::max();
-    return {static_cast<float>(std::clamp(value, -largest, largest)), true,
-            end == number.data() + number.size()};
+    return {static_cast<float>(std::clamp(typed.value, -largest, largest)), typed.isThere, typed.isWhole};
 }
 
 float parsedNumber(const QString& text) {

@@ -1,10 +1,9 @@
 #include "pages/form/value_scale.h"
 
 #include <algorithm>
-#include <array>
-#include <charconv>
 #include <cmath>
 
+#include "base/number_text.h"
 #include "base/saturate.h"
 
 namespace tessavo {
@@ -35,39 +34,15 @@ bool isPoint(QChar letter) {
 }
 
 Tenths readNumberStart(const QString& text) {
-    // Long enough for every number that fits a slider; more digits cannot change the clamped result.
+    // Farther than every slider reaches.
     constexpr double enough = 1e15;
     const QString trimmed = text.trimmed();
-    const bool negative = trimmed.startsWith(QLatin1Char('-'));
-    qsizetype place = negative ? 1 : 0;
-    // Digits are gathered as a whole number, so that 0.7 gives 7 and not the product of a rounded 0.7.
-    double digits = 0;
-    double tail = 0;
-    double weight = 1;
-    bool pointSeen = false;
-    bool tenthSeen = false;
-    Tenths read;
-    for (; place < trimmed.size(); ++place) {
-        if (isPoint(trimmed[place]) && !pointSeen) {
-            pointSeen = true;
-        } else if (isDigit(trimmed[place])) {
-            const auto digit = static_cast<double>(trimmed[place].unicode() - u'0');
-            read.isThere = true;
-            if (!pointSeen || !tenthSeen) {
-                digits = std::min(digits * 10 + digit, enough);
-                tenthSeen = pointSeen;
-            } else {
-                weight /= 10;
-                tail += digit * weight;
-            }
-        } else {
-            break;
-        }
-    }
-    const double tenths = (tenthSeen ? digits : digits * 10) + tail;
-    read.value = negative ? -tenths : tenths;
-    read.isAll = read.isThere && place == trimmed.size();
-    return read;
+    const auto* const end = std::find_if_not(trimmed.begin(), trimmed.end(), [](QChar letter) {
+        return isDigit(letter) || isPoint(letter) || letter == QLatin1Char('-');
+    });
+    const NumberStart read = numberAtStart(trimmed.left(end - trimmed.begin()).toStdString());
+    // Ten is a sum of two powers of two: the nearest double of a tenth, times ten, is whole again.
+    return {std::clamp(read.value * 10, -enough, enough), read.isThere, read.isWhole && end == trimmed.end()};
 }
 
 /// A frequency with its unit as a plain number of Hz: "3k2" gives "3200". The digits are moved, not
@@ -225,12 +200,8 @@ QString exactText(const ValueScale& scale, double value) {
     if (static_cast<float>(valueAt(scale, position)) == single) {
         return textAt(scale, position);
     }
-    std::array<char, 64> digits{};
-    char* const last = digits.data() + digits.size();
     const bool isSingle = std::isnan(value) || double{single} == value;
-    const auto written =
-        isSingle ? std::to_chars(digits.data(), last, single) : std::to_chars(digits.data(), last, value);
-    return QString::fromLatin1(digits.data(), written.ptr - digits.data());
+    return QString::fromStdString(isSingle ? shortestText(single) : shortestText(value));
 }
 
 QString numberText(double value, int decimals) {

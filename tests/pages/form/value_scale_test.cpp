@@ -1,5 +1,6 @@
 #include "pages/form/value_scale.h"
 
+#include <cstdlib>
 #include <gtest/gtest.h>
 
 namespace tessavo {
@@ -39,6 +40,29 @@ TEST(Attenuation, ABeginningIsNotTakenForTheLoudestLevel) {
     for (const char* text : {"-Inf.", "-inf.", "0", "-3", "-3.", "-.5"}) {
         EXPECT_TRUE(readTyped(scale, QString::fromLatin1(text)).isThere) << text;
     }
+}
+
+TEST(TypedNumber, EveryTenthIsReadExactly) {
+    for (int tenths = -300000; tenths <= 300000; ++tenths) {
+        const int whole = std::abs(tenths) / 10;
+        const QString text = QStringLiteral("%1%2,%3")
+                                 .arg(tenths < 0 ? QStringLiteral("-") : QString())
+                                 .arg(whole)
+                                 .arg(std::abs(tenths) % 10);
+        EXPECT_EQ(readTenths(text), tenths);
+    }
+    EXPECT_EQ(readTenths(QStringLiteral(" 7. ")), 70);
+    EXPECT_EQ(readTenths(QStringLiteral("-.5 dB")), -5);
+    EXPECT_EQ(readTenths(QStringLiteral("1.2.3")), 12);
+    EXPECT_EQ(readTenths(QStringLiteral("5-3")), 50);
+    EXPECT_DOUBLE_EQ(readTenths(QStringLiteral("3,27")), 32.7);
+    for (const char* text : {"", "-", ".", "+5", "--5", "inf", "nan", "-inf", "e5", "dB 5"}) {
+        EXPECT_EQ(readTenths(QString::fromLatin1(text)), 0) << text;
+    }
+    EXPECT_EQ(readTenths(QStringLiteral("1e5")), 10) << "no exponents";
+    const QString manyDigits(400, QLatin1Char('9'));
+    EXPECT_EQ(readTenths(manyDigits), 1e15);
+    EXPECT_EQ(readTenths(QLatin1Char('-') + manyDigits), -1e15);
 }
 
 TEST(TypedNumber, AFrequencyMayHaveItsUnit) {
