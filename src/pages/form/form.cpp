@@ -87,7 +87,8 @@ QRect Form::placeIn(const QWidget& parent, const Place& place) const {
 
 QWidget& Form::parentOf(const ControlRow& row) const {
     const auto around = std::find_if(groups_.rbegin(), groups_.rend(), [&](const Group& group) {
-        return row.place.isEmpty() ? row.kind != ControlKind::group : group.place.contains(row.place);
+        return row.place.isEmpty() ? row.kind != ControlKind::group
+                                   : group.isHidden <= row.isHidden && group.place.contains(row.place);
     });
     return around == groups_.rend() ? page_ : *around->box;
 }
@@ -203,7 +204,7 @@ void Form::makeGroup(const ControlRow& row, QWidget& parent) {
         box->hide();
         box->setEnabled(false);
     }
-    groups_.push_back({row.place, row.caption, box});
+    groups_.push_back({row.place, row.caption, box, row.isHidden});
 }
 
 QLabel& Form::addLabel(const QString& text, const Place& place, TextSide side, Colour colour, int pixels,

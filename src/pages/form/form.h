@@ -127,6 +127,7 @@ class Form {
         Place place;
         std::string title;
         SkinGroupBox* box;
+        bool isHidden;
     };
 
     QWidget& page_;

@@ -52,8 +52,9 @@ const ControlRow* groupAround(std::span<const ControlRow> rows, const ControlRow
         if (&each == &row) {
             break;
         }
-        const bool isAround =
-            row.place.isEmpty() ? row.kind != ControlKind::group : each.place.contains(row.place);
+        const bool isAround = row.place.isEmpty()
+                                  ? row.kind != ControlKind::group
+                                  : each.isHidden <= row.isHidden && each.place.contains(row.place);
         if (each.kind == ControlKind::group && isAround) {
             around = &each;
         }

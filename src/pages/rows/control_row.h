@@ -97,7 +97,7 @@ struct ControlRow {
     std::string unit{};     ///< second label
     Place unitPlace{};      ///< its rectangle
     Place titlePlace{};     ///< left and top of a group's title, inside the group; usual ones without
-    bool isHidden = false;  ///< a group that is never seen or reached
+    bool isHidden = false;  ///< a group that is never seen or reached, or a control with a place in one
 
     std::optional<Colour> colour{};         ///< that of its field's unit, or the usual one, without
     int textPixels = 11;                    ///< size of a label's letters

@@ -172,7 +172,8 @@ void addHidden(ControlRows& rows) {
     delay.kind = ControlKind::delay;
     delay.distanceIdentifier = 1041;
     delay.distance = {550, 28, 40, 24};
-    rows.push_back({.kind = button, .identifier = 1254, .caption = "Calibrate", .place = {0, 0, 160, 28}});
+    delay.isHidden = true;
+    rows.push_back({.kind = button, .identifier = 1254, .caption = "Calibrate"});
 }
 
 }  // namespace

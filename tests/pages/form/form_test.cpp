@@ -184,20 +184,26 @@ TEST_F(FormTest, HiddenGroupsHoldWhatHasNoPlace) {
         {.kind = ControlKind::group, .caption = "Seen", .place = {0, 0, 100, 100}},
         {.kind = ControlKind::group, .caption = "Unseen", .place = {0, 0, 100, 100}, .isHidden = true},
         {.kind = ControlKind::check, .identifier = 1, .caption = "Never"},
-        {.kind = ControlKind::check, .identifier = 2, .caption = "Here", .place = {10, 10, 50, 20}}});
+        {.kind = ControlKind::check, .identifier = 2, .caption = "Here", .place = {10, 10, 50, 20}},
+        {.kind = ControlKind::check, .identifier = 3, .place = {10, 40, 50, 20}, .isHidden = true}});
     EXPECT_TRUE(form.group("Unseen").isHidden());
     EXPECT_FALSE(form.group("Unseen").isEnabled());
     EXPECT_EQ(form.control<QWidget>(1).parentWidget(), &form.group("Unseen"));
     EXPECT_EQ(form.control<QWidget>(2).parentWidget(), &form.group("Seen"));
+    EXPECT_EQ(form.control<QWidget>(3).parentWidget(), &form.group("Unseen"));
+    EXPECT_EQ(form.control<QWidget>(3).geometry(), QRect(10, 40, 50, 20));
 }
 
 TEST_F(FormTest, TakesInWhatThePageHasMadeItself) {
     const ControlRows rows{
         {.kind = ControlKind::group, .caption = "Card", .place = {10, 20, 200, 100}},
         {.kind = ControlKind::own, .identifier = 9, .name = "Log", .place = {20, 40, 50, 30}}};
-    form.build(rows);
-    auto* own = new QWidget;
-    form.adopt(rows[1], *own);
+    QWidget* own = nullptr;
+    form.build(rows, [&](const ControlRow& row, QWidget& parent) {
+        EXPECT_EQ(&row, &rows[1]);
+        return own = new QWidget(&parent);
+    });
+    ASSERT_NE(own, nullptr);
     EXPECT_EQ(own->parentWidget(), &form.group("Card"));
     EXPECT_EQ(own->geometry(), QRect(10, 20, 50, 30));
     EXPECT_EQ(own->accessibleName(), QStringLiteral("Log"));
