@@ -84,7 +84,7 @@ std::string ruleText(ImageRule rule) {
     return "not in the image";
 }
 
-std::string place(std::size_t offset, const Field& field, bool image) {
+std::string location(std::size_t offset, const Field& field, bool image) {
     std::string text = std::to_string(offset);
     const auto stride = [&](const Repeat& repeat, const char* index) {
         const std::uint16_t step = image ? repeat.imageStride : repeat.recordStride;
@@ -119,7 +119,7 @@ std::string recordTable() {
     std::vector<Row> rows;
     for (const Field& field : fieldTable()) {
         rows.push_back(
-            {place(field.recordOffset, field, false), typeName(field.type), countText(field),
+            {location(field.recordOffset, field, false), typeName(field.type), countText(field),
              quoted(field.path), std::string(field.meaning),
              shortestText(field.minimum) + " … " + shortestText(field.maximum),
              std::string(field.unit) +
@@ -143,12 +143,12 @@ std::string imageTable() {
         if (field.imageOffset < 0) {
             continue;
         }
-        std::string where = place(static_cast<std::size_t>(field.imageOffset), field, true);
+        std::string where = location(static_cast<std::size_t>(field.imageOffset), field, true);
         if (field.secondImageOffset >= 0) {
-            where += " and " + place(static_cast<std::size_t>(field.secondImageOffset), field, true);
+            where += " and " + location(static_cast<std::size_t>(field.secondImageOffset), field, true);
         }
         rows.push_back({where, typeName(field.imageType), quoted(field.path),
-                        place(field.recordOffset, field, false), ruleText(field.rule)});
+                        location(field.recordOffset, field, false), ruleText(field.rule)});
     }
     const auto words = [&](std::size_t offset, const char* name, const char* what) {
         rows.push_back({std::to_string(offsetof(ParameterImage, channels) + offset) + " + 360·i + 20·j",

@@ -38,7 +38,7 @@ class InstanceChannel {
     [[nodiscard]] bool isOpen() const;
 
     enum class Answer : std::uint8_t {
-        taken,
+        accepted,
         refused,  ///< or none in time
         nobody    ///< no program of `user` listens
     };

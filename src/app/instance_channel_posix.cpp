@@ -252,7 +252,8 @@ InstanceChannel::Answer InstanceChannel::handOver(const QString& folder, const Q
         return Answer::refused;
     }
     char answer = 0;
-    return ::recv(socket.get(), &answer, 1, 0) == 1 && answer == pathTaken ? Answer::taken : Answer::refused;
+    return ::recv(socket.get(), &answer, 1, 0) == 1 && answer == pathTaken ? Answer::accepted
+                                                                           : Answer::refused;
 }
 
 }  // namespace tessavo

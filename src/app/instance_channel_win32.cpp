@@ -36,7 +36,7 @@ class Local {
     Local& operator=(const Local&) = delete;
 
     [[nodiscard]] Pointer get() const { return pointer_; }
-    [[nodiscard]] Pointer* place() { return &pointer_; }
+    [[nodiscard]] Pointer* address() { return &pointer_; }
 
  private:
     Pointer pointer_ = nullptr;
@@ -44,8 +44,8 @@ class Local {
 
 QString sidText(PSID identity) {
     Local<LPWSTR> text;
-    return ConvertSidToStringSidW(identity, text.place()) != 0 ? QString::fromWCharArray(text.get())
-                                                               : QString();
+    return ConvertSidToStringSidW(identity, text.address()) != 0 ? QString::fromWCharArray(text.get())
+                                                                 : QString();
 }
 
 // Owned by this user, and open to nobody else.
@@ -53,7 +53,7 @@ bool makeOwnersOnly(const QString& user, Local<PSECURITY_DESCRIPTOR>& descriptor
     const std::wstring owner = user.toStdWString();
     const std::wstring text = L"O:" + owner + L"D:P(A;;GA;;;" + owner + L")";
     return !owner.empty() && ConvertStringSecurityDescriptorToSecurityDescriptorW(
-                                 text.c_str(), SDDL_REVISION_1, descriptor.place(), nullptr) != 0;
+                                 text.c_str(), SDDL_REVISION_1, descriptor.address(), nullptr) != 0;
 }
 
 bool isOfUser(HANDLE pipe, const QString& user) {
@@ -61,7 +61,7 @@ bool isOfUser(HANDLE pipe, const QString& user) {
     Local<PSECURITY_DESCRIPTOR> descriptor;
     return !user.isEmpty() &&
            GetSecurityInfo(pipe, SE_KERNEL_OBJECT, OWNER_SECURITY_INFORMATION, &owner, nullptr, nullptr,
-                           nullptr, descriptor.place()) == ERROR_SUCCESS &&
+                           nullptr, descriptor.address()) == ERROR_SUCCESS &&
            sidText(owner) == user;
 }
 
@@ -311,7 +311,7 @@ InstanceChannel::Answer InstanceChannel::handOver(const QString& folder, const Q
         message.isEmpty()
             ? 0
             : inTime(operation, ReadFile(pipe.get(), &answer, 1, nullptr, operation.begin()), deadline);
-    return heard == 1 && answer == pathTaken ? Answer::taken : Answer::refused;
+    return heard == 1 && answer == pathTaken ? Answer::accepted : Answer::refused;
 }
 
 }  // namespace tessavo

@@ -31,8 +31,8 @@ InstanceGuard::InstanceGuard(const QString& folder) : lock_(lockPath(folder)) {
 }
 
 QString InstanceGuard::usualFolder() {
-    const QString place = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
-    return place.isEmpty() ? QDir::tempPath() : place;
+    const QString runtimeFolder = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
+    return runtimeFolder.isEmpty() ? QDir::tempPath() : runtimeFolder;
 }
 
 // Process numbers come again, in a container even at every start: then the lock takes this program for the

@@ -88,10 +88,10 @@ std::unique_ptr<tessavo::Profile> profileIn(const std::optional<QTemporaryDir>& 
 }
 
 /// What becomes of this start.
-enum class Place { own, handedOver, taken };
+enum class InstanceRole { only, handedOver, refused };
 
 // A program that holds the place hears a second start when its window is there, and no longer when it ends.
-Place findPlace(std::unique_ptr<tessavo::InstanceGuard>& guard, const QString& file) {
+InstanceRole findRole(std::unique_ptr<tessavo::InstanceGuard>& guard, const QString& file) {
     using Answer = tessavo::InstanceChannel::Answer;
     using Clock = std::chrono::steady_clock;
     constexpr std::chrono::milliseconds patience{5000};
@@ -102,14 +102,14 @@ Place findPlace(std::unique_ptr<tessavo::InstanceGuard>& guard, const QString& f
     for (;;) {
         guard = std::make_unique<tessavo::InstanceGuard>();
         if (guard->isFirst()) {
-            return Place::own;
+            return InstanceRole::only;
         }
         const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now());
         const Answer answer = left.count() > 0 ? tessavo::InstanceChannel::handOver(
                                                      tessavo::InstanceGuard::usualFolder(), path, left)
                                                : Answer::refused;
         if (answer != Answer::nobody) {
-            return answer == Answer::taken ? Place::handedOver : Place::taken;
+            return answer == Answer::accepted ? InstanceRole::handedOver : InstanceRole::refused;
         }
         QThread::msleep(pauseMs);
     }
@@ -138,8 +138,8 @@ int start(int& argc, char** argv, const StartOptions& options) {
     const QtMessageHandler usual = qInstallMessageHandler(endWithoutDisplay);
     // Pictures neither need the place nor keep a person from it.
     std::unique_ptr<tessavo::InstanceGuard> guard;
-    const Place place = pictures ? Place::own : findPlace(guard, options.file);
-    if (place == Place::handedOver) {
+    const InstanceRole role = pictures ? InstanceRole::only : findRole(guard, options.file);
+    if (role == InstanceRole::handedOver) {
         std::cout << "The Tessavo that is open has taken over.\n";
         if (options.demo) {
             std::cout << "It goes on with the target that it has: --demo needs a start of its own.\n";
@@ -157,7 +157,7 @@ int start(int& argc, char** argv, const StartOptions& options) {
     if (const QString problem = CTessavoApp::unusableDisplay(); !problem.isEmpty()) {
         return tellProblem(problem);
     }
-    if (place == Place::taken) {
+    if (role == InstanceRole::refused) {
         tellProblem(QStringLiteral("another Tessavo is running; please use the window that is open."));
         app.boxes().showError("Tessavo is already running.\r\nPlease use the window that is open.");
         return 1;

@@ -56,14 +56,14 @@ QSize roomOn(const QScreen* screen) {
     return seen ? screen->availableSize() : QSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
 }
 
-bool isWithinReach(const QRect& place) {
+bool isWithinReach(const QRect& placement) {
     constexpr int farthest = 1 << 20;
-    const std::array<int, 4> edges{place.left(), place.top(), place.right(), place.bottom()};
+    const std::array<int, 4> edges{placement.left(), placement.top(), placement.right(), placement.bottom()};
     return std::ranges::all_of(edges, [](int edge) { return edge > -farthest && edge < farthest; });
 }
 
 // The toolkit calculates with the numbers of a stored place before it looks whether they make sense.
-bool isSensiblePlace(const QByteArray& stored) {
+bool isSensiblePlacement(const QByteArray& stored) {
     QDataStream stream(stored);
     stream.setVersion(QDataStream::Qt_4_0);
     quint32 mark = 0;
@@ -83,13 +83,13 @@ bool isSensiblePlace(const QByteArray& stored) {
 
 }  // namespace
 
-CMainFrame::CMainFrame(Parts parts)
+CMainFrame::CMainFrame(Dependencies dependencies)
     : QWidget(nullptr, Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
                            Qt::WindowMinimizeButtonHint | Qt::WindowCloseButtonHint),
-      parts_(parts),
-      view_(new CTessavoView(parts.tuning, parts.chartHost, this, parts.makePage)),
+      dependencies_(dependencies),
+      view_(new CTessavoView(dependencies.tuning, dependencies.chartHost, this, dependencies.makePage)),
       status_(new StatusLine(this)),
-      commands_(parts.tuning, parts.dialogs, parts.boxes, *view_) {
+      commands_(dependencies.tuning, dependencies.dialogs, dependencies.boxes, *view_) {
     setObjectName(QStringLiteral("mainFrame"));
     setWindowTitle(QStringLiteral("Tessavo Velmira"));
     setAcceptDrops(true);
@@ -99,8 +99,8 @@ CMainFrame::CMainFrame(Parts parts)
     status_->setKeyStates(readKeyStates());
     qApp->installEventFilter(this);
 
-    targetDisplay_ = std::make_unique<TargetDisplay>(
-        TargetDisplay::Parts{parts_.tuning, parts_.link, *view_, *status_, parts_.ports});
+    targetDisplay_ = std::make_unique<TargetDisplay>(TargetDisplay::Dependencies{
+        dependencies_.tuning, dependencies_.link, *view_, *status_, dependencies_.ports});
     followExchanges();
 }
 
@@ -198,7 +198,7 @@ void CMainFrame::fillRecentFiles() {
             action->deleteLater();
         }
     }
-    const QStringList files = parts_.profile.recentFiles();
+    const QStringList files = dependencies_.profile.recentFiles();
     for (qsizetype i = 0; i < files.size(); ++i) {
         auto* action = new QAction(fileNameForMenu(files[i], i + 1), fileMenu_);
         action->setData(files[i]);
@@ -210,14 +210,14 @@ void CMainFrame::fillRecentFiles() {
 
 void CMainFrame::open() {
     if (commands_.loadSettings()) {
-        parts_.profile.addRecentFile(textOf(commands_.settingsPath()));
+        dependencies_.profile.addRecentFile(textOf(commands_.settingsPath()));
         fillRecentFiles();
     }
 }
 
 void CMainFrame::save() {
     if (commands_.saveSettings()) {
-        parts_.profile.addRecentFile(textOf(commands_.settingsPath()));
+        dependencies_.profile.addRecentFile(textOf(commands_.settingsPath()));
         fillRecentFiles();
     }
 }
@@ -225,9 +225,9 @@ void CMainFrame::save() {
 bool CMainFrame::openFile(const QString& path) {
     const bool loaded = commands_.loadSettingsFrom(pathOf(path));
     if (loaded) {
-        parts_.profile.addRecentFile(path);
+        dependencies_.profile.addRecentFile(path);
     } else {
-        parts_.profile.removeRecentFile(path);
+        dependencies_.profile.removeRecentFile(path);
     }
     fillRecentFiles();
     return loaded;
@@ -238,10 +238,10 @@ void CMainFrame::showAbout() {
 }
 
 void CMainFrame::followExchanges() {
-    CommLink* const link = &parts_.link;
+    CommLink* const link = &dependencies_.link;
     ForegroundTransfers* const commands = &link->foreground();
     connect(link, &CommLink::exchangeEnded, this, [this] {
-        if (!parts_.link.exchangeRuns()) {
+        if (!dependencies_.link.exchangeRuns()) {
             pollEnded();
         }
     });
@@ -259,7 +259,7 @@ void CMainFrame::followExchanges() {
 }
 
 bool CMainFrame::lineIsQuiet() const {
-    return !parts_.link.foreground().running() && !parts_.link.liveTransferRuns();
+    return !dependencies_.link.foreground().running() && !dependencies_.link.liveTransferRuns();
 }
 
 bool CMainFrame::mayBreakOff() {
@@ -267,10 +267,10 @@ bool CMainFrame::mayBreakOff() {
         return true;
     }
     const bool software =
-        parts_.link.foreground().activity() == ForegroundTransfers::Activity::sendingSoftware;
+        dependencies_.link.foreground().activity() == ForegroundTransfers::Activity::sendingSoftware;
     // The default button waits: a key pressed too soon must not break anything off.
-    const BoxAnswer answer = parts_.boxes.show(software ? breakSoftwareQuestion : breakExchangeQuestion,
-                                               BoxIcon::error, BoxButtons::yesNoCancel);
+    const BoxAnswer answer = dependencies_.boxes.show(
+        software ? breakSoftwareQuestion : breakExchangeQuestion, BoxIcon::error, BoxButtons::yesNoCancel);
     closeOnceQuiet_ = answer == BoxAnswer::yes;
     if (closeOnceQuiet_) {
         // The exchange may have ended while the question was open.
@@ -315,13 +315,13 @@ void CMainFrame::pollEnded() {
 }
 
 void CMainFrame::closeAfterExchange() {
-    parts_.profile.setWindowPlace(saveGeometry());
+    dependencies_.profile.setWindowPlacement(saveGeometry());
     hide();
     qApp->quit();
 }
 
 bool CMainFrame::mayClose() {
-    switch (parts_.boxes.show(exitQuestion, BoxIcon::error, BoxButtons::yesNoCancel)) {
+    switch (dependencies_.boxes.show(exitQuestion, BoxIcon::error, BoxButtons::yesNoCancel)) {
         case BoxAnswer::yes:
             commands_.saveSettingsAtExit();
             return true;
@@ -332,10 +332,10 @@ bool CMainFrame::mayClose() {
     }
 }
 
-void CMainFrame::restorePlace() {
+void CMainFrame::restoreWindowPlacement() {
     const QSize fixed = size();
-    const QByteArray place = parts_.profile.windowPlace();
-    if (isSensiblePlace(place) && restoreGeometry(place)) {
+    const QByteArray placement = dependencies_.profile.windowPlacement();
+    if (isSensiblePlacement(placement) && restoreGeometry(placement)) {
         // The place may come with another size, or as large as the screen.
         setWindowState(Qt::WindowNoState);
         setFixedSize(fixed);
@@ -353,12 +353,12 @@ void CMainFrame::closeEvent(QCloseEvent* event) {
     if (!atOnce && (!mayBreakOff() || !mayClose() || (quiet && !mayBreakOff()))) {
         return;
     }
-    if (parts_.link.foreground().running()) {
+    if (dependencies_.link.foreground().running()) {
         closing_ = true;
-        parts_.link.cancelExchanges();
+        dependencies_.link.cancelExchanges();
         return;
     }
-    if (!atOnce && lineIsQuiet() && parts_.link.exchangeRuns()) {
+    if (!atOnce && lineIsQuiet() && dependencies_.link.exchangeRuns()) {
         closeAfterPoll();
         return;
     }

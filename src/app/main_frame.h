@@ -36,7 +36,7 @@ class CMainFrame : public QWidget {
     static constexpr int clientWidth = 1024;
     static constexpr int clientHeight = 736;
 
-    struct Parts {
+    struct Dependencies {
         TuningState& tuning;
         IMessageBox& boxes;
         IFileDialogs& dialogs;
@@ -47,7 +47,7 @@ class CMainFrame : public QWidget {
         PortWatch::System ports = systemPorts();
     };
 
-    explicit CMainFrame(Parts parts);
+    explicit CMainFrame(Dependencies dependencies);
     ~CMainFrame() override;
 
     [[nodiscard]] CTessavoView& view() { return *view_; }
@@ -64,7 +64,7 @@ class CMainFrame : public QWidget {
     void setNothingToLose(std::function<bool()> nothingToLose) { nothingToLose_ = std::move(nothingToLose); }
 
     /// Puts the frame where it was when the program last ended, if that place is still on a screen.
-    void restorePlace();
+    void restoreWindowPlacement();
 
     /// Takes the size that fits into this much room on the screen, in pixels.
     void fitInto(QSize room);
@@ -104,7 +104,7 @@ class CMainFrame : public QWidget {
     void pollEnded();
     void closeAfterExchange();
 
-    Parts parts_;
+    Dependencies dependencies_;
     QMenuBar* menuBar_ = nullptr;
     QMenu* fileMenu_ = nullptr;
     QAction* recentEnd_ = nullptr;

@@ -29,10 +29,10 @@ NarrowView::NarrowView(CTessavoView* view, QWidget* parent)
 void NarrowView::bringIntoSight(QWidget* control) {
     const auto* tabs = qobject_cast<QTabBar*>(control);
     const QRect needed = tabs != nullptr ? tabs->tabRect(tabs->currentIndex()) : control->rect();
-    const QRect place(control->mapTo(view_, needed.topLeft()), needed.size());
+    const QRect bounds(control->mapTo(view_, needed.topLeft()), needed.size());
     // The end of a control that is wider than the window comes last.
-    ensureVisible(place.right(), place.center().y(), gap, 0);
-    ensureVisible(place.left(), place.center().y(), gap, 0);
+    ensureVisible(bounds.right(), bounds.center().y(), gap, 0);
+    ensureVisible(bounds.left(), bounds.center().y(), gap, 0);
 }
 
 bool NarrowView::focusNextPrevChild(bool next) {

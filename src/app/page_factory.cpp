@@ -14,25 +14,25 @@ namespace tessavo {
 
 namespace {
 
-CTabDialog* makeCommunication(const PageParts& parts) {
-    CommLink& link = parts.link;
-    Profile& profile = parts.profile;
+CTabDialog* makeCommunication(const PageDependencies& dependencies) {
+    CommLink& link = dependencies.link;
+    Profile& profile = dependencies.profile;
     auto* page = new CCommunication({
-        .tuning = parts.tuning,
+        .tuning = dependencies.tuning,
         .transfers = link.foreground(),
-        .boxes = parts.boxes,
-        .dialogs = parts.dialogs,
-        .listPorts = parts.listPorts,
+        .boxes = dependencies.boxes,
+        .dialogs = dependencies.dialogs,
+        .listPorts = dependencies.listPorts,
         .usePort = [&link](const std::string& name) { link.setPortName(name); },
         .rememberPort =
-            [&profile, demoPort = parts.demoPort](const std::string& name) {
+            [&profile, demoPort = dependencies.demoPort](const std::string& name) {
                 if (name != demoPort) {
                     profile.setLastPort(QString::fromStdString(name));
                 }
             },
-        .refreshPages = parts.refreshPages,
-        .lastPort = parts.firstPort,
-        .describePort = parts.describePort,
+        .refreshPages = dependencies.refreshPages,
+        .lastPort = dependencies.firstPort,
+        .describePort = dependencies.describePort,
     });
     QObject::connect(&link, &CommLink::lineLogged, page, &CCommunication::Log);
     QObject::connect(&link, &CommLink::blockSent, page,
@@ -45,8 +45,8 @@ CTabDialog* makeCommunication(const PageParts& parts) {
     return page;
 }
 
-CTabDialog* makeClipDetection(const PageParts& parts) {
-    CommLink& link = parts.link;
+CTabDialog* makeClipDetection(const PageDependencies& dependencies) {
+    CommLink& link = dependencies.link;
     auto* page = new CClipDetectDlg(
         {.ask = [&link] { return link.background().ReadClipState(); },
          .takeTurn = [&link](const LineTurns::Wanted& wanted) { return link.takeTurnForPoll(wanted); }});
@@ -67,28 +67,36 @@ constexpr std::array<PageEntry, pageCount> pages{{
      .plotTitle = "InputEQ Graph",
      .curve = PageCurve::input,
      .picture = "input_eq",
-     .make = [](const PageParts& parts) -> CTabDialog* { return new CInputEQ(parts.tuning, parts.boxes); }},
+     .make = [](const PageDependencies& dependencies) -> CTabDialog* {
+         return new CInputEQ(dependencies.tuning, dependencies.boxes);
+     }},
     {.page = Page::channelConfig,
      .title = "Channel Config",
      .tabWidth = 124,
      .plotTitle = "No Plot",
      .curve = PageCurve::none,
      .picture = "channel_config",
-     .make = [](const PageParts& parts) -> CTabDialog* { return new CAudioRouter(parts.tuning); }},
+     .make = [](const PageDependencies& dependencies) -> CTabDialog* {
+         return new CAudioRouter(dependencies.tuning);
+     }},
     {.page = Page::outputEqualizer,
      .title = "Equalizing Output",
      .tabWidth = 144,
      .plotTitle = "OutputEQ Graph",
      .curve = PageCurve::output,
      .picture = "output_eq",
-     .make = [](const PageParts& parts) -> CTabDialog* { return new COutputEQ(parts.tuning, parts.boxes); }},
+     .make = [](const PageDependencies& dependencies) -> CTabDialog* {
+         return new COutputEQ(dependencies.tuning, dependencies.boxes);
+     }},
     {.page = Page::outputGroup,
      .title = "Output Group",
      .tabWidth = 112,
      .plotTitle = "No Plot",
      .curve = PageCurve::none,
      .picture = "output_group",
-     .make = [](const PageParts& parts) -> CTabDialog* { return new COutputGroup(parts.tuning); }},
+     .make = [](const PageDependencies& dependencies) -> CTabDialog* {
+         return new COutputGroup(dependencies.tuning);
+     }},
     {.page = Page::clipDetection,
      .title = "Clip Detection",
      .tabWidth = 122,
@@ -121,8 +129,8 @@ const std::array<PageEntry, pageCount>& pageTable() {
     return pages;
 }
 
-PageFactory pageFactory(PageParts parts) {
-    return [parts = std::move(parts)](Page page) { return entryOf(page).make(parts); };
+PageFactory pageFactory(PageDependencies dependencies) {
+    return [dependencies = std::move(dependencies)](Page page) { return entryOf(page).make(dependencies); };
 }
 
 }  // namespace tessavo

@@ -15,7 +15,7 @@ namespace tessavo {
 class CommLink;
 
 /// What the pages of the program work with. All of it outlives the pages.
-struct PageParts {
+struct PageDependencies {
     TuningState& tuning;
     IMessageBox& boxes;
     IFileDialogs& dialogs;
@@ -32,6 +32,6 @@ struct PageParts {
 };
 
 /// Makes the pages of the program and ties them to the line.
-[[nodiscard]] PageFactory pageFactory(PageParts parts);
+[[nodiscard]] PageFactory pageFactory(PageDependencies dependencies);
 
 }  // namespace tessavo

@@ -66,9 +66,9 @@ QString isOrAre(const QString& subject, unsigned sections, const char* what) {
 }
 
 QString sectionsText(const ForeignWords::Channel& channel) {
-    QStringList parts{named("Filter", channel.bands), named("Crossover", channel.crossovers)};
-    parts.removeAll(QString());
-    return parts.join(QStringLiteral(", "));
+    QStringList phrases{named("Filter", channel.bands), named("Crossover", channel.crossovers)};
+    phrases.removeAll(QString());
+    return phrases.join(QStringLiteral(", "));
 }
 
 QString methodName(const TuningState& tuning) {

@@ -32,8 +32,8 @@ class Profile {
     [[nodiscard]] QString lastFolder() const { return text("folder"); }
     void setLastFolder(const QString& folder) { settings_->setValue("folder", folder); }
 
-    [[nodiscard]] QByteArray windowPlace() const { return settings_->value("windowPlace").toByteArray(); }
-    void setWindowPlace(const QByteArray& place) { settings_->setValue("windowPlace", place); }
+    [[nodiscard]] QByteArray windowPlacement() const { return settings_->value("windowPlace").toByteArray(); }
+    void setWindowPlacement(const QByteArray& geometry) { settings_->setValue("windowPlace", geometry); }
 
     /// Writes what was set since the last time.
     /// \return what a person should know when it could not be kept; empty otherwise

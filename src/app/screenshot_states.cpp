@@ -101,15 +101,15 @@ class ExampleWindow {
         tuning_.start();
         fillExamples(tuning_);
         frame_ = std::make_unique<CMainFrame>(
-            CMainFrame::Parts{tuning_, boxes_, dialogs_, profile_, link_, chartHost_,
-                              pageFactory({tuning_,
-                                           boxes_,
-                                           dialogs_,
-                                           profile_,
-                                           link_,
-                                           [] { return std::vector<std::string>(); },
-                                           {},
-                                           [this] { frame_->view().refreshPages(); }})});
+            CMainFrame::Dependencies{tuning_, boxes_, dialogs_, profile_, link_, chartHost_,
+                                     pageFactory({tuning_,
+                                                  boxes_,
+                                                  dialogs_,
+                                                  profile_,
+                                                  link_,
+                                                  [] { return std::vector<std::string>(); },
+                                                  {},
+                                                  [this] { frame_->view().refreshPages(); }})});
         frame_->setAttribute(Qt::WA_DontShowOnScreen);
         frame_->show();
         // The whole window, however small the screen is.
@@ -143,9 +143,9 @@ class ExampleWindow {
     CTabDialog* page_ = nullptr;
 };
 
-void sendMouse(QWidget& target, QEvent::Type type, const QPointF& place) {
+void sendMouse(QWidget& target, QEvent::Type type, const QPointF& point) {
     const bool release = type == QEvent::MouseButtonRelease;
-    QMouseEvent event(type, place, target.mapToGlobal(place),
+    QMouseEvent event(type, point, target.mapToGlobal(point),
                       type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton,
                       release ? Qt::NoButton : Qt::LeftButton, {});
     QApplication::sendEvent(&target, &event);

@@ -10,7 +10,7 @@
 
 namespace tessavo {
 
-struct PageParts;
+struct PageDependencies;
 
 /// Pages of the main view in tab order.
 enum class Page : std::uint8_t {
@@ -37,7 +37,7 @@ struct PageEntry {
     PageCurve curve;
     const char* picture;  ///< file name of its picture, without what follows the name
     /// Makes the page; its caller takes it over.
-    CTabDialog* (*make)(const PageParts& parts);
+    CTabDialog* (*make)(const PageDependencies& parts);
 };
 
 /// The pages in tab order; a page stands at the place of its number.

@@ -8,22 +8,23 @@
 
 namespace tessavo {
 
-TargetDisplay::TargetDisplay(const Parts& parts)
-    : parts_(parts), portFollower_(parts.tuning, parts.link, parts.ports) {
-    follow(&parts_.view, &CTessavoView::liveModeChanged, [this](bool on) { follower_.liveModeChanged(on); });
+TargetDisplay::TargetDisplay(const Dependencies& dependencies)
+    : dependencies_(dependencies), portFollower_(dependencies.tuning, dependencies.link, dependencies.ports) {
+    follow(&dependencies_.view, &CTessavoView::liveModeChanged,
+           [this](bool on) { follower_.liveModeChanged(on); });
     followLine();
     followPort();
     followCommands();
-    parts_.tuning.setChangeListener([this] {
+    dependencies_.tuning.setChangeListener([this] {
         show();
-        parts_.view.tuningChanged();
+        dependencies_.view.tuningChanged();
     });
-    follower_.setPort(QString::fromStdString(parts_.link.portName()));
+    follower_.setPort(QString::fromStdString(dependencies_.link.portName()));
     show();
 }
 
 TargetDisplay::~TargetDisplay() {
-    parts_.tuning.setChangeListener({});
+    dependencies_.tuning.setChangeListener({});
 }
 
 /// Every event is told to the follower, and then the pane shows what it makes of it.
@@ -36,7 +37,7 @@ void TargetDisplay::follow(Sender* sender, Signal signal, Tell tell) {
 }
 
 void TargetDisplay::followLine() {
-    CommLink* const link = &parts_.link;
+    CommLink* const link = &dependencies_.link;
     follow(link, &CommLink::portNameChanged, [this](const QString& name) { follower_.setPort(name); });
     follow(link, &CommLink::workerState,
            [this](LiveWorker::State state) { follower_.workerState(state, QTime::currentTime()); });
@@ -54,7 +55,7 @@ void TargetDisplay::followLine() {
 }
 
 void TargetDisplay::followPort() {
-    connect(&parts_.link, &CommLink::exchangeEnded, &portFollower_,
+    connect(&dependencies_.link, &CommLink::exchangeEnded, &portFollower_,
             [this](LineUser /*user*/, ExchangeEnd end) { portFollower_.exchangeEnded(end); });
     follow(&portFollower_, &PortFollower::portGone, [this] { follower_.portGone(QTime::currentTime()); });
     follow(&portFollower_, &PortFollower::portBack, [this] { follower_.portBack(QTime::currentTime()); });
@@ -63,10 +64,10 @@ void TargetDisplay::followPort() {
 }
 
 void TargetDisplay::followCommands() {
-    ForegroundTransfers* const commands = &parts_.link.foreground();
+    ForegroundTransfers* const commands = &dependencies_.link.foreground();
     follow(commands, &ForegroundTransfers::started, [this, commands](qulonglong) {
         if (commands->activity() == ForegroundTransfers::Activity::sendingSoftware) {
-            parts_.link.forgetConfirmation();
+            dependencies_.link.forgetConfirmation();
         }
         follower_.commandStarted(commands->activity());
     });
@@ -74,10 +75,11 @@ void TargetDisplay::followCommands() {
 }
 
 void TargetDisplay::show() {
-    const TuningState& tuning = parts_.tuning;
-    parts_.status.setTarget(follower_.status({.liveMode = tuning.liveMode(),
-                                              .updatePending = tuning.updatePending(),
-                                              .confirmedAsItStands = parts_.link.imageIsConfirmed()}));
+    const TuningState& tuning = dependencies_.tuning;
+    dependencies_.status.setTarget(
+        follower_.status({.liveMode = tuning.liveMode(),
+                          .updatePending = tuning.updatePending(),
+                          .confirmedAsItStands = dependencies_.link.imageIsConfirmed()}));
 }
 
 }  // namespace tessavo

@@ -19,7 +19,7 @@ class TargetDisplay : public QObject {
     Q_OBJECT
 
  public:
-    struct Parts {
+    struct Dependencies {
         TuningState& tuning;
         CommLink& link;
         CTessavoView& view;
@@ -28,8 +28,8 @@ class TargetDisplay : public QObject {
     };
 
     /// Becomes the settings' listener.
-    /// \param parts outlive this
-    explicit TargetDisplay(const Parts& parts);
+    /// \param dependencies outlive this
+    explicit TargetDisplay(const Dependencies& dependencies);
     /// From here on the settings have no listener.
     ~TargetDisplay() override;
 
@@ -41,7 +41,7 @@ class TargetDisplay : public QObject {
     void follow(Sender* sender, Signal signal, Tell tell);
     void show();
 
-    Parts parts_;
+    Dependencies dependencies_;
     TargetFollower follower_;
     PortFollower portFollower_;
 };

@@ -70,7 +70,7 @@ bool CTessavoApp::InitInstance(const StartOptions& options) {
         startDemo();
     }
     const std::string firstPort = options.demo ? std::string() : profile_->lastPort().toStdString();
-    frame_ = std::make_unique<CMainFrame>(CMainFrame::Parts{
+    frame_ = std::make_unique<CMainFrame>(CMainFrame::Dependencies{
         tuning_, boxes_, dialogs_, *profile_, link_, chartHost_,
         pageFactory({tuning_, boxes_, dialogs_, *profile_, link_, [this] { return portList(); }, firstPort,
                      [this] { frame_->view().refreshPages(); }, demo_->portName(),
@@ -81,7 +81,7 @@ bool CTessavoApp::InitInstance(const StartOptions& options) {
             frame_->view().pages()[static_cast<std::size_t>(Page::communication)]);
         return communication->nothingToLose();
     });
-    frame_->restorePlace();
+    frame_->restoreWindowPlacement();
     // Reading its files would keep the window waiting.
     QObject::connect(&frame_->view(), &CTessavoView::firstPainted, &application_, [] {
         QIcon icon;

@@ -338,20 +338,20 @@ void CTessavoView::markChannelFlags() {
         SkinCheckBox& flag = channelFlag(channel);
         const int inForce = tuning_.currentParameterSet().channels[channel].channelFlag;
         const int plays = tuning_.image().channels[channel].channelFlag;
-        QStringList parts;
+        QStringList sentences;
         if ((inForce != 0) != flag.isChecked()) {
-            parts << (inForce != 0 ? QStringLiteral("In force: checked")
-                                   : QStringLiteral("In force: not checked"));
+            sentences << (inForce != 0 ? QStringLiteral("In force: checked")
+                                       : QStringLiteral("In force: not checked"));
         } else if (inForce > 1) {
-            parts << QStringLiteral("In force: code %1").arg(inForce);
+            sentences << QStringLiteral("In force: code %1").arg(inForce);
         }
         if ((plays != 0) != flag.isChecked()) {
-            parts << (plays != 0 ? QStringLiteral("Plays as if checked")
-                                 : QStringLiteral("Plays as if not checked"));
+            sentences << (plays != 0 ? QStringLiteral("Plays as if checked")
+                                     : QStringLiteral("Plays as if not checked"));
         } else if (plays > 1 && plays != inForce) {
-            parts << QStringLiteral("Plays code %1").arg(plays);
+            sentences << QStringLiteral("Plays code %1").arg(plays);
         }
-        flag.setMark(parts.join(QStringLiteral(". ")));
+        flag.setMark(sentences.join(QStringLiteral(". ")));
     }
 }
 

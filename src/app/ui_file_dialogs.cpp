@@ -46,11 +46,11 @@ std::optional<std::filesystem::path> UiFileDialogs::remembered(const QString& ch
 }
 
 QStringList nameFilters(std::string_view filter) {
-    const QStringList parts =
+    const QStringList pieces =
         QString::fromUtf8(filter.data(), static_cast<qsizetype>(filter.size())).split(QLatin1Char('|'));
     QStringList names;
-    for (qsizetype i = 0; i + 1 < parts.size() && !parts[i].isEmpty(); i += 2) {
-        names.append(parts[i]);
+    for (qsizetype i = 0; i + 1 < pieces.size() && !pieces[i].isEmpty(); i += 2) {
+        names.append(pieces[i]);
     }
     return names;
 }

@@ -81,12 +81,12 @@ namespace option {
 }  // namespace option
 
 /// What a command works with besides its arguments.
-struct Surroundings {
+struct CommandContext {
     const Console& console;
     Reporter& reporter;
 };
 
 /// A command: its arguments in, a value of exit_code out.
-using Command = int (*)(const Arguments&, const Surroundings&);
+using Command = int (*)(const Arguments&, const CommandContext&);
 
 }  // namespace tessavo::cli

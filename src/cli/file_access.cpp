@@ -244,14 +244,15 @@ void OutputFiles::putBack(const Target& target) {
         fs::remove(path, error);
         return;
     }
-    bool kept = target.before.start.has_value();
-    if (kept) {
+    bool restored = target.before.start.has_value();
+    if (restored) {
         if (target.before.size < target.bytes.size()) {
             fs::resize_file(path, target.before.size, error);
         }
-        kept = !error && writeFileStart(path, *target.before.start).written == target.before.start->size();
+        restored =
+            !error && writeFileStart(path, *target.before.start).written == target.before.start->size();
     }
-    if (!kept) {
+    if (!restored) {
         reporter_.error(target.file + ": could not be put back as it was");
     }
 }

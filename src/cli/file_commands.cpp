@@ -18,36 +18,36 @@ namespace {
 
 constexpr std::size_t longestScript = std::size_t{1} << 20U;
 
-std::optional<std::string> readScript(const std::string& file, const Surroundings& around) {
+std::optional<std::string> readScript(const std::string& file, const CommandContext& context) {
     std::string text;
     if (file == "-") {
         text.resize(longestScript + 1);
-        around.console.in.read(text.data(), static_cast<std::streamsize>(text.size()));
-        text.resize(static_cast<std::size_t>(around.console.in.gcount()));
+        context.console.in.read(text.data(), static_cast<std::streamsize>(text.size()));
+        text.resize(static_cast<std::size_t>(context.console.in.gcount()));
     } else {
         const auto start = readStreamStart(pathOf(file), longestScript + 1);
         if (!start) {
-            around.reporter.error(file + ": " + readTrouble(file));
+            context.reporter.error(file + ": " + readTrouble(file));
             return std::nullopt;
         }
         text.assign(start->bytes.begin(), start->bytes.end());
     }
     if (text.size() > longestScript) {
-        around.reporter.error(file + ": a script has at most " + std::to_string(longestScript) + " bytes");
+        context.reporter.error(file + ": a script has at most " + std::to_string(longestScript) + " bytes");
         return std::nullopt;
     }
     return text;
 }
 
-std::optional<Script> loadScript(const std::string& file, const Surroundings& around) {
-    const auto text = readScript(file, around);
+std::optional<Script> loadScript(const std::string& file, const CommandContext& context) {
+    const auto text = readScript(file, context);
     if (!text) {
         return std::nullopt;
     }
     auto parsed = parseScript(*text);
     if (const auto* error = std::get_if<ScriptError>(&parsed)) {
         const std::string name = file == "-" ? "standard input" : file;
-        around.reporter.error(name + ", line " + std::to_string(error->line) + ": " + error->message);
+        context.reporter.error(name + ", line " + std::to_string(error->line) + ": " + error->message);
         return std::nullopt;
     }
     return std::get<Script>(std::move(parsed));
@@ -104,26 +104,26 @@ void noteInputEq(const ParameterStore& store, const Arguments& arguments, Report
     }
 }
 
-int runNew(const Arguments& arguments, const Surroundings& around) {
+int runNew(const Arguments& arguments, const CommandContext& context) {
     if (!arguments.force && isExistingFile(arguments.file)) {
-        around.reporter.error(arguments.file + ": exists already; --force writes over it");
+        context.reporter.error(arguments.file + ": exists already; --force writes over it");
         return exit_code::failed;
     }
-    TuningState tuning(around.reporter);
+    TuningState tuning(context.reporter);
     tuning.start();
-    OutputFiles output(around.reporter);
+    OutputFiles output(context.reporter);
     output.addSettings(arguments.file);
     return exitCode(output.write(tuning.store(), tuning.image()));
 }
 
-int runShow(const Arguments& arguments, const Surroundings& around) {
+int runShow(const Arguments& arguments, const CommandContext& context) {
     const bool only = arguments.set != 0;
-    const auto store = only ? loadStore(arguments.file, {arguments.setIndex()}, around.reporter)
-                            : loadAnyStore(arguments.file, around.reporter);
+    const auto store = only ? loadStore(arguments.file, {arguments.setIndex()}, context.reporter)
+                            : loadAnyStore(arguments.file, context.reporter);
     if (!store) {
         return exit_code::failed;
     }
-    std::ostream& out = around.console.out;
+    std::ostream& out = context.console.out;
     if (arguments.json) {
         out << settingsJson(*store, {only, only ? arguments.setIndex() : 0});
         return exit_code::done;
@@ -144,42 +144,42 @@ int runShow(const Arguments& arguments, const Surroundings& around) {
     return exit_code::done;
 }
 
-int runDiff(const Arguments& arguments, const Surroundings& around) {
-    const auto first = loadAnyStore(arguments.file, around.reporter);
-    const auto second = loadAnyStore(arguments.secondFile, around.reporter);
+int runDiff(const Arguments& arguments, const CommandContext& context) {
+    const auto first = loadAnyStore(arguments.file, context.reporter);
+    const auto second = loadAnyStore(arguments.secondFile, context.reporter);
     if (!first || !second) {
         return exit_code::failed;
     }
     const auto found = differences(*first, *second);
     for (const Difference& difference : found) {
-        around.console.out << difference.path << ": " << difference.first << " | " << difference.second
-                           << "\n";
+        context.console.out << difference.path << ": " << difference.first << " | " << difference.second
+                            << "\n";
     }
     return found.empty() ? exit_code::done : exit_code::failed;
 }
 
-int runEdit(const Arguments& arguments, const Surroundings& around) {
+int runEdit(const Arguments& arguments, const CommandContext& context) {
     const std::string scriptFile = arguments.script == "-" ? std::string() : arguments.script;
-    if (!areApart(arguments.image, arguments.file, around.reporter) ||
-        !areApart(arguments.image, arguments.output, around.reporter) ||
-        !areApart(scriptFile, arguments.output, around.reporter) ||
-        !areApart(scriptFile, arguments.image, around.reporter)) {
+    if (!areApart(arguments.image, arguments.file, context.reporter) ||
+        !areApart(arguments.image, arguments.output, context.reporter) ||
+        !areApart(scriptFile, arguments.output, context.reporter) ||
+        !areApart(scriptFile, arguments.image, context.reporter)) {
         return exit_code::wrongUsage;
     }
-    const auto script = loadScript(arguments.script, around);
+    const auto script = loadScript(arguments.script, context);
     if (!script) {
         return exit_code::failed;
     }
     const std::set<std::size_t> used = setsUsed(*script);
-    const auto store = loadStore(arguments.file, used, around.reporter);
+    const auto store = loadStore(arguments.file, used, context.reporter);
     if (!store) {
         return exit_code::failed;
     }
-    TuningState tuning(around.reporter);
+    TuningState tuning(context.reporter);
     takeStore(tuning, *store, isValidRecord(store->sets[0]) ? 0 : *used.begin(), arguments.filterMode);
     applyScript(tuning, *script);
 
-    OutputFiles output(around.reporter);
+    OutputFiles output(context.reporter);
     if (!arguments.output.empty()) {
         output.addSettings(arguments.output);
     }
@@ -187,60 +187,60 @@ int runEdit(const Arguments& arguments, const Surroundings& around) {
         output.addImage(arguments.image);
     }
     if (arguments.output.empty() && arguments.image.empty()) {
-        around.reporter.note(
+        context.reporter.note(
             "the script is right; nothing was written, since neither --output nor --image was given");
     }
     return exitCode(output.write(tuning.store(), tuning.image()));
 }
 
-int runExport(const Arguments& arguments, const Surroundings& around) {
-    if (!areApart(arguments.output, arguments.file, around.reporter)) {
+int runExport(const Arguments& arguments, const CommandContext& context) {
+    if (!areApart(arguments.output, arguments.file, context.reporter)) {
         return exit_code::wrongUsage;
     }
-    const auto store = loadStore(arguments.file, {arguments.setIndex()}, around.reporter);
+    const auto store = loadStore(arguments.file, {arguments.setIndex()}, context.reporter);
     if (!store) {
         return exit_code::failed;
     }
-    TuningState tuning(around.reporter);
+    TuningState tuning(context.reporter);
     takeSetToSend(tuning, *store, arguments);
-    OutputFiles output(around.reporter);
+    OutputFiles output(context.reporter);
     output.addImage(arguments.output);
     if (!output.write(tuning.store(), tuning.image())) {
         return exit_code::failed;
     }
-    noteInputEq(*store, arguments, around.reporter);
+    noteInputEq(*store, arguments, context.reporter);
     return exit_code::done;
 }
 
-int runImport(const Arguments& arguments, const Surroundings& around) {
-    if (!areApart(arguments.output, arguments.image, around.reporter)) {
+int runImport(const Arguments& arguments, const CommandContext& context) {
+    if (!areApart(arguments.output, arguments.image, context.reporter)) {
         return exit_code::wrongUsage;
     }
-    const auto image = loadImage(arguments.image, around.reporter);
+    const auto image = loadImage(arguments.image, context.reporter);
     if (!image) {
         return exit_code::failed;
     }
-    const auto store = loadStore(arguments.file, {arguments.setIndex()}, around.reporter);
+    const auto store = loadStore(arguments.file, {arguments.setIndex()}, context.reporter);
     if (!store) {
         return exit_code::failed;
     }
-    TuningState tuning(around.reporter);
+    TuningState tuning(context.reporter);
     takeStore(tuning, *store, arguments.setIndex(), arguments.filterMode);
     tuning.replaceImage(*image);
     tuning.imageToSet();
-    OutputFiles output(around.reporter);
+    OutputFiles output(context.reporter);
     output.addSettings(arguments.output);
     return exitCode(output.write(tuning.store(), tuning.image()));
 }
 
-int runCurve(const Arguments& arguments, const Surroundings& around) {
-    const auto store = loadStore(arguments.file, {arguments.setIndex()}, around.reporter);
+int runCurve(const Arguments& arguments, const CommandContext& context) {
+    const auto store = loadStore(arguments.file, {arguments.setIndex()}, context.reporter);
     if (!store) {
         return exit_code::failed;
     }
-    TuningState tuning(around.reporter);
+    TuningState tuning(context.reporter);
     takeStore(tuning, *store, arguments.setIndex(), arguments.filterMode);
-    CurvePrinter printer(around.console.out);
+    CurvePrinter printer(context.console.out);
     tuning.setCurveDisplay(&printer);
     if (arguments.channel == 0) {
         tuning.showInputCurve();

@@ -8,13 +8,13 @@ namespace tessavo::cli {
 
 // The commands that work on files alone.
 
-int runNew(const Arguments& arguments, const Surroundings& around);
-int runShow(const Arguments& arguments, const Surroundings& around);
-int runDiff(const Arguments& arguments, const Surroundings& around);
-int runEdit(const Arguments& arguments, const Surroundings& around);
-int runExport(const Arguments& arguments, const Surroundings& around);
-int runImport(const Arguments& arguments, const Surroundings& around);
-int runCurve(const Arguments& arguments, const Surroundings& around);
+int runNew(const Arguments& arguments, const CommandContext& context);
+int runShow(const Arguments& arguments, const CommandContext& context);
+int runDiff(const Arguments& arguments, const CommandContext& context);
+int runEdit(const Arguments& arguments, const CommandContext& context);
+int runExport(const Arguments& arguments, const CommandContext& context);
+int runImport(const Arguments& arguments, const CommandContext& context);
+int runCurve(const Arguments& arguments, const CommandContext& context);
 
 /// Puts a loaded store into a fresh state, with one set current and its image and coefficients in step.
 void takeStore(TuningState& tuning, const ParameterStore& store, std::size_t setIndex,

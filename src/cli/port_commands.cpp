@@ -29,7 +29,7 @@ std::string targetSetText(std::uint8_t targetSet) {
 }
 
 // Sends the current set live and waits for its confirmation. Tells what fails.
-bool sendLive(TuningState& tuning, PortSession& session, const Surroundings& around,
+bool sendLive(TuningState& tuning, PortSession& session, const CommandContext& context,
               std::string_view consequence) {
     tuning.setLiveMode(true);
     std::array<std::uint8_t, maximumFrameSize> reply{};
@@ -44,7 +44,7 @@ bool sendLive(TuningState& tuning, PortSession& session, const Surroundings& aro
         return false;
     }
     if (!outcome.confirmed) {
-        around.reporter.showError(wrongSetText);
+        context.reporter.showError(wrongSetText);
         session.tellFailure("the target did not confirm the image", consequence);
         return false;
     }
@@ -53,95 +53,96 @@ bool sendLive(TuningState& tuning, PortSession& session, const Surroundings& aro
 
 }  // namespace
 
-int runPorts(const Arguments& /*arguments*/, const Surroundings& around) {
+int runPorts(const Arguments& /*arguments*/, const CommandContext& context) {
     const std::vector<std::string> ports = listPorts();
     for (const std::string& port : ports) {
-        around.console.out << port << "\n";
+        context.console.out << port << "\n";
     }
     if (ports.empty()) {
-        around.reporter.note(
+        context.reporter.note(
             "no serial port was found; name more of them in the environment variable TESSAVO_PORTS");
     }
     return exit_code::done;
 }
 
-int runVersions(const Arguments& arguments, const Surroundings& around) {
-    TuningState tuning(around.reporter);
-    PortSession session(arguments, around);
-    const auto versions = TargetCommands(tuning, session.engine(), around.reporter).ReadVersions();
+int runVersions(const Arguments& arguments, const CommandContext& context) {
+    TuningState tuning(context.reporter);
+    PortSession session(arguments, context);
+    const auto versions = TargetCommands(tuning, session.engine(), context.reporter).ReadVersions();
     if (!versions) {
         session.tellFailure(exchangeFailedText, "the versions are not known");
         return exit_code::failed;
     }
-    around.console.out << "Hardware Version " << versionText(versions->hardware) << "\nSoftware Version "
-                       << versionText(versions->software) << "\n";
+    context.console.out << "Hardware Version " << versionText(versions->hardware) << "\nSoftware Version "
+                        << versionText(versions->software) << "\n";
     return exit_code::done;
 }
 
-int runClip(const Arguments& arguments, const Surroundings& around) {
-    TuningState tuning(around.reporter);
-    PortSession session(arguments, around);
-    const auto state = TargetCommands(tuning, session.engine(), around.reporter).ReadClipState();
+int runClip(const Arguments& arguments, const CommandContext& context) {
+    TuningState tuning(context.reporter);
+    PortSession session(arguments, context);
+    const auto state = TargetCommands(tuning, session.engine(), context.reporter).ReadClipState();
     if (!state) {
         session.tellFailure(exchangeFailedText, "the clip state is not known");
         return exit_code::failed;
     }
-    around.console.out << clipReport(*state);
+    context.console.out << clipReport(*state);
     return exit_code::done;
 }
 
-int runLive(const Arguments& arguments, const Surroundings& around) {
-    const auto store = loadStore(arguments.file, {arguments.setIndex()}, around.reporter);
+int runLive(const Arguments& arguments, const CommandContext& context) {
+    const auto store = loadStore(arguments.file, {arguments.setIndex()}, context.reporter);
     if (!store) {
         return exit_code::failed;
     }
-    TuningState tuning(around.reporter);
+    TuningState tuning(context.reporter);
     takeSetToSend(tuning, *store, arguments);
-    noteInputEq(*store, arguments, around.reporter);
-    PortSession session(arguments, around);
-    if (!sendLive(tuning, session, around, "what it plays now is not known")) {
+    noteInputEq(*store, arguments, context.reporter);
+    PortSession session(arguments, context);
+    if (!sendLive(tuning, session, context, "what it plays now is not known")) {
         return exit_code::failed;
     }
-    around.console.out << "set " << arguments.set << " was sent live and confirmed\n";
+    context.console.out << "set " << arguments.set << " was sent live and confirmed\n";
     return exit_code::done;
 }
 
-int runWriteSet(const Arguments& arguments, const Surroundings& around) {
-    const auto store = loadStore(arguments.file, {arguments.setIndex()}, around.reporter);
+int runWriteSet(const Arguments& arguments, const CommandContext& context) {
+    const auto store = loadStore(arguments.file, {arguments.setIndex()}, context.reporter);
     if (!store) {
         return exit_code::failed;
     }
-    TuningState tuning(around.reporter);
+    TuningState tuning(context.reporter);
     takeSetToSend(tuning, *store, arguments);
-    noteInputEq(*store, arguments, around.reporter);
-    PortSession session(arguments, around);
-    const std::string place = targetSetText(arguments.targetSet) + " of the target";
-    if (!sendLive(tuning, session, around, place + " is unchanged")) {
+    noteInputEq(*store, arguments, context.reporter);
+    PortSession session(arguments, context);
+    const std::string savedSet = targetSetText(arguments.targetSet) + " of the target";
+    if (!sendLive(tuning, session, context, savedSet + " is unchanged")) {
         return exit_code::failed;
     }
-    if (!TargetCommands(tuning, session.engine(), around.reporter).SaveSetToRam(arguments.targetSet)) {
-        session.tellFailure(
-            "the set was sent, but the command to save it failed",
-            session.shutOut() ? place + " is unchanged" : "whether " + place + " has changed is not known");
+    if (!TargetCommands(tuning, session.engine(), context.reporter).SaveSetToRam(arguments.targetSet)) {
+        session.tellFailure("the set was sent, but the command to save it failed",
+                            session.portUnusable() ? savedSet + " is unchanged"
+                                                   : "whether " + savedSet + " has changed is not known");
         return exit_code::failed;
     }
-    around.console.out << "set " << arguments.set << " was sent, confirmed and saved as " << place << "\n";
+    context.console.out << "set " << arguments.set << " was sent, confirmed and saved as " << savedSet
+                        << "\n";
     return exit_code::done;
 }
 
-int runReadSet(const Arguments& arguments, const Surroundings& around) {
-    const auto store = loadStore(arguments.file, {arguments.setIndex()}, around.reporter);
-    OutputFiles output(around.reporter);
+int runReadSet(const Arguments& arguments, const CommandContext& context) {
+    const auto store = loadStore(arguments.file, {arguments.setIndex()}, context.reporter);
+    OutputFiles output(context.reporter);
     output.addSettings(arguments.output);
     // What cannot be written need not be read first.
     if (!store || !output.check()) {
         return exit_code::failed;
     }
-    TuningState tuning(around.reporter);
+    TuningState tuning(context.reporter);
     takeStore(tuning, *store, arguments.setIndex(), arguments.filterMode);
-    PortSession session(arguments, around);
+    PortSession session(arguments, context);
     const bool read =
-        TargetCommands(tuning, session.engine(), around.reporter).LoadSetFromRam(arguments.targetSet);
+        TargetCommands(tuning, session.engine(), context.reporter).LoadSetFromRam(arguments.targetSet);
     if (!read || session.interrupted()) {
         session.tellFailure("the set could not be read", nothingWrittenText);
         return exit_code::failed;
@@ -149,25 +150,25 @@ int runReadSet(const Arguments& arguments, const Surroundings& around) {
     if (!output.write(tuning.store(), tuning.image())) {
         return exit_code::failed;
     }
-    around.console.out << targetSetText(arguments.targetSet) << " of the target was read into set "
-                       << arguments.set << "\n";
+    context.console.out << targetSetText(arguments.targetSet) << " of the target was read into set "
+                        << arguments.set << "\n";
     return exit_code::done;
 }
 
-int runFlash(const Arguments& arguments, const Surroundings& around) {
+int runFlash(const Arguments& arguments, const CommandContext& context) {
     const auto start = readFileStart(pathOf(arguments.image), 1);
     if (!start) {
-        around.reporter.error(arguments.image + ": " + readTrouble(arguments.image));
+        context.reporter.error(arguments.image + ": " + readTrouble(arguments.image));
         return exit_code::failed;
     }
     // The exchange would go through without a block, and nobody would know that nothing was sent.
     if (start->bytes.empty()) {
-        around.reporter.error(arguments.image + ": the file is empty");
+        context.reporter.error(arguments.image + ": the file is empty");
         return exit_code::failed;
     }
-    TuningState tuning(around.reporter);
-    PortSession session(arguments, around);
-    TargetCommands commands(tuning, session.engine(), around.reporter);
+    TuningState tuning(context.reporter);
+    PortSession session(arguments, context);
+    TargetCommands commands(tuning, session.engine(), context.reporter);
     if (!commands.FlashFile(pathOf(arguments.image))) {
         // A file that cannot be taken was told already.
         if (session.tried()) {
@@ -176,7 +177,7 @@ int runFlash(const Arguments& arguments, const Surroundings& around) {
         }
         return exit_code::failed;
     }
-    around.console.out << arguments.image << " was sent\n";
+    context.console.out << arguments.image << " was sent\n";
     return exit_code::done;
 }
 

@@ -6,12 +6,12 @@ namespace tessavo::cli {
 
 // The commands that talk to the target, and the list of ports.
 
-int runPorts(const Arguments& arguments, const Surroundings& around);
-int runVersions(const Arguments& arguments, const Surroundings& around);
-int runClip(const Arguments& arguments, const Surroundings& around);
-int runLive(const Arguments& arguments, const Surroundings& around);
-int runWriteSet(const Arguments& arguments, const Surroundings& around);
-int runReadSet(const Arguments& arguments, const Surroundings& around);
-int runFlash(const Arguments& arguments, const Surroundings& around);
+int runPorts(const Arguments& arguments, const CommandContext& context);
+int runVersions(const Arguments& arguments, const CommandContext& context);
+int runClip(const Arguments& arguments, const CommandContext& context);
+int runLive(const Arguments& arguments, const CommandContext& context);
+int runWriteSet(const Arguments& arguments, const CommandContext& context);
+int runReadSet(const Arguments& arguments, const CommandContext& context);
+int runFlash(const Arguments& arguments, const CommandContext& context);
 
 }  // namespace tessavo::cli

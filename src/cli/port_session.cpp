@@ -24,11 +24,11 @@ class PortSession::NotingLine final : public SerialPortLine {
     PortUse& use_;
 };
 
-PortSession::PortSession(const Arguments& arguments, const Surroundings& around)
+PortSession::PortSession(const Arguments& arguments, const CommandContext& context)
     : portName_(arguments.port),
-      reporter_(around.reporter),
+      reporter_(context.reporter),
       engine_({[this](const std::string& portName) { return std::make_unique<NotingLine>(portName, use_); },
-               clock_, around.reporter, around.reporter, lock_, [this] { return portName_; },
+               clock_, context.reporter, context.reporter, lock_, [this] { return portName_; },
                [this](std::size_t done, std::size_t total) { reporter_.progress(done, total); }}),
       interruption_([this] {
           engine_.cancel();
@@ -40,7 +40,7 @@ void PortSession::tellFailure(std::string_view otherwise, std::string_view conse
     std::string text(otherwise);
     if (interrupted()) {
         text = "interrupted";
-    } else if (shutOut()) {
+    } else if (portUnusable()) {
         text = portTrouble(portName_, use_.trouble);
         // An exchange before this one may have sent something.
         if (!use_.everUsable) {

@@ -16,7 +16,7 @@ namespace tessavo::cli {
 /// What the exchanges of one command work with: a real port, the machine's clock, and a way out by Ctrl-C.
 class PortSession {
  public:
-    PortSession(const Arguments& arguments, const Surroundings& around);
+    PortSession(const Arguments& arguments, const CommandContext& context);
 
     [[nodiscard]] TransferEngine& engine() { return engine_; }
     [[nodiscard]] IClock& clock() { return clock_; }
@@ -25,7 +25,7 @@ class PortSession {
     /// Whether an exchange was tried at all.
     [[nodiscard]] bool tried() const { return use_.tried; }
     /// Whether the last exchange could not use the port, so that nothing of it was sent.
-    [[nodiscard]] bool shutOut() const { return use_.trouble != serial_result::success; }
+    [[nodiscard]] bool portUnusable() const { return use_.trouble != serial_result::success; }
 
     /// Says why the last exchange failed: the interruption, the port, or else `otherwise`.
     /// \param consequence what that means for the target or the files; nothing was sent when no exchange

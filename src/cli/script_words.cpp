@@ -70,7 +70,7 @@ std::vector<std::string_view> scriptCodes(const Field& field) {
 ScriptWords::ScriptWords(std::string_view line) : line_(line), words_(splitWords(line)) {}
 
 void ScriptWords::begin(std::string_view usage) {
-    taken_ = 1;
+    next_ = 1;
     usage_ = usage;
 }
 
@@ -82,18 +82,18 @@ std::optional<std::string_view> ScriptWords::take() {
         fail("an argument is missing, write: " + std::string(usage_));
         return std::nullopt;
     }
-    return words_[taken_++];
+    return words_[next_++];
 }
 
 std::string_view ScriptWords::rest() {
-    const std::string_view last = words_[taken_ - 1];
+    const std::string_view last = words_[next_ - 1];
     const auto behind = static_cast<std::size_t>(last.data() + last.size() - line_.data());
     const std::size_t start = line_.find_first_not_of(blanks, behind);
     if (start == std::string_view::npos) {
         take();
         return {};
     }
-    taken_ = words_.size();
+    next_ = words_.size();
     return line_.substr(start, line_.find_last_not_of(blanks) - start + 1);
 }
 

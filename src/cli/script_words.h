@@ -40,9 +40,9 @@ class ScriptWords {
 
     [[nodiscard]] bool failed() const { return error_.has_value(); }
     /// Whether no word is left.
-    [[nodiscard]] bool empty() const { return taken_ == words_.size(); }
+    [[nodiscard]] bool empty() const { return next_ == words_.size(); }
     /// The next word, without reading it; empty when there is none.
-    [[nodiscard]] std::string_view peek() const { return empty() ? std::string_view{} : words_[taken_]; }
+    [[nodiscard]] std::string_view peek() const { return empty() ? std::string_view{} : words_[next_]; }
 
     /// Records a fault that the caller found, unless there was one before.
     void fail(std::string message);
@@ -54,7 +54,7 @@ class ScriptWords {
 
     std::string_view line_;
     std::vector<std::string_view> words_;
-    std::size_t taken_ = 0;
+    std::size_t next_ = 0;
     std::string_view usage_;
     std::optional<std::string> error_;
 };

@@ -9,7 +9,7 @@ namespace tessavo::cli {
 
 namespace {
 
-struct Placed {
+struct LocatedDifference {
     std::size_t offset;
     Difference difference;
 };
@@ -27,7 +27,7 @@ class SetComparison {
           firstBytes_(bytesOf(first)),
           secondBytes_(bytesOf(second)) {}
 
-    std::vector<Placed> run() {
+    std::vector<LocatedDifference> run() {
         for (const Field& field : fieldTable()) {
             forEachElement(field, [&](FieldIndex index) { compareElement(field, index); });
         }
@@ -39,8 +39,9 @@ class SetComparison {
                 compareSpare(run.offset + i);
             }
         }
-        std::stable_sort(found_.begin(), found_.end(),
-                         [](const Placed& a, const Placed& b) { return a.offset < b.offset; });
+        std::stable_sort(
+            found_.begin(), found_.end(),
+            [](const LocatedDifference& a, const LocatedDifference& b) { return a.offset < b.offset; });
         return std::move(found_);
     }
 
@@ -90,7 +91,7 @@ class SetComparison {
     const ParameterSet& second_;
     RecordBytes firstBytes_;
     RecordBytes secondBytes_;
-    std::vector<Placed> found_;
+    std::vector<LocatedDifference> found_;
 };
 
 }  // namespace
@@ -98,8 +99,8 @@ class SetComparison {
 std::vector<Difference> differences(const ParameterStore& first, const ParameterStore& second) {
     std::vector<Difference> all;
     for (std::size_t set = 0; set < setCount; ++set) {
-        for (Placed& placed : SetComparison(set, first.sets[set], second.sets[set]).run()) {
-            all.push_back(std::move(placed.difference));
+        for (LocatedDifference& located : SetComparison(set, first.sets[set], second.sets[set]).run()) {
+            all.push_back(std::move(located.difference));
         }
     }
     return all;

@@ -64,9 +64,9 @@ const std::vector<SpareRun>& spareRuns() {
 std::string elementPath(const Field& field, FieldIndex index) {
     std::string path(field.path);
     for (const std::size_t number : {index.outer, index.inner}) {
-        const std::size_t place = path.find("[]");
-        if (place != std::string::npos) {
-            path.insert(place + 1, std::to_string(number));
+        const std::size_t bracket = path.find("[]");
+        if (bracket != std::string::npos) {
+            path.insert(bracket + 1, std::to_string(number));
         }
     }
     return path;

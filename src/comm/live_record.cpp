@@ -5,11 +5,11 @@ namespace tessavo {
 void LiveRecord::note(LiveWorker::State state, const ParameterImage& image) {
     const std::lock_guard guard(mutex_);
     if (state == LiveWorker::State::sending) {
-        underWay_ = image;
+        inTransit_ = image;
         confirmed_.reset();
     } else if (state == LiveWorker::State::confirmed) {
         // Nothing when it was forgotten on its way.
-        confirmed_ = underWay_;
+        confirmed_ = inTransit_;
     } else {
         confirmed_.reset();
     }
@@ -26,7 +26,7 @@ void LiveRecord::noteEnd(ExchangeEnd end) {
 void LiveRecord::forget() {
     const std::lock_guard guard(mutex_);
     confirmed_.reset();
-    underWay_.reset();
+    inTransit_.reset();
 }
 
 std::optional<ParameterImage> LiveRecord::confirmed() const {

@@ -26,7 +26,7 @@ class LiveRecord {
 
  private:
     mutable std::mutex mutex_;
-    std::optional<ParameterImage> underWay_;
+    std::optional<ParameterImage> inTransit_;
     std::optional<ParameterImage> confirmed_;
 };
 

@@ -71,54 +71,54 @@ bool isUsbNumber(std::string_view text) {
 }
 
 // The nearest bus decides: a Bluetooth port does not hang on USB because the radio does.
-struct Place {
+struct BusPosition {
     std::string bus;
     std::string interfaceName;          ///< of a USB device's part, when it has a name
     std::optional<fs::path> usbDevice;  ///< folder with the device's numbers
 };
 
-Place placeOf(const fs::path& terminalFolder) {
-    Place place;
+BusPosition busPositionOf(const fs::path& terminalFolder) {
+    BusPosition position;
     std::error_code error;
     fs::path folder = fs::canonical(terminalFolder / "device", error);
     for (int depth = 0; !error && depth < deepestFolder && folder.has_relative_path(); ++depth) {
         const std::string bus = busOf(folder);
-        if (place.bus.empty() && !isLayer(bus)) {
-            place.bus = bus;
+        if (position.bus.empty() && !isLayer(bus)) {
+            position.bus = bus;
         }
-        if (!place.bus.empty() && !isUsb(place.bus)) {
+        if (!position.bus.empty() && !isUsb(position.bus)) {
             break;
         }
-        if (place.interfaceName.empty()) {
-            place.interfaceName = attribute(folder / "interface");
+        if (position.interfaceName.empty()) {
+            position.interfaceName = attribute(folder / "interface");
         }
         if (!attribute(folder / "idVendor").empty()) {
-            place.bus = "usb";
-            place.usbDevice = folder;
+            position.bus = "usb";
+            position.usbDevice = folder;
             break;
         }
         folder = folder.parent_path();
     }
-    return place;
+    return position;
 }
 
-PortDevice usbDevice(const Place& place) {
+PortDevice usbDevice(const BusPosition& position) {
     PortDevice device{.description = "USB device", .identity = {}};
-    if (place.usbDevice) {
-        const std::string vendor = attribute(*place.usbDevice / "idVendor");
-        const std::string product = attribute(*place.usbDevice / "idProduct");
+    if (position.usbDevice) {
+        const std::string vendor = attribute(*position.usbDevice / "idVendor");
+        const std::string product = attribute(*position.usbDevice / "idProduct");
         if (isUsbNumber(vendor) && isUsbNumber(product)) {
             const std::string numbers = vendor + ":" + product;
             device.description += " " + numbers;
-            device.identity = numbers + ":" + attribute(*place.usbDevice / "serial");
+            device.identity = numbers + ":" + attribute(*position.usbDevice / "serial");
         }
-        if (const std::string name = attribute(*place.usbDevice / "product"); !name.empty()) {
+        if (const std::string name = attribute(*position.usbDevice / "product"); !name.empty()) {
             device.description = name;
             return device;
         }
     }
-    if (!place.interfaceName.empty()) {
-        device.description = place.interfaceName;
+    if (!position.interfaceName.empty()) {
+        device.description = position.interfaceName;
     }
     return device;
 }
@@ -144,32 +144,32 @@ bool isUartName(std::string_view name) {
 }
 
 TerminalDevice terminalDevice(const fs::path& terminalFolder) {
-    const Place place = placeOf(terminalFolder);
+    const BusPosition position = busPositionOf(terminalFolder);
     Attachment attachment = attachmentByName(terminalFolder.filename().string());
-    if (isUsb(place.bus)) {
+    if (isUsb(position.bus)) {
         attachment = Attachment::usb;
-    } else if (isBoard(place.bus)) {
+    } else if (isBoard(position.bus)) {
         attachment = Attachment::builtIn;
-    } else if (!place.bus.empty()) {
+    } else if (!position.bus.empty()) {
         attachment = Attachment::plugged;
     }
     switch (attachment) {
         case Attachment::usb:
-            return {attachment, usbDevice(place)};
+            return {attachment, usbDevice(position)};
         case Attachment::builtIn:
             return {attachment, {.description = "built-in serial port", .identity = {}}};
         case Attachment::plugged:
             break;
     }
-    if (place.bus == "pci") {
+    if (position.bus == "pci") {
         return {attachment, {.description = "PCI serial port", .identity = {}}};
     }
-    if (place.bus == "bluetooth") {
+    if (position.bus == "bluetooth") {
         return {attachment, {.description = "Bluetooth serial port", .identity = {}}};
     }
-    return {
-        attachment,
-        {.description = place.bus.empty() ? "serial port" : oneLine(place.bus) + " device", .identity = {}}};
+    return {attachment,
+            {.description = position.bus.empty() ? "serial port" : oneLine(position.bus) + " device",
+             .identity = {}}};
 }
 
 bool isThere(const std::string& portName, const fs::path& deviceFolder) {

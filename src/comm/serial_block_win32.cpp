@@ -22,8 +22,8 @@ struct LeftBehind {
 
 // Never destroyed: the system may write to a block until the very end of the process.
 LeftBehind& all() {
-    static auto* const kept = new LeftBehind;
-    return *kept;
+    static auto* const remaining = new LeftBehind;
+    return *remaining;
 }
 
 }  // namespace
@@ -41,17 +41,17 @@ bool Block::prepare(std::size_t size) {
 }
 
 void leaveBehind(std::unique_ptr<Block> block) {
-    LeftBehind& kept = all();
-    const std::lock_guard guard(kept.mutex);
-    kept.sweep();
-    kept.blocks.push_back(std::move(block));
+    LeftBehind& remaining = all();
+    const std::lock_guard guard(remaining.mutex);
+    remaining.sweep();
+    remaining.blocks.push_back(std::move(block));
 }
 
 std::size_t leftBehind() {
-    LeftBehind& kept = all();
-    const std::lock_guard guard(kept.mutex);
-    kept.sweep();
-    return kept.blocks.size();
+    LeftBehind& remaining = all();
+    const std::lock_guard guard(remaining.mutex);
+    remaining.sweep();
+    return remaining.blocks.size();
 }
 
 }  // namespace tessavo::win32

@@ -57,8 +57,8 @@ struct CSerial::Native {
     std::uint32_t step(Operation& operation) const;
     std::uint32_t finish(Operation& operation, std::uint32_t timeoutMs);
     // Starts an operation for its caller to complete.
-    std::uint32_t start(Operation& operation, Operation& kept) const;
-    std::uint32_t perform(Operation& operation, Operation* kept, std::uint32_t timeoutMs);
+    std::uint32_t start(Operation& operation, Operation& deferred) const;
+    std::uint32_t perform(Operation& operation, Operation* deferred, std::uint32_t timeoutMs);
 };
 
 }  // namespace tessavo

@@ -87,8 +87,8 @@ struct CSerial::Native {
     std::uint32_t await(Operation& operation, std::uint32_t timeoutMs) const;
     std::uint32_t perform(Operation& operation, std::uint32_t timeoutMs);
     // Begins an operation for its caller to complete.
-    std::uint32_t hand(Operation& operation, Operation& kept) const;
-    std::uint32_t run(Operation& operation, Operation* kept, std::uint32_t timeoutMs);
+    std::uint32_t hand(Operation& operation, Operation& deferred) const;
+    std::uint32_t run(Operation& operation, Operation* deferred, std::uint32_t timeoutMs);
 };
 
 }  // namespace tessavo

@@ -107,8 +107,8 @@ std::uint32_t CSerial::Native::finish(Operation& operation, std::uint32_t timeou
     }
 }
 
-std::uint32_t CSerial::Native::start(Operation& operation, Operation& kept) const {
-    if (kept.kind) {
+std::uint32_t CSerial::Native::start(Operation& operation, Operation& deferred) const {
+    if (deferred.kind) {
         return serial_result::busy;
     }
     const std::uint32_t result = step(operation);
@@ -118,13 +118,13 @@ std::uint32_t CSerial::Native::start(Operation& operation, Operation& kept) cons
     operation.port = this;
     operation.opening = opening;
     operation.finished = result == serial_result::success;
-    kept = operation;
+    deferred = operation;
     return serial_result::success;
 }
 
-std::uint32_t CSerial::Native::perform(Operation& operation, Operation* kept, std::uint32_t timeoutMs) {
-    if (kept != nullptr) {
-        return start(operation, *kept);
+std::uint32_t CSerial::Native::perform(Operation& operation, Operation* deferred, std::uint32_t timeoutMs) {
+    if (deferred != nullptr) {
+        return start(operation, *deferred);
     }
     if (operation.finished) {
         return serial_result::success;
@@ -205,11 +205,11 @@ std::uint32_t CSerial::carryOut(const Transfer& transfer, SerialOverlapped* over
 }
 
 std::uint32_t CSerial::carryOn(SerialOverlapped& overlapped, std::uint32_t timeoutMs, std::uint32_t& moved) {
-    Native::Operation& kept = *overlapped.native_;
-    if (!kept.kind || kept.port != native_.get() || kept.opening != native_->opening) {
+    Native::Operation& deferred = *overlapped.native_;
+    if (!deferred.kind || deferred.port != native_.get() || deferred.opening != native_->opening) {
         return serial_result::invalidArgument;
     }
-    Native::Operation operation = std::exchange(kept, Native::Operation{});
+    Native::Operation operation = std::exchange(deferred, Native::Operation{});
     const std::uint32_t result =
         isCancelled() ? serial_result::operationAborted : native_->perform(operation, nullptr, timeoutMs);
     if (operation.kind == TransferKind::event) {

@@ -160,24 +160,24 @@ std::uint32_t CSerial::Native::perform(Operation& operation, std::uint32_t timeo
     return result;
 }
 
-std::uint32_t CSerial::Native::hand(Operation& operation, Operation& kept) const {
-    if (kept.kind) {
+std::uint32_t CSerial::Native::hand(Operation& operation, Operation& deferred) const {
+    if (deferred.kind) {
         return serial_result::busy;
     }
     bool pending = false;
     operation.block = std::make_unique<win32::Block>();
     const std::uint32_t result = begin(operation, pending);
     if (result == serial_result::success) {
-        kept = std::move(operation);
+        deferred = std::move(operation);
     }
     return result;
 }
 
-std::uint32_t CSerial::Native::run(Operation& operation, Operation* kept, std::uint32_t timeoutMs) {
+std::uint32_t CSerial::Native::run(Operation& operation, Operation* deferred, std::uint32_t timeoutMs) {
     if (opening->stuck) {
         return serial_result::ioDevice;
     }
-    return kept != nullptr ? hand(operation, *kept) : perform(operation, timeoutMs);
+    return deferred != nullptr ? hand(operation, *deferred) : perform(operation, timeoutMs);
 }
 
 CSerial::CSerial() : CSerial(std::make_unique<Native>()) {}
@@ -272,11 +272,11 @@ std::uint32_t CSerial::carryOut(const Transfer& transfer, SerialOverlapped* over
 }
 
 std::uint32_t CSerial::carryOn(SerialOverlapped& overlapped, std::uint32_t timeoutMs, std::uint32_t& moved) {
-    Native::Operation& kept = *overlapped.native_;
-    if (!kept.kind || kept.opening.lock() != native_->opening) {
+    Native::Operation& deferred = *overlapped.native_;
+    if (!deferred.kind || deferred.opening.lock() != native_->opening) {
         return serial_result::invalidArgument;
     }
-    Native::Operation operation = std::exchange(kept, Native::Operation{});
+    Native::Operation operation = std::exchange(deferred, Native::Operation{});
     operation.moved = 0;
     std::uint32_t result = serial_result::operationAborted;
     if (!isCancelled()) {

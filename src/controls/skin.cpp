@@ -111,7 +111,7 @@ void Skin::clear() {
     cache().clear();
 }
 
-qsizetype Skin::keptBytes() {
+qsizetype Skin::cachedBytes() {
     return cache().totalCost();
 }
 

@@ -83,7 +83,7 @@ class Skin {
 
     /// How many bytes the remembered pixmaps take: never more than `limitBytes`, since those not used for
     /// longest are forgotten.
-    [[nodiscard]] static qsizetype keptBytes();
+    [[nodiscard]] static qsizetype cachedBytes();
     static constexpr qsizetype limitBytes = qsizetype{6} * 1024 * 1024;
 
     /// Thickness of a hairline in device pixels.

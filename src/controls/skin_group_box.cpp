@@ -36,7 +36,7 @@ void SkinGroupBox::setTitle(const QString& title) {
     update();
 }
 
-void SkinGroupBox::setTitlePlace(QPoint position, bool centred) {
+void SkinGroupBox::setTitlePosition(QPoint position, bool centred) {
     titlePosition_ = position;
     centred_ = centred;
     update();

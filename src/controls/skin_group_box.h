@@ -23,7 +23,7 @@ class SkinGroupBox : public QWidget {
     /// Sets where the title stands. Without a call the title of a card stands at (12, 7), not centred.
     /// \param position left upper corner of the title's row, which is 16 pixels high
     /// \param centred whether the title stands in the middle of the group instead of at the left
-    void setTitlePlace(QPoint position, bool centred = false);
+    void setTitlePosition(QPoint position, bool centred = false);
 
     /// Shows whether a group that can be bypassed is in circuit: then it has a bar at its top and a bright
     /// title, otherwise neither.

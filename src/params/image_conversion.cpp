@@ -163,7 +163,7 @@ void readImageFields(ParameterStore& store, std::size_t setIndex, const Paramete
     }
 }
 
-bool holdTheSameForTheImage(const ParameterSet& one, const ParameterSet& other) {
+bool haveEqualImageFields(const ParameterSet& one, const ParameterSet& other) {
     return std::ranges::all_of(fieldTable(), [&](const Field& field) {
         bool same = true;
         if (field.rule != ImageRule::none) {

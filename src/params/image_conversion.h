@@ -22,6 +22,6 @@ void readImageFields(ParameterStore& store, std::size_t setIndex, const Paramete
 
 /// Whether two sets hold the same bytes in every field that the image carries. Name, version and other fields
 /// that the target does not take may differ.
-[[nodiscard]] bool holdTheSameForTheImage(const ParameterSet& one, const ParameterSet& other);
+[[nodiscard]] bool haveEqualImageFields(const ParameterSet& one, const ParameterSet& other);
 
 }  // namespace tessavo

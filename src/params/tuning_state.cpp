@@ -135,7 +135,7 @@ void TuningState::storeReceivedImage(const ParameterStore& before) {
 
 void TuningState::discardOutdatedImage() {
     auto& received = received_[currentSet_];
-    if (received && !holdTheSameForTheImage(received->record, currentParameterSet())) {
+    if (received && !haveEqualImageFields(received->record, currentParameterSet())) {
         received.reset();
     }
 }

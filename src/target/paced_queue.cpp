@@ -27,19 +27,19 @@ std::optional<TargetTime> PacedQueue::nextDue() const {
     if (runs_.empty()) {
         return std::nullopt;
     }
-    return arrival(runs_.front(), runs_.front().taken);
+    return arrival(runs_.front(), runs_.front().consumed);
 }
 
 std::vector<std::uint8_t> PacedQueue::take(TargetTime now, std::size_t limit) {
     std::vector<std::uint8_t> due;
     while (!runs_.empty() && due.size() < limit) {
         Run& run = runs_.front();
-        if (arrival(run, run.taken) > now) {
+        if (arrival(run, run.consumed) > now) {
             break;
         }
-        due.push_back(run.bytes[run.taken]);
-        ++run.taken;
-        if (run.taken == run.bytes.size()) {
+        due.push_back(run.bytes[run.consumed]);
+        ++run.consumed;
+        if (run.consumed == run.bytes.size()) {
             runs_.pop_front();
         }
     }

@@ -38,7 +38,7 @@ class PacedQueue {
  private:
     struct Run {
         std::vector<std::uint8_t> bytes;
-        std::size_t taken = 0;
+        std::size_t consumed = 0;
         TargetTime start{0};
     };
     [[nodiscard]] TargetTime arrival(const Run& run, std::size_t index) const;

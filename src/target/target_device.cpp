@@ -143,14 +143,14 @@ void TargetDevice::handleFrame(std::span<const std::uint8_t> frame) {
 }
 
 void TargetDevice::handleBlock(const XModemMessage& message) {
-    const bool underWay = messageType_ != 0;
+    const bool transferRunning = messageType_ != 0;
     const auto before = static_cast<std::uint8_t>(expectedBlock_ - 1);
-    if (underWay && message.type == messageType_ && message.blockNumber == before) {
+    if (transferRunning && message.type == messageType_ && message.blockNumber == before) {
         note(log_, "block number " + std::to_string(message.blockNumber) + " came again; not taken twice");
         answer(control_byte::positive);
         return;
     }
-    if (message.blockNumber != expectedBlock_ || (underWay && message.type != messageType_)) {
+    if (message.blockNumber != expectedBlock_ || (transferRunning && message.type != messageType_)) {
         note(log_, "refused block number " + std::to_string(message.blockNumber) + " of type " +
                        std::to_string(message.type) + ": out of turn");
         answer(control_byte::negative);

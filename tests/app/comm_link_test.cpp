@@ -143,10 +143,10 @@ class PacedLine : public ::testing::Test {
 TEST_F(PacedLine, ThirtyEditsStarveNoQuestionAndNoQuestionsStarveAnEdit) {
     constexpr int edits = 30;
     std::atomic<int> unanswered = 0;
-    poller = std::make_unique<ClipPoller>(
-        ClipPoller::Outside{[this] { return link.background().ReadClipState(); },
-                            [this](const LineTurns::Wanted& wanted) { return link.takeTurnForPoll(wanted); },
-                            [&](const std::optional<ClipState>& state) { unanswered += state ? 0 : 1; }});
+    poller = std::make_unique<ClipPoller>(ClipPoller::Dependencies{
+        [this] { return link.background().ReadClipState(); },
+        [this](const LineTurns::Wanted& wanted) { return link.takeTurnForPoll(wanted); },
+        [&](const std::optional<ClipState>& state) { unanswered += state ? 0 : 1; }});
     poller->setOn(true);
     ASSERT_TRUE(link.startWorker());
     tuning.setLiveMode(true);

@@ -102,15 +102,15 @@ TEST_F(DamagedProfile, FilesFoldersAndPortsThatAreGoneDoNoHarm) {
 TEST_F(DamagedProfile, APlaceFarFromEveryScreenIsBroughtBack) {
     // As the toolkit writes it: its mark and version, frame and normal geometry, screen, states, width,
     // geometry.
-    for (const QRect& place : {QRect(50000, 40000, 1024, 736), QRect(-50000, -40000, 1024, 736),
-                               QRect(QPoint(2147483000, 5), QPoint(2147483600, 700)), QRect(10, 10, 0, 0),
-                               QRect(10, 10, 100000, 100000)}) {
+    for (const QRect& bounds : {QRect(50000, 40000, 1024, 736), QRect(-50000, -40000, 1024, 736),
+                                QRect(QPoint(2147483000, 5), QPoint(2147483600, 700)), QRect(10, 10, 0, 0),
+                                QRect(10, 10, 100000, 100000)}) {
         QByteArray bytes;
         QDataStream stream(&bytes, QIODevice::WriteOnly);
         stream.setVersion(QDataStream::Qt_4_0);
-        stream << quint32{0x1D9D0CB} << quint16{3} << quint16{0} << place << place << qint32{7} << quint8{0}
-               << quint8{0} << qint32{1920} << place;
-        Profile(path()).setWindowPlace(bytes);
+        stream << quint32{0x1D9D0CB} << quint16{3} << quint16{0} << bounds << bounds << qint32{7} << quint8{0}
+               << quint8{0} << qint32{1920} << bounds;
+        Profile(path()).setWindowPlacement(bytes);
         EXPECT_THAT(startAndClose(path()), IsEmpty());
     }
 }

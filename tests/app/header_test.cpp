@@ -37,7 +37,7 @@ TEST_F(Header, EveryControlStandsWhereItsRowSays) {
     for (const ControlRow& row : headerRows()) {
         if (row.identifier >= 0) {
             const auto& one = control<QWidget>(row.identifier);
-            EXPECT_EQ(QRect(one.mapTo(&view(), QPoint(0, 0)), one.size()), rectOf(row.place))
+            EXPECT_EQ(QRect(one.mapTo(&view(), QPoint(0, 0)), one.size()), rectOf(row.bounds))
                 << row.identifier;
         }
     }

@@ -111,16 +111,16 @@ TEST_F(Channel, HandsPathsOverOneAfterAnother) {
     ASSERT_TRUE(channel.isOpen());
     const QString first = wholePath(QStringLiteral("Grün 声.eqs"));
     const QString second = wholePath(QStringLiteral("b.eqs"));
-    EXPECT_EQ(handOver(first), Answer::taken);
-    EXPECT_EQ(handOver({}), Answer::taken);
-    EXPECT_EQ(handOver(second), Answer::taken);
+    EXPECT_EQ(handOver(first), Answer::accepted);
+    EXPECT_EQ(handOver({}), Answer::accepted);
+    EXPECT_EQ(handOver(second), Answer::accepted);
     EXPECT_THAT(taken, ElementsAre(first.toStdString(), "", second.toStdString()));
 }
 
 TEST_F(Channel, HandsALongPathOverInSeveralParts) {
     const InstanceChannel channel(textOf(folder.path()), taker());
     const QString path = wholePath(QString(20000, QLatin1Char('a')));
-    EXPECT_EQ(handOver(path), Answer::taken);
+    EXPECT_EQ(handOver(path), Answer::accepted);
     EXPECT_THAT(taken, ElementsAre(path.toStdString()));
     EXPECT_EQ(handOver(wholePath(QString(longestHandedPath, QLatin1Char('a')))), Answer::refused);
     EXPECT_EQ(taken.size(), 1U);
@@ -145,7 +145,7 @@ TEST_F(Channel, FindsNobodyWhereNoProgramListens) {
     EXPECT_EQ(handOver(wholePath(QStringLiteral("a.eqs"))), Answer::nobody);
     const InstanceChannel next(textOf(folder.path()), taker());
     EXPECT_TRUE(next.isOpen());
-    EXPECT_EQ(handOver({}), Answer::taken);
+    EXPECT_EQ(handOver({}), Answer::accepted);
 }
 
 TEST_F(Channel, ASecondStartDoesNotWaitForAProgramThatHangs) {
@@ -177,7 +177,7 @@ TEST_F(Channel, ManyStartsAtOnceAreAllHeard) {
         EXPECT_TRUE(
             QTest::qWaitFor([&] { return answer.wait_for(milliseconds(0)) == std::future_status::ready; },
                             static_cast<int>(longEnough.count())));
-        EXPECT_EQ(answer.get(), Answer::taken);
+        EXPECT_EQ(answer.get(), Answer::accepted);
     }
     EXPECT_EQ(taken.size(), starts);
 }

@@ -372,7 +372,7 @@ TEST_F(MainFrame, ComesBackWhereItWas) {
 TEST_F(MainFrame, APlaceOfAMaximisedWindowDoesNotMaximiseIt) {
     QWidget other;
     other.showMaximized();
-    profile->setWindowPlace(other.saveGeometry());
+    profile->setWindowPlacement(other.saveGeometry());
     makeFrame();
     EXPECT_FALSE(frame->isMaximized());
     EXPECT_FALSE(frame->isFullScreen());
@@ -382,7 +382,7 @@ TEST_F(MainFrame, APlaceOfAMaximisedWindowDoesNotMaximiseIt) {
 
 TEST_F(MainFrame, ADamagedPlaceIsForgotten) {
     for (const QByteArray& place : {QByteArray("garbage"), QByteArray(500, '\xff'), QByteArray(1, '\0')}) {
-        profile->setWindowPlace(place);
+        profile->setWindowPlacement(place);
         makeFrame();
         EXPECT_EQ(frame->size(), QSize(1024, 736));
         EXPECT_TRUE(QGuiApplication::primaryScreen()->geometry().intersects(frame->geometry()));

@@ -49,7 +49,7 @@ TEST_F(ProfileTest, AMissingOneIsEmpty) {
     EXPECT_TRUE(profile.recentFiles().isEmpty());
     EXPECT_TRUE(profile.lastPort().isEmpty());
     EXPECT_TRUE(profile.lastFolder().isEmpty());
-    EXPECT_TRUE(profile.windowPlace().isEmpty());
+    EXPECT_TRUE(profile.windowPlacement().isEmpty());
 }
 
 TEST_F(ProfileTest, KeepsEverythingForTheNextStart) {
@@ -58,13 +58,13 @@ TEST_F(ProfileTest, KeepsEverythingForTheNextStart) {
         profile.addRecentFile(QStringLiteral("/a, b; \"c\" = ü%.eqs"));
         profile.setLastPort(QStringLiteral("pts/3"));
         profile.setLastFolder(QStringLiteral("/some folder"));
-        profile.setWindowPlace(QByteArray("\0\xff\n,;", 5));
+        profile.setWindowPlacement(QByteArray("\0\xff\n,;", 5));
     }
     const Profile profile(path());
     EXPECT_EQ(profile.recentFiles(), QStringList{whole(QStringLiteral("/a, b; \"c\" = ü%.eqs"))});
     EXPECT_EQ(profile.lastPort(), QStringLiteral("pts/3"));
     EXPECT_EQ(profile.lastFolder(), QStringLiteral("/some folder"));
-    EXPECT_EQ(profile.windowPlace(), QByteArray("\0\xff\n,;", 5));
+    EXPECT_EQ(profile.windowPlacement(), QByteArray("\0\xff\n,;", 5));
 }
 
 TEST_F(ProfileTest, KeepsFourFilesOnceEachNewestFirst) {

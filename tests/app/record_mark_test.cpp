@@ -61,12 +61,12 @@ TEST_F(InvalidSets, AreMarkedBesideTheSelectorWithTheReason) {
     EXPECT_EQ(mark().toolTip(), told);
     EXPECT_EQ(mark().accessibleDescription(), told);
     EXPECT_EQ(setSelector().accessibleDescription(), told) << "where the keyboard comes by";
-    const QRect place(mark().mapTo(frame.get(), QPoint()), mark().size());
+    const QRect bounds(mark().mapTo(frame.get(), QPoint()), mark().size());
     const QRect selector(setSelector().mapTo(frame.get(), QPoint()), setSelector().size());
-    EXPECT_FALSE(place.intersects(selector));
-    EXPECT_LE(selector.left() - place.right(), 8);
-    EXPECT_EQ(place.center().y(), selector.center().y());
-    EXPECT_TRUE(frame->rect().contains(place));
+    EXPECT_FALSE(bounds.intersects(selector));
+    EXPECT_LE(selector.left() - bounds.right(), 8);
+    EXPECT_EQ(bounds.center().y(), selector.center().y());
+    EXPECT_TRUE(frame->rect().contains(bounds));
     const QStringList reasons{QString(), QStringLiteral("No valid record: starts with 7 instead of 2120"),
                               QString(), QStringLiteral("No valid record: all zeros"), QString()};
     for (int set = 0; set < 5; ++set) {

@@ -30,8 +30,8 @@ class SettingsFiles : public FrameTest {
     std::u16string firstName() { return readSetText(tuning.store().sets[0].setName); }
 
     /// The widget that takes what is dragged over a place, as the toolkit looks for it.
-    QWidget* dragTargetAt(const QPoint& place) {
-        QWidget* target = frame->childAt(place);
+    QWidget* dragTargetAt(const QPoint& point) {
+        QWidget* target = frame->childAt(point);
         target = target == nullptr ? frame.get() : target;
         while (!target->acceptDrops() && !target->isWindow()) {
             target = target->parentWidget();
@@ -39,9 +39,9 @@ class SettingsFiles : public FrameTest {
         return target;
     }
     /// Drags over a place and lets go when it is taken there.
-    bool drop(QMimeData& data, const QPoint& place = {500, 300}) {
-        QWidget* target = dragTargetAt(place);
-        const QPoint there = target->mapFrom(frame.get(), place);
+    bool drop(QMimeData& data, const QPoint& point = {500, 300}) {
+        QWidget* target = dragTargetAt(point);
+        const QPoint there = target->mapFrom(frame.get(), point);
         QDragEnterEvent enter(there, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
         enter.ignore();
         QApplication::sendEvent(target, &enter);

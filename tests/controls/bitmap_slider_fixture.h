@@ -39,8 +39,8 @@ class BitmapSliderTest : public testing::Test {
     }
     void press(int pixel) { QTest::mousePress(slider_, Qt::LeftButton, {}, at(pixel)); }
     void move(int pixel) {
-        const QPointF place(at(pixel));
-        QMouseEvent event(QEvent::MouseMove, place, slider_->mapToGlobal(place), Qt::NoButton, Qt::LeftButton,
+        const QPointF point(at(pixel));
+        QMouseEvent event(QEvent::MouseMove, point, slider_->mapToGlobal(point), Qt::NoButton, Qt::LeftButton,
                           {});
         QApplication::sendEvent(slider_, &event);
     }

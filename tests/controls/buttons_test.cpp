@@ -124,9 +124,9 @@ TEST(SkinButton, TheRingComesBackWithItsWindow) {
 TEST(SkinMarks, TheWholeRowIsTheTarget) {
     SkinCheckBox check(QStringLiteral("Enabled"), 7);
     check.resize(86, 22);
-    for (const QPoint place : {QPoint(1, 1), QPoint(11, 11), QPoint(84, 20)}) {
+    for (const QPoint point : {QPoint(1, 1), QPoint(11, 11), QPoint(84, 20)}) {
         const bool before = check.isChecked();
-        QTest::mouseClick(&check, Qt::LeftButton, {}, place);
+        QTest::mouseClick(&check, Qt::LeftButton, {}, point);
         EXPECT_NE(check.isChecked(), before);
     }
     SkinRadioButton radio(QStringLiteral("Channel 1"), 8);

@@ -81,13 +81,13 @@ void ControlSheet::paintEvent(QPaintEvent* /*event*/) {
     SkinPainter(this).fillRect(rect(), QColor::fromRgb(theme::window));
 }
 
-void ControlSheet::addText(const QRect& place, const QString& text, const QFont& font, QRgb color,
+void ControlSheet::addText(const QRect& bounds, const QString& text, const QFont& font, QRgb color,
                            Qt::Alignment alignment) {
     auto* label = new CColorControl(text, noId, this);
     label->setFont(font);
     label->setColors(QColor::fromRgb(color));
     label->setAlignment(alignment | Qt::AlignVCenter);
-    label->setGeometry(place);
+    label->setGeometry(bounds);
 }
 
 void ControlSheet::addLabel(int x, int y, int width, const QString& text) {
@@ -98,11 +98,11 @@ void ControlSheet::addCentred(int x, int y, int width, const QString& text) {
     addText({x, y, width, 14}, text, theme::font(11), theme::text2, Qt::AlignHCenter);
 }
 
-QWidget* ControlSheet::addSection(const QRect& place, const QString& title) {
+QWidget* ControlSheet::addSection(const QRect& bounds, const QString& title) {
     auto* section = new SkinGroupBox(title, noId, this);
-    section->setTitlePlace({16, 12});
+    section->setTitlePosition({16, 12});
     section->setFont(theme::font(13, QFont::DemiBold));
-    section->setGeometry(place);
+    section->setGeometry(bounds);
     return section;
 }
 
@@ -259,9 +259,9 @@ void ControlSheet::addCombos() {
 
 void ControlSheet::addEdits() {
     addSection({856, 554, 400, 190}, QStringLiteral("Edit"));
-    const auto number = [this](const QRect& place, const QString& text, QRgb color) {
+    const auto number = [this](const QRect& bounds, const QString& text, QRgb color) {
         auto* edit = new NumberEdit(noId, this);
-        edit->setGeometry(place);
+        edit->setGeometry(bounds);
         edit->setColor(color);
         edit->setValueText(text);
         return edit;

@@ -34,8 +34,8 @@ class ControlSheet : public QWidget {
     void addTransfers();
     void addPalette();
     void addState(CBitmapSlider& slider, int state);
-    QWidget* addSection(const QRect& place, const QString& title);
-    void addText(const QRect& place, const QString& text, const QFont& font, QRgb color,
+    QWidget* addSection(const QRect& bounds, const QString& title);
+    void addText(const QRect& bounds, const QString& text, const QFont& font, QRgb color,
                  Qt::Alignment alignment);
     void addLabel(int x, int y, int width, const QString& text);
     void addCentred(int x, int y, int width, const QString& text);

@@ -221,7 +221,7 @@ TEST_F(NumberEditTest, AWarningIsRedToldAndEndsWithTheEdit) {
 TEST_F(NumberEditTest, AMarkIsACornerAtEveryScaleAndMovesNothing) {
     edit_->setUnit(QStringLiteral("dB"));
     other_->setFocus();
-    const QRect place = edit_->geometry();
+    const QRect bounds = edit_->geometry();
     for (const double scale : {1.0, 2.0}) {
         const auto picture = [this, scale] {
             QImage image(edit_->size() * scale, QImage::Format_RGB32);
@@ -247,7 +247,7 @@ TEST_F(NumberEditTest, AMarkIsACornerAtEveryScaleAndMovesNothing) {
         EXPECT_GE(changed, 20 * scale * scale) << scale;
         EXPECT_EQ(marked.pixel(bare.width() - qRound(3 * scale), qRound(2 * scale)), theme::lightBlue);
     }
-    EXPECT_EQ(edit_->geometry(), place);
+    EXPECT_EQ(edit_->geometry(), bounds);
     EXPECT_EQ(edit_->toolTip(), QStringLiteral("Plays 3.0 dB"));
     EXPECT_EQ(edit_->accessibleDescription(), QStringLiteral("dB. Plays 3.0 dB"));
     edit_->setWarning(QStringLiteral("Not a number: counts as 0.0 dB"));

@@ -83,10 +83,10 @@ TEST(Skin, DrawsEachPieceOnlyOnce) {
 
 TEST(Skin, ForgetsWhenItKeepsTooMuch) {
     Skin::clear();
-    EXPECT_EQ(Skin::keptBytes(), 0);
+    EXPECT_EQ(Skin::cachedBytes(), 0);
     for (int width = 100; width < 700; ++width) {
         EXPECT_FALSE(Skin::pixmap({Kind::button, 0, QSize(width, 28)}, 2).isNull());
-        ASSERT_LE(Skin::keptBytes(), Skin::limitBytes);
+        ASSERT_LE(Skin::cachedBytes(), Skin::limitBytes);
     }
     Skin::clear();
 }
@@ -127,12 +127,12 @@ TEST(Skin, ControlsAtOddPlacesAreAsSharpAsAtEvenOnes) {
         control->setParent(&page);
         control->show();
         for (const double scale : {1.5, 2.0}) {
-            const auto at = [&](QPoint place) {
-                control->move(place);
+            const auto at = [&](QPoint point) {
+                control->move(point);
                 // Half a pixel rounds up, and the last one may then lie outside.
                 const QSize size = (QSizeF(control->size()) * scale).toSize() - QSize(1, 1);
                 return render(page, scale)
-                    .copy(QRect(QPoint(qRound(place.x() * scale), qRound(place.y() * scale)), size));
+                    .copy(QRect(QPoint(qRound(point.x() * scale), qRound(point.y() * scale)), size));
             };
             const QImage even = at({20, 20});
             EXPECT_EQ(at({21, 20}), even) << scale;

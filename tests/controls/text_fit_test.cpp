@@ -183,7 +183,7 @@ TEST(TextFit, GroupsHoldTheirTitles) {
     for (const Caption& title :
          {Caption{"Filter 8", 94, 30}, {"Crossover Filter 2", 594, 60}, {"Channel 8", 114, 40}}) {
         SkinGroupBox group(QString::fromLatin1(title.text), 1);
-        group.setTitlePlace({8, 7});
+        group.setTitlePosition({8, 7});
         useWidestFont(group);
         expectFit(group, group.neededWidth(), group.title(), {title.width, title.height});
     }

@@ -22,7 +22,7 @@ struct Conversion {
 };
 
 Conversion convert(const std::array<double, 5>& scaled) {
-    BiquadWords out{kept, kept, kept, kept, kept};
+    BiquadWords out{untouched, untouched, untouched, untouched, untouched};
     const bool converted = coefficientsToFixed(scaled, out);
     return {converted, wordsOf(out)};
 }
@@ -60,7 +60,7 @@ TEST(FixedPoint, MinusOneIsTheLowestWord) {
 TEST(FixedPoint, OneIsOutOfRange) {
     const Conversion result = convert({1.0, 0.5, 0.5, 0.5, 0.5});
     EXPECT_FALSE(result.converted);
-    EXPECT_EQ(result.words, (Words{0, kept, kept, kept, kept}));
+    EXPECT_EQ(result.words, (Words{0, untouched, untouched, untouched, untouched}));
 }
 
 TEST(FixedPoint, AlmostOneNeverRoundsUp) {
@@ -107,17 +107,17 @@ TEST(FixedPoint, KeepsTheOrderOfTheFiveValues) {
 }
 
 TEST(FixedPoint, AFailureAtEachPlaceKeepsWordsBeforeAndLeavesWordsBehind) {
-    for (std::size_t place = 0; place < 5; ++place) {
+    for (std::size_t index = 0; index < 5; ++index) {
         for (const double bad : {1.0, -1.5, inf, -inf, 1e300}) {
             std::array<double, 5> scaled{0.5, 0.5, 0.5, 0.5, 0.5};
-            scaled[place] = bad;
+            scaled[index] = bad;
             Words expected{};
             for (std::size_t i = 0; i < 5; ++i) {
-                expected[i] = i < place ? 1 << 30 : i == place ? 0 : kept;
+                expected[i] = i < index ? 1 << 30 : i == index ? 0 : untouched;
             }
             const Conversion result = convert(scaled);
             EXPECT_FALSE(result.converted);
-            EXPECT_EQ(result.words, expected) << "place " << place << ", value " << bad;
+            EXPECT_EQ(result.words, expected) << "place " << index << ", value " << bad;
         }
     }
 }

@@ -27,12 +27,12 @@ static_assert(static_cast<int>(CrossoverKind::highPass) == 0 &&
 class GeneratorContract : public ::testing::TestWithParam<Generator> {
  protected:
     BiquadWords band(std::int32_t kindWord, float gainDb, float q, std::int32_t spare = 0) {
-        BiquadWords out{kept, kept, kept, kept, kept};
+        BiquadWords out{untouched, untouched, untouched, untouched, untouched};
         generator_->computeBand(kindWord, gainDb, q, spare, out);
         return out;
     }
     BiquadWords crossover(std::int32_t kindWord, std::int32_t spare = 0) {
-        BiquadWords out{kept, kept, kept, kept, kept};
+        BiquadWords out{untouched, untouched, untouched, untouched, untouched};
         generator_->computeCrossover(kindWord, spare, out);
         return out;
     }
@@ -139,7 +139,7 @@ TEST_P(GeneratorContract, RandomArgumentsNeverTouchWordsBehindAFailure) {
         if (!result.converted) {
             ++failures;
             std::size_t end = words.size();
-            while (end > 0 && words[end - 1] == kept) {
+            while (end > 0 && words[end - 1] == untouched) {
                 --end;
             }
             ASSERT_GT(end, 0U);
@@ -157,7 +157,7 @@ void expectTheLimitOfA1(const Computed& result) {
         EXPECT_NEAR(words[4], 1 << 30, 1);
     } else {
         EXPECT_EQ(words[3], 0);
-        EXPECT_EQ(words[4], kept);
+        EXPECT_EQ(words[4], untouched);
     }
 }
 
@@ -248,7 +248,7 @@ TEST(SamplingRates, AFrequencyOfACrossoverIsTakenWithAnArithmeticShift) {
     // 65535 is -1 Hz: the poles move just outside the circle, a1 = -2 e^(1e-4) does not fit.
     const Computed result = computeCrossover(generator, 0, 65535);
     EXPECT_FALSE(result.converted);
-    EXPECT_EQ(wordsOf(result.section), (Words{1 << 28, -(1 << 29), 1 << 28, 0, kept}));
+    EXPECT_EQ(wordsOf(result.section), (Words{1 << 28, -(1 << 29), 1 << 28, 0, untouched}));
 }
 
 }  // namespace

@@ -31,7 +31,7 @@ inline std::unique_ptr<IcoefficientGenerator> makeGenerator(Generator which,
 }
 
 /// What a word holds before a generator runs, and keeps where the conversion stopped before it.
-inline constexpr std::int32_t kept = -7;
+inline constexpr std::int32_t untouched = -7;
 inline constexpr float notANumber = std::numeric_limits<float>::quiet_NaN();
 inline constexpr float infinite = std::numeric_limits<float>::infinity();
 
@@ -56,14 +56,14 @@ struct Computed {
 
 inline Computed computeBand(IcoefficientGenerator& generator, std::uint8_t type, std::uint16_t frequencyHz,
                             float gainDb, float q) {
-    Computed result{false, {kept, kept, kept, kept, kept}};
+    Computed result{false, {untouched, untouched, untouched, untouched, untouched}};
     result.converted = generator.computeBand(kindWordOf(type, 0, frequencyHz), gainDb, q, 0, result.section);
     return result;
 }
 
 inline Computed computeCrossover(IcoefficientGenerator& generator, std::uint8_t kind,
                                  std::uint16_t frequencyHz) {
-    Computed result{false, {kept, kept, kept, kept, kept}};
+    Computed result{false, {untouched, untouched, untouched, untouched, untouched}};
     result.converted = generator.computeCrossover(kindWordOf(1, kind, frequencyHz), 0, result.section);
     return result;
 }

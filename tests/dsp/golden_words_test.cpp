@@ -18,7 +18,7 @@ void expectWords(const Computed& result, bool converted, const Words& golden) {
     EXPECT_EQ(result.converted, converted);
     const Words words = wordsOf(result.section);
     for (std::size_t i = 0; i < words.size(); ++i) {
-        const bool behindFailure = !converted && (golden[i] == kept || golden[i] == 0);
+        const bool behindFailure = !converted && (golden[i] == untouched || golden[i] == 0);
         const std::int64_t distance =
             std::abs(static_cast<std::int64_t>(words[i]) - static_cast<std::int64_t>(golden[i]));
         EXPECT_LE(distance, behindFailure ? 0 : 1)

@@ -86,7 +86,7 @@ TEST(WarningOfOneGenerator, FollowsANumeratorGainOfEightAndMore) {
     EXPECT_TRUE(computeBand(*warned.generator, highShelf, 10000, 18.0F, 1.0F).converted);
     const Computed loud = computeBand(*warned.generator, highShelf, 10000, 24.0F, 1.0F);
     EXPECT_FALSE(loud.converted);
-    EXPECT_EQ(wordsOf(loud.section), (Words{0, kept, kept, kept, kept}));
+    EXPECT_EQ(wordsOf(loud.section), (Words{0, untouched, untouched, untouched, untouched}));
     EXPECT_EQ(warned.texts.size(), 1U);
     EXPECT_FALSE(computeBand(*warned.generator, highShelf, 10000, 24.0F, 1.0F).converted);
     EXPECT_EQ(warned.texts.size(), 1U);

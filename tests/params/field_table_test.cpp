@@ -13,7 +13,7 @@ namespace tessavo::testing {
 namespace {
 
 /// Where a field lies: offset, width, and count and stride of each repetition.
-struct Place {
+struct Extent {
     FieldId id;
     std::size_t record;
     std::size_t width;
@@ -28,8 +28,8 @@ struct Place {
     int second = -1;
 };
 
-const std::vector<Place>& places() {
-    static const std::vector<Place> all{
+const std::vector<Extent>& extents() {
+    static const std::vector<Extent> all{
         {FieldId::recordSize, 0, 4, -1, 0},
         {FieldId::inputEqOn, 4, 1, 6, 1, 1, 0, 0, 1, 0, 0, 22},
         {FieldId::toneType, 8, 1, -1, 0, 3, 16},
@@ -105,26 +105,26 @@ std::vector<FieldIndex> elementsOf(const Field& field) {
 }
 
 TEST(FieldTable, PutsEveryFieldAtItsPlacesInRecordAndImage) {
-    ASSERT_EQ(places().size(), fieldCount);
-    for (const Place& place : places()) {
-        const Field& field = fieldOf(place.id);
+    ASSERT_EQ(extents().size(), fieldCount);
+    for (const Extent& extent : extents()) {
+        const Field& field = fieldOf(extent.id);
         SCOPED_TRACE(field.path);
-        EXPECT_EQ(widthOf(field.type), place.width);
-        if (place.image >= 0) {
-            EXPECT_EQ(widthOf(field.imageType), place.imageWidth);
+        EXPECT_EQ(widthOf(field.type), extent.width);
+        if (extent.image >= 0) {
+            EXPECT_EQ(widthOf(field.imageType), extent.imageWidth);
         }
-        EXPECT_EQ(field.imageOffset, place.image);
-        EXPECT_EQ(field.secondImageOffset, place.second);
+        EXPECT_EQ(field.imageOffset, extent.image);
+        EXPECT_EQ(field.secondImageOffset, extent.second);
         const std::vector<FieldIndex> elements = elementsOf(field);
-        ASSERT_EQ(elements.size(), place.count * place.innerCount);
+        ASSERT_EQ(elements.size(), extent.count * extent.innerCount);
         for (std::size_t i = 0; i < elements.size(); ++i) {
-            const std::size_t outer = i / place.innerCount;
-            const std::size_t inner = i % place.innerCount;
+            const std::size_t outer = i / extent.innerCount;
+            const std::size_t inner = i % extent.innerCount;
             EXPECT_EQ(recordOffsetOf(field, elements[i]),
-                      place.record + outer * place.stride + inner * place.innerStride);
-            if (place.image >= 0) {
+                      extent.record + outer * extent.stride + inner * extent.innerStride);
+            if (extent.image >= 0) {
                 EXPECT_EQ(imageStrideOf(field, elements[i]),
-                          outer * place.imageStride + inner * place.innerImageStride);
+                          outer * extent.imageStride + inner * extent.innerImageStride);
             }
             EXPECT_TRUE(contains(field, elements[i]));
         }

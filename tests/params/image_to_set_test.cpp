@@ -23,14 +23,14 @@ double levelByFormula(std::uint32_t gainWord) {
 /// The conversion byte by byte: what a received image leaves in the store. Every other byte stays.
 void receive(const Bytes& image, std::size_t set, Bytes& store) {
     const std::size_t base = setSize * set;
-    const auto copy = [&](std::size_t place, std::size_t record, std::size_t width) {
-        std::copy_n(image.begin() + static_cast<std::ptrdiff_t>(place), width,
+    const auto copy = [&](std::size_t imageOffset, std::size_t record, std::size_t width) {
+        std::copy_n(image.begin() + static_cast<std::ptrdiff_t>(imageOffset), width,
                     store.begin() + static_cast<std::ptrdiff_t>(base + record));
     };
     for (std::size_t band = 0; band < 13; ++band) {
-        const std::size_t place = band < 10 ? 10 + band : 7 + band - 10;
+        const std::size_t imageOffset = band < 10 ? 10 + band : 7 + band - 10;
         writeAt(store, base + inputBandOffset(band) + 4,
-                static_cast<float>(readAt<std::int8_t>(image, place)));
+                static_cast<float>(readAt<std::int8_t>(image, imageOffset)));
     }
     writeAt(store, base + 216, static_cast<float>(readAt<std::int16_t>(image, 4)));
     store[base + 4] = image[6] == 0 ? 1 : 0;

@@ -23,9 +23,9 @@ TEST_P(InputBandGain, WritesRecordBothRowsWordsAndTheInputCurve) {
         tuning.state.setFilterMode(mode);
         for (const bool final : {false, true}) {
             tuning.load(store, 1);
-            const std::size_t place = setSize + inputBandOffset(GetParam());
+            const std::size_t byteOffset = setSize + inputBandOffset(GetParam());
             Bytes expectedStore = tuning.store();
-            writeAt(expectedStore, place + 4, -7.9F);
+            writeAt(expectedStore, byteOffset + 4, -7.9F);
             Bytes expectedImage = tuning.image();
             writeAt(expectedImage, rowPlace(6, GetParam()), std::int8_t{-7});
             writeAt(expectedImage, rowPlace(22, GetParam()), std::int8_t{-7});
@@ -33,7 +33,7 @@ TEST_P(InputBandGain, WritesRecordBothRowsWordsAndTheInputCurve) {
             for (std::size_t band = 0; band < 13; ++band) {
                 cascade.push_back(tuning.state.inputWords(band));
             }
-            ASSERT_TRUE(bandWordsOf(mode, expectedStore, place, cascade[GetParam()]));
+            ASSERT_TRUE(bandWordsOf(mode, expectedStore, byteOffset, cascade[GetParam()]));
 
             tuning.state.setInputBandGain(GetParam(), -7.9F, final);
             EXPECT_SAME_BYTES(tuning.store(), expectedStore);

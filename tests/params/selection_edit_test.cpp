@@ -24,19 +24,19 @@ struct SelectionEdit {
 };
 
 Patches delayPatches(std::size_t channel, const Bytes& store, std::size_t base) {
-    const std::size_t place = base + recordChannelOffset(channel);
-    const double samples = (static_cast<double>(readAt<float>(store, place + 156)) +
-                            static_cast<double>(readAt<float>(store, place + 160))) *
+    const std::size_t byteOffset = base + recordChannelOffset(channel);
+    const double samples = (static_cast<double>(readAt<float>(store, byteOffset + 156)) +
+                            static_cast<double>(readAt<float>(store, byteOffset + 160))) *
                                49500 / 1000 +
                            0.5;
     return {{imageBlockOffset(channel) + 12, littleEndian(static_cast<std::uint32_t>(samples))}};
 }
 
 Patches gainWordPatches(std::size_t channel, const Bytes& store, std::size_t base) {
-    const std::size_t place = base + recordChannelOffset(channel);
-    return {
-        {imageBlockOffset(channel) + 4, littleEndian(gainWordByFormula(readAt<float>(store, place + 140),
-                                                                       readAt<float>(store, place + 144)))}};
+    const std::size_t byteOffset = base + recordChannelOffset(channel);
+    return {{imageBlockOffset(channel) + 4,
+             littleEndian(gainWordByFormula(readAt<float>(store, byteOffset + 140),
+                                            readAt<float>(store, byteOffset + 144)))}};
 }
 
 SelectionEdit bandEdit(const char* name, std::size_t band, std::size_t offset, Bytes value,
@@ -188,18 +188,18 @@ Expected expectedOf(const SelectionEdit& edit, std::uint8_t mask, const Tuning& 
         applyPatches(expected.store, patches);
         applyPatches(expected.image, edit.image(channel, expected.store, base));
         if (edit.coefficients == Coefficients::band) {
-            const std::size_t place = imageBlockOffset(channel) + 200 + 20 * edit.band;
-            auto words = readAt<BiquadWords>(expected.image, place);
+            const std::size_t byteOffset = imageBlockOffset(channel) + 200 + 20 * edit.band;
+            auto words = readAt<BiquadWords>(expected.image, byteOffset);
             bandWordsOf(mode, expected.store, base + recordChannelOffset(channel) + 16 * edit.band, words);
-            writeAt(expected.image, place, words);
+            writeAt(expected.image, byteOffset, words);
         }
         if (edit.coefficients == Coefficients::crossovers) {
             for (std::size_t k = 0; k < 2; ++k) {
-                const std::size_t place = imageBlockOffset(channel) + 156 + 20 * k;
-                auto words = readAt<BiquadWords>(expected.image, place);
+                const std::size_t byteOffset = imageBlockOffset(channel) + 156 + 20 * k;
+                auto words = readAt<BiquadWords>(expected.image, byteOffset);
                 crossoverWordsOf(mode, expected.store, base + recordChannelOffset(channel) + 128 + 6 * k,
                                  words);
-                writeAt(expected.image, place, words);
+                writeAt(expected.image, byteOffset, words);
             }
         }
         if (edit.coefficients != Coefficients::none) {

@@ -72,17 +72,17 @@ class DeviceHost {
     /// Opens the port and returns what the device sends within a second.
     Bytes open() {
         device.opened(now);
-        return hear();
+        return readFromDevice();
     }
     void close() { device.closed(); }
 
     /// Sends bytes and returns what the device sends within `wait`.
     Bytes exchange(std::span<const std::uint8_t> bytes, TargetTime wait = std::chrono::seconds(1)) {
         device.receive(bytes, now);
-        return hear(wait);
+        return readFromDevice(wait);
     }
 
-    Bytes hear(TargetTime wait = std::chrono::seconds(1)) {
+    Bytes readFromDevice(TargetTime wait = std::chrono::seconds(1)) {
         now += wait;
         return device.takeDue(now);
     }

@@ -47,9 +47,9 @@ FrameTest::~FrameTest() {
 
 void FrameTest::makeFrame(PageFactory makePage) {
     frame.reset();
-    frame = std::make_unique<CMainFrame>(CMainFrame::Parts{tuning, boxes, dialogs, *profile, link, chartHost,
-                                                           std::move(makePage), portSystem});
-    frame->restorePlace();
+    frame = std::make_unique<CMainFrame>(CMainFrame::Dependencies{
+        tuning, boxes, dialogs, *profile, link, chartHost, std::move(makePage), portSystem});
+    frame->restoreWindowPlacement();
     frame->show();
     frame->activateWindow();
     EXPECT_TRUE(QTest::qWaitForWindowActive(frame.get()));

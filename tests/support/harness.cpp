@@ -99,23 +99,23 @@ Bytes randomStore(std::mt19937_64& random) {
             randomBand(random, store, base + inputBandOffset(band));
         }
         for (std::size_t channel = 0; channel < 8; ++channel) {
-            const std::size_t place = base + recordChannelOffset(channel);
+            const std::size_t imageOffset = base + recordChannelOffset(channel);
             for (std::size_t band = 0; band < 8; ++band) {
-                randomBand(random, store, place + 16 * band);
+                randomBand(random, store, imageOffset + 16 * band);
             }
             for (std::size_t crossover = 0; crossover < 2; ++crossover) {
-                store[place + 128 + 6 * crossover] = static_cast<std::uint8_t>(random() % 2);
-                store[place + 129 + 6 * crossover] = static_cast<std::uint8_t>(random() % 2);
-                writeAt(store, place + 130 + 6 * crossover,
+                store[imageOffset + 128 + 6 * crossover] = static_cast<std::uint8_t>(random() % 2);
+                store[imageOffset + 129 + 6 * crossover] = static_cast<std::uint8_t>(random() % 2);
+                writeAt(store, imageOffset + 130 + 6 * crossover,
                         static_cast<std::uint16_t>(20 + random() % 19981));
             }
-            writeAt(store, place + 140, tenths(random, -60, 180));
-            writeAt(store, place + 144, tenths(random, -100, 100));
-            writeAt(store, place + 148, static_cast<std::uint32_t>(random() % 8));
-            store[place + 153] = static_cast<std::uint8_t>(random() % 2);
-            writeAt(store, place + 156, tenths(random, 0, 20));
-            writeAt(store, place + 160, tenths(random, 0, 200));
-            writeAt(store, place + 164, static_cast<std::uint32_t>(random() % 8));
+            writeAt(store, imageOffset + 140, tenths(random, -60, 180));
+            writeAt(store, imageOffset + 144, tenths(random, -100, 100));
+            writeAt(store, imageOffset + 148, static_cast<std::uint32_t>(random() % 8));
+            store[imageOffset + 153] = static_cast<std::uint8_t>(random() % 2);
+            writeAt(store, imageOffset + 156, tenths(random, 0, 20));
+            writeAt(store, imageOffset + 160, tenths(random, 0, 200));
+            writeAt(store, imageOffset + 164, static_cast<std::uint32_t>(random() % 8));
         }
     }
     return store;
@@ -140,9 +140,9 @@ std::uint32_t gainWordByFormula(float volumeDb, float groupGainDb) {
 
 void mirrorSet(const Bytes& store, std::size_t set, std::uint32_t mode, Bytes& image) {
     const std::size_t base = setSize * set;
-    const auto copy = [&](std::size_t record, std::size_t place, std::size_t width) {
+    const auto copy = [&](std::size_t record, std::size_t imageOffset, std::size_t width) {
         std::copy_n(store.begin() + static_cast<std::ptrdiff_t>(base + record), width,
-                    image.begin() + static_cast<std::ptrdiff_t>(place));
+                    image.begin() + static_cast<std::ptrdiff_t>(imageOffset));
     };
     writeAt(image, 0, std::uint32_t{3384});
     writeAt(image, 4,
@@ -150,8 +150,8 @@ void mirrorSet(const Bytes& store, std::size_t set, std::uint32_t mode, Bytes& i
                 std::clamp(std::trunc(readAt<float>(store, base + 216)), -32768.0F, 32767.0F)));
     for (const std::size_t row : {std::size_t{6}, std::size_t{22}}) {
         for (std::size_t band = 0; band < 13; ++band) {
-            const std::size_t place = row + (band < 10 ? 4 + band : 1 + band - 10);
-            writeAt(image, place, wholeNumber(readAt<float>(store, base + inputBandOffset(band) + 4)));
+            const std::size_t imageOffset = row + (band < 10 ? 4 + band : 1 + band - 10);
+            writeAt(image, imageOffset, wholeNumber(readAt<float>(store, base + inputBandOffset(band) + 4)));
         }
     }
     for (std::size_t c = 0; c < 8; ++c) {

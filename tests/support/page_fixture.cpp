@@ -24,9 +24,9 @@ void PageTest::showPage(std::unique_ptr<CTabDialog> made) {
     ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
 }
 
-void PageTest::mouse(QEvent::Type type, CBitmapSlider& target, const QPointF& place) {
+void PageTest::mouse(QEvent::Type type, CBitmapSlider& target, const QPointF& point) {
     const bool move = type == QEvent::MouseMove;
-    QMouseEvent event(type, place, target.mapToGlobal(place), move ? Qt::NoButton : Qt::LeftButton,
+    QMouseEvent event(type, point, target.mapToGlobal(point), move ? Qt::NoButton : Qt::LeftButton,
                       type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton, {});
     QApplication::sendEvent(&target, &event);
     draggedTo = target.position();

@@ -75,7 +75,7 @@ class PageTest : public ::testing::Test {
     int draggedTo = 0;           ///< where the last drag took the thumb, before the page heard of it
 
  private:
-    void mouse(QEvent::Type type, CBitmapSlider& target, const QPointF& place);
+    void mouse(QEvent::Type type, CBitmapSlider& target, const QPointF& point);
 
     QPointF dragPlace_;
 };

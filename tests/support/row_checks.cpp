@@ -19,7 +19,7 @@
 namespace tessavo::testing {
 namespace {
 
-constexpr Place wholePage{0, 0, 984, 596};
+constexpr Bounds wholePage{0, 0, 984, 596};
 
 bool isOfKind(const QWidget& control, ControlKind kind) {
     switch (kind) {
@@ -59,27 +59,28 @@ bool isOfKind(const QWidget& control, ControlKind kind) {
     return false;
 }
 
-Place placeOf(const QWidget& page, const QWidget& control) {
+Bounds placeOf(const QWidget& page, const QWidget& control) {
     const QPoint corner = control.mapTo(&page, QPoint(0, 0));
     return {corner.x(), corner.y(), control.width(), control.height()};
 }
 
 /// A rectangle of a row, and the row for a message.
 struct Area {
-    Place place;
+    Bounds bounds;
     const ControlRow* row;
 };
 
 std::string told(const ControlRow& row) {
-    return std::to_string(row.identifier) + " '" + nameOf(row) + "' at " + std::to_string(row.place.x) +
-           ", " + std::to_string(row.place.y);
+    return std::to_string(row.identifier) + " '" + nameOf(row) + "' at " + std::to_string(row.bounds.x) +
+           ", " + std::to_string(row.bounds.y);
 }
 
 template <typename Kind>
-bool hasTextAt(const QWidget& page, const Place& place, const QString& text, QString (*textOf)(const Kind&)) {
+bool hasTextAt(const QWidget& page, const Bounds& bounds, const QString& text,
+               QString (*textOf)(const Kind&)) {
     const auto all = page.findChildren<Kind*>();
     return std::ranges::any_of(
-        all, [&](const Kind* each) { return placeOf(page, *each) == place && textOf(*each) == text; });
+        all, [&](const Kind* each) { return placeOf(page, *each) == bounds && textOf(*each) == text; });
 }
 
 QString labelText(const QLabel& label) {
@@ -90,11 +91,11 @@ QString groupTitle(const SkinGroupBox& group) {
     return group.title();
 }
 
-void expectBox(const QWidget& page, int identifier, const Place& place, const QString& name) {
+void expectBox(const QWidget& page, int identifier, const Bounds& bounds, const QString& name) {
     const auto* box = page.findChild<NumberEdit*>(QStringLiteral("id%1").arg(identifier));
     ASSERT_NE(box, nullptr) << identifier;
-    if (!place.isEmpty()) {
-        EXPECT_EQ(placeOf(page, *box), place) << identifier;
+    if (!bounds.isEmpty()) {
+        EXPECT_EQ(placeOf(page, *box), bounds) << identifier;
     }
     EXPECT_EQ(box->accessibleName(), name) << identifier;
 }
@@ -103,8 +104,8 @@ void expectNumbered(const QWidget& page, const ControlRow& row) {
     const auto* control = page.findChild<QWidget*>(QStringLiteral("id%1").arg(row.identifier));
     ASSERT_NE(control, nullptr) << told(row);
     EXPECT_TRUE(isOfKind(*control, row.kind)) << told(row);
-    if (!row.place.isEmpty()) {
-        EXPECT_EQ(placeOf(page, *control), row.place) << told(row);
+    if (!row.bounds.isEmpty()) {
+        EXPECT_EQ(placeOf(page, *control), row.bounds) << told(row);
     }
     const QString name = QString::fromStdString(nameOf(row));
     const bool isNamedByItsText =
@@ -130,9 +131,9 @@ std::vector<Area> areasOf(const ControlRows& rows) {
             (around != nullptr && around->isHidden)) {
             continue;
         }
-        for (const Place& place : {row.place, row.edit, row.distance, row.captionPlace, row.unitPlace}) {
-            if (!place.isEmpty()) {
-                areas.push_back({place, &row});
+        for (const Bounds& bounds : {row.bounds, row.edit, row.distance, row.captionBounds, row.unitBounds}) {
+            if (!bounds.isEmpty()) {
+                areas.push_back({bounds, &row});
             }
         }
     }
@@ -152,16 +153,16 @@ void expectControlsOfRows(const QWidget& page, const ControlRows& rows) {
         } else if (row.isHidden || row.kind == ControlKind::own) {
             continue;
         } else if (row.kind == ControlKind::group) {
-            EXPECT_TRUE(hasTextAt(page, row.place, caption, groupTitle)) << told(row);
+            EXPECT_TRUE(hasTextAt(page, row.bounds, caption, groupTitle)) << told(row);
         } else {
             // A label without words gets them from its page.
-            EXPECT_TRUE(hasTextAt(page, row.place, caption, labelText) || caption.isEmpty()) << told(row);
+            EXPECT_TRUE(hasTextAt(page, row.bounds, caption, labelText) || caption.isEmpty()) << told(row);
         }
-        if (!row.captionPlace.isEmpty()) {
-            EXPECT_TRUE(hasTextAt(page, row.captionPlace, caption, labelText)) << told(row);
+        if (!row.captionBounds.isEmpty()) {
+            EXPECT_TRUE(hasTextAt(page, row.captionBounds, caption, labelText)) << told(row);
         }
-        if (!row.unitPlace.isEmpty()) {
-            EXPECT_TRUE(hasTextAt(page, row.unitPlace, QString::fromStdString(row.unit), labelText))
+        if (!row.unitBounds.isEmpty()) {
+            EXPECT_TRUE(hasTextAt(page, row.unitBounds, QString::fromStdString(row.unit), labelText))
                 << told(row);
         }
     }
@@ -181,10 +182,10 @@ void expectRowsApart(const ControlRows& rows, const std::vector<int>& stacked) {
     for (std::size_t one = 0; one < areas.size(); ++one) {
         const ControlRow& row = *areas[one].row;
         const ControlRow* group = groupAround(rows, row);
-        EXPECT_TRUE((group == nullptr ? wholePage : group->place).contains(areas[one].place)) << told(row);
+        EXPECT_TRUE((group == nullptr ? wholePage : group->bounds).contains(areas[one].bounds)) << told(row);
         const bool isStacked = std::ranges::find(stacked, row.identifier) != stacked.end();
         for (std::size_t other = one + 1; other < areas.size() && !isStacked; ++other) {
-            EXPECT_FALSE(areas[one].place.overlaps(areas[other].place))
+            EXPECT_FALSE(areas[one].bounds.overlaps(areas[other].bounds))
                 << told(row) << " and " << told(*areas[other].row);
         }
     }
@@ -194,7 +195,7 @@ void expectRowsApart(const ControlRows& rows, const std::vector<int>& stacked) {
                 one.isHidden || other.isHidden) {
                 continue;
             }
-            EXPECT_TRUE(!one.place.overlaps(other.place) || one.place.contains(other.place))
+            EXPECT_TRUE(!one.bounds.overlaps(other.bounds) || one.bounds.contains(other.bounds))
                 << told(one) << " and " << told(other);
         }
     }

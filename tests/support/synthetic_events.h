@@ -27,8 +27,8 @@ inline void sendFocus(QWidget& control, Qt::FocusReason reason = Qt::TabFocusRea
     QApplication::sendEvent(&control, &event);
 }
 
-inline void sendPress(QWidget& control, const QPointF& place) {
-    QMouseEvent event(QEvent::MouseButtonPress, place, control.mapToGlobal(place), Qt::LeftButton,
+inline void sendPress(QWidget& control, const QPointF& point) {
+    QMouseEvent event(QEvent::MouseButtonPress, point, control.mapToGlobal(point), Qt::LeftButton,
                       Qt::LeftButton, Qt::NoModifier);
     QApplication::sendEvent(&control, &event);
 }

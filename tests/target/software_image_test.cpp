@@ -84,12 +84,12 @@ TEST(SoftwareImage, ACrcThatLooksLikePaddingIsFound) {
 
 TEST(SoftwareImage, ADamagedImageIsNotRight) {
     const Bytes blocks = blocksOf(imageOfSize(1500, 9));
-    for (const std::size_t place : {0U, 700U, 1024U, 1499U, 1500U, 1501U, 1600U, 2047U}) {
+    for (const std::size_t offset : {0U, 700U, 1024U, 1499U, 1500U, 1501U, 1600U, 2047U}) {
         for (int bit = 0; bit < 8; ++bit) {
             Bytes damaged = blocks;
-            damaged[place] = static_cast<std::uint8_t>(damaged[place] ^ (1U << bit));
+            damaged[offset] = static_cast<std::uint8_t>(damaged[offset] ^ (1U << bit));
             const SoftwareCheck check = checkSoftwareImage(damaged);
-            EXPECT_NE(check.verdict, SoftwareVerdict::right) << place << " bit " << bit;
+            EXPECT_NE(check.verdict, SoftwareVerdict::right) << offset << " bit " << bit;
             EXPECT_EQ(check.size, damaged.size());
         }
     }

@@ -22,11 +22,11 @@ bool isConfirmed(const Bytes& reply) {
 
 TEST(TargetDevice, OpeningGivesOneRequestByte) {
     DeviceHost host;
-    EXPECT_EQ(host.hear(), silence);
+    EXPECT_EQ(host.readFromDevice(), silence);
     EXPECT_EQ(host.open(), requestByte);
-    EXPECT_EQ(host.hear(milliseconds(60000)), silence);
+    EXPECT_EQ(host.readFromDevice(milliseconds(60000)), silence);
     host.close();
-    EXPECT_EQ(host.hear(), silence);
+    EXPECT_EQ(host.readFromDevice(), silence);
     EXPECT_EQ(host.open(), requestByte);
     EXPECT_EQ(host.open(), requestByte) << "reopened before the closing was noticed";
 }
@@ -34,11 +34,11 @@ TEST(TargetDevice, OpeningGivesOneRequestByte) {
 TEST(TargetDevice, ASecondOpeningGetsItsRequestByteAndLeavesTheMessageAlone) {
     DeviceHost host;
     host.device.openedAgain(host.now);
-    EXPECT_EQ(host.hear(), silence) << "nobody has opened it a first time";
+    EXPECT_EQ(host.readFromDevice(), silence) << "nobody has opened it a first time";
     host.open();
     EXPECT_EQ(host.exchange(frameOf(frame_type::block1k, 1, Bytes(1024, 1))), positive);
     host.device.openedAgain(host.now);
-    EXPECT_EQ(host.hear(), requestByte);
+    EXPECT_EQ(host.readFromDevice(), requestByte);
     EXPECT_EQ(host.exchange(frameOf(frame_type::block1k, 2, Bytes(1024, 2))), positive);
     EXPECT_EQ(host.exchange(disconnect), positive);
     EXPECT_EQ(host.device.memory().software.size(), 2048U);
@@ -49,7 +49,7 @@ TEST(TargetDevice, ClosingTakesBackWhatWasNotHeard) {
     host.device.opened(host.now);
     host.close();
     EXPECT_EQ(host.device.nextDue(), std::nullopt);
-    EXPECT_EQ(host.hear(), silence);
+    EXPECT_EQ(host.readFromDevice(), silence);
 }
 
 TEST(TargetDevice, HearsNothingWhileClosed) {
@@ -87,11 +87,11 @@ TEST(TargetDevice, ALiveImageWithAWrongDigestIsAnsweredButNotConfirmed) {
 TEST(TargetDevice, EveryByteOfTheLiveImageIsDigested) {
     DeviceHost host;
     const Bytes message = liveMessage(imageOf(3));
-    for (std::size_t place = 0; place < message.size(); ++place) {
+    for (std::size_t byteOffset = 0; byteOffset < message.size(); ++byteOffset) {
         Bytes damaged = message;
-        damaged[place] ^= 0x01;
+        damaged[byteOffset] ^= 0x01;
         ASSERT_EQ(host.push(frameOf(frame_type::block4k, 1, damaged)), positive);
-        ASSERT_EQ(host.device.memory().live, imageOf(0)) << place;
+        ASSERT_EQ(host.device.memory().live, imageOf(0)) << byteOffset;
     }
 }
 
@@ -329,35 +329,36 @@ TEST(TargetDevice, AMessageOfNoBlocksChangesNothing) {
 
 TEST(TargetDevice, AFrameDamagedAtAnyPlaceIsNeverTaken) {
     const Bytes frame = saveFrame(1, imageOf(5));
-    for (std::size_t place = 0; place < frame.size(); ++place) {
+    for (std::size_t byteOffset = 0; byteOffset < frame.size(); ++byteOffset) {
         for (const std::uint8_t mask : Bytes{0x01, 0x80, 0xFF}) {
             DeviceHost host;
             host.push(liveFrame(imageOf(5)));
             host.close();
             host.open();
             Bytes damaged = frame;
-            damaged[place] = static_cast<std::uint8_t>(damaged[place] ^ mask);
+            damaged[byteOffset] = static_cast<std::uint8_t>(damaged[byteOffset] ^ mask);
             const Bytes answer = host.exchange(damaged);
-            ASSERT_NE(answer, positive) << place;
-            if (place > 0) {
-                ASSERT_EQ(answer, negative) << place;
+            ASSERT_NE(answer, positive) << byteOffset;
+            if (byteOffset > 0) {
+                ASSERT_EQ(answer, negative) << byteOffset;
             }
-            ASSERT_EQ(host.device.memory().sets[1], imageOf(0)) << place;
-            ASSERT_EQ(host.exchange(frame), positive) << "the same frame, sent again, after place " << place;
-            ASSERT_EQ(host.device.memory().sets[1], imageOf(5)) << place;
+            ASSERT_EQ(host.device.memory().sets[1], imageOf(0)) << byteOffset;
+            ASSERT_EQ(host.exchange(frame), positive)
+                << "the same frame, sent again, after place " << byteOffset;
+            ASSERT_EQ(host.device.memory().sets[1], imageOf(5)) << byteOffset;
         }
     }
 }
 
 TEST(TargetDevice, ALiveFrameDamagedAtAnyPlaceIsNeverTaken) {
     const Bytes frame = liveFrame(imageOf(5));
-    for (std::size_t place = 1; place < frame.size(); ++place) {
+    for (std::size_t byteOffset = 1; byteOffset < frame.size(); ++byteOffset) {
         DeviceHost host;
         Bytes damaged = frame;
-        damaged[place] ^= 0x20;
-        ASSERT_EQ(host.push(damaged), negative) << place;
-        ASSERT_EQ(host.device.memory().live, imageOf(0)) << place;
-        ASSERT_EQ(host.exchange(frame), positive) << place;
+        damaged[byteOffset] ^= 0x20;
+        ASSERT_EQ(host.push(damaged), negative) << byteOffset;
+        ASSERT_EQ(host.device.memory().live, imageOf(0)) << byteOffset;
+        ASSERT_EQ(host.exchange(frame), positive) << byteOffset;
     }
 }
 
@@ -401,7 +402,7 @@ TEST(TargetDevice, GarbageNeverWedgesIt) {
             host.now += milliseconds(random() % 600);
             at += length;
         }
-        host.hear(FrameCollector::quietGap);
+        host.readFromDevice(FrameCollector::quietGap);
         ASSERT_EQ(host.exchange(disconnect), positive) << round;
         const ImageBytes image = imageOf(static_cast<std::uint8_t>(round));
         ASSERT_EQ(host.exchange(liveFrame(image)), positive) << round;
@@ -415,9 +416,9 @@ TEST(TargetDevice, RepliesKeepTheLinesPace) {
     host.open();
     host.device.receive(requestFrame({5}), host.now);
     EXPECT_EQ(host.device.nextDue(), host.now + byteTime(115200));
-    EXPECT_EQ(host.hear(milliseconds(1)).size(), 11U);
-    EXPECT_EQ(host.hear(milliseconds(355)).size(), 4102U - 11U - 1U);
-    EXPECT_EQ(host.hear(milliseconds(1)).size(), 1U) << "4102 bytes take 356.07 ms";
+    EXPECT_EQ(host.readFromDevice(milliseconds(1)).size(), 11U);
+    EXPECT_EQ(host.readFromDevice(milliseconds(355)).size(), 4102U - 11U - 1U);
+    EXPECT_EQ(host.readFromDevice(milliseconds(1)).size(), 1U) << "4102 bytes take 356.07 ms";
 }
 
 }  // namespace

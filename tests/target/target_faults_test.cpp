@@ -103,7 +103,7 @@ TEST(TargetFaults, DamagedReply) {
 TEST(TargetFaults, TruncatedReply) {
     FaultyHost host({"truncated-reply=100"});
     EXPECT_EQ(replyBehind(host.push(requestFrame({5}))).size(), 100U);
-    EXPECT_EQ(host.hear(milliseconds(60000)), silence);
+    EXPECT_EQ(host.readFromDevice(milliseconds(60000)), silence);
     FaultyHost nothing({"truncated-reply=0"});
     EXPECT_EQ(nothing.push(requestFrame({5})), positive);
 }
@@ -124,7 +124,7 @@ TEST(TargetFaults, LateReply) {
     FaultyHost host({"late=3000"});
     host.open();
     EXPECT_EQ(host.exchange(requestFrame({5}), milliseconds(2999)), positive);
-    EXPECT_EQ(host.hear(milliseconds(1)).size(), maximumFrameSize);
+    EXPECT_EQ(host.readFromDevice(milliseconds(1)).size(), maximumFrameSize);
 }
 
 TEST(TargetFaults, ALateReplyDoesNotReachTheNextConnection) {
@@ -132,7 +132,7 @@ TEST(TargetFaults, ALateReplyDoesNotReachTheNextConnection) {
     EXPECT_EQ(host.push(requestFrame({5})), positive);
     host.close();
     EXPECT_EQ(host.open(), requestByte);
-    EXPECT_EQ(host.hear(milliseconds(10000)), silence);
+    EXPECT_EQ(host.readFromDevice(milliseconds(10000)), silence);
 }
 
 TEST(TargetFaults, WrongConfirmation) {

@@ -43,14 +43,14 @@ QString plainToolTip(const QString& text) {
 
 }  // namespace
 
-CCommunication::CCommunication(Parts parts, QWidget* parent)
+CCommunication::CCommunication(Dependencies dependencies, QWidget* parent)
     : CTabDialog(parent),
-      parts_(std::move(parts)),
+      dependencies_(std::move(dependencies)),
       form_(*this),
-      commands_(parts_.tuning, parts_.transfers, parts_.boxes, readFileStart,
+      commands_(dependencies_.tuning, dependencies_.transfers, dependencies_.boxes, readFileStart,
                 [this](const CommandReport& report) { Q_EMIT commandReported(report); }) {
-    connect(&parts_.transfers, &ForegroundTransfers::started, this, &CCommunication::exchangeStarted);
-    connect(&parts_.transfers, &ForegroundTransfers::ended, this, &CCommunication::exchangeEnded);
+    connect(&dependencies_.transfers, &ForegroundTransfers::started, this, &CCommunication::exchangeStarted);
+    connect(&dependencies_.transfers, &ForegroundTransfers::ended, this, &CCommunication::exchangeEnded);
     OnInitDialog();
 }
 
@@ -66,7 +66,7 @@ void CCommunication::OnInitDialog() {
     for (std::uint8_t set = 0; set <= setCount; ++set) {
         form_.onClick(comm_id::firstSave + set, [this, set] { commands_.SaveSetToRam(set); });
         form_.onClick(comm_id::firstLoad + set,
-                      [this, set] { commands_.LoadSetFromRam(set, parts_.refreshPages); });
+                      [this, set] { commands_.LoadSetFromRam(set, dependencies_.refreshPages); });
     }
     form_.onClick(comm_id::selectImage, [this] { SelectImageFile(); });
     form_.onClick(comm_id::flashFile, [this] { FlashFile(); });
@@ -76,8 +76,8 @@ void CCommunication::OnInitDialog() {
     connect(&log(), &LogView::saveAsked, this, &CCommunication::saveLog);
     connect(&ports(), &QComboBox::activated, this, [this](int index) {
         selectPort(index);
-        if (parts_.rememberPort) {
-            parts_.rememberPort(portName_);
+        if (dependencies_.rememberPort) {
+            dependencies_.rememberPort(portName_);
         }
     });
     line().setLineLength(form_.control<CReadOnlyEdit>(comm_id::imagePath).width());
@@ -92,8 +92,8 @@ void CCommunication::OnInitDialog() {
         field.setFont(font);
     }
     FillPortList();
-    const int last = ports().findText(QString::fromStdString(parts_.lastPort));
-    if (!parts_.lastPort.empty() && last > 0) {
+    const int last = ports().findText(QString::fromStdString(dependencies_.lastPort));
+    if (!dependencies_.lastPort.empty() && last > 0) {
         ports().setCurrentIndex(last);
         selectPort(last);
     }
@@ -174,10 +174,10 @@ void CCommunication::exchangeEnded(bool success) {
 void CCommunication::FillPortList() {
     ports().clear();
     int index = 0;
-    for (const std::string& name : parts_.listPorts()) {
+    for (const std::string& name : dependencies_.listPorts()) {
         ports().addItem(QString::fromStdString(name), index);
-        if (parts_.describePort) {
-            const QString device = QString::fromStdString(parts_.describePort(name));
+        if (dependencies_.describePort) {
+            const QString device = QString::fromStdString(dependencies_.describePort(name));
             const QString told = device.isEmpty() ? QStringLiteral("nothing known of its device") : device;
             ports().setItemData(index, plainToolTip(told), Qt::ToolTipRole);
             ports().setItemData(index, told, Qt::AccessibleDescriptionRole);
@@ -192,7 +192,7 @@ void CCommunication::selectPort(int index) {
     portName_ = ports().itemText(index).toStdString();
     ports().setToolTip(ports().itemData(index, Qt::ToolTipRole).toString());
     ports().setAccessibleDescription(ports().itemData(index, Qt::AccessibleDescriptionRole).toString());
-    parts_.usePort(portName_);
+    dependencies_.usePort(portName_);
 }
 
 void CCommunication::ReadVersions() {
@@ -207,7 +207,7 @@ void CCommunication::ReadVersions() {
 }
 
 void CCommunication::SelectImageFile() {
-    if (const auto path = TargetCommands::SelectImageFile(parts_.dialogs)) {
+    if (const auto path = TargetCommands::SelectImageFile(dependencies_.dialogs)) {
         auto& field = form_.control<CReadOnlyEdit>(comm_id::imagePath);
         field.setText(pathText(*path));
         field.setToolTip(field.text());
@@ -230,8 +230,8 @@ void CCommunication::FlashFile() {
 }
 
 void CCommunication::saveLog() {
-    const auto path = parts_.dialogs.askSavePath(logFilter);
-    parts_.dialogs.resetLocale();
+    const auto path = dependencies_.dialogs.askSavePath(logFilter);
+    dependencies_.dialogs.resetLocale();
     if (!path || path->empty()) {
         return;
     }
@@ -240,7 +240,7 @@ void CCommunication::saveLog() {
     const bool written =
         file.open(QIODevice::WriteOnly | QIODevice::Text) && file.write(text) == text.size() && file.commit();
     if (!written) {
-        parts_.boxes.showError(logNotSavedText);
+        dependencies_.boxes.showError(logNotSavedText);
     }
 }
 

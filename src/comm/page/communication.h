@@ -28,7 +28,7 @@ class CCommunication : public CTabDialog {
     Q_OBJECT
 
  public:
-    struct Parts {
+    struct Dependencies {
         TuningState& tuning;
         ForegroundTransfers& transfers;
         IMessageBox& boxes;
@@ -47,7 +47,7 @@ class CCommunication : public CTabDialog {
     };
 
     /// Everything in `parts` outlives the page.
-    explicit CCommunication(Parts parts, QWidget* parent = nullptr);
+    explicit CCommunication(Dependencies dependencies, QWidget* parent = nullptr);
     ~CCommunication() override;
 
     /// Adds a line to the log; an empty one when the kind's filter is off. Any thread.
@@ -88,7 +88,7 @@ class CCommunication : public CTabDialog {
     void exchangeEnded(bool success);
 
     UiCalls calls_;
-    Parts parts_;
+    Dependencies dependencies_;
     Form form_;
     TargetCommands commands_;
     std::string portName_;

@@ -208,12 +208,12 @@ void LogView::paintEvent(QPaintEvent* event) {
     const int last = std::min((event->rect().bottom() + verticalOffset()) / rowHeight, lineCount() - 1);
     for (int row = first; row <= last; ++row) {
         const QModelIndex index = model_.index(row, 0);
-        const QRect place = visualRect(index);
+        const QRect bounds = visualRect(index);
         if (selectionModel()->isSelected(index)) {
-            painter.fillRect(place, tint);
+            painter.fillRect(bounds, tint);
         }
         painter.setPen(QColor::fromRgb(colorOf(index.data(LogModel::kindRole))));
-        painter.drawText(place.adjusted(textLeft, 0, 0, 0), Qt::AlignVCenter | Qt::AlignLeft, line(row));
+        painter.drawText(bounds.adjusted(textLeft, 0, 0, 0), Qt::AlignVCenter | Qt::AlignLeft, line(row));
     }
     if (hasFocus()) {
         // Inside, so that the rows stay where they are.

@@ -26,8 +26,8 @@ QString codeText(double code) {
     return QStringLiteral("code ") + QString::number(code, 'f', 0);
 }
 
-QString sentences(const QStringList& parts) {
-    return parts.join(QStringLiteral(". "));
+QString sentences(const QStringList& phrases) {
+    return phrases.join(QStringLiteral(". "));
 }
 
 }  // namespace
@@ -318,16 +318,16 @@ void CheckBinding::mark(double /*inForce*/, const QString& played) {
 QString CheckBinding::played(const TuningState& tuning, FieldId field, FieldIndex index) const {
     const double inForce = shownValue(tuning.currentParameterSet(), fieldOf(field), index);
     const double plays = imageNumber(tuning, field, index).value_or(inForce);
-    QStringList parts;
+    QStringList phrases;
     if (inForce != 0 && inForce != 1) {
-        parts << QStringLiteral("In force: ") + codeText(inForce);
+        phrases << QStringLiteral("In force: ") + codeText(inForce);
     }
     if ((plays != 0) != (inForce != 0)) {
-        parts << QStringLiteral("Plays as if ") + words(plays);
+        phrases << QStringLiteral("Plays as if ") + words(plays);
     } else if (plays != inForce) {
-        parts << QStringLiteral("Plays ") + codeText(plays);
+        phrases << QStringLiteral("Plays ") + codeText(plays);
     }
-    return sentences(parts);
+    return sentences(phrases);
 }
 
 ComboBinding::ComboBinding(SkinComboBox& list, std::vector<int> codes, Write write)
@@ -344,8 +344,8 @@ void ComboBinding::show(double value) {
 }
 
 int ComboBinding::indexOf(double value) const {
-    const auto place = std::find(codes_.begin(), codes_.end(), truncateTo<int>(value));
-    return place == codes_.end() ? -1 : static_cast<int>(place - codes_.begin());
+    const auto found = std::find(codes_.begin(), codes_.end(), truncateTo<int>(value));
+    return found == codes_.end() ? -1 : static_cast<int>(found - codes_.begin());
 }
 
 bool ComboBinding::shows(double value) const {
@@ -368,14 +368,14 @@ void ComboBinding::mark(double /*inForce*/, const QString& played) {
 QString ComboBinding::played(const TuningState& tuning, FieldId field, FieldIndex index) const {
     const double inForce = shownValue(tuning.currentParameterSet(), fieldOf(field), index);
     const double plays = imageNumber(tuning, field, index).value_or(inForce);
-    QStringList parts;
+    QStringList phrases;
     if (indexOf(inForce) < 0) {
-        parts << QStringLiteral("In force: ") + codeText(inForce);
+        phrases << QStringLiteral("In force: ") + codeText(inForce);
     }
     if (plays != inForce) {
-        parts << QStringLiteral("Plays ") + (indexOf(plays) < 0 ? codeText(plays) : words(plays));
+        phrases << QStringLiteral("Plays ") + (indexOf(plays) < 0 ? codeText(plays) : words(plays));
     }
-    return sentences(parts);
+    return sentences(phrases);
 }
 
 int ComboBinding::code() const {

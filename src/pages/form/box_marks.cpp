@@ -81,8 +81,8 @@ std::optional<double> imageNumber(const TuningState& tuning, FieldId id, FieldIn
             return {};
     }
     const auto* image = reinterpret_cast<const unsigned char*>(&tuning.image());
-    const std::size_t place = static_cast<std::size_t>(field.imageOffset) + imageStrideOf(field, index);
-    return readNumber(image + place, field.imageType) / field.storedPerShown;
+    const std::size_t offset = static_cast<std::size_t>(field.imageOffset) + imageStrideOf(field, index);
+    return readNumber(image + offset, field.imageType) / field.storedPerShown;
 }
 
 QString playedNote(const TuningState& tuning, FieldId id, FieldIndex index) {
@@ -109,14 +109,14 @@ QString playedNote(const TuningState& tuning, FieldId id, FieldIndex index) {
 
 QString markText(std::optional<double> boxNumber, double inForce, const QString& inForceText,
                  const QString& played) {
-    QStringList parts;
+    QStringList phrases;
     if (!boxNumber || !isSameNumber(*boxNumber, inForce)) {
-        parts << QStringLiteral("In force: ") + inForceText;
+        phrases << QStringLiteral("In force: ") + inForceText;
     }
     if (!played.isEmpty()) {
-        parts << played;
+        phrases << played;
     }
-    return parts.join(QStringLiteral(". "));
+    return phrases.join(QStringLiteral(". "));
 }
 
 QString distanceMark(std::optional<double> boxNumberCm, double inForceCm, const QString& played) {

@@ -39,7 +39,7 @@ std::vector<int> decibelTicks(const ValueScale& scale) {
 }
 
 Qt::Orientation orientationOf(const ControlRow& row) {
-    return row.place.height > row.place.width ? Qt::Vertical : Qt::Horizontal;
+    return row.bounds.height > row.bounds.width ? Qt::Vertical : Qt::Horizontal;
 }
 
 Qt::Alignment alignmentOf(TextSide side) {
@@ -62,8 +62,8 @@ bool hasEdit(const ControlRow& row) {
 
 }  // namespace
 
-QRect rectOf(const Place& place) {
-    return {place.x, place.y, place.width, place.height};
+QRect rectOf(const Bounds& bounds) {
+    return {bounds.x, bounds.y, bounds.width, bounds.height};
 }
 
 QString textOf(std::string_view text) {
@@ -80,15 +80,15 @@ Form::Form(QWidget& page, Writer writer) : page_(page), writer_(std::move(writer
 
 Form::~Form() = default;
 
-QRect Form::placeIn(const QWidget& parent, const Place& place) const {
-    const QRect rect = rectOf(place);
+QRect Form::boundsIn(const QWidget& parent, const Bounds& bounds) const {
+    const QRect rect = rectOf(bounds);
     return &parent == &page_ ? rect : rect.translated(-parent.mapTo(&page_, QPoint(0, 0)));
 }
 
 QWidget& Form::parentOf(const ControlRow& row) const {
     const auto around = std::find_if(groups_.rbegin(), groups_.rend(), [&](const Group& group) {
-        return row.place.isEmpty() ? row.kind != ControlKind::group
-                                   : group.isHidden <= row.isHidden && group.place.contains(row.place);
+        return row.bounds.isEmpty() ? row.kind != ControlKind::group
+                                    : group.isHidden <= row.isHidden && group.bounds.contains(row.bounds);
     });
     return around == groups_.rend() ? page_ : *around->box;
 }
@@ -105,8 +105,8 @@ void Form::build(std::span<const ControlRow> rows, const MakeOwn& makeOwn) {
 }
 
 void Form::make(const ControlRow& row, QWidget& parent) {
-    if (!row.captionPlace.isEmpty()) {
-        addLabel(textOf(row.caption), row.captionPlace, row.side, row.captionColour.value_or(theme::text2),
+    if (!row.captionBounds.isEmpty()) {
+        addLabel(textOf(row.caption), row.captionBounds, row.side, row.captionColour.value_or(theme::text2),
                  row.textPixels, parent);
     }
     switch (row.kind) {
@@ -146,7 +146,7 @@ void Form::make(const ControlRow& row, QWidget& parent) {
             put(*new CReadOnlyEdit(row.identifier, &parent), row);
             break;
         case ControlKind::lamp:
-            put(*new StateLamp(row.place.width - StateLamp::glow, row.identifier, &parent), row);
+            put(*new StateLamp(row.bounds.width - StateLamp::glow, row.identifier, &parent), row);
             break;
         case ControlKind::note:
             put(*new NoteMark(row.identifier, &parent, alignmentOf(row.side) & Qt::AlignHorizontal_Mask),
@@ -155,14 +155,14 @@ void Form::make(const ControlRow& row, QWidget& parent) {
         case ControlKind::own:
             break;
     }
-    if (!row.unitPlace.isEmpty()) {
-        addLabel(textOf(row.unit), row.unitPlace, TextSide::left, theme::text2, 11, parent);
+    if (!row.unitBounds.isEmpty()) {
+        addLabel(textOf(row.unit), row.unitBounds, TextSide::left, theme::text2, 11, parent);
     }
 }
 
 void Form::put(QWidget& control, const ControlRow& row) {
-    if (!row.place.isEmpty()) {
-        control.setGeometry(placeIn(*control.parentWidget(), row.place));
+    if (!row.bounds.isEmpty()) {
+        control.setGeometry(boundsIn(*control.parentWidget(), row.bounds));
     }
     using enum ControlKind;
     const bool namesItself = qobject_cast<const QPushButton*>(&control) != nullptr || row.kind == group ||
@@ -197,29 +197,29 @@ void Form::makeGroup(const ControlRow& row, QWidget& parent) {
     const auto kind = &parent == &page_ ? SkinGroupBox::Kind::card : SkinGroupBox::Kind::inset;
     auto* box = new SkinGroupBox(textOf(row.caption), row.identifier, &parent, kind);
     put(*box, row);
-    if (row.titlePlace.x != 0) {
-        box->setTitlePlace({row.titlePlace.x, row.titlePlace.y});
+    if (row.titleBounds.x != 0) {
+        box->setTitlePosition({row.titleBounds.x, row.titleBounds.y});
     }
     if (row.isHidden) {
         box->hide();
         box->setEnabled(false);
     }
-    groups_.push_back({row.place, row.caption, box, row.isHidden});
+    groups_.push_back({row.bounds, row.caption, box, row.isHidden});
 }
 
-QLabel& Form::addLabel(const QString& text, const Place& place, TextSide side, Colour colour, int pixels,
+QLabel& Form::addLabel(const QString& text, const Bounds& bounds, TextSide side, Colour colour, int pixels,
                        QWidget& parent) {
     auto* label = new QLabel(text, &parent);
-    label->setGeometry(placeIn(parent, place));
+    label->setGeometry(boundsIn(parent, bounds));
     label->setAlignment(alignmentOf(side));
     label->setFont(theme::font(pixels));
     setTextColour(*label, colour);
-    labels_.emplace_back(place, label);
+    labels_.emplace_back(bounds, label);
     return *label;
 }
 
 void Form::makeLabel(const ControlRow& row, QWidget& parent) {
-    QLabel& label = addLabel(textOf(row.caption), row.place, row.side, row.colour.value_or(theme::text2),
+    QLabel& label = addLabel(textOf(row.caption), row.bounds, row.side, row.colour.value_or(theme::text2),
                              row.textPixels, parent);
     if (row.identifier >= 0) {
         setControlId(label, row.identifier);
@@ -229,7 +229,7 @@ void Form::makeLabel(const ControlRow& row, QWidget& parent) {
 
 void Form::makeLine(const ControlRow& row, QWidget& parent) {
     auto* line = new QLabel(&parent);
-    line->setGeometry(placeIn(parent, row.place));
+    line->setGeometry(boundsIn(parent, row.bounds));
     QPalette palette = line->palette();
     palette.setColor(QPalette::Window, QColor::fromRgb(row.colour.value_or(theme::line)));
     line->setPalette(palette);
@@ -259,10 +259,10 @@ void Form::makeCombo(const ControlRow& row, QWidget& parent) {
     bind<ComboBinding>(row, parent, *list, std::move(codes));
 }
 
-NumberEdit& Form::makeEdit(const ControlRow& row, int identifier, const Place& place, QWidget& parent) {
+NumberEdit& Form::makeEdit(const ControlRow& row, int identifier, const Bounds& bounds, QWidget& parent) {
     auto* edit = new NumberEdit(identifier, &parent);
-    if (!place.isEmpty()) {
-        edit->setGeometry(placeIn(parent, place));
+    if (!bounds.isEmpty()) {
+        edit->setGeometry(boundsIn(parent, bounds));
     }
     edit->setColor(row.plainEdit ? 0 : valueColour(row));
     if (row.plainEdit) {
@@ -298,7 +298,7 @@ void Form::makeSlider(const ControlRow& row, QWidget& parent) {
 }
 
 void Form::makeNumber(const ControlRow& row, QWidget& parent) {
-    NumberEdit& edit = makeEdit(row, row.identifier, row.place, parent);
+    NumberEdit& edit = makeEdit(row, row.identifier, row.bounds, parent);
     if (row.field) {
         bind<NumberBinding>(row, parent, edit, sliderScale(*row.field, Qt::Horizontal));
     }
@@ -338,8 +338,8 @@ SkinGroupBox& Form::group(std::string_view title) const {
     return *std::ranges::find(groups_, title, &Group::title)->box;
 }
 
-QLabel& Form::labelAt(const Place& place) const {
-    return *std::ranges::find(labels_, place, &std::pair<Place, QLabel*>::first)->second;
+QLabel& Form::labelAt(const Bounds& bounds) const {
+    return *std::ranges::find(labels_, bounds, &std::pair<Bounds, QLabel*>::first)->second;
 }
 
 Binding& Form::bindingOf(int identifier) const {

@@ -30,7 +30,7 @@ struct BoundField {
     std::size_t element = 0;
 };
 
-[[nodiscard]] QRect rectOf(const Place& place);
+[[nodiscard]] QRect rectOf(const Bounds& bounds);
 /// A text of the rows, which is UTF-8.
 [[nodiscard]] QString textOf(std::string_view text);
 void setTextColour(QLabel& label, Colour colour);
@@ -83,7 +83,7 @@ class Form {
     /// The first group with this title.
     [[nodiscard]] SkinGroupBox& group(std::string_view title) const;
     /// The label at a place of the page.
-    [[nodiscard]] QLabel& labelAt(const Place& place) const;
+    [[nodiscard]] QLabel& labelAt(const Bounds& bounds) const;
 
     /// Shows a group as switched on or off: its bar, and the colours of all that is bound inside.
     void setInCircuit(std::string_view title, bool on);
@@ -99,7 +99,7 @@ class Form {
     bool takeSliderEvent(const QEvent& event);
 
     /// A rectangle of the page in the coordinates of a control on it.
-    [[nodiscard]] QRect placeIn(const QWidget& parent, const Place& place) const;
+    [[nodiscard]] QRect boundsIn(const QWidget& parent, const Bounds& bounds) const;
 
  private:
     void make(const ControlRow& row, QWidget& parent);
@@ -112,8 +112,8 @@ class Form {
     void makeSlider(const ControlRow& row, QWidget& parent);
     void makeNumber(const ControlRow& row, QWidget& parent);
     void makeSpin(const ControlRow& row, QWidget& parent);
-    NumberEdit& makeEdit(const ControlRow& row, int identifier, const Place& place, QWidget& parent);
-    QLabel& addLabel(const QString& text, const Place& place, TextSide side, Colour colour, int pixels,
+    NumberEdit& makeEdit(const ControlRow& row, int identifier, const Bounds& bounds, QWidget& parent);
+    QLabel& addLabel(const QString& text, const Bounds& bounds, TextSide side, Colour colour, int pixels,
                      QWidget& parent);
     /// Gives a new control its place and its name.
     void put(QWidget& control, const ControlRow& row);
@@ -124,7 +124,7 @@ class Form {
     [[nodiscard]] Binding& bindingOf(int identifier) const;
 
     struct Group {
-        Place place;
+        Bounds bounds;
         std::string title;
         SkinGroupBox* box;
         bool isHidden;
@@ -134,7 +134,7 @@ class Form {
     Writer writer_;
     std::optional<Typing> typing_;
     std::vector<Group> groups_;
-    std::vector<std::pair<Place, QLabel*>> labels_;
+    std::vector<std::pair<Bounds, QLabel*>> labels_;
     std::map<int, QWidget*> controls_;  ///< by number
     std::map<int, SliderBinding*> sliders_;
     std::vector<Bound> bindings_;

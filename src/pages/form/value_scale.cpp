@@ -52,34 +52,34 @@ QString withoutUnit(const QString& text) {
     if (rest.endsWith(QLatin1String("Hz"), Qt::CaseInsensitive)) {
         rest = rest.chopped(2).trimmed();
     }
-    qsizetype place = rest.startsWith(QLatin1Char('-')) ? 1 : 0;
-    QString whole = rest.left(place);
+    qsizetype index = rest.startsWith(QLatin1Char('-')) ? 1 : 0;
+    QString whole = rest.left(index);
     QString fraction;
     const auto digitsInto = [&](QString& digits) {
-        const qsizetype first = place;
-        for (; place < rest.size() && isDigit(rest[place]); ++place) {
-            digits += rest[place];
+        const qsizetype first = index;
+        for (; index < rest.size() && isDigit(rest[index]); ++index) {
+            digits += rest[index];
         }
-        return place - first;
+        return index - first;
     };
     bool anyDigit = digitsInto(whole) > 0;
-    const bool pointed = place < rest.size() && isPoint(rest[place]);
+    const bool pointed = index < rest.size() && isPoint(rest[index]);
     if (pointed) {
-        ++place;
+        ++index;
         anyDigit = digitsInto(fraction) > 0 || anyDigit;
     }
-    const qsizetype numberEnd = place;
-    while (place < rest.size() && rest[place].isSpace()) {
-        ++place;
+    const qsizetype numberEnd = index;
+    while (index < rest.size() && rest[index].isSpace()) {
+        ++index;
     }
-    const bool thousands = place < rest.size() && rest[place].toLower() == QLatin1Char('k');
+    const bool thousands = index < rest.size() && rest[index].toLower() == QLatin1Char('k');
     if (thousands) {
-        ++place;
-        if (!pointed && place == numberEnd + 1) {
+        ++index;
+        if (!pointed && index == numberEnd + 1) {
             digitsInto(fraction);
         }
     }
-    if (!anyDigit || place != rest.size()) {
+    if (!anyDigit || index != rest.size()) {
         return text;
     }
     if (thousands) {

@@ -34,7 +34,7 @@ CAudioRouter::CAudioRouter(TuningState& tuning, QWidget* parent) : ParameterPage
         if (row.field == FieldId::routerSource) {
             auto& list = form().control<SkinComboBox>(row.identifier);
             list.setItemDot(0, QColor::fromRgb(theme::mark));
-            form().labelAt(row.captionPlace).setBuddy(&list);
+            form().labelAt(row.captionBounds).setBuddy(&list);
         }
     }
     CAudioRouter::refresh();
@@ -94,7 +94,7 @@ void CAudioRouter::refresh() {
 void CAudioRouter::updateLook() {
     const int modeInForce = form().control<SpinEdit>(audio_router_id::surroundMode).value();
     for (int mode = 0; mode < static_cast<int>(surroundModeCount); ++mode) {
-        QLabel& label = form().labelAt(surroundModePlace(mode));
+        QLabel& label = form().labelAt(surroundModeBounds(mode));
         const bool inForce = mode == modeInForce;
         label.setFont(theme::font(12, inForce ? QFont::Medium : QFont::Normal));
         QPalette palette = label.palette();

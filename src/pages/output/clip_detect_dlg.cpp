@@ -11,13 +11,14 @@
 
 namespace tessavo {
 
-CClipDetectDlg::CClipDetectDlg(Parts parts, QWidget* parent) : CTabDialog(parent), form_(*this) {
+CClipDetectDlg::CClipDetectDlg(Dependencies dependencies, QWidget* parent)
+    : CTabDialog(parent), form_(*this) {
     // The pictures of an indicator lie upon each other.
     std::size_t made = 0;
     form_.build(clipRows(), [&made](const ControlRow& row, QWidget& place) {
         constexpr std::array pictures{ClipLight::Picture::socket, ClipLight::Picture::notClipping,
                                       ClipLight::Picture::clipping};
-        const int diameter = row.place.width == 34 ? 22 : 28;
+        const int diameter = row.bounds.width == 34 ? 22 : 28;
         return new ClipLight(pictures[made++ % pictures.size()], diameter, row.identifier, &place);
     });
     form_.onClick(clip_id::onOff, [this] { toggle(); });
@@ -43,7 +44,8 @@ CClipDetectDlg::CClipDetectDlg(Parts parts, QWidget* parent) : CTabDialog(parent
         });
     };
     poller_ = std::make_unique<ClipPoller>(
-        ClipPoller::Outside{std::move(parts.ask), std::move(parts.takeTurn), deliver}, parts.clock);
+        ClipPoller::Dependencies{std::move(dependencies.ask), std::move(dependencies.takeTurn), deliver},
+        dependencies.clock);
 }
 
 CClipDetectDlg::~CClipDetectDlg() {

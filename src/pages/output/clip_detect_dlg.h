@@ -19,14 +19,14 @@ class CClipDetectDlg : public CTabDialog {
     Q_OBJECT
 
  public:
-    struct Parts {
-        /// See ClipPoller::Outside; both run on its thread.
+    struct Dependencies {
+        /// See ClipPoller::Dependencies; both run on its thread.
         std::function<std::optional<ClipState>()> ask;
         std::function<bool(const std::function<bool()>& wanted)> takeTurn;
         IClock* clock = nullptr;  ///< outlives the page; the machine's own when null
     };
 
-    explicit CClipDetectDlg(Parts parts, QWidget* parent = nullptr);
+    explicit CClipDetectDlg(Dependencies dependencies, QWidget* parent = nullptr);
     ~CClipDetectDlg() override;
 
     [[nodiscard]] bool isOn() const { return poller_->isOn(); }

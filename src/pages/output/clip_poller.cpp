@@ -13,8 +13,8 @@ constexpr Milliseconds pollPause{1000};
 
 }  // namespace
 
-ClipPoller::ClipPoller(Outside outside, IClock* clock)
-    : outside_(std::move(outside)), clock_(clock != nullptr ? *clock : ownClock_) {
+ClipPoller::ClipPoller(Dependencies dependencies, IClock* clock)
+    : dependencies_(std::move(dependencies)), clock_(clock != nullptr ? *clock : ownClock_) {
     try {
         thread_ = std::thread(&ClipPoller::run, this);
     } catch (const std::system_error&) {
@@ -43,12 +43,12 @@ void ClipPoller::run() {
 
 void ClipPoller::poll() {
     const auto wanted = [this] { return on_ && !stopping_; };
-    if (!wanted() || !outside_.takeTurn(wanted)) {
+    if (!wanted() || !dependencies_.takeTurn(wanted)) {
         return;
     }
-    const auto state = outside_.ask();
+    const auto state = dependencies_.ask();
     if (wanted()) {
-        outside_.deliver(state);
+        dependencies_.deliver(state);
     }
 }
 

@@ -15,7 +15,7 @@ namespace tessavo {
 /// It asks in its turn: when that comes, somebody else decides.
 class ClipPoller {
  public:
-    struct Outside {
+    struct Dependencies {
         /// One exchange, run on the poller's thread; nothing when it failed.
         std::function<std::optional<ClipState>()> ask;
         /// Waits, on the poller's thread, until an exchange may begin; gives up once what it is handed
@@ -28,7 +28,7 @@ class ClipPoller {
     /// Starts the thread, at the lowest priority that the system gives.
     /// \param clock for the pause between two polls; outlives the poller. When empty the machine's own, whose
     /// pause ends at once when the poller is destroyed.
-    explicit ClipPoller(Outside outside, IClock* clock = nullptr);
+    explicit ClipPoller(Dependencies dependencies, IClock* clock = nullptr);
     /// Ends the thread. Waits for an exchange that runs, not for a turn.
     ~ClipPoller();
     ClipPoller(const ClipPoller&) = delete;
@@ -42,7 +42,7 @@ class ClipPoller {
     void run();
     void poll();
 
-    Outside outside_;
+    Dependencies dependencies_;
     SystemClock ownClock_;
     IClock& clock_;
     std::atomic<bool> on_ = false;

@@ -228,12 +228,12 @@ void COutputEQ::resetChannel() {
         return;
     }
     for (const std::vector<FieldId>& together : resetFields()) {
-        for (std::size_t part = 0; part < fieldOf(together.front()).inner.count; ++part) {
+        for (std::size_t element = 0; element < fieldOf(together.front()).inner.count; ++element) {
             std::vector<FieldValue> values;
             for (const FieldId field : together) {
-                values.push_back({field, storedDefault(fieldOf(field), {0, part})});
+                values.push_back({field, storedDefault(fieldOf(field), {0, element})});
             }
-            tuning().editSelected(values, part, true);
+            tuning().editSelected(values, element, true);
         }
     }
     refresh();

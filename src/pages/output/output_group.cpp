@@ -31,11 +31,13 @@ COutputGroup::COutputGroup(TuningState& tuning, QWidget* parent)
             Row{groupRows[1], linkedSliders(groupRows[1].value)}} {
     form().build(outputGroupRows());
     for (Row& row : rows_) {
-        for (std::size_t place = 0; place < channelCount; ++place) {
-            tieSlider(row, place);
-            row.groups[place] = &form().control<SkinComboBox>(row.table.firstGroup + static_cast<int>(place));
+        for (std::size_t column = 0; column < channelCount; ++column) {
+            tieSlider(row, column);
+            row.groups[column] =
+                &form().control<SkinComboBox>(row.table.firstGroup + static_cast<int>(column));
             for (std::size_t group = 0; group < theme::groups.size(); ++group) {
-                row.groups[place]->setItemDot(static_cast<int>(group), QColor::fromRgb(theme::groups[group]));
+                row.groups[column]->setItemDot(static_cast<int>(group),
+                                               QColor::fromRgb(theme::groups[group]));
             }
         }
     }
@@ -44,30 +46,30 @@ COutputGroup::COutputGroup(TuningState& tuning, QWidget* parent)
 
 COutputGroup::~COutputGroup() = default;
 
-void COutputGroup::tieSlider(Row& row, std::size_t place) {
+void COutputGroup::tieSlider(Row& row, std::size_t column) {
     const GroupRow& table = row.table;
     const Field& field = fieldOf(table.value);
     const auto lower = truncateTo<int>(field.minimum);
     const auto upper = truncateTo<int>(field.maximum);
     const ValueScale scale = sliderScale(table.value, Qt::Vertical);
-    auto& slider = form().control<CBitmapSlider>(table.firstSlider + static_cast<int>(place));
-    auto& edit = form().control<NumberEdit>(table.edits[place]);
+    auto& slider = form().control<CBitmapSlider>(table.firstSlider + static_cast<int>(column));
+    auto& edit = form().control<NumberEdit>(table.edits[column]);
     slider.setValueScale(-1.0 / divisor);
     slider.setFormatter([scale](int position) { return unitTextAt(scale, position); });
     edit.setUnit(scale.unit);
-    connectEdit(row, place, edit, [](CInputBase& typed) { typed.applyText(); });
+    connectEdit(row, column, edit, [](CInputBase& typed) { typed.applyText(); });
     if (table.firstDistance == 0) {
-        row.inputs[place] =
+        row.inputs[column] =
             std::make_unique<CInputBase>(slider, edit, slider.parentWidget(), lower, upper, divisor);
         return;
     }
-    auto& distance = form().control<NumberEdit>(table.firstDistance + static_cast<int>(place));
+    auto& distance = form().control<NumberEdit>(table.firstDistance + static_cast<int>(column));
     edit.setAlignment(Qt::AlignCenter);
     distance.setAlignment(Qt::AlignCenter);
     distance.setUnit(QStringLiteral("cm"));
-    row.inputs[place] = std::make_unique<CInputAdvanced>(slider, edit, distance, slider.parentWidget(), lower,
-                                                         upper, divisor);
-    connectEdit(row, place, distance, [](CInputBase& typed) {
+    row.inputs[column] = std::make_unique<CInputAdvanced>(slider, edit, distance, slider.parentWidget(),
+                                                          lower, upper, divisor);
+    connectEdit(row, column, distance, [](CInputBase& typed) {
         typed.applySecondText();
         // The box of the time follows; that of the distance keeps what was typed.
         typed.CInputBase::showPosition();
@@ -75,12 +77,12 @@ void COutputGroup::tieSlider(Row& row, std::size_t place) {
 }
 
 template <typename Apply>
-void COutputGroup::connectEdit(Row& row, std::size_t place, NumberEdit& edit, Apply apply) {
-    const auto take = [this, &row, place, apply] {
-        apply(*row.inputs[place]);
-        takeMove(row, place);
+void COutputGroup::connectEdit(Row& row, std::size_t column, NumberEdit& edit, Apply apply) {
+    const auto take = [this, &row, column, apply] {
+        apply(*row.inputs[column]);
+        takeMove(row, column);
     };
-    connect(&edit, &QLineEdit::textChanged, this, [&row, place] { row.inputs[place]->warn(); });
+    connect(&edit, &QLineEdit::textChanged, this, [&row, column] { row.inputs[column]->warn(); });
     connect(&edit, &NumberEdit::entered, this, take);
     connect(&edit, &NumberEdit::left, this, [&edit, take] {
         // A box that was only passed through has nothing to say.
@@ -89,15 +91,15 @@ void COutputGroup::connectEdit(Row& row, std::size_t place, NumberEdit& edit, Ap
         }
     });
     connect(&edit, &NumberEdit::stepRequested, this,
-            [this, &row, place, &edit, apply](int steps, bool coarse) {
-                CInputBase& input = *row.inputs[place];
+            [this, &row, column, &edit, apply](int steps, bool coarse) {
+                CInputBase& input = *row.inputs[column];
                 if (edit.isEdited()) {
                     apply(input);
                 }
                 CBitmapSlider& slider = input.slider();
                 slider.setPosition(slider.position() - (coarse ? coarseSteps : 1) * steps);
                 input.showPosition();
-                takeMove(row, place);
+                takeMove(row, column);
             });
 }
 
@@ -108,11 +110,11 @@ FieldIndex COutputGroup::elementOf(BoundField bound) const {
 void COutputGroup::refresh() {
     for (Row& row : rows_) {
         const ValueScale scale = sliderScale(row.table.value, Qt::Vertical);
-        for (std::size_t place = 0; place < channelCount; ++place) {
-            CInputBase& input = *row.inputs[place];
-            input.slider().setPosition(positionOf(scale, shown({row.table.value, place})));
+        for (std::size_t column = 0; column < channelCount; ++column) {
+            CInputBase& input = *row.inputs[column];
+            input.slider().setPosition(positionOf(scale, shown({row.table.value, column})));
             input.showPosition();
-            row.linked.setPosition(place, input.slider().position());
+            row.linked.setPosition(column, input.slider().position());
         }
     }
     ParameterPage::refresh();
@@ -121,18 +123,18 @@ void COutputGroup::refresh() {
 void COutputGroup::updateMarks() {
     ParameterPage::updateMarks();
     for (Row& row : rows_) {
-        for (std::size_t place = 0; place < channelCount; ++place) {
-            const BoundField bound{row.table.value, place};
-            row.inputs[place]->mark(shown(bound), playedNote(tuning(), bound.field, elementOf(bound)));
+        for (std::size_t column = 0; column < channelCount; ++column) {
+            const BoundField bound{row.table.value, column};
+            row.inputs[column]->mark(shown(bound), playedNote(tuning(), bound.field, elementOf(bound)));
         }
     }
 }
 
 void COutputGroup::updateLook() {
     for (Row& row : rows_) {
-        for (std::size_t place = 0; place < channelCount; ++place) {
-            const int group = row.groups[place]->currentIndex();
-            auto* box = static_cast<SkinGroupBox*>(row.inputs[place]->owner());
+        for (std::size_t column = 0; column < channelCount; ++column) {
+            const int group = row.groups[column]->currentIndex();
+            auto* box = static_cast<SkinGroupBox*>(row.inputs[column]->owner());
             box->setBar(group < 0 ? QColor()
                                   : QColor::fromRgb(theme::groups[static_cast<std::size_t>(group)]));
         }
@@ -145,25 +147,25 @@ bool COutputGroup::event(QEvent* event) {
     }
     const int id = static_cast<const SliderEvent&>(*event).controlId();
     for (Row& row : rows_) {
-        const int place = id - row.table.firstSlider;
-        if (place >= 0 && place < static_cast<int>(channelCount)) {
+        const int column = id - row.table.firstSlider;
+        if (column >= 0 && column < static_cast<int>(channelCount)) {
             // A slider that was put back may have events on their way that tell of where it was before.
-            row.inputs[static_cast<std::size_t>(place)]->showPosition();
-            takeMove(row, static_cast<std::size_t>(place));
+            row.inputs[static_cast<std::size_t>(column)]->showPosition();
+            takeMove(row, static_cast<std::size_t>(column));
         }
     }
     return true;
 }
 
-void COutputGroup::takeMove(Row& row, std::size_t place) {
+void COutputGroup::takeMove(Row& row, std::size_t column) {
     LinkedSliders::Groups groups{};
     for (std::size_t other = 0; other < channelCount; ++other) {
         groups[other] = row.groups[other]->currentIndex();
     }
-    CInputBase& moved = *row.inputs[place];
-    const LinkedSliders::Move outcome = row.linked.move(place, moved.slider().position(), groups);
+    CInputBase& moved = *row.inputs[column];
+    const LinkedSliders::Move outcome = row.linked.move(column, moved.slider().position(), groups);
     if (outcome.refused) {
-        moved.slider().setPosition(row.linked.position(place));
+        moved.slider().setPosition(row.linked.position(column));
         moved.showPosition();
     }
     for (std::size_t other = 0; other < channelCount; ++other) {
@@ -173,13 +175,13 @@ void COutputGroup::takeMove(Row& row, std::size_t place) {
             store(row, other);
         }
     }
-    store(row, place);
+    store(row, column);
     updateMarks();
 }
 
-void COutputGroup::store(const Row& row, std::size_t place) {
-    const RecordChannel channel{groupSliderMap[place]};
-    tuning().edit(row.table.value, {channel.value, 0}, static_cast<float>(row.linked.value(place)), true);
+void COutputGroup::store(const Row& row, std::size_t column) {
+    const RecordChannel channel{groupSliderMap[column]};
+    tuning().edit(row.table.value, {channel.value, 0}, static_cast<float>(row.linked.value(column)), true);
 }
 
 }  // namespace tessavo

@@ -42,15 +42,15 @@ class COutputGroup : public ParameterPage {
         std::array<SkinComboBox*, channelCount> groups{};
     };
 
-    void tieSlider(Row& row, std::size_t place);
+    void tieSlider(Row& row, std::size_t column);
     /// Lets an edit box apply its text by a function and step the slider by the keyboard.
     template <typename Apply>
-    void connectEdit(Row& row, std::size_t place, NumberEdit& edit, Apply apply);
+    void connectEdit(Row& row, std::size_t column, NumberEdit& edit, Apply apply);
 
     /// Takes over where a slider stands now: moves those that are linked to it and stores all of them, or
     /// puts the slider back.
-    void takeMove(Row& row, std::size_t place);
-    void store(const Row& row, std::size_t place);
+    void takeMove(Row& row, std::size_t column);
+    void store(const Row& row, std::size_t column);
 
     std::array<Row, 2> rows_;  ///< gain, delay
 };

@@ -25,7 +25,7 @@ inline constexpr int firstDecoderGainEdit = 5051;
 }  // namespace audio_router_id
 
 /// Where the name of a surround mode stands.
-[[nodiscard]] constexpr Place surroundModePlace(int mode) {
+[[nodiscard]] constexpr Bounds surroundModeBounds(int mode) {
     return {534, 106 + 21 * mode, 130, 16};
 }
 

@@ -9,33 +9,34 @@ using enum ControlKind;
 constexpr int firstRowTop = 120;
 constexpr int rowStep = 47;
 
-ControlRow text(std::string caption, const Place& place) {
+ControlRow text(std::string caption, const Bounds& bounds) {
     return {.kind = label,
             .caption = std::move(caption),
-            .place = place,
+            .bounds = bounds,
             .colour = theme::text,
             .textPixels = 13};
 }
 
 // Made last, the clipping picture lies above: where both are shown the warning is what a person sees.
-void addLight(ControlRows& rows, const clip_id::LightIds& ids, const std::string& name, const Place& place) {
-    rows.push_back({.kind = own, .place = place});
+void addLight(ControlRows& rows, const clip_id::LightIds& ids, const std::string& name,
+              const Bounds& bounds) {
+    rows.push_back({.kind = own, .bounds = bounds});
     rows.push_back(
-        {.kind = own, .identifier = ids.notClipping, .name = name + ": not clipping", .place = place});
-    rows.push_back({.kind = own, .identifier = ids.clipping, .name = name + ": clipping", .place = place});
+        {.kind = own, .identifier = ids.notClipping, .name = name + ": not clipping", .bounds = bounds});
+    rows.push_back({.kind = own, .identifier = ids.clipping, .name = name + ": clipping", .bounds = bounds});
 }
 
 void addSwitch(ControlRows& rows) {
     rows.push_back({.kind = group,
                     .identifier = clip_id::switchGroup,
                     .name = "Clip Detection",
-                    .place = {0, 8, 984, 62}});
+                    .bounds = {0, 8, 984, 62}});
     rows.push_back({.kind = button,
                     .identifier = clip_id::onOff,
                     .caption = "On/Off",
                     .name = "Clip Detection On/Off",
-                    .place = {16, 23, 112, 32}});
-    rows.push_back({.kind = lamp, .identifier = clip_id::stateLamp, .place = {147, 30, 18, 18}});
+                    .bounds = {16, 23, 112, 32}});
+    rows.push_back({.kind = lamp, .identifier = clip_id::stateLamp, .bounds = {147, 30, 18, 18}});
     ControlRow state = text("Clip Detection is OFF", {174, 23, 200, 32});
     state.identifier = clip_id::state;
     state.textPixels = 15;
@@ -47,19 +48,19 @@ void addSwitch(ControlRows& rows) {
 
 void addColumn(ControlRows& rows, std::size_t stage) {
     const std::string caption(clipStages[stage].caption);
-    const Place column = clipColumnPlace(stage);
+    const Bounds column = clipColumnPlace(stage);
     rows.push_back({.kind = group,
                     .identifier = clip_id::firstColumn + static_cast<int>(stage),
                     .caption = caption,
-                    .place = column,
-                    .titlePlace = {16, 10}});
-    rows.push_back({.kind = line, .place = {column.x + 1, column.y + 36, column.width - 2, 1}});
+                    .bounds = column,
+                    .titleBounds = {16, 10}});
+    rows.push_back({.kind = line, .bounds = {column.x + 1, column.y + 36, column.width - 2, 1}});
     for (std::size_t row = 0; row < clipStages[stage].names.size(); ++row) {
         const std::string name(clipStages[stage].names[row]);
         const int top = firstRowTop + rowStep * static_cast<int>(row);
         if (row > 0) {
             rows.push_back({.kind = line,
-                            .place = {column.x + 16, top, column.width - 32, 1},
+                            .bounds = {column.x + 16, top, column.width - 32, 1},
                             .colour = theme::rowDivider});
         }
         rows.push_back(text(name, {column.x + 16, top, 140, rowStep}));
@@ -73,7 +74,7 @@ void addAmplifier(ControlRows& rows, std::size_t row) {
     rows.push_back({.kind = group,
                     .identifier = clip_id::firstAmplifier + static_cast<int>(row),
                     .name = name,
-                    .place = {left, 514, 480, 74}});
+                    .bounds = {left, 514, 480, 74}});
     rows.push_back(text(name, {left + 16, 535, 320, 32}));
     addLight(rows, clip_id::amplifiers[row], name, {left + 425, 529, 44, 44});
 }

@@ -36,7 +36,7 @@ inline constexpr std::array<LightIds, clipAmplifierNames.size()> amplifiers{{{13
 }  // namespace clip_id
 
 /// Left and width of a stage's column.
-[[nodiscard]] constexpr Place clipColumnPlace(std::size_t stage) {
+[[nodiscard]] constexpr Bounds clipColumnPlace(std::size_t stage) {
     return {252 * static_cast<int>(stage), 80, 228, 424};
 }
 

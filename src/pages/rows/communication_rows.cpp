@@ -9,18 +9,18 @@ namespace {
 using enum ControlKind;
 using namespace comm_id;
 
-ControlRow control(ControlKind kind, int identifier, const char* caption, const Place& place) {
-    return {.kind = kind, .identifier = identifier, .caption = caption, .place = place};
+ControlRow control(ControlKind kind, int identifier, const char* caption, const Bounds& bounds) {
+    return {.kind = kind, .identifier = identifier, .caption = caption, .bounds = bounds};
 }
 
 /// A box that only shows, and a list, with its caption beside it.
-ControlRow captioned(ControlKind kind, int identifier, const char* caption, const Place& captionPlace,
-                     const Place& place) {
+ControlRow captioned(ControlKind kind, int identifier, const char* caption, const Bounds& captionBounds,
+                     const Bounds& bounds) {
     return {.kind = kind,
             .identifier = identifier,
             .caption = caption,
-            .place = place,
-            .captionPlace = captionPlace,
+            .bounds = bounds,
+            .captionBounds = captionBounds,
             .textPixels = 12,
             .captionColour = theme::text};
 }
@@ -33,7 +33,7 @@ void addSets(ControlRows& rows, int groupIdentifier, const char* title, int left
                         .identifier = first + set,
                         .caption = caption,
                         .name = std::string(title) + ": " + caption,
-                        .place = {x, 38, width, 28}});
+                        .bounds = {x, 38, width, 28}});
     };
     for (int set = 1; set <= static_cast<int>(setCount); ++set) {
         add(set, "Set " + std::to_string(set), 46);
@@ -53,7 +53,7 @@ const ControlRows& communicationRows() {
             {.kind = readOnly,
              .identifier = imagePath,
              .name = "Software image file",
-             .place = {12, 116, 470, 28}},
+             .bounds = {12, 116, 470, 28}},
             control(button, selectImage, "Select Image File", {492, 116, 130, 28}),
             control(button, flashFile, "Flash File", {632, 116, 130, 28}),
             control(own, transferLine, "", {12, 150, 750, 16}),

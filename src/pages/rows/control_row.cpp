@@ -52,9 +52,9 @@ const ControlRow* groupAround(std::span<const ControlRow> rows, const ControlRow
         if (&each == &row) {
             break;
         }
-        const bool isAround = row.place.isEmpty()
+        const bool isAround = row.bounds.isEmpty()
                                   ? row.kind != ControlKind::group
-                                  : each.isHidden <= row.isHidden && each.place.contains(row.place);
+                                  : each.isHidden <= row.isHidden && each.bounds.contains(row.bounds);
         if (each.kind == ControlKind::group && isAround) {
             around = &each;
         }

@@ -13,23 +13,23 @@
 namespace tessavo {
 
 /// A rectangle in logical pixels of the page.
-struct Place {
+struct Bounds {
     int x = 0;
     int y = 0;
     int width = 0;
     int height = 0;
 
     [[nodiscard]] constexpr bool isEmpty() const { return width == 0 || height == 0; }
-    [[nodiscard]] constexpr Place movedBy(int dx, int dy) const { return {x + dx, y + dy, width, height}; }
-    [[nodiscard]] constexpr bool contains(const Place& other) const {
+    [[nodiscard]] constexpr Bounds movedBy(int dx, int dy) const { return {x + dx, y + dy, width, height}; }
+    [[nodiscard]] constexpr bool contains(const Bounds& other) const {
         return x <= other.x && y <= other.y && other.x + other.width <= x + width &&
                other.y + other.height <= y + height;
     }
-    [[nodiscard]] constexpr bool overlaps(const Place& other) const {
+    [[nodiscard]] constexpr bool overlaps(const Bounds& other) const {
         return x < other.x + other.width && other.x < x + width && y < other.y + other.height &&
                other.y < y + height;
     }
-    bool operator==(const Place&) const = default;
+    bool operator==(const Bounds&) const = default;
 };
 
 /// What a row becomes on the screen.
@@ -73,7 +73,7 @@ struct ControlRow {
     std::string name{};  ///< what screen readers call it, where that is not the caption
     /// Its rectangle; without one it stands hidden in the group before it. The innermost group around it is
     /// its parent.
-    Place place{};
+    Bounds bounds{};
 
     std::optional<FieldId> field{};  ///< behind it; a control that shows a value is bound to it
     std::size_t element = 0;         ///< band, crossover or position in that field
@@ -85,19 +85,19 @@ struct ControlRow {
     std::vector<std::uint8_t> codes{};
 
     int editIdentifier = -1;      ///< box of a slider or delay
-    Place edit{};                 ///< its rectangle
+    Bounds edit{};                ///< its rectangle
     bool editsLast = false;       ///< Tab: the boxes of neighbouring rows come behind all their sliders
     bool plainEdit = false;       ///< box without the colour of its value, its text centred
     int distanceIdentifier = -1;  ///< second box of a delay
-    Place distance{};             ///< its rectangle
+    Bounds distance{};            ///< its rectangle
     /// Positions of a slider's ticks, where they are not those of its field.
     std::optional<std::vector<int>> ticks{};
 
-    Place captionPlace{};   ///< label of a control that shows a value; none without
-    std::string unit{};     ///< second label
-    Place unitPlace{};      ///< its rectangle
-    Place titlePlace{};     ///< left and top of a group's title, inside the group; usual ones without
-    bool isHidden = false;  ///< a group that is never seen or reached, or a control with a place in one
+    Bounds captionBounds{};  ///< label of a control that shows a value; none without
+    std::string unit{};      ///< second label
+    Bounds unitBounds{};     ///< its rectangle
+    Bounds titleBounds{};    ///< left and top of a group's title, inside the group; usual ones without
+    bool isHidden = false;   ///< a group that is never seen or reached, or a control with a place in one
 
     std::optional<Colour> colour{};         ///< that of its field's unit, or the usual one, without
     int textPixels = 11;                    ///< size of a label's letters

@@ -18,10 +18,10 @@ constexpr Colour zeroRuler = 0xFF46535F;
 void addRuler(ControlRows& rows, int first, int last, int textsAt, int textWidth) {
     // At +20, +10, 0, -10 and -20 dB, where the middle of a cap stands.
     for (const int y : {77, 120, 163, 205, 248}) {
-        rows.push_back({.kind = line, .place = {first, y, last - first, 1}, .colour = y == 163 ? zeroRuler : ruler});
+        rows.push_back({.kind = line, .bounds = {first, y, last - first, 1}, .colour = y == 163 ? zeroRuler : ruler});
     }
     const auto addText = [&](const char* text, int y, int height) {
-        rows.push_back({.kind = label, .caption = text, .place = {textsAt, y, textWidth, height},
+        rows.push_back({.kind = label, .caption = text, .bounds = {textsAt, y, textWidth, height},
                         .side = TextSide::right});
     };
     addText("20 dB", 70, 15);
@@ -30,26 +30,26 @@ void addRuler(ControlRows& rows, int first, int last, int textsAt, int textWidth
 }
 
 ControlRow band(int index, const std::string& head, const std::string& name, FieldId field, std::size_t element,
-                const Place& column, std::string_view effect) {
+                const Bounds& column, std::string_view effect) {
     const int centre = column.x + column.width / 2;
     // The lines of the group are the ruler, so the slider has no ticks.
     return {.kind = slider, .identifier = id::firstBandSlider + index, .caption = head, .name = name,
-            .place = {centre - 14, 68, 28, 190}, .field = field, .element = element,
+            .bounds = {centre - 14, 68, 28, 190}, .field = field, .element = element,
             .editIdentifier = id::firstBandEdit + index, .edit = {centre - 25, 266, 50, 24},
             .editsLast = true, .plainEdit = true, .ticks = std::vector<int>{},
-            .captionPlace = column, .side = TextSide::centre, .captionColour = theme::text, .manual = {effect}};
+            .captionBounds = column, .side = TextSide::centre, .captionColour = theme::text, .manual = {effect}};
 }
 
 void addEqualizer(ControlRows& rows) {
-    rows.push_back({.kind = group, .caption = "Equalizer", .place = {0, 8, 656, 292}});
-    rows.push_back({.kind = toggle, .identifier = id::eqOn, .caption = "EQ On", .place = {470, 16, 92, 26},
+    rows.push_back({.kind = group, .caption = "Equalizer", .bounds = {0, 8, 656, 292}});
+    rows.push_back({.kind = toggle, .identifier = id::eqOn, .caption = "EQ On", .bounds = {470, 16, 92, 26},
                     .field = FieldId::inputEqOn, .entries = {"EQ Off", "EQ On"},
                     .manual = {.effect = "puts the equalizer and the tone bands in circuit; the caption names "
                                          "the state in force",
                                .start = "EQ On"}});
-    rows.push_back({.kind = note, .identifier = id::eqNote, .place = {120, 20, 340, 18}, .side = TextSide::right});
-    rows.push_back({.kind = button, .identifier = id::reset, .caption = "Reset", .place = {570, 16, 74, 26}});
-    rows.push_back({.kind = label, .caption = "Hz", .place = {6, 50, 42, 14}, .side = TextSide::right});
+    rows.push_back({.kind = note, .identifier = id::eqNote, .bounds = {120, 20, 340, 18}, .side = TextSide::right});
+    rows.push_back({.kind = button, .identifier = id::reset, .caption = "Reset", .bounds = {570, 16, 74, 26}});
+    rows.push_back({.kind = label, .caption = "Hz", .bounds = {6, 50, 42, 14}, .side = TextSide::right});
     addRuler(rows, 56, 644, 6, 42);
     constexpr std::array heads{"60", "170", "310", "600", "1K", "3K", "6K", "12K", "14K", "16K"};
     for (std::size_t i = 0; i < heads.size(); ++i) {
@@ -61,7 +61,7 @@ void addEqualizer(ControlRows& rows) {
 }
 
 void addTone(ControlRows& rows) {
-    rows.push_back({.kind = group, .caption = "Tone", .place = {666, 8, 318, 292}});
+    rows.push_back({.kind = group, .caption = "Tone", .bounds = {666, 8, 318, 292}});
     addRuler(rows, 724, 972, 672, 46);
     const std::array<std::string, 3> heads{"Bass", "Mid", "Treble"};
     for (std::size_t i = 0; i < heads.size(); ++i) {
@@ -75,12 +75,12 @@ void addTone(ControlRows& rows) {
 void addLevel(ControlRows& rows, int index, FieldId field, const char* title, std::string_view effect) {
     const int top = 310 + 48 * index;
     const bool isDetection = field == FieldId::gainDetectionLevel;
-    rows.push_back({.kind = group, .caption = title, .place = {0, top, 394, 38}, .titlePlace = {12, 11}});
+    rows.push_back({.kind = group, .caption = title, .bounds = {0, top, 394, 38}, .titleBounds = {12, 11}});
     rows.push_back({.kind = slider, .identifier = id::firstLevelSlider + index, .caption = isDetection ? "Level" : "",
-                    .name = title, .place = {172, top + 5, 138, 28}, .field = field,
+                    .name = title, .bounds = {172, top + 5, 138, 28}, .field = field,
                     .editIdentifier = id::firstLevelEdit + index, .edit = {316, top + 7, 50, 24},
-                    .captionPlace = isDetection ? Place{134, top + 7, 34, 24} : Place{},
-                    .unit = "dB", .unitPlace = {370, top + 7, 18, 24}, .side = TextSide::right, .manual = {effect}});
+                    .captionBounds = isDetection ? Bounds{134, top + 7, 34, 24} : Bounds{},
+                    .unit = "dB", .unitBounds = {370, top + 7, 18, 24}, .side = TextSide::right, .manual = {effect}});
 }
 
 void addColumn(ControlRows& rows, int index, FieldId field, const char* head, const char* name,
@@ -88,22 +88,22 @@ void addColumn(ControlRows& rows, int index, FieldId field, const char* head, co
     const int x = 412 + 75 * index;
     const std::string unit(fieldOf(field).unit);
     rows.push_back({.kind = slider, .identifier = id::firstCompressorSlider + index, .caption = head, .name = name,
-                    .place = {x + 24, 372, 28, 174}, .field = field,
+                    .bounds = {x + 24, 372, 28, 174}, .field = field,
                     .editIdentifier = id::firstCompressorEdit + index, .edit = {x + 2, 554, 50, 24}, .editsLast = true,
-                    .captionPlace = {x, 340, 75, 28},
-                    .unit = unit, .unitPlace = unit.empty() ? Place{} : Place{x + 55, 554, 20, 24},
+                    .captionBounds = {x, 340, 75, 28},
+                    .unit = unit, .unitBounds = unit.empty() ? Bounds{} : Bounds{x + 55, 554, 20, 24},
                     .side = TextSide::bottom, .manual = {effect}});
 }
 
 void addTime(ControlRows& rows, int identifier, FieldId field, int y, const char* caption, const char* name,
              std::string_view effect) {
     rows.push_back({.kind = number, .identifier = identifier, .caption = caption, .name = name,
-                    .place = {886, y, 56, 24}, .field = field, .captionPlace = {886, y - 18, 90, 14},
-                    .unit = "ms", .unitPlace = {946, y, 28, 24}, .manual = {effect}});
+                    .bounds = {886, y, 56, 24}, .field = field, .captionBounds = {886, y - 18, 90, 14},
+                    .unit = "ms", .unitBounds = {946, y, 28, 24}, .manual = {effect}});
 }
 
 void addCompressor(ControlRows& rows) {
-    rows.push_back({.kind = group, .caption = "Compressor", .place = {404, 310, 580, 278}});
+    rows.push_back({.kind = group, .caption = "Compressor", .bounds = {404, 310, 580, 278}});
     addColumn(rows, 0, FieldId::compressorCrossover, "Crossover", "Compressor crossover",
               "crossover frequency of the compressor");
     addColumn(rows, 1, FieldId::pone, "PONE", "PONE", "the target's parameter of that name");
@@ -113,9 +113,9 @@ void addCompressor(ControlRows& rows) {
     addColumn(rows, 4, FieldId::expanderUpperLimit, "Expander\nUpper Limit", "Expander upper limit",
               "upper limit of the expander");
     addColumn(rows, 5, FieldId::expanderFactor, "Expander\nFactor", "Expander factor", "factor of the expander");
-    rows.push_back({.kind = line, .place = {872, 344, 1, 234}});
+    rows.push_back({.kind = line, .bounds = {872, 344, 1, 234}});
     rows.push_back({.kind = check, .identifier = id::compressorDisabled, .caption = "Disable",
-                    .name = "Compressor disable", .place = {883, 341, 91, 22}, .field = FieldId::compressorDisabled,
+                    .name = "Compressor disable", .bounds = {883, 341, 91, 22}, .field = FieldId::compressorDisabled,
                     .manual = {"takes the compressor out of circuit"}});
     addTime(rows, id::attackTime, FieldId::compressorAttack, 500, "Attacktime", "Compressor attack time",
             "attack time of the compressor");

@@ -10,19 +10,19 @@ namespace {
 using enum ControlKind;
 using namespace output_eq_id;
 
-ControlRow boundRow(ControlKind kind, FieldId field, int identifier, std::string name, const Place& place,
+ControlRow boundRow(ControlKind kind, FieldId field, int identifier, std::string name, const Bounds& bounds,
                     std::string_view effect) {
     return {.kind = kind,
             .identifier = identifier,
             .name = std::move(name),
-            .place = place,
+            .bounds = bounds,
             .field = field,
             .manual = {effect}};
 }
 
-ControlRow checkRow(FieldId field, int identifier, std::string caption, std::string name, const Place& place,
-                    std::string_view effect) {
-    ControlRow row = boundRow(check, field, identifier, std::move(name), place, effect);
+ControlRow checkRow(FieldId field, int identifier, std::string caption, std::string name,
+                    const Bounds& bounds, std::string_view effect) {
+    ControlRow row = boundRow(check, field, identifier, std::move(name), bounds, effect);
     row.caption = std::move(caption);
     // "Enabled" and "Disabled" both say the opposite of these fields.
     row.inverted = field == FieldId::bandOff || field == FieldId::limiterEnabled;
@@ -30,26 +30,26 @@ ControlRow checkRow(FieldId field, int identifier, std::string caption, std::str
 }
 
 /// \param unitWidth of the label beside the box
-ControlRow sliderRow(FieldId field, const SliderIds& ids, std::string name, const Place& place,
-                     const Place& edit, int unitWidth, std::string_view effect) {
-    ControlRow row = boundRow(slider, field, ids.slider, std::move(name), place, effect);
+ControlRow sliderRow(FieldId field, const SliderIds& ids, std::string name, const Bounds& bounds,
+                     const Bounds& edit, int unitWidth, std::string_view effect) {
+    ControlRow row = boundRow(slider, field, ids.slider, std::move(name), bounds, effect);
     row.editIdentifier = ids.edit;
     row.edit = edit;
     row.unit = fieldOf(field).unit;
-    row.unitPlace = {edit.x + edit.width + 4, edit.y, unitWidth, edit.height};
+    row.unitBounds = {edit.x + edit.width + 4, edit.y, unitWidth, edit.height};
     return row;
 }
 
 /// Its caption stands above it.
-ControlRow captioned(ControlRow row, std::string caption, const Place& place, TextSide side) {
+ControlRow captioned(ControlRow row, std::string caption, const Bounds& bounds, TextSide side) {
     row.caption = std::move(caption);
-    row.captionPlace = place;
+    row.captionBounds = bounds;
     row.side = side;
     return row;
 }
 
-ControlRow groupRow(std::string title, const Place& place) {
-    return {.kind = group, .caption = std::move(title), .place = place};
+ControlRow groupRow(std::string title, const Bounds& bounds) {
+    return {.kind = group, .caption = std::move(title), .bounds = bounds};
 }
 
 void addBand(ControlRows& rows, std::size_t band) {
@@ -69,7 +69,7 @@ void addBand(ControlRows& rows, std::size_t band) {
     const std::string title = bandTitle(band);
     const std::size_t first = rows.size();
     rows.push_back(groupRow(title, {left, 8, 94, 378}));
-    rows.back().titlePlace = {8, 7};
+    rows.back().titleBounds = {8, 7};
     rows.push_back(checkRow(FieldId::bandOff, ids.enabled, "Enabled", title + " enabled",
                             {left + 4, 37, 86, 22}, "puts the band in circuit"));
     rows.push_back(boundRow(combo, FieldId::bandType, ids.type, title + " type", {left + 7, 64, 80, 24},
@@ -130,7 +130,7 @@ void addLimiter(ControlRows& rows) {
             sliderRow(field, ids, name, {left + 27, 452, 28, 98}, {left + 2, 556, 50, 24}, 27, effect), head,
             {left, 422, 82, 28}, TextSide::bottom));
         rows.back().unit = "[dB]";
-        rows.back().unitPlace.x -= 1;
+        rows.back().unitBounds.x -= 1;
         left += 82;
     };
     addLevel(FieldId::limiterGain, {1346, 1347}, "Gain", "Limiter gain", "gain of the limiter");
@@ -140,13 +140,13 @@ void addLimiter(ControlRows& rows) {
              "level below which it lets go");
     rows.push_back(checkRow(FieldId::limiterEnabled, limiterDisabled, "Disabled", "Limiter disabled",
                             {875, 423, 99, 22}, "takes the limiter out of circuit"));
-    rows.push_back({.kind = line, .place = {864, 426, 1, 152}});
+    rows.push_back({.kind = line, .bounds = {864, 426, 1, 152}});
     const auto addTime = [&](FieldId field, int identifier, const char* caption, const char* name, int y,
                              std::string_view effect) {
         rows.push_back(captioned(boundRow(number, field, identifier, name, {878, y, 58, 24}, effect), caption,
                                  {878, y - 18, 90, 14}, TextSide::left));
         rows.back().unit = "ms";
-        rows.back().unitPlace = {940, y, 26, 24};
+        rows.back().unitBounds = {940, y, 26, 24};
     };
     addTime(FieldId::limiterAttack, 1358, "Attacktime", "Limiter attack time", 502,
             "attack time of the limiter");
@@ -158,7 +158,7 @@ void addLimiter(ControlRows& rows) {
 // record has no room for, the channel's delay and its calibration.
 void addHidden(ControlRows& rows) {
     const auto addSpareBand = [&](const char* title, const std::array<SliderIds, 3>& sliders, int disabled) {
-        rows.push_back({.kind = group, .caption = title, .place = {0, 0, 94, 378}, .isHidden = true});
+        rows.push_back({.kind = group, .caption = title, .bounds = {0, 0, 94, 378}, .isHidden = true});
         for (const SliderIds& ids : sliders) {
             rows.push_back({.kind = slider, .identifier = ids.slider, .editIdentifier = ids.edit});
         }
@@ -166,7 +166,7 @@ void addHidden(ControlRows& rows) {
     };
     addSpareBand("Filter 9 Properties", {{{1023, 1135}, {1024, 1136}, {1025, 1137}}}, 1038);
     addSpareBand("Filter 10 Properties", {{{1029, 1052}, {1030, 1059}, {1031, 1071}}}, 1039);
-    rows.push_back({.kind = group, .caption = "Delay", .place = {0, 0, 594, 60}, .isHidden = true});
+    rows.push_back({.kind = group, .caption = "Delay", .bounds = {0, 0, 594, 60}, .isHidden = true});
     ControlRow& delay = rows.emplace_back(
         sliderRow(FieldId::delay, {1243, 1244}, "Delay", {230, 26, 266, 28}, {506, 28, 40, 24}, 0, {}));
     delay.kind = ControlKind::delay;
@@ -196,7 +196,7 @@ const ControlRows& outputEqRows() {
         for (std::size_t band = 0; band < bandCount; ++band) {
             addBand(made, band);
         }
-        made.push_back({.kind = own, .caption = "Channel Selection", .place = {800, 8, 184, 378}});
+        made.push_back({.kind = own, .caption = "Channel Selection", .bounds = {800, 8, 184, 378}});
         for (std::size_t crossover = 0; crossover < crossoverCount; ++crossover) {
             addCrossover(made, crossover);
         }
@@ -213,9 +213,9 @@ const ControlRows& channelSelectionRows() {
     static const ControlRows rows = [] {
         ControlRows made;
         const auto add = [&](ControlKind kind, int identifier, std::string caption,
-                             const Place& place) -> ControlRow& {
+                             const Bounds& bounds) -> ControlRow& {
             return made.emplace_back(ControlRow{
-                .kind = kind, .identifier = identifier, .caption = std::move(caption), .place = place});
+                .kind = kind, .identifier = identifier, .caption = std::move(caption), .bounds = bounds});
         };
         for (int row = 0; row < static_cast<int>(channelCount); ++row) {
             const std::uint8_t position = selectionRows[static_cast<std::size_t>(row)];

@@ -66,18 +66,18 @@ inline constexpr std::array<std::uint8_t, channelCount> selectionRows{6, 3, 7, 2
 }
 
 /// Where a row of the channel selection lies, inside its group.
-[[nodiscard]] constexpr Place selectionRowPlace(int row) {
+[[nodiscard]] constexpr Bounds selectionRowPlace(int row) {
     return {6, 32 + 27 * row, 172, 25};
 }
 /// Where its channel's number, "Ch 1", and its channel's source stand.
-[[nodiscard]] constexpr Place selectionHeadPlace(int row) {
+[[nodiscard]] constexpr Bounds selectionHeadPlace(int row) {
     return {14, selectionRowPlace(row).y, 36, 25};
 }
-[[nodiscard]] constexpr Place selectionSourcePlace(int row) {
+[[nodiscard]] constexpr Bounds selectionSourcePlace(int row) {
     return {142, selectionRowPlace(row).y, 32, 25};
 }
 /// Where it says that edits go nowhere.
-inline constexpr Place selectionNowherePlace{8, 247, 168, 17};
+inline constexpr Bounds selectionNowherePlace{8, 247, 168, 17};
 
 /// "Channel 1" for the first position.
 [[nodiscard]] std::string channelName(PagePosition position);

@@ -13,11 +13,11 @@ void addChannel(ControlRows& rows, const GroupRow& row, int position) {
     const auto index = static_cast<std::size_t>(position);
     const std::string channel = "Channel " + std::to_string(position + 1);
     const std::string name = channel + " " + row.name;
-    rows.push_back({.kind = group, .caption = channel, .place = {left, row.top + 32, 114, 242}});
+    rows.push_back({.kind = group, .caption = channel, .bounds = {left, row.top + 32, 114, 242}});
     ControlRow value{.kind = slider,
                      .identifier = row.firstSlider + position,
                      .name = name,
-                     .place = {left + 42, row.top + 64, 30, row.sliderHeight},
+                     .bounds = {left + 42, row.top + 64, 30, row.sliderHeight},
                      .field = row.value,
                      .element = index,
                      .isBound = false,
@@ -29,23 +29,23 @@ void addChannel(ControlRows& rows, const GroupRow& row, int position) {
         value.distanceIdentifier = row.firstDistance + position;
         value.distance = {left + 59, editY, 47, 24};
         value.caption = "[ms] / [cm]";
-        value.captionPlace = {left, editY - 18, 114, 14};
+        value.captionBounds = {left, editY - 18, 114, 14};
         value.side = TextSide::centre;
     } else {
         value.caption = "slider";
         value.edit = {left + 24, editY, 48, 24};
         value.unit = "dB";
-        value.unitPlace = {left + 76, editY, 22, 24};
+        value.unitBounds = {left + 76, editY, 22, 24};
     }
     rows.push_back(value);
     rows.push_back({.kind = combo,
                     .identifier = row.firstGroup + position,
                     .caption = "Group",
                     .name = name + " group",
-                    .place = {left + 54, letterY, 52, 24},
+                    .bounds = {left + 54, letterY, 52, 24},
                     .field = row.group,
                     .element = index,
-                    .captionPlace = {left + 10, letterY, 42, 24},
+                    .captionBounds = {left + 10, letterY, 42, 24},
                     .manual = {.effect = "channels with the same letter move together",
                                .start = "A for Channel 1 … H for Channel 8"}});
 }
@@ -56,7 +56,7 @@ const ControlRows& outputGroupRows() {
     static const ControlRows rows = [] {
         ControlRows made;
         for (const GroupRow& row : groupRows) {
-            made.push_back({.kind = group, .caption = row.title, .place = {0, row.top, 984, 286}});
+            made.push_back({.kind = group, .caption = row.title, .bounds = {0, row.top, 984, 286}});
             for (int position = 0; position < static_cast<int>(channelCount); ++position) {
                 addChannel(made, row, position);
             }

@@ -17,7 +17,7 @@ using ::testing::IsEmpty;
 class Controls : public PageBench {
  protected:
     QRect placeOf(const QWidget& widget) const { return {widget.mapTo(page, QPoint(0, 0)), widget.size()}; }
-    QRect place(int id) { return placeOf(control<QWidget>(id)); }
+    QRect bounds(int id) { return placeOf(control<QWidget>(id)); }
     QString caption(int id) { return control<QAbstractButton>(id).text(); }
 };
 
@@ -42,12 +42,12 @@ TEST_F(Controls, StandAtTheirPlaces) {
         {comm_id::clearLog, {592, 550, 170, 28}},
     };
     for (const auto& [id, expected] : places) {
-        EXPECT_EQ(place(id), expected) << id;
+        EXPECT_EQ(bounds(id), expected) << id;
         EXPECT_TRUE(control<QWidget>(id).isVisible()) << id;
     }
     for (int set = 1; set <= 5; ++set) {
-        EXPECT_EQ(place(comm_id::firstSave + set), QRect(12 + 52 * (set - 1), 38, 46, 28)) << set;
-        EXPECT_EQ(place(comm_id::firstLoad + set), QRect(404 + 52 * (set - 1), 38, 46, 28)) << set;
+        EXPECT_EQ(bounds(comm_id::firstSave + set), QRect(12 + 52 * (set - 1), 38, 46, 28)) << set;
+        EXPECT_EQ(bounds(comm_id::firstLoad + set), QRect(404 + 52 * (set - 1), 38, 46, 28)) << set;
     }
 }
 
@@ -81,7 +81,7 @@ TEST_F(Controls, CarryTheirTexts) {
 TEST_F(Controls, LabelsStandBesideWhatTheyName) {
     const struct {
         const char* text;
-        QRect place;
+        QRect bounds;
         int names;
     } labels[]{{"COM Port", {796, 46, 62, 28}, comm_id::portList},
                {"Hardware Version", {796, 222, 176, 16}, comm_id::hardwareVersion},

@@ -160,7 +160,7 @@ class PulledCable : public Faults {
     static constexpr std::uint64_t reply = requestByte + 2048 + overhead + answerByte + 4096 + overhead;
 
     /// Twenty places at random, and the first and the last.
-    std::vector<std::uint64_t> places(std::uint64_t first, std::uint64_t last) {
+    std::vector<std::uint64_t> drawBytes(std::uint64_t first, std::uint64_t last) {
         std::vector<std::uint64_t> all{first, last};
         for (int i = 0; i < 20; ++i) {
             all.push_back(first + random_() % (last - first + 1));
@@ -194,7 +194,7 @@ class PulledCable : public Faults {
 };
 
 TEST_F(PulledCable, DuringASave) {
-    for (const std::uint64_t at : places(1, saveFrame + answerByte + disconnectByte)) {
+    for (const std::uint64_t at : drawBytes(1, saveFrame + answerByte + disconnectByte)) {
         plugIn({});
         edit();
         goLive();
@@ -215,7 +215,7 @@ TEST_F(PulledCable, DuringASave) {
 
 TEST_F(PulledCable, WhileASetIsRead) {
     const TargetMemory before = memory();
-    for (const std::uint64_t at : places(1, reply + disconnectByte)) {
+    for (const std::uint64_t at : drawBytes(1, reply + disconnectByte)) {
         edit();
         const Bytes store = tuning.store();
         const ImageBytes image = imageBytes();
@@ -233,7 +233,7 @@ TEST_F(PulledCable, WhileASetIsRead) {
 }
 
 TEST_F(PulledCable, WhileTheVersionsAreRead) {
-    for (const std::uint64_t at : places(1, reply + disconnectByte)) {
+    for (const std::uint64_t at : drawBytes(1, reply + disconnectByte)) {
         pullAt(at);
         click(button(comm_id::update));
         expectError(at);
@@ -251,7 +251,7 @@ TEST_F(PulledCable, WhileASoftwareImageIsSent) {
     constexpr std::uint64_t blocks = 3;
     constexpr std::uint64_t taken = requestByte + blocks * (block + answerByte) + disconnectByte;
     std::size_t size = 2100;
-    for (const std::uint64_t at : places(1, taken)) {
+    for (const std::uint64_t at : drawBytes(1, taken)) {
         const auto before = memory().software;
         dialogs.answer = imageFile("software.bin", ++size);
         pullAt(at);
@@ -277,7 +277,7 @@ TEST_F(PulledCable, WhileASoftwareImageIsSent) {
 
 TEST_F(PulledCable, WhileTheClipStateIsRead) {
     TargetCommands commands(tuning.state, *engine, boxes);
-    for (const std::uint64_t at : places(1, reply + disconnectByte)) {
+    for (const std::uint64_t at : drawBytes(1, reply + disconnectByte)) {
         pullAt(at);
         EXPECT_EQ(commands.ReadClipState(), std::nullopt) << at;
         expectError(at);
@@ -288,7 +288,7 @@ TEST_F(PulledCable, WhileTheClipStateIsRead) {
 }
 
 TEST_F(PulledCable, WhileTheLiveImageIsSent) {
-    for (const std::uint64_t at : places(1, liveFrame + answerByte + disconnectByte)) {
+    for (const std::uint64_t at : drawBytes(1, liveFrame + answerByte + disconnectByte)) {
         edit();
         const ImageBytes before = memory().live;
         pullAt(at);
@@ -307,7 +307,7 @@ TEST_F(PulledCable, WhileTheLiveImageIsSent) {
 
 TEST_F(PulledCable, WhileTheLiveImageIsConfirmed) {
     constexpr std::uint64_t sent = liveFrame + answerByte + disconnectByte + answerByte;
-    for (const std::uint64_t at : places(sent, sent + reply + disconnectByte)) {
+    for (const std::uint64_t at : drawBytes(sent, sent + reply + disconnectByte)) {
         edit();
         pullAt(at);
         shown.clear();

@@ -182,7 +182,7 @@ class CableOnALine : public FaultsOnALine {
         startTarget({"cable=" + std::to_string(byte)});
         click(comm_id::clearLog);
     }
-    std::uint64_t place(std::uint64_t first, std::uint64_t last) {
+    std::uint64_t drawByte(std::uint64_t first, std::uint64_t last) {
         return first + random_() % (last - first + 1);
     }
     void expectErrorAndALivingWindow(std::uint64_t at) {
@@ -200,7 +200,7 @@ TEST_F(CableOnALine, PulledAtTwentyPlacesOfASave) {
     constexpr std::uint64_t wholeFrame = 1 + 128 + 5;
     sendLive();
     for (int i = 0; i < 20; ++i) {
-        const std::uint64_t at = i == 0 ? wholeFrame + 2 : place(1, wholeFrame + 2);
+        const std::uint64_t at = i == 0 ? wholeFrame + 2 : drawByte(1, wholeFrame + 2);
         const bool savedBefore = isSaved();
         startPulledAt(at);
         click(comm_id::firstSave + 2);
@@ -219,7 +219,7 @@ TEST_F(CableOnALine, PulledAtTwentyPlacesOfALoad) {
     const ParameterStore store = tuning.store();
     const ParameterImage image = tuning.image();
     for (int i = 0; i < 20; ++i) {
-        const std::uint64_t at = i == 0 ? 6157 : place(1, 6157);
+        const std::uint64_t at = i == 0 ? 6157 : drawByte(1, 6157);
         startPulledAt(at);
         click(comm_id::firstLoad + 4);
         expectErrorAndALivingWindow(at);
@@ -245,7 +245,7 @@ TEST_F(CableOnALine, PulledAtTwentyPlacesOfALiveTransfer) {
     });
     startTarget();
     for (int i = 0; i < 20; ++i) {
-        const std::uint64_t at = i % 2 == 0 ? place(1, sent - 1) : place(sent, lastOfTheReply - 1);
+        const std::uint64_t at = i % 2 == 0 ? drawByte(1, sent - 1) : drawByte(sent, lastOfTheReply - 1);
         startPulledAt(at);
         shown.clear();
         const ImageBytes before = target->memory().live;

@@ -43,8 +43,8 @@ class AudioRouter : public PageTest {
     }
     void expectDelay1(int delayMs) {
         EXPECT_EQ(textOf(5036), std::to_string(delayMs));
-        for (std::size_t place = 1848; place <= 1856; place += 2) {
-            writeAt(store, place, static_cast<std::uint16_t>(delayMs));
+        for (std::size_t offset = 1848; offset <= 1856; offset += 2) {
+            writeAt(store, offset, static_cast<std::uint16_t>(delayMs));
         }
         writeAt(image, 2970, static_cast<std::uint16_t>(delayMs));
         expectBytes();

@@ -73,10 +73,10 @@ TEST_F(InputEq, AFreshStoreShowsEveryBandAtZeroAndTheFixedFrequencies) {
                                                         3000, 6000, 12000, 14000, 16000};
     for (std::size_t set = 0; set < 5; ++set) {
         for (std::size_t band = 0; band < 10; ++band) {
-            const std::size_t place = setSize * set + inputBandOffset(band);
-            EXPECT_EQ(actual.store()[place], 2);
-            EXPECT_EQ(readAt<std::uint16_t>(actual.store(), place + 2), frequencies[band]);
-            EXPECT_EQ(readAt<float>(actual.store(), place + 8), 10.0F);
+            const std::size_t offset = setSize * set + inputBandOffset(band);
+            EXPECT_EQ(actual.store()[offset], 2);
+            EXPECT_EQ(readAt<std::uint16_t>(actual.store(), offset + 2), frequencies[band]);
+            EXPECT_EQ(readAt<float>(actual.store(), offset + 8), 10.0F);
         }
     }
 }

@@ -27,7 +27,7 @@ float tenthsOf(int steps) {
 
 InputRow bandRow(int band) {
     const std::size_t offset = inputBandOffset(static_cast<std::size_t>(band)) + 4;
-    const std::size_t place =
+    const std::size_t byteOffset =
         band < 10 ? 10 + static_cast<std::size_t>(band) : 7 + static_cast<std::size_t>(band - 10);
     InputRow row{"band " + std::to_string(band),
                  4001 + band,
@@ -43,9 +43,9 @@ InputRow bandRow(int band) {
                  {},
                  {}};
     row.record = [offset](int steps) { return Patches{{offset, littleEndian(tenthsOf(steps))}}; };
-    row.image = [place](int steps) {
+    row.image = [byteOffset](int steps) {
         const auto whole = littleEndian(static_cast<std::int8_t>(steps / 10));
-        return Patches{{place, whole}, {place + 16, whole}};
+        return Patches{{byteOffset, whole}, {byteOffset + 16, whole}};
     };
     row.held = [offset](const Bytes& store) {
         return static_cast<double>(readAt<float>(store, offset)) * 10;

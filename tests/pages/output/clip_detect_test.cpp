@@ -18,13 +18,13 @@ class ClipDetection : public PageTest {
  protected:
     ClipDetection() {
         auto made = std::make_unique<CClipDetectDlg>(
-            CClipDetectDlg::Parts{.ask = [this]() -> std::optional<ClipState> {
-                                      ++asked;
-                                      const std::lock_guard guard(mutex);
-                                      return next;
-                                  },
-                                  .takeTurn = [](const auto&) { return true; },
-                                  .clock = &clock});
+            CClipDetectDlg::Dependencies{.ask = [this]() -> std::optional<ClipState> {
+                                             ++asked;
+                                             const std::lock_guard guard(mutex);
+                                             return next;
+                                         },
+                                         .takeTurn = [](const auto&) { return true; },
+                                         .clock = &clock});
         dialog = made.get();
         showPage(std::move(made));
         clock.waitForPause();
@@ -112,22 +112,22 @@ TEST_F(ClipDetection, StandsAtItsPlaces) {
         EXPECT_EQ(placeOf(box), QRect(252 * group, 80, 228, 424));
         EXPECT_EQ(box.title(), QLatin1String(captions[static_cast<std::size_t>(group)]));
         for (int row = 0; row < (group < 2 ? 6 : 8); ++row) {
-            const QRect place(252 * group + 16, 120 + 47 * row, 140, 47);
+            const QRect bounds(252 * group + 16, 120 + 47 * row, 140, 47);
             const auto labels = page->findChildren<QLabel*>();
             const auto label = std::find_if(labels.begin(), labels.end(),
-                                            [&](const QLabel* each) { return placeOf(*each) == place; });
+                                            [&](const QLabel* each) { return placeOf(*each) == bounds; });
             ASSERT_NE(label, labels.end()) << group << ", " << row;
             EXPECT_EQ((*label)->text(), group < 2 ? QLatin1String(sides[static_cast<std::size_t>(row)])
                                                   : QStringLiteral("Kanal %1").arg(row + 1));
-            EXPECT_LE((*label)->fontMetrics().horizontalAdvance((*label)->text()), place.width());
+            EXPECT_LE((*label)->fontMetrics().horizontalAdvance((*label)->text()), bounds.width());
         }
     }
     const int firsts[4][2]{{1386, 1392}, {1380, 1398}, {1404, 1412}, {1420, 1428}};
     for (int group = 0; group < 4; ++group) {
         for (int row = 0; row < (group < 2 ? 6 : 8); ++row) {
-            const QRect place(252 * group + 178, 127 + 47 * row, 34, 34);
-            EXPECT_EQ(placeOf(firsts[group][0] + row), place);
-            EXPECT_EQ(placeOf(firsts[group][1] + row), place);
+            const QRect bounds(252 * group + 178, 127 + 47 * row, 34, 34);
+            EXPECT_EQ(placeOf(firsts[group][0] + row), bounds);
+            EXPECT_EQ(placeOf(firsts[group][1] + row), bounds);
         }
     }
     EXPECT_EQ(placeOf(1376), QRect(425, 529, 44, 44));
@@ -369,9 +369,9 @@ TEST_F(ClipDetection, PicturesDifferInShapeNotOnlyInColour) {
     }
     allClip.amplifiers = {1, 1};
     for (const int id : {1386, 1380, 1404, 1420, 1376, 1375}) {
-        const QRect place = placeOf(id);
+        const QRect bounds = placeOf(id);
         const auto grey = [&] {
-            return page->grab(place).toImage().convertToFormat(QImage::Format_Grayscale8);
+            return page->grab(bounds).toImage().convertToFormat(QImage::Format_Grayscale8);
         };
         const auto darkness = [](const QImage& image) {
             double sum = 0;
@@ -394,7 +394,7 @@ TEST_F(ClipDetection, PicturesDifferInShapeNotOnlyInColour) {
             }
         }
         // A large one has more of everything.
-        const int diameter = place.width() == 44 ? 28 : 22;
+        const int diameter = bounds.width() == 44 ? 28 : 22;
         EXPECT_GT(far, 150 * diameter * diameter / (22 * 22)) << id;
         EXPECT_GT(std::abs(darkness(quiet) - darkness(loud)), 3) << id;
     }

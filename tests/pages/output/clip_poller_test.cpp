@@ -20,7 +20,7 @@ class Poller : public ::testing::Test {
     }
     void start() {
         poller = std::make_unique<ClipPoller>(
-            ClipPoller::Outside{
+            ClipPoller::Dependencies{
                 [this]() -> std::optional<ClipState> {
                     ++asked;
                     if (whileAsking) {

@@ -22,7 +22,7 @@ struct ChannelField {
     std::array<Bytes, 2> values;
     std::vector<int> controls;
 
-    [[nodiscard]] std::size_t placeIn(std::size_t channel) const {
+    [[nodiscard]] std::size_t offsetIn(std::size_t channel) const {
         return (ofLimiter ? recordLimiterOffset(channel) : recordChannelOffset(channel)) + inChannel;
     }
 };
@@ -92,7 +92,7 @@ class MixedValues : public OutputEqTest {
     static void put(Bytes& store, const ChannelField& field, std::size_t channel, std::size_t which) {
         const Bytes& value = field.values.at(which);
         std::copy(value.begin(), value.end(),
-                  store.begin() + static_cast<std::ptrdiff_t>(field.placeIn(channel)));
+                  store.begin() + static_cast<std::ptrdiff_t>(field.offsetIn(channel)));
     }
     /// One of the two values in every field of every channel, by chance.
     void loadEither(std::uint64_t seed) {
@@ -112,8 +112,9 @@ class MixedValues : public OutputEqTest {
     }
     Bytes valueOf(const ChannelField& field, std::size_t position) {
         const Bytes store = actual.store();
-        const auto place = store.begin() + static_cast<std::ptrdiff_t>(field.placeIn(pageChannels[position]));
-        return {place, place + static_cast<std::ptrdiff_t>(field.values[0].size())};
+        const auto start =
+            store.begin() + static_cast<std::ptrdiff_t>(field.offsetIn(pageChannels[position]));
+        return {start, start + static_cast<std::ptrdiff_t>(field.values[0].size())};
     }
     static bool wearsMark(const QWidget& widget) {
         if (const auto* slider = qobject_cast<const CBitmapSlider*>(&widget)) {

@@ -105,25 +105,25 @@ class OutputEqTest : public PageTest {
         const Bytes store = actual.store();
         const std::size_t base = setSize * actual.state.currentSet();
         for (std::size_t band = 0; band < 8; ++band) {
-            const std::size_t place = base + recordChannelOffset(channel) + 16 * band;
+            const std::size_t offset = base + recordChannelOffset(channel) + 16 * band;
             const BandControls& controls = bandControls[band];
             EXPECT_EQ(textOf(controls.frequency.edit),
-                      std::to_string(readAt<std::uint16_t>(store, place + 2)));
+                      std::to_string(readAt<std::uint16_t>(store, offset + 2)));
             EXPECT_EQ(edit(controls.gain.edit).text(),
-                      QString::number(double{readAt<float>(store, place + 4)}, 'f', 1));
+                      QString::number(double{readAt<float>(store, offset + 4)}, 'f', 1));
             EXPECT_EQ(edit(controls.q.edit).text(),
-                      QString::number(double{readAt<float>(store, place + 8)}, 'f', 1));
-            EXPECT_EQ(check(controls.enabled).isChecked(), store[place + 12] == 0);
+                      QString::number(double{readAt<float>(store, offset + 8)}, 'f', 1));
+            EXPECT_EQ(check(controls.enabled).isChecked(), store[offset + 12] == 0);
             constexpr std::array<const char*, 3> types{"High Shelf", "Low Shelf", "Peak"};
-            EXPECT_EQ(list(controls.type).currentText().toStdString(), types.at(store[place]));
+            EXPECT_EQ(list(controls.type).currentText().toStdString(), types.at(store[offset]));
         }
         for (std::size_t k = 0; k < 2; ++k) {
-            const std::size_t place = base + recordChannelOffset(channel) + 128 + 6 * k;
+            const std::size_t offset = base + recordChannelOffset(channel) + 128 + 6 * k;
             const CrossoverControls& controls = crossoverControls[k];
-            EXPECT_EQ(check(controls.enabled).isChecked(), store[place] != 0);
-            EXPECT_EQ(list(controls.kind).currentIndex(), store[place + 1]);
+            EXPECT_EQ(check(controls.enabled).isChecked(), store[offset] != 0);
+            EXPECT_EQ(list(controls.kind).currentIndex(), store[offset + 1]);
             EXPECT_EQ(textOf(controls.frequency.edit),
-                      std::to_string(readAt<std::uint16_t>(store, place + 2)));
+                      std::to_string(readAt<std::uint16_t>(store, offset + 2)));
         }
         EXPECT_EQ(
             edit(volumeControls.edit).text(),

@@ -23,35 +23,35 @@ class OutputGroupTest : public PageTest {
  protected:
     OutputGroupTest() { showPage(std::make_unique<COutputGroup>(actual.state)); }
 
-    float gain(std::size_t place) {
-        return floatAt(actual, recordChannelOffset(sliderChannels[place]) + 144);
+    float gain(std::size_t column) {
+        return floatAt(actual, recordChannelOffset(sliderChannels[column]) + 144);
     }
-    float delay(std::size_t place) {
-        return floatAt(actual, recordChannelOffset(sliderChannels[place]) + 160);
+    float delay(std::size_t column) {
+        return floatAt(actual, recordChannelOffset(sliderChannels[column]) + 160);
     }
     /// Sets the record of both states and lets the page read it.
-    void give(std::size_t place, float gainDb, float delayMs) {
+    void give(std::size_t column, float gainDb, float delayMs) {
         for (Tuning* tuning : {&actual, &twin}) {
-            tuning->state.setGroupGain({sliderChannels[place]}, gainDb);
-            tuning->state.setGroupDelay({sliderChannels[place]}, delayMs);
+            tuning->state.setGroupGain({sliderChannels[column]}, gainDb);
+            tuning->state.setGroupDelay({sliderChannels[column]}, delayMs);
         }
         page->refresh();
         takePending();
     }
-    void twinGain(std::size_t place, float gainDb) {
-        twin.state.setGroupGain({sliderChannels[place]}, gainDb);
+    void twinGain(std::size_t column, float gainDb) {
+        twin.state.setGroupGain({sliderChannels[column]}, gainDb);
     }
-    void twinDelay(std::size_t place, float delayMs) {
-        twin.state.setGroupDelay({sliderChannels[place]}, delayMs);
+    void twinDelay(std::size_t column, float delayMs) {
+        twin.state.setGroupDelay({sliderChannels[column]}, delayMs);
     }
     /// Puts all channels of a row into one group.
     void linkAll(const std::array<int, 8>& lists) {
-        for (std::size_t place = 0; place < 8; ++place) {
-            chooseByKeys(lists[place], 0);
+        for (std::size_t column = 0; column < 8; ++column) {
+            chooseByKeys(lists[column], 0);
             if (lists == gainGroups) {
-                twin.state.setGainGroup({sliderChannels[place]}, 0);
+                twin.state.setGainGroup({sliderChannels[column]}, 0);
             } else {
-                twin.state.setDelayGroup({sliderChannels[place]}, 0);
+                twin.state.setDelayGroup({sliderChannels[column]}, 0);
             }
         }
         takePending();
@@ -62,10 +62,10 @@ class OutputGroupTest : public PageTest {
 TEST_F(OutputGroupTest, StartsWithoutLinksAndWithoutAnEdit) {
     EXPECT_TRUE(inStep());
     EXPECT_FALSE(actual.state.updatePending());
-    for (int place = 0; place < 8; ++place) {
-        const auto at = static_cast<std::size_t>(place);
-        EXPECT_EQ(list(gainGroups[at]).currentIndex(), place);
-        EXPECT_EQ(list(delayGroups[at]).currentIndex(), place);
+    for (int column = 0; column < 8; ++column) {
+        const auto at = static_cast<std::size_t>(column);
+        EXPECT_EQ(list(gainGroups[at]).currentIndex(), column);
+        EXPECT_EQ(list(delayGroups[at]).currentIndex(), column);
         EXPECT_EQ(textOf(gainEdits[at]), "0.0");
         EXPECT_EQ(textOf(delayEdits[at]), "0.0");
         EXPECT_EQ(textOf(distanceEdits[at]), "0.0");
@@ -102,32 +102,32 @@ TEST_F(OutputGroupTest, EverySliderStoresIntoItsOwnChannelWhateverIsSelected) {
     actual.state.setSelectionMask(0);
     page->refresh();
     EXPECT_TRUE(inStep());
-    for (std::size_t place = 0; place < 8; ++place) {
+    for (std::size_t column = 0; column < 8; ++column) {
         // Alone in a group that nobody else can have: without a selection.
-        actual.state.setGainGroup({sliderChannels[place]}, 99);
-        twin.state.setGainGroup({sliderChannels[place]}, 99);
-        actual.state.setDelayGroup({sliderChannels[place]}, 0xFFFFFFFF);
-        twin.state.setDelayGroup({sliderChannels[place]}, 0xFFFFFFFF);
+        actual.state.setGainGroup({sliderChannels[column]}, 99);
+        twin.state.setGainGroup({sliderChannels[column]}, 99);
+        actual.state.setDelayGroup({sliderChannels[column]}, 0xFFFFFFFF);
+        twin.state.setDelayGroup({sliderChannels[column]}, 0xFFFFFFFF);
     }
     page->refresh();
     takePending();
-    for (std::size_t place = 0; place < 8; ++place) {
-        EXPECT_EQ(list(gainGroups[place]).currentIndex(), -1);
-        EXPECT_EQ(list(delayGroups[place]).currentIndex(), -1);
-        slider(gainSliders[place]).setFocus();
-        key(slider(gainSliders[place]), Qt::Key_End);
-        key(slider(gainSliders[place]), Qt::Key_Home);
-        twinGain(place, 18.0F);
-        EXPECT_TRUE(inStep()) << place;
+    for (std::size_t column = 0; column < 8; ++column) {
+        EXPECT_EQ(list(gainGroups[column]).currentIndex(), -1);
+        EXPECT_EQ(list(delayGroups[column]).currentIndex(), -1);
+        slider(gainSliders[column]).setFocus();
+        key(slider(gainSliders[column]), Qt::Key_End);
+        key(slider(gainSliders[column]), Qt::Key_Home);
+        twinGain(column, 18.0F);
+        EXPECT_TRUE(inStep()) << column;
         EXPECT_TRUE(takePending());
-        key(slider(delaySliders[place]), Qt::Key_Home);
-        key(slider(delaySliders[place]), Qt::Key_Down);
-        twinDelay(place, 1.9F);
-        EXPECT_TRUE(inStep()) << place;
+        key(slider(delaySliders[column]), Qt::Key_Home);
+        key(slider(delaySliders[column]), Qt::Key_Down);
+        twinDelay(column, 1.9F);
+        EXPECT_TRUE(inStep()) << column;
         EXPECT_TRUE(takePending());
-        EXPECT_EQ(textOf(gainEdits[place]), "18.0");
-        EXPECT_EQ(textOf(delayEdits[place]), "1.9");
-        EXPECT_EQ(textOf(distanceEdits[place]), "65.2");
+        EXPECT_EQ(textOf(gainEdits[column]), "18.0");
+        EXPECT_EQ(textOf(delayEdits[column]), "1.9");
+        EXPECT_EQ(textOf(distanceEdits[column]), "65.2");
     }
     EXPECT_EQ(actual.display.curves.size(), 0U) << "no filter has changed";
 }
@@ -224,8 +224,8 @@ TEST_F(OutputGroupTest, EventsOfAPutBackSliderThatAreLateChangeNothing) {
 TEST_F(OutputGroupTest, RowsAreNotLinkedWithEachOther) {
     linkAll(gainGroups);
     key(slider(gainSliders[4]), Qt::Key_PageUp);
-    for (std::size_t place = 0; place < 8; ++place) {
-        twinGain(place, 1.0F);
+    for (std::size_t column = 0; column < 8; ++column) {
+        twinGain(column, 1.0F);
     }
     EXPECT_TRUE(inStep());
     key(slider(delaySliders[4]), Qt::Key_PageUp);
@@ -236,19 +236,19 @@ TEST_F(OutputGroupTest, RowsAreNotLinkedWithEachOther) {
 TEST_F(OutputGroupTest, LinkedDelaysMoveTheirDistancesToo) {
     linkAll(delayGroups);
     typeAndEnter(delayEdits[2], QStringLiteral("1.3"));
-    for (std::size_t place = 0; place < 8; ++place) {
-        twinDelay(place, 1.3F);
-        EXPECT_EQ(textOf(delayEdits[place]), "1.3");
-        EXPECT_EQ(textOf(distanceEdits[place]), "44.6");
-        EXPECT_EQ(slider(delaySliders[place]).position(), -13);
+    for (std::size_t column = 0; column < 8; ++column) {
+        twinDelay(column, 1.3F);
+        EXPECT_EQ(textOf(delayEdits[column]), "1.3");
+        EXPECT_EQ(textOf(distanceEdits[column]), "44.6");
+        EXPECT_EQ(slider(delaySliders[column]).position(), -13);
     }
     EXPECT_TRUE(inStep());
     typeAndEnter(distanceEdits[7], QStringLiteral("20"));
     EXPECT_EQ(textOf(distanceEdits[7]), "20");
     EXPECT_EQ(textOf(delayEdits[7]), "0.5");
     EXPECT_EQ(textOf(distanceEdits[0]), "17.1");
-    for (std::size_t place = 0; place < 8; ++place) {
-        twinDelay(place, 0.5F);
+    for (std::size_t column = 0; column < 8; ++column) {
+        twinDelay(column, 0.5F);
     }
     EXPECT_TRUE(inStep());
 }
@@ -260,7 +260,7 @@ struct Typed {
 };
 
 TEST_F(OutputGroupTest, TypedGainsAreTakenOnEnterAndOnLeaving) {
-    for (std::size_t place = 0; place < 8; ++place) {
+    for (std::size_t column = 0; column < 8; ++column) {
         for (const Typed& typed : {Typed{"3.27", 3.2F, "3.27"},
                                    {"-3.27", -3.2F, "-3.27"},
                                    {"25", 18.0F, "18.0"},
@@ -270,14 +270,14 @@ TEST_F(OutputGroupTest, TypedGainsAreTakenOnEnterAndOnLeaving) {
                                    {"", 0.0F, ""},
                                    {"nan", 0.0F, "nan"},
                                    {"1e5", 18.0F, "18.0"}}) {
-            typeAndEnter(gainEdits[place], QString::fromLatin1(typed.text));
-            EXPECT_TRUE(edit(gainEdits[place]).hasFocus());
-            twinGain(place, typed.value);
-            EXPECT_TRUE(inStep()) << place << " " << typed.text;
-            EXPECT_EQ(textOf(gainEdits[place]), typed.shown);
+            typeAndEnter(gainEdits[column], QString::fromLatin1(typed.text));
+            EXPECT_TRUE(edit(gainEdits[column]).hasFocus());
+            twinGain(column, typed.value);
+            EXPECT_TRUE(inStep()) << column << " " << typed.text;
+            EXPECT_EQ(textOf(gainEdits[column]), typed.shown);
             EXPECT_TRUE(takePending());
-            typeAndLeave(gainEdits[place], QStringLiteral("1.1"));
-            twinGain(place, 1.1F);
+            typeAndLeave(gainEdits[column], QStringLiteral("1.1"));
+            twinGain(column, 1.1F);
             EXPECT_TRUE(inStep());
             EXPECT_TRUE(takePending());
         }
@@ -285,26 +285,26 @@ TEST_F(OutputGroupTest, TypedGainsAreTakenOnEnterAndOnLeaving) {
 }
 
 TEST_F(OutputGroupTest, TypedDelaysAndDistancesHaveTheirTwoFactors) {
-    for (std::size_t place = 0; place < 8; ++place) {
-        typeAndLeave(delayEdits[place], QStringLiteral("2.0"));
-        EXPECT_EQ(delay(place), 2.0F);
-        EXPECT_EQ(textOf(distanceEdits[place]), "68.6");
+    for (std::size_t column = 0; column < 8; ++column) {
+        typeAndLeave(delayEdits[column], QStringLiteral("2.0"));
+        EXPECT_EQ(delay(column), 2.0F);
+        EXPECT_EQ(textOf(distanceEdits[column]), "68.6");
         for (const char* distance : {"34", "34.3"}) {
-            typeAndEnter(distanceEdits[place], QString::fromLatin1(distance));
-            EXPECT_EQ(delay(place), 1.0F);
-            EXPECT_EQ(textOf(delayEdits[place]), "1.0");
-            EXPECT_EQ(textOf(distanceEdits[place]), distance);
+            typeAndEnter(distanceEdits[column], QString::fromLatin1(distance));
+            EXPECT_EQ(delay(column), 1.0F);
+            EXPECT_EQ(textOf(delayEdits[column]), "1.0");
+            EXPECT_EQ(textOf(distanceEdits[column]), distance);
         }
-        typeAndEnter(distanceEdits[place], QStringLiteral("100"));
-        EXPECT_EQ(delay(place), 2.0F);
-        EXPECT_EQ(textOf(delayEdits[place]), "2.0");
-        EXPECT_EQ(textOf(distanceEdits[place]), "100");
-        typeAndEnter(distanceEdits[place], QStringLiteral("-4"));
-        EXPECT_EQ(delay(place), 0.0F);
-        key(slider(delaySliders[place]), Qt::Key_Up);
-        EXPECT_EQ(textOf(delayEdits[place]), "0.1");
-        EXPECT_EQ(textOf(distanceEdits[place]), "3.4");
-        EXPECT_EQ(imageWordAt(actual, 3336 + 4 * std::size_t{sliderChannels[place]}), 1U);
+        typeAndEnter(distanceEdits[column], QStringLiteral("100"));
+        EXPECT_EQ(delay(column), 2.0F);
+        EXPECT_EQ(textOf(delayEdits[column]), "2.0");
+        EXPECT_EQ(textOf(distanceEdits[column]), "100");
+        typeAndEnter(distanceEdits[column], QStringLiteral("-4"));
+        EXPECT_EQ(delay(column), 0.0F);
+        key(slider(delaySliders[column]), Qt::Key_Up);
+        EXPECT_EQ(textOf(delayEdits[column]), "0.1");
+        EXPECT_EQ(textOf(distanceEdits[column]), "3.4");
+        EXPECT_EQ(imageWordAt(actual, 3336 + 4 * std::size_t{sliderChannels[column]}), 1U);
     }
 }
 
@@ -377,17 +377,17 @@ TEST_F(OutputGroupTest, ABoxThatWasOnlyPassedThroughWritesNothing) {
 }
 
 TEST_F(OutputGroupTest, GroupsAreStoredInRecordAndImage) {
-    for (std::size_t place = 0; place < 8; ++place) {
-        const int index = static_cast<int>(7 - place);
-        chooseByKeys(gainGroups[place], index);
+    for (std::size_t column = 0; column < 8; ++column) {
+        const int index = static_cast<int>(7 - column);
+        chooseByKeys(gainGroups[column], index);
         EXPECT_TRUE(takePending());
-        chooseByKeys(delayGroups[place], static_cast<int>((place + 3) % 8));
+        chooseByKeys(delayGroups[column], static_cast<int>((column + 3) % 8));
         EXPECT_TRUE(takePending());
-        twin.state.setGainGroup({sliderChannels[place]}, static_cast<std::uint32_t>(index));
-        twin.state.setDelayGroup({sliderChannels[place]}, static_cast<std::uint32_t>((place + 3) % 8));
+        twin.state.setGainGroup({sliderChannels[column]}, static_cast<std::uint32_t>(index));
+        twin.state.setDelayGroup({sliderChannels[column]}, static_cast<std::uint32_t>((column + 3) % 8));
         EXPECT_TRUE(inStep());
-        EXPECT_EQ(actual.image()[3368 + sliderChannels[place]], index);
-        EXPECT_EQ(actual.image()[3376 + sliderChannels[place]], static_cast<int>((place + 3) % 8));
+        EXPECT_EQ(actual.image()[3368 + sliderChannels[column]], index);
+        EXPECT_EQ(actual.image()[3376 + sliderChannels[column]], static_cast<int>((column + 3) % 8));
     }
 }
 
@@ -417,11 +417,11 @@ TEST_F(OutputGroupTest, ARefreshShowsTheSetAndWritesNothing) {
         page->refresh();
         EXPECT_TRUE(inStep());
         EXPECT_FALSE(actual.state.updatePending());
-        for (std::size_t place = 0; place < 8; ++place) {
-            const float gainDb = std::clamp(gain(place), -6.0F, 18.0F);
-            EXPECT_EQ(textOf(gainEdits[place]), QString::number(double{gainDb}, 'f', 1).toStdString());
-            const float delayMs = std::clamp(delay(place), 0.0F, 2.0F);
-            EXPECT_EQ(textOf(delayEdits[place]), QString::number(double{delayMs}, 'f', 1).toStdString());
+        for (std::size_t column = 0; column < 8; ++column) {
+            const float gainDb = std::clamp(gain(column), -6.0F, 18.0F);
+            EXPECT_EQ(textOf(gainEdits[column]), QString::number(double{gainDb}, 'f', 1).toStdString());
+            const float delayMs = std::clamp(delay(column), 0.0F, 2.0F);
+            EXPECT_EQ(textOf(delayEdits[column]), QString::number(double{delayMs}, 'f', 1).toStdString());
         }
     }
 }
@@ -431,14 +431,14 @@ TEST_F(OutputGroupTest, TheNextMoveAfterARefreshStartsFromTheNewValues) {
     key(slider(gainSliders[0]), Qt::Key_Home);
     give(0, 2.0F, 0.0F);
     give(1, 17.5F, 0.0F);
-    for (std::size_t place = 2; place < 8; ++place) {
-        give(place, 0.0F, 0.0F);
+    for (std::size_t column = 2; column < 8; ++column) {
+        give(column, 0.0F, 0.0F);
     }
     key(slider(gainSliders[0]), Qt::Key_Down);
     twinGain(0, 1.9F);
     twinGain(1, 17.4F);
-    for (std::size_t place = 2; place < 8; ++place) {
-        twinGain(place, -0.1F);
+    for (std::size_t column = 2; column < 8; ++column) {
+        twinGain(column, -0.1F);
     }
     EXPECT_TRUE(inStep());
 }

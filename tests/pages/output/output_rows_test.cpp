@@ -22,7 +22,7 @@ TEST_F(OutputRows, EveryRowOfTheEqualizerIsAControlOfItsOwnPlaceAndName) {
     ASSERT_NE(selection, rows.end());
     ControlRows all = rows;
     for (ControlRow row : channelSelectionRows()) {
-        row.place = row.place.movedBy(selection->place.x, selection->place.y);
+        row.bounds = row.bounds.movedBy(selection->bounds.x, selection->bounds.y);
         all.push_back(row);
     }
     expectControlsOfRows(*page, all);
@@ -48,9 +48,9 @@ TEST_F(OutputRows, EveryRowOfTheGroupsIsAControlOfItsOwnPlaceAndName) {
 TEST_F(OutputRows, EveryRowOfTheClipDetectionIsAControlOfItsPlaceAndName) {
     SteppedClock clock;
     showPage(std::make_unique<CClipDetectDlg>(
-        CClipDetectDlg::Parts{.ask = []() -> std::optional<ClipState> { return {}; },
-                              .takeTurn = [](const auto&) { return true; },
-                              .clock = &clock}));
+        CClipDetectDlg::Dependencies{.ask = []() -> std::optional<ClipState> { return {}; },
+                                     .takeTurn = [](const auto&) { return true; },
+                                     .clock = &clock}));
     expectControlsOfRows(*page, clipRows());
     ControlRows rows = clipRows();
     // The pictures of an indicator lie upon each other.

@@ -11,70 +11,71 @@
 namespace tessavo::testing {
 namespace {
 
-struct Place {
+struct Extent {
     int id;
     QRect rect;  ///< page pixels
 };
 
-std::vector<Place> outputEqPlaces() {
-    std::vector<Place> places;
+std::vector<Extent> outputEqExtents() {
+    std::vector<Extent> extents;
     for (int b = 0; b < 8; ++b) {
         const BandControls& band = bandControls[static_cast<std::size_t>(b)];
         const int left = 100 * b;
-        places.push_back({band.enabled, {left + 4, 37, 86, 22}});
-        places.push_back({band.type, {left + 7, 64, 80, 24}});
-        places.push_back({band.frequency.slider, {left + 4, 114, 28, 182}});
-        places.push_back({band.gain.slider, {left + 33, 114, 28, 182}});
-        places.push_back({band.q.slider, {left + 62, 114, 28, 182}});
-        places.push_back({band.frequency.edit, {left + 7, 302, 58, 24}});
-        places.push_back({band.gain.edit, {left + 7, 328, 58, 24}});
-        places.push_back({band.q.edit, {left + 7, 354, 58, 24}});
+        extents.push_back({band.enabled, {left + 4, 37, 86, 22}});
+        extents.push_back({band.type, {left + 7, 64, 80, 24}});
+        extents.push_back({band.frequency.slider, {left + 4, 114, 28, 182}});
+        extents.push_back({band.gain.slider, {left + 33, 114, 28, 182}});
+        extents.push_back({band.q.slider, {left + 62, 114, 28, 182}});
+        extents.push_back({band.frequency.edit, {left + 7, 302, 58, 24}});
+        extents.push_back({band.gain.edit, {left + 7, 328, 58, 24}});
+        extents.push_back({band.q.edit, {left + 7, 354, 58, 24}});
     }
     constexpr std::array<std::size_t, 8> rows{6, 3, 7, 2, 1, 5, 0, 4};
     for (int row = 0; row < 8; ++row) {
-        places.push_back({channelRadios[rows[static_cast<std::size_t>(row)]], {855, 40 + 27 * row, 119, 25}});
+        extents.push_back(
+            {channelRadios[rows[static_cast<std::size_t>(row)]], {855, 40 + 27 * row, 119, 25}});
     }
-    places.push_back({assignBox, {811, 273, 167, 22}});
-    places.push_back({allFiltersButton, {812, 308, 160, 28}});
-    places.push_back({resetButton, {812, 346, 160, 28}});
+    extents.push_back({assignBox, {811, 273, 167, 22}});
+    extents.push_back({allFiltersButton, {812, 308, 160, 28}});
+    extents.push_back({resetButton, {812, 346, 160, 28}});
     for (int k = 0; k < 2; ++k) {
         const CrossoverControls& crossover = crossoverControls[static_cast<std::size_t>(k)];
         const int top = 396 + 66 * k;
-        places.push_back({crossover.enabled, {9, top + 29, 89, 22}});
-        places.push_back({crossover.kind, {104, top + 28, 58, 24}});
-        places.push_back({crossover.order, {168, top + 28, 48, 24}});
-        places.push_back({crossover.frequency.slider, {230, top + 26, 266, 28}});
-        places.push_back({crossover.frequency.edit, {506, top + 28, 58, 24}});
+        extents.push_back({crossover.enabled, {9, top + 29, 89, 22}});
+        extents.push_back({crossover.kind, {104, top + 28, 58, 24}});
+        extents.push_back({crossover.order, {168, top + 28, 48, 24}});
+        extents.push_back({crossover.frequency.slider, {230, top + 26, 266, 28}});
+        extents.push_back({crossover.frequency.edit, {506, top + 28, 58, 24}});
     }
-    places.push_back({invertPhaseBox, {9, 557, 113, 22}});
-    places.push_back({volumeControls.slider, {230, 554, 266, 28}});
-    places.push_back({volumeControls.edit, {506, 556, 58, 24}});
+    extents.push_back({invertPhaseBox, {9, 557, 113, 22}});
+    extents.push_back({volumeControls.slider, {230, 554, 266, 28}});
+    extents.push_back({volumeControls.edit, {506, 556, 58, 24}});
     for (const auto& [sliderId, editId, left] :
          {std::tuple{1346, 1347, 610}, {1355, 1356, 692}, {1353, 1354, 774}}) {
-        places.push_back({sliderId, {left + 27, 452, 28, 98}});
-        places.push_back({editId, {left + 2, 556, 50, 24}});
+        extents.push_back({sliderId, {left + 27, 452, 28, 98}});
+        extents.push_back({editId, {left + 2, 556, 50, 24}});
     }
-    places.push_back({limiterDisabledBox, {875, 423, 99, 22}});
-    places.push_back({1358, {878, 502, 58, 24}});
-    places.push_back({1359, {878, 556, 58, 24}});
-    return places;
+    extents.push_back({limiterDisabledBox, {875, 423, 99, 22}});
+    extents.push_back({1358, {878, 502, 58, 24}});
+    extents.push_back({1359, {878, 556, 58, 24}});
+    return extents;
 }
 
-std::vector<Place> outputGroupPlaces() {
+std::vector<Extent> outputGroupPlaces() {
     constexpr std::array<int, 8> gainEdits{1398, 1399, 1397, 1396, 1400, 1395, 1401, 1404};
-    std::vector<Place> places;
+    std::vector<Extent> extents;
     for (int p = 0; p < 8; ++p) {
-        places.push_back({1364 + p, {57 + 120 * p, 72, 30, 134}});
-        places.push_back({gainEdits[static_cast<std::size_t>(p)], {39 + 120 * p, 214, 48, 24}});
-        places.push_back({1157 + p, {69 + 120 * p, 249, 52, 24}});
+        extents.push_back({1364 + p, {57 + 120 * p, 72, 30, 134}});
+        extents.push_back({gainEdits[static_cast<std::size_t>(p)], {39 + 120 * p, 214, 48, 24}});
+        extents.push_back({1157 + p, {69 + 120 * p, 249, 52, 24}});
     }
     for (int p = 0; p < 8; ++p) {
-        places.push_back({1372 + p, {57 + 120 * p, 366, 30, 118}});
-        places.push_back({1405 + p, {23 + 120 * p, 508, 47, 24}});
-        places.push_back({1413 + p, {74 + 120 * p, 508, 47, 24}});
-        places.push_back({1165 + p, {69 + 120 * p, 543, 52, 24}});
+        extents.push_back({1372 + p, {57 + 120 * p, 366, 30, 118}});
+        extents.push_back({1405 + p, {23 + 120 * p, 508, 47, 24}});
+        extents.push_back({1413 + p, {74 + 120 * p, 508, 47, 24}});
+        extents.push_back({1165 + p, {69 + 120 * p, 543, 52, 24}});
     }
-    return places;
+    return extents;
 }
 
 class PageLook : public PageTest {
@@ -90,12 +91,12 @@ class PageLook : public PageTest {
         return (label != nullptr ? label->text() : widget.objectName()).toStdString();
     }
 
-    void expectPlaces(const std::vector<Place>& places) {
+    void expectExtents(const std::vector<Extent>& extents) {
         std::set<QWidget*> placed;
-        for (const Place& place : places) {
-            auto& widget = control<QWidget>(place.id);
-            EXPECT_TRUE(widget.isVisible()) << place.id;
-            EXPECT_EQ(placeOf(widget), place.rect) << place.id;
+        for (const Extent& extent : extents) {
+            auto& widget = control<QWidget>(extent.id);
+            EXPECT_TRUE(widget.isVisible()) << extent.id;
+            EXPECT_EQ(placeOf(widget), extent.rect) << extent.id;
             placed.insert(&widget);
         }
         // And nothing else takes the focus.
@@ -238,42 +239,42 @@ class PageLook : public PageTest {
     }
 };
 
-std::vector<int> idsOf(const std::vector<Place>& places) {
+std::vector<int> idsOf(const std::vector<Extent>& extents) {
     std::vector<int> ids;
-    for (const Place& place : places) {
-        ids.push_back(place.id);
+    for (const Extent& extent : extents) {
+        ids.push_back(extent.id);
     }
     return ids;
 }
 
 TEST_F(PageLook, EveryControlOfTheOutputEqualizerHasItsPlace) {
     showOutputEq();
-    expectPlaces(outputEqPlaces());
+    expectExtents(outputEqExtents());
 }
 
 TEST_F(PageLook, EveryControlOfTheGroupsHasItsPlace) {
     showOutputGroup();
-    expectPlaces(outputGroupPlaces());
+    expectExtents(outputGroupPlaces());
 }
 
 TEST_F(PageLook, SeveralChannelsTakeThePlacesOfTheSingleOne) {
     showOutputEq();
     boxes.answers = {BoxAnswer::ok};
     click(check(assignBox));
-    std::vector<Place> places = outputEqPlaces();
-    for (Place& place : places) {
-        const auto found = std::find(channelRadios.begin(), channelRadios.end(), place.id);
+    std::vector<Extent> extents = outputEqExtents();
+    for (Extent& extent : extents) {
+        const auto found = std::find(channelRadios.begin(), channelRadios.end(), extent.id);
         if (found != channelRadios.end()) {
-            place.id = channelChecks[static_cast<std::size_t>(found - channelRadios.begin())];
+            extent.id = channelChecks[static_cast<std::size_t>(found - channelRadios.begin())];
         }
     }
-    expectPlaces(places);
-    EXPECT_EQ(tour(1098), idsOf(places));
+    expectExtents(extents);
+    EXPECT_EQ(tour(1098), idsOf(extents));
 }
 
 TEST_F(PageLook, TabGoesThroughTheOutputEqualizerInReadingOrder) {
     showOutputEq();
-    std::vector<int> expected = idsOf(outputEqPlaces());
+    std::vector<int> expected = idsOf(outputEqExtents());
     // Of the radio buttons only the chosen one is a stop; the arrow keys reach the others.
     std::erase_if(expected, [](int id) {
         return id != channelRadios[0] &&
@@ -342,12 +343,12 @@ TEST_F(PageLook, AMixedValueIsOutlinedInDashesOnAllFourSidesAndNothingMoves) {
     const auto grab = [&](int id) { return control<QWidget>(id).grab().toImage(); };
     for (const int id : {band.gain.slider, volumeControls.slider, band.gain.edit, band.type, band.enabled}) {
         const QImage plain = grab(id);
-        const QRect place = control<QWidget>(id).geometry();
+        const QRect extent = control<QWidget>(id).geometry();
         boxes.answers = {BoxAnswer::ok};
         click(check(assignBox));
         click(check(channelChecks[1]));
         const QImage marked = grab(id);
-        EXPECT_EQ(control<QWidget>(id).geometry(), place) << id;
+        EXPECT_EQ(control<QWidget>(id).geometry(), extent) << id;
         click(check(assignBox));
         const int right = marked.width() - 1;
         const int bottom = marked.height() - 1;

@@ -69,12 +69,13 @@ class RandomSession : public OutputEqTest {
     void refreshBoth() {
         eqPage_->refresh();
         groupPage_->refresh();
-        for (std::size_t place = 0; place < 8; ++place) {
+        for (std::size_t sliderColumn = 0; sliderColumn < 8; ++sliderColumn) {
             const OutputChannelParams& channel =
-                twin.state.currentParameterSet().channels[sliderChannels[place]];
-            last_[0][place] =
+                twin.state.currentParameterSet().channels[sliderChannels[sliderColumn]];
+            last_[0][sliderColumn] =
                 std::clamp(static_cast<int>(std::lround(channel.groupGainDb * 10.0F)), -60, 180);
-            last_[1][place] = std::clamp(static_cast<int>(std::lround(channel.groupDelayMs * 10.0F)), 0, 20);
+            last_[1][sliderColumn] =
+                std::clamp(static_cast<int>(std::lround(channel.groupDelayMs * 10.0F)), 0, 20);
         }
     }
 
@@ -331,7 +332,7 @@ class RandomSession : public OutputEqTest {
 
     // ---- the groups' page
 
-    void moveGroup(bool delays, std::size_t place, int tenths) {
+    void moveGroup(bool delays, std::size_t sliderColumn, int tenths) {
         const RowOfSliders& row = delays ? delayRow : gainRow;
         std::array<int, 8>& last = last_[delays ? 1 : 0];
         const auto groupOf = [&](std::size_t at) {
@@ -340,19 +341,19 @@ class RandomSession : public OutputEqTest {
             return delays ? channel.delayGroup : channel.gainGroup;
         };
         tenths = std::clamp(tenths, row.lowest, row.highest);
-        const int change = tenths - last[place];
+        const int change = tenths - last[sliderColumn];
         std::array<int, 8> target = last;
         bool refused = false;
         for (std::size_t other = 0; other < 8; ++other) {
-            if (other != place && groupOf(other) == groupOf(place)) {
+            if (other != sliderColumn && groupOf(other) == groupOf(sliderColumn)) {
                 target[other] += change;
                 refused = refused || target[other] < row.lowest || target[other] > row.highest;
             }
         }
         refusals_ += refused ? 1 : 0;
-        target[place] = tenths;
+        target[sliderColumn] = tenths;
         for (std::size_t other = 0; other < 8; ++other) {
-            if ((!refused && target[other] != last[other]) || other == place) {
+            if ((!refused && target[other] != last[other]) || other == sliderColumn) {
                 last[other] = refused ? last[other] : target[other];
                 const float value = static_cast<float>(last[other]) / 10.0F;
                 delays ? twin.state.setGroupDelay({sliderChannels[other]}, value)
@@ -363,47 +364,47 @@ class RandomSession : public OutputEqTest {
 
     void useGroup() {
         const bool delays = coin();
-        const auto place = static_cast<std::size_t>(below(8));
+        const auto sliderColumn = static_cast<std::size_t>(below(8));
         const RowOfSliders& row = delays ? delayRow : gainRow;
-        const int now = last_[delays ? 1 : 0][place];
+        const int now = last_[delays ? 1 : 0][sliderColumn];
         switch (below(5)) {
             case 0:
                 for (int moves = 1 + below(3); moves > 0; --moves) {
-                    drag(row.sliders[place], below(61) - 30);
-                    moveGroup(delays, place, -draggedTo);
+                    drag(row.sliders[sliderColumn], below(61) - 30);
+                    moveGroup(delays, sliderColumn, -draggedTo);
                 }
-                release(row.sliders[place]);
-                moveGroup(delays, place, last_[delays ? 1 : 0][place]);
+                release(row.sliders[sliderColumn]);
+                moveGroup(delays, sliderColumn, last_[delays ? 1 : 0][sliderColumn]);
                 break;
             case 1: {
                 const int step = coin() ? 1 : -1;
-                key(edit(row.edits[place]), step > 0 ? Qt::Key_Up : Qt::Key_Down);
-                moveGroup(delays, place, now + step);
+                key(edit(row.edits[sliderColumn]), step > 0 ? Qt::Key_Up : Qt::Key_Down);
+                moveGroup(delays, sliderColumn, now + step);
                 break;
             }
             case 2: {
                 const auto [text, tenths] = randomText(delays ? 300 : 2500);
-                if (typeSomehow(row.edits[place], text)) {
-                    moveGroup(delays, place, tenths);
+                if (typeSomehow(row.edits[sliderColumn], text)) {
+                    moveGroup(delays, sliderColumn, tenths);
                 }
                 break;
             }
             case 3: {
                 const auto [text, tenths] = randomText(9000);
-                if (typeSomehow(1413 + static_cast<int>(place), text)) {
-                    moveGroup(true, place, tenths * 10 / 340);
+                if (typeSomehow(1413 + static_cast<int>(sliderColumn), text)) {
+                    moveGroup(true, sliderColumn, tenths * 10 / 340);
                 }
                 break;
             }
             default: {
                 const int target = below(3);
-                if (list(row.groups[place]).currentIndex() == target) {
+                if (list(row.groups[sliderColumn]).currentIndex() == target) {
                     break;
                 }
-                chooseByKeys(row.groups[place], target);
+                chooseByKeys(row.groups[sliderColumn], target);
                 const auto group = static_cast<std::uint32_t>(target);
-                delays ? twin.state.setDelayGroup({sliderChannels[place]}, group)
-                       : twin.state.setGainGroup({sliderChannels[place]}, group);
+                delays ? twin.state.setDelayGroup({sliderChannels[sliderColumn]}, group)
+                       : twin.state.setGainGroup({sliderChannels[sliderColumn]}, group);
             }
         }
     }

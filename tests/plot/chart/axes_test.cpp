@@ -121,10 +121,10 @@ class LogarithmicImage : public testing::Test {
         const CAxis& y = chart_.axis(AxisSide::left);
         for (int row = 0; row < 4; ++row) {
             for (int column = 0; column < 8; ++column) {
-                const QPointF place = layout.point(x.fraction(column == 0 ? 0.75 : column + 0.5),
-                                                   y.fraction(row == 0 ? 0.75 : row + 0.5));
-                EXPECT_EQ(pixelAt(picture, place), colorOf(column, row)) << column << ", " << row;
-                const auto readout = chart_.readoutAt(layout, place);
+                const QPointF spot = layout.point(x.fraction(column == 0 ? 0.75 : column + 0.5),
+                                                  y.fraction(row == 0 ? 0.75 : row + 0.5));
+                EXPECT_EQ(pixelAt(picture, spot), colorOf(column, row)) << column << ", " << row;
+                const auto readout = chart_.readoutAt(layout, spot);
                 ASSERT_TRUE(readout) << column << ", " << row;
                 EXPECT_EQ(readout->text,
                           QStringLiteral("%1, %2   %3").arg(column).arg(row).arg(row * 8 + column));

@@ -43,14 +43,14 @@ class ChartDrawing : public testing::TestWithParam<double> {
     }
 
     [[nodiscard]] ChartLayout layout() const { return chart_.layoutFor(QRectF(QPointF(0, 0), QSizeF(size))); }
-    [[nodiscard]] QPointF place(double x, double y) const { return layout().point(x / 10, y / 10); }
+    [[nodiscard]] QPointF spot(double x, double y) const { return layout().point(x / 10, y / 10); }
     [[nodiscard]] QImage image() const { return drawn(chart_, size, GetParam()); }
     /// Whether the centre of the pixel at a value is drawn in red.
     [[nodiscard]] bool isRed(const QImage& image, double x, double y) const {
-        return difference(pixelAt(image, place(x, y)), red) < 90;
+        return difference(pixelAt(image, spot(x, y)), red) < 90;
     }
     [[nodiscard]] bool isEmpty(const QImage& image, double x, double y) const {
-        return pixelAt(image, place(x, y)) == chart_colors::box;
+        return pixelAt(image, spot(x, y)) == chart_colors::box;
     }
     [[nodiscard]] int redPixels(const QImage& image) const {
         return countOf(image, red, QRectF(QPointF(0, 0), QSizeF(size)), 90);
@@ -158,7 +158,7 @@ TEST_P(ChartDrawing, LineSizeIsThickness) {
     style.lineSize = 8;
     add({0, 10}, {5, 5}, style);
     const QImage picture = image();
-    const QPointF middle = place(5, 5);
+    const QPointF middle = spot(5, 5);
     EXPECT_LT(difference(pixelAt(picture, middle + QPointF(0, 3)), red), 60);
     EXPECT_EQ(pixelAt(picture, middle + QPointF(0, 6)), chart_colors::box);
 }
@@ -173,7 +173,7 @@ TEST_P(ChartDrawing, MarkersHaveTheirShapes) {
         add({5}, {5}, style);
         return image();
     };
-    const QPointF middle = place(5, 5);
+    const QPointF middle = spot(5, 5);
     const auto inked = [&](const QImage& picture, double dx, double dy) {
         return difference(pixelAt(picture, middle + QPointF(dx, dy)), red) < 150;
     };
@@ -256,7 +256,7 @@ TEST_P(ChartDrawing, LaterDataSetsLieOnTop) {
     chart_.setDataSetColor(second, green);
     const QImage picture = image();
     EXPECT_EQ(redPixels(picture), 0);
-    EXPECT_LT(difference(pixelAt(picture, place(5, 5)), green), 90);
+    EXPECT_LT(difference(pixelAt(picture, spot(5, 5)), green), 90);
 }
 
 TEST_P(ChartDrawing, AnyDataAndRangeCanBeDrawn) {

@@ -63,9 +63,9 @@ inline QImage drawn(const CChart& chart, QSize size, double scale = 1) {
 }
 
 /// Colour at a place in logical pixels.
-inline QRgb pixelAt(const QImage& image, QPointF place) {
+inline QRgb pixelAt(const QImage& image, QPointF point) {
     const double scale = image.devicePixelRatio();
-    return image.pixel(QPointF(place * scale - QPointF(0.5, 0.5)).toPoint());
+    return image.pixel(QPointF(point * scale - QPointF(0.5, 0.5)).toPoint());
 }
 
 /// How far apart two colours are, in the channel where they differ most.

@@ -49,8 +49,8 @@ class ChartView : public testing::Test {
         curve_ = addXy(chart_, x, std::vector<double>(1000, magnitudeDb));
     }
 
-    void moveTo(QPointF place) {
-        QMouseEvent event(QEvent::MouseMove, place, view_.mapToGlobal(place), Qt::NoButton, Qt::NoButton,
+    void moveTo(QPointF spot) {
+        QMouseEvent event(QEvent::MouseMove, spot, view_.mapToGlobal(spot), Qt::NoButton, Qt::NoButton,
                           Qt::NoModifier);
         QCoreApplication::sendEvent(&view_, &event);
         QCoreApplication::processEvents();
