@@ -22,7 +22,7 @@
 
 // The application object, which makes the toolkit's own: no other test of this program may have one.
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 class Application : public ::testing::Test {
@@ -394,4 +394,4 @@ TEST_F(Application, AnArchiveThatTakesNothingIsTold) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

@@ -17,7 +17,7 @@
 
 // Who uses the line, and in which turn.
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 using ::testing::Each;
@@ -351,4 +351,4 @@ TEST(WrongSetBox, HoldsUpNoPollsWhileAnEditWaitsBehindIt) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

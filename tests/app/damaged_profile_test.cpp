@@ -18,7 +18,7 @@
 
 // The whole application with profiles that are of no use.
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 using ::testing::HasSubstr;
@@ -129,4 +129,4 @@ TEST_F(DamagedProfile, AHomeThatCannotBeWrittenIsToldAtTheEnd) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

@@ -17,7 +17,7 @@
 
 // Both designs of the demo's target do the same for the program, whichever the system uses.
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 using ::testing::Contains;
@@ -110,4 +110,4 @@ INSTANTIATE_TEST_SUITE_P(Designs, DemoTarget, ::testing::ValuesIn(designsHere())
                          [](const auto& param) { return param.param.name; });
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

@@ -8,7 +8,7 @@
 
 #include "support/boxes.h"
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -87,4 +87,4 @@ TEST_F(Folded, BoxesOfSeveralThreadsAreCountedWhole) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

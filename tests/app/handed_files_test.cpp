@@ -14,7 +14,7 @@
 
 // What becomes of the files of second starts.
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -193,4 +193,4 @@ TEST_F(Handed, TheNextFileWaitsForTheBoxAboutTheOneBefore) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

@@ -9,7 +9,7 @@
 
 // The controls above the tabs.
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 using ::testing::Each;
@@ -359,4 +359,4 @@ TEST_F(Header, TheTabKeyGoesThroughItFromLeftToRightAndBack) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

@@ -21,7 +21,7 @@
 
 // Those who come to the socket and want something else.
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 using std::chrono::milliseconds;
@@ -251,4 +251,4 @@ TEST_F(ChannelPosix, ThisUserIsTheOneThatTheSystemTells) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

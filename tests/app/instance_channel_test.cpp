@@ -13,7 +13,7 @@
 
 // What a second start says to the program that is open.
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -183,4 +183,4 @@ TEST_F(Channel, ManyStartsAtOnceAreAllHeard) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

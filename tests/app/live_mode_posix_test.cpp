@@ -12,7 +12,7 @@
 
 // From the button to the target's memory and back to the status bar, over a real line.
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 using ::testing::Contains;
@@ -145,4 +145,4 @@ TEST_F(LiveLine, TheWorkerCanBeShutDownTwiceAndNeedNotHaveStarted) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

@@ -19,7 +19,7 @@
 
 // The window itself: its frame, menus, status bar, place and end.
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -471,4 +471,4 @@ TEST_F(MainFrame, ALockKeyMakesTheStatusBarLookAtTheKeyboard) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

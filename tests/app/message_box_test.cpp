@@ -12,7 +12,7 @@
 
 // Boxes asked for by other threads.
 
-namespace tessavo {
+namespace tessavo::test {
 namespace {
 
 TEST(UiBoxes, OfThisThreadAppearAtOnce) {
@@ -112,4 +112,4 @@ TEST(UiBoxes, AClosedBoxIsOkOrCancel) {
 }
 
 }  // namespace
-}  // namespace tessavo
+}  // namespace tessavo::test

@@ -19,7 +19,7 @@
 // Pipes in the places of files that a start reads. A pipe that is opened in the usual way waits for its other
 // end; the alarm ends such a test instead of the patience of whoever runs it.
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 using ::testing::EndsWith;
@@ -117,4 +117,4 @@ TEST_F(OddFiles, AFileOfTheCommandLineThatIsAPipeCannotBeOpened) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

@@ -14,7 +14,7 @@
 
 // Tabs, pages and the plot.
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -384,4 +384,4 @@ TEST_F(Plot, ARefusedRangeIsToldInABox) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

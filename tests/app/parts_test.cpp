@@ -25,7 +25,7 @@
 
 // What stands around the frame: profile, file dialogs, document, the guard against a second program.
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 class ProfileTest : public ::testing::Test {
@@ -381,4 +381,4 @@ TEST(InstanceGuardTest, NeitherIsThatOfAKilledProgramWhoseNumberThisOneHasNow) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

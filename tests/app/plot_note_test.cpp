@@ -9,7 +9,7 @@
 
 // What stands below the curve and at "Switch Mode".
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 const auto defaultNote = QStringLiteral("Crossovers 1, 2 are off but drawn");
@@ -228,4 +228,4 @@ TEST_F(Notes, TheLineFitsBesideTheAxisTitleAndMovesNothing) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

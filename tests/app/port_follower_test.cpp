@@ -9,7 +9,7 @@
 
 // The chosen port goes and comes, on a machine that the test makes up.
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 using ::testing::IsEmpty;
@@ -103,4 +103,4 @@ TEST_F(PortThatGoes, ANarrowBarStillTellsTheWholeLineToAScreenReader) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

@@ -5,7 +5,7 @@
 
 #include "support/temporary_folder.h"
 
-namespace tessavo {
+namespace tessavo::test {
 
 /// The folder of a program that is made in this process, without a screen: nothing that is the user's own is
 /// read or written. The environment keeps its name.
@@ -19,4 +19,4 @@ class ProgramFolder : public TemporaryFolder {
     }
 };
 
-}  // namespace tessavo
+}  // namespace tessavo::test

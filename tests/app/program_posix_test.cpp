@@ -16,7 +16,7 @@
 
 // The program as a person starts it.
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 using ::testing::HasSubstr;
@@ -212,4 +212,4 @@ TEST_F(Program, SaysThatItsPicturesCannotBeWritten) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

@@ -13,7 +13,7 @@
 
 // Sets whose record is not valid, and the numbers of the sets.
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 class InvalidSets : public FrameTest {
@@ -186,4 +186,4 @@ TEST_F(InvalidSets, TheClosedListDrawsTheNumberToo) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

@@ -22,7 +22,7 @@
 // The whole window on the screen that the environment gives: ctest runs this on screens of several sizes and
 // scales.
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 class OnTheScreen : public ::testing::Test {
@@ -146,4 +146,4 @@ TEST_F(OnTheScreen, TheFileAndTheFontDialogFitIntoItToo) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

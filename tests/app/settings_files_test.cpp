@@ -16,7 +16,7 @@
 
 // Open, Save, Export, the recent files, files from outside.
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -376,4 +376,4 @@ TEST_F(SettingsFiles, NothingElseCanBeDropped) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

@@ -8,7 +8,7 @@
 
 // The frame on screens that are too small for it.
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 class SmallScreen : public FrameTest {
@@ -180,4 +180,4 @@ TEST_F(SmallScreen, ItsBackgroundStillMovesTheWindow) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

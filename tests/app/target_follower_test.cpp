@@ -4,7 +4,7 @@
 
 // What the first pane says, event by event.
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 using Activity = ForegroundTransfers::Activity;
@@ -491,4 +491,4 @@ TEST_F(Follower, RepeatedBoxesOfTheClipDetectionAreALineWithACount) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

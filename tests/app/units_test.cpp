@@ -10,7 +10,7 @@
 
 // What a screen reader is told of the numbers.
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 using Units = FrameTest;
@@ -70,4 +70,4 @@ TEST_F(Units, ThePlotsLimitsAreDecibels) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

@@ -9,7 +9,7 @@
 
 #include "support/harness.h"
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 constexpr std::array<std::string_view, 201> goldenDigests{
@@ -55,4 +55,4 @@ TEST(Md5, IsTheFourStateWordsLittleEndian) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

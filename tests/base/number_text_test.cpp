@@ -8,7 +8,7 @@
 #include <gtest/gtest.h>
 #include <limits>
 
-namespace tessavo {
+namespace tessavo::test {
 namespace {
 
 TEST(NumberText, WritesAsPercentG) {
@@ -166,4 +166,4 @@ TEST(NumberText, APrefixMakesANumberHexadecimal) {
 }
 
 }  // namespace
-}  // namespace tessavo
+}  // namespace tessavo::test

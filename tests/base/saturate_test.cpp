@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 #include <limits>
 
-namespace tessavo {
+namespace tessavo::test {
 namespace {
 
 constexpr double nan = std::numeric_limits<double>::quiet_NaN();
@@ -65,4 +65,4 @@ static_assert(truncateTo<std::int8_t>(127.9) == 127 && truncateTo<std::int8_t>(-
 static_assert(truncateTo<std::int16_t>(40000.0) == 32767 && truncateTo<std::uint8_t>(-1.0) == 0);
 
 }  // namespace
-}  // namespace tessavo
+}  // namespace tessavo::test

@@ -7,7 +7,7 @@
 
 #include "support/elapsed.h"
 
-namespace tessavo {
+namespace tessavo::test {
 namespace {
 
 using namespace std::chrono_literals;
@@ -75,4 +75,4 @@ TEST(Semaphore, GuardsPlainDataAgainstManyThreads) {
 }
 
 }  // namespace
-}  // namespace tessavo
+}  // namespace tessavo::test

@@ -11,7 +11,9 @@
 #include "cli/command_line.h"
 #include "support/temporary_folder.h"
 
-namespace tessavo::cli {
+namespace tessavo::test {
+
+using namespace cli;
 
 struct CommandResult {
     int code = -1;
@@ -62,4 +64,4 @@ class CommandTest : public testing::Test {
     std::filesystem::path folder_ = temporary_.path();
 };
 
-}  // namespace tessavo::cli
+}  // namespace tessavo::test

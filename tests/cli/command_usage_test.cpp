@@ -6,7 +6,10 @@
 #include "cli/command_table.h"
 #include "cli/edit_script.h"
 
-namespace tessavo::cli {
+namespace tessavo::test {
+
+using namespace cli;
+
 namespace {
 
 using testing::HasSubstr;
@@ -138,4 +141,4 @@ INSTANTIATE_TEST_SUITE_P(
                     WrongUsage{"flash", "--port", "p"}, WrongUsage{"flash", "a"}));
 
 }  // namespace
-}  // namespace tessavo::cli
+}  // namespace tessavo::test

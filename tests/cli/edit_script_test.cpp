@@ -9,7 +9,10 @@
 #include "params/set_text.h"
 #include "support/boxes.h"
 
-namespace tessavo::cli {
+namespace tessavo::test {
+
+using namespace cli;
+
 namespace {
 
 using testing::HasSubstr;
@@ -482,4 +485,4 @@ TEST_F(ScriptRun, ModeShapesOnlyLaterEdits) {
 }
 
 }  // namespace
-}  // namespace tessavo::cli
+}  // namespace tessavo::test

@@ -4,7 +4,10 @@
 
 // What a command does to files that stand where it would write.
 
-namespace tessavo::cli {
+namespace tessavo::test {
+
+using namespace cli;
+
 namespace {
 
 using testing::ElementsAre;
@@ -114,4 +117,4 @@ TEST_F(ExistingFiles, AnEditDoesNotWriteOverItsScript) {
 }
 
 }  // namespace
-}  // namespace tessavo::cli
+}  // namespace tessavo::test

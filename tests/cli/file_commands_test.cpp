@@ -6,7 +6,10 @@
 #include "params/parameter_image.h"
 #include "params/records.h"
 
-namespace tessavo::cli {
+namespace tessavo::test {
+
+using namespace cli;
+
 namespace {
 
 using testing::ElementsAre;
@@ -476,4 +479,4 @@ TEST_F(FileCommands, CurvePrintsAThousandLines) {
 }
 
 }  // namespace
-}  // namespace tessavo::cli
+}  // namespace tessavo::test

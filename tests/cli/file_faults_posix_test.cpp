@@ -8,7 +8,10 @@
 
 // Faults of the file system that this system can be asked for, also when the tests run as its administrator.
 
-namespace tessavo::cli {
+namespace tessavo::test {
+
+using namespace cli;
+
 namespace {
 
 using testing::ElementsAre;
@@ -138,4 +141,4 @@ TEST_F(FileFaults, AnInputDeviceWithoutEndIsReadOnlyAsFarAsNeeded) {
 }
 
 }  // namespace
-}  // namespace tessavo::cli
+}  // namespace tessavo::test

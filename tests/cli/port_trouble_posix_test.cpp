@@ -18,7 +18,10 @@
 // Ports that cannot be used, and a line on which nobody speaks. Files stand in for devices where the system
 // makes no difference.
 
-namespace tessavo::cli {
+namespace tessavo::test {
+
+using namespace cli;
+
 namespace {
 
 using testing::AllOf;
@@ -248,4 +251,4 @@ TEST(Ports, NamesFromTheEnvironmentAreListed) {
 }
 
 }  // namespace
-}  // namespace tessavo::cli
+}  // namespace tessavo::test

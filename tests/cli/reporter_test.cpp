@@ -9,7 +9,10 @@
 #include "cli/clip_report.h"
 #include "comm/clip_layout.h"
 
-namespace tessavo::cli {
+namespace tessavo::test {
+
+using namespace cli;
+
 namespace {
 
 class ReporterTest : public testing::Test {
@@ -138,4 +141,4 @@ TEST(ClipReport, EachEntryOfAStageTellsOneNameAndEachNameIsTold) {
 }
 
 }  // namespace
-}  // namespace tessavo::cli
+}  // namespace tessavo::test

@@ -15,7 +15,10 @@
 #include "cli/set_report.h"
 #include "params/factory_defaults.h"
 
-namespace tessavo::cli {
+namespace tessavo::test {
+
+using namespace cli;
+
 namespace {
 
 using nlohmann::json;
@@ -367,4 +370,4 @@ TEST(SetReport, ShowsRandomBytesWithoutFailing) {
 }
 
 }  // namespace
-}  // namespace tessavo::cli
+}  // namespace tessavo::test

@@ -12,7 +12,10 @@
 
 // The commands that talk, against the simulated target on a pseudo-terminal, in real time.
 
-namespace tessavo::cli {
+namespace tessavo::test {
+
+using namespace cli;
+
 namespace {
 
 using testing::AllOf;
@@ -366,4 +369,4 @@ TEST_F(TargetExchange, CtrlCInTheMiddleOfALiveTransferDoesNotAskForConfirmation)
 }
 
 }  // namespace
-}  // namespace tessavo::cli
+}  // namespace tessavo::test

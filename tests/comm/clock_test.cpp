@@ -6,7 +6,7 @@
 
 #include "support/elapsed.h"
 
-namespace tessavo {
+namespace tessavo::test {
 namespace {
 
 using namespace std::chrono_literals;
@@ -58,4 +58,4 @@ TEST(SystemClock, InterruptEndsEveryRunningAndLaterPause) {
 }
 
 }  // namespace
-}  // namespace tessavo
+}  // namespace tessavo::test

@@ -3,7 +3,7 @@
 
 #include "comm/device_name_posix.h"
 
-namespace tessavo {
+namespace tessavo::test {
 namespace {
 
 TEST(DeviceName, Utf8OfEveryLengthPassesBothWays) {
@@ -43,4 +43,4 @@ TEST(DeviceName, WhatNoNameWidensToHasNoNarrowForm) {
 }
 
 }  // namespace
-}  // namespace tessavo
+}  // namespace tessavo::test

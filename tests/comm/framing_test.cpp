@@ -8,13 +8,9 @@
 
 #include "support/exchange_fixture.h"
 
-namespace tessavo {
+namespace tessavo::test {
 namespace {
 
-using test::bitwiseCrc;
-using test::Bytes;
-using test::frameOf;
-using test::randomBytes;
 using testing::Each;
 using testing::ElementsAre;
 using testing::ElementsAreArray;
@@ -233,4 +229,4 @@ INSTANTIATE_TEST_SUITE_P(EveryType, FlippedBits, testing::ValuesIn(sizedTypes),
                          [](const auto& tested) { return "Type" + std::to_string(int{tested.param}); });
 
 }  // namespace
-}  // namespace tessavo
+}  // namespace tessavo::test

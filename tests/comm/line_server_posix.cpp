@@ -15,7 +15,7 @@
 #include "comm/line_server_protocol.h"
 #include "support/pty_pair.h"
 
-namespace tessavo::line_server {
+namespace tessavo::test::line_server {
 namespace {
 
 // Wine knows no ports beyond; the low ones may be real.
@@ -135,12 +135,12 @@ int run(const std::filesystem::path& folder) {
 }
 
 }  // namespace
-}  // namespace tessavo::line_server
+}  // namespace tessavo::test::line_server
 
 int main(int count, char** arguments) {
     if (count != 2) {
         std::fputs("usage: test_line_server FOLDER\n", stderr);
         return 2;
     }
-    return tessavo::line_server::run(arguments[1]);
+    return tessavo::test::line_server::run(arguments[1]);
 }

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-namespace tessavo::line_server {
+namespace tessavo::test::line_server {
 
 /// How the tests of Windows ask for the other end of a line; one connection is one line.
 ///
@@ -24,4 +24,4 @@ struct Request {
 /// Names the TCP port of the server on this machine.
 inline constexpr char variable[] = "TESSAVO_TEST_LINES";
 
-}  // namespace tessavo::line_server
+}  // namespace tessavo::test::line_server

@@ -10,7 +10,7 @@
 #include "comm/serial_overlapped.h"
 #include "comm/watched_port.h"
 
-namespace tessavo {
+namespace tessavo::test {
 
 /// In milliseconds; no test waits that long unless it fails.
 inline constexpr std::uint32_t longWait = 20000;
@@ -38,4 +38,4 @@ class OpenSerialTest : public testing::Test {
     std::uint32_t count_ = 77;
 };
 
-}  // namespace tessavo
+}  // namespace tessavo::test

@@ -8,7 +8,7 @@
 #include "comm/port_list.h"
 #include "comm/port_names.h"
 
-namespace tessavo {
+namespace tessavo::test {
 namespace {
 
 using testing::Contains;
@@ -53,4 +53,4 @@ TEST(OwnPorts, ArePassedOnWithTheSystemsPrefixToo) {
 }
 
 }  // namespace
-}  // namespace tessavo
+}  // namespace tessavo::test

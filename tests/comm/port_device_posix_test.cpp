@@ -8,7 +8,7 @@
 #include "comm/port_watch.h"
 #include "support/pty_pair.h"
 
-namespace tessavo {
+namespace tessavo::test {
 namespace {
 
 namespace fs = std::filesystem;
@@ -35,7 +35,7 @@ class Terminals : public testing::Test {
         return ports::deviceBehind(name, tree.terminals(), tree.devices());
     }
 
-    test::FakeTerminals tree;
+    FakeTerminals tree;
 };
 
 TEST_F(Terminals, AUsbAdapterTellsItsName) {
@@ -137,7 +137,7 @@ TEST_F(Terminals, NumbersThatAreNoneAreNoIdentity) {
         texts["idVendor"] = "ffff";
         texts["idProduct"] = number;
         texts["product"] = "";
-        const test::FakeTerminals fresh;
+        const FakeTerminals fresh;
         fresh.usbAdapter("ttyUSB0", texts);
         const ports::TerminalDevice found = ports::terminalDevice(fresh.terminals() / "ttyUSB0");
         EXPECT_EQ(found.device, (PortDevice{"USB device", ""})) << number;
@@ -239,4 +239,4 @@ TEST(PortDevice, ARunningSimulatedTargetIsToldAsSuch) {
 }
 
 }  // namespace
-}  // namespace tessavo
+}  // namespace tessavo::test

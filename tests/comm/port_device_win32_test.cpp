@@ -5,7 +5,7 @@
 
 #include "comm/own_ports.h"
 
-namespace tessavo {
+namespace tessavo::test {
 namespace {
 
 const std::wstring tree = L"Software\\Tessavo-test-of-ports";
@@ -101,4 +101,4 @@ TEST(PortDevice, ASimulatedTargetIsThereWhileItLives) {
 }
 
 }  // namespace
-}  // namespace tessavo
+}  // namespace tessavo::test

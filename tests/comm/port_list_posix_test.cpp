@@ -15,7 +15,7 @@
 #include "support/environment.h"
 #include "support/pty_pair.h"
 
-namespace tessavo {
+namespace tessavo::test {
 namespace {
 
 namespace fs = std::filesystem;
@@ -96,7 +96,7 @@ TEST_F(PortList, PortsAreSortedByKindAndNumber) {
 }
 
 TEST_F(PortList, UsbPortsStandFirstThenSimulatedTargetsPluggedDevicesAndTheComputersOwn) {
-    const test::FakeTerminals tree;
+    const FakeTerminals tree;
     for (const char* name : {"ttyS1", "ttyS0"}) {
         tree.builtIn(name);
     }
@@ -263,4 +263,4 @@ TEST(DevicePath, StandsBehindThePrefix) {
 }
 
 }  // namespace
-}  // namespace tessavo
+}  // namespace tessavo::test

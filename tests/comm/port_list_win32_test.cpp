@@ -6,7 +6,7 @@
 #include "comm/own_ports.h"
 #include "comm/port_list.h"
 
-namespace tessavo {
+namespace tessavo::test {
 namespace {
 
 using testing::ElementsAre;
@@ -58,4 +58,4 @@ TEST(DevicePath, StandsBehindThePrefix) {
 }
 
 }  // namespace
-}  // namespace tessavo
+}  // namespace tessavo::test

@@ -4,7 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace tessavo {
+namespace tessavo::test {
 namespace {
 
 using testing::ElementsAre;
@@ -117,4 +117,4 @@ TEST(DeviceNames, AUsbDeviceIsKnownByItsNumbersAndNotByItsSocket) {
 }
 
 }  // namespace
-}  // namespace tessavo
+}  // namespace tessavo::test

@@ -6,7 +6,7 @@
 
 // What looking at a port finds, with a system that a test makes up.
 
-namespace tessavo {
+namespace tessavo::test {
 namespace {
 
 using Event = PortWatch::Event;
@@ -146,4 +146,4 @@ TEST_F(Watched, AnotherPortBeginsAnew) {
 }
 
 }  // namespace
-}  // namespace tessavo
+}  // namespace tessavo::test

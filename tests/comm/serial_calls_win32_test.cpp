@@ -4,11 +4,9 @@
 
 #include "comm/fake_system_win32.h"
 
-namespace tessavo {
+namespace tessavo::test {
 namespace {
 
-using test::FakePort;
-using test::FakeSystem;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Pair;
@@ -124,4 +122,4 @@ TEST_F(SerialCalls, FreshPortHasTheStandardMaskAndReadsWithoutBlocking) {
 }
 
 }  // namespace
-}  // namespace tessavo
+}  // namespace tessavo::test

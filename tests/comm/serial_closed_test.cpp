@@ -4,7 +4,7 @@
 #include "comm/serial.h"
 #include "comm/serial_overlapped.h"
 
-namespace tessavo {
+namespace tessavo::test {
 namespace {
 
 constexpr std::uint32_t closed = 6;
@@ -94,4 +94,4 @@ TEST(SerialClosed, NamesWithoutADeviceDoNotOpen) {
 }
 
 }  // namespace
-}  // namespace tessavo
+}  // namespace tessavo::test

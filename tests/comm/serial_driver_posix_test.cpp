@@ -3,7 +3,7 @@
 #include "comm/serial.h"
 #include "support/pty_pair.h"
 
-namespace tessavo {
+namespace tessavo::test {
 namespace {
 
 // A pseudo-terminal has no parity bit and no short characters, and drops the wish without a word.
@@ -30,4 +30,4 @@ TEST(SerialDriver, RatesWithoutANameAreRefusedAndTheDeviceStays) {
 }
 
 }  // namespace
-}  // namespace tessavo
+}  // namespace tessavo::test

@@ -4,7 +4,7 @@
 #include "comm/open_serial.h"
 #include "support/elapsed.h"
 
-namespace tessavo {
+namespace tessavo::test {
 namespace {
 
 using namespace std::chrono_literals;
@@ -82,4 +82,4 @@ TEST_F(SerialEvent, EndlessWaitNeedsNoOverlappedTransfers) {
 }
 
 }  // namespace
-}  // namespace tessavo
+}  // namespace tessavo::test

@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-namespace tessavo {
+namespace tessavo::test {
 
 /// A serial line without hardware: a program opens the device, the test plays the other end.
 ///
@@ -44,4 +44,4 @@ class SerialLine {
 /// Whether a result tells that the device is gone.
 [[nodiscard]] bool tellsOfAVanishedDevice(std::uint32_t result);
 
-}  // namespace tessavo
+}  // namespace tessavo::test

@@ -2,7 +2,7 @@
 #include "comm/serial_line.h"
 #include "support/pty_pair.h"
 
-namespace tessavo {
+namespace tessavo::test {
 
 struct SerialLine::Native {
     PtyPair pair;
@@ -35,4 +35,4 @@ bool tellsOfAVanishedDevice(std::uint32_t result) {
     return result == serial_result::ioDevice;
 }
 
-}  // namespace tessavo
+}  // namespace tessavo::test

@@ -8,7 +8,7 @@
 #include "comm/serial.h"
 #include "comm/serial_line.h"
 
-namespace tessavo {
+namespace tessavo::test {
 
 using line_server::Request;
 using line_server::Wish;
@@ -121,4 +121,4 @@ bool tellsOfAVanishedDevice(std::uint32_t result) {
            result == ERROR_BAD_COMMAND || result == ERROR_DEVICE_NOT_CONNECTED || result == ERROR_GEN_FAILURE;
 }
 
-}  // namespace tessavo
+}  // namespace tessavo::test

@@ -12,7 +12,7 @@
 #include "comm/serial_native_posix.h"
 #include "support/pty_pair.h"
 
-namespace tessavo {
+namespace tessavo::test {
 namespace {
 
 using testing::ElementsAre;
@@ -101,4 +101,4 @@ TEST(LineControl, TheSystemsReachesTheDevice) {
 }
 
 }  // namespace
-}  // namespace tessavo
+}  // namespace tessavo::test

@@ -11,7 +11,7 @@
 #include "comm/port_list.h"
 #include "support/pty_pair.h"
 
-namespace tessavo {
+namespace tessavo::test {
 namespace {
 
 TEST(SerialOpen, TheLineIsRawWhateverItWas) {
@@ -111,4 +111,4 @@ TEST(SerialOpen, FailedOpenAfterAGoodOneStoresItsOwnResult) {
 }
 
 }  // namespace
-}  // namespace tessavo
+}  // namespace tessavo::test

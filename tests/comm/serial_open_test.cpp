@@ -6,7 +6,7 @@
 #include "comm/open_serial.h"
 #include "comm/port_list.h"
 
-namespace tessavo {
+namespace tessavo::test {
 namespace {
 
 TEST(SerialOpen, SecondOpenIsRefusedAndKeepsThePort) {
@@ -137,4 +137,4 @@ TEST(SerialOpen, WithoutOverlappedTransfersEndlessOnesWork) {
 }
 
 }  // namespace
-}  // namespace tessavo
+}  // namespace tessavo::test

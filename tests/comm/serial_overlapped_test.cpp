@@ -7,7 +7,7 @@
 #include "comm/open_serial.h"
 #include "support/elapsed.h"
 
-namespace tessavo {
+namespace tessavo::test {
 namespace {
 
 using namespace std::chrono_literals;
@@ -147,4 +147,4 @@ TEST_F(Overlapped, PortWithoutOverlappedTransfersRefusesThem) {
 }
 
 }  // namespace
-}  // namespace tessavo
+}  // namespace tessavo::test

@@ -5,11 +5,9 @@
 
 #include "comm/fake_system_win32.h"
 
-namespace tessavo {
+namespace tessavo::test {
 namespace {
 
-using test::FakePort;
-using test::FakeSystem;
 using testing::Each;
 using testing::ElementsAre;
 using testing::Le;
@@ -239,4 +237,4 @@ TEST_F(SerialPending, LateCompletionDoesNotEndTheNextOpeningsOperation) {
 }
 
 }  // namespace
-}  // namespace tessavo
+}  // namespace tessavo::test

@@ -3,7 +3,7 @@
 #include "comm/serial.h"
 #include "comm/serial_line.h"
 
-namespace tessavo {
+namespace tessavo::test {
 namespace {
 
 class SerialSettings : public testing::Test {
@@ -124,4 +124,4 @@ TEST_F(SerialSettings, ReopenedPortStartsAnew) {
 }
 
 }  // namespace
-}  // namespace tessavo
+}  // namespace tessavo::test

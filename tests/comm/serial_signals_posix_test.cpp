@@ -6,7 +6,7 @@
 #include "support/elapsed.h"
 #include "support/pty_pair.h"
 
-namespace tessavo {
+namespace tessavo::test {
 namespace {
 
 using namespace std::chrono_literals;
@@ -49,4 +49,4 @@ TEST(SerialSignals, NeitherEndNorStretchAWait) {
 }
 
 }  // namespace
-}  // namespace tessavo
+}  // namespace tessavo::test

@@ -7,7 +7,7 @@
 #include "comm/open_serial.h"
 #include "support/elapsed.h"
 
-namespace tessavo {
+namespace tessavo::test {
 namespace {
 
 using namespace std::chrono_literals;
@@ -271,4 +271,4 @@ TEST_F(SerialTransfer, EveryOperationOnAPulledCableFailsAtOnce) {
 }
 
 }  // namespace
-}  // namespace tessavo
+}  // namespace tessavo::test

@@ -7,7 +7,10 @@
 #include "comm/tty_device_posix.h"
 #include "comm/tty_settings_posix.h"
 
-namespace tessavo::tty {
+namespace tessavo::test {
+
+using namespace tty;
+
 namespace {
 
 bool same(const termios& left, const termios& right) {
@@ -126,4 +129,4 @@ TEST(TtyErrors, SystemErrorsBecomeResults) {
 }
 
 }  // namespace
-}  // namespace tessavo::tty
+}  // namespace tessavo::test

@@ -5,7 +5,7 @@
 
 #include "comm/serial.h"
 
-namespace tessavo {
+namespace tessavo::test {
 
 /// A real port that tells the test what it cannot see from outside.
 class WatchedPort final : public CSerial {
@@ -27,4 +27,4 @@ class WatchedPort final : public CSerial {
     std::unique_ptr<Watch> watch_;
 };
 
-}  // namespace tessavo
+}  // namespace tessavo::test

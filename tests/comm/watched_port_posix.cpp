@@ -7,7 +7,7 @@
 #include "comm/watched_port.h"
 #include "support/asleep.h"
 
-namespace tessavo {
+namespace tessavo::test {
 
 struct WatchedPort::Watch {
     pid_t thread = ::gettid();
@@ -46,4 +46,4 @@ bool WatchedPort::untilReceived(std::size_t count) const {
     return false;
 }
 
-}  // namespace tessavo
+}  // namespace tessavo::test

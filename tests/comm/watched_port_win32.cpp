@@ -8,7 +8,7 @@
 #include "comm/serial_native_win32.h"
 #include "comm/watched_port.h"
 
-namespace tessavo {
+namespace tessavo::test {
 
 namespace {
 
@@ -68,4 +68,4 @@ bool WatchedPort::untilReceived(std::size_t count) const {
     });
 }
 
-}  // namespace tessavo
+}  // namespace tessavo::test

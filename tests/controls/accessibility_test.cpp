@@ -20,7 +20,7 @@
 #include "controls/state_lamp.h"
 #include "controls/transfer_line.h"
 
-namespace tessavo {
+namespace tessavo::test {
 namespace {
 
 using testing::ElementsAre;
@@ -191,4 +191,4 @@ TEST(Accessibility, ATransferTellsItsShareAndItsWords) {
 }
 
 }  // namespace
-}  // namespace tessavo
+}  // namespace tessavo::test

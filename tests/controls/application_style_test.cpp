@@ -18,7 +18,7 @@
 #include "controls/skin_combo_box.h"
 #include "controls/theme.h"
 
-namespace tessavo {
+namespace tessavo::test {
 namespace {
 
 class ApplicationStyleTest : public testing::Test {
@@ -165,4 +165,4 @@ TEST_F(ApplicationStyleTest, DressesOnceAndKeepsTheWidgetsOwnRules) {
 }
 
 }  // namespace
-}  // namespace tessavo
+}  // namespace tessavo::test

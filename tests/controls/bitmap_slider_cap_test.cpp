@@ -2,7 +2,7 @@
 
 // Where the cap is seen while the hand is on it.
 
-namespace tessavo {
+namespace tessavo::test {
 namespace {
 
 class SliderCap : public BitmapSliderTest {
@@ -80,4 +80,4 @@ TEST_F(SliderCap, GoesToItsPositionWhenLetGo) {
 }
 
 }  // namespace
-}  // namespace tessavo
+}  // namespace tessavo::test

@@ -10,7 +10,7 @@
 #include "controls/slider_host.h"
 #include "support/synthetic_events.h"
 
-namespace tessavo {
+namespace tessavo::test {
 
 /// Number of the slider of these tests.
 inline constexpr int sliderId = 1112;
@@ -63,4 +63,4 @@ class BitmapSliderTest : public testing::Test {
     QLineEdit* other_;
 };
 
-}  // namespace tessavo
+}  // namespace tessavo::test

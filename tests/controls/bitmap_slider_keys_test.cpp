@@ -5,7 +5,7 @@
 
 // A slider under keys, wheel and a user who does anything at any time.
 
-namespace tessavo {
+namespace tessavo::test {
 namespace {
 
 using testing::ElementsAre;
@@ -314,4 +314,4 @@ TEST_F(BitmapSliderKeys, WhateverIsDoneEveryMoveIsFollowedByARelease) {
 }
 
 }  // namespace
-}  // namespace tessavo
+}  // namespace tessavo::test

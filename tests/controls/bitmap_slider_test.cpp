@@ -7,7 +7,7 @@
 
 // A slider under programs and under the mouse.
 
-namespace tessavo {
+namespace tessavo::test {
 namespace {
 
 using testing::ElementsAre;
@@ -335,4 +335,4 @@ TEST(BitmapSlider, AGroupBoxPassesItsSlidersEventsOn) {
 }
 
 }  // namespace
-}  // namespace tessavo
+}  // namespace tessavo::test

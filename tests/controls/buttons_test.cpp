@@ -16,7 +16,7 @@
 #include "controls/theme.h"
 #include "support/synthetic_events.h"
 
-namespace tessavo {
+namespace tessavo::test {
 namespace {
 
 QImage imageOf(QWidget& widget) {
@@ -291,4 +291,4 @@ TEST_F(SkinTabs, TheRingLiesInsideTheChosenTab) {
 }
 
 }  // namespace
-}  // namespace tessavo
+}  // namespace tessavo::test

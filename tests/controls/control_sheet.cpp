@@ -25,7 +25,7 @@
 #include "controls/transfer_line.h"
 #include "support/synthetic_events.h"
 
-namespace tessavo {
+namespace tessavo::test {
 namespace {
 
 using namespace std::chrono_literals;
@@ -450,4 +450,4 @@ void ControlSheet::addPalette() {
     }
 }
 
-}  // namespace tessavo
+}  // namespace tessavo::test

@@ -7,6 +7,10 @@ namespace tessavo {
 
 class CBitmapSlider;
 
+}  // namespace tessavo
+
+namespace tessavo::test {
+
 /// One widget that holds every control in every state, for looking and for tests of what is drawn.
 ///
 /// It is never shown: states come from the same events that a person's doing sends to the controls.
@@ -41,4 +45,4 @@ class ControlSheet : public QWidget {
     void addCentred(int x, int y, int width, const QString& text);
 };
 
-}  // namespace tessavo
+}  // namespace tessavo::test

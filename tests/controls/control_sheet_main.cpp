@@ -17,7 +17,7 @@ int main(int argc, char** argv) {
         return 2;
     }
     tessavo::applyTheme();
-    tessavo::ControlSheet sheet;
+    tessavo::test::ControlSheet sheet;
     const QDir folder(QString::fromLocal8Bit(argv[1]));
     for (const auto& [name, scale] : {std::pair{"controls-1x.png", 1.0}, std::pair{"controls-1.5x.png", 1.5},
                                       std::pair{"controls-2x.png", 2.0}}) {

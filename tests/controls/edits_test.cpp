@@ -14,7 +14,7 @@
 #include "controls/text_edit_box.h"
 #include "support/synthetic_events.h"
 
-namespace tessavo {
+namespace tessavo::test {
 namespace {
 
 class NumberEditTest : public testing::Test {
@@ -404,4 +404,4 @@ TEST(TextEditBox, TakesText) {
 }
 
 }  // namespace
-}  // namespace tessavo
+}  // namespace tessavo::test

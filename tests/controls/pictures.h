@@ -2,7 +2,7 @@
 
 #include <QImage>
 
-namespace tessavo {
+namespace tessavo::test {
 
 /// A rectangle of logical pixels in those of a picture, whatever the scale of the screen.
 inline QRect devicePlace(const QImage& picture, const QRect& logical) {
@@ -20,4 +20,4 @@ inline QImage partOf(const QImage& picture, const QRect& logical) {
     return picture.copy(devicePlace(picture, logical));
 }
 
-}  // namespace tessavo
+}  // namespace tessavo::test

@@ -17,7 +17,7 @@
 #include "controls/theme.h"
 #include "support/synthetic_events.h"
 
-namespace tessavo {
+namespace tessavo::test {
 namespace {
 
 using Kind = SkinPiece::Kind;
@@ -307,4 +307,4 @@ TEST(Theme, TextsStandOutFromTheirGrounds) {
 }
 
 }  // namespace
-}  // namespace tessavo
+}  // namespace tessavo::test

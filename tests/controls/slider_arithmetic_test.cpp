@@ -6,7 +6,7 @@
 #include <random>
 #include <vector>
 
-namespace tessavo {
+namespace tessavo::test {
 namespace {
 
 constexpr int margin = 3;
@@ -117,4 +117,4 @@ TEST(SliderArithmetic, HasAnAnswerForEveryNumber) {
 }
 
 }  // namespace
-}  // namespace tessavo
+}  // namespace tessavo::test

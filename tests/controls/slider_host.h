@@ -8,7 +8,7 @@
 #include "controls/bitmap_slider.h"
 #include "controls/slider_event.h"
 
-namespace tessavo {
+namespace tessavo::test {
 
 struct Received {
     int type, controlId, position;
@@ -51,4 +51,4 @@ class SliderHost : public QWidget {
     std::vector<Received> received_;
 };
 
-}  // namespace tessavo
+}  // namespace tessavo::test

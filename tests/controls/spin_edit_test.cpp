@@ -10,7 +10,7 @@
 #include "controls/theme.h"
 #include "support/synthetic_events.h"
 
-namespace tessavo {
+namespace tessavo::test {
 namespace {
 
 class SpinEditTest : public testing::Test {
@@ -159,4 +159,4 @@ TEST_F(SpinEditTest, TheTextStandsBesideTheColumn) {
 }
 
 }  // namespace
-}  // namespace tessavo
+}  // namespace tessavo::test

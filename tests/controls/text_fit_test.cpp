@@ -19,7 +19,7 @@
 #include "controls/theme.h"
 #include "controls/transfer_line.h"
 
-namespace tessavo {
+namespace tessavo::test {
 namespace {
 
 constexpr double scales[]{1.0, 1.5, 2.0};
@@ -293,4 +293,4 @@ TEST(TextFit, TheEdgesOfTheSheetAreSharpAtEveryScale) {
 }
 
 }  // namespace
-}  // namespace tessavo
+}  // namespace tessavo::test

@@ -13,7 +13,7 @@
 #include <thread>
 #include <vector>
 
-namespace tessavo {
+namespace tessavo::test {
 namespace {
 
 constexpr int patienceMs = 30000;
@@ -132,4 +132,4 @@ TEST(UiCallsOfOtherThreads, AreDroppedWithTheObject) {
 }
 
 }  // namespace
-}  // namespace tessavo
+}  // namespace tessavo::test

@@ -18,7 +18,7 @@
 #include "controls/theme.h"
 #include "controls/transfer_line.h"
 
-namespace tessavo {
+namespace tessavo::test {
 namespace {
 
 using namespace std::chrono_literals;
@@ -323,4 +323,4 @@ TEST(Transfer, TheLineFillsAndChangesItsColour) {
 }
 
 }  // namespace
-}  // namespace tessavo
+}  // namespace tessavo::test

@@ -6,7 +6,7 @@
 
 #include "dsp/golden_words.h"
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 constexpr std::uint8_t highShelf = 0;
@@ -259,4 +259,4 @@ TEST_F(MatchedResponse, AHighShelfLiesLowerByItsWholeGain) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

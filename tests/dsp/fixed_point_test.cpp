@@ -9,7 +9,7 @@
 
 #include "dsp/golden_words.h"
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 constexpr double twoTo31 = 2147483648.0;
@@ -147,4 +147,4 @@ TEST(FixedPoint, WordsAreInTheOrderB0B1B2A1A2) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

@@ -10,7 +10,7 @@
 #include "dsp/filter_kind.h"
 #include "dsp/golden_words.h"
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 static_assert(std::is_abstract_v<IcoefficientGenerator> &&
@@ -252,4 +252,4 @@ TEST(SamplingRates, AFrequencyOfACrossoverIsTakenWithAnArithmeticShift) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

@@ -12,7 +12,7 @@
 #include "dsp/coeff_bztmzt.h"
 #include "dsp/coeff_mzt.h"
 
-namespace tessavo::testing {
+namespace tessavo::test {
 
 enum class Generator { bzt, mzt, mixed };
 
@@ -112,4 +112,4 @@ struct GoldenEdgeCrossover {
     Words words;
 };
 
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

@@ -7,7 +7,7 @@
 #include <numbers>
 #include <string>
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 #include "dsp/golden_words.inc"
@@ -155,4 +155,4 @@ TEST_P(GoldenWords, OfCrossoversGiveTheDesignedGainAtZeroCornerAndHalfRate) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

@@ -4,7 +4,7 @@
 
 #include "dsp/golden_words.h"
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 constexpr std::uint8_t highShelf = 0;
@@ -102,4 +102,4 @@ TEST(WarningOfOneGenerator, IsNoTestOfThePoles) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

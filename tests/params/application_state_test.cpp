@@ -4,7 +4,7 @@
 
 #include "support/harness.h"
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 using std::chrono::milliseconds;
@@ -275,4 +275,4 @@ TEST(Semaphore, IsHeldByOneAtATimeAndTimesOut) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

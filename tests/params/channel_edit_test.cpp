@@ -4,7 +4,7 @@
 
 #include "support/harness.h"
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 struct ChannelEdit {
@@ -173,4 +173,4 @@ TEST(ChannelEdit, OfTheGroupSliderAtPositionZeroIsRecordChannelTwo) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

@@ -9,7 +9,7 @@
 
 // One operation writes every field: these tests go over the whole field table, element by element.
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 /// Which coefficients there are: those of output bands, of crossovers and of input sections, by name.
@@ -207,4 +207,4 @@ TEST_F(EditDoor, OnlyAFinalEditRaisesTheUpdate) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

@@ -9,7 +9,7 @@
 
 #include "support/harness.h"
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 /// Where a field lies: offset, width, and count and stride of each repetition.
@@ -301,4 +301,4 @@ TEST(ShownValues, ScaleTenthsAndRoundBack) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

@@ -3,7 +3,7 @@
 #include "params/factory_defaults.h"
 #include "support/harness.h"
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 TEST(FreshStore, IsZeroButForTheFiveRecordSizes) {
@@ -130,4 +130,4 @@ TEST(FreshState, SelectsTheFirstChannelAndWaitsForNothing) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

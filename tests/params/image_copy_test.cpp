@@ -7,7 +7,7 @@
 
 #include "support/harness.h"
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 using std::chrono::milliseconds;
@@ -310,4 +310,4 @@ TEST_F(ImageCopyTest, IsNotHeldUpByAWarningWhileAFileIsLoaded) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

@@ -5,7 +5,7 @@
 
 #include "support/harness.h"
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 // The image digests are hashlib's.
@@ -34,4 +34,4 @@ TEST(ImageDigest, ChangesWithEachOfItsBytes) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

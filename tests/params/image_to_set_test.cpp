@@ -5,7 +5,7 @@
 #include "params/image_conversion.h"
 #include "support/harness.h"
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 using std::chrono::milliseconds;
@@ -352,4 +352,4 @@ TEST(ReadImageFields, DoesWhatTheOperationDoes) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

@@ -4,7 +4,7 @@
 #include "plot/response_curve.h"
 #include "support/harness.h"
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 std::size_t rowPlace(std::size_t row, std::size_t band) {
@@ -240,4 +240,4 @@ TEST(SetName, ReplacesALongerOneWhole) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

@@ -7,7 +7,7 @@
 #include "params/records.h"
 #include "params/tuning_state.h"
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 // Sizes and offsets are pinned beside the records; these members are not.
@@ -57,4 +57,4 @@ TEST(LimiterFieldCodes, AreThoseOfTheOperation) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

@@ -3,7 +3,7 @@
 
 #include "support/harness.h"
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 Bytes randomImage(std::mt19937_64& random) {
@@ -420,4 +420,4 @@ TEST(SizeWords, AreChangedByNothingButTheStartAndALoadedFile) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

@@ -6,7 +6,7 @@
 #include "plot/response_curve.h"
 #include "support/harness.h"
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 enum class Coefficients { none, band, crossovers };
@@ -459,4 +459,4 @@ TEST(SelectionEdit, WithoutACurveDisplayWritesTheSame) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

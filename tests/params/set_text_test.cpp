@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 SetText filled() {
@@ -98,4 +98,4 @@ TEST(Utf, ReplacesWhatIsNotValid) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

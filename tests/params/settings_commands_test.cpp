@@ -8,7 +8,7 @@
 #include "support/settings_fakes.h"
 #include "support/temporary_folder.h"
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -464,4 +464,4 @@ TEST(ValidRecord, IsToldByItsFirstWordAlone) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

@@ -32,7 +32,7 @@ extern "C" int fsync(int fd) {
     return static_cast<int>(syscall(SYS_fsync, fd));
 }
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -326,4 +326,4 @@ TEST_F(SettingsFilePosix, RawFilesReadAtMostTheLimitAndTellTheWholeSize) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

@@ -6,7 +6,7 @@
 #include "params/volume_gain_table.h"
 #include "support/harness.h"
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 constexpr std::array<std::uint32_t, 302> goldenGainWords{
@@ -150,4 +150,4 @@ TEST(DelayOfSamples, HasFortyEightInAMillisecond) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

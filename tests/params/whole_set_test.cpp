@@ -2,7 +2,7 @@
 
 #include "support/harness.h"
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 using Random = std::mt19937_64;
@@ -134,4 +134,4 @@ TEST_P(WholeSet, IsTheSameHoweverItCameAbout) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

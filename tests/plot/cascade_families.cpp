@@ -12,7 +12,7 @@
 #include "dsp/coeff_mzt.h"
 #include "plot/response_terms.h"
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 using Random = std::mt19937_64;
@@ -233,4 +233,4 @@ const std::vector<CascadeFamily>& cascadeFamilies() {
     return families;
 }
 
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

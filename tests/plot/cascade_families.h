@@ -7,7 +7,7 @@
 
 #include "dsp/biquad_words.h"
 
-namespace tessavo::testing {
+namespace tessavo::test {
 
 using Cascade = std::vector<BiquadWords>;
 
@@ -19,4 +19,4 @@ struct CascadeFamily {
 
 const std::vector<CascadeFamily>& cascadeFamilies();
 
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

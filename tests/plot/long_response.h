@@ -7,7 +7,7 @@
 
 #include "dsp/biquad_words.h"
 
-namespace tessavo::testing {
+namespace tessavo::test {
 
 /// A cascade's magnitude at one point, and how far doubles may stray from it.
 struct LongMagnitude {
@@ -52,4 +52,4 @@ inline LongMagnitude longMagnitude(std::span<const BiquadWords> cascade, std::si
     return sum;
 }
 
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

@@ -9,7 +9,7 @@
 #include "plot/long_response.h"
 #include "plot/response_terms.h"
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 constexpr BiquadWords unity{1 << 28, 0, 0, 0, 0};
@@ -169,4 +169,4 @@ TEST(ResponseTerms, TheMagnitudeOfAPointIsTheOneBeforeTruncation) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

@@ -8,7 +8,7 @@
 #include "plot/long_response.h"
 #include "plot/response_curve.h"
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 // Families of this many cascades of 1000 points each.
@@ -92,4 +92,4 @@ TEST(ResponseOfExactDecibels, FastAndPlainTruncateAlikeWhereTheLastDigitsDecide)
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

@@ -6,7 +6,7 @@
 #include <thread>
 #include <unistd.h>
 
-namespace tessavo {
+namespace tessavo::test {
 
 /// Waits until a thread of this process waits for something.
 /// \return false when it keeps running
@@ -26,4 +26,4 @@ inline bool untilAsleep(pid_t thread) {
     return false;
 }
 
-}  // namespace tessavo
+}  // namespace tessavo::test

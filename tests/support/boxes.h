@@ -9,7 +9,7 @@
 
 #include "base/message_box.h"
 
-namespace tessavo {
+namespace tessavo::test {
 
 /// A box as it was shown.
 struct ShownBox {
@@ -58,4 +58,4 @@ class RecordingBoxes : public IMessageBox {
     std::mutex mutex_;
 };
 
-}  // namespace tessavo
+}  // namespace tessavo::test

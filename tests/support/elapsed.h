@@ -2,7 +2,7 @@
 
 #include <chrono>
 
-namespace tessavo {
+namespace tessavo::test {
 
 /// Real time since its making.
 class Elapsed {
@@ -19,4 +19,4 @@ class Elapsed {
 /// More than a loaded machine adds to a wait that ends in time, and less than a wait that does not end.
 inline constexpr std::chrono::milliseconds generous{10000};
 
-}  // namespace tessavo
+}  // namespace tessavo::test

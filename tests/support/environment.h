@@ -6,7 +6,7 @@
 
 #include "support/temporary_folder.h"
 
-namespace tessavo {
+namespace tessavo::test {
 
 /// A variable of the environment that gets its former value back. Made before any thread starts.
 class Variable {
@@ -45,4 +45,4 @@ class OwnRunFolder {
     Variable variable_{"XDG_RUNTIME_DIR", folder_.path().c_str()};
 };
 
-}  // namespace tessavo
+}  // namespace tessavo::test

@@ -12,7 +12,7 @@
 #include "plot/chart/plot_dlg.h"
 #include "support/synthetic_events.h"
 
-namespace tessavo::testing {
+namespace tessavo::test {
 
 void RecordingPage::refresh() {
     calls_.push_back("refresh " + std::to_string(static_cast<int>(page_)));
@@ -158,4 +158,4 @@ std::size_t FrameTest::curvePoints() {
     return curve == nullptr ? 0 : curve->pointCount();
 }
 
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

@@ -25,7 +25,7 @@
 class QMenu;
 class QMenuBar;
 
-namespace tessavo::testing {
+namespace tessavo::test {
 
 /// A page that writes down what it was told.
 class RecordingPage : public CTabDialog {
@@ -103,4 +103,4 @@ class FrameTest : public ::testing::Test {
     std::unique_ptr<CMainFrame> frame;
 };
 
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

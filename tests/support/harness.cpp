@@ -8,7 +8,7 @@
 #include "dsp/coeff_bztmzt.h"
 #include "dsp/coeff_mzt.h"
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 IcoefficientGenerator& generatorOf(std::uint32_t mode) {
@@ -202,4 +202,4 @@ void mirrorSet(const Bytes& store, std::size_t set, std::uint32_t mode, Bytes& i
     copy(2116, 3300, 1);
 }
 
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

@@ -12,7 +12,7 @@
 #include "params/tuning_state.h"
 #include "support/boxes.h"
 
-namespace tessavo::testing {
+namespace tessavo::test {
 
 // The tests of this room look at raw bytes: offsets are written down here once more, apart from the structs.
 using Bytes = std::vector<std::uint8_t>;
@@ -151,4 +151,4 @@ void mirrorSet(const Bytes& store, std::size_t set, std::uint32_t mode, Bytes& i
 /// Gain word of a sum, looked up by formula.
 std::uint32_t gainWordByFormula(float volumeDb, float groupGainDb);
 
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

@@ -6,7 +6,7 @@
 
 #include "support/synthetic_events.h"
 
-namespace tessavo::testing {
+namespace tessavo::test {
 
 PageTest::PageTest() {
     window.resize(984, 596);
@@ -150,4 +150,4 @@ std::uint32_t imageWordAt(const Tuning& tuning, std::size_t offset) {
     return readAt<std::uint32_t>(tuning.image(), offset);
 }
 
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

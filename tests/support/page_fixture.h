@@ -18,7 +18,7 @@
 #include "support/harness.h"
 #include "support/synthetic_events.h"
 
-namespace tessavo::testing {
+namespace tessavo::test {
 
 /// A page with its own state, and a second state that takes the same edits without a page.
 class PageTest : public ::testing::Test {
@@ -84,4 +84,4 @@ class PageTest : public ::testing::Test {
 float floatAt(const Tuning& tuning, std::size_t recordOffset);
 std::uint32_t imageWordAt(const Tuning& tuning, std::size_t offset);
 
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

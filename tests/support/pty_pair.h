@@ -14,7 +14,7 @@
 #include <termios.h>
 #include <unistd.h>
 
-namespace tessavo {
+namespace tessavo::test {
 
 /// A serial line without hardware: a program opens the device, the test plays the other end.
 class PtyPair {
@@ -142,4 +142,4 @@ inline std::string settingsText(const PtyPair& line) {
     return text;
 }
 
-}  // namespace tessavo
+}  // namespace tessavo::test

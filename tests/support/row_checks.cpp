@@ -16,7 +16,7 @@
 #include "controls/skin_group_box.h"
 #include "controls/state_lamp.h"
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 constexpr Bounds wholePage{0, 0, 984, 596};
@@ -201,4 +201,4 @@ void expectRowsApart(const ControlRows& rows, const std::vector<int>& stacked) {
     }
 }
 
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

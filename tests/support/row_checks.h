@@ -5,7 +5,7 @@
 
 #include "pages/rows/control_row.h"
 
-namespace tessavo::testing {
+namespace tessavo::test {
 
 /// Every row has become a control of its kind with its number, rectangle and name; the page has no numbered
 /// control beside those of the rows.
@@ -17,4 +17,4 @@ void expectControlsOfRows(const QWidget& page, const ControlRows& rows);
 /// \param stacked rows that lie above each other by design
 void expectRowsApart(const ControlRows& rows, const std::vector<int>& stacked = {});
 
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

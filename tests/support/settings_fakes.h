@@ -10,7 +10,7 @@
 #include "params/settings_commands.h"
 #include "support/harness.h"
 
-namespace tessavo::testing {
+namespace tessavo::test {
 
 /// Dialogs that answer with what a test chose, and tell what they were asked.
 class FakeDialogs : public IFileDialogs {
@@ -69,4 +69,4 @@ struct FileMenu {
     }
 };
 
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

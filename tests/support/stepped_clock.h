@@ -6,7 +6,7 @@
 
 #include "comm/clock.h"
 
-namespace tessavo::testing {
+namespace tessavo::test {
 
 /// A clock whose pauses end when the test says so.
 class SteppedClock final : public IClock {
@@ -61,4 +61,4 @@ class SteppedClock final : public IClock {
     bool ended_ = false;
 };
 
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

@@ -13,7 +13,7 @@
 #include <stdexcept>
 #include <string>
 
-namespace tessavo {
+namespace tessavo::test {
 
 /// The mouse comes over a control.
 inline void sendHover(QWidget& control) {
@@ -64,4 +64,4 @@ inline void clickEntry(QComboBox& list, int index) {
     QApplication::setDoubleClickInterval(interval);
 }
 
-}  // namespace tessavo
+}  // namespace tessavo::test

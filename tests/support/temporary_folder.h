@@ -9,7 +9,7 @@
 #include <system_error>
 #include <vector>
 
-namespace tessavo {
+namespace tessavo::test {
 
 /// A folder of its own that goes with the test.
 class TemporaryFolder {
@@ -52,4 +52,4 @@ inline std::vector<std::uint8_t> readFile(const std::filesystem::path& path) {
     return bytes;
 }
 
-}  // namespace tessavo
+}  // namespace tessavo::test

@@ -3,7 +3,7 @@
 #include <chrono>
 #include <thread>
 
-namespace tessavo {
+namespace tessavo::test {
 
 /// Waits until the condition holds, a minute at most.
 /// \return whether it does
@@ -19,4 +19,4 @@ bool eventually(Condition condition) {
     return true;
 }
 
-}  // namespace tessavo
+}  // namespace tessavo::test

@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 #include <string>
 
-namespace tessavo {
+namespace tessavo::test {
 namespace {
 
 ClipBytes stateWith(std::size_t entry) {
@@ -88,4 +88,4 @@ TEST(ClipSource, RandomStatesReachEveryEntryAndRepeatWithTheSeed) {
 }
 
 }  // namespace
-}  // namespace tessavo
+}  // namespace tessavo::test

@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 #include <vector>
 
-namespace tessavo {
+namespace tessavo::test {
 namespace {
 
 using testing::ElementsAre;
@@ -100,4 +100,4 @@ TEST(FaultPlan, TheHelpNamesEveryFault) {
 }
 
 }  // namespace
-}  // namespace tessavo
+}  // namespace tessavo::test

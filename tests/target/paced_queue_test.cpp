@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace tessavo {
+namespace tessavo::test {
 namespace {
 
 using std::chrono::milliseconds;
@@ -76,4 +76,4 @@ TEST(PacedQueue, NothingPushedIsNothingDue) {
 }
 
 }  // namespace
-}  // namespace tessavo
+}  // namespace tessavo::test

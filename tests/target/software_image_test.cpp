@@ -7,7 +7,7 @@
 
 #include "comm/framing.h"
 
-namespace tessavo {
+namespace tessavo::test {
 namespace {
 
 using Bytes = std::vector<std::uint8_t>;
@@ -108,4 +108,4 @@ TEST(SoftwareImage, BlocksOfPaddingAloneAreTakenAsTheyAre) {
 }
 
 }  // namespace
-}  // namespace tessavo
+}  // namespace tessavo::test

@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 #include <vector>
 
-namespace tessavo {
+namespace tessavo::test {
 namespace {
 
 using testing::AllOf;
@@ -96,4 +96,4 @@ TEST(TargetOptions, HelpAndVersionAreNoMistake) {
 }
 
 }  // namespace
-}  // namespace tessavo
+}  // namespace tessavo::test

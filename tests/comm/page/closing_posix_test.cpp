@@ -6,7 +6,7 @@
 
 // Closing the window while the line is in use.
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -258,4 +258,4 @@ TEST_F(ClosingOnALine, AsksForALiveTransferThatBeganDuringTheOtherQuestion) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

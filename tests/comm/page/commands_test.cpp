@@ -7,7 +7,7 @@
 #include "comm/page/page_bench.h"
 #include "controls/skin_group_box.h"
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -291,4 +291,4 @@ TEST_F(Commands, TheKeyboardStartsACommandToo) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

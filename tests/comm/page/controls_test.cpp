@@ -8,7 +8,7 @@
 #include "controls/skin_group_box.h"
 #include "support/row_checks.h"
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -248,4 +248,4 @@ TEST_F(Controls, EveryControlIsReachedByTheKeyboard) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

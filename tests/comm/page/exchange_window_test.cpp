@@ -12,7 +12,7 @@
 
 // What a person meets while a command's exchange runs.
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 /// Exchanges that go on until the test lets them end.
@@ -249,4 +249,4 @@ TEST_F(CommandInTheWindow, TheLogGrowsWhileTheCommandRuns) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

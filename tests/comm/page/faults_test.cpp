@@ -5,7 +5,7 @@
 
 // Each trouble that the simulated target can make, as a person sees it: the lines of the log and the boxes.
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -329,4 +329,4 @@ TEST_F(PulledCable, WhileTheLiveImageIsConfirmed) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

@@ -22,7 +22,7 @@
 #include "support/frame_fixture.h"
 #include "target/pty_target.h"
 
-namespace tessavo::testing {
+namespace tessavo::test {
 
 /// Takes the lowest free numbers of pseudo-terminals while it lives. A terminal made meanwhile gets a higher
 /// one, which nobody else on the machine is given for a while once it is free: a port that is opened again
@@ -145,4 +145,4 @@ class OnALine : public FrameTest {
     std::unique_ptr<PtyTarget> target;  ///< last: its thread tells into the lines above
 };
 
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

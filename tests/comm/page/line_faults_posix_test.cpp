@@ -7,7 +7,7 @@
 // Each trouble of the simulated target on a real line, with the real time-outs: the lines of the log, the
 // box, the status bar.
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 using ::testing::AnyOf;
@@ -281,4 +281,4 @@ TEST_F(CableOnALine, PulledAtTwentyPlacesOfALiveTransfer) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

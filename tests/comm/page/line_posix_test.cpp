@@ -15,7 +15,7 @@
 
 // The whole window on a real line, in real time.
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -383,4 +383,4 @@ TEST_F(OnALine, TheChosenPortIsRememberedForTheNextStart) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

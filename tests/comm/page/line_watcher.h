@@ -8,7 +8,7 @@
 
 #include "controls/transfer_line.h"
 
-namespace tessavo::testing {
+namespace tessavo::test {
 
 /// Writes down every text that a transfer line shows in turn, whether or not it was painted.
 class LineWatcher : public QObject {
@@ -49,4 +49,4 @@ class LineWatcher : public QObject {
     std::vector<int> blocks_;
 };
 
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

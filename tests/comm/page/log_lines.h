@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-namespace tessavo::testing {
+namespace tessavo::test {
 
 /// Texts of a log, as the page shows them.
 using LogLines = std::vector<std::string>;
@@ -44,4 +44,4 @@ inline LogLines read(const LogLines& rest) {
     return joined({opened("Prepare XModem2k Message"), rest});
 }
 
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

@@ -11,7 +11,7 @@
 #include "comm/page/processor_time.h"
 #include "support/synthetic_events.h"
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -259,4 +259,4 @@ TEST_F(Log, TellsThatItCouldNotBeSavedAndDoesNothingWhenCancelled) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

@@ -3,7 +3,7 @@
 #include <QTest>
 #include <cstring>
 
-namespace tessavo::testing {
+namespace tessavo::test {
 
 bool passEventsUntil(const std::function<bool()>& condition) {
     return QTest::qWaitFor(condition, 60000);
@@ -18,7 +18,7 @@ PageBench::PageBench()
     engine = std::make_unique<TransferEngine>(TransferEngine::Dependencies{
         .makeLine =
             [this](const std::string& /*portName*/) {
-                return std::make_unique<test::DeviceLine>(*device, clock, portOpens);
+                return std::make_unique<DeviceLine>(*device, clock, portOpens);
             },
         .clock = clock,
         .log = *this,
@@ -115,4 +115,4 @@ std::filesystem::path PageBench::imageFile(const std::string& name, std::size_t 
     return folder / name;
 }
 
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

@@ -25,7 +25,7 @@
 #include "support/synthetic_events.h"
 #include "support/temporary_folder.h"
 
-namespace tessavo::testing {
+namespace tessavo::test {
 
 /// Lets events pass until the condition holds, at most a minute.
 bool passEventsUntil(const std::function<bool()>& condition);
@@ -74,7 +74,7 @@ class PageBench : public ::testing::Test, private ICommLog {
     Tuning tuning;
     FakeDialogs dialogs;
     std::unique_ptr<TargetDevice> device;
-    test::VirtualClock clock;
+    VirtualClock clock;
     bool portOpens = true;
     CSemaphore lock;
     std::unique_ptr<TransferEngine> engine;
@@ -92,4 +92,4 @@ class PageBench : public ::testing::Test, private ICommLog {
     void log(LogKind kind, std::string_view text) override;
 };
 
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

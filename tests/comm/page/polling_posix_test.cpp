@@ -4,7 +4,7 @@
 
 // Polls and edits on one line, counted by the target.
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 using ::testing::IsEmpty;
@@ -99,4 +99,4 @@ TEST_F(PollingOnALine, TheBarSaysWhatTheBoxAboutThePortSays) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

@@ -1,8 +1,8 @@
 #pragma once
 
-namespace tessavo::testing {
+namespace tessavo::test {
 
 /// Processor time that this program has used so far, in seconds. Other programs do not lengthen it.
 [[nodiscard]] double processorSeconds();
 
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

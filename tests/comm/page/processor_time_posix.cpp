@@ -2,10 +2,10 @@
 
 #include "comm/page/processor_time.h"
 
-namespace tessavo::testing {
+namespace tessavo::test {
 
 double processorSeconds() {
     return static_cast<double>(std::clock()) / CLOCKS_PER_SEC;
 }
 
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

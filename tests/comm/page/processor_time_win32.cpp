@@ -4,7 +4,7 @@
 
 #include "comm/page/processor_time.h"
 
-namespace tessavo::testing {
+namespace tessavo::test {
 
 namespace {
 
@@ -28,4 +28,4 @@ double processorSeconds() {
     return secondsOf(kernel) + secondsOf(user);
 }
 
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

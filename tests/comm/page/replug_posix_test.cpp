@@ -5,7 +5,7 @@
 
 // A port that keeps its name while what is at its other end changes.
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 using ::testing::Each;
@@ -194,4 +194,4 @@ TEST_F(ReplugSeenOnALine, AnImageThatIsConfirmedIsNotSentAgain) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

@@ -14,7 +14,7 @@
 #include "pages/output/output_group.h"
 #include "support/stepped_clock.h"
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 /// Everything that uses the line at once: the page's buttons, one worker for all the troubles to come, so
@@ -274,4 +274,4 @@ TEST_F(StormOfEdits, AnEditDuringASendIsSentNext) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

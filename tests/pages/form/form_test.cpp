@@ -14,7 +14,7 @@
 #include "controls/slider_event.h"
 #include "support/row_checks.h"
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -22,27 +22,27 @@ using ::testing::ElementsAre;
 /// One row of every kind that a form makes.
 const ControlRows& rowsOfEveryKind() {
     static const ControlRows rows{
-        {.kind = ControlKind::group, .caption = "Card", .place = {0, 0, 500, 300}},
-        {.kind = ControlKind::label, .caption = "Text", .place = {10, 10, 40, 14}},
-        {.kind = ControlKind::line, .place = {10, 30, 480, 1}},
-        {.kind = ControlKind::button, .identifier = 1, .caption = "Push", .place = {60, 10, 60, 18}},
-        {.kind = ControlKind::toggle, .identifier = 2, .caption = "Stay", .place = {130, 10, 60, 18}},
+        {.kind = ControlKind::group, .caption = "Card", .bounds = {0, 0, 500, 300}},
+        {.kind = ControlKind::label, .caption = "Text", .bounds = {10, 10, 40, 14}},
+        {.kind = ControlKind::line, .bounds = {10, 30, 480, 1}},
+        {.kind = ControlKind::button, .identifier = 1, .caption = "Push", .bounds = {60, 10, 60, 18}},
+        {.kind = ControlKind::toggle, .identifier = 2, .caption = "Stay", .bounds = {130, 10, 60, 18}},
         {.kind = ControlKind::check,
          .identifier = 3,
          .caption = "Off",
-         .place = {200, 10, 60, 18},
+         .bounds = {200, 10, 60, 18},
          .field = FieldId::compressorDisabled,
          .inverted = true},
-        {.kind = ControlKind::radio, .identifier = 4, .name = "One", .place = {270, 10, 60, 18}},
-        {.kind = ControlKind::lamp, .identifier = 5, .name = "Lamp", .place = {340, 10, 18, 18}},
-        {.kind = ControlKind::note, .identifier = 6, .place = {370, 10, 60, 18}},
-        {.kind = ControlKind::readOnly, .identifier = 7, .name = "Version", .place = {440, 10, 50, 18}},
-        {.kind = ControlKind::group, .caption = "Inset", .place = {10, 40, 480, 250}},
+        {.kind = ControlKind::radio, .identifier = 4, .name = "One", .bounds = {270, 10, 60, 18}},
+        {.kind = ControlKind::lamp, .identifier = 5, .name = "Lamp", .bounds = {340, 10, 18, 18}},
+        {.kind = ControlKind::note, .identifier = 6, .bounds = {370, 10, 60, 18}},
+        {.kind = ControlKind::readOnly, .identifier = 7, .name = "Version", .bounds = {440, 10, 50, 18}},
+        {.kind = ControlKind::group, .caption = "Inset", .bounds = {10, 40, 480, 250}},
         {.kind = ControlKind::slider,
          .identifier = 10,
          .caption = "Head",
          .name = "Gain",
-         .place = {20, 80, 28, 100},
+         .bounds = {20, 80, 28, 100},
          .field = FieldId::inputBandGain,
          .element = 2,
          .editIdentifier = 20,
@@ -54,7 +54,7 @@ const ControlRows& rowsOfEveryKind() {
         {.kind = ControlKind::delay,
          .identifier = 11,
          .name = "Delay",
-         .place = {100, 80, 28, 100},
+         .bounds = {100, 80, 28, 100},
          .field = FieldId::delay,
          .editIdentifier = 21,
          .edit = {100, 190, 50, 24},
@@ -64,23 +64,23 @@ const ControlRows& rowsOfEveryKind() {
         {.kind = ControlKind::number,
          .identifier = 12,
          .name = "Time",
-         .place = {160, 80, 50, 24},
+         .bounds = {160, 80, 50, 24},
          .field = FieldId::delaySize2},
         {.kind = ControlKind::spin,
          .identifier = 13,
          .name = "Room",
-         .place = {220, 80, 80, 26},
+         .bounds = {220, 80, 80, 26},
          .field = FieldId::roomSize},
         {.kind = ControlKind::combo,
          .identifier = 14,
          .name = "Type",
-         .place = {310, 80, 80, 24},
+         .bounds = {310, 80, 80, 24},
          .field = FieldId::bandType,
          .codes = {1, 2, 0}},
         {.kind = ControlKind::slider,
          .identifier = 15,
          .name = "Page's own",
-         .place = {400, 80, 28, 100},
+         .bounds = {400, 80, 28, 100},
          .field = FieldId::groupGain,
          .isBound = false,
          .editIdentifier = 25,
@@ -181,11 +181,11 @@ TEST_F(FormTest, AGroupOutOfCircuitTakesTheColoursOfAllThatIsBoundInIt) {
 
 TEST_F(FormTest, HiddenGroupsHoldWhatHasNoPlace) {
     form.build(ControlRows{
-        {.kind = ControlKind::group, .caption = "Seen", .place = {0, 0, 100, 100}},
-        {.kind = ControlKind::group, .caption = "Unseen", .place = {0, 0, 100, 100}, .isHidden = true},
+        {.kind = ControlKind::group, .caption = "Seen", .bounds = {0, 0, 100, 100}},
+        {.kind = ControlKind::group, .caption = "Unseen", .bounds = {0, 0, 100, 100}, .isHidden = true},
         {.kind = ControlKind::check, .identifier = 1, .caption = "Never"},
-        {.kind = ControlKind::check, .identifier = 2, .caption = "Here", .place = {10, 10, 50, 20}},
-        {.kind = ControlKind::check, .identifier = 3, .place = {10, 40, 50, 20}, .isHidden = true}});
+        {.kind = ControlKind::check, .identifier = 2, .caption = "Here", .bounds = {10, 10, 50, 20}},
+        {.kind = ControlKind::check, .identifier = 3, .bounds = {10, 40, 50, 20}, .isHidden = true}});
     EXPECT_TRUE(form.group("Unseen").isHidden());
     EXPECT_FALSE(form.group("Unseen").isEnabled());
     EXPECT_EQ(form.control<QWidget>(1).parentWidget(), &form.group("Unseen"));
@@ -196,8 +196,8 @@ TEST_F(FormTest, HiddenGroupsHoldWhatHasNoPlace) {
 
 TEST_F(FormTest, TakesInWhatThePageHasMadeItself) {
     const ControlRows rows{
-        {.kind = ControlKind::group, .caption = "Card", .place = {10, 20, 200, 100}},
-        {.kind = ControlKind::own, .identifier = 9, .name = "Log", .place = {20, 40, 50, 30}}};
+        {.kind = ControlKind::group, .caption = "Card", .bounds = {10, 20, 200, 100}},
+        {.kind = ControlKind::own, .identifier = 9, .name = "Log", .bounds = {20, 40, 50, 30}}};
     QWidget* own = nullptr;
     form.build(rows, [&](const ControlRow& row, QWidget& parent) {
         EXPECT_EQ(&row, &rows[1]);
@@ -211,4 +211,4 @@ TEST_F(FormTest, TakesInWhatThePageHasMadeItself) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

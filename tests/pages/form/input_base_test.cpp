@@ -7,7 +7,7 @@
 #include "controls/number_edit.h"
 #include "pages/form/input_advanced.h"
 
-namespace tessavo {
+namespace tessavo::test {
 namespace {
 
 class InputBaseTest : public testing::Test {
@@ -275,4 +275,4 @@ TEST_F(InputAdvancedTest, IsReachedThroughItsBase) {
 }
 
 }  // namespace
-}  // namespace tessavo
+}  // namespace tessavo::test

@@ -3,7 +3,7 @@
 #include <cstdlib>
 #include <gtest/gtest.h>
 
-namespace tessavo {
+namespace tessavo::test {
 namespace {
 
 TEST(Attenuation, ReadsInTenthsBelowItsTopAndAsSilenceAtTheBottom) {
@@ -138,4 +138,4 @@ TEST(ValueScale, OnlyTheDecoderGainsAreAttenuations) {
 }
 
 }  // namespace
-}  // namespace tessavo
+}  // namespace tessavo::test

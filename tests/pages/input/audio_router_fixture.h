@@ -7,7 +7,7 @@
 #include "pages/input/audio_router.h"
 #include "support/page_fixture.h"
 
-namespace tessavo::testing {
+namespace tessavo::test {
 
 /// Starting delay of a mode and room.
 inline int startingDelay(int mode, int room) {
@@ -66,4 +66,4 @@ class AudioRouter : public PageTest {
     Bytes image;
 };
 
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

@@ -4,7 +4,7 @@
 #include "controls/theme.h"
 #include "pages/input/audio_router_fixture.h"
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 constexpr std::array<const char*, 14> sources{
@@ -419,4 +419,4 @@ TEST_F(AudioRouter, CarriesTheLabelsOfTheTarget) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

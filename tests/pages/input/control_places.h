@@ -2,7 +2,7 @@
 
 #include <array>
 
-namespace tessavo::testing {
+namespace tessavo::test {
 
 /// Where the design puts the controls of the input side, in page pixels.
 struct ControlPlace {
@@ -124,4 +124,4 @@ inline constexpr std::array<TextPlace, 4> audioRouterGroups{{
     {"Surround decoder gain setting", 414, 250, 554, 284},
 }};
 
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

@@ -2,7 +2,7 @@
 
 #include "pages/input/audio_router_fixture.h"
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 /// Sets that hold what the boxes cannot show.
@@ -69,4 +69,4 @@ TEST_F(DamagedRouter, EscapeLeavesATurnOffDelayThatTheSliderCannotShow) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

@@ -6,7 +6,7 @@
 #include "pages/input/slider_rows.h"
 #include "support/page_fixture.h"
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 using namespace std::string_literals;
@@ -450,4 +450,4 @@ TEST_F(InputEq, ResetPutsEverySliderToZeroWithinItsRange) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

@@ -2,7 +2,7 @@
 #include "pages/input/audio_router_fixture.h"
 #include "pages/input/input_eq.h"
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 /// Line of a mark that is whole: seen with tooltip and words for screen readers, and without being cut; or
@@ -164,4 +164,4 @@ TEST_F(RouterMarks, EveryOtherSwitchAndListTellsACodeThatItCannotShow) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

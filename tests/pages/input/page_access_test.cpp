@@ -13,7 +13,7 @@
 #include "support/page_fixture.h"
 #include "support/row_checks.h"
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 std::vector<int> sequence(int first, int count) {
@@ -253,4 +253,4 @@ TEST_F(PageAccess, EveryTextOfTheChannelConfigurationFits) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

@@ -9,7 +9,7 @@
 #include "pages/input/slider_rows.h"
 #include "support/page_fixture.h"
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 /// A number field without a slider.
@@ -333,4 +333,4 @@ TEST_F(RandomEdits, AThousandActionsLeaveWhatTheSameEditsWithoutAPageLeave) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

@@ -5,7 +5,7 @@
 #include <cstdio>
 #include <ostream>
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 std::string tenthsText(int tenths) {
@@ -175,4 +175,4 @@ void PrintTo(const InputRow& row, std::ostream* out) {
     *out << row.name;
 }
 
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

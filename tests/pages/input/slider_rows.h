@@ -6,7 +6,7 @@
 
 #include "support/harness.h"
 
-namespace tessavo::testing {
+namespace tessavo::test {
 
 /// A slider of the input side with its box, as the formats and the pages' texts say; written down here once
 /// more, apart from the program's own tables. A step is a tenth where `perUnit` is 10, a unit where it is 1.
@@ -43,4 +43,4 @@ const std::vector<InputRow>& routerRows();
 
 void PrintTo(const InputRow& row, std::ostream* out);
 
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

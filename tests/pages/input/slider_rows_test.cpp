@@ -6,7 +6,7 @@
 #include "pages/input/input_eq.h"
 #include "support/page_fixture.h"
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 /// Every slider of both pages, one case each.
@@ -281,4 +281,4 @@ INSTANTIATE_TEST_SUITE_P(InputEqualizer, SliderRow, ::testing::ValuesIn(equalize
 INSTANTIATE_TEST_SUITE_P(ChannelConfig, SliderRow, ::testing::ValuesIn(routerRows()), nameOf);
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

@@ -3,7 +3,7 @@
 #include "pages/output/output_eq_fixture.h"
 #include "pages/output/output_group.h"
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 class OutputEqMarks : public OutputEqTest {
@@ -217,4 +217,4 @@ TEST_F(OutputGroupMarks, TheShownNumberTypedAgainReplacesADamagedOne) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

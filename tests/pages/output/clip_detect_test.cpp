@@ -11,7 +11,7 @@
 #include "support/page_fixture.h"
 #include "support/stepped_clock.h"
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 class ClipDetection : public PageTest {
@@ -401,4 +401,4 @@ TEST_F(ClipDetection, PicturesDifferInShapeNotOnlyInColour) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

@@ -8,7 +8,7 @@
 #include "pages/output/clip_poller.h"
 #include "support/stepped_clock.h"
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 int priorityOfThisThread() {
@@ -44,4 +44,4 @@ TEST(PollerThread, AsksAtTheLowestPriorityAndLeavesTheOthersTheirs) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

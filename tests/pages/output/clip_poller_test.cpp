@@ -9,7 +9,7 @@
 #include "support/stepped_clock.h"
 #include "support/waiting.h"
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 class Poller : public ::testing::Test {
@@ -187,4 +187,4 @@ TEST(PollerAndEdits, AnEditWaitsForOnePollAtMost) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

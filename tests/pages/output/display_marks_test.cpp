@@ -4,7 +4,7 @@
 #include "pages/output/output_eq_fixture.h"
 #include "pages/output/output_group.h"
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 const auto playsNotInverted = QStringLiteral("Plays as if not checked");
@@ -232,4 +232,4 @@ TEST_F(DisplayMarks, EveryGroupListTellsACodeWithoutALetterAndWhatPlays) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

@@ -5,7 +5,7 @@
 #include <limits>
 #include <random>
 
-namespace tessavo {
+namespace tessavo::test {
 namespace {
 
 constexpr LinkedSliders::Groups apart{0, 1, 2, 3, 4, 5, 6, 7};
@@ -131,4 +131,4 @@ TEST_F(LinkedSlidersTest, MovesToAndFroLoseNothing) {
 }
 
 }  // namespace
-}  // namespace tessavo
+}  // namespace tessavo::test

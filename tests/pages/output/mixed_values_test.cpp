@@ -4,7 +4,7 @@
 
 #include "pages/output/output_eq_fixture.h"
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 template <typename Number>
@@ -385,4 +385,4 @@ TEST_F(MixedValues, WhatWasEditedWithNoneTickedIsMarkedOnceAChannelIs) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

@@ -4,7 +4,7 @@
 #include "controls/slider_event.h"
 #include "pages/output/output_eq_fixture.h"
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 class OutputEqBandsTest : public OutputEqTest {};
@@ -424,4 +424,4 @@ TEST_F(OutputEqBandsTest, ValuesOutsideTheRangesAreShownClamped) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

@@ -3,7 +3,7 @@
 #include "controls/slider_event.h"
 #include "pages/output/output_eq_fixture.h"
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 struct LimiterSlider {
@@ -485,4 +485,4 @@ TEST_F(OutputEqChannelTest, ATypedDistanceIsDividedByThirtyFourAndRewritesTheTim
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

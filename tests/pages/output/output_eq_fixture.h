@@ -3,7 +3,7 @@
 #include "pages/output/output_eq.h"
 #include "support/page_fixture.h"
 
-namespace tessavo::testing {
+namespace tessavo::test {
 
 struct SliderWithEdit {
     int slider;
@@ -136,4 +136,4 @@ class OutputEqTest : public PageTest {
     unsigned severalMask_ = 0;
 };
 
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

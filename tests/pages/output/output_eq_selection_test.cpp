@@ -3,7 +3,7 @@
 
 #include "pages/output/output_eq_fixture.h"
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 const ShownBox question{"Are you sure?\r\nThe current channel settings will be lost!", BoxIcon::error,
@@ -440,4 +440,4 @@ TEST_F(OutputEqResetTest, WorksWithTheKeyboard) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

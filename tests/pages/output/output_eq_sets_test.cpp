@@ -1,6 +1,6 @@
 #include "pages/output/output_eq_fixture.h"
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 class OutputEqSetsTest : public OutputEqTest {};
@@ -31,4 +31,4 @@ TEST_F(OutputEqSetsTest, SeveralChannelsShowTheLastAfterARefresh) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

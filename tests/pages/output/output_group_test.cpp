@@ -7,7 +7,7 @@
 #include "controls/theme.h"
 #include "support/page_fixture.h"
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 constexpr std::array<int, 8> gainSliders{1364, 1365, 1366, 1367, 1368, 1369, 1370, 1371};
@@ -468,4 +468,4 @@ TEST_F(OutputGroupTest, TheSumWithTheVolumeIsClampedForTheGainWord) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

@@ -10,7 +10,7 @@
 
 // The pages are what their rows say, which the manual and the pictures read as well.
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 using OutputRows = PageTest;
@@ -62,4 +62,4 @@ TEST_F(OutputRows, EveryRowOfTheClipDetectionIsAControlOfItsPlaceAndName) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

@@ -8,7 +8,7 @@
 
 // Places, texts and ways of the keyboard. Runs once for each scale of the screen.
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 struct Extent {
@@ -398,4 +398,4 @@ TEST_F(PageLook, EveryControlHasANameForAssistiveTechnology) {
 }
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

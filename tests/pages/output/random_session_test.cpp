@@ -6,7 +6,7 @@
 
 // A person who does anything in any order, on both pages, against the same edits made without a page.
 
-namespace tessavo::testing {
+namespace tessavo::test {
 namespace {
 
 struct RowOfSliders {
@@ -480,4 +480,4 @@ TEST_P(RandomSessions, AThousandActionsLeaveRecordAndImageAsTheSameEditsDo) {
 INSTANTIATE_TEST_SUITE_P(Seeds, RandomSessions, ::testing::Values(1U, 20U, 300U));
 
 }  // namespace
-}  // namespace tessavo::testing
+}  // namespace tessavo::test

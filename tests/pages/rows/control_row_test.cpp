@@ -10,7 +10,7 @@
 #include "pages/rows/output_eq_rows.h"
 #include "pages/rows/output_group_rows.h"
 
-namespace tessavo {
+namespace tessavo::test {
 namespace {
 
 std::vector<std::string> wordsOf(const ControlRow& row) {
@@ -38,14 +38,14 @@ TEST(ControlRows, AListHasTheWordsOfItsFieldInTheOrderOfTheRow) {
 
 TEST(ControlRows, TheInnermostGroupBeforeARowIsAroundIt) {
     const ControlRows rows{
-        {.kind = ControlKind::group, .caption = "card", .place = {0, 0, 100, 100}},
-        {.kind = ControlKind::group, .caption = "inset", .place = {10, 10, 50, 50}},
-        {.kind = ControlKind::check, .place = {20, 20, 10, 10}},
-        {.kind = ControlKind::check, .place = {55, 20, 10, 10}},
-        {.kind = ControlKind::check, .place = {95, 20, 10, 10}},
-        {.kind = ControlKind::group, .caption = "unseen", .place = {0, 0, 100, 100}, .isHidden = true},
+        {.kind = ControlKind::group, .caption = "card", .bounds = {0, 0, 100, 100}},
+        {.kind = ControlKind::group, .caption = "inset", .bounds = {10, 10, 50, 50}},
+        {.kind = ControlKind::check, .bounds = {20, 20, 10, 10}},
+        {.kind = ControlKind::check, .bounds = {55, 20, 10, 10}},
+        {.kind = ControlKind::check, .bounds = {95, 20, 10, 10}},
+        {.kind = ControlKind::group, .caption = "unseen", .bounds = {0, 0, 100, 100}, .isHidden = true},
         {.kind = ControlKind::check},
-        {.kind = ControlKind::check, .place = {70, 70, 10, 10}}};
+        {.kind = ControlKind::check, .bounds = {70, 70, 10, 10}}};
     EXPECT_EQ(groupAround(rows, rows[0]), nullptr);
     EXPECT_EQ(groupAround(rows, rows[1]), &rows[0]);
     EXPECT_EQ(groupAround(rows, rows[2]), &rows[1]);
@@ -92,4 +92,4 @@ TEST(ControlRows, EveryFieldOfAPageStandsOnceForEachOfItsElements) {
 }
 
 }  // namespace
-}  // namespace tessavo
+}  // namespace tessavo::test

@@ -11,13 +11,8 @@
 
 // Axes and what stands at their ends.
 
-namespace tessavo {
+namespace tessavo::test {
 namespace {
-
-using chart_test::addXy;
-using chart_test::countOf;
-using chart_test::drawn;
-using chart_test::pixelAt;
 
 constexpr QSize size(834, 472);
 constexpr QRgb red = 0xFFFF0000;
@@ -342,4 +337,4 @@ TEST(Units, TheReadoutsUnitBelongsToTheAxis) {
 }
 
 }  // namespace
-}  // namespace tessavo
+}  // namespace tessavo::test

@@ -7,16 +7,8 @@
 #include "plot/chart/data_settings_dialog.h"
 #include "plot/chart/settings_fixture.h"
 
-namespace tessavo {
+namespace tessavo::test {
 namespace {
-
-using chart_test::addXy;
-using chart_test::button;
-using chart_test::byName;
-using chart_test::click;
-using chart_test::SettingsDialogs;
-using chart_test::shows;
-using chart_test::type;
 
 using AxisSettings = SettingsDialogs;
 
@@ -81,4 +73,4 @@ TEST_F(AxisSettings, TheColourSwatchHasANameAndTellsItsColour) {
 }
 
 }  // namespace
-}  // namespace tessavo
+}  // namespace tessavo::test

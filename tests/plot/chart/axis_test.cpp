@@ -6,7 +6,7 @@
 
 #include "plot/chart/chart_helpers.h"
 
-namespace tessavo {
+namespace tessavo::test {
 namespace {
 
 constexpr double infinity = std::numeric_limits<double>::infinity();
@@ -151,4 +151,4 @@ TEST(Axis, HasTheNamesOfTheMenu) {
 }
 
 }  // namespace
-}  // namespace tessavo
+}  // namespace tessavo::test

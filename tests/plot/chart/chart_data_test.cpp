@@ -8,10 +8,8 @@
 #include "plot/chart/data_painting.h"
 #include "plot/chart/xy_chart.h"
 
-namespace tessavo {
+namespace tessavo::test {
 namespace {
-
-using chart_test::addXy;
 
 TEST(ChartDataSets, TwentyFitAndTheNextFails) {
     CXYChart chart;
@@ -169,4 +167,4 @@ TEST(ChartDataSets, MarkersStandWhereAsked) {
 }
 
 }  // namespace
-}  // namespace tessavo
+}  // namespace tessavo::test

@@ -7,14 +7,8 @@
 #include "plot/chart/image_chart.h"
 #include "plot/chart/xy_chart.h"
 
-namespace tessavo {
+namespace tessavo::test {
 namespace {
-
-using chart_test::addXy;
-using chart_test::countOf;
-using chart_test::difference;
-using chart_test::drawn;
-using chart_test::pixelAt;
 
 constexpr QSize size(400, 300);
 constexpr QRgb red = 0xFFFF0000;
@@ -305,4 +299,4 @@ TEST_P(ChartDrawing, TinyRectanglesAreDrawn) {
 INSTANTIATE_TEST_SUITE_P(Scales, ChartDrawing, testing::Values(1.0, 1.5, 2.0));
 
 }  // namespace
-}  // namespace tessavo
+}  // namespace tessavo::test

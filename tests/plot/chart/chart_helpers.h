@@ -15,7 +15,7 @@
 #include "plot/chart/chart_host.h"
 #include "plot/response_curve.h"
 
-namespace tessavo::chart_test {
+namespace tessavo::test {
 
 /// Answers from a list and keeps what was told.
 class FakeHost : public IChartHost {
@@ -119,7 +119,7 @@ inline bool shows(const QWidget& parent, const QString& text) {
     return std::any_of(children.begin(), children.end(), has);
 }
 
-}  // namespace tessavo::chart_test
+}  // namespace tessavo::test
 
 inline void PrintTo(const QString& text, std::ostream* out) {
     *out << '"' << text.toStdString() << '"';

@@ -14,7 +14,7 @@
 
 #include "controls/theme.h"
 
-namespace tessavo {
+namespace tessavo::test {
 namespace {
 
 class ToolkitHost : public DialogChartHost {
@@ -102,4 +102,4 @@ TEST_F(ChartHost, ColoursAreAskedForInTheProgramsLook) {
 }
 
 }  // namespace
-}  // namespace tessavo
+}  // namespace tessavo::test

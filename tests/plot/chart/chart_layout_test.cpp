@@ -4,7 +4,7 @@
 #include "plot/chart/chart_helpers.h"
 #include "plot/chart/xy_chart.h"
 
-namespace tessavo {
+namespace tessavo::test {
 namespace {
 
 void showEveryAxis(CChart& chart, int majorTicks) {
@@ -90,7 +90,7 @@ TEST(ChartLayout, LabelsNeverTouchAtAnySize) {
 
 TEST(ChartLayout, LongLabelsGetTheRoomTheyNeed) {
     CXYChart chart;
-    chart_test::addXy(chart, {0, 1}, {-123456789.25, -123456789.5});
+    addXy(chart, {0, 1}, {-123456789.25, -123456789.5});
     const ChartLayout layout = chart.layoutFor({0, 0, 600, 400});
     ASSERT_FALSE(layout.ticksOf(AxisSide::left).empty());
     for (const PlacedTick& placed : layout.ticksOf(AxisSide::left)) {
@@ -135,4 +135,4 @@ TEST(ChartLayout, TitlesTakeRoomFromTheBox) {
 }
 
 }  // namespace
-}  // namespace tessavo
+}  // namespace tessavo::test

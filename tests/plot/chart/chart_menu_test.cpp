@@ -13,10 +13,8 @@
 #include "plot/chart/plot_settings_dialog.h"
 #include "plot/chart/xy_chart.h"
 
-namespace tessavo {
+namespace tessavo::test {
 namespace {
-
-using chart_test::addXy;
 
 QStringList entries(const QMenu& menu) {
     QStringList texts;
@@ -65,7 +63,7 @@ class ChartMenu : public testing::Test {
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
 
-    chart_test::FakeHost host_;
+    FakeHost host_;
     CXYChart chart_;
     CChartView view_;
 };
@@ -194,4 +192,4 @@ TEST_F(ChartMenu, ShiftF10OpensItWithinTheChart) {
 }
 
 }  // namespace
-}  // namespace tessavo
+}  // namespace tessavo::test

@@ -9,10 +9,8 @@
 #include "plot/chart/image_chart.h"
 #include "plot/chart/xy_chart.h"
 
-namespace tessavo {
+namespace tessavo::test {
 namespace {
-
-using chart_test::addXy;
 
 class ChartSave : public testing::Test {
  protected:
@@ -126,7 +124,7 @@ TEST_F(ChartSave, ValuesThatAreNotFiniteAreSaved) {
 
 TEST_F(ChartSave, ACurveHasAThousandLines) {
     CXYChart chart;
-    const ResponseCurve curve = chart_test::flatCurve(-7);
+    const ResponseCurve curve = flatCurve(-7);
     addXy(chart, {curve.frequencyHz.begin(), curve.frequencyHz.end()},
           {curve.magnitudeDb.begin(), curve.magnitudeDb.end()});
     EXPECT_EQ(save(chart), 1);
@@ -136,4 +134,4 @@ TEST_F(ChartSave, ACurveHasAThousandLines) {
 }
 
 }  // namespace
-}  // namespace tessavo
+}  // namespace tessavo::test

@@ -13,11 +13,8 @@
 #include "plot/chart/chart_helpers.h"
 #include "plot/chart/xy_chart.h"
 
-namespace tessavo {
+namespace tessavo::test {
 namespace {
-
-using chart_test::addXy;
-using chart_test::countOf;
 
 /// Counts the paints of a widget.
 class PaintCounter : public QObject {
@@ -62,7 +59,7 @@ class ChartView : public testing::Test {
                    chart_.axis(AxisSide::left).fraction(magnitudeDb));
     }
 
-    chart_test::FakeHost host_;
+    FakeHost host_;
     CXYChart chart_;
     CChartView view_;
     int curve_ = -1;
@@ -249,4 +246,4 @@ TEST_F(ChartView, ResizingDrawsAgain) {
 }
 
 }  // namespace
-}  // namespace tessavo
+}  // namespace tessavo::test

@@ -6,11 +6,8 @@
 
 #include "plot/chart/chart_helpers.h"
 
-namespace tessavo {
+namespace tessavo::test {
 namespace {
-
-using chart_test::drawn;
-using chart_test::pixelAt;
 
 constexpr QSize size(400, 300);
 
@@ -94,4 +91,4 @@ TEST_F(ImageChart, OneValueTakesTheMiddleOfTheTable) {
 }
 
 }  // namespace
-}  // namespace tessavo
+}  // namespace tessavo::test

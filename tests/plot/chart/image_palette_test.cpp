@@ -7,7 +7,7 @@
 
 #include "plot/chart/chart_helpers.h"
 
-namespace tessavo {
+namespace tessavo::test {
 namespace {
 
 int distance(QRgb one, QRgb other) {
@@ -137,4 +137,4 @@ TEST(ImagePalette, ValuesPickTheirColours) {
 }
 
 }  // namespace
-}  // namespace tessavo
+}  // namespace tessavo::test

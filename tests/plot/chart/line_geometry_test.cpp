@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 #include <random>
 
-namespace tessavo {
+namespace tessavo::test {
 namespace {
 
 const QRectF square(0, 0, 100, 100);
@@ -105,4 +105,4 @@ TEST(LineGeometry, WhateverComesInStaysInside) {
 }
 
 }  // namespace
-}  // namespace tessavo
+}  // namespace tessavo::test

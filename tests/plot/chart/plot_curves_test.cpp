@@ -14,11 +14,8 @@
 
 // Curves that leave the usual range, and how the plot shows them.
 
-namespace tessavo {
+namespace tessavo::test {
 namespace {
-
-using chart_test::byName;
-using chart_test::countOf;
 
 constexpr std::int32_t noValue = std::numeric_limits<std::int32_t>::min();
 
@@ -47,7 +44,7 @@ class PlotCurves : public testing::Test {
         return countOf(picture, CPlotDlg::curveColor, part, 40);
     }
 
-    chart_test::FakeHost host_;
+    FakeHost host_;
     CPlotDlg plot_;
 };
 
@@ -71,7 +68,7 @@ TEST_F(PlotCurves, ACurveWithoutAValueKeepsAndSavesItsPointsAndIsNotDrawn) {
 }
 
 TEST_F(PlotCurves, PointsWithoutAValueLeaveTheOthersTheirRange) {
-    ResponseCurve curve = chart_test::flatCurve(-7);
+    ResponseCurve curve = flatCurve(-7);
     curve.magnitudeDb.at(500) = noValue;
     curve.magnitudeDb.at(501) = std::numeric_limits<std::int32_t>::max();
     curve.magnitudeDb.at(502) = -40;
@@ -88,7 +85,7 @@ TEST_F(PlotCurves, PointsWithoutAValueLeaveTheOthersTheirRange) {
 }
 
 TEST_F(PlotCurves, AValueNextToTheEndsIsOne) {
-    ResponseCurve curve = chart_test::flatCurve(noValue + 1);
+    ResponseCurve curve = flatCurve(noValue + 1);
     plot_.setCurve(curve);
     plot_.chart().setAutoRange(true);
     EXPECT_LT(range().minimum, -2e9);
@@ -118,4 +115,4 @@ TEST_F(PlotCurves, TheSliderAloneShowsTheSlopeOfACrossoverUpTo16KilohertzDownTo2
 }
 
 }  // namespace
-}  // namespace tessavo
+}  // namespace tessavo::test

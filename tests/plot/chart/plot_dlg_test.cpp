@@ -14,13 +14,8 @@
 #include "plot/chart/chart_helpers.h"
 #include "plot/chart/chart_view.h"
 
-namespace tessavo {
+namespace tessavo::test {
 namespace {
-
-using chart_test::button;
-using chart_test::byName;
-using chart_test::countOf;
-using chart_test::flatCurve;
 
 class PlotWindow : public testing::Test {
  protected:
@@ -46,7 +41,7 @@ class PlotWindow : public testing::Test {
     [[nodiscard]] QString text(const char* name) const { return byName<QLineEdit>(plot_, name)->text(); }
     [[nodiscard]] AxisRange range() { return plot_.chart().axis(AxisSide::left).range(); }
 
-    chart_test::FakeHost host_;
+    FakeHost host_;
     CPlotDlg plot_;
 };
 
@@ -96,7 +91,7 @@ TEST_F(PlotWindow, TheCurveKeepsItsIdentifierAndColour) {
 }
 
 TEST_F(PlotWindow, OtherDataSetsStayBesideTheCurve) {
-    const int other = chart_test::addXy(plot_.chart(), {100, 1000}, {1, 2});
+    const int other = addXy(plot_.chart(), {100, 1000}, {1, 2});
     plot_.setCurve(flatCurve(3));
     plot_.setCurve(flatCurve(4));
     EXPECT_EQ(plot_.chart().dataSets().size(), 2U);
@@ -106,7 +101,7 @@ TEST_F(PlotWindow, OtherDataSetsStayBesideTheCurve) {
 TEST_F(PlotWindow, AFullChartTakesNoCurveAndARemovedCurveComesBack) {
     std::vector<int> others;
     for (int n = 0; n < 20; ++n) {
-        others.push_back(chart_test::addXy(plot_.chart(), {1}, {1}));
+        others.push_back(addXy(plot_.chart(), {1}, {1}));
     }
     plot_.setCurve(flatCurve(3));
     EXPECT_EQ(plot_.curveIdentifier(), -1);
@@ -435,8 +430,8 @@ TEST_F(PlotWindowPixels, TheSpaceToZeroIsShaded) {
     const QPointF below(150.5, 320.5);
     const QRgb expected = qRgb(0x10 + (0x1C - 0x10) * 13 / 100, 0x14 + (0x86 - 0x14) * 13 / 100,
                                0x19 + (0xEE - 0x19) * 13 / 100);
-    EXPECT_LE(chart_test::difference(chart_test::pixelAt(picture, shaded), expected), 3);
-    EXPECT_EQ(chart_test::pixelAt(picture, below), chart_test::pixelAt(before, below));
+    EXPECT_LE(difference(pixelAt(picture, shaded), expected), 3);
+    EXPECT_EQ(pixelAt(picture, below), pixelAt(before, below));
 }
 
 TEST_F(PlotWindowPixels, GridsHaveTheirColours) {
@@ -444,12 +439,12 @@ TEST_F(PlotWindowPixels, GridsHaveTheirColours) {
     // Places between two lines of the other direction, in the first device pixel of the line.
     const double scale = picture.devicePixelRatio();
     const auto line = [scale](double y) { return QPointF(130, (std::round(y * scale) + 0.5) / scale); };
-    EXPECT_EQ(chart_test::pixelAt(picture, line(236)), 0xFF5B6977) << "0 dB";
-    EXPECT_EQ(chart_test::pixelAt(picture, line(104)), 0xFF303A45) << "12 dB";
-    EXPECT_EQ(chart_test::pixelAt(picture, line(71)), 0xFF1C232B) << "15 dB";
-    EXPECT_EQ(chart_test::pixelAt(picture, {130, 90}), 0xFF101419) << "between them";
-    EXPECT_EQ(chart_test::pixelAt(picture, {30, 470}), 0xFF151A20) << "card";
+    EXPECT_EQ(pixelAt(picture, line(236)), 0xFF5B6977) << "0 dB";
+    EXPECT_EQ(pixelAt(picture, line(104)), 0xFF303A45) << "12 dB";
+    EXPECT_EQ(pixelAt(picture, line(71)), 0xFF1C232B) << "15 dB";
+    EXPECT_EQ(pixelAt(picture, {130, 90}), 0xFF101419) << "between them";
+    EXPECT_EQ(pixelAt(picture, {30, 470}), 0xFF151A20) << "card";
 }
 
 }  // namespace
-}  // namespace tessavo
+}  // namespace tessavo::test

@@ -14,16 +14,8 @@
 #include "plot/chart/settings_fixture.h"
 #include "plot/chart/xy_chart.h"
 
-namespace tessavo {
+namespace tessavo::test {
 namespace {
-
-using chart_test::addXy;
-using chart_test::button;
-using chart_test::byName;
-using chart_test::click;
-using chart_test::SettingsDialogs;
-using chart_test::shows;
-using chart_test::type;
 
 QStringList itemsOf(const QComboBox* combo) {
     QStringList items;
@@ -427,4 +419,4 @@ TEST_F(SettingsDialogs, EveryControlHasANameForScreenReaders) {
 }
 
 }  // namespace
-}  // namespace tessavo
+}  // namespace tessavo::test

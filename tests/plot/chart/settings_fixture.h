@@ -9,7 +9,7 @@
 #include "plot/chart/chart_helpers.h"
 #include "plot/chart/xy_chart.h"
 
-namespace tessavo::chart_test {
+namespace tessavo::test {
 
 inline void type(QLineEdit* edit, const QString& text) {
     ASSERT_NE(edit, nullptr);
@@ -46,4 +46,4 @@ class SettingsDialogs : public testing::Test {
     CXYChart chart_;
 };
 
-}  // namespace tessavo::chart_test
+}  // namespace tessavo::test

@@ -10,7 +10,7 @@
 #include "plot/chart/axis.h"
 #include "plot/chart/chart_helpers.h"
 
-namespace tessavo {
+namespace tessavo::test {
 namespace {
 
 using testing::ElementsAre;
@@ -201,4 +201,4 @@ TEST_P(RandomRanges, GrownRangesHoldTheOldOnes) {
 INSTANTIATE_TEST_SUITE_P(Seeds, RandomRanges, testing::Values(1U, 2U, 3U));
 
 }  // namespace
-}  // namespace tessavo
+}  // namespace tessavo::test
