@@ -95,7 +95,9 @@ TEST(DemoTargets, StandOnAPseudoTerminalWhereTheSystemHasThem) {
     const auto inside = makeInProcessDemoTarget();
     ASSERT_NE(usual, nullptr);
     ASSERT_NE(inside, nullptr);
-    EXPECT_EQ(typeid(*usual), onTerminal ? typeid(*onTerminal) : typeid(*inside));
+    const IDemoTarget& chosen = *usual;
+    const IDemoTarget& expected = onTerminal ? *onTerminal : *inside;
+    EXPECT_EQ(typeid(chosen), typeid(expected));
 }
 
 std::vector<Design> designsHere() {

@@ -3,13 +3,13 @@
 #include <array>
 #include <memory>
 
+#include "pages/form/input_base.h"
 #include "pages/form/parameter_page.h"
 #include "pages/output/linked_sliders.h"
 #include "pages/rows/output_group_rows.h"
 
 namespace tessavo {
 
-class CInputBase;
 class SkinComboBox;
 
 /// Page "Output Group": a gain and a delay for each of the eight channels, which add to the channel's own
