@@ -16,13 +16,15 @@ bool readFile(const std::string& path, std::string& content) {
 }
 
 /// Writes what changed, or tells that it is out of date.
+/// \param remedy the call of this program that brings it up to date
 /// \return whether all is well
-bool settle(const std::string& path, const std::string& before, const std::string& after, bool check) {
+bool settle(const std::string& path, const std::string& before, const std::string& after, bool check,
+            const std::string& remedy) {
     if (after == before) {
         return true;
     }
     if (check) {
-        std::cerr << path << ": out of date; run tessavo_docs on it\n";
+        std::cerr << path << ": out of date; run " << remedy << '\n';
         return false;
     }
     std::ofstream(path, std::ios::binary) << after;
@@ -46,8 +48,10 @@ int main(int argc, char** argv) {
         } else if (path == "--house" && i + 2 < arguments.size()) {
             const std::string& picture = arguments[i + 2];
             readFile(picture, before);
-            const auto tree = tessavo::house::readSourceTree(arguments[i + 1]);
-            well = settle(picture, before, tessavo::housePicture(tree), check) && well;
+            const std::string& sources = arguments[i + 1];
+            const std::string after = tessavo::housePicture(tessavo::house::readSourceTree(sources));
+            const std::string remedy = "tessavo_docs --house " + sources + " " + picture;
+            well = settle(picture, before, after, check, remedy) && well;
             i += 2;
         } else if (!readFile(path, before)) {
             std::cerr << path << ": cannot be read\n";
@@ -59,7 +63,7 @@ int main(int argc, char** argv) {
                 std::cerr << path << ": " << problem << '\n';
                 well = false;
             } else {
-                well = settle(path, before, after, check) && well;
+                well = settle(path, before, after, check, "tessavo_docs " + path) && well;
             }
         }
     }

@@ -44,7 +44,7 @@ class IcoefficientGenerator {
     /// Equalizer band.
     ///
     /// \param kindWord the first four bytes of an EqBandParams block as a little-endian word: bits 0 to 7 the
-    ///     type (0 high shelf, 1 low shelf, 2 peak), bits 16 to 31 the frequency in Hz, taken with its sign
+    ///     code of a BandType, bits 8 to 15 not read, bits 16 to 31 the frequency in Hz, taken with its sign
     /// \param gainDb gain in dB: 0 and above boosts, below 0 cuts
     /// \param q quality factor
     /// \param spare the block's last word; not read

@@ -14,8 +14,8 @@ std::int32_t kindWord(std::uint8_t low, std::uint8_t high, std::uint16_t frequen
 }  // namespace
 
 bool computeBandWords(IcoefficientGenerator& method, const EqBandParams& band, BiquadWords& words) {
-    return method.computeBand(kindWord(band.type, band.spare1, band.frequencyHz), band.gainDb, band.q, 0,
-                              words);
+    // No design reads the word's second byte.
+    return method.computeBand(kindWord(band.type, 0, band.frequencyHz), band.gainDb, band.q, 0, words);
 }
 
 bool computeCrossoverWords(IcoefficientGenerator& method, const CrossoverParams& crossover,

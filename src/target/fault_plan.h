@@ -26,6 +26,8 @@ struct FaultPlan {
     bool wrongDigest = false;
     bool noDisconnect = false;
     std::optional<std::uint64_t> cable;  ///< bytes in both directions together until the cable is pulled
+
+    friend bool operator==(const FaultPlan&, const FaultPlan&) = default;
 };
 
 /// Adds one fault given as NAME or NAME=N.

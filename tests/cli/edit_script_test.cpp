@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 #include <ostream>
 
+#include "cli/every_word.h"
 #include "params/set_text.h"
 #include "support/boxes.h"
 
@@ -435,13 +436,15 @@ TEST_F(ScriptRun, SelectedChannelsFollowThePages) {
 }
 
 TEST_F(ScriptRun, EveryWordReachesItsField) {
-    apply(
+    const std::string script =
         "set 2\nselect 1\nsetVolume 1\nsetDelay 1\nsetGroupGain 4 2\nsetGroupDelay 4 0.5\nsetInvertPhase 1\n"
         "setBandFrequency 1 200\nsetBandType 1 low-shelf\nsetBandGainOrQ 1 gain 3\nsetBandGainOrQ 1 q 2\n"
         "setBandOff 1 0\nsetCrossover 0 lp 4 1\nsetCrossoverFrequency 0 90\nsetInputBandGain 2 4\n"
         "setInputBandGain 11 5\nsetInputEqOn 1\nsetLimiter gain -1\nsetLimiter activate -2\n"
         "setLimiter deactivate -3\nsetLimiter attack 4\nsetLimiter release 5\nsetLimiter enabled 0\n"
-        "setRouterSource 3 6\nsetName Car\nmode MZT\n");
+        "setRouterSource 3 6\nsetName Car\nmode MZT\n";
+    EXPECT_THAT(leftOutOf(script), testing::IsEmpty());
+    apply(script);
     const ParameterSet& edited = set(2);
     const OutputChannelParams& channel = edited.channels[7];
     EXPECT_EQ(channel.volumeDb, 1.0F);

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <csignal>
@@ -9,6 +10,7 @@
 #include <unistd.h>
 
 #include "cli/cli_fixture.h"
+#include "cli/command_table.h"
 #include "comm/port_list.h"
 #include "comm/serial.h"
 #include "platform/process.h"
@@ -78,21 +80,44 @@ CommandResult runInterrupted(const std::vector<std::string>& arguments, const st
 
 class PortTrouble : public CommandTest {
  protected:
-    // Every command that needs a port, with files that are in order.
+    // Every command of the table that has a port, as its example writes it, with files that are in order.
     [[nodiscard]] std::vector<std::vector<std::string>> portCommands(const std::string& port) const {
-        const std::string file = fresh();
-        write(path("software.bin"), Bytes(100, 1));
-        return {{"versions", "--port", port},
-                {"clip", "--port", port},
-                {"live", file, "--set", "1", "--port", port},
-                {"write-set", "2", file, "--set", "1", "--port", port},
-                {"read-set", "default", "--into", file, "--set", "1", "--output", path("out.eqs"), "--port",
-                 port},
-                {"flash", path("software.bin"), "--port", port}};
+        std::vector<std::vector<std::string>> calls;
+        for (const CommandRow& row : commandTable()) {
+            if (run({row.name, "--help"}).out.find(" --port ") != std::string::npos) {
+                calls.push_back(callOf(row.example));
+                EXPECT_THAT(calls.back(), testing::Contains("ttyUSB0")) << row.name;
+                std::ranges::replace(calls.back(), "ttyUSB0", port);
+            }
+        }
+        return calls;
+    }
+
+    /// The words of an example. Files stand in the test's folder; those that the command reads are there.
+    [[nodiscard]] std::vector<std::string> callOf(const std::string& example) const {
+        std::vector<std::string> words;
+        std::istringstream text(example);
+        for (std::string word; text >> word;) {
+            if (word.find('.') == std::string::npos) {
+                words.push_back(word);
+                continue;
+            }
+            const bool isWritten = words.back() == "--output";
+            words.push_back(path(word));
+            if (!isWritten && word.ends_with(".eqs")) {
+                EXPECT_EQ(fresh(word), words.back());
+            } else if (!isWritten) {
+                write(words.back(), Bytes(100, 1));
+            }
+        }
+        return words;
     }
 
     void expectAllFail(const std::string& port, const std::string& reason) {
-        for (const auto& arguments : portCommands(port)) {
+        const auto calls = portCommands(port);
+        EXPECT_GE(calls.size(), 6U);
+        const std::vector<std::string> before = files();
+        for (const auto& arguments : calls) {
             const CommandResult result = run(arguments);
             EXPECT_EQ(result.code, 1) << arguments[0];
             EXPECT_THAT(result.out, IsEmpty()) << arguments[0];
@@ -100,7 +125,7 @@ class PortTrouble : public CommandTest {
                                           HasSubstr("tessavoctl: " + port + ": "), HasSubstr(reason),
                                           HasSubstr("nothing was sent")))
                 << arguments[0];
-            EXPECT_FALSE(std::filesystem::exists(path("out.eqs")));
+            EXPECT_EQ(files(), before) << arguments[0];
         }
     }
 };

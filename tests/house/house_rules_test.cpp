@@ -1,5 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <utility>
+#include <vector>
 
 #include "house/source_tree.h"
 
@@ -112,6 +114,33 @@ TEST(HouseRules, LongFilesAreFound) {
     EXPECT_THAT(lengthBreaches(tree, 5), IsEmpty());
     EXPECT_THAT(lengthBreaches(tree, 4), ElementsAre("dsp/c.h has 5 lines"));
     EXPECT_THAT(lengthBreaches(tree, 3), ElementsAre("dsp/b.cpp has 4 lines", "dsp/c.h has 5 lines"));
+}
+
+TEST(HouseRules, BlocksAreFoundInFilesClassesAndFunctions) {
+    const SourceFile file = parseSource(
+        "namespace {\nconst int numbers[]{\n    1,\n};\n"
+        "const auto lambda = [] {\n    return 1;\n};\n"
+        "class Box final : public Base {\n public:\n    explicit Box(int a)\n        : a_{a},\n          "
+        "b_(a) {\n"
+        "        fill();\n    }\n    int none() {\n    }\n    int brief() { return 1; }\n};\n"
+        "}  // namespace\n\n"
+        "Box::Box(int a,\n         int b)\n    : a_(a) {\n#ifdef A\n    if (a == 1) {\n        one();\n\n"
+        "    } else {\n        two();\n    }\n#endif\n    tell([] {\n        three();\n    });\n}\r\n");
+    std::vector<std::pair<std::size_t, std::size_t>> found;
+    for (const Block& block : file.blocks) {
+        found.emplace_back(block.line, block.lines);
+    }
+    EXPECT_THAT(found, ElementsAre(std::pair(12, 1), std::pair(15, 0), std::pair(25, 4), std::pair(23, 11)));
+}
+
+TEST(HouseRules, LongFunctionsAreFound) {
+    const auto tree =
+        treeOf({{"dsp/a.cpp", "void f() {\n    1;\n    2;\n    3;\n}\n"},
+                {"dsp/b.h", "struct A {\n    void f() {\n        1;\n        2;\n    }\n};\n"}});
+    EXPECT_THAT(blockBreaches(tree, 3), IsEmpty());
+    EXPECT_THAT(blockBreaches(tree, 2), ElementsAre("dsp/a.cpp:1 begins a block of 3 lines"));
+    EXPECT_THAT(blockBreaches(tree, 1),
+                ElementsAre("dsp/a.cpp:1 begins a block of 3 lines", "dsp/b.h:2 begins a block of 2 lines"));
 }
 
 }  // namespace

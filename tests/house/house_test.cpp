@@ -17,6 +17,11 @@ const SourceTree& sources() {
     return tree;
 }
 
+const SourceTree& tests() {
+    static const SourceTree tree = readSourceTree(TESSAVO_TESTS_FOLDER);
+    return tree;
+}
+
 /// Sources that the build files name for the toolkit-free targets, by their path below src/.
 std::set<std::string> coreSources() {
     std::set<std::string> paths;
@@ -59,9 +64,16 @@ TEST(House, TheCoreKnowsNoWindowToolkit) {
 TEST(House, NoFileHasMoreThanFiveHundredLines) {
     constexpr std::size_t mostLines = 500;
     EXPECT_THAT(lengthBreaches(sources(), mostLines), IsEmpty());
-    const SourceTree tests = readSourceTree(TESSAVO_TESTS_FOLDER);
-    ASSERT_TRUE(tests.contains("house/house_test.cpp")) << "no tests found";
-    EXPECT_THAT(lengthBreaches(tests, mostLines), IsEmpty());
+    ASSERT_TRUE(tests().contains("house/house_test.cpp")) << "no tests found";
+    EXPECT_THAT(lengthBreaches(tests(), mostLines), IsEmpty());
+}
+
+TEST(House, NoFunctionHasMoreThanSixtyLinesOrNinetyInTests) {
+    constexpr std::size_t mostLines = 60;
+    constexpr std::size_t mostLinesOfTests = 90;
+    ASSERT_THAT(tests().at("house/house_test.cpp").blocks, testing::SizeIs(testing::Ge(8U)));
+    EXPECT_THAT(blockBreaches(sources(), mostLines), IsEmpty());
+    EXPECT_THAT(blockBreaches(tests(), mostLinesOfTests), IsEmpty());
 }
 
 TEST(House, TheCoreLinksNothingButThreads) {

@@ -58,6 +58,32 @@ bool saysItsPlatform(std::string_view path) {
     return path.ends_with("_posix.cpp") || path.ends_with("_win32.cpp");
 }
 
+/// Finds every block that a brace alone ends. It begins with the last line before at the same indentation.
+std::vector<Block> blocksIn(const std::vector<std::string_view>& lines) {
+    std::vector<Block> blocks;
+    for (std::size_t end = 0; end < lines.size(); ++end) {
+        const std::size_t indentation = lines[end].find('}');
+        if (trimmed(lines[end]) != "}") {
+            continue;
+        }
+        const auto beginsBlock = [&](std::string_view line) {
+            return line.find_first_not_of(' ') == indentation && line[indentation] != '}' &&
+                   line[indentation] != '#';
+        };
+        std::size_t opening = end;
+        while (opening > 0 && !beginsBlock(lines[opening])) {
+            --opening;
+        }
+        while (opening < end && !trimmed(lines[opening]).ends_with('{')) {
+            ++opening;
+        }
+        if (opening < end) {
+            blocks.push_back({opening + 1, end - opening - 1});
+        }
+    }
+    return blocks;
+}
+
 /// Floor of the room that a file stands in, or in a folder of: the innermost folder that has one.
 Floors::const_iterator floorOf(const Floors& floors, std::string_view path) {
     for (std::string folder = folderOf(path); !folder.empty(); folder = folderOf(folder)) {
@@ -97,10 +123,12 @@ const Floors& houseFloors() {
 
 SourceFile parseSource(std::string_view text) {
     SourceFile file;
+    std::vector<std::string_view> lines;
     while (!text.empty()) {
         const std::string_view line = text.substr(0, text.find('\n'));
         text.remove_prefix(std::min(text.size(), line.size() + 1));
         ++file.lines;
+        lines.push_back(line);
         const auto directive = directiveOf(line);
         if (!directive) {
             continue;
@@ -111,6 +139,7 @@ SourceFile parseSource(std::string_view text) {
             file.conditionals.emplace_back(trimmed(line));
         }
     }
+    file.blocks = blocksIn(lines);
     return file;
 }
 
@@ -223,6 +252,19 @@ std::vector<std::string> lengthBreaches(const SourceTree& tree, std::size_t most
     for (const auto& [path, file] : tree) {
         if (file.lines > mostLines) {
             breaches.push_back(path + " has " + std::to_string(file.lines) + " lines");
+        }
+    }
+    return breaches;
+}
+
+std::vector<std::string> blockBreaches(const SourceTree& tree, std::size_t mostLines) {
+    std::vector<std::string> breaches;
+    for (const auto& [path, file] : tree) {
+        for (const Block& block : file.blocks) {
+            if (block.lines > mostLines) {
+                breaches.push_back(path + ":" + std::to_string(block.line) + " begins a block of " +
+                                   std::to_string(block.lines) + " lines");
+            }
         }
     }
     return breaches;

@@ -16,12 +16,19 @@ struct Include {
     bool quoted = false;  ///< "..." rather than <...>
 };
 
+/// Body of a function, or a block in one.
+struct Block {
+    std::size_t line = 0;   ///< where its brace opens, from 1
+    std::size_t lines = 0;  ///< between its braces
+};
+
 /// What the rules look at in one file under src/.
 struct SourceFile {
     std::vector<Include> includes;
     /// Preprocessor lines that make code depend on a condition: #if, #ifdef, #ifndef, #elif.
     std::vector<std::string> conditionals;
     std::size_t lines = 0;
+    std::vector<Block> blocks;
 };
 
 /// Files by their path below src/, with '/' between folders: "params/records.h".
@@ -33,6 +40,7 @@ using Floors = std::map<std::string, int, std::less<>>;
 /// The floor of every room there is.
 [[nodiscard]] const Floors& houseFloors();
 
+/// \param text as clang-format lays it out, which puts the closing brace of a block under the line that begins it
 [[nodiscard]] SourceFile parseSource(std::string_view text);
 [[nodiscard]] SourceTree readSourceTree(const std::filesystem::path& root);
 
@@ -59,5 +67,8 @@ using Floors = std::map<std::string, int, std::less<>>;
 
 /// Files with more lines than that.
 [[nodiscard]] std::vector<std::string> lengthBreaches(const SourceTree& tree, std::size_t mostLines);
+
+/// Functions with more lines between their braces than that, with the blocks in them of which this holds, too.
+[[nodiscard]] std::vector<std::string> blockBreaches(const SourceTree& tree, std::size_t mostLines);
 
 }  // namespace tessavo::house

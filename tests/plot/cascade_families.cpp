@@ -3,13 +3,10 @@
 #include <array>
 #include <cmath>
 #include <limits>
-#include <memory>
 #include <numbers>
 
 #include "base/saturate.h"
-#include "dsp/coeff_bzt2.h"
-#include "dsp/coeff_bztmzt.h"
-#include "dsp/coeff_mzt.h"
+#include "dsp/filter_methods.h"
 #include "plot/response_terms.h"
 
 namespace tessavo::test {
@@ -54,8 +51,7 @@ BiquadWords anySection(Random& random) {
 }
 
 IcoefficientGenerator& anyGenerator(Random& random) {
-    static const std::array<std::unique_ptr<IcoefficientGenerator>, 3> generators{
-        std::make_unique<coeffBZT2>(), std::make_unique<coeffMZT>(), std::make_unique<coeffBZTMZT>()};
+    static const FilterMethods generators = makeFilterMethods();
     return *generators[below(random, generators.size())];
 }
 

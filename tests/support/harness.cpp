@@ -4,16 +4,13 @@
 #include <cmath>
 #include <memory>
 
-#include "dsp/coeff_bzt2.h"
-#include "dsp/coeff_bztmzt.h"
-#include "dsp/coeff_mzt.h"
+#include "dsp/filter_methods.h"
 
 namespace tessavo::test {
 namespace {
 
 IcoefficientGenerator& generatorOf(std::uint32_t mode) {
-    static const std::array<std::unique_ptr<IcoefficientGenerator>, 3> generators{
-        std::make_unique<coeffBZT2>(), std::make_unique<coeffMZT>(), std::make_unique<coeffBZTMZT>()};
+    static const FilterMethods generators = makeFilterMethods();
     return *generators[mode];
 }
 

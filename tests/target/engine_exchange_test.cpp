@@ -2,8 +2,10 @@
 #include <array>
 #include <gtest/gtest.h>
 #include <random>
+#include <set>
 
 #include "target/exchange_host.h"
+#include "target/fault_names.h"
 
 // The transfer engine and the device, each written from its own side of the line, talk to each other.
 
@@ -101,13 +103,18 @@ TEST(EngineWithDevice, EachFaultReachesTheHost) {
         {"no-disconnect", "Disconnecting failed", "Disconnecting failed"},
         {"cable=2000", "Wait for answer", "Can't connect to Target"},
     };
+    std::set<std::string> tried;
     for (const Case& each : cases) {
+        tried.insert(faultName(each.fault));
         Line sending({each.fault});
         EXPECT_EQ(sending.sendLive(imageOf(1)), each.sendError == "ok") << each.fault;
         EXPECT_EQ(sending.lastError(), each.sendError == "ok" ? "" : each.sendError) << each.fault;
         Line asking({each.fault});
         EXPECT_EQ(asking.ask({5}), each.askError == "ok") << each.fault;
         EXPECT_EQ(asking.lastError(), each.askError == "ok" ? "" : each.askError) << each.fault;
+    }
+    for (const std::string& form : faultForms()) {
+        EXPECT_TRUE(tried.contains(faultName(form))) << form << " has no row here";
     }
 }
 

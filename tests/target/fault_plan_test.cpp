@@ -1,8 +1,11 @@
 #include "target/fault_plan.h"
 
+#include <algorithm>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <vector>
+
+#include "target/fault_names.h"
 
 namespace tessavo::test {
 namespace {
@@ -22,11 +25,7 @@ FaultPlan planOf(const std::vector<std::string>& texts) {
 std::string problemOf(const std::string& text) {
     FaultPlan plan;
     std::string problem = addFault(plan, text);
-    EXPECT_FALSE(plan.noRequest || plan.wrongRequests != 0 || !plan.negativeBlocks.empty() ||
-                 !plan.silentBlocks.empty() || plan.junkBytes != 0 || plan.damagedReply ||
-                 plan.truncatedReply || plan.wrongComplement || plan.late.count() != 0 ||
-                 plan.wrongConfirmation || plan.wrongDigest || plan.noDisconnect || plan.cable)
-        << text << " changed the plan";
+    EXPECT_TRUE(plan == FaultPlan{}) << text << " changed the plan";
     return problem;
 }
 
@@ -91,11 +90,21 @@ TEST(FaultPlan, BadNumbersAreRefusedWithTheRange) {
 }
 
 TEST(FaultPlan, TheHelpNamesEveryFault) {
-    const std::string help = faultHelp();
-    for (const std::string name : {"no-request", "wrong-request[=N]", "negative=N", "silence=N", "junk[=N]",
-                                   "damaged-reply", "truncated-reply[=N]", "wrong-complement", "late[=N]",
-                                   "wrong-confirmation", "wrong-digest", "no-disconnect", "cable=N"}) {
-        EXPECT_THAT(help, HasSubstr("  " + name + " "));
+    EXPECT_THAT(faultForms(),
+                ElementsAre("no-request", "wrong-request[=N]", "negative=N", "silence=N", "junk[=N]",
+                            "damaged-reply", "truncated-reply[=N]", "wrong-complement", "late[=N]",
+                            "wrong-confirmation", "wrong-digest", "no-disconnect", "cable=N"));
+    for (const std::string& form : faultForms()) {
+        EXPECT_THAT(faultHelp(), HasSubstr("  " + form + " "));
+    }
+}
+
+TEST(FaultPlan, EveryFaultSetsAMemberOfItsOwn) {
+    std::vector<FaultPlan> plans{FaultPlan{}};
+    for (const std::string& form : faultForms()) {
+        const std::string name = faultName(form);
+        plans.push_back(planOf({form.ends_with('N') ? name + "=1" : name}));
+        EXPECT_EQ(std::ranges::count(plans, plans.back()), 1) << form;
     }
 }
 
