@@ -13,13 +13,14 @@ namespace tessavo::cli::option {
 namespace {
 
 // An argument without a name, which must be given.
-Option positional(std::string name, std::string what, std::string Arguments::*member) {
+Option positional(const std::string& name, const std::string& what, std::string Arguments::*member) {
     return [=](CLI::App& command, Arguments& arguments) {
         command.add_option(name, arguments.*member, what)->required();
     };
 }
 
-Option namedFile(std::string names, std::string what, std::string Arguments::*member, bool required) {
+Option namedFile(const std::string& names, const std::string& what, std::string Arguments::*member,
+                 bool required) {
     return [=](CLI::App& command, Arguments& arguments) {
         command.add_option(names, arguments.*member, what)->type_name("FILE")->required(required);
     };
@@ -34,7 +35,7 @@ Option set(bool required) {
     };
 }
 
-Option flag(std::string name, std::string what, bool Arguments::*member) {
+Option flag(const std::string& name, const std::string& what, bool Arguments::*member) {
     return [=](CLI::App& command, Arguments& arguments) { command.add_flag(name, arguments.*member, what); };
 }
 

@@ -230,6 +230,7 @@ void COutputEQ::resetChannel() {
     for (const std::vector<FieldId>& together : resetFields()) {
         for (std::size_t element = 0; element < fieldOf(together.front()).inner.count; ++element) {
             std::vector<FieldValue> values;
+            values.reserve(together.size());
             for (const FieldId field : together) {
                 values.push_back({field, storedDefault(fieldOf(field), {0, element})});
             }

@@ -64,7 +64,8 @@ void addColumn(ControlRows& rows, std::size_t stage) {
                             .colour = theme::rowDivider});
         }
         rows.push_back(text(name, {column.x + 16, top, 140, rowStep}));
-        addLight(rows, clip_id::light(stage, row), caption + ", " + name, {column.x + 178, top + 7, 34, 34});
+        addLight(rows, clip_id::light(stage, row), std::string(caption).append(", ").append(name),
+                 {column.x + 178, top + 7, 34, 34});
     }
 }
 
