@@ -8,15 +8,15 @@ namespace tessavo {
 
 namespace {
 
-const QString recentKey = QStringLiteral("recentFiles");
+constexpr QLatin1String recentKey("recentFiles");
 
 QString wholePath(const QString& path) {
     return QDir::toNativeSeparators(QFileInfo(path).absoluteFilePath());
 }
 
 // The key under which a tool of this maker keeps its settings.
-const QString maker = QStringLiteral("Velmira");
-const QString tool = QStringLiteral("Velmira Audio Systems Equalizing Tool");
+constexpr QLatin1String maker("Velmira");
+constexpr QLatin1String tool("Velmira Audio Systems Equalizing Tool");
 
 // The toolkit opens a profile without looking, and would wait at a pipe for somebody to write into it.
 bool isOddFile(const QString& path) {
@@ -27,7 +27,7 @@ bool isOddFile(const QString& path) {
 // The files, where there are any, that the toolkit reads for one tool of one maker.
 QString oddFileOfUser() {
     for (const QString& folder : QStandardPaths::standardLocations(QStandardPaths::GenericConfigLocation)) {
-        for (const QString& name : {maker + QLatin1Char('/') + tool, maker}) {
+        for (const QString& name : {maker + QLatin1Char('/') + tool, QString(maker)}) {
             QString path = QStringLiteral("%1/%2.conf").arg(folder, name);
             if (isOddFile(path)) {
                 return path;

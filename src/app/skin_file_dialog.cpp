@@ -34,9 +34,10 @@ void SkinFileDialog::accept() {
             QStringLiteral("\"%1\" exists already.\r\nDo you want to replace it?").arg(chosen.fileName()),
             SkinMessageBox::Icon::stop, SkinMessageBox::Buttons::okCancel, this);
         // A key pressed too often must not replace anything.
-        box.buttons().front()->setAccented(false);
-        box.buttons().back()->setAccented(true);
-        box.buttons().back()->setFocus(Qt::OtherFocusReason);
+        const auto buttons = box.buttons();
+        buttons.front()->setAccented(false);
+        buttons.back()->setAccented(true);
+        buttons.back()->setFocus(Qt::OtherFocusReason);
         if (box.ask() != SkinMessageBox::Answer::ok) {
             return;
         }

@@ -2,7 +2,6 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <utility>
 #include <vector>
 
 #include "dsp/filter_methods.h"
@@ -60,16 +59,16 @@ CLI::Option* addWord(CLI::App& command, const std::string& name, Value& value, c
 
 }  // namespace
 
-Option file(std::string what) {
-    return positional("FILE", std::move(what), &Arguments::file);
+Option file(const std::string& what) {
+    return positional("FILE", what, &Arguments::file);
 }
 
-Option otherFile(std::string what) {
-    return positional("OTHER", std::move(what), &Arguments::secondFile);
+Option otherFile(const std::string& what) {
+    return positional("OTHER", what, &Arguments::secondFile);
 }
 
-Option image(std::string what) {
-    return positional("IMAGE", std::move(what), &Arguments::image);
+Option image(const std::string& what) {
+    return positional("IMAGE", what, &Arguments::image);
 }
 
 Option targetSet() {
@@ -85,12 +84,12 @@ Option targetSet() {
     };
 }
 
-Option into(std::string what) {
-    return namedFile("--into", std::move(what), &Arguments::file, true);
+Option into(const std::string& what) {
+    return namedFile("--into", what, &Arguments::file, true);
 }
 
-Option output(std::string what) {
-    return namedFile("-o,--output", std::move(what), &Arguments::output, true);
+Option output(const std::string& what) {
+    return namedFile("-o,--output", what, &Arguments::output, true);
 }
 
 Option editedFiles() {

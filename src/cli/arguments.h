@@ -50,17 +50,17 @@ using Option = std::function<void(CLI::App& command, Arguments& arguments)>;
 namespace option {
 
 /// FILE, as Arguments::file.
-[[nodiscard]] Option file(std::string what);
+[[nodiscard]] Option file(const std::string& what);
 /// OTHER, as Arguments::secondFile.
-[[nodiscard]] Option otherFile(std::string what);
+[[nodiscard]] Option otherFile(const std::string& what);
 /// IMAGE, as Arguments::image.
-[[nodiscard]] Option image(std::string what);
+[[nodiscard]] Option image(const std::string& what);
 /// TARGET: which set of the target.
 [[nodiscard]] Option targetSet();
 /// --into FILE, which must be given, as Arguments::file.
-[[nodiscard]] Option into(std::string what);
+[[nodiscard]] Option into(const std::string& what);
 /// --output FILE, which must be given.
-[[nodiscard]] Option output(std::string what);
+[[nodiscard]] Option output(const std::string& what);
 /// --output and --image of an edit script, which may be left out.
 [[nodiscard]] Option editedFiles();
 /// --script FILE, which must be given.

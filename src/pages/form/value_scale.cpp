@@ -84,7 +84,7 @@ QString withoutUnit(const QString& text) {
     }
     if (thousands) {
         fraction = fraction.leftJustified(3, QLatin1Char('0'));
-        whole += fraction.left(3);
+        whole += QStringView(fraction).left(3);
         fraction.remove(0, 3);
     }
     return whole + QLatin1Char('.') + fraction;
