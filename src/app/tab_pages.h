@@ -37,7 +37,7 @@ struct PageEntry {
     PageCurve curve;
     const char* picture;  ///< file name of its picture, without what follows the name
     /// Makes the page; its caller takes it over.
-    CTabDialog* (*make)(const PageDependencies& parts);
+    CTabDialog* (*make)(const PageDependencies& dependencies);
 };
 
 /// The pages in tab order; a page stands at the place of its number.

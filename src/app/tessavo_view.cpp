@@ -7,7 +7,6 @@
 #include <QScrollBar>
 #include <QStackedWidget>
 #include <QTimer>
-#include <bit>
 #include <utility>
 
 #include "app/plot_note.h"
@@ -321,9 +320,7 @@ const PageEntry& CTessavoView::entryInFront() const {
 
 // The last selected channel in page order, or that of the last edit, as an edit shows it.
 RecordChannel CTessavoView::drawnChannel() const {
-    const int position = static_cast<int>(channelCount) - 1 - std::countr_zero(tuning_.selectionMask());
-    return position >= 0 ? recordChannelAt({static_cast<std::uint8_t>(position)})
-                         : tuning_.lastEditedBand().channel;
+    return lastSelected(tuning_.selectionMask()).value_or(tuning_.lastEditedBand().channel);
 }
 
 void CTessavoView::tuningChanged() {

@@ -1,9 +1,11 @@
 #pragma once
 
 #include <array>
+#include <bit>
 #include <compare>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 
 namespace tessavo {
 
@@ -46,6 +48,16 @@ constexpr RecordChannel recordChannelAt(PagePosition position) {
 /// Bit of `selectionMask` that stands for a page position: the highest bit is position 0.
 constexpr std::uint8_t selectionBit(PagePosition position) {
     return static_cast<std::uint8_t>(0x80U >> (position.value & 7U));
+}
+
+/// The last channel in page order of those that a `selectionMask` selects, whose values and curve stand for
+/// all of them; nothing where none is selected.
+constexpr std::optional<RecordChannel> lastSelected(std::uint8_t selectionMask) {
+    if (selectionMask == 0) {
+        return std::nullopt;
+    }
+    // The lowest bit that is set stands for the last position.
+    return recordChannelAt({static_cast<std::uint8_t>(7 - std::countr_zero(selectionMask))});
 }
 
 }  // namespace tessavo

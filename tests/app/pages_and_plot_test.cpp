@@ -72,6 +72,20 @@ TEST_F(Pages, ShowWhatTheirTableSays) {
     EXPECT_EQ(tabs().count(), static_cast<int>(pictures.size()));
 }
 
+// The widths that the window was drawn with; a gap belongs to the tab before it.
+TEST_F(Pages, TabsAreAsWideAsTheyWereDrawn) {
+    makeFrame(realPages());
+    constexpr int gap = 2;
+    const std::vector<int> left{0, 140, 266, 412, 526, 650};
+    const std::vector<int> width{138, 124, 144, 112, 122, 126};
+    ASSERT_EQ(tabs().count(), static_cast<int>(width.size()));
+    for (int i = 0; i < tabs().count(); ++i) {
+        const auto at = static_cast<std::size_t>(i);
+        EXPECT_EQ(tabs().tabRect(i).left(), left[at]) << i;
+        EXPECT_EQ(tabs().tabRect(i).width(), width[at] + gap) << i;
+    }
+}
+
 TEST_F(Pages, AClickOnATabShowsItsPage) {
     for (const int index : {5, 3, 0, 4, 2, 1}) {
         clickTab(index);

@@ -1,5 +1,6 @@
 #include <cstddef>
 #include <gtest/gtest.h>
+#include <optional>
 #include <type_traits>
 
 #include "params/channels.h"
@@ -19,6 +20,18 @@ static_assert(std::is_signed_v<decltype(ParameterSet::preampGainDb)> &&
               std::is_signed_v<decltype(ParameterSet::lineInGainDb)> &&
               std::is_unsigned_v<decltype(ParameterSet::powerampGainDb)> &&
               std::is_unsigned_v<decltype(ParameterSet::suppression)>);
+
+TEST(LastSelected, IsTheLastTickedChannelOfThePagesForEveryMask) {
+    for (int mask = 0; mask < 256; ++mask) {
+        std::optional<RecordChannel> last;
+        for (std::uint8_t position = 0; position < 8; ++position) {
+            if ((mask & selectionBit({position})) != 0) {
+                last = recordChannelAt({position});
+            }
+        }
+        EXPECT_EQ(lastSelected(static_cast<std::uint8_t>(mask)), last) << mask;
+    }
+}
 
 TEST(ChannelMap, IsTheOneOfThePages) {
     constexpr std::array<std::uint8_t, 8> expected{7, 3, 0, 4, 1, 5, 2, 6};

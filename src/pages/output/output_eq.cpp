@@ -1,7 +1,6 @@
 #include "pages/output/output_eq.h"
 
 #include <QCoreApplication>
-#include <bit>
 
 #include "base/saturate.h"
 #include "comm/target_commands.h"
@@ -56,17 +55,9 @@ COutputEQ::COutputEQ(TuningState& tuning, IMessageBox& boxes, QWidget* parent)
     COutputEQ::refresh();
 }
 
-std::optional<RecordChannel> COutputEQ::lastChosen() const {
-    const int last = static_cast<int>(channelCount) - 1 - std::countr_zero(tuning().selectionMask());
-    if (last < 0) {
-        return {};
-    }
-    return recordChannelAt({static_cast<std::uint8_t>(last)});
-}
-
 void COutputEQ::refresh() {
     // Several channels at once may differ: the last of them is shown, like its curve.
-    shownChannel_ = lastChosen().value_or(shownChannel_);
+    shownChannel_ = lastSelected(tuning().selectionMask()).value_or(shownChannel_);
     ParameterPage::refresh();
     showSources();
 }
@@ -89,7 +80,7 @@ FieldIndex COutputEQ::elementOf(BoundField bound) const {
 }
 
 FieldIndex COutputEQ::markedElement(BoundField bound) const {
-    return {lastChosen().value_or(shownChannel_).value, bound.element};
+    return {lastSelected(tuning().selectionMask()).value_or(shownChannel_).value, bound.element};
 }
 
 void COutputEQ::write(BoundField bound, double value, bool final) {

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <optional>
-
 #include "base/message_box.h"
 #include "pages/form/parameter_page.h"
 
@@ -33,8 +31,6 @@ class COutputEQ : public ParameterPage {
     void showEvent(QShowEvent* event) override;
 
  private:
-    /// The last in page order; none while none is ticked.
-    [[nodiscard]] std::optional<RecordChannel> lastChosen() const;
     void showSources();
     /// Marks "Disable All Filters" or "Enable All Filters" while the filters are not as its caption takes
     /// them.
