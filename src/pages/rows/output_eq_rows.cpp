@@ -58,11 +58,12 @@ void addBand(ControlRows& rows, std::size_t band) {
         const char* head;
         const char* name;
         std::string_view effect;
+        std::string_view unit{};
     };
     constexpr std::array<Column, 3> columns{{
         {FieldId::bandFrequency, "Freq", " frequency", "centre of a peak, corner of a shelf"},
         {FieldId::bandGain, "Gain", " gain", "height of the peak or shelf"},
-        {FieldId::bandQ, "Q", " Q", "the higher, the narrower"},
+        {FieldId::bandQ, "Q", " Q", "the higher, the narrower", "Q"},
     }};
     const BandIds& ids = bands[band];
     const int left = 100 * static_cast<int>(band);
@@ -77,14 +78,14 @@ void addBand(ControlRows& rows, std::size_t band) {
     rows.back().caption = "type";
     rows.back().codes = {1, 2, 0};
     for (int i = 0; i < static_cast<int>(columns.size()); ++i) {
-        const auto& [field, head, name, effect] = columns[static_cast<std::size_t>(i)];
+        const auto& [field, head, name, effect, unit] = columns[static_cast<std::size_t>(i)];
         const int x = left + 4 + 29 * i;
         rows.push_back(captioned(sliderRow(field, ids.sliders[static_cast<std::size_t>(i)], title + name,
                                            {x, 114, 28, 182}, {left + 7, 302 + 26 * i, 58, 24}, 22, effect),
                                  head, {x, 97, 28, 14}, TextSide::centre));
         rows.back().editsLast = true;
+        rows.back().unit = unit;
     }
-    rows.back().unit = "Q";
     for (ControlRow& row : std::span(rows).subspan(first)) {
         row.element = band;
     }
