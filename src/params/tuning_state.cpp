@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstring>
 
 #include "params/factory_defaults.h"
 #include "params/image_conversion.h"
@@ -59,6 +60,8 @@ void TuningState::selectSet(std::uint32_t setIndex, const std::function<void()>&
     if (setIndex >= setCount) {
         return;
     }
+    notifyHistory(TuningEvent::setIsChosen);
+    const RunningChange running(*this);
     currentSet_ = setIndex;
     // Done before the lock is taken: a generator may show its warning here, and a transfer would wait for the
     // answer.
@@ -75,6 +78,7 @@ void TuningState::selectSet(std::uint32_t setIndex, const std::function<void()>&
             whileLocked();
         }
     }
+    notifyHistory(TuningEvent::setWasChosen);
     notifyChange();
 }
 
@@ -85,6 +89,7 @@ void TuningState::setFilterMode(std::uint32_t mode) {
 }
 
 void TuningState::replaceStore(const ParameterStore& store) {
+    const RunningChange running(*this);
     // Done before the lock is taken and before the store changes: a generator may show its warning here.
     // While the warning is open, a transfer sends the former set, whole and without waiting.
     computeAll(store.sets[currentSet_]);
@@ -94,6 +99,7 @@ void TuningState::replaceStore(const ParameterStore& store) {
         received_ = {};
         deriveImage();
     }
+    notifyHistory(TuningEvent::changed);
     notifyChange();
 }
 
@@ -103,10 +109,12 @@ void TuningState::replaceImage(const ParameterImage& received) {
         image_ = received;
         image_.imageSize = parameterImageSize;
     }
+    notifyHistory(TuningEvent::changed);
     notifyChange();
 }
 
 void TuningState::imageToSet() {
+    const RunningChange running(*this);
     {
         const SemaphoreHold wholeSet(*exclusion_, wholeImageWait);
         const ParameterStore before = store_;
@@ -114,6 +122,7 @@ void TuningState::imageToSet() {
         storeReceivedImage(before);
     }
     computeAll(currentParameterSet());
+    notifyHistory(TuningEvent::changed);
     notifyChange();
 }
 
@@ -138,6 +147,49 @@ void TuningState::discardOutdatedImage() {
     if (received && !haveEqualImageFields(received->record, currentParameterSet())) {
         received.reset();
     }
+}
+
+void TuningState::takeSnapshot(TuningSnapshot& snapshot) const {
+    snapshot.store = store_;
+    snapshot.image = image_;
+    for (std::size_t set = 0; set < setCount; ++set) {
+        if (const auto& received = received_[set]) {
+            snapshot.received[set] = {1, received->image, received->record};
+        } else {
+            snapshot.received[set] = {};
+        }
+    }
+    snapshot.bandWords = bandWords_;
+    snapshot.crossoverWords = crossoverWords_;
+    snapshot.inputWords = inputWords_;
+    snapshot.currentSet = currentSet_;
+}
+
+void TuningState::restore(const TuningSnapshot& snapshot) {
+    const RunningChange running(*this);
+    bool imageChanges = false;
+    {
+        const SemaphoreHold wholeSet(*exclusion_, wholeImageWait);
+        store_ = snapshot.store;
+        for (std::size_t set = 0; set < setCount; ++set) {
+            const ReceivedSnapshot& received = snapshot.received[set];
+            received_[set] = received.isPresent != 0
+                                 ? std::optional<Received>({received.image, received.record})
+                                 : std::nullopt;
+        }
+        bandWords_ = snapshot.bandWords;
+        crossoverWords_ = snapshot.crossoverWords;
+        inputWords_ = snapshot.inputWords;
+        currentSet_ = snapshot.currentSet;
+        const SemaphoreHold hold(*imageGuard_);
+        imageChanges = std::memcmp(&image_, &snapshot.image, sizeof image_) != 0;
+        image_ = snapshot.image;
+    }
+    if (imageChanges) {
+        raiseUpdatePending();
+    }
+    notifyHistory(TuningEvent::changed);
+    notifyChange();
 }
 
 void TuningState::showOutputCurve(RecordChannel channel) {
@@ -173,6 +225,12 @@ bool TuningState::takeUpdate() {
 void TuningState::notifyChange() const {
     if (changeListener_) {
         changeListener_();
+    }
+}
+
+void TuningState::notifyHistory(TuningEvent event) const {
+    if (historyListener_) {
+        historyListener_(event);
     }
 }
 

@@ -17,6 +17,7 @@
 #include "params/field_table.h"
 #include "params/parameter_image.h"
 #include "params/records.h"
+#include "params/tuning_snapshot.h"
 #include "plot/curve_display.h"
 
 namespace tessavo {
@@ -46,6 +47,13 @@ struct EditedBand {
     RecordChannel channel;
     std::size_t band = 0;
     friend bool operator==(const EditedBand&, const EditedBand&) = default;
+};
+
+/// What a history has to know of a TuningState.
+enum class TuningEvent : std::uint8_t {
+    changed,       ///< something that a snapshot holds may have changed
+    setIsChosen,   ///< another set is about to become current; nothing has changed yet
+    setWasChosen,  ///< that has happened; it is no change of the sets
 };
 
 /// Everything that is being tuned: the five sets, the current set's image and coefficients, and the edit
@@ -85,6 +93,12 @@ class TuningState {
     /// changed: by every edit, also while a slider is dragged, by a change of set, and by a received or
     /// loaded set.
     void setChangeListener(std::function<void()> listener) { changeListener_ = std::move(listener); }
+
+    /// Sets what is called on the user-interface thread for a history: by every edit, by a loaded or received
+    /// set, by a new name, and around a change of set.
+    void setHistoryListener(std::function<void(TuningEvent)> listener) {
+        historyListener_ = std::move(listener);
+    }
 
     // --- what is there
 
@@ -139,6 +153,17 @@ class TuningState {
     /// 5000 ms, and goes on without it), and computes the coefficients. The image stays as it is, and the set
     /// remembers it.
     void imageToSet();
+
+    /// Whether an edit, a change of set or a whole-set write is under way, which is seen only from within: a
+    /// generator's warning may wait for its answer there.
+    [[nodiscard]] bool changeRuns() const { return runningChanges_ > 0; }
+    /// Copies everything that restore() brings back.
+    void takeSnapshot(TuningSnapshot& snapshot) const;
+    /// Brings back a state to the byte: sets, image, received images, coefficients and the current set, under
+    /// the mutual-exclusion object (for which it waits at most 5000 ms, and goes on without it). Raises
+    /// `updatePending` where the image changes. Filter method and selected channels stay.
+    /// \param snapshot its currentSet is 0 to 4
+    void restore(const TuningSnapshot& snapshot);
 
     /// Computes the curve of an output channel, from its bands and crossovers, and gives it to the display,
     /// if there is one.
@@ -244,12 +269,24 @@ class TuningState {
     void discardOutdatedImage();
     void finish(bool final);
     void notifyChange() const;
+    void notifyHistory(TuningEvent event) const;
     ParameterSet& editedSet() { return store_.sets[currentSet_]; }
 
     /// What a set remembers of its receipt.
     struct Received {
         ParameterImage image;
         ParameterSet record;  ///< as the conversion left it; an edit is found by comparing with it
+    };
+    /// Counts a change as running for as long as it lives.
+    class RunningChange {
+     public:
+        explicit RunningChange(TuningState& state) : state_(state) { ++state_.runningChanges_; }
+        ~RunningChange() { --state_.runningChanges_; }
+        RunningChange(const RunningChange&) = delete;
+        RunningChange& operator=(const RunningChange&) = delete;
+
+     private:
+        TuningState& state_;
     };
     /// An edit whose coefficients are being computed. While the warning of a generator waits for its answer,
     /// the image must hold the edited value already.
@@ -263,6 +300,7 @@ class TuningState {
     ParameterImage image_;
     std::array<std::optional<Received>, setCount> received_;  ///< by set
     std::optional<RunningEdit> runningEdit_;
+    int runningChanges_ = 0;
     /// Held for the few microseconds in which the image is written or copied, so that a copy never holds half
     /// an edit. May be taken while the mutual-exclusion object is held, never the other way round: two
     /// threads could wait for each other. Never held while coefficients are computed, because a warning may
@@ -287,6 +325,7 @@ class TuningState {
     std::unique_ptr<CSemaphore> exclusion_;
     ICurveDisplay* curveDisplay_ = nullptr;
     std::function<void()> changeListener_;
+    std::function<void(TuningEvent)> historyListener_;
 };
 
 }  // namespace tessavo

@@ -32,6 +32,7 @@ void TuningState::finish(bool final) {
     if (final) {
         raiseUpdatePending();
     }
+    notifyHistory(TuningEvent::changed);
     notifyChange();
 }
 
@@ -39,6 +40,7 @@ bool TuningState::edit(std::span<const FieldValue> values, FieldIndex index, boo
     if (!mayWrite(values, index)) {
         return false;
     }
+    const RunningChange running(*this);
     write(values, index);
     showCurveOf(values.front().field, {static_cast<std::uint8_t>(index.outer)});
     finish(final);
@@ -51,6 +53,7 @@ bool TuningState::editSelected(std::span<const FieldValue> values, std::size_t i
     if (!mayWrite(values, {0, inner}) || fieldOf(values.front().field).outer.count != channelCount) {
         return false;
     }
+    const RunningChange running(*this);
     RecordChannel last = lastEditedBand_.channel;
     forSelectedChannels([&](RecordChannel channel) {
         write(values, {channel.value, inner});
@@ -229,6 +232,7 @@ void TuningState::setInputEqOn(bool on) {
 
 void TuningState::setName(std::u16string_view name) {
     writeSetText(editedSet().setName, name, setNameLimit);
+    notifyHistory(TuningEvent::changed);
 }
 
 }  // namespace tessavo

@@ -1,0 +1,312 @@
+#include "history/history.h"
+
+#include <algorithm>
+#include <cstring>
+#include <utility>
+
+#include "history/step_text.h"
+
+namespace tessavo {
+
+namespace {
+
+// Marks are small; with Live Mode on every step may have one.
+constexpr std::size_t markLimit = 40000;
+
+std::size_t memoryOf(const Step& step) {
+    constexpr std::size_t bookkeeping = 64;
+    return sizeof(Step) + bookkeeping + step.text.capacity() + step.lead.bytes().size() +
+           step.change.bytes().size();
+}
+
+bool isWhole(const TuningSnapshot& state) {
+    return state.currentSet < setCount;
+}
+
+// The state before the first step of a trail.
+bool findFirst(const History::Trail& trail, TuningSnapshot& state) {
+    bool allAreWhole = isWhole(trail.state) && isWhole(trail.begun) && isWhole(trail.settled);
+    const auto apply = [&](const ByteDiff& difference) {
+        difference.applyTo(bytesOf(state));
+        allAreWhole = allAreWhole && isWhole(state);
+    };
+    state = trail.settled;
+    for (const auto& step : trail.undone) {
+        apply(step->lead);
+        apply(step->change);
+    }
+    state = trail.settled;
+    for (auto step = trail.done.rbegin(); step != trail.done.rend(); ++step) {
+        apply((*step)->change);
+        apply((*step)->lead);
+    }
+    return allAreWhole;
+}
+
+}  // namespace
+
+History::History(TuningState& tuning, std::function<WallTime()> now)
+    : tuning_(tuning),
+      now_(now ? std::move(now) : [] { return std::chrono::system_clock::now(); }),
+      settled_(std::make_unique<TuningSnapshot>()),
+      begun_(std::make_unique<TuningSnapshot>()),
+      scratch_(std::make_unique<TuningSnapshot>()) {
+    tuning_.takeSnapshot(*settled_);
+    *begun_ = *settled_;
+    tuning_.setHistoryListener([this](TuningEvent event) { take(event); });
+}
+
+History::~History() {
+    tuning_.setHistoryListener({});
+}
+
+void History::take(TuningEvent event) {
+    if (isMoving_) {
+        return;
+    }
+    switch (event) {
+        case TuningEvent::changed:
+            isChanged_ = true;
+            tell(HistoryEvent::tuningChanged);
+            if (gesture_ == Gesture::none && view_.commitSoon) {
+                view_.commitSoon();
+            }
+            break;
+        case TuningEvent::setIsChosen:
+            commit();
+            break;
+        case TuningEvent::setWasChosen:
+            tuning_.takeSnapshot(*begun_);
+            beganElsewhere_ = true;
+            tell(HistoryEvent::tuningChanged);
+            break;
+    }
+}
+
+void History::tell(HistoryEvent event) const {
+    if (listener_) {
+        listener_(event);
+    }
+}
+
+void History::beginGesture(Gesture gesture) {
+    commit();
+    gesture_ = gesture;
+}
+
+void History::endGesture() {
+    commit();
+    gesture_ = Gesture::none;
+}
+
+bool History::commit(std::string text) {
+    if (!isChanged_ || isBusy()) {
+        return false;
+    }
+    isChanged_ = false;
+    tuning_.takeSnapshot(*scratch_);
+    const std::size_t before = position_;
+    addStep(std::move(text), *scratch_);
+    if (position_ == before) {
+        return false;
+    }
+    tell(HistoryEvent::stepsChanged);
+    return true;
+}
+
+void History::addStep(std::string text, const TuningSnapshot& after) {
+    auto step = std::make_shared<Step>();
+    step->change = ByteDiff::between(bytesOf(std::as_const(*begun_)), bytesOf(after));
+    if (step->change.empty()) {
+        return;
+    }
+    if (beganElsewhere_) {
+        step->lead = ByteDiff::between(bytesOf(std::as_const(*settled_)), bytesOf(std::as_const(*begun_)));
+    }
+    step->text = text.empty() ? describeStep(*begun_, after) : std::move(text);
+    step->text.shrink_to_fit();
+    step->time = now_();
+    step->set = after.currentSet;
+    dropUndone();
+    append(std::move(step));
+    ++position_;
+    *settled_ = after;
+    *begun_ = after;
+    beganElsewhere_ = false;
+    dropOldest();
+}
+
+void History::append(std::shared_ptr<const Step> step) {
+    memory_ += memoryOf(*step);
+    steps_.push_back(std::move(step));
+}
+
+void History::dropOldest() {
+    while (memory_ > memoryLimit && position_ > 0) {
+        memory_ -= memoryOf(*steps_.front());
+        steps_.pop_front();
+        --position_;
+        ++dropped_;
+    }
+    while (!marks_.empty() && (marks_.front().number < dropped_ || marks_.size() > markLimit)) {
+        marks_.pop_front();
+    }
+}
+
+void History::dropUndone() {
+    while (steps_.size() > position_) {
+        memory_ -= memoryOf(*steps_.back());
+        steps_.pop_back();
+    }
+    while (!marks_.empty() && marks_.back().number > dropped_ + position_) {
+        marks_.pop_back();
+    }
+}
+
+std::string_view History::undoText() const {
+    return position_ > 0 ? std::string_view(steps_[position_ - 1]->text) : std::string_view();
+}
+
+std::string_view History::redoText() const {
+    return position_ < steps_.size() ? std::string_view(steps_[position_]->text) : std::string_view();
+}
+
+bool History::undo() {
+    if (isBusy()) {
+        return false;
+    }
+    endGesture();
+    return position_ > 0 && goTo(position_ - 1);
+}
+
+bool History::redo() {
+    if (isBusy()) {
+        return false;
+    }
+    endGesture();
+    return position_ < steps_.size() && goTo(position_ + 1);
+}
+
+bool History::goTo(std::size_t position) {
+    if (isBusy()) {
+        return false;
+    }
+    endGesture();
+    if (position > steps_.size() || position == position_) {
+        return false;
+    }
+    TuningSnapshot& state = *scratch_;
+    state = *settled_;
+    while (position_ > position) {
+        const Step& step = *steps_[--position_];
+        step.change.applyTo(bytesOf(state));
+        *begun_ = state;
+        step.lead.applyTo(bytesOf(state));
+        beganElsewhere_ = !step.lead.empty();
+        *settled_ = state;
+    }
+    while (position_ < position) {
+        const Step& step = *steps_[position_++];
+        step.lead.applyTo(bytesOf(state));
+        step.change.applyTo(bytesOf(state));
+        *begun_ = state;
+        beganElsewhere_ = false;
+        *settled_ = state;
+    }
+    show(*begun_);
+    tell(HistoryEvent::stepsChanged);
+    return true;
+}
+
+void History::show(const TuningSnapshot& target) {
+    isMoving_ = true;
+    if (target.currentSet != tuning_.currentSet() && view_.chooseSet) {
+        view_.chooseSet(target.currentSet);
+    }
+    tuning_.restore(target);
+    if (view_.refresh) {
+        view_.refresh();
+    }
+    isMoving_ = false;
+    isChanged_ = false;
+}
+
+void History::addMark(MarkKind kind, std::string text) {
+    const std::uint64_t number = dropped_ + position_;
+    // Among the marks of undone steps it goes before them.
+    auto place = std::upper_bound(marks_.begin(), marks_.end(), number,
+                                  [](std::uint64_t value, const HistoryMark& mark) { return value < mark.number; });
+    const bool repeats =
+        kind == MarkKind::confirmed && place != marks_.begin() && std::prev(place)->number == number &&
+        std::prev(place)->kind == kind;
+    if (repeats) {
+        *std::prev(place) = {kind, number, now_(), std::move(text)};
+    } else {
+        marks_.insert(place, {kind, number, now_(), std::move(text)});
+    }
+    dropOldest();
+    tell(HistoryEvent::marksChanged);
+}
+
+void History::markSaved(std::string text) {
+    commit();
+    addMark(MarkKind::saved, std::move(text));
+}
+
+void History::markConfirmed(const ParameterImage& image, std::string text) {
+    const auto equals = [&image](const ParameterImage& other) {
+        return std::memcmp(&image, &other, sizeof image) == 0;
+    };
+    // A slider that is held has not sent anything since it was pressed.
+    if (gesture_ != Gesture::press && equals(tuning_.image())) {
+        commit();
+    }
+    if (equals(begun_->image)) {
+        addMark(MarkKind::confirmed, std::move(text));
+    }
+}
+
+void History::markNotice(std::string text) {
+    addMark(MarkKind::notice, std::move(text));
+}
+
+std::unique_ptr<const History::Trail> History::trail(std::size_t limit) const {
+    auto trail = std::make_unique<Trail>();
+    tuning_.takeSnapshot(trail->state);
+    trail->begun = *begun_;
+    trail->settled = *settled_;
+    const auto current = steps_.begin() + static_cast<std::ptrdiff_t>(position_);
+    const auto first = current - static_cast<std::ptrdiff_t>(std::min(limit, position_));
+    const auto last = current + static_cast<std::ptrdiff_t>(std::min(limit, steps_.size() - position_));
+    trail->done.assign(first, current);
+    trail->undone.assign(current, last);
+    return trail;
+}
+
+bool History::adopt(const Trail& trail, std::string text) {
+    auto first = std::make_unique<TuningSnapshot>();
+    if (isBusy() || !findFirst(trail, *first)) {
+        return false;
+    }
+    endGesture();
+    addStep(std::move(text), *first);
+    dropUndone();
+    for (const auto& step : trail.done) {
+        append(step);
+        ++position_;
+    }
+    for (const auto& step : trail.undone) {
+        append(step);
+    }
+    *settled_ = trail.settled;
+    *begun_ = trail.begun;
+    beganElsewhere_ = true;
+    dropOldest();
+    show(trail.state);
+    isChanged_ = true;
+    commit();
+    tell(HistoryEvent::stepsChanged);
+    return true;
+}
+
+}  // namespace tessavo
