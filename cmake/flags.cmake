@@ -21,6 +21,13 @@ if(TESSAVO_SANITIZE)
                                                  -fno-sanitize-recover=all)
   target_link_options(tessavo_flags INTERFACE -fsanitize=${TESSAVO_SANITIZE})
 endif()
+# What the window's own sources are compiled with beyond that. The checker is a plug-in of the compiler: what is compiled
+# anyway is checked at no cost.
+set(TESSAVO_WINDOW_OPTIONS "")
+if(TESSAVO_CLAZY)
+  set(TESSAVO_WINDOW_OPTIONS "SHELL:-Xclang -load -Xclang ClazyPlugin.so" "SHELL:-Xclang -add-plugin -Xclang clazy"
+                             "SHELL:-Xclang -plugin-arg-clazy -Xclang level1")
+endif()
 if(TESSAVO_FUZZ)
   # The whole core tells the fuzzer which paths an input took.
   target_compile_options(tessavo_flags INTERFACE -fsanitize=fuzzer-no-link)
