@@ -29,6 +29,8 @@ constexpr auto bounds = std::to_array<RatioBound>({
     {"whole set, BZT / plain curve", "whole set BZT", "plain curve", 1.0 / 3.0, Clock::processor},
     {"whole set, MZT / plain curve", "whole set MZT", "plain curve", 1.0 / 3.0, Clock::processor},
     {"whole set, BZT/MZT / plain curve", "whole set BZT/MZT", "plain curve", 1.0 / 3.0, Clock::processor},
+    {"step of the history with its edit / plain curve", "step", "plain curve", 0.1, Clock::processor},
+    {"undo and redo of a step / plain curve", "undo and redo", "plain curve", 0.2, Clock::processor},
     {"MD5 of an image / libcrypto's", "MD5", "MD5 of libcrypto", 1.5, Clock::processor},
     {"CRC of 4096 bytes by table / bit by bit", "CRC", "CRC bit by bit", 0.2, Clock::processor},
     {"exchange of 8 blocks / the pauses it must make", "exchange", "pauses", 1.05, Clock::wall},

@@ -14,7 +14,8 @@ namespace {
 constexpr std::size_t markLimit = 40000;
 
 std::size_t memoryOf(const Step& step) {
-    constexpr std::size_t bookkeeping = 64;
+    // Of the allocator, of the shared pointer and of the list.
+    constexpr std::size_t bookkeeping = 96;
     return sizeof(Step) + bookkeeping + step.text.capacity() + step.lead.bytes().size() +
            step.change.bytes().size();
 }
@@ -105,23 +106,23 @@ bool History::commit(std::string text) {
     }
     isChanged_ = false;
     tuning_.takeSnapshot(*scratch_);
-    const std::size_t before = position_;
-    addStep(std::move(text), *scratch_);
-    if (position_ == before) {
-        return false;
-    }
-    tell(HistoryEvent::stepsChanged);
-    return true;
+    const bool isStep = addStep(std::move(text), *scratch_);
+    // Without a step, too, what can be undone and redone may differ from what it was while it was in the making.
+    tell(isStep ? HistoryEvent::stepsChanged : HistoryEvent::tuningChanged);
+    return isStep;
 }
 
-void History::addStep(std::string text, const TuningSnapshot& after) {
+bool History::addStep(std::string text, const TuningSnapshot& after, bool evenFromElsewhere) {
     auto step = std::make_shared<Step>();
     step->change = ByteDiff::between(bytesOf(std::as_const(*begun_)), bytesOf(after));
-    if (step->change.empty()) {
-        return;
+    if (step->change.empty() && !evenFromElsewhere) {
+        return false;
     }
     if (beganElsewhere_) {
         step->lead = ByteDiff::between(bytesOf(std::as_const(*settled_)), bytesOf(std::as_const(*begun_)));
+    }
+    if (step->change.empty() && step->lead.empty()) {
+        return false;
     }
     step->text = text.empty() ? describeStep(*begun_, after) : std::move(text);
     step->text.shrink_to_fit();
@@ -134,6 +135,7 @@ void History::addStep(std::string text, const TuningSnapshot& after) {
     *begun_ = after;
     beganElsewhere_ = false;
     dropOldest();
+    return true;
 }
 
 void History::append(std::shared_ptr<const Step> step) {
@@ -234,11 +236,11 @@ void History::show(const TuningSnapshot& target) {
 void History::addMark(MarkKind kind, std::string text) {
     const std::uint64_t number = dropped_ + position_;
     // Among the marks of undone steps it goes before them.
-    auto place = std::upper_bound(marks_.begin(), marks_.end(), number,
-                                  [](std::uint64_t value, const HistoryMark& mark) { return value < mark.number; });
-    const bool repeats =
-        kind == MarkKind::confirmed && place != marks_.begin() && std::prev(place)->number == number &&
-        std::prev(place)->kind == kind;
+    auto place =
+        std::upper_bound(marks_.begin(), marks_.end(), number,
+                         [](std::uint64_t value, const HistoryMark& mark) { return value < mark.number; });
+    const bool repeats = kind == MarkKind::confirmed && place != marks_.begin() &&
+                         std::prev(place)->number == number && std::prev(place)->kind == kind;
     if (repeats) {
         *std::prev(place) = {kind, number, now_(), std::move(text)};
     } else {
@@ -289,7 +291,8 @@ bool History::adopt(const Trail& trail, std::string text) {
         return false;
     }
     endGesture();
-    addStep(std::move(text), *first);
+    // The steps of the trail begin with its first state, not with the one after the last step of this run.
+    addStep(std::move(text), *first, true);
     dropUndone();
     for (const auto& step : trail.done) {
         append(step);

@@ -38,9 +38,9 @@ struct HistoryMark {
 
 /// What a listener of the history is told.
 enum class HistoryEvent : std::uint8_t {
-    tuningChanged,   ///< something changed that is no step yet, or was no step, as a change of set
-    stepsChanged,    ///< a step was made, undone or redone, or old ones were dropped
-    marksChanged,    ///< a mark was added
+    tuningChanged,  ///< something changed that is no step yet, or turned out to be none, as a change of set
+    stepsChanged,   ///< a step was made, undone or redone, or old ones were dropped
+    marksChanged,   ///< a mark was added
 };
 
 /// The steps of a person, to be undone and redone.
@@ -151,7 +151,9 @@ class History {
     void take(TuningEvent event);
     void tell(HistoryEvent event) const;
     [[nodiscard]] bool isBusy() const { return isMoving_ || tuning_.changeRuns(); }
-    void addStep(std::string text, const TuningSnapshot& after);
+    /// \param evenFromElsewhere makes a step also where nothing but the lead differs
+    /// \return whether a step was made
+    bool addStep(std::string text, const TuningSnapshot& after, bool evenFromElsewhere = false);
     void append(std::shared_ptr<const Step> step);
     void dropOldest();
     void dropUndone();

@@ -167,7 +167,6 @@ void TuningState::takeSnapshot(TuningSnapshot& snapshot) const {
 
 void TuningState::restore(const TuningSnapshot& snapshot) {
     const RunningChange running(*this);
-    bool imageChanges = false;
     {
         const SemaphoreHold wholeSet(*exclusion_, wholeImageWait);
         store_ = snapshot.store;
@@ -182,12 +181,9 @@ void TuningState::restore(const TuningSnapshot& snapshot) {
         inputWords_ = snapshot.inputWords;
         currentSet_ = snapshot.currentSet;
         const SemaphoreHold hold(*imageGuard_);
-        imageChanges = std::memcmp(&image_, &snapshot.image, sizeof image_) != 0;
         image_ = snapshot.image;
     }
-    if (imageChanges) {
-        raiseUpdatePending();
-    }
+    raiseUpdatePending();
     notifyHistory(TuningEvent::changed);
     notifyChange();
 }

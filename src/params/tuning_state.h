@@ -161,7 +161,8 @@ class TuningState {
     void takeSnapshot(TuningSnapshot& snapshot) const;
     /// Brings back a state to the byte: sets, image, received images, coefficients and the current set, under
     /// the mutual-exclusion object (for which it waits at most 5000 ms, and goes on without it). Raises
-    /// `updatePending` where the image changes. Filter method and selected channels stay.
+    /// `updatePending` in any case: a target may hold another image than this one, as choosing a set sends nothing.
+    /// Filter method and selected channels stay.
     /// \param snapshot its currentSet is 0 to 4
     void restore(const TuningSnapshot& snapshot);
 
