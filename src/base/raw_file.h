@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <optional>
 #include <span>
+#include <system_error>
 #include <vector>
 
 namespace tessavo {
@@ -43,5 +44,18 @@ struct FileWrite {
 /// stays. A file that does not exist appears whole or not at all, so that nobody finds half a file after a
 /// crash. Folders and pipes are not opened. A device takes what it can take without waiting.
 FileWrite writeFileStart(const std::filesystem::path& path, std::span<const std::uint8_t> bytes);
+
+/// Puts a file of exactly these bytes in place of another, or makes it, readable by its owner alone.
+///
+/// The bytes are written beside it and are on the disk before they take the name, so that there is the whole
+/// old file or the whole new one at every moment, also after a power cut. A link is replaced, not followed.
+/// \return why it failed: the old file stands then and nothing is left beside it. Only where the system could
+///     not put the change of names on the disk, the new file stands, and may be gone after a power cut.
+[[nodiscard]] std::error_code replaceFile(const std::filesystem::path& path,
+                                          std::span<const std::uint8_t> bytes);
+
+/// Removes a file for good, also after a power cut.
+/// \return why it failed; a file that is not there is no error
+[[nodiscard]] std::error_code removeFile(const std::filesystem::path& path);
 
 }  // namespace tessavo

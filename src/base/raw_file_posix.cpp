@@ -121,30 +121,58 @@ RenameResult renameToNew(const std::string& temporary, const std::filesystem::pa
     return std::rename(temporary.c_str(), path.c_str()) == 0 ? RenameResult::done : RenameResult::failed;
 }
 
+constexpr mode_t usualMode = 0666;  // less what the user's mask takes away
+constexpr mode_t ownerOnly = 0600;
+
 // Makes the temporary file. One that a killed program of the same number has left is removed first.
-int makeTemporary(const std::string& name) {
+int makeTemporary(const std::string& name, mode_t mode) {
     constexpr int flags = O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW | withoutWaiting;
-    const int fd = ::open(name.c_str(), flags, 0666);
+    const int fd = ::open(name.c_str(), flags, mode);
     if (fd >= 0 || errno != EEXIST || ::unlink(name.c_str()) != 0) {
         return fd;
     }
-    return ::open(name.c_str(), flags, 0666);
+    return ::open(name.c_str(), flags, mode);
+}
+
+// Writes the temporary file down to the disk. The caller removes it where not every byte got there; errno says
+// why then.
+FileWrite writeTemporary(const std::string& name, std::span<const std::uint8_t> bytes, mode_t mode) {
+    Descriptor file(makeTemporary(name, mode));
+    if (!file.valid()) {
+        return {};
+    }
+    errno = 0;
+    FileWrite result{true, writeAll(file.get(), bytes)};
+    const int shortReason = errno;
+    const bool flushed = flushToDevice(file.get());
+    const int flushReason = errno;
+    if (result.written != bytes.size()) {
+        errno = shortReason;
+    } else if (!file.close()) {
+        result.written = 0;
+    } else if (!flushed) {
+        result.written = 0;
+        errno = flushReason;
+    }
+    return result;
+}
+
+std::error_code lastError() {
+    return {errno != 0 ? errno : EIO, std::generic_category()};
+}
+
+// Puts the names in the folder of a path on the disk.
+std::error_code flushFolder(const std::filesystem::path& path) {
+    const std::filesystem::path folder = path.has_parent_path() ? path.parent_path() : ".";
+    const Descriptor opened(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    return opened.valid() && flushToDevice(opened.get()) ? std::error_code() : lastError();
 }
 
 FileWrite writeNewFile(const std::filesystem::path& path, std::span<const std::uint8_t> bytes) {
     const std::string temporary = temporaryName(path);
-    FileWrite result;
-    {
-        Descriptor file(makeTemporary(temporary));
-        if (!file.valid()) {
-            return result;
-        }
-        result.opened = true;
-        result.written = writeAll(file.get(), bytes);
-        const bool flushed = flushToDevice(file.get());
-        if (!file.close() || !flushed) {
-            result.written = 0;
-        }
+    FileWrite result = writeTemporary(temporary, bytes, usualMode);
+    if (!result.opened) {
+        return result;
     }
     const RenameResult renamed =
         result.written == bytes.size() ? renameToNew(temporary, path) : RenameResult::failed;
@@ -199,6 +227,27 @@ std::optional<FileStart> readStreamStart(const std::filesystem::path& path, std:
 FileWrite writeFileStart(const std::filesystem::path& path, std::span<const std::uint8_t> bytes) {
     const FileWrite result = writeExistingFile(path, bytes);
     return !result.opened && errno == ENOENT ? writeNewFile(behindLinks(path), bytes) : result;
+}
+
+std::error_code replaceFile(const std::filesystem::path& path, std::span<const std::uint8_t> bytes) {
+    const std::string temporary = temporaryName(path);
+    const FileWrite written = writeTemporary(temporary, bytes, ownerOnly);
+    if (!written.opened) {
+        return lastError();
+    }
+    if (written.written == bytes.size() && std::rename(temporary.c_str(), path.c_str()) == 0) {
+        return flushFolder(path);
+    }
+    const std::error_code failed = lastError();
+    ::unlink(temporary.c_str());
+    return failed;
+}
+
+std::error_code removeFile(const std::filesystem::path& path) {
+    if (::unlink(path.c_str()) != 0) {
+        return errno == ENOENT || errno == ENOTDIR ? std::error_code() : lastError();
+    }
+    return flushFolder(path);
 }
 
 }  // namespace tessavo

@@ -52,20 +52,61 @@ FileWrite writeInPlace(const std::filesystem::path& path, std::span<const std::u
     return result;
 }
 
+// A name in the file's own folder, so that renaming moves no bytes.
+std::wstring temporaryName(const std::filesystem::path& path) {
+    return path.wstring() + L".part-" + std::to_wstring(GetCurrentProcessId());
+}
+
+// Writes the temporary file down to the disk. The caller removes it where not every byte got there; the last
+// error says why then.
+FileWrite writeTemporary(const std::wstring& name, std::span<const std::uint8_t> bytes) {
+    const win32::Handle file(CreateFileW(name.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_ALWAYS,
+                                         FILE_ATTRIBUTE_NORMAL, nullptr));
+    if (!file.valid()) {
+        return {};
+    }
+    FileWrite result{true, writeAll(file.get(), bytes)};
+    const DWORD shortReason = GetLastError();
+    DWORD reason = result.written == bytes.size() ? ERROR_SUCCESS : shortReason;
+    if (FlushFileBuffers(file.get()) == 0) {
+        result.written = 0;
+        reason = reason == ERROR_SUCCESS ? GetLastError() : reason;
+    }
+    SetLastError(reason);
+    return result;
+}
+
+std::error_code lastError() {
+    const DWORD reason = GetLastError();
+    return {static_cast<int>(reason != ERROR_SUCCESS ? reason : ERROR_WRITE_FAULT), std::system_category()};
+}
+
+bool moveOver(const std::wstring& temporary, const std::filesystem::path& path) {
+    // Somebody who reads the old file, as a search program, holds it for a moment.
+    constexpr int tries = 6;
+    constexpr DWORD firstPauseMs = 5;
+    DWORD pauseMs = firstPauseMs;
+    for (int left = tries; left > 0; --left) {
+        if (MoveFileExW(temporary.c_str(), path.c_str(),
+                        MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0) {
+            return true;
+        }
+        const DWORD reason = GetLastError();
+        if (reason != ERROR_SHARING_VIOLATION && reason != ERROR_ACCESS_DENIED) {
+            return false;
+        }
+        Sleep(pauseMs);
+        pauseMs *= 2;
+        SetLastError(reason);
+    }
+    return false;
+}
+
 FileWrite writeNewFile(const std::filesystem::path& path, std::span<const std::uint8_t> bytes) {
-    const std::wstring temporary = path.wstring() + L".part-" + std::to_wstring(GetCurrentProcessId());
-    FileWrite result;
-    {
-        win32::Handle file(CreateFileW(temporary.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr,
-                                       CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
-        if (!file.valid()) {
-            return result;
-        }
-        result.opened = true;
-        result.written = writeAll(file.get(), bytes);
-        if (FlushFileBuffers(file.get()) == 0) {
-            result.written = 0;
-        }
+    const std::wstring temporary = temporaryName(path);
+    FileWrite result = writeTemporary(temporary, bytes);
+    if (!result.opened) {
+        return result;
     }
     if (result.written != bytes.size() ||
         MoveFileExW(temporary.c_str(), path.c_str(), MOVEFILE_WRITE_THROUGH) == 0) {
@@ -129,6 +170,27 @@ std::optional<FileStart> readStreamStart(const std::filesystem::path& path, std:
 FileWrite writeFileStart(const std::filesystem::path& path, std::span<const std::uint8_t> bytes) {
     const FileWrite result = writeInPlace(path, bytes, OPEN_EXISTING);
     return !result.opened && GetLastError() == ERROR_FILE_NOT_FOUND ? writeNewFile(path, bytes) : result;
+}
+
+// The user's local application data is the user's alone, and a file inherits that.
+std::error_code replaceFile(const std::filesystem::path& path, std::span<const std::uint8_t> bytes) {
+    const std::wstring temporary = temporaryName(path);
+    const FileWrite written = writeTemporary(temporary, bytes);
+    if (!written.opened) {
+        return lastError();
+    }
+    if (written.written == bytes.size() && moveOver(temporary, path)) {
+        return {};
+    }
+    const std::error_code failed = lastError();
+    DeleteFileW(temporary.c_str());
+    return failed;
+}
+
+std::error_code removeFile(const std::filesystem::path& path) {
+    const bool isGone = DeleteFileW(path.c_str()) != 0 || GetLastError() == ERROR_FILE_NOT_FOUND ||
+                        GetLastError() == ERROR_PATH_NOT_FOUND;
+    return isGone ? std::error_code() : lastError();
 }
 
 }  // namespace tessavo

@@ -14,6 +14,7 @@
 
 #include "base/raw_file.h"
 #include "params/settings_file.h"
+#include "support/ordinary_user.h"
 #include "support/settings_fakes.h"
 #include "support/temporary_folder.h"
 
@@ -36,27 +37,6 @@ namespace tessavo::test {
 namespace {
 
 using ::testing::ElementsAre;
-
-/// Steps down from the superuser, for whom no permission counts.
-class OrdinaryUser {
- public:
-    OrdinaryUser() : before_(geteuid()) {
-        if (before_ == 0) {
-            stepped_ = seteuid(65534) == 0;
-        }
-    }
-    ~OrdinaryUser() {
-        if (stepped_) {
-            EXPECT_EQ(seteuid(before_), 0);
-        }
-    }
-    OrdinaryUser(const OrdinaryUser&) = delete;
-    OrdinaryUser& operator=(const OrdinaryUser&) = delete;
-
- private:
-    uid_t before_;
-    bool stepped_ = false;
-};
 
 class SettingsFilePosix : public ::testing::Test {
  protected:
