@@ -24,9 +24,27 @@ bool SettingsCommands::loadSettingsFrom(const std::filesystem::path& path) {
     return loaded;
 }
 
+bool SettingsCommands::takeSettings(std::span<const std::uint8_t> bytes) {
+    ParameterStore loaded;
+    const LoadVerdict verdict = settingsFrom(bytes, tuning_.currentSet(), loaded);
+    const bool taken = take(verdict, loaded);
+    dialogs_.resetLocale();
+    return taken;
+}
+
 bool SettingsCommands::load(const std::filesystem::path& path) {
     ParameterStore loaded;
-    switch (readSettings(path, tuning_.currentSet(), loaded)) {
+    std::uintmax_t bytesInFile = 0;
+    const LoadVerdict verdict = readSettings(path, tuning_.currentSet(), loaded, &bytesInFile);
+    const bool taken = take(verdict, loaded);
+    if (taken && watch_ != nullptr) {
+        watch_->loaded(path, bytesInFile);
+    }
+    return taken;
+}
+
+bool SettingsCommands::take(LoadVerdict verdict, const ParameterStore& loaded) {
+    switch (verdict) {
         case LoadVerdict::cannotOpen:
             boxes_.showError(errorOpeningConfigurationText);
             return false;
@@ -69,14 +87,34 @@ void SettingsCommands::exportImage() {
     if (path) {
         binaryPath_ = *path;
         if (!path->empty()) {
+            announceWrite(*path, FileKind::image);
             report(writeImage(*path, tuning_.image()), errorOpeningBinaryText);
         }
     }
     dialogs_.resetLocale();
 }
 
+bool SettingsCommands::saveSettingsTo(const std::filesystem::path& path) {
+    const bool saved = save(path);
+    dialogs_.resetLocale();
+    return saved;
+}
+
 bool SettingsCommands::save(const std::filesystem::path& path) {
-    return report(writeSettings(path, tuning_.store()), errorOpeningConfigurationText);
+    announceWrite(path, FileKind::settings);
+    const bool saved = report(writeSettings(path, tuning_.store()), errorOpeningConfigurationText);
+    if (watch_ != nullptr && saved) {
+        watch_->saved(path);
+    } else if (watch_ != nullptr) {
+        watch_->notSaved(path);
+    }
+    return saved;
+}
+
+void SettingsCommands::announceWrite(const std::filesystem::path& path, FileKind kind) {
+    if (watch_ != nullptr) {
+        watch_->willWrite(path, kind);
+    }
 }
 
 bool SettingsCommands::report(SaveVerdict verdict, std::string_view cannotOpenText) {

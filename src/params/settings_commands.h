@@ -1,10 +1,13 @@
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
+#include <span>
 #include <string_view>
 
 #include "base/file_dialogs.h"
 #include "base/message_box.h"
+#include "params/file_watch.h"
 #include "params/settings_file.h"
 #include "params/tuning_state.h"
 
@@ -46,8 +49,19 @@ class SettingsCommands {
     bool saveSettings();
     /// Saves as saveSettings() does, but settingsPath() stays as it was.
     void saveSettingsAtExit();
+    /// Saves all five sets to a path that is known already, as saveSettings() does once a path is chosen.
+    /// settingsPath() stays as it was.
+    /// \return whether the whole store was written
+    bool saveSettingsTo(const std::filesystem::path& path);
+    /// Takes the bytes of a settings file that stands nowhere, as loadSettingsFrom() takes those of a file.
+    /// Whoever watches the files is not told.
+    /// \return whether the store was replaced
+    bool takeSettings(std::span<const std::uint8_t> bytes);
     /// Asks for a path and writes the current image there.
     void exportImage();
+
+    /// \param watch outlives this object; null to tell nobody
+    void watchFiles(IFileWatch* watch) { watch_ = watch; }
 
     /// Full path of the settings file last chosen in a dialog of this object.
     [[nodiscard]] const std::filesystem::path& settingsPath() const { return settingsPath_; }
@@ -56,13 +70,16 @@ class SettingsCommands {
 
  private:
     bool load(const std::filesystem::path& path);
+    bool take(LoadVerdict verdict, const ParameterStore& loaded);
     bool save(const std::filesystem::path& path);
+    void announceWrite(const std::filesystem::path& path, FileKind kind);
     bool report(SaveVerdict verdict, std::string_view cannotOpenText);
 
     TuningState& tuning_;
     IFileDialogs& dialogs_;
     IMessageBox& boxes_;
     ISettingsView& view_;
+    IFileWatch* watch_ = nullptr;
     std::filesystem::path settingsPath_;
     std::filesystem::path binaryPath_;
 };

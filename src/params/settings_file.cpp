@@ -1,5 +1,6 @@
 #include "params/settings_file.h"
 
+#include <algorithm>
 #include <array>
 #include <cstring>
 
@@ -26,18 +27,31 @@ bool isValidRecord(const ParameterSet& set) {
     return set.recordSize == parameterSetSize;
 }
 
-LoadVerdict readSettings(const std::filesystem::path& path, std::size_t testedSet, ParameterStore& store) {
-    const auto start = readFileStart(path, parameterStoreSize);
-    if (!start) {
-        return LoadVerdict::cannotOpen;
-    }
+LoadVerdict settingsFrom(std::span<const std::uint8_t> bytes, std::size_t testedSet, ParameterStore& store) {
     ParameterStore read;
-    std::memcpy(&read, start->bytes.data(), start->bytes.size());
+    if (!bytes.empty()) {
+        std::memcpy(&read, bytes.data(), std::min(bytes.size(), parameterStoreSize));
+    }
     if (testedSet >= setCount || !isValidRecord(read.sets[testedSet])) {
         return LoadVerdict::incompatible;
     }
     store = read;
     return LoadVerdict::loaded;
+}
+
+LoadVerdict readSettings(const std::filesystem::path& path, std::size_t testedSet, ParameterStore& store,
+                         std::uintmax_t* bytesInFile) {
+    const auto start = readFileStart(path, parameterStoreSize);
+    if (!start) {
+        return LoadVerdict::cannotOpen;
+    }
+    const LoadVerdict verdict = settingsFrom(start->bytes, testedSet, store);
+    if (verdict == LoadVerdict::loaded && bytesInFile != nullptr) {
+        // A file may have become shorter while it was read.
+        const bool isWhole = start->bytes.size() == parameterStoreSize;
+        *bytesInFile = isWhole ? start->fileSize : start->bytes.size();
+    }
+    return verdict;
 }
 
 SaveVerdict writeSettings(const std::filesystem::path& path, const ParameterStore& store) {

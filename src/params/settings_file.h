@@ -1,7 +1,9 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <filesystem>
+#include <span>
 #include <string_view>
 
 #include "params/parameter_image.h"
@@ -28,7 +30,13 @@ enum class LoadVerdict {
 /// Reads the first 10600 bytes of a settings file; where the file is shorter, zeros follow.
 /// \param testedSet the only set whose record must be valid, 0 to 4; the others are taken as they are
 /// \param store written only when the verdict is `loaded`
+/// \param bytesInFile length of the whole file, where it is asked for; written only when the verdict is `loaded`
 [[nodiscard]] LoadVerdict readSettings(const std::filesystem::path& path, std::size_t testedSet,
+                                       ParameterStore& store, std::uintmax_t* bytesInFile = nullptr);
+
+/// The same for the bytes of a settings file.
+/// \return never `cannotOpen`
+[[nodiscard]] LoadVerdict settingsFrom(std::span<const std::uint8_t> bytes, std::size_t testedSet,
                                        ParameterStore& store);
 
 /// What became of writing a file.

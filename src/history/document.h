@@ -1,0 +1,66 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+
+#include "base/md5.h"
+#include "params/records.h"
+
+namespace tessavo {
+
+/// The settings file that a person works on: the one that was loaded or saved last.
+///
+/// A file that was refused and an export change nothing here. Used on the user-interface thread; whole
+/// documents may be copied.
+class Document {
+ public:
+    /// The whole path; empty as long as there is no document.
+    [[nodiscard]] const std::filesystem::path& path() const { return path_; }
+    /// Name of the file without its folder, in UTF-8; empty as long as there is no document.
+    [[nodiscard]] std::string name() const;
+
+    /// The sets were read from this file.
+    /// \param store as it was read
+    /// \param bytesInFile its length
+    void loaded(const std::filesystem::path& path, const ParameterStore& store, std::uintmax_t bytesInFile);
+    /// The sets stand in this file.
+    /// \param store as it was written
+    void saved(const std::filesystem::path& path, const ParameterStore& store);
+    /// The sets could not be written, or not whole. Where this is the document's file, what it holds now is
+    /// this program's doing and no change by another.
+    void notSaved(const std::filesystem::path& path);
+    /// The document of an earlier run goes on. What the file holds now counts as what was saved; a file that
+    /// cannot be read counts as changed, and every set differs from it.
+    void resume(const std::filesystem::path& path);
+
+    /// Whether these sets are others than those that were loaded or saved. Never without a document.
+    [[nodiscard]] bool differs(const ParameterStore& store) const;
+    /// Whether the file holds something else than when it was loaded or saved; so does a file that is gone or
+    /// cannot be read. Reads the file. Never without a document.
+    [[nodiscard]] bool changedOnDisk() const;
+
+    /// What a person should know of a file that was too short: "car.eqs: 300 of 10600 bytes, the rest reads as
+    /// zero". Empty for a file that was long enough, and once the sets are saved.
+    [[nodiscard]] std::string shortFileText() const;
+
+ private:
+    /// What a file held.
+    struct Stamp {
+        std::uintmax_t size;
+        Md5Digest digest;  ///< of what wholeFileLimit lets see
+
+        friend bool operator==(const Stamp&, const Stamp&) = default;
+    };
+    static std::optional<Stamp> stampOf(const std::filesystem::path& path);
+    static std::optional<Stamp> stampOf(const std::filesystem::path& path, const ParameterStore& store);
+    void take(const std::filesystem::path& path, const ParameterStore& store, std::uintmax_t bytesInFile);
+
+    std::filesystem::path path_;
+    std::optional<ParameterStore> store_;  ///< what was loaded or saved; nothing where that is not known
+    std::optional<Stamp> stamp_;           ///< nothing where the file held something else even then
+    std::uintmax_t bytesInFile_ = parameterStoreSize;
+};
+
+}  // namespace tessavo

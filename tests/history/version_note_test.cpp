@@ -1,0 +1,65 @@
+#include "history/version_note.h"
+
+#include <gtest/gtest.h>
+#include <string>
+
+namespace tessavo::test {
+namespace {
+
+VersionNote example() {
+    VersionNote note;
+    note.path = std::filesystem::path(u"/Kunden/\u00E4 % \u20AC \U0001F600/a\nb.eqs");
+    note.time = WallTime(std::chrono::microseconds(1'790'000'000'123'456));
+    note.size = 12345;
+    for (std::size_t i = 0; i < note.digest.size(); ++i) {
+        note.digest[i] = static_cast<std::uint8_t>(0xF3 - 17 * i);
+    }
+    return note;
+}
+
+TEST(VersionNote, ComesBackWhole) {
+    const auto read = readNote(noteText(example()));
+    ASSERT_TRUE(read.has_value());
+    EXPECT_EQ(read->path.native(), example().path.native());
+    EXPECT_EQ(*read, example());
+    VersionNote old;
+    old.time = WallTime(std::chrono::microseconds(-7));
+    EXPECT_EQ(readNote(noteText(old)), old);
+}
+
+TEST(VersionNote, BringsBackEveryUnitThatAPathCanHave) {
+    VersionNote note;
+    std::filesystem::path::string_type units;
+    for (int unit = 1; unit < 256; ++unit) {
+        units += static_cast<std::filesystem::path::value_type>(unit);
+    }
+    note.path = units;
+    const auto read = readNote(noteText(note));
+    ASSERT_TRUE(read.has_value());
+    EXPECT_EQ(read->path.native(), note.path.native());
+}
+
+TEST(VersionNote, IsLinesOfPlainText) {
+    const std::string text = noteText(example());
+    EXPECT_NE(text.find("bytes: 12345\n"), std::string::npos) << text;
+    EXPECT_NE(text.find("path: /Kunden/"), std::string::npos) << text;
+    for (const char letter : text) {
+        EXPECT_TRUE(letter == '\n' || (letter >= ' ' && letter < 0x7F));
+    }
+}
+
+TEST(VersionNote, IsRefusedWithAnyByteChangedMissingOrAdded) {
+    const std::string text = noteText(example());
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        std::string damaged = text;
+        damaged[i] = static_cast<char>(damaged[i] ^ 1);
+        EXPECT_FALSE(readNote(damaged).has_value()) << i;
+        EXPECT_FALSE(readNote(text.substr(0, i)).has_value()) << i;
+        EXPECT_FALSE(readNote(text.substr(0, i) + text.substr(i + 1)).has_value()) << i;
+    }
+    EXPECT_FALSE(readNote(text + "x").has_value());
+    EXPECT_FALSE(readNote(std::string(100000, '\0')).has_value());
+}
+
+}  // namespace
+}  // namespace tessavo::test
