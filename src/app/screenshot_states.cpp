@@ -151,6 +151,36 @@ void sendMouse(QWidget& target, QEvent::Type type, const QPointF& point) {
     QApplication::sendEvent(&target, &event);
 }
 
+Notice recoveryExample() {
+    return {.text = QStringLiteral("Tessavo ended without saving at 10:21"),
+            .kind = Notice::Kind::warning,
+            .buttons = {{QStringLiteral("Restore"), {}}, {QStringLiteral("Discard"), {}}},
+            .dismissible = false,
+            .stays = true};
+}
+
+Notice undoneExample() {
+    return {.text = QStringLiteral("Undone: Channel 7, Filter 3 gain -4.5 dB"),
+            .buttons = {{QStringLiteral("Show"), {}}}};
+}
+
+/// What the first pane of the status bar tells besides the target.
+QString takeStatusPictures(CMainFrame& frame, const PictureTaker& take) {
+    StatusLine& status = frame.statusLine();
+    status.setDocument({QStringLiteral("front_stage.eqs"), {}, true});
+    if (QString problem = take(frame, "document_modified"); !problem.isEmpty()) {
+        return problem;
+    }
+    status.setMuted(QStringLiteral("muted: 1, 3"));
+    status.showNotice(undoneExample());
+    if (QString problem = take(frame, "notice_muted"); !problem.isEmpty()) {
+        return problem;
+    }
+    status.setMuted({});
+    status.showNotice(recoveryExample());
+    return take(frame, "notice");
+}
+
 }  // namespace
 
 QString takeStatePictures(const PictureTaker& take) {
@@ -181,7 +211,10 @@ QString takeStatePictures(const PictureTaker& take) {
     }
 
     window.showPage(Page::outputGroup);
-    return take(window.frame(), "output_group_linked");
+    if (QString failed = take(window.frame(), "output_group_linked"); !failed.isEmpty()) {
+        return failed;
+    }
+    return takeStatusPictures(window.frame(), take);
 }
 
 }  // namespace tessavo

@@ -113,9 +113,9 @@ TEST_F(Program, DrawsItsPicturesAtBothScalesWithoutADisplay) {
     const QString pictures = textOf(folder / "new" / "pictures");
     const Result result = run({QStringLiteral("--screenshots"), pictures});
     EXPECT_EQ(result.code, 0) << result.error;
-    for (const char* name :
-         {"input_eq", "channel_config", "output_eq", "output_group", "clip_detection", "communication",
-          "output_eq_single", "output_eq_drag", "output_eq_multi", "output_group_linked"}) {
+    for (const char* name : {"input_eq", "channel_config", "output_eq", "output_group", "clip_detection",
+                             "communication", "output_eq_single", "output_eq_drag", "output_eq_multi",
+                             "output_group_linked", "document_modified", "notice_muted", "notice"}) {
         const QString path = pictures + QLatin1Char('/') + QLatin1String(name);
         EXPECT_EQ(QImage(path + QStringLiteral(".png")).size(), QSize(1024, 736)) << name;
         EXPECT_EQ(QImage(path + QStringLiteral("@2x.png")).size(), QSize(2048, 1472)) << name;
