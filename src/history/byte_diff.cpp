@@ -83,11 +83,12 @@ void ByteDiff::applyTo(std::span<std::uint8_t> row) const {
         const std::size_t offset = wordAt(runs_, at);
         const std::size_t count = wordAt(runs_, at + 2);
         at += headSize;
-        std::transform(runs_.begin() + static_cast<std::ptrdiff_t>(at),
-                       runs_.begin() + static_cast<std::ptrdiff_t>(at + count),
-                       row.begin() + static_cast<std::ptrdiff_t>(offset),
-                       row.begin() + static_cast<std::ptrdiff_t>(offset),
-                       [](std::uint8_t difference, std::uint8_t byte) -> std::uint8_t { return byte ^ difference; });
+        std::transform(
+            runs_.begin() + static_cast<std::ptrdiff_t>(at),
+            runs_.begin() + static_cast<std::ptrdiff_t>(at + count),
+            row.begin() + static_cast<std::ptrdiff_t>(offset),
+            row.begin() + static_cast<std::ptrdiff_t>(offset),
+            [](std::uint8_t difference, std::uint8_t byte) -> std::uint8_t { return byte ^ difference; });
         at += count;
     }
 }

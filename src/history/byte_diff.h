@@ -22,7 +22,8 @@ class ByteDiff {
     /// The difference that bytes() has given.
     /// \param length of the rows that it will be applied to
     /// \return nothing when these bytes are no difference of such rows
-    [[nodiscard]] static std::optional<ByteDiff> fromBytes(std::vector<std::uint8_t> bytes, std::size_t length);
+    [[nodiscard]] static std::optional<ByteDiff> fromBytes(std::vector<std::uint8_t> bytes,
+                                                           std::size_t length);
 
     /// Turns one of the two rows into the other.
     /// \param row as long as the rows that were compared

@@ -234,11 +234,11 @@ void History::show(const TuningSnapshot& target) {
 void History::addMark(MarkKind kind, std::string text) {
     const std::uint64_t number = dropped_ + position_;
     // Among the marks of undone steps it goes before them.
-    auto place = std::upper_bound(marks_.begin(), marks_.end(), number,
-                                  [](std::uint64_t value, const HistoryMark& mark) { return value < mark.number; });
-    const bool repeats =
-        kind == MarkKind::confirmed && place != marks_.begin() && std::prev(place)->number == number &&
-        std::prev(place)->kind == kind;
+    auto place =
+        std::upper_bound(marks_.begin(), marks_.end(), number,
+                         [](std::uint64_t value, const HistoryMark& mark) { return value < mark.number; });
+    const bool repeats = kind == MarkKind::confirmed && place != marks_.begin() &&
+                         std::prev(place)->number == number && std::prev(place)->kind == kind;
     if (repeats) {
         *std::prev(place) = {kind, number, now_(), std::move(text)};
     } else {

@@ -38,9 +38,9 @@ struct HistoryMark {
 
 /// What a listener of the history is told.
 enum class HistoryEvent : std::uint8_t {
-    tuningChanged,   ///< something changed that is no step yet, or was no step, as a change of set
-    stepsChanged,    ///< a step was made, undone or redone, or old ones were dropped
-    marksChanged,    ///< a mark was added
+    tuningChanged,  ///< something changed that is no step yet, or was no step, as a change of set
+    stepsChanged,   ///< a step was made, undone or redone, or old ones were dropped
+    marksChanged,   ///< a mark was added
 };
 
 /// The steps of a person, to be undone and redone.

@@ -16,8 +16,8 @@ using WallTime = std::chrono::system_clock::time_point;
 /// One step of a person: what can be undone and redone as a whole. Both differences are between two
 /// TuningSnapshot.
 struct Step {
-    std::string text;  ///< what it did, in words: "Channel 7, Filter 3 gain −4.5 dB"
-    WallTime time;     ///< when it ended
+    std::string text;       ///< what it did, in words: "Channel 7, Filter 3 gain −4.5 dB"
+    WallTime time;          ///< when it ended
     std::uint32_t set = 0;  ///< set that was current when it ended, 0 to 4
     /// From the state after the step before to the state in which this one began. They differ where another
     /// set was chosen in between, which is no step.

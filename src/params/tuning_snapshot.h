@@ -41,12 +41,14 @@ static_assert(sizeof(TuningSnapshot) == tuningSnapshotSize &&
                   sizeof(ReceivedSnapshot) == 4 + parameterImageSize + parameterSetSize &&
                   tuningSnapshotSize ==
                       parameterStoreSize + parameterImageSize + setCount * sizeof(ReceivedSnapshot) +
-                          sizeof(BiquadWords) * (channelCount * (bandCount + crossoverCount) + inputSectionCount) +
+                          sizeof(BiquadWords) *
+                              (channelCount * (bandCount + crossoverCount) + inputSectionCount) +
                           sizeof(std::uint32_t),
               "without gaps, so that states can be compared byte by byte");
 
 /// The snapshot's bytes.
-[[nodiscard]] inline std::span<const std::uint8_t, tuningSnapshotSize> bytesOf(const TuningSnapshot& snapshot) {
+[[nodiscard]] inline std::span<const std::uint8_t, tuningSnapshotSize> bytesOf(
+    const TuningSnapshot& snapshot) {
     return std::span<const std::uint8_t, tuningSnapshotSize>(reinterpret_cast<const std::uint8_t*>(&snapshot),
                                                              tuningSnapshotSize);
 }
