@@ -18,10 +18,12 @@
 
 #include "app/about_dialog.h"
 #include "app/comm_link.h"
+#include "app/edit_menu.h"
 #include "app/narrow_view.h"
 #include "app/target_display.h"
 #include "app/tessavo_view.h"
 #include "app/ui_file_dialogs.h"
+#include "app/undo_commands.h"
 #include "comm/page/input_hold.h"
 #include "controls/theme.h"
 
@@ -89,7 +91,9 @@ CMainFrame::CMainFrame(Dependencies dependencies)
       dependencies_(dependencies),
       view_(new CTessavoView(dependencies.tuning, dependencies.chartHost, this, dependencies.makePage)),
       status_(new StatusLine(this)),
-      commands_(dependencies.tuning, dependencies.dialogs, dependencies.boxes, *view_) {
+      commands_(dependencies.tuning, dependencies.dialogs, dependencies.boxes, *view_),
+      undo_(std::make_unique<UndoCommands>(
+          UndoCommands::Dependencies{dependencies.history, dependencies.tuning, dependencies.link, *view_})) {
     setObjectName(QStringLiteral("mainFrame"));
     setWindowTitle(QStringLiteral("Tessavo Velmira"));
     setAcceptDrops(true);
@@ -176,6 +180,7 @@ void CMainFrame::makeMenus() {
     add(fileMenu_, "E&xit", QKeySequence(Qt::CTRL | Qt::Key_Q), [this] { close(); });
     fillRecentFiles();
 
+    editMenu_ = std::make_unique<EditMenu>(*undo_, *menuBar_);
     QMenu* help = menuBar_->addMenu(QStringLiteral("&Help"));
     add(help, "&About", QKeySequence(Qt::Key_F1), &CMainFrame::showAbout);
 }
@@ -209,22 +214,28 @@ void CMainFrame::fillRecentFiles() {
 }
 
 void CMainFrame::open() {
+    undo_->settle();
     if (commands_.loadSettings()) {
+        undo_->noteOpened(commands_.settingsPath());
         dependencies_.profile.addRecentFile(textOf(commands_.settingsPath()));
         fillRecentFiles();
     }
 }
 
 void CMainFrame::save() {
+    undo_->settle();
     if (commands_.saveSettings()) {
+        undo_->noteSaved(commands_.settingsPath());
         dependencies_.profile.addRecentFile(textOf(commands_.settingsPath()));
         fillRecentFiles();
     }
 }
 
 bool CMainFrame::openFile(const QString& path) {
+    undo_->settle();
     const bool loaded = commands_.loadSettingsFrom(pathOf(path));
     if (loaded) {
+        undo_->noteOpened(pathOf(path));
         dependencies_.profile.addRecentFile(path);
     } else {
         dependencies_.profile.removeRecentFile(path);

@@ -22,10 +22,13 @@ namespace tessavo {
 
 class CommLink;
 class CTessavoView;
+class EditMenu;
+class History;
 class IChartHost;
 class InputHold;
 class NarrowView;
 class TargetDisplay;
+class UndoCommands;
 
 /// The program's one window: menu, view, status bar. Its size is fixed; on a screen too low for it only the
 /// page scrolls, on one too narrow everything between menu and status bar scrolls across.
@@ -38,6 +41,7 @@ class CMainFrame : public QWidget {
 
     struct Dependencies {
         TuningState& tuning;
+        History& history;  ///< of that tuning
         IMessageBox& boxes;
         IFileDialogs& dialogs;
         Profile& profile;
@@ -53,6 +57,7 @@ class CMainFrame : public QWidget {
     [[nodiscard]] CTessavoView& view() { return *view_; }
     [[nodiscard]] StatusLine& statusLine() { return *status_; }
     [[nodiscard]] SettingsCommands& commands() { return commands_; }
+    [[nodiscard]] UndoCommands& undoCommands() { return *undo_; }
     /// The menu's action of this text, for the keyboard and for tests; null where there is none.
     [[nodiscard]] QAction* action(const QString& text) const;
 
@@ -113,6 +118,8 @@ class CMainFrame : public QWidget {
     NarrowView* narrow_ = nullptr;  ///< holds the view once a screen was too narrow
     QMetaObject::Connection screenConnection_;
     SettingsCommands commands_;
+    std::unique_ptr<UndoCommands> undo_;
+    std::unique_ptr<EditMenu> editMenu_;
     std::function<bool()> nothingToLose_;
     std::unique_ptr<TargetDisplay> targetDisplay_;
     bool closing_ = false;         ///< all questions are answered; only an exchange has still to end

@@ -11,6 +11,7 @@
 #include "app/skin_chart_host.h"
 #include "app/tessavo_view.h"
 #include "controls/bitmap_slider.h"
+#include "history/history.h"
 #include "pages/rows/output_eq_rows.h"
 
 namespace tessavo {
@@ -100,8 +101,9 @@ class ExampleWindow {
           chartHost_(boxes_, dialogs_) {
         tuning_.start();
         fillExamples(tuning_);
+        history_ = std::make_unique<History>(tuning_);
         frame_ = std::make_unique<CMainFrame>(
-            CMainFrame::Dependencies{tuning_, boxes_, dialogs_, profile_, link_, chartHost_,
+            CMainFrame::Dependencies{tuning_, *history_, boxes_, dialogs_, profile_, link_, chartHost_,
                                      pageFactory({tuning_,
                                                   boxes_,
                                                   dialogs_,
@@ -137,6 +139,7 @@ class ExampleWindow {
     AgreeingBoxes boxes_;
     NoDialogs dialogs_;
     TuningState tuning_;
+    std::unique_ptr<History> history_;
     CommLink link_;
     SkinChartHost chartHost_;
     std::unique_ptr<CMainFrame> frame_;

@@ -66,12 +66,13 @@ QString CTessavoApp::unusableDisplay() {
 
 bool CTessavoApp::InitInstance(const StartOptions& options) {
     tuning_.start();
+    history_ = std::make_unique<History>(tuning_);
     if (options.demo) {
         startDemo();
     }
     const std::string firstPort = options.demo ? std::string() : profile_->lastPort().toStdString();
     frame_ = std::make_unique<CMainFrame>(CMainFrame::Dependencies{
-        tuning_, boxes_, dialogs_, *profile_, link_, chartHost_,
+        tuning_, *history_, boxes_, dialogs_, *profile_, link_, chartHost_,
         pageFactory({tuning_, boxes_, dialogs_, *profile_, link_, [this] { return portList(); }, firstPort,
                      [this] { frame_->view().refreshPages(); }, demo_->portName(),
                      [](const std::string& port) { return portDevice(port).description; }})});

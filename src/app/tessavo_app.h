@@ -16,6 +16,7 @@
 #include "app/skin_chart_host.h"
 #include "app/ui_file_dialogs.h"
 #include "app/ui_message_box.h"
+#include "history/history.h"
 #include "params/tuning_state.h"
 
 namespace tessavo {
@@ -55,6 +56,8 @@ class CTessavoApp {
     int run();
 
     [[nodiscard]] TuningState& tuning() { return tuning_; }
+    /// From InitInstance() on.
+    [[nodiscard]] History& history() { return *history_; }
     [[nodiscard]] CommLink& link() { return link_; }
     [[nodiscard]] CMainFrame& frame() { return *frame_; }
     [[nodiscard]] UiMessageBox& boxes() { return boxes_; }
@@ -73,6 +76,7 @@ class CTessavoApp {
     std::unique_ptr<Profile> profile_;
     UiMessageBox boxes_;
     TuningState tuning_;
+    std::unique_ptr<History> history_;  ///< from the first state on
     bool applicationFlag_ = false;
     Attendance attendance_;
     std::unique_ptr<IDemoTarget> demo_ = makeDemoTarget();

@@ -18,6 +18,7 @@
 #include "controls/text_edit_box.h"
 #include "controls/theme.h"
 #include "dsp/filter_methods.h"
+#include "pages/output/output_eq.h"
 #include "params/set_text.h"
 #include "plot/chart/plot_dlg.h"
 
@@ -236,6 +237,28 @@ void CTessavoView::chooseSet(int index) {
     showChannelFlags();
     updatePlot();
     Q_EMIT currentSetChanged();
+}
+
+void CTessavoView::showSet(std::uint32_t set) {
+    setSelector().setCurrentIndex(static_cast<int>(set));
+    chooseSet(static_cast<int>(set));
+}
+
+void CTessavoView::showPlace(const FieldPlace& place) {
+    showSet(place.set);
+    QWidget* parent = this;
+    if (place.page) {
+        showPage(*place.page);
+        parent = pages()[static_cast<std::size_t>(*place.page)];
+    }
+    if (auto* output = qobject_cast<COutputEQ*>(parent); output != nullptr && place.channel) {
+        output->showChannel(*place.channel);
+    }
+    // Numbers repeat on different pages.
+    if (auto* control = parent->findChild<QWidget*>(QStringLiteral("id%1").arg(place.control))) {
+        window()->activateWindow();
+        control->setFocus(Qt::ShortcutFocusReason);
+    }
 }
 
 void CTessavoView::renameSet(const QString& text) {

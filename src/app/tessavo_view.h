@@ -6,6 +6,7 @@
 #include <memory>
 #include <vector>
 
+#include "app/field_place.h"
 #include "app/tab_pages.h"
 #include "pages/form/form.h"
 #include "pages/rows/header_rows.h"
@@ -53,6 +54,11 @@ class CTessavoView : public QWidget, public ISettingsView {
 
     /// Shows a page as a click on its tab does.
     void showPage(Page page);
+    /// Chooses a set as the selector does.
+    void showSet(std::uint32_t set);
+    /// Goes to a control: chooses its set, its page and, on the page of the output equalizer, a channel that
+    /// takes no part in edits yet, and gives it the focus. Writes nothing.
+    void showPlace(const FieldPlace& place);
 
     /// Scrolls the page as far as one of its controls needs to be seen.
     void bringIntoSight(QWidget* control);

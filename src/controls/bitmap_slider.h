@@ -80,6 +80,8 @@ class CBitmapSlider : public FocusTracked<HoverTracked<QWidget>> {
     void setValueByUser(double value);
     /// Moves the slider by steps as a person does with a key: upwards in value for a positive number.
     void stepValueByUser(int steps);
+    /// Ends what a person does with it just now, as if button and keys had come up and the wheel rested.
+    void finish() { finishAll(); }
 
     [[nodiscard]] QSize sizeHint() const override;
 

@@ -69,6 +69,14 @@ void NumberEdit::revert() {
     Q_EMIT cancelled();
 }
 
+void NumberEdit::undoTyping() {
+    undo();
+    if (text() == applied_) {
+        setValueText(applied_);
+        Q_EMIT cancelled();
+    }
+}
+
 void NumberEdit::keyPressEvent(QKeyEvent* event) {
     const Qt::KeyboardModifiers modifiers = event->modifiers() & ~Qt::KeypadModifier;
     switch (event->key()) {

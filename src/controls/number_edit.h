@@ -26,6 +26,9 @@ class NumberEdit : public HoverTracked<QLineEdit> {
     /// Whether the text was typed, pasted or set from outside since the box got the focus, showed a value or
     /// applied its text; also when it reads as before.
     [[nodiscard]] bool isEdited() const { return edited_; }
+    /// Takes back the last piece of typing. Back at the text that was applied last the box is as Escape leaves
+    /// it, except that redo() still brings the typing again.
+    void undoTyping();
 
     /// Colour of the stripe, 0 for none.
     void setColor(QRgb color);

@@ -54,12 +54,13 @@ SpinEdit::SpinEdit(int controlId, QWidget* parent) : SpinEditBase(parent) {
     setFocusPolicy(Qt::StrongFocus);
     setMouseTracking(true);
     prepareEdit(*lineEdit());
-    connect(lineEdit(), &QLineEdit::textEdited, this, [this] { typed_ = true; });
+    connect(lineEdit(), &QLineEdit::textEdited, this, [this] { typed_ = edited_ = true; });
     connect(lineEdit(), &QLineEdit::textChanged, this, &SpinEdit::warn);
     connect(this, &QSpinBox::valueChanged, this, [this] {
         typed_ = false;
         warn();
     });
+    connect(this, &QSpinBox::editingFinished, this, &SpinEdit::noteApplied);
     connect(&repeat_, &QTimer::timeout, this, [this] {
         repeat_.setInterval(repeatIntervalMs_);
         stepBy(pressed_);
@@ -81,12 +82,28 @@ void SpinEdit::showValue(int value) {
     const QSignalBlocker quiet(this);
     setValue(value);
     typed_ = false;
+    noteApplied();
     warn();
 }
 
 void SpinEdit::stepBy(int steps) {
     QSpinBox::stepBy(steps);
+    noteApplied();
     warn();
+}
+
+void SpinEdit::noteApplied() {
+    applied_ = lineEdit()->text();
+    edited_ = false;
+}
+
+void SpinEdit::undoTyping() {
+    lineEdit()->undo();
+    edited_ = edited_ && lineEdit()->text() != applied_;
+}
+
+void SpinEdit::redoTyping() {
+    lineEdit()->redo();
 }
 
 QValidator::State SpinEdit::validate(QString& /*text*/, int& /*cursor*/) const {

@@ -35,6 +35,14 @@ class SpinEdit : public SpinEditBase {
     /// The warning about the text that is being typed; empty when it counts as what it says.
     [[nodiscard]] const QString& warning() const { return notes_.warning(); }
 
+    /// Whether text was typed or pasted since the box showed a value or its text was applied.
+    [[nodiscard]] bool isEdited() const { return edited_; }
+    /// Takes back the last piece of typing, or brings it again; the value follows.
+    void undoTyping();
+    void redoTyping();
+    /// Ends what a person does with the up-down column just now, as if the button had come up.
+    void finish() { releaseButton(); }
+
     /// Shows a value, clamped to the range, without emitting a signal.
     void showValue(int value);
     void stepBy(int steps) override;
@@ -65,11 +73,14 @@ class SpinEdit : public SpinEditBase {
     void layOutField();
     void releaseButton();
     void warn();
+    void noteApplied();
     void applyTypedText();
     void hoverPoint(const QPoint& point);
 
     EditNotes notes_{*this};
-    bool typed_ = false;  ///< a person typed, and the value has not changed since
+    QString applied_;      ///< text that was shown or applied last
+    bool edited_ = false;  ///< a person has typed since
+    bool typed_ = false;   ///< a person typed, and the value has not changed since
     QTimer repeat_;
     int repeatDelayMs_ = 300;
     int repeatIntervalMs_ = 75;

@@ -37,6 +37,7 @@ FrameTest::FrameTest()
       link(tuning, boxes),
       chartHost(boxes, dialogs) {
     tuning.start();
+    history = std::make_unique<History>(tuning);
     makeFrame();
 }
 
@@ -48,7 +49,7 @@ FrameTest::~FrameTest() {
 void FrameTest::makeFrame(PageFactory makePage) {
     frame.reset();
     frame = std::make_unique<CMainFrame>(CMainFrame::Dependencies{
-        tuning, boxes, dialogs, *profile, link, chartHost, std::move(makePage), portSystem});
+        tuning, *history, boxes, dialogs, *profile, link, chartHost, std::move(makePage), portSystem});
     frame->restoreWindowPlacement();
     frame->show();
     frame->activateWindow();

@@ -18,6 +18,7 @@
 #include "controls/skin_button.h"
 #include "controls/skin_check_box.h"
 #include "controls/skin_combo_box.h"
+#include "history/history.h"
 #include "support/settings_fakes.h"
 #include "support/synthetic_events.h"
 #include "support/temporary_folder.h"
@@ -93,6 +94,7 @@ class FrameTest : public ::testing::Test {
     std::vector<ShownBox> shown;
     UiMessageBox boxes;
     TuningState tuning;
+    std::unique_ptr<History> history;
     CommLink link;
     SkinChartHost chartHost;
     FakeDialogs dialogs;

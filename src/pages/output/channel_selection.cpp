@@ -72,6 +72,17 @@ void ChannelSelection::setMultiChannelMode(bool on) {
     showChoice();
 }
 
+void ChannelSelection::chooseOnly(PagePosition position) {
+    if (multiChannelMode_) {
+        form_.control<SkinCheckBox>(assign).setChecked(false);
+        setMultiChannelMode(false);
+    }
+    for (std::size_t other = 0; other < channelCount; ++other) {
+        form_.control<SkinRadioButton>(radios[other]).setChecked(other == position.value);
+    }
+    showChoice();
+}
+
 void ChannelSelection::setSource(PagePosition position, std::uint8_t source) {
     const QString full = sourceName(source);
     form_.labelAt(selectionSourcePlace(selectionRowOf(position))).setText(shortSourceName(source));

@@ -26,6 +26,9 @@ class ChannelSelection : public SkinGroupBox {
     /// Puts check buttons, none of them ticked, in the places of the radio buttons, or takes them away again.
     void setMultiChannelMode(bool on);
 
+    /// Chooses one channel alone, as its radio button does, and tells nobody.
+    void chooseOnly(PagePosition position);
+
     /// What feeds a channel, beside its name.
     void setSource(PagePosition position, std::uint8_t source);
 

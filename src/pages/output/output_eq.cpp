@@ -182,6 +182,18 @@ void COutputEQ::selectChannels() {
     updateMarks();
 }
 
+void COutputEQ::showChannel(RecordChannel channel) {
+    for (std::uint8_t position = 0; position < channelCount; ++position) {
+        if (recordChannelAt({position}) != channel || (selection_->mask() & selectionBit({position})) != 0) {
+            continue;
+        }
+        selection_->chooseOnly({position});
+        tuning().setSelectionMask(selection_->mask());
+        refresh();
+        tuning().showOutputCurve(channel);
+    }
+}
+
 bool COutputEQ::mayLoseSettings() {
     return boxes_.show("Are you sure?\r\nThe current channel settings will be lost!", BoxIcon::error,
                        BoxButtons::okCancel) == BoxAnswer::ok;

@@ -21,6 +21,10 @@ class COutputEQ : public ParameterPage {
     /// With several channels chosen the last of them in page order is shown; with none the one shown before.
     void refresh() override;
 
+    /// Chooses a channel unless it takes part in edits already. Unlike a click it writes nothing: the type of
+    /// band 8 stays.
+    void showChannel(RecordChannel channel);
+
  protected:
     [[nodiscard]] FieldIndex elementOf(BoundField bound) const override;
     /// That of the last channel that is chosen: edits go there.

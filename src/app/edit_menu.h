@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QObject>
+#include <QPointer>
+#include <memory>
+
+class QAction;
+class QMenu;
+class QMenuBar;
+
+namespace tessavo {
+
+class HistoryDialog;
+class UndoCommands;
+
+/// The menu "Edit": undo and redo with what they are about, and the list of all steps. Its keys also work
+/// while another window of the program is in front. User-interface thread.
+class EditMenu : public QObject {
+    Q_OBJECT
+
+ public:
+    /// Adds the menu behind those that the bar has.
+    /// \param commands, bar outlive this object
+    EditMenu(UndoCommands& commands, QMenuBar& bar);
+    ~EditMenu() override;
+
+    /// Shows the list of all steps, or brings it to the front.
+    void showHistory();
+
+ private:
+    void follow();
+    void showTexts(bool typingCounts);
+
+    UndoCommands& commands_;
+    QMenu* menu_;
+    QAction* undo_;
+    QAction* redo_;
+    QPointer<HistoryDialog> dialog_;
+};
+
+}  // namespace tessavo

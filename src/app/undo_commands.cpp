@@ -1,0 +1,149 @@
+#include "app/undo_commands.h"
+
+#include <QApplication>
+#include <QMenuBar>
+#include <memory>
+#include <string>
+
+#include "app/tessavo_view.h"
+#include "app/ui_file_dialogs.h"
+
+namespace tessavo {
+
+namespace {
+
+QString fileNameOf(const std::filesystem::path& path) {
+    return textOf(path.filename());
+}
+
+QString afterWord(const char* word, std::string_view text) {
+    return QLatin1String(word) + QLatin1String(": ") + textOf(text);
+}
+
+std::string nameOfTargetSet(std::uint8_t set) {
+    return set == 0 ? "the default set" : "set " + std::to_string(set);
+}
+
+}  // namespace
+
+UndoCommands::UndoCommands(const Dependencies& dependencies)
+    : dependencies_(dependencies), watch_(dependencies.history) {
+    CTessavoView& view = dependencies_.view;
+    dependencies_.history.setView({.chooseSet = [&view](std::uint32_t set) { view.showSet(set); },
+                                   .refresh = [&view] { view.refreshPages(); },
+                                   .commitSoon = [this] { watch_.commitSoon(); }});
+    dependencies_.history.setListener([this](HistoryEvent event) { Q_EMIT historyChanged(event); });
+    CommLink* const link = &dependencies_.link;
+    connect(link, &CommLink::commandReported, this, &UndoCommands::noteCommand);
+    connect(link, &CommLink::workerState, this, &UndoCommands::noteConfirmation);
+    // What a person does with the other hand is no part of what the command does.
+    connect(&link->foreground(), &ForegroundTransfers::started, this, &UndoCommands::settle);
+}
+
+UndoCommands::~UndoCommands() {
+    dependencies_.history.setView({});
+    dependencies_.history.setListener({});
+}
+
+bool UndoCommands::mayMove() const {
+    const QWidget* const popup = QApplication::activePopupWidget();
+    // The menu itself may be open still when a screen reader chooses its entry.
+    const bool isFree = popup == nullptr || qobject_cast<const QMenuBar*>(popup->parentWidget()) != nullptr;
+    return isFree && QApplication::activeModalWidget() == nullptr && !dependencies_.tuning.changeRuns() &&
+           !dependencies_.link.foreground().running();
+}
+
+bool UndoCommands::move(const std::function<bool()>& act, const std::function<QString()>& text) {
+    if (!mayMove()) {
+        return false;
+    }
+    watch_.finish();
+    // What the drag has posted may have opened a box.
+    if (!mayMove()) {
+        return false;
+    }
+    const QString words = text();
+    auto before = std::make_unique<TuningSnapshot>();
+    dependencies_.tuning.takeSnapshot(*before);
+    if (!act()) {
+        return false;
+    }
+    auto after = std::make_unique<TuningSnapshot>();
+    dependencies_.tuning.takeSnapshot(*after);
+    // An edit of another set is seen there also after it was undone.
+    Q_EMIT moved(words, findPlace(changedPlaces(*before, *after)));
+    return true;
+}
+
+bool UndoCommands::undo() {
+    if (!mayMove()) {
+        return false;
+    }
+    History& history = dependencies_.history;
+    return TextUndo::act(UndoDirection::undo) ||
+           move([&history] { return history.undo(); },
+                [&history] { return afterWord("Undone", history.undoText()); });
+}
+
+bool UndoCommands::redo() {
+    if (!mayMove()) {
+        return false;
+    }
+    History& history = dependencies_.history;
+    return TextUndo::act(UndoDirection::redo) ||
+           move([&history] { return history.redo(); },
+                [&history] { return afterWord("Redone", history.redoText()); });
+}
+
+bool UndoCommands::goTo(std::size_t position) {
+    History& history = dependencies_.history;
+    return move([&history, position] { return history.goTo(position); },
+                [&history, position] {
+                    return position == 0 || position > history.steps().size()
+                               ? QStringLiteral("Back at the start")
+                               : afterWord("Went to", history.steps()[position - 1]->text);
+                });
+}
+
+void UndoCommands::settle() {
+    watch_.finish();
+}
+
+void UndoCommands::noteOpened(const std::filesystem::path& path) {
+    const std::string name = fileNameOf(path).toStdString();
+    dependencies_.history.commit("Opened " + name);
+    dependencies_.history.markSaved("same as " + name);
+}
+
+void UndoCommands::noteSaved(const std::filesystem::path& path) {
+    dependencies_.history.markSaved("saved " + fileNameOf(path).toStdString());
+}
+
+void UndoCommands::noteCommand(const CommandReport& report) {
+    if (report.command != Command::readSet) {
+        return;
+    }
+    const std::string name = nameOfTargetSet(report.targetSet);
+    switch (report.result) {
+        case CommandReport::Result::done:
+            dependencies_.history.commit("Read " + name + " of the target");
+            break;
+        case CommandReport::Result::wrongDigest:
+            // The sets stay, and the target would get the image as it came.
+            dependencies_.history.commit("Damaged " + name + " of the target plays");
+            break;
+        case CommandReport::Result::exchangeFailed:
+            break;
+    }
+}
+
+void UndoCommands::noteConfirmation(LiveWorker::State state) {
+    if (state != LiveWorker::State::confirmed) {
+        return;
+    }
+    if (const auto image = dependencies_.link.confirmedImage()) {
+        dependencies_.history.markConfirmed(*image, "confirmed");
+    }
+}
+
+}  // namespace tessavo
