@@ -19,7 +19,9 @@
 #include "app/about_dialog.h"
 #include "app/comm_link.h"
 #include "app/edit_menu.h"
+#include "app/file_news_display.h"
 #include "app/narrow_view.h"
+#include "app/session_keeper.h"
 #include "app/target_display.h"
 #include "app/tessavo_view.h"
 #include "app/ui_file_dialogs.h"
@@ -50,6 +52,10 @@ QString fileNameForMenu(const QString& path, qsizetype number) {
     QString shown = path;
     shown.replace(QLatin1Char('&'), QStringLiteral("&&"));
     return QStringLiteral("&%1 %2").arg(number).arg(shown);
+}
+
+std::filesystem::path versionsFolder(const std::filesystem::path& dataFolder) {
+    return dataFolder.empty() ? dataFolder : dataFolder / "versions";
 }
 
 // The platform that draws pictures has a screen of its own size, which nobody looks at.
@@ -93,7 +99,10 @@ CMainFrame::CMainFrame(Dependencies dependencies)
       status_(new StatusLine(this)),
       commands_(dependencies.tuning, dependencies.dialogs, dependencies.boxes, *view_),
       undo_(std::make_unique<UndoCommands>(
-          UndoCommands::Dependencies{dependencies.history, dependencies.tuning, dependencies.link, *view_})) {
+          UndoCommands::Dependencies{dependencies.history, dependencies.tuning, dependencies.link, *view_})),
+      fileNews_(std::make_unique<FileNewsDisplay>(
+          FileNewsDisplay::Dependencies{dependencies.tuning, commands_, *undo_, dependencies.dialogs,
+                                        *status_, *this, versionsFolder(dependencies.dataFolder)})) {
     setObjectName(QStringLiteral("mainFrame"));
     setWindowTitle(QStringLiteral("Tessavo Velmira"));
     setAcceptDrops(true);
@@ -106,6 +115,7 @@ CMainFrame::CMainFrame(Dependencies dependencies)
     targetDisplay_ = std::make_unique<TargetDisplay>(TargetDisplay::Dependencies{
         dependencies_.tuning, dependencies_.link, *view_, *status_, dependencies_.ports});
     followExchanges();
+    followHistory();
 }
 
 CMainFrame::~CMainFrame() = default;
@@ -178,6 +188,7 @@ void CMainFrame::makeMenus() {
     fileMenu_->addSeparator();
     recentEnd_ = fileMenu_->addSeparator();
     add(fileMenu_, "E&xit", QKeySequence(Qt::CTRL | Qt::Key_Q), [this] { close(); });
+    fileNews_->addTo(*fileMenu_);
     fillRecentFiles();
 
     editMenu_ = std::make_unique<EditMenu>(*undo_, *menuBar_);
@@ -216,18 +227,14 @@ void CMainFrame::fillRecentFiles() {
 void CMainFrame::open() {
     undo_->settle();
     if (commands_.loadSettings()) {
-        undo_->noteOpened(commands_.settingsPath());
-        dependencies_.profile.addRecentFile(textOf(commands_.settingsPath()));
-        fillRecentFiles();
+        noteRecentFile(textOf(commands_.settingsPath()));
     }
 }
 
 void CMainFrame::save() {
     undo_->settle();
     if (commands_.saveSettings()) {
-        undo_->noteSaved(commands_.settingsPath());
-        dependencies_.profile.addRecentFile(textOf(commands_.settingsPath()));
-        fillRecentFiles();
+        noteRecentFile(textOf(commands_.settingsPath()));
     }
 }
 
@@ -235,13 +242,17 @@ bool CMainFrame::openFile(const QString& path) {
     undo_->settle();
     const bool loaded = commands_.loadSettingsFrom(pathOf(path));
     if (loaded) {
-        undo_->noteOpened(pathOf(path));
         dependencies_.profile.addRecentFile(path);
     } else {
         dependencies_.profile.removeRecentFile(path);
     }
     fillRecentFiles();
     return loaded;
+}
+
+void CMainFrame::noteRecentFile(const QString& path) {
+    dependencies_.profile.addRecentFile(path);
+    fillRecentFiles();
 }
 
 void CMainFrame::showAbout() {
@@ -267,6 +278,25 @@ void CMainFrame::followExchanges() {
             QMetaObject::invokeMethod(this, &CMainFrame::closeAfterExchange, Qt::QueuedConnection);
         }
     });
+}
+
+void CMainFrame::followHistory() {
+    connect(fileNews_.get(), &FileNewsDisplay::savedAgain, this, &CMainFrame::noteRecentFile);
+    // The newest notice wins; what was told is found in the list of the steps.
+    connect(status_, &StatusLine::noticeShown, this,
+            [this](const QString& text) { dependencies_.history.markNotice(text.toStdString()); });
+    connect(
+        undo_.get(), &UndoCommands::moved, this,
+        [this](const QString& text, const std::optional<FieldPlace>& place) {
+            Notice notice{.text = text};
+            if (place) {
+                notice.buttons = {{QStringLiteral("Show"), [this, at = *place] { view_->showPlace(at); }}};
+            }
+            status_->showNotice(std::move(notice));
+        });
+    keeper_ = std::make_unique<SessionKeeper>(
+        SessionKeeper::Dependencies{dependencies_.tuning, dependencies_.history, *undo_, *fileNews_, *view_,
+                                    *status_, dependencies_.dataFolder});
 }
 
 bool CMainFrame::lineIsQuiet() const {
@@ -326,6 +356,7 @@ void CMainFrame::pollEnded() {
 }
 
 void CMainFrame::closeAfterExchange() {
+    keeper_->finish();
     dependencies_.profile.setWindowPlacement(saveGeometry());
     hide();
     qApp->quit();

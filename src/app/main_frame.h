@@ -2,6 +2,7 @@
 
 #include <QTimer>
 #include <QWidget>
+#include <filesystem>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -23,10 +24,12 @@ namespace tessavo {
 class CommLink;
 class CTessavoView;
 class EditMenu;
+class FileNewsDisplay;
 class History;
 class IChartHost;
 class InputHold;
 class NarrowView;
+class SessionKeeper;
 class TargetDisplay;
 class UndoCommands;
 
@@ -49,6 +52,8 @@ class CMainFrame : public QWidget {
         IChartHost& chartHost;
         PageFactory makePage = {};  ///< pages without content when empty
         PortWatch::System ports = systemPorts();
+        /// Where recovery file and earlier versions are kept; nothing is when empty.
+        std::filesystem::path dataFolder = {};
     };
 
     explicit CMainFrame(Dependencies dependencies);
@@ -58,6 +63,7 @@ class CMainFrame : public QWidget {
     [[nodiscard]] StatusLine& statusLine() { return *status_; }
     [[nodiscard]] SettingsCommands& commands() { return commands_; }
     [[nodiscard]] UndoCommands& undoCommands() { return *undo_; }
+    [[nodiscard]] FileNewsDisplay& fileNews() { return *fileNews_; }
     /// The menu's action of this text, for the keyboard and for tests; null where there is none.
     [[nodiscard]] QAction* action(const QString& text) const;
 
@@ -101,6 +107,8 @@ class CMainFrame : public QWidget {
     void fillRecentFiles();
     void showAbout();
     void followExchanges();
+    void followHistory();
+    void noteRecentFile(const QString& path);
     [[nodiscard]] bool lineIsQuiet() const;
     bool mayBreakOff();
     void closeOnceQuiet();
@@ -119,7 +127,9 @@ class CMainFrame : public QWidget {
     QMetaObject::Connection screenConnection_;
     SettingsCommands commands_;
     std::unique_ptr<UndoCommands> undo_;
+    std::unique_ptr<FileNewsDisplay> fileNews_;
     std::unique_ptr<EditMenu> editMenu_;
+    std::unique_ptr<SessionKeeper> keeper_;
     std::function<bool()> nothingToLose_;
     std::unique_ptr<TargetDisplay> targetDisplay_;
     bool closing_ = false;         ///< all questions are answered; only an exchange has still to end

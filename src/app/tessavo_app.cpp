@@ -17,6 +17,7 @@
 #include "controls/application_theme.h"
 #include "controls/skin_message_box.h"
 #include "controls/theme.h"
+#include "platform/data_folder.h"
 
 namespace tessavo {
 
@@ -71,11 +72,22 @@ bool CTessavoApp::InitInstance(const StartOptions& options) {
         startDemo();
     }
     const std::string firstPort = options.demo ? std::string() : profile_->lastPort().toStdString();
-    frame_ = std::make_unique<CMainFrame>(CMainFrame::Dependencies{
-        tuning_, *history_, boxes_, dialogs_, *profile_, link_, chartHost_,
+    CMainFrame::Dependencies dependencies{
+        tuning_,
+        *history_,
+        boxes_,
+        dialogs_,
+        *profile_,
+        link_,
+        chartHost_,
         pageFactory({tuning_, boxes_, dialogs_, *profile_, link_, [this] { return portList(); }, firstPort,
                      [this] { frame_->view().refreshPages(); }, demo_->portName(),
-                     [](const std::string& port) { return portDevice(port).description; }})});
+                     [](const std::string& port) { return portDevice(port).description; }})};
+    // Where nobody looks on, as for pictures, nothing of a person's is touched.
+    if (attendance_ == Attendance::person) {
+        dependencies.dataFolder = dataFolder();
+    }
+    frame_ = std::make_unique<CMainFrame>(std::move(dependencies));
     // Asked for when the window closes: the page is made after the window has been painted.
     frame_->setNothingToLose([this] {
         const auto* communication = qobject_cast<CCommunication*>(

@@ -76,10 +76,8 @@ void CTessavoView::makeHeader() {
     connect(&setSelector(), &QComboBox::activated, this, &CTessavoView::chooseSet);
     connect(&setName(), &QLineEdit::textEdited, this, &CTessavoView::renameSet);
     connect(&setName(), &QLineEdit::editingFinished, this, &CTessavoView::leaveSetName);
-    connect(&filterModes(), &QComboBox::activated, this, [this](int index) {
-        tuning_.setFilterMode(static_cast<std::uint32_t>(index));
-        showNotes();
-    });
+    connect(&filterModes(), &QComboBox::activated, this,
+            [this](int index) { showFilterMode(static_cast<std::uint32_t>(index)); });
 }
 
 SkinComboBox& CTessavoView::setSelector() const {
@@ -259,6 +257,13 @@ void CTessavoView::showPlace(const FieldPlace& place) {
         window()->activateWindow();
         control->setFocus(Qt::ShortcutFocusReason);
     }
+}
+
+void CTessavoView::showFilterMode(std::uint32_t mode) {
+    tuning_.setFilterMode(mode);
+    filterModes().setCurrentIndex(static_cast<int>(tuning_.filterMode()));
+    showNotes();
+    Q_EMIT filterModeChanged();
 }
 
 void CTessavoView::renameSet(const QString& text) {

@@ -56,6 +56,8 @@ class CTessavoView : public QWidget, public ISettingsView {
     void showPage(Page page);
     /// Chooses a set as the selector does.
     void showSet(std::uint32_t set);
+    /// Chooses a filter method as its list does.
+    void showFilterMode(std::uint32_t mode);
     /// Goes to a control: chooses its set, its page and, on the page of the output equalizer, a channel that
     /// takes no part in edits yet, and gives it the focus. Writes nothing.
     void showPlace(const FieldPlace& place);
@@ -74,6 +76,7 @@ class CTessavoView : public QWidget, public ISettingsView {
 
  Q_SIGNALS:
     void liveModeChanged(bool on);
+    void filterModeChanged();
     /// The window has been painted for the first time; what can wait for that follows now.
     void firstPainted();
     /// The set, its name, or another thing that a person sees on the frame has changed.

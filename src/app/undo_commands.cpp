@@ -119,6 +119,10 @@ void UndoCommands::noteSaved(const std::filesystem::path& path) {
     dependencies_.history.markSaved("saved " + fileNameOf(path).toStdString());
 }
 
+void UndoCommands::noteOpenedVersion(const std::filesystem::path& path) {
+    dependencies_.history.commit("Opened an earlier version of " + fileNameOf(path).toStdString());
+}
+
 void UndoCommands::noteCommand(const CommandReport& report) {
     if (report.command != Command::readSet) {
         return;

@@ -53,6 +53,8 @@ class UndoCommands : public QObject {
     /// A settings file was opened, or the sets were saved into one.
     void noteOpened(const std::filesystem::path& path);
     void noteSaved(const std::filesystem::path& path);
+    /// The sets of an earlier version of a settings file were taken; the file stays as it is.
+    void noteOpenedVersion(const std::filesystem::path& path);
 
  Q_SIGNALS:
     /// What the history tells its listener.

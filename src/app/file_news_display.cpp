@@ -1,0 +1,149 @@
+#include "app/file_news_display.h"
+
+#include <QAction>
+#include <QMenu>
+#include <algorithm>
+
+#include "app/status_line.h"
+#include "app/ui_file_dialogs.h"
+#include "app/undo_commands.h"
+#include "app/versions_dialog.h"
+
+namespace tessavo {
+
+namespace {
+
+QString nameOf(const std::filesystem::path& path) {
+    return textOf(path.filename());
+}
+
+}  // namespace
+
+FileNewsDisplay::FileNewsDisplay(const Dependencies& dependencies)
+    : dependencies_(dependencies),
+      files_(dependencies.tuning, dependencies.commands, dependencies.folder) {
+    files_.setListener([this](FileNews news, const std::filesystem::path& path) { take(news, path); });
+    connect(&dependencies_.undo, &UndoCommands::historyChanged, this, &FileNewsDisplay::showDocument);
+    showDocument();
+}
+
+FileNewsDisplay::~FileNewsDisplay() = default;
+
+void FileNewsDisplay::addTo(QMenu& menu) {
+    menu.addSeparator();
+    saveAgain_ = menu.addAction(QStringLiteral("Save A&gain"));
+    saveAgain_->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S));
+    connect(saveAgain_, &QAction::triggered, this, &FileNewsDisplay::saveAgain);
+    QAction* const versions = menu.addAction(QStringLiteral("Earlier &Versions..."));
+    connect(versions, &QAction::triggered, this, &FileNewsDisplay::showVersions);
+    showDocument();
+}
+
+void FileNewsDisplay::resumeDocument(const std::filesystem::path& path) {
+    if (path.empty()) {
+        return;
+    }
+    files_.resumeDocument(path);
+    showDocument();
+    Q_EMIT documentChanged();
+}
+
+void FileNewsDisplay::take(FileNews news, const std::filesystem::path& path) {
+    StatusLine& status = dependencies_.status;
+    switch (news) {
+        case FileNews::loaded:
+            dependencies_.undo.noteOpened(path);
+            break;
+        case FileNews::saved:
+            dependencies_.undo.noteSaved(path);
+            break;
+        case FileNews::notSaved:
+            if (!isKept(path)) {
+                break;
+            }
+            status.showNotice({.text = nameOf(path) + QStringLiteral(" was not saved; what it held is kept"),
+                               .kind = Notice::Kind::warning,
+                               .buttons = {{QStringLiteral("Earlier Versions..."), [this] { showVersions(); }}}});
+            break;
+        case FileNews::notKept:
+            status.showNotice({.text = QStringLiteral("What ") + nameOf(path) +
+                                       QStringLiteral(" held before could not be kept"),
+                               .kind = Notice::Kind::warning});
+            break;
+        case FileNews::opened:
+            dependencies_.undo.noteOpenedVersion(path);
+            break;
+        case FileNews::broughtBack:
+            break;
+    }
+    if (news == FileNews::loaded || news == FileNews::saved) {
+        status.withdrawNotice(changedNotice_);
+        showShortFile();
+    }
+    showDocument();
+    Q_EMIT documentChanged();
+}
+
+// What was left out stays left out until the sets are saved: this is no message that passes.
+void FileNewsDisplay::showShortFile() {
+    dependencies_.status.withdrawNotice(shortFileNotice_);
+    const QString text = QString::fromStdString(files_.document().shortFileText());
+    if (!text.isEmpty()) {
+        shortFileNotice_ = dependencies_.status.showNotice(
+            {.text = text,
+             .kind = Notice::Kind::warning,
+             .buttons = {{QStringLiteral("Undo"), [this] { dependencies_.undo.undo(); }}},
+             .stays = true});
+    }
+}
+
+bool FileNewsDisplay::isKept(const std::filesystem::path& path) const {
+    return std::ranges::any_of(files_.versions().list(), [whole = wholePath(path)](const KeptVersion& version) {
+        return version.path == whole;
+    });
+}
+
+void FileNewsDisplay::showDocument() {
+    const Document& document = files_.document();
+    dependencies_.status.setDocument({.name = QString::fromStdString(document.name()),
+                                      .toolTip = textOf(document.path()),
+                                      .modified = files_.documentDiffers()});
+    if (saveAgain_ != nullptr) {
+        saveAgain_->setEnabled(!document.path().empty());
+    }
+}
+
+void FileNewsDisplay::saveAgain() {
+    dependencies_.undo.settle();
+    const std::filesystem::path path = files_.document().path();
+    switch (files_.saveAgain()) {
+        case SaveAgain::saved:
+            Q_EMIT savedAgain(textOf(path));
+            break;
+        case SaveAgain::changedOnDisk:
+            dependencies_.status.withdrawNotice(changedNotice_);
+            changedNotice_ = dependencies_.status.showNotice(
+                {.text = nameOf(path) + QStringLiteral(" has changed on the disk"),
+                 .kind = Notice::Kind::warning,
+                 .buttons = {{QStringLiteral("Overwrite"), [this] { overwrite(); }}}});
+            break;
+        case SaveAgain::noDocument:
+        case SaveAgain::failed:
+            break;
+    }
+}
+
+void FileNewsDisplay::overwrite() {
+    dependencies_.undo.settle();
+    const std::filesystem::path path = files_.document().path();
+    if (files_.overwrite() == SaveAgain::saved) {
+        Q_EMIT savedAgain(textOf(path));
+    }
+}
+
+void FileNewsDisplay::showVersions() {
+    dependencies_.undo.settle();
+    VersionsDialog(files_, dependencies_.dialogs, &dependencies_.window).exec();
+}
+
+}  // namespace tessavo

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+#include <filesystem>
+
+#include "history/file_history.h"
+
+class QAction;
+class QMenu;
+class QWidget;
+
+namespace tessavo {
+
+class IFileDialogs;
+class StatusLine;
+class UndoCommands;
+
+/// What a person sees of the document and of the files that were written over: its name in the status bar,
+/// "Save Again" and "Earlier Versions..." in the menu, and notices. User-interface thread.
+class FileNewsDisplay : public QObject {
+    Q_OBJECT
+
+ public:
+    struct Dependencies {
+        TuningState& tuning;
+        SettingsCommands& commands;
+        UndoCommands& undo;
+        IFileDialogs& dialogs;
+        StatusLine& status;
+        QWidget& window;               ///< in front of which the dialog stands
+        std::filesystem::path folder;  ///< of the earlier versions; none are kept when empty
+    };
+
+    /// \param dependencies outlive this object
+    explicit FileNewsDisplay(const Dependencies& dependencies);
+    ~FileNewsDisplay() override;
+
+    /// Adds its entries to the end of a menu.
+    void addTo(QMenu& menu);
+
+    [[nodiscard]] const FileHistory& files() const { return files_; }
+    /// The document of an earlier run goes on; nothing changes where the path is empty.
+    void resumeDocument(const std::filesystem::path& path);
+
+ Q_SIGNALS:
+    /// Another file is the document, or the sets stand in it now.
+    void documentChanged();
+    /// The document was saved without a dialog.
+    void savedAgain(const QString& path);
+
+ private:
+    void take(FileNews news, const std::filesystem::path& path);
+    [[nodiscard]] bool isKept(const std::filesystem::path& path) const;
+    void showDocument();
+    void showShortFile();
+    void saveAgain();
+    void overwrite();
+    void showVersions();
+
+    Dependencies dependencies_;
+    FileHistory files_;
+    QAction* saveAgain_ = nullptr;
+    quint64 shortFileNotice_ = 0;
+    quint64 changedNotice_ = 0;
+};
+
+}  // namespace tessavo

@@ -1,0 +1,182 @@
+#include "app/session_keeper.h"
+
+#include <QCoreApplication>
+#include <QDateTime>
+#include <QGuiApplication>
+#include <QLocale>
+#include <algorithm>
+#include <memory>
+#include <utility>
+
+#include "app/tessavo_view.h"
+#include "app/ui_file_dialogs.h"
+
+namespace tessavo {
+
+namespace {
+
+constexpr std::chrono::milliseconds longestWrite{2000};
+
+// "10:21", and with its date where that is another one than today's.
+QString momentText(WallTime time, WallTime now) {
+    const auto local = [](WallTime moment) {
+        return QDateTime::fromMSecsSinceEpoch(
+            std::chrono::duration_cast<std::chrono::milliseconds>(moment.time_since_epoch()).count());
+    };
+    const QDateTime then = local(time);
+    const QString clock = then.toString(QStringLiteral("HH:mm"));
+    return then.date() == local(now).date() ? clock
+                                            : clock + then.toString(QStringLiteral(" 'on' yyyy-MM-dd"));
+}
+
+}  // namespace
+
+SessionKeeper::SessionKeeper(Dependencies dependencies)
+    : dependencies_(std::move(dependencies)), store_(dependencies_.folder) {
+    if (!dependencies_.now) {
+        dependencies_.now = [] { return std::chrono::system_clock::now(); };
+    }
+    if (dependencies_.folder.empty()) {
+        return;
+    }
+    RecoveryStart start = store_.beginRun(dependencies_.now());
+    waiting_ = std::move(start.list.waiting);
+    if (!start.isFree) {
+        tell(QStringLiteral("The recovery file of an earlier run cannot be moved: nothing is kept"),
+             Notice::Kind::warning);
+        return;
+    }
+    writer_ = std::make_unique<RecoveryWriter>(store_.currentFile(), [this](const std::error_code& error) {
+        calls_.call([this, reason = QString::fromStdString(error.message())] {
+            tell(QStringLiteral("The recovery file cannot be written: ") + reason, Notice::Kind::warning);
+        });
+    });
+    soon_.setSingleShot(true);
+    soon_.setInterval(delay);
+    connect(&soon_, &QTimer::timeout, this, &SessionKeeper::write);
+    connect(&dependencies_.undo, &UndoCommands::historyChanged, this, &SessionKeeper::noteHistory);
+    connect(&dependencies_.files, &FileNewsDisplay::documentChanged, this, &SessionKeeper::scheduleWrite);
+    connect(&dependencies_.view, &CTessavoView::filterModeChanged, this, &SessionKeeper::scheduleWrite);
+    // The system is about to end the session, and may end the program at any moment after this.
+    connect(qApp, &QGuiApplication::commitDataRequest, this, &SessionKeeper::finish, Qt::DirectConnection);
+    if (!start.list.damaged.empty()) {
+        tell(QStringLiteral("A damaged recovery file was set aside: ") +
+                 textOf(start.list.damaged.front().filename()),
+             Notice::Kind::warning);
+    }
+    offerNext();
+}
+
+SessionKeeper::~SessionKeeper() {
+    finish();
+}
+
+void SessionKeeper::noteHistory(HistoryEvent event) {
+    if (event != HistoryEvent::marksChanged) {
+        scheduleWrite();
+    }
+}
+
+// Later changes do not put it off.
+void SessionKeeper::scheduleWrite() {
+    if (writer_ && !soon_.isActive()) {
+        soon_.start();
+    }
+}
+
+bool SessionKeeper::isNothingToRestore() const {
+    const History& history = dependencies_.history;
+    const FileHistory& files = dependencies_.files.files();
+    const bool isStart = history.steps().empty() && !history.canUndo();
+    return files.document().path().empty() ? isStart : !files.documentDiffers();
+}
+
+void SessionKeeper::write() {
+    soon_.stop();
+    if (!writer_) {
+        return;
+    }
+    if (isNothingToRestore()) {
+        writer_->remove();
+        return;
+    }
+    auto state = std::make_shared<RecoveryState>();
+    state->trail = dependencies_.history.trail(recoveryStepLimit);
+    state->filterMode = dependencies_.tuning.filterMode();
+    state->documentPath = dependencies_.files.files().document().path();
+    state->time = dependencies_.now();
+    state->process = static_cast<std::uint64_t>(QCoreApplication::applicationPid());
+    writer_->put(std::move(state));
+}
+
+void SessionKeeper::finish() {
+    if (writer_) {
+        write();
+        writer_->flush(longestWrite);
+    }
+}
+
+void SessionKeeper::tell(const QString& text, Notice::Kind kind) {
+    dependencies_.status.showNotice({.text = text, .kind = kind});
+}
+
+void SessionKeeper::offerNext() {
+    if (waiting_.empty()) {
+        return;
+    }
+    const QString moment = momentText(waiting_.front().time, dependencies_.now());
+    dependencies_.status.showNotice(
+        {.text = QStringLiteral("Tessavo ended without saving at ") + moment,
+         .kind = Notice::Kind::warning,
+         .buttons = {{QStringLiteral("Restore"), [this] { restore(); }},
+                     {QStringLiteral("Discard"), [this] { discard(); }}},
+         .dismissible = false,
+         .stays = true});
+}
+
+void SessionKeeper::restore() {
+    if (!dependencies_.undo.mayMove()) {
+        offerNext();
+        return;
+    }
+    const WaitingRecovery one = waiting_.front();
+    const auto state = RecoveryStore::take(one);
+    if (!state) {
+        waiting_.erase(waiting_.begin());
+        offerNext();
+        tell(QStringLiteral("The recovery file is damaged or gone: ") + textOf(one.file.filename()),
+             Notice::Kind::warning);
+        return;
+    }
+    dependencies_.undo.settle();
+    const QString moment = momentText(one.time, dependencies_.now());
+    if (!dependencies_.history.adopt(*state->trail,
+                                     (QStringLiteral("Restored the tuning of ") + moment).toStdString())) {
+        offerNext();
+        return;
+    }
+    waiting_.erase(waiting_.begin());
+    dependencies_.view.showFilterMode(state->filterMode);
+    dependencies_.files.resumeDocument(one.documentPath);
+    write();
+    // The earlier file is needed until this run has one of its own.
+    if (writer_->flush(longestWrite)) {
+        RecoveryStore::discard(one);
+    }
+    offerNext();
+    tell(QStringLiteral("Restored the tuning of ") + moment, Notice::Kind::info);
+}
+
+void SessionKeeper::discard() {
+    const WaitingRecovery one = waiting_.front();
+    waiting_.erase(waiting_.begin());
+    const std::error_code trouble = RecoveryStore::discard(one);
+    offerNext();
+    if (trouble) {
+        tell(QStringLiteral("The recovery file cannot be removed: ") +
+                 QString::fromStdString(trouble.message()),
+             Notice::Kind::warning);
+    }
+}
+
+}  // namespace tessavo
