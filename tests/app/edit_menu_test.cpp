@@ -57,12 +57,12 @@ TEST_F(EditMenus, ItsEntriesAreChosenWithTheMouse) {
     const auto before = state();
     click(flag(1));
     const auto after = state();
-    clickMenu(QStringLiteral("Edit"), QStringLiteral("Undo: ") +
-                                          QString::fromStdString(std::string(history->undoText())));
+    clickMenu(QStringLiteral("Edit"),
+              QStringLiteral("Undo: ") + QString::fromStdString(std::string(history->undoText())));
     settleEvents();
     EXPECT_TRUE(same(*before, *state()));
-    clickMenu(QStringLiteral("Edit"), QStringLiteral("Redo: ") +
-                                          QString::fromStdString(std::string(history->redoText())));
+    clickMenu(QStringLiteral("Edit"),
+              QStringLiteral("Redo: ") + QString::fromStdString(std::string(history->redoText())));
     settleEvents();
     EXPECT_TRUE(same(*after, *state()));
 }
@@ -71,13 +71,15 @@ TEST_F(EditMenus, AnAmpersandIsDoubledAndALongTextMakesItGrow) {
     click(flag(1));
     const int narrow = menu(QStringLiteral("Edit"))->sizeHint().width();
     ASSERT_TRUE(frame->openFile(settingsFileNamed("left & right of the grand old family saloon.eqs")));
-    EXPECT_EQ(undoEntry().text(), QStringLiteral("&Undo: Opened left && right of the grand old family saloon.eqs"));
+    EXPECT_EQ(undoEntry().text(),
+              QStringLiteral("&Undo: Opened left && right of the grand old family saloon.eqs"));
     QMenu* edit = menu(QStringLiteral("Edit"));
     const int wide = edit->sizeHint().width();
     EXPECT_GT(wide, narrow);
     const QFontMetrics metrics = edit->fontMetrics();
-    EXPECT_GE(wide, metrics.horizontalAdvance(QStringLiteral("Undo: Opened left & right of the grand old family "
-                                                             "saloon.eqsCtrl+Shift+Z")));
+    EXPECT_GE(wide,
+              metrics.horizontalAdvance(QStringLiteral("Undo: Opened left & right of the grand old family "
+                                                       "saloon.eqsCtrl+Shift+Z")));
 }
 
 TEST_F(EditMenus, ANameWiderThanAScreenIsShortenedInItsMiddle) {

@@ -71,7 +71,8 @@ TEST_F(Places, NameAndFlagsStandAboveThePages) {
 TEST_F(Places, AValueWithoutAControlIsPassedByAndAloneHasNoPlace) {
     EXPECT_FALSE(findPlace({{0, FieldId::recordSize, {}}}));
     EXPECT_FALSE(findPlace({{0, FieldId::delay, {3, 0}}})) << "its control is hidden";
-    EXPECT_EQ(findPlace({{0, FieldId::recordSize, {}}, {0, FieldId::suppression, {}}})->page, Page::inputEqualizer);
+    EXPECT_EQ(findPlace({{0, FieldId::recordSize, {}}, {0, FieldId::suppression, {}}})->page,
+              Page::inputEqualizer);
     EXPECT_FALSE(findPlace({}));
 }
 

@@ -79,7 +79,8 @@ TEST_F(Undoing, TabChannelsAndScrollPositionsStay) {
     const std::uint8_t mask = tuning.selectionMask();
     frame->setFixedSize(CMainFrame::clientWidth, 500);
     ASSERT_TRUE(letLoopRun());
-    for (const Page which : {Page::communication, Page::inputEqualizer, Page::outputGroup, Page::outputEqualizer}) {
+    for (const Page which :
+         {Page::communication, Page::inputEqualizer, Page::outputGroup, Page::outputEqualizer}) {
         view().showPage(which);
         std::vector<QScrollBar*> bars;
         for (auto* bar : view().findChildren<QScrollBar*>()) {
@@ -97,7 +98,8 @@ TEST_F(Undoing, TabChannelsAndScrollPositionsStay) {
         ASSERT_TRUE(commands().redo());
         EXPECT_EQ(tabs().currentIndex(), static_cast<int>(which));
         EXPECT_EQ(tuning.selectionMask(), mask);
-        EXPECT_TRUE(controlOf<SkinCheckBox>(page(Page::outputEqualizer), selection_id::checks[6]).isChecked());
+        EXPECT_TRUE(
+            controlOf<SkinCheckBox>(page(Page::outputEqualizer), selection_id::checks[6]).isChecked());
         EXPECT_TRUE(controlOf<SkinCheckBox>(page(Page::outputEqualizer), selection_id::assign).isChecked());
         for (std::size_t i = 0; i < bars.size(); ++i) {
             EXPECT_EQ(bars[i]->value(), places[i]);

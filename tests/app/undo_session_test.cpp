@@ -71,7 +71,8 @@ class RandomUndo : public UndoTest {
 
     void useList() {
         auto* list = any<SkinComboBox>();
-        if (list != nullptr && list->count() > 1 && list->objectName() != QStringLiteral("id%1").arg(comm_id::portList)) {
+        if (list != nullptr && list->count() > 1 &&
+            list->objectName() != QStringLiteral("id%1").arg(comm_id::portList)) {
             key(*list, below(2) == 0 ? Qt::Key_Down : Qt::Key_Up);
         }
     }

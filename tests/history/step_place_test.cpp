@@ -72,9 +72,8 @@ TEST(StepPlace, TheNameGoesFirstAndTheRestFollowsInRecordOrder) {
     const auto places = states.places();
     ASSERT_EQ(places.size(), 4U);
     EXPECT_EQ(places[0].field, std::nullopt);
-    EXPECT_TRUE(std::is_sorted(places.begin() + 1, places.end(), [](const auto& one, const auto& other) {
-        return *one.field < *other.field;
-    }));
+    EXPECT_TRUE(std::is_sorted(places.begin() + 1, places.end(),
+                               [](const auto& one, const auto& other) { return *one.field < *other.field; }));
 }
 
 TEST(StepPlace, BytesWithoutAFieldAreNoPlaceAndTheBypassBytesAreTheSwitch) {
