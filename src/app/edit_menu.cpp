@@ -54,7 +54,8 @@ void EditMenu::follow() {
     connect(&commands_, &UndoCommands::historyChanged, this, [this] { showTexts(false); });
     connect(menu_, &QMenu::aboutToShow, this, [this] { showTexts(true); });
     // The menu closes before the entry that was chosen acts, which has to be enabled still.
-    connect(menu_, &QMenu::aboutToHide, this, [this] { QTimer::singleShot(0, this, [this] { showTexts(false); }); });
+    connect(menu_, &QMenu::aboutToHide, this,
+            [this] { QTimer::singleShot(0, this, [this] { showTexts(false); }); });
     showTexts(false);
 }
 

@@ -58,8 +58,8 @@ class GestureWatch : public QObject {
     Kind kind_ = Kind::none;  ///< of the run under way
     QPointer<QWidget> control_;
     int key_ = 0;
-    bool isPressed_ = false;      ///< a button of the mouse is down
-    bool endIsPosted_ = false;    ///< for the gesture under way
+    bool isPressed_ = false;    ///< a button of the mouse is down
+    bool endIsPosted_ = false;  ///< for the gesture under way
     bool commitIsPosted_ = false;
     int serial_ = 0;  ///< of the gesture under way; an end that was posted for another one does nothing
 };

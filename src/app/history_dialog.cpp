@@ -35,7 +35,8 @@ QRgb signColor(HistoryModel::Kind kind) {
 
 /// Shape and colour tell the kinds apart: a disc for the current state, a square for what was saved, a tick
 /// for what was confirmed, a bar for what was told.
-void paintSign(QPainter& painter, QPointF centre, HistoryModel::Kind kind, HistoryModel::State state, bool dim) {
+void paintSign(QPainter& painter, QPointF centre, HistoryModel::Kind kind, HistoryModel::State state,
+               bool dim) {
     const QColor color = QColor::fromRgb(dim ? theme::text3 : signColor(kind));
     painter.setPen(QPen(color, 1.8, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
     painter.setBrush(Qt::NoBrush);
@@ -63,7 +64,8 @@ class RowPainter : public QStyledItemDelegate {
  public:
     using QStyledItemDelegate::QStyledItemDelegate;
 
-    void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override {
+    void paint(QPainter* painter, const QStyleOptionViewItem& option,
+               const QModelIndex& index) const override {
         const auto kind = static_cast<HistoryModel::Kind>(index.data(HistoryModel::kindRole).toInt());
         const auto state = static_cast<HistoryModel::State>(index.data(HistoryModel::stateRole).toInt());
         const bool isSelected = (option.state & QStyle::State_Selected) != 0;
@@ -76,8 +78,8 @@ class RowPainter : public QStyledItemDelegate {
             painter->setBrush(QColor::fromRgb(theme::selected));
             painter->drawRoundedRect(QRectF(option.rect).adjusted(2, 1, -2, -1), 3, 3);
         }
-        paintSign(*painter, QPointF(option.rect.left() + signCentre, option.rect.center().y() + 0.5), kind, state,
-                  isUndone && !isSelected);
+        paintSign(*painter, QPointF(option.rect.left() + signCentre, option.rect.center().y() + 0.5), kind,
+                  state, isUndone && !isSelected);
         const QRgb quiet = isSelected ? theme::white : isUndone ? theme::text3 : theme::text2;
         const QRgb plain = isSelected || (!isUndone && !isMark) ? theme::text : quiet;
         QRect row = option.rect.adjusted(timeLeft, 0, -8, 0);
@@ -105,7 +107,8 @@ class RowPainter : public QStyledItemDelegate {
     // The texts stand below each other, except those of another day, whose times are longer.
     static int timeWidth(const QString& time) {
         const QFontMetrics metrics(theme::font(11));
-        return std::max(metrics.horizontalAdvance(QStringLiteral("00:00:00")), metrics.horizontalAdvance(time)) +
+        return std::max(metrics.horizontalAdvance(QStringLiteral("00:00:00")),
+                        metrics.horizontalAdvance(time)) +
                10;
     }
 };

@@ -11,7 +11,9 @@ bool differ(const ParameterSet& one, const ParameterSet& other) {
 }
 
 std::optional<std::uint32_t> changedSet(const TuningSnapshot& before, const TuningSnapshot& after) {
-    const auto differs = [&](std::uint32_t set) { return differ(before.store.sets[set], after.store.sets[set]); };
+    const auto differs = [&](std::uint32_t set) {
+        return differ(before.store.sets[set], after.store.sets[set]);
+    };
     if (differs(after.currentSet)) {
         return after.currentSet;
     }

@@ -58,7 +58,8 @@ class UndoTest : public FrameTest {
     [[nodiscard]] QStringList shownValues();
     /// Whether the pages show what they would show after reading the set again.
     [[nodiscard]] ::testing::AssertionResult pagesShowTheSet();
-    /// Undoes all steps and redoes them; state and controls have to be the same each time they come by.
+    /// Undoes all steps and redoes them, twice. Sets, images and controls have to be the same each time they
+    /// come by, and the pages have to show what the set holds.
     void expectRoundTrip();
 
     InProcessTarget target{"inside", TargetMemory::holding(factoryImage()), TargetDevice::Options{}, {}};
@@ -66,6 +67,11 @@ class UndoTest : public FrameTest {
     std::vector<std::pair<QString, std::optional<FieldPlace>>> moves;  ///< that were told
 
  private:
+    struct Visited {
+        std::unique_ptr<TuningSnapshot> state;
+        QStringList values;
+    };
+    void visit(std::size_t position, Visited& visited);
     void mouse(QEvent::Type type, CBitmapSlider& slider);
 
     QPointF place_;
