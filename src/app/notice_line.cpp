@@ -27,7 +27,7 @@ constexpr int buttonHeight = 20;
 constexpr int buttonGap = 6;
 constexpr int leastButton = 56;
 // What stands beside a caption, left and right together; the second where room is short.
-constexpr int usualPadding = 27;
+constexpr int usualPadding = 26;
 constexpr int tightPadding = 16;
 constexpr int crossSize = 22;
 constexpr int crossRoom = 30;
@@ -206,10 +206,12 @@ void NoticeLine::present() {
     Q_EMIT standingChanged();
     layOut();
     show();
-    if (QAccessible::isActive()) {
-        QAccessibleEvent event(this, QAccessible::Alert);
-        QAccessible::updateAccessibility(&event);
-    }
+    QAccessibleEvent event(this, QAccessible::Alert);
+    tellScreenReaders(event);
+}
+
+void NoticeLine::tellScreenReaders(QAccessibleEvent& event) {
+    QAccessible::updateAccessibility(&event);
 }
 
 // Every notice has buttons of its own, so that a press that began on another's goes nowhere.

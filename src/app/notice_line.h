@@ -9,6 +9,7 @@
 #include "controls/palette.h"
 
 class QAbstractButton;
+class QAccessibleEvent;
 
 namespace tessavo {
 
@@ -84,6 +85,8 @@ class NoticeLine : public QWidget {
     void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
     bool focusNextPrevChild(bool next) override;
+    /// Hands an event to the toolkit, which passes it on only while a screen reader runs.
+    virtual void tellScreenReaders(QAccessibleEvent& event);
 
  private:
     struct Entry {

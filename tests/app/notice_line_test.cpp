@@ -6,65 +6,16 @@
 #include <algorithm>
 #include <set>
 
-#include "app/status_line.h"
-#include "controls/theme.h"
-#include "support/frame_fixture.h"
+#include "app/notice_fixture.h"
 
-// Notices in the status bar: which one stands, what answers it, and who has the focus.
+// Notices in the status bar: which one stands, what answers it, what is seen and told of it.
 
 namespace tessavo::test {
 namespace {
 
 using Kind = Notice::Kind;
 
-class Notices : public FrameTest {
- protected:
-    Notices() { setName().setFocus(Qt::OtherFocusReason); }
-
-    StatusLine& status() { return frame->statusLine(); }
-    NoticeLine& line() { return status().noticeLine(); }
-    /// Text of the notice that stands; "" without one.
-    QString text() { return line().isVisible() ? line().standing()->text : QString(); }
-    QAbstractButton* buttonOf(const QString& label) {
-        for (auto* button : line().findChildren<QAbstractButton*>()) {
-            const bool named = button->text() == label || button->accessibleName() == label;
-            if (button->isVisible() && named) {
-                return button;
-            }
-        }
-        return nullptr;
-    }
-    void click(const QString& label) {
-        QAbstractButton* button = buttonOf(label);
-        ASSERT_NE(button, nullptr) << label.toStdString();
-        QTest::mouseClick(button, Qt::LeftButton);
-    }
-    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
-        ASSERT_NE(frame->focusWidget(), nullptr);
-        QTest::keyClick(frame->focusWidget(), key, modifiers);
-    }
-    QString focused() {
-        auto* button = qobject_cast<QAbstractButton*>(frame->focusWidget());
-        return button == nullptr          ? QString()
-               : button->text().isEmpty() ? button->accessibleName()
-                                          : button->text();
-    }
-    NoticeButton writing(const QString& label) {
-        return {label, [this, label] { acts << label; }};
-    }
-    Notice recovery() {
-        return {.text = QStringLiteral("Tessavo ended without saving at 10:21"),
-                .kind = Kind::warning,
-                .buttons = {writing(QStringLiteral("Restore")), writing(QStringLiteral("Discard"))},
-                .dismissible = false,
-                .stays = true};
-    }
-    Notice undone(const QString& what = QStringLiteral("Undone: Channel 7, Filter 3 gain")) {
-        return {.text = what, .buttons = {writing(QStringLiteral("Show"))}};
-    }
-
-    QStringList acts;
-};
+using Notices = NoticeTest;
 
 // ---- which one stands
 
@@ -243,213 +194,34 @@ TEST_F(Notices, APressThatBeganOnAnotherOneDoesNothing) {
     }
 }
 
-// ---- the keyboard
-
-TEST_F(Notices, NeverTakeTheFocusWhenTheyCome) {
-    QTest::keyClicks(&setName(), QStringLiteral("Fro"));
-    status().showNotice(recovery());
-    status().showNotice(undone());
-    status().withdrawNotice(status().showNotice(undone()));
-    EXPECT_EQ(frame->focusWidget(), &setName());
-    QTest::keyClicks(frame->focusWidget(), QStringLiteral("nt"));
-    EXPECT_TRUE(setName().text().endsWith(QStringLiteral("Front"))) << setName().text().toStdString();
-}
-
-TEST_F(Notices, F6GoesThereAndBack) {
-    status().showNotice(recovery());
-    for (const Qt::KeyboardModifiers modifiers :
-         {Qt::KeyboardModifiers(), Qt::KeyboardModifiers(Qt::ShiftModifier)}) {
-        for (QWidget* from : {static_cast<QWidget*>(&setName()), static_cast<QWidget*>(&tabs())}) {
-            from->setFocus(Qt::OtherFocusReason);
-            press(Qt::Key_F6, modifiers);
-            EXPECT_EQ(focused(), QStringLiteral("Restore"));
-            press(Qt::Key_Tab);
-            press(Qt::Key_F6, modifiers);
-            EXPECT_EQ(frame->focusWidget(), from);
-        }
-    }
-    EXPECT_EQ(text(), recovery().text);
-    EXPECT_EQ(acts, QStringList());
-}
-
-TEST_F(Notices, WithoutOneF6DoesNothing) {
-    const QString before = setName().text();
-    press(Qt::Key_F6);
-    EXPECT_EQ(frame->focusWidget(), &setName());
-    status().withdrawNotice(status().showNotice(undone()));
-    press(Qt::Key_F6);
-    press(Qt::Key_F6, Qt::ShiftModifier);
-    EXPECT_EQ(frame->focusWidget(), &setName());
-    EXPECT_EQ(setName().text(), before);
-}
-
-TEST_F(Notices, F6ReachesOneWithoutButtonsToo) {
-    Notice notice{.text = QStringLiteral("Undone"), .dismissible = false};
-    status().showNotice(notice);
-    press(Qt::Key_F6);
-    EXPECT_EQ(frame->focusWidget(), &line());
-    press(Qt::Key_Tab);
-    EXPECT_EQ(frame->focusWidget(), &setName());
-    press(Qt::Key_F6);
-    press(Qt::Key_F6);
-    EXPECT_EQ(frame->focusWidget(), &setName());
-    notice.dismissible = true;
-    status().showNotice(notice);
-    press(Qt::Key_F6);
-    EXPECT_EQ(focused(), QStringLiteral("Dismiss"));
-}
-
-TEST_F(Notices, TabGoesThroughItsButtonsOnly) {
-    Notice notice = recovery();
-    notice.dismissible = true;
-    status().showNotice(notice);
-    press(Qt::Key_F6);
-    for (int round = 0; round < 2; ++round) {
-        for (const char* each : {"Restore", "Discard", "Dismiss"}) {
-            EXPECT_EQ(focused(), QLatin1String(each));
-            press(Qt::Key_Tab);
-        }
-    }
-    for (const char* each : {"Restore", "Dismiss", "Discard", "Restore"}) {
-        EXPECT_EQ(focused(), QLatin1String(each));
-        press(Qt::Key_Backtab, Qt::ShiftModifier);
-    }
-}
-
-TEST_F(Notices, TabOnThePageGoesWhereItWentBefore) {
-    makeFrame(realPages());
-    const auto round = [this] {
-        setSelector().setFocus(Qt::TabFocusReason);
-        QStringList order;
-        for (int i = 0; i < 200; ++i) {
-            press(Qt::Key_Tab);
-            order << frame->focusWidget()->objectName();
-        }
-        return order;
-    };
-    const QStringList before = round();
-    status().showNotice(recovery());
-    EXPECT_EQ(round(), before);
-    EXPECT_FALSE(line().holdsFocus());
-}
-
-TEST_F(Notices, EscapeInsideDismissesAndGivesTheFocusBack) {
-    status().showNotice(undone());
-    press(Qt::Key_Escape);
-    EXPECT_EQ(text(), undone().text) << "the focus is elsewhere";
-    for (const int tabs : {0, 1}) {
-        status().showNotice(undone());
-        press(Qt::Key_F6);
-        for (int i = 0; i < tabs; ++i) {
-            press(Qt::Key_Tab);
-        }
-        press(Qt::Key_Escape);
-        EXPECT_EQ(text(), QString());
-        EXPECT_EQ(frame->focusWidget(), &setName());
-    }
-    EXPECT_EQ(acts, QStringList());
-}
-
-TEST_F(Notices, EscapeLeavesOneThatWantsAnAnswer) {
-    status().showNotice(recovery());
-    press(Qt::Key_F6);
-    press(Qt::Key_Escape);
-    EXPECT_EQ(text(), recovery().text);
-    EXPECT_EQ(frame->focusWidget(), &setName());
-}
-
-TEST_F(Notices, EnterAndSpacePressTheButtonWithTheFocus) {
-    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Space}) {
-        acts.clear();
-        status().showNotice(recovery());
-        press(Qt::Key_F6);
-        press(Qt::Key_Tab);
-        press(key);
-        EXPECT_EQ(acts, QStringList{QStringLiteral("Discard")}) << key;
-        EXPECT_EQ(text(), QString());
-        EXPECT_EQ(frame->focusWidget(), &setName());
-        status().showNotice(undone());
-        press(Qt::Key_F6);
-        press(Qt::Key_Tab);
-        ASSERT_EQ(focused(), QStringLiteral("Dismiss"));
-        press(key);
-        EXPECT_EQ(text(), QString()) << key;
-        EXPECT_EQ(frame->focusWidget(), &setName());
-    }
-    EXPECT_EQ(acts, QStringList{QStringLiteral("Discard")});
-}
-
-TEST_F(Notices, ANewOneUnderTheFocusIsNotAnsweredByAKeyForTheOld) {
-    status().showNotice(undone());
-    press(Qt::Key_F6);
-    status().showNotice(recovery());
-    EXPECT_EQ(frame->focusWidget(), &line());
-    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Space}) {
-        press(key);
-        EXPECT_EQ(text(), recovery().text);
-    }
-    EXPECT_EQ(acts, QStringList());
-    press(Qt::Key_Tab);
-    EXPECT_EQ(focused(), QStringLiteral("Restore"));
-    press(Qt::Key_F6);
-    EXPECT_EQ(frame->focusWidget(), &setName());
-}
-
-TEST_F(Notices, OneThatIsWithdrawnGivesTheFocusBack) {
-    const quint64 identifier = status().showNotice(recovery());
-    press(Qt::Key_F6);
-    status().withdrawNotice(identifier);
-    EXPECT_EQ(frame->focusWidget(), &setName());
-}
-
-TEST_F(Notices, TheMouseAnswersAndTheFocusIsWhereItWas) {
-    status().showNotice(undone());
-    click(QStringLiteral("Show"));
-    EXPECT_EQ(frame->focusWidget(), &setName());
-    status().showNotice(undone());
-    click(QStringLiteral("Dismiss"));
-    EXPECT_EQ(frame->focusWidget(), &setName());
-}
-
-TEST_F(Notices, AFocusThatCannotGoBackGoesNowhere) {
-    status().showNotice(undone());
-    press(Qt::Key_F6);
-    setName().hide();
-    press(Qt::Key_Escape);
-    EXPECT_EQ(text(), QString());
-    EXPECT_FALSE(line().holdsFocus());
-}
-
 // ---- screen readers
 
-QList<std::pair<QObject*, QAccessible::Event>>& heard() {
-    static QList<std::pair<QObject*, QAccessible::Event>> events;
-    return events;
-}
+/// Writes down what screen readers are told.
+class HeardLine : public NoticeLine {
+ public:
+    QStringList alerts;
 
-void hear(QAccessibleEvent* event) {
-    heard().append({event->object(), event->type()});
-}
+ protected:
+    void tellScreenReaders(QAccessibleEvent& event) override {
+        ASSERT_EQ(event.type(), QAccessible::Alert);
+        ASSERT_EQ(event.object(), this);
+        // A reader looks at the line as soon as it is told.
+        ASSERT_TRUE(isVisible());
+        alerts << accessibleName();
+        NoticeLine::tellScreenReaders(event);
+    }
+};
 
 TEST_F(Notices, AreToldToScreenReadersWhenTheyCome) {
-    QAccessible::setActive(true);
-    const QAccessible::UpdateHandler before = QAccessible::installUpdateHandler(hear);
-    heard().clear();
-    ASSERT_TRUE(QAccessible::isActive());
-    const auto alerts = [this] {
-        return std::ranges::count(heard(),
-                                  std::pair<QObject*, QAccessible::Event>(&line(), QAccessible::Alert));
-    };
-    const quint64 identifier = status().showNotice(recovery());
-    EXPECT_EQ(alerts(), 1);
-    status().showNotice(undone());
-    EXPECT_EQ(alerts(), 2);
-    click(QStringLiteral("Dismiss"));
-    EXPECT_EQ(alerts(), 3) << "the one that stays has come back";
-    status().withdrawNotice(identifier);
-    EXPECT_EQ(alerts(), 3);
-    QAccessible::installUpdateHandler(before);
-    QAccessible::setActive(false);
+    HeardLine heard;
+    const quint64 identifier = heard.showNotice(recovery());
+    const quint64 newer = heard.showNotice(undone());
+    EXPECT_EQ(heard.alerts, (QStringList{recovery().text, undone().text}));
+    heard.withdrawNotice(newer);
+    EXPECT_EQ(heard.alerts, (QStringList{recovery().text, undone().text, recovery().text}))
+        << "the one that stays has come back";
+    heard.withdrawNotice(identifier);
+    EXPECT_EQ(heard.alerts.size(), 3) << "nothing is nothing to tell";
 }
 
 TEST_F(Notices, ScreenReadersSeeWhatTheyAreAndTheirButtons) {
