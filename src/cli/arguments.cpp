@@ -92,6 +92,10 @@ Option output(const std::string& what) {
     return namedFile("-o,--output", what, &Arguments::output, true);
 }
 
+Option anyOutput(const std::string& what) {
+    return namedFile("-o,--output", what, &Arguments::output, false);
+}
+
 Option editedFiles() {
     return [](CLI::App& command, Arguments& arguments) {
         namedFile("-o,--output", "Settings file to write", &Arguments::output, false)(command, arguments);

@@ -61,6 +61,8 @@ namespace option {
 [[nodiscard]] Option into(const std::string& what);
 /// --output FILE, which must be given.
 [[nodiscard]] Option output(const std::string& what);
+/// --output FILE, which may be left out.
+[[nodiscard]] Option anyOutput(const std::string& what);
 /// --output and --image of an edit script, which may be left out.
 [[nodiscard]] Option editedFiles();
 /// --script FILE, which must be given.

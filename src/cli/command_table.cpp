@@ -3,6 +3,7 @@
 #include "cli/edit_script.h"
 #include "cli/file_commands.h"
 #include "cli/port_commands.h"
+#include "cli/recover_command.h"
 
 namespace tessavo::cli {
 
@@ -46,6 +47,10 @@ std::vector<CommandRow> makeCommands() {
         {.name = "curve", .purpose = "Print a response: 1000 lines of frequency in Hz and magnitude in dB",
          .example = "curve car.eqs --set 1 --channel 3", .run = runCurve,
          .options = {file("Settings file"), oneSet(), filterMode(), curve()}},
+        {.name = "recover", .purpose = "Show what the window did not save, and write the newest of it to a file",
+         .example = "recover --output rescued.eqs", .run = runRecover,
+         .options = {json(), anyOutput("Settings file to write; an existing one is left alone"), force()},
+         .more = recoverHelp()},
         {.name = "ports", .purpose = "List the serial ports", .example = "ports", .run = runPorts},
         {.name = "versions", .purpose = "Read the target's versions", .example = "versions --port ttyUSB0",
          .run = runVersions,

@@ -5,6 +5,7 @@
 #include <fstream>
 
 #include "base/raw_file.h"
+#include "params/set_text.h"
 #include "params/settings_file.h"
 
 namespace tessavo::cli {
@@ -71,6 +72,14 @@ bool holdsImage(const fs::path& path) {
     return image.imageSize == parameterImageSize;
 }
 
+// Paths are UTF-8 on one system and UTF-16 on the other.
+[[maybe_unused]] std::string textOfNative(std::string_view path) {
+    return utf8FromUtf16(utf16FromUtf8(path));
+}
+[[maybe_unused]] std::string textOfNative(std::wstring_view path) {
+    return utf8FromUtf16(std::u16string(path.begin(), path.end()));
+}
+
 template <typename Record>
 std::vector<std::uint8_t> bytesOfRecord(const Record& record) {
     std::vector<std::uint8_t> bytes(sizeof(Record));
@@ -82,6 +91,10 @@ std::vector<std::uint8_t> bytesOfRecord(const Record& record) {
 
 fs::path pathOf(std::string_view argument) {
     return {std::u8string(argument.begin(), argument.end())};
+}
+
+std::string textOf(const fs::path& path) {
+    return textOfNative(path.native());
 }
 
 bool isSameFile(const std::string& first, const std::string& second) {

@@ -17,6 +17,8 @@ namespace tessavo::cli {
 
 /// The path that an argument in UTF-8 names.
 [[nodiscard]] std::filesystem::path pathOf(std::string_view argument);
+/// A path in UTF-8, for people: what is no text in it becomes U+FFFD.
+[[nodiscard]] std::string textOf(const std::filesystem::path& path);
 
 /// Whether two arguments name the same file, existing or not.
 [[nodiscard]] bool isSameFile(const std::string& first, const std::string& second);

@@ -91,17 +91,21 @@ std::string elementText(const ParameterSet& set, const Field& field, FieldIndex 
     return text;
 }
 
-std::string readableText(const ParameterSet& set, const TextField& field) {
-    std::string text;
-    for (const char character : utf8FromUtf16(readSetText(set.*field.text))) {
+std::string readable(std::string_view text) {
+    std::string result;
+    for (const char character : text) {
         const auto byte = static_cast<std::uint8_t>(character);
         if (byte < 0x20 || byte == 0x7F) {
-            text += "\\x" + hexText(std::array{byte});
+            result += "\\x" + hexText(std::array{byte});
         } else {
-            text += character;
+            result += character;
         }
     }
-    return text;
+    return result;
+}
+
+std::string readableText(const ParameterSet& set, const TextField& field) {
+    return readable(utf8FromUtf16(readSetText(set.*field.text)));
 }
 
 RecordBytes bytesOf(const ParameterSet& set) {

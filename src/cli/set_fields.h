@@ -39,8 +39,11 @@ struct SpareRun {
 /// its bits as "nan(0x7fc00000)". Values of fields with decimals have at least one.
 [[nodiscard]] std::string elementText(const ParameterSet& set, const Field& field, FieldIndex index);
 
-/// A text of a set in UTF-8. Control characters are written as hexadecimal escapes, so that a terminal shows
-/// them and obeys none.
+/// A text in UTF-8 with control characters written as hexadecimal escapes, so that a terminal shows them and
+/// obeys none.
+[[nodiscard]] std::string readable(std::string_view text);
+
+/// A text of a set, readable.
 [[nodiscard]] std::string readableText(const ParameterSet& set, const TextField& field);
 
 using RecordBytes = std::array<std::uint8_t, parameterSetSize>;

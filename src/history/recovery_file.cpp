@@ -4,7 +4,6 @@
 #include <array>
 #include <chrono>
 #include <cstring>
-#include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -13,14 +12,13 @@
 #include "base/md5.h"
 #include "base/raw_file.h"
 #include "dsp/filter_methods.h"
-#include "history/cbor_shape.h"
+#include "history/cbor.h"
 #include "params/set_text.h"
 
 namespace tessavo {
 
 namespace {
 
-using Json = nlohmann::json;
 using Bytes = std::vector<std::uint8_t>;
 using namespace std::chrono;
 
@@ -34,10 +32,6 @@ constexpr std::int64_t latestTime = duration_cast<milliseconds>(WallTime::durati
 constexpr std::size_t pathLimit = std::size_t{1} << 16U;
 
 // --- making the file
-
-Json binary(std::span<const std::uint8_t> bytes) {
-    return Json::binary(Bytes(bytes.begin(), bytes.end()));
-}
 
 std::string plainText(std::string_view text) {
     std::string valid = utf8FromUtf16(utf16FromUtf8(text));
@@ -53,143 +47,145 @@ std::string plainText(std::string_view text) {
     return valid;
 }
 
-std::int64_t countOf(WallTime time) {
-    return std::max<std::int64_t>(duration_cast<milliseconds>(time.time_since_epoch()).count(), 0);
+std::uint64_t countOf(WallTime time) {
+    const auto count = duration_cast<milliseconds>(time.time_since_epoch()).count();
+    return count > 0 ? static_cast<std::uint64_t>(count) : 0;
 }
 
 // A path need not be valid text, so it goes as the system has it.
-Json encodePath(const std::filesystem::path& path) {
+Bytes bytesOfPath(const std::filesystem::path& path) {
     const auto& native = path.native();
     Bytes bytes(native.size() * sizeof(native[0]));
     if (!bytes.empty()) {
         std::memcpy(bytes.data(), native.data(), bytes.size());
     }
-    return Json::binary(std::move(bytes));
+    return bytes;
 }
 
-Json encodeStep(const Step& step) {
-    return {{"text", plainText(step.text)},
-            {"time", countOf(step.time)},
-            {"set", step.set},
-            {"lead", binary(step.lead.bytes())},
-            {"change", binary(step.change.bytes())}};
-}
-
-Json encodeSteps(std::span<const std::shared_ptr<const Step>> steps) {
-    Json list = Json::array();
+void write(CborWriter& out, std::span<const std::shared_ptr<const Step>> steps) {
+    out.list(steps.size());
     for (const auto& step : steps) {
-        list.push_back(encodeStep(*step));
+        out.map(5);
+        out.text("text");
+        out.text(plainText(step->text));
+        out.text("time");
+        out.number(countOf(step->time));
+        out.text("set");
+        out.number(step->set);
+        out.text("lead");
+        out.bytes(step->lead.bytes());
+        out.text("change");
+        out.bytes(step->change.bytes());
     }
-    return list;
 }
 
-Json encodeBody(const RecoveryState& state) {
+void write(CborWriter& out, const RecoveryState& state) {
     const History::Trail& trail = *state.trail;
-    const auto differing = [&](const TuningSnapshot& other) {
-        return binary(ByteDiff::between(bytesOf(trail.state), bytesOf(other)).bytes());
-    };
     const std::span done(trail.done);
     const std::span undone(trail.undone);
-    return {{"time", countOf(state.time)},
-            {"process", state.process},
-            {"saved", state.isSaved},
-            {"filterMode", state.filterMode},
-            {"document", encodePath(state.documentPath)},
-            {"state", binary(bytesOf(trail.state))},
-            {"begun", differing(trail.begun)},
-            {"settled", differing(trail.settled)},
-            {"done", encodeSteps(done.last(std::min(done.size(), recoveryStepLimit)))},
-            {"undone", encodeSteps(undone.first(std::min(undone.size(), recoveryStepLimit)))}};
+    out.map(10);
+    out.text("time");
+    out.number(countOf(state.time));
+    out.text("process");
+    out.number(state.process);
+    out.text("saved");
+    out.boolean(state.isSaved);
+    out.text("filterMode");
+    out.number(state.filterMode);
+    out.text("document");
+    out.bytes(bytesOfPath(state.documentPath));
+    out.text("state");
+    out.bytes(bytesOf(trail.state));
+    out.text("begun");
+    out.bytes(ByteDiff::between(bytesOf(trail.state), bytesOf(trail.begun)).bytes());
+    out.text("settled");
+    out.bytes(ByteDiff::between(bytesOf(trail.state), bytesOf(trail.settled)).bytes());
+    out.text("done");
+    write(out, done.last(std::min(done.size(), recoveryStepLimit)));
+    out.text("undone");
+    write(out, undone.first(std::min(undone.size(), recoveryStepLimit)));
 }
 
-// --- reading it; what is not as it should be gives nothing
+// --- reading it; each function tells whether the value is as it should be
 
-const Json* member(const Json& object, const char* name) {
-    const auto found = object.is_object() ? object.find(name) : object.end();
-    return found != object.end() ? &*found : nullptr;
+template <typename Number>
+bool read(CborReader& in, Number& value, std::uint64_t largest) {
+    const auto number = in.number();
+    value = static_cast<Number>(number.value_or(0));
+    return number.has_value() && *number <= largest;
 }
 
-std::optional<std::uint64_t> numberOf(const Json& object, const char* name, std::uint64_t largest) {
-    const Json* value = member(object, name);
-    if (value == nullptr || !value->is_number_unsigned() || value->get<std::uint64_t>() > largest) {
-        return std::nullopt;
+bool read(CborReader& in, WallTime& time) {
+    std::int64_t count = 0;
+    const bool isRight = read(in, count, static_cast<std::uint64_t>(latestTime));
+    time = WallTime(milliseconds(isRight ? count : 0));
+    return isRight;
+}
+
+bool read(CborReader& in, bool& value) {
+    const auto found = in.boolean();
+    value = found.value_or(false);
+    return found.has_value();
+}
+
+bool read(CborReader& in, std::string& text) {
+    const auto found = in.text();
+    text = found.value_or("");
+    return found.has_value() && plainText(text) == text;
+}
+
+bool read(CborReader& in, ByteDiff& difference) {
+    const auto bytes = in.bytes();
+    auto found =
+        bytes ? ByteDiff::fromBytes(Bytes(bytes->begin(), bytes->end()), tuningSnapshotSize) : std::nullopt;
+    difference = found ? std::move(*found) : ByteDiff();
+    return found.has_value();
+}
+
+bool read(CborReader& in, TuningSnapshot& state) {
+    const auto bytes = in.bytes();
+    if (!bytes || bytes->size() != tuningSnapshotSize) {
+        return false;
     }
-    return value->get<std::uint64_t>();
+    std::memcpy(&state, bytes->data(), tuningSnapshotSize);
+    return true;
 }
 
-std::optional<WallTime> timeOf(const Json& object) {
-    const auto count = numberOf(object, "time", static_cast<std::uint64_t>(latestTime));
-    if (!count) {
-        return std::nullopt;
-    }
-    return WallTime(milliseconds(static_cast<std::int64_t>(*count)));
-}
-
-const Bytes* bytesAt(const Json& object, const char* name) {
-    const Json* value = member(object, name);
-    return value != nullptr && value->is_binary() ? &value->get_binary() : nullptr;
-}
-
-std::optional<std::string> textOf(const Json& object) {
-    const Json* value = member(object, "text");
-    if (value == nullptr || !value->is_string()) {
-        return std::nullopt;
-    }
-    const auto& text = value->get_ref<const std::string&>();
-    return plainText(text) == text ? std::optional(text) : std::nullopt;
-}
-
-std::optional<ByteDiff> diffAt(const Json& object, const char* name) {
-    const Bytes* bytes = bytesAt(object, name);
-    return bytes != nullptr ? ByteDiff::fromBytes(*bytes, tuningSnapshotSize) : std::nullopt;
-}
-
-std::optional<std::filesystem::path> pathOf(const Json& object) {
+bool read(CborReader& in, std::filesystem::path& path) {
     using Native = std::filesystem::path::string_type;
-    const Bytes* bytes = bytesAt(object, "document");
-    if (bytes == nullptr || bytes->size() > pathLimit || bytes->size() % sizeof(Native::value_type) != 0) {
-        return std::nullopt;
+    const auto bytes = in.bytes();
+    if (!bytes || bytes->size() > pathLimit || bytes->size() % sizeof(Native::value_type) != 0) {
+        return false;
     }
     Native native(bytes->size() / sizeof(Native::value_type), Native::value_type{});
     if (!bytes->empty()) {
         std::memcpy(native.data(), bytes->data(), bytes->size());
     }
-    return native.find(Native::value_type{}) == Native::npos
-               ? std::optional<std::filesystem::path>(std::move(native))
-               : std::nullopt;
+    path = native;
+    return native.find(Native::value_type{}) == Native::npos;
 }
 
-std::shared_ptr<const Step> decodeStep(const Json& object) {
-    auto text = textOf(object);
-    const auto time = timeOf(object);
-    const auto set = numberOf(object, "set", setCount - 1);
-    auto lead = diffAt(object, "lead");
-    auto change = diffAt(object, "change");
-    if (!text || !time || !set || !lead || !change) {
-        return nullptr;
-    }
-    auto step = std::make_shared<Step>();
-    step->text = std::move(*text);
-    step->time = *time;
-    step->set = static_cast<std::uint32_t>(*set);
-    step->lead = std::move(*lead);
-    step->change = std::move(*change);
-    return step;
+bool read(CborReader& in, Step& step) {
+    return in.map({{"text", [&](CborReader& value) { return read(value, step.text); }},
+                   {"time", [&](CborReader& value) { return read(value, step.time); }},
+                   {"set", [&](CborReader& value) { return read(value, step.set, setCount - 1); }},
+                   {"lead", [&](CborReader& value) { return read(value, step.lead); }},
+                   {"change", [&](CborReader& value) { return read(value, step.change); }}});
 }
 
-std::optional<Steps> stepsAt(const Json& object, const char* name) {
-    const Json* list = member(object, name);
-    if (list == nullptr || !list->is_array() || list->size() > recoveryStepLimit) {
-        return std::nullopt;
+bool read(CborReader& in, Steps& steps) {
+    const auto count = in.list();
+    if (!count || *count > recoveryStepLimit) {
+        return false;
     }
-    Steps steps;
-    for (const Json& item : *list) {
-        steps.push_back(decodeStep(item));
-        if (steps.back() == nullptr) {
-            return std::nullopt;
+    for (std::size_t i = 0; i < *count; ++i) {
+        auto step = std::make_shared<Step>();
+        if (!read(in, *step)) {
+            return false;
         }
+        steps.push_back(std::move(step));
     }
-    return steps;
+    return true;
 }
 
 bool isWhole(const TuningSnapshot& state) {
@@ -216,43 +212,36 @@ bool leadsToWholeStates(const History::Trail& trail) {
     return allAreWhole;
 }
 
-std::unique_ptr<const History::Trail> trailOf(const Json& body) {
-    const Bytes* state = bytesAt(body, "state");
-    const auto begun = diffAt(body, "begun");
-    const auto settled = diffAt(body, "settled");
-    auto done = stepsAt(body, "done");
-    auto undone = stepsAt(body, "undone");
-    if (state == nullptr || state->size() != tuningSnapshotSize || !begun || !settled || !done || !undone) {
-        return nullptr;
-    }
-    auto trail = std::make_unique<History::Trail>();
-    std::memcpy(&trail->state, state->data(), tuningSnapshotSize);
-    trail->begun = trail->state;
-    begun->applyTo(bytesOf(trail->begun));
-    trail->settled = trail->state;
-    settled->applyTo(bytesOf(trail->settled));
-    trail->done = std::move(*done);
-    trail->undone = std::move(*undone);
-    return leadsToWholeStates(*trail) ? std::move(trail) : nullptr;
-}
-
-std::optional<RecoveryState> decodeBody(const Json& body) {
+std::optional<RecoveryState> readBody(std::span<const std::uint8_t> body) {
+    constexpr std::uint64_t anyNumber = ~std::uint64_t{0};
     RecoveryState state;
-    state.trail = trailOf(body);
-    const auto time = timeOf(body);
-    const auto process = numberOf(body, "process", ~std::uint64_t{0});
-    const auto filterMode = numberOf(body, "filterMode", filterMethodNames.size() - 1);
-    const Json* saved = member(body, "saved");
-    auto path = pathOf(body);
-    if (!state.trail || !time || !process || !filterMode || saved == nullptr || !saved->is_boolean() ||
-        !path) {
+    auto trail = std::make_unique<History::Trail>();
+    ByteDiff begun;
+    ByteDiff settled;
+    CborReader in(body);
+    const bool isRight = in.map(
+        {{"time", [&](CborReader& value) { return read(value, state.time); }},
+         {"process", [&](CborReader& value) { return read(value, state.process, anyNumber); }},
+         {"saved", [&](CborReader& value) { return read(value, state.isSaved); }},
+         {"filterMode",
+          [&](CborReader& value) { return read(value, state.filterMode, filterMethodNames.size() - 1); }},
+         {"document", [&](CborReader& value) { return read(value, state.documentPath); }},
+         {"state", [&](CborReader& value) { return read(value, trail->state); }},
+         {"begun", [&](CborReader& value) { return read(value, begun); }},
+         {"settled", [&](CborReader& value) { return read(value, settled); }},
+         {"done", [&](CborReader& value) { return read(value, trail->done); }},
+         {"undone", [&](CborReader& value) { return read(value, trail->undone); }}});
+    if (!isRight || !in.isAtEnd()) {
         return std::nullopt;
     }
-    state.time = *time;
-    state.process = *process;
-    state.filterMode = static_cast<std::uint32_t>(*filterMode);
-    state.isSaved = saved->get<bool>();
-    state.documentPath = std::move(*path);
+    trail->begun = trail->state;
+    begun.applyTo(bytesOf(trail->begun));
+    trail->settled = trail->state;
+    settled.applyTo(bytesOf(trail->settled));
+    if (!leadsToWholeStates(*trail)) {
+        return std::nullopt;
+    }
+    state.trail = std::move(trail);
     return state;
 }
 
@@ -263,7 +252,8 @@ std::vector<std::uint8_t> encodeRecovery(const RecoveryState& state) {
     for (unsigned shift = 0; shift < 32; shift += 8) {
         bytes.push_back(static_cast<std::uint8_t>(version >> shift & 0xFFU));
     }
-    Json::to_cbor(encodeBody(state), bytes);
+    CborWriter body(bytes);
+    write(body, state);
     const Md5Digest digest = md5(bytes);
     bytes.insert(bytes.end(), digest.begin(), digest.end());
     return bytes;
@@ -286,11 +276,7 @@ std::variant<RecoveryState, RecoveryTrouble> decodeRecovery(std::span<const std:
     if (fileVersion > version) {
         return RecoveryTrouble::newer;
     }
-    const std::span body = content.subspan(headSize);
-    if (fileVersion != version || !hasPlainShape(body)) {
-        return RecoveryTrouble::damaged;
-    }
-    auto state = decodeBody(Json::from_cbor(body.begin(), body.end(), true, false));
+    auto state = fileVersion == version ? readBody(content.subspan(headSize)) : std::nullopt;
     if (!state) {
         return RecoveryTrouble::damaged;
     }
