@@ -230,7 +230,6 @@ void History::show(const TuningSnapshot& target) {
         view_.refresh();
     }
     isMoving_ = false;
-    isChanged_ = false;
 }
 
 void History::addMark(MarkKind kind, std::string text) {

@@ -1,7 +1,6 @@
 #include "history/image_changes.h"
 
 #include <algorithm>
-#include <cstring>
 #include <span>
 #include <vector>
 
@@ -15,7 +14,7 @@ using Numbers = std::vector<std::size_t>;
 
 template <typename Value>
 bool differ(const Value& one, const Value& other) {
-    return std::memcmp(&one, &other, sizeof one) != 0;
+    return !std::ranges::equal(std::as_bytes(std::span(&one, 1)), std::as_bytes(std::span(&other, 1)));
 }
 
 std::size_t differingBytes(std::span<const std::uint8_t> one, std::span<const std::uint8_t> other) {
@@ -60,7 +59,9 @@ std::string bypassText(const ParameterImage& before, const ParameterImage& after
     }
     const std::uint8_t bypass = after.inputRow0.bypass;
     // The switch names what plays, whatever the set says.
-    return bypass > 1 ? "Input EQ code " + std::to_string(bypass) : bypass == 0 ? "Input EQ on" : "Input EQ off";
+    return bypass > 1    ? "Input EQ code " + std::to_string(bypass)
+           : bypass == 0 ? "Input EQ on"
+                         : "Input EQ off";
 }
 
 // The bands or crossovers whose coefficients differ, where no more than one block of them does.
@@ -103,7 +104,8 @@ std::string computedText(const TuningSnapshot& before, const TuningSnapshot& aft
     } else if (inputDiffers && !bandsDiffer && !crossoversDiffer) {
         text = "Input computed anew";
     }
-    return !text.empty() || (!bandsDiffer && !crossoversDiffer && !inputDiffers) ? text : "Filters computed anew";
+    return !text.empty() || (!bandsDiffer && !crossoversDiffer && !inputDiffers) ? text
+                                                                                 : "Filters computed anew";
 }
 
 std::string receiptText(const TuningSnapshot& before, const TuningSnapshot& after) {

@@ -74,7 +74,7 @@ std::vector<SetChanges> changesBetween(const ParameterStore& before, const Param
                                        std::size_t currentSet) {
     std::vector<SetChanges> changes;
     for (std::size_t set = 0; set < setCount; ++set) {
-        if (std::memcmp(&before.sets[set], &after.sets[set], sizeof(ParameterSet)) != 0) {
+        if (std::memcmp(bytesOf(before.sets[set]), bytesOf(after.sets[set]), sizeof(ParameterSet)) != 0) {
             changes.push_back(changesOf(before.sets[set], after.sets[set], set));
             leaveOutCopies(changes.back());
         }

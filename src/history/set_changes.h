@@ -31,7 +31,7 @@ struct SetChanges {
 /// Compares two stores, set by set; sets without a difference are left out. What is always written together
 /// counts once: the copies of delay size 1 with it, and a source that went into several sets with the current one.
 /// \param currentSet 0 to 4
-[[nodiscard]] std::vector<SetChanges> changesBetween(const ParameterStore& before, const ParameterStore& after,
-                                                     std::size_t currentSet);
+[[nodiscard]] std::vector<SetChanges> changesBetween(const ParameterStore& before,
+                                                     const ParameterStore& after, std::size_t currentSet);
 
 }  // namespace tessavo

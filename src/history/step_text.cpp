@@ -64,11 +64,12 @@ std::vector<Elements> byField(Elements elements) {
 
 // "gain −4.5 dB"; without the value where the elements differ in it.
 std::string phraseOf(Elements elements, const ParameterSet& set) {
-    const auto& [field, index] = elements.front();
-    std::string phrase = nameOf(*field, index);
-    const std::string value = valueText(*field, storedValue(set, *field, index));
+    const Field& field = *elements.front().field;
+    const FieldIndex index = elements.front().index;
+    std::string phrase = nameOf(field, index);
+    const std::string value = valueText(field, storedValue(set, field, index));
     if (std::ranges::all_of(elements, [&](const ChangedElement& each) {
-            return valueText(*field, storedValue(set, *field, each.index)) == value;
+            return valueText(field, storedValue(set, field, each.index)) == value;
         })) {
         append(phrase, " ", value);
     }

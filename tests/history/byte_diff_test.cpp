@@ -154,8 +154,9 @@ TEST(ByteDiff, WhateverIsTakenStaysWithinItsRow) {
     for (int round = 0; round < 200000; ++round) {
         Bytes bytes(random() % 24);
         // Small numbers, so that some of them fit.
-        std::generate(bytes.begin(), bytes.end(),
-                      [&] { return static_cast<std::uint8_t>(random() % 3 == 0 ? random() % 45 : random() % 2); });
+        std::generate(bytes.begin(), bytes.end(), [&] {
+            return static_cast<std::uint8_t>(random() % 3 == 0 ? random() % 45 : random() % 2);
+        });
         const auto diff = ByteDiff::fromBytes(bytes, length);
         if (!diff) {
             continue;

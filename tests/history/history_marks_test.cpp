@@ -61,7 +61,8 @@ TEST(Marks, AConfirmationMarksTheStateAsItStandsOrTheLastStep) {
     EXPECT_EQ(session.history.position(), 2U) << "as it stands, which is a step now";
     session.stepTo(3);
     session.history.markConfirmed(start, "long ago");
-    EXPECT_THAT(marksOf(session), ElementsAre("0 confirmed start", "1 confirmed one again", "2 confirmed two"));
+    EXPECT_THAT(marksOf(session),
+                ElementsAre("0 confirmed start", "1 confirmed one again", "2 confirmed two"));
 }
 
 TEST(Marks, AConfirmationThatComesAgainReplacesTheOneBefore) {
@@ -75,7 +76,8 @@ TEST(Marks, AConfirmationThatComesAgainReplacesTheOneBefore) {
     session.history.markSaved("a");
     session.history.markSaved("a");
     session.history.markConfirmed(session.state.image(), "third");
-    EXPECT_THAT(marksOf(session), ElementsAre("1 confirmed second", "1 saved a", "1 saved a", "1 confirmed third"));
+    EXPECT_THAT(marksOf(session),
+                ElementsAre("1 confirmed second", "1 saved a", "1 saved a", "1 confirmed third"));
     session.stepTo(2);
     session.history.markConfirmed(session.state.image(), "fourth");
     EXPECT_EQ(session.history.marks().size(), 5U) << "of another step";

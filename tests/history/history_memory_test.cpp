@@ -10,7 +10,8 @@ constexpr std::size_t mebibyte = std::size_t{1024} * 1024;
 std::size_t memoryOfSteps(const History& history) {
     std::size_t bytes = 0;
     for (const auto& step : history.steps()) {
-        bytes += sizeof(Step) + step->text.capacity() + step->lead.bytes().size() + step->change.bytes().size();
+        bytes +=
+            sizeof(Step) + step->text.capacity() + step->lead.bytes().size() + step->change.bytes().size();
     }
     return bytes;
 }

@@ -52,13 +52,16 @@ std::vector<Change> everyChange() {
         {"Channel 1, phase of what plays off", [](Session& s) { s.state.setInvertPhase(false, 0); }},
         {"Channel 1, Filter 2 frequency 555 Hz", [](Session& s) { s.state.setBandFrequency(1, 555, true); }},
         {"Channel 1, Filter 2 type High Shelf", [](Session& s) { s.state.setBandType(1, 0); }},
-        {"Channel 1, Filter 2 gain 4.0 dB", [](Session& s) { s.state.setBandGainOrQ(1, BandValue::gain, 4, true); }},
+        {"Channel 1, Filter 2 gain 4.0 dB",
+         [](Session& s) { s.state.setBandGainOrQ(1, BandValue::gain, 4, true); }},
         {"Channel 1, Filter 2 Q 4.0", [](Session& s) { s.state.setBandGainOrQ(1, BandValue::q, 4, true); }},
         {"Channel 1, Filter 2 on", [](Session& s) { s.state.setBandOff(1, 0); }},
-        {"Channel 1, Crossover Filter 1 on, kind LP, order 4", [](Session& s) { s.state.setCrossover(0, 1, 4, 1); }},
+        {"Channel 1, Crossover Filter 1 on, kind LP, order 4",
+         [](Session& s) { s.state.setCrossover(0, 1, 4, 1); }},
         {"Channel 1, Crossover Filter 1 frequency 444 Hz",
          [](Session& s) { s.state.setCrossoverFrequency(0, 444, true); }},
-        {"Channel 1, Limiter gain \u22122.2 dB", [](Session& s) { s.state.setLimiter(LimiterField::gain, -22, true); }},
+        {"Channel 1, Limiter gain \u22122.2 dB",
+         [](Session& s) { s.state.setLimiter(LimiterField::gain, -22, true); }},
         {"Output Group, Channel 2, gain 2.0 dB", [](Session& s) { s.state.setGroupGain({4}, 2); }},
         {"Output Group, Channel 2, delay 2.0 ms", [](Session& s) { s.state.setGroupDelay({4}, 2); }},
         {"Output Group, Channel 2, gain group D", [](Session& s) { s.state.setGainGroup({4}, 3); }},
@@ -181,7 +184,8 @@ TEST(History, UndoEndsTheStepInTheMakingAndUndoesIt) {
     session.stepTo(1);
     const Bytes one = session.row();
     session.state.setVolume(2, false);
-    EXPECT_EQ(session.history.undoText(), "Channel 1, volume 1.0 dB") << "a step in the making does not count";
+    EXPECT_EQ(session.history.undoText(), "Channel 1, volume 1.0 dB")
+        << "a step in the making does not count";
     EXPECT_TRUE(session.history.undo());
     EXPECT_SAME_BYTES(session.row(), one);
     EXPECT_EQ(session.history.redoText(), "Channel 1, volume 2.0 dB");

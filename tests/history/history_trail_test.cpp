@@ -74,9 +74,10 @@ TEST(Trail, ComesBehindTheStepsOfThisRun) {
     second.takeEvents();
     second.refreshes = 0;
     ASSERT_TRUE(second.history.adopt(*trail, "Restored"));
-    EXPECT_THAT(second.texts(),
-                ElementsAre("Channel 8, volume \u22121.0 dB", "Channel 8, volume \u22122.0 dB", "Restored",
-                            "Channel 1, volume 3.0 dB", "Set 2 named \u201Cabc\u201D", "Channel 1, volume 4.0 dB"));
+    EXPECT_THAT(
+        second.texts(),
+        ElementsAre("Channel 8, volume \u22121.0 dB", "Channel 8, volume \u22122.0 dB", "Restored",
+                    "Channel 1, volume 3.0 dB", "Set 2 named \u201Cabc\u201D", "Channel 1, volume 4.0 dB"));
     EXPECT_EQ(second.refreshes, 1);
     EXPECT_EQ(second.state.currentSet(), 1U);
     EXPECT_EQ(second.events.back(), HistoryEvent::stepsChanged);
@@ -150,26 +151,46 @@ TEST(Trail, RemembersASetThatWasChosenLast) {
     EXPECT_EQ(second.state.currentSet(), 0U);
 }
 
-// The state that the trail begins in is the one at hand, but another set was current at the last step.
+// The trail begins in the very state at hand, but a set was chosen since the last step of this run.
 TEST(Trail, LeadsBackAlsoWhereOnlyAChosenSetLiesBetweenTheRuns) {
+    Session session;
+    const Bytes start = session.row();
+    session.stepTo(1);
+    const Bytes afterOne = session.row();
+    session.state.selectSet(2);
+    const Bytes chosen = session.row();
+
+    Tuning other;
+    other.state.setVolume(1, true);
+    other.state.selectSet(2);
+    ASSERT_SAME_BYTES(rowOf(*snapshotOf(other.state)), chosen);
+    History otherHistory(other.state);
+    other.state.setVolume(5, true);
+    otherHistory.commit();
+
+    ASSERT_TRUE(session.history.adopt(*otherHistory.trail(100), "Restored"));
+    EXPECT_SAME_BYTES(session.row(), rowOf(*snapshotOf(other.state)));
+    EXPECT_THAT(session.texts(),
+                ElementsAre("Channel 1, volume 1.0 dB", "Restored", "Channel 1, volume 5.0 dB"));
+    EXPECT_TRUE(session.history.goTo(2));
+    EXPECT_SAME_BYTES(session.row(), chosen);
+    EXPECT_TRUE(session.history.goTo(0));
+    EXPECT_SAME_BYTES(session.row(), start);
+    EXPECT_TRUE(session.history.goTo(1));
+    EXPECT_SAME_BYTES(session.row(), afterOne);
+}
+
+TEST(Trail, TakesThePlaceOfWhatWasUndone) {
+    Session first;
+    first.stepTo(5);
+    const auto trail = first.history.trail(100);
     Session second;
     second.stepTo(1);
-    const Bytes afterOne = second.row();
-    second.state.selectSet(2);
-    Session first;
-    first.stepTo(1);
-    first.state.selectSet(2);
-    Session third;  // begins where `second` stands
-    third.stepTo(1);
-    third.state.selectSet(2);
-    const auto here = third.history.trail(0);
-    ASSERT_TRUE(second.history.adopt(*here, "Restored"));
-    second.stepTo(5);
-    while (second.history.undo()) {
-    }
-    EXPECT_SAME_BYTES(second.row(), Session().row());
-    EXPECT_TRUE(second.history.redo());
-    EXPECT_SAME_BYTES(second.row(), afterOne);
+    second.history.undo();
+    ASSERT_TRUE(second.history.adopt(*trail, "Restored"));
+    EXPECT_THAT(second.texts(), ElementsAre("Channel 1, volume 5.0 dB")) << "it begins where this run stands";
+    EXPECT_SAME_BYTES(second.row(), first.row());
+    EXPECT_FALSE(second.history.canRedo());
 }
 
 TEST(Trail, WithACurrentSetThatIsNoneIsNotTaken) {

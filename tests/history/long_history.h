@@ -8,7 +8,9 @@ namespace tessavo::test {
 /// chosen, named, read, or a file that is opened.
 inline void makeUsualStep(TuningState& state, const SessionFiles& files, std::mt19937_64& random, int step) {
     const auto tenths = [&random](int lowest, int highest) {
-        return static_cast<float>(lowest + static_cast<int>(random() % static_cast<unsigned>(highest - lowest))) / 10;
+        return static_cast<float>(lowest +
+                                  static_cast<int>(random() % static_cast<unsigned>(highest - lowest))) /
+               10;
     };
     state.setSelectionMask(step % 10 == 0 ? 0xFF : static_cast<std::uint8_t>(1U << random() % 8));
     if (step % 500 == 499) {

@@ -59,7 +59,8 @@ TEST_F(StepText, NamesGroupsAndFlagsByTheNumbersThatTheirPagesShow) {
         const std::string group = "Output Group, Channel " + std::to_string(slider + 1) + ", ";
         EXPECT_EQ(textOf([&](TuningState& state) { state.setGroupGain(channel, -3); }),
                   group + "gain \u22123.0 dB");
-        EXPECT_EQ(textOf([&](TuningState& state) { state.setGroupDelay(channel, 1.5F); }), group + "delay 1.5 ms");
+        EXPECT_EQ(textOf([&](TuningState& state) { state.setGroupDelay(channel, 1.5F); }),
+                  group + "delay 1.5 ms");
         const std::uint32_t letter = (slider + 1U) % 8U;
         EXPECT_EQ(textOf([&](TuningState& state) { state.setGainGroup(channel, letter); }),
                   group + "gain group " + "ABCDEFGH"[letter]);
@@ -79,8 +80,10 @@ TEST_F(StepText, NamesSwitchesAndCodes) {
     select({7});
     EXPECT_EQ(textOf([](TuningState& state) { state.setBandOff(2, 0); }), "Channel 7, Filter 3 on");
     EXPECT_EQ(textOf([](TuningState& state) { state.setBandOff(2, 1); }), "Channel 7, Filter 3 off");
-    EXPECT_EQ(textOf([](TuningState& state) { state.setBandType(2, 1); }), "Channel 7, Filter 3 type Low Shelf");
-    EXPECT_EQ(textOf([](TuningState& state) { state.setInvertPhase(true, 1); }), "Channel 7, invert phase on");
+    EXPECT_EQ(textOf([](TuningState& state) { state.setBandType(2, 1); }),
+              "Channel 7, Filter 3 type Low Shelf");
+    EXPECT_EQ(textOf([](TuningState& state) { state.setInvertPhase(true, 1); }),
+              "Channel 7, invert phase on");
     EXPECT_EQ(textOf([](TuningState& state) { state.setLimiter(LimiterField::disable, 0, true); }),
               "Channel 7, Limiter off");
     EXPECT_EQ(textOf([](TuningState& state) { state.setCrossover(0, 0, 2, 1); }),
@@ -88,7 +91,8 @@ TEST_F(StepText, NamesSwitchesAndCodes) {
     EXPECT_EQ(textOf([](TuningState& state) { state.setCrossover(0, 1, 4, 1); }),
               "Channel 7, Crossover Filter 1 kind LP, order 4");
     EXPECT_EQ(textOf([](TuningState& state) { state.setInputEqOn(false); }), "Input EQ off");
-    EXPECT_EQ(textOf([](TuningState& state) { state.edit(FieldId::surroundOff, {}, 1, true); }), "Surround off");
+    EXPECT_EQ(textOf([](TuningState& state) { state.edit(FieldId::surroundOff, {}, 1, true); }),
+              "Surround off");
     EXPECT_EQ(textOf([](TuningState& state) { state.edit(FieldId::compressorDisabled, {}, 1, true); }),
               "Compressor off");
     EXPECT_EQ(textOf([](TuningState& state) { state.edit(FieldId::turnOffDelayOn, {}, 1, true); }),
@@ -96,8 +100,9 @@ TEST_F(StepText, NamesSwitchesAndCodes) {
 }
 
 TEST_F(StepText, NamesTheInputBandsAsThePageDoes) {
-    const std::vector<std::string> names{"60 Hz",   "170 Hz",   "310 Hz",   "600 Hz",   "1000 Hz", "3000 Hz", "6000 Hz",
-                                         "12000 Hz", "14000 Hz", "16000 Hz", "Bass",     "Mid",     "Treble"};
+    const std::vector<std::string> names{"60 Hz",   "170 Hz",  "310 Hz",   "600 Hz",   "1000 Hz",
+                                         "3000 Hz", "6000 Hz", "12000 Hz", "14000 Hz", "16000 Hz",
+                                         "Bass",    "Mid",     "Treble"};
     for (std::size_t band = 0; band < names.size(); ++band) {
         EXPECT_EQ(textOf([&](TuningState& state) { state.setInputBandGain(band, -3.5F, true); }),
                   "Input, " + names[band] + " gain \u22123.5 dB");
@@ -162,8 +167,10 @@ TEST_F(StepText, NamesAFewValuesOfOnePlaceOneByOne) {
     EXPECT_EQ(textOf(tick), "Channels 1 and 2, Filter 8 type High Shelf, on");
     EXPECT_EQ(textOf([](TuningState& state) {
                   state.edit(FieldId::surroundMode, {}, 2, true);
-                  for (const FieldId field : {FieldId::delaySize1, FieldId::delaySize1Copies, FieldId::delaySize1Last}) {
-                      forEachElement(fieldOf(field), [&](FieldIndex index) { state.edit(field, index, 30, true); });
+                  for (const FieldId field :
+                       {FieldId::delaySize1, FieldId::delaySize1Copies, FieldId::delaySize1Last}) {
+                      forEachElement(fieldOf(field),
+                                     [&](FieldIndex index) { state.edit(field, index, 30, true); });
                   }
               }),
               "Surround mode Stadium, delay size 1 30 ms")
@@ -190,14 +197,46 @@ TEST_F(StepText, CountsWhatOneLineCannotTell) {
               "6 values");
     std::mt19937_64 random(1);
     const Bytes store = randomStore(random);
-    const std::string text = textOf([&](TuningState& state) { state.replaceStore(recordOf<ParameterStore>(store)); });
+    const std::string text =
+        textOf([&](TuningState& state) { state.replaceStore(recordOf<ParameterStore>(store)); });
     EXPECT_TRUE(text.starts_with("5 sets, ") && text.ends_with(" values")) << text;
+}
+
+TEST_F(StepText, CountsWhatIsNoBlockAndWhatIsTooLong) {
+    EXPECT_EQ(textOf([](TuningState& state) {
+                  state.edit(FieldId::bandGain, {pageChannel(1), 2}, 3, true);
+                  state.edit(FieldId::bandGain, {pageChannel(2), 4}, 3, true);
+              }),
+              "Channels 1 and 2, 2 values");
+    EXPECT_EQ(textOf([](TuningState& state) {
+                  state.edit(FieldId::bandGain, {pageChannel(7), 2}, 3, true);
+                  state.edit(FieldId::bandQ, {pageChannel(7), 4}, 3, true);
+              }),
+              "Channel 7, 2 values");
+    select({1, 3, 5, 7});
+    EXPECT_EQ(textOf([](TuningState& state) { state.setCrossoverFrequency(0, 999, true); }),
+              "Channels 1, 3, 5 and 7, Crossover Filter 1 frequency 999 Hz");
+    EXPECT_EQ(textOf([](TuningState& state) { state.setCrossoverFrequency(0, 19999, true); }),
+              "4 channels, Crossover Filter 1 frequency 19999 Hz");
+    const auto editLevels = [](std::initializer_list<FieldId> fields) {
+        return [fields](TuningState& state) {
+            for (const FieldId field : fields) {
+                state.edit(field, {}, storedValue(state.currentParameterSet(), fieldOf(field)) + 1, true);
+            }
+        };
+    };
+    using enum FieldId;
+    EXPECT_EQ(textOf(editLevels({powerampGain, preampGain, pone})),
+              "Poweramp gain 1.0 dB, preamp gain 1.0 dB, PONE \u22129.9 dB");
+    EXPECT_EQ(textOf(editLevels({inputEqOn, roomSize, suppression, pone})), "4 values");
+    EXPECT_EQ(textOf(editLevels({compressorLowerLimit, expanderUpperLimit, compressorAttack})), "3 values");
 }
 
 TEST_F(StepText, NamesTheSetOfANameAndOfAChangeElsewhere) {
     EXPECT_EQ(textOf([](TuningState& state) { state.setName(u"abc"); }), "Set 1 named \u201Cabc\u201D");
     tuning_.state.selectSet(1);
-    EXPECT_EQ(textOf([](TuningState& state) { state.setName(u"Tour \u00E4"); }), "Set 2 named \u201CTour \u00E4\u201D");
+    EXPECT_EQ(textOf([](TuningState& state) { state.setName(u"Tour \u00E4"); }),
+              "Set 2 named \u201CTour \u00E4\u201D");
     EXPECT_EQ(textOf([](TuningState& state) { state.setName({}); }), "Set 2 without a name");
     EXPECT_EQ(textOf([](TuningState& state) { state.setName(u"a\nb\tc"); }), "Set 2 named \u201Ca b c\u201D");
     EXPECT_EQ(textOf([](TuningState& state) { state.setName(std::u16string(31, u'w')); }),
@@ -216,7 +255,9 @@ TEST_F(StepText, NamesTheSetOfANameAndOfAChangeElsewhere) {
     EXPECT_EQ(describeStep(before, after), "Set 2: Channel 4, volume 2.5 dB");
     before.currentSet = 0;
     EXPECT_EQ(describeStep(before, after), "Set 2: Channel 4, volume 2.5 dB");
-    after.store = before.store;
+    after.currentSet = 1;
+    EXPECT_EQ(describeStep(before, after), "Set 2: Channel 4, volume 2.5 dB");
+    after = before;
     after.store.sets[4].setName.fill(u'x');
     EXPECT_EQ(describeStep(before, after), "Set 5 named \u201C" + std::string(44, 'x') + "\u2026\u201D");
     after.store = before.store;
@@ -261,13 +302,22 @@ TEST_F(StepText, TellsOfWhatOnlyTheImageHas) {
             state.replaceImage(image);
         };
     };
-    EXPECT_EQ(textOf(change([](ParameterImage& image) { image.inputRow0.bypass = image.inputRow1.bypass = 1; })),
-              "Input EQ off");
-    EXPECT_EQ(textOf(change([](ParameterImage& image) { image.inputRow0.bypass = image.inputRow1.bypass = 0; })),
-              "Input EQ on");
+    EXPECT_EQ(
+        textOf(change([](ParameterImage& image) { image.inputRow0.bypass = image.inputRow1.bypass = 1; })),
+        "Input EQ off");
+    EXPECT_EQ(
+        textOf(change([](ParameterImage& image) { image.inputRow0.bypass = image.inputRow1.bypass = 0; })),
+        "Input EQ on");
     EXPECT_EQ(textOf(change([](ParameterImage& image) { image.spare20 = {1, 2}; })), "2 bytes of what plays");
     EXPECT_EQ(textOf([](TuningState& state) { state.imageToSet(); }), "Channels 1 to 3, invert phase on");
     EXPECT_EQ(textOf(change([](ParameterImage& image) { image.spare20 = {3, 4}; })), "2 bytes of what plays");
+    EXPECT_EQ(textOf(change([](ParameterImage& image) {
+                  image.channels[0].invertPhase ^= 1;
+                  image.spare20 = {5, 4};
+              })),
+              "2 bytes of what plays");
+    EXPECT_EQ(textOf(change([](ParameterImage& image) { image.channels[0].invertPhase ^= 1; })),
+              "Channel 3, phase of what plays on");
     EXPECT_EQ(textOf([](TuningState& state) { state.imageToSet(); }), "What set 1 was received with");
 }
 
@@ -288,6 +338,15 @@ TEST_F(StepText, TellsOfCoefficientsThatAnotherMethodComputed) {
                   state.setInputBandGain(3, 6, true);
               }),
               "Filters computed anew");
+    TuningSnapshot before;
+    tuning_.state.takeSnapshot(before);
+    TuningSnapshot after = before;
+    after.bandWords[pageChannel(1)][2].b0 ^= 1;
+    after.bandWords[pageChannel(2)][2].b0 ^= 1;
+    EXPECT_EQ(describeStep(before, after), "Channels 1 and 2, Filter 3 computed anew");
+    after.bandWords[pageChannel(2)][2].b0 ^= 1;
+    after.bandWords[pageChannel(2)][4].b0 ^= 1;
+    EXPECT_EQ(describeStep(before, after), "Filters computed anew");
 }
 
 TEST_F(StepText, HasWordsForBytesThatNobodyKnows) {
@@ -329,7 +388,8 @@ TEST_F(StepText, IsNeverEmptyNorTooLongForAMenu) {
         const auto length = std::ranges::count_if(
             text, [](char letter) { return (static_cast<unsigned char>(letter) & 0xC0U) != 0x80U; });
         EXPECT_LE(length, 60) << text;
-        EXPECT_TRUE(std::ranges::none_of(text, [](char letter) { return static_cast<unsigned char>(letter) < ' '; }));
+        EXPECT_TRUE(
+            std::ranges::none_of(text, [](char letter) { return static_cast<unsigned char>(letter) < ' '; }));
     }
 }
 
