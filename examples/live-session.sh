@@ -39,7 +39,7 @@ Xvfb -displayfd 3 -screen 0 1280x900x24 3>"$home/display" 2>"$home/xvfb.log" &
 display=$!
 IFS= read -r -t 10 number <"$home/display"
 export DISPLAY=:$number
-export XDG_CONFIG_HOME=$home XDG_RUNTIME_DIR=$home
+export XDG_CONFIG_HOME=$home XDG_RUNTIME_DIR=$home TESSAVO_DATA_FOLDER=$home/data
 
 coproc target { exec "$programs/tessavo-target" --verbose 2>"$home/target.log"; }
 target_id=$!

@@ -66,7 +66,7 @@ bool tell(const char* what, double best, double atMost) {
 /// A profile, a lock and a cache of its own.
 QProcessEnvironment ownEnvironment(const QString& folder) {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    for (const char* name : {"XDG_CONFIG_HOME", "XDG_RUNTIME_DIR"}) {
+    for (const char* name : {"XDG_CONFIG_HOME", "XDG_RUNTIME_DIR", "TESSAVO_DATA_FOLDER"}) {
         environment.insert(QLatin1String(name), folder);
     }
     // Both windows on a real display; without one the toolkit does hardly anything for the empty window.

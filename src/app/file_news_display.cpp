@@ -20,8 +20,7 @@ QString nameOf(const std::filesystem::path& path) {
 }  // namespace
 
 FileNewsDisplay::FileNewsDisplay(const Dependencies& dependencies)
-    : dependencies_(dependencies),
-      files_(dependencies.tuning, dependencies.commands, dependencies.folder) {
+    : dependencies_(dependencies), files_(dependencies.tuning, dependencies.commands, dependencies.folder) {
     files_.setListener([this](FileNews news, const std::filesystem::path& path) { take(news, path); });
     connect(&dependencies_.undo, &UndoCommands::historyChanged, this, &FileNewsDisplay::showDocument);
     showDocument();
@@ -61,9 +60,10 @@ void FileNewsDisplay::take(FileNews news, const std::filesystem::path& path) {
             if (!isKept(path)) {
                 break;
             }
-            status.showNotice({.text = nameOf(path) + QStringLiteral(" was not saved; what it held is kept"),
-                               .kind = Notice::Kind::warning,
-                               .buttons = {{QStringLiteral("Earlier Versions..."), [this] { showVersions(); }}}});
+            status.showNotice(
+                {.text = nameOf(path) + QStringLiteral(" was not saved; what it held is kept"),
+                 .kind = Notice::Kind::warning,
+                 .buttons = {{QStringLiteral("Earlier Versions..."), [this] { showVersions(); }}}});
             break;
         case FileNews::notKept:
             status.showNotice({.text = QStringLiteral("What ") + nameOf(path) +
@@ -98,9 +98,9 @@ void FileNewsDisplay::showShortFile() {
 }
 
 bool FileNewsDisplay::isKept(const std::filesystem::path& path) const {
-    return std::ranges::any_of(files_.versions().list(), [whole = wholePath(path)](const KeptVersion& version) {
-        return version.path == whole;
-    });
+    return std::ranges::any_of(
+        files_.versions().list(),
+        [whole = wholePath(path)](const KeptVersion& version) { return version.path == whole; });
 }
 
 void FileNewsDisplay::showDocument() {

@@ -20,6 +20,7 @@
 #include "app/screenshots.h"
 #include "app/tessavo_app.h"
 #include "app/tessavo_view.h"
+#include "platform/data_folder.h"
 #include "platform/desktop.h"
 #include "platform/process.h"
 
@@ -138,6 +139,10 @@ int start(int& argc, char** argv, const StartOptions& options) {
     const QtMessageHandler usual = qInstallMessageHandler(endWithoutDisplay);
     // Pictures neither need the place nor keep a person from it.
     std::unique_ptr<tessavo::InstanceGuard> guard;
+    StartOptions whole = options;
+    if (!pictures) {
+        whole.dataFolder = tessavo::dataFolder();
+    }
     const InstanceRole role = pictures ? InstanceRole::only : findRole(guard, options.file);
     if (role == InstanceRole::handedOver) {
         std::cout << "The Tessavo that is open has taken over.\n";
@@ -165,7 +170,7 @@ int start(int& argc, char** argv, const StartOptions& options) {
     if (!pictures) {
         tessavo::registerFileType();
     }
-    if (!app.InitInstance(options)) {
+    if (!app.InitInstance(whole)) {
         return 1;
     }
     return pictures ? takePictures(app, options) : runWindow(app);

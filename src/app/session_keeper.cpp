@@ -125,13 +125,12 @@ void SessionKeeper::offerNext() {
         return;
     }
     const QString moment = momentText(waiting_.front().time, dependencies_.now());
-    dependencies_.status.showNotice(
-        {.text = QStringLiteral("Tessavo ended without saving at ") + moment,
-         .kind = Notice::Kind::warning,
-         .buttons = {{QStringLiteral("Restore"), [this] { restore(); }},
-                     {QStringLiteral("Discard"), [this] { discard(); }}},
-         .dismissible = false,
-         .stays = true});
+    dependencies_.status.showNotice({.text = QStringLiteral("Tessavo ended without saving at ") + moment,
+                                     .kind = Notice::Kind::warning,
+                                     .buttons = {{QStringLiteral("Restore"), [this] { restore(); }},
+                                                 {QStringLiteral("Discard"), [this] { discard(); }}},
+                                     .dismissible = false,
+                                     .stays = true});
 }
 
 void SessionKeeper::restore() {

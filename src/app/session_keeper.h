@@ -7,6 +7,7 @@
 #include <memory>
 
 #include "app/file_news_display.h"
+#include "app/status_line.h"
 #include "app/undo_commands.h"
 #include "controls/ui_calls.h"
 #include "history/recovery_store.h"
@@ -15,7 +16,6 @@
 namespace tessavo {
 
 class CTessavoView;
-class StatusLine;
 
 /// Keeps what is being tuned through any end of the program: writes the recovery file after each change, and
 /// offers what an earlier run has left unsaved.
@@ -32,7 +32,7 @@ class SessionKeeper : public QObject {
         FileNewsDisplay& files;
         CTessavoView& view;
         StatusLine& status;
-        std::filesystem::path folder;  ///< of the recovery files; nothing is kept when empty
+        std::filesystem::path folder;        ///< of the recovery files; nothing is kept when empty
         std::function<WallTime()> now = {};  ///< the system's when empty
     };
 

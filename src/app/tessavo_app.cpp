@@ -17,7 +17,6 @@
 #include "controls/application_theme.h"
 #include "controls/skin_message_box.h"
 #include "controls/theme.h"
-#include "platform/data_folder.h"
 
 namespace tessavo {
 
@@ -83,10 +82,7 @@ bool CTessavoApp::InitInstance(const StartOptions& options) {
         pageFactory({tuning_, boxes_, dialogs_, *profile_, link_, [this] { return portList(); }, firstPort,
                      [this] { frame_->view().refreshPages(); }, demo_->portName(),
                      [](const std::string& port) { return portDevice(port).description; }})};
-    // Where nobody looks on, as for pictures, nothing of a person's is touched.
-    if (attendance_ == Attendance::person) {
-        dependencies.dataFolder = dataFolder();
-    }
+    dependencies.dataFolder = options.dataFolder;
     frame_ = std::make_unique<CMainFrame>(std::move(dependencies));
     // Asked for when the window closes: the page is made after the window has been painted.
     frame_->setNothingToLose([this] {

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QString>
 #include <cstdint>
+#include <filesystem>
 #include <functional>
 #include <iosfwd>
 #include <memory>
@@ -26,6 +27,8 @@ struct StartOptions {
     QString file;         ///< settings file to load; may be empty
     bool demo = false;    ///< run a simulated target inside the program
     QString screenshots;  ///< folder for pictures of every page, drawn with nobody there; empty for none
+    /// Where recovery file and earlier versions are kept; nothing is when empty.
+    std::filesystem::path dataFolder = {};
 };
 
 /// Whether somebody is there to answer a box.

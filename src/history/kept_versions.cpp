@@ -96,15 +96,6 @@ std::optional<KeptVersion> versionIn(const std::filesystem::path& path) {
     return version;
 }
 
-// Whole or not at all, and for the owner only.
-bool writeOwn(const std::filesystem::path& path, std::span<const std::uint8_t> bytes) {
-    const FileWrite result = writeFileStart(path, bytes);
-    std::error_code failed;
-    std::filesystem::permissions(
-        path, std::filesystem::perms::owner_read | std::filesystem::perms::owner_write, failed);
-    return result.opened && result.written == bytes.size() && !failed;
-}
-
 bool makeFolder(const std::filesystem::path& folder) {
     std::error_code failed;
     std::filesystem::create_directories(folder, failed);
@@ -197,9 +188,9 @@ bool KeptVersions::keepBeside(std::string_view spared, const std::filesystem::pa
     const KeptVersion version{makeId(number), place, kind, now_(), file->fileSize};
     const std::string note = noteText({place, version.time, version.size, md5(file->bytes)});
     // The bytes come last: where they are, it is known already where they stood.
-    if (!writeOwn(noteFile(folder_, version.id),
-                  {reinterpret_cast<const std::uint8_t*>(note.data()), note.size()}) ||
-        !writeOwn(bytesFile(folder_, version), file->bytes)) {
+    if (replaceFile(noteFile(folder_, version.id),
+                    {reinterpret_cast<const std::uint8_t*>(note.data()), note.size()}) ||
+        replaceFile(bytesFile(folder_, version), file->bytes)) {
         drop(bytesFile(folder_, version));
         drop(noteFile(folder_, version.id));
         return false;

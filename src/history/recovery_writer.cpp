@@ -29,31 +29,32 @@ std::error_code replaceInFolder(const std::filesystem::path& file, std::span<con
     return failed ? failed : replaceFile(file, bytes);
 }
 
-RecoveryWriter::Outside withDefaults(RecoveryWriter::Outside outside) {
-    if (outside.clock == nullptr) {
-        outside.clock = &steadyClock();
+RecoveryWriter::Dependencies withDefaults(RecoveryWriter::Dependencies dependencies) {
+    if (dependencies.clock == nullptr) {
+        dependencies.clock = &steadyClock();
     }
-    if (!outside.replace) {
-        outside.replace = replaceInFolder;
+    if (!dependencies.replace) {
+        dependencies.replace = replaceInFolder;
     }
-    if (!outside.remove) {
-        outside.remove = removeFile;
+    if (!dependencies.remove) {
+        dependencies.remove = removeFile;
     }
-    return outside;
+    return dependencies;
 }
 
 }  // namespace
 
 RecoveryWriter::RecoveryWriter(std::filesystem::path file,
                                std::function<void(const std::error_code&)> tellFailure)
-    : RecoveryWriter(std::move(file), std::move(tellFailure), Outside()) {}
+    : RecoveryWriter(std::move(file), std::move(tellFailure), Dependencies()) {}
 
 RecoveryWriter::RecoveryWriter(std::filesystem::path file,
-                               std::function<void(const std::error_code&)> tellFailure, Outside outside)
+                               std::function<void(const std::error_code&)> tellFailure,
+                               Dependencies dependencies)
     : file_(std::move(file)),
       tellFailure_(std::move(tellFailure)),
-      outside_(withDefaults(std::move(outside))),
-      earliest_(outside_.clock->now()) {
+      dependencies_(withDefaults(std::move(dependencies))),
+      earliest_(dependencies_.clock->now()) {
     thread_ = std::thread(&RecoveryWriter::run, this);
 }
 
@@ -110,16 +111,17 @@ void RecoveryWriter::waitForWork(std::unique_lock<std::mutex>& lock) {
         }
         const bool isNew = tried_ < handed_;
         const IRecoveryClock::Time due = isNew ? earliest_ : earliest_ + (retryPause - pace);
-        if ((isNew && hurries_) || outside_.clock->now() >= due) {
+        if ((isNew && hurries_) || dependencies_.clock->now() >= due) {
             return;
         }
-        outside_.clock->waitUntil(changed_, lock, due);
+        dependencies_.clock->waitUntil(changed_, lock, due);
     }
 }
 
 std::error_code RecoveryWriter::perform(Task task, const RecoveryState* state) const {
     try {
-        return task == Task::write ? outside_.replace(file_, encodeRecovery(*state)) : outside_.remove(file_);
+        return task == Task::write ? dependencies_.replace(file_, encodeRecovery(*state))
+                                   : dependencies_.remove(file_);
     } catch (const std::exception&) {
         // Only memory can be wanting here; the next try may find some.
         return std::make_error_code(std::errc::not_enough_memory);
@@ -132,7 +134,7 @@ bool RecoveryWriter::work(std::unique_lock<std::mutex>& lock, bool isTold) {
     const Task task = task_;
     const std::uint64_t number = handed_;
     hurries_ = false;
-    earliest_ = outside_.clock->now() + pace;
+    earliest_ = dependencies_.clock->now() + pace;
     lock.unlock();
     const std::error_code failed = perform(task, state.get());
     if (!failed) {

@@ -44,7 +44,7 @@ class RecoveryWriter {
     static constexpr std::chrono::milliseconds retryPause{2000};
 
     /// What the writer works with. The defaults are the system's.
-    struct Outside {
+    struct Dependencies {
         IRecoveryClock* clock = nullptr;  ///< outlives the writer
         /// Both are called on the writer's thread, and give the reason where they fail.
         std::function<std::error_code(const std::filesystem::path&, std::span<const std::uint8_t>)> replace;
@@ -57,7 +57,7 @@ class RecoveryWriter {
     explicit RecoveryWriter(std::filesystem::path file,
                             std::function<void(const std::error_code&)> tellFailure = {});
     RecoveryWriter(std::filesystem::path file, std::function<void(const std::error_code&)> tellFailure,
-                   Outside outside);
+                   Dependencies dependencies);
     /// Tries once to write what is not on the disk yet, and waits for that.
     ~RecoveryWriter();
     RecoveryWriter(const RecoveryWriter&) = delete;
@@ -85,7 +85,7 @@ class RecoveryWriter {
 
     const std::filesystem::path file_;
     const std::function<void(const std::error_code&)> tellFailure_;
-    const Outside outside_;
+    const Dependencies dependencies_;
 
     std::mutex mutex_;  ///< held only for moments, never while anything is written
     std::condition_variable changed_;

@@ -35,7 +35,7 @@ class Program : public ::testing::Test {
         }
         std::filesystem::permissions(folder.path(), std::filesystem::perms::owner_all);
         // Its profile and its lock file stay away from the person's own.
-        for (const char* name : {"HOME", "XDG_CONFIG_HOME", "XDG_RUNTIME_DIR"}) {
+        for (const char* name : {"HOME", "XDG_CONFIG_HOME", "XDG_RUNTIME_DIR", "TESSAVO_DATA_FOLDER"}) {
             environment_.insert(QLatin1String(name), textOf(folder.path()));
         }
     }

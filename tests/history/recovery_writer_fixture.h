@@ -70,7 +70,7 @@ class HandDisk {
 
     explicit HandDisk(HandClock& clock) : clock_(clock) {}
 
-    [[nodiscard]] RecoveryWriter::Outside outside() {
+    [[nodiscard]] RecoveryWriter::Dependencies dependencies() {
         return {&clock_,
                 [this](const std::filesystem::path&, std::span<const std::uint8_t> bytes) {
                     const auto state = decodeRecovery(bytes);
