@@ -47,7 +47,7 @@ class RecoveryKeeping : public testing::Test {
                                const std::lock_guard guard(toldMutex_);
                                told_.push_back(failed);
                            },
-                           disk_.outside()};
+                           disk_.dependencies()};
 };
 
 const std::error_code full = std::make_error_code(std::errc::no_space_on_device);
@@ -235,7 +235,7 @@ TEST(RecoveryKeepingEnd, WritesWhatIsLeftOnceAndDoesNotWaitForThePace) {
     HandClock clock;
     HandDisk disk(clock);
     {
-        RecoveryWriter writer("/nowhere/recovery.tsr", {}, disk.outside());
+        RecoveryWriter writer("/nowhere/recovery.tsr", {}, disk.dependencies());
         writer.put(numbered(1));
         ASSERT_TRUE(disk.untilBegun(1));
         writer.put(numbered(2));
@@ -243,12 +243,12 @@ TEST(RecoveryKeepingEnd, WritesWhatIsLeftOnceAndDoesNotWaitForThePace) {
     EXPECT_THAT(disk.begun(), ElementsAre(1, 2));
     disk.fail(full);
     {
-        RecoveryWriter writer("/nowhere/recovery.tsr", {}, disk.outside());
+        RecoveryWriter writer("/nowhere/recovery.tsr", {}, disk.dependencies());
         writer.put(numbered(3));
         EXPECT_FALSE(writer.flush(patience));
     }
     EXPECT_THAT(disk.begun(), ElementsAre(1, 2, 3, 3)) << "once more, and then it ends";
-    { const RecoveryWriter idle("/nowhere/recovery.tsr", {}, disk.outside()); }
+    { const RecoveryWriter idle("/nowhere/recovery.tsr", {}, disk.dependencies()); }
     EXPECT_THAT(disk.begun(), SizeIs(4));
 }
 
