@@ -1,7 +1,7 @@
 #include "history/history.h"
 
 #include <algorithm>
-#include <cstring>
+#include <span>
 #include <utility>
 
 #include "history/step_text.h"
@@ -37,10 +37,10 @@ bool findFirst(const History::Trail& trail, TuningSnapshot& state) {
         apply(step->change);
     }
     state = trail.settled;
-    for (auto step = trail.done.rbegin(); step != trail.done.rend(); ++step) {
-        apply((*step)->change);
-        apply((*step)->lead);
-    }
+    std::for_each(trail.done.rbegin(), trail.done.rend(), [&](const std::shared_ptr<const Step>& step) {
+        apply(step->change);
+        apply(step->lead);
+    });
     return allAreWhole;
 }
 
@@ -256,7 +256,7 @@ void History::markSaved(std::string text) {
 
 void History::markConfirmed(const ParameterImage& image, std::string text) {
     const auto equals = [&image](const ParameterImage& other) {
-        return std::memcmp(&image, &other, sizeof image) == 0;
+        return std::ranges::equal(std::as_bytes(std::span(&image, 1)), std::as_bytes(std::span(&other, 1)));
     };
     // A slider that is held has not sent anything since it was pressed.
     if (gesture_ != Gesture::press && equals(tuning_.image())) {

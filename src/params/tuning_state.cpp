@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cstring>
 
 #include "params/factory_defaults.h"
 #include "params/image_conversion.h"

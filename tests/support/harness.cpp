@@ -49,6 +49,9 @@ std::string hexText(std::span<const std::uint8_t> bytes) {
 }
 
 std::string difference(const Bytes& actual, const Bytes& expected) {
+    if (actual == expected) {
+        return "";
+    }
     if (actual.size() != expected.size()) {
         return "sizes " + std::to_string(actual.size()) + " and " + std::to_string(expected.size());
     }
@@ -60,7 +63,7 @@ std::string difference(const Bytes& actual, const Bytes& expected) {
                       std::to_string(expected[i]) + "; ";
         }
     }
-    return count == 0 ? "" : places + std::to_string(count) + " in all";
+    return places + std::to_string(count) + " in all";
 }
 
 Tuning::Tuning() : state(boxes, std::make_unique<FakeLock>(lock)) {
