@@ -91,7 +91,7 @@ TEST(Cbor, ReadsWhatItHasWritten) {
 }
 
 TEST(Cbor, WhatIsOfAnotherKindIsNoneOfThis) {
-    const std::vector<Json> values{1,    -1,      "text", Json::binary({1}), Json::array({1}), Json{{"a", 1}},
+    const std::vector<Json> values{1U,   -1,      "text", Json::binary({1}), Json::array({1}), Json{{"a", 1}},
                                    true, nullptr, 2.5};
     for (const Json& value : values) {
         const Bytes bytes = Json::to_cbor(value);

@@ -242,7 +242,10 @@ TEST_F(RecoveryFile, NumbersOutOfRangeAreRefused) {
     EXPECT_TRUE(accepts([&](Json& body) { body["time"] = latest; }));
     EXPECT_FALSE(accepts([&](Json& body) { body["time"] = latest + 1; }));
     EXPECT_FALSE(accepts([&](Json& body) { body["done"][0]["time"] = latest + 1; }));
-    EXPECT_FALSE(accepts([](Json& body) { body["done"].push_back(body["done"][0]); })) << "101 steps";
+    Json idle = bodyOf(file).at("done").at(0);
+    idle["lead"] = idle["change"] = Json::binary({});
+    EXPECT_TRUE(accepts([&](Json& body) { body["done"][99] = idle; }));
+    EXPECT_FALSE(accepts([&](Json& body) { body["done"].push_back(idle); })) << "101 steps";
     EXPECT_FALSE(accepts([](Json& body) { body["done"][99]["text"] = std::string(1025, 'x'); }));
     EXPECT_FALSE(accepts([](Json& body) { body["done"][99]["text"] = "\xC3("; }));
     EXPECT_FALSE(accepts([](Json& body) { body["done"][99] = 1; }));

@@ -91,10 +91,12 @@ TEST_F(RecoveryKeeping, UnderSteadyEditsItIsNeverMoreThanAQuarterOfASecondBehind
             const auto times = disk_.times();
             return !times.empty() && now - times.back() < pace;
         })) << number;
-        clock_.advance(step);
+        if (number < 500) {
+            clock_.advance(step);
+        }
     }
     const auto times = disk_.times();
-    EXPECT_LE(times.size(), 20U) << "5 seconds at four a second";
+    EXPECT_EQ(times.size(), 20U) << "5 seconds at four a second";
     for (std::size_t i = 1; i < times.size(); ++i) {
         EXPECT_EQ(times[i] - times[i - 1], pace) << i;
     }
@@ -197,7 +199,7 @@ TEST_F(RecoveryKeeping, AfterAFailureWhatIsNewWaitsNoLongerThanElse) {
 TEST_F(RecoveryKeeping, MissingMemoryIsAFailureLikeOthers) {
     disk_.throwOnce();
     put(1);
-    ASSERT_TRUE(untilTold(1));
+    ASSERT_TRUE(clock_.untilWaitingFor(RecoveryWriter::retryPause));
     EXPECT_THAT(told(), ElementsAre(std::make_error_code(std::errc::not_enough_memory)));
     EXPECT_TRUE(writer_.flush(patience));
     EXPECT_THAT(disk_.begun(), ElementsAre(1, 1));
@@ -245,7 +247,7 @@ TEST(RecoveryKeepingEnd, WritesWhatIsLeftOnceAndDoesNotWaitForThePace) {
     {
         RecoveryWriter writer("/nowhere/recovery.tsr", {}, disk.dependencies());
         writer.put(numbered(3));
-        EXPECT_FALSE(writer.flush(patience));
+        ASSERT_TRUE(clock.untilWaitingFor(RecoveryWriter::retryPause)) << "it has failed";
     }
     EXPECT_THAT(disk.begun(), ElementsAre(1, 2, 3, 3)) << "once more, and then it ends";
     { const RecoveryWriter idle("/nowhere/recovery.tsr", {}, disk.dependencies()); }
