@@ -30,11 +30,13 @@ class EditMenu : public QObject {
  private:
     void follow();
     void showTexts(bool typingCounts);
+    void makeRoom();
 
     UndoCommands& commands_;
     QMenu* menu_;
     QAction* undo_;
     QAction* redo_;
+    int width_ = 0;  ///< widest that the menu has been
     QPointer<HistoryDialog> dialog_;
 };
 
