@@ -18,6 +18,7 @@ namespace {
 // A menu grows with its texts, but the name of a file may be wider than a screen.
 constexpr int widestText = 560;
 constexpr int keysGap = 32;
+constexpr int borders = 60;
 
 /// \param word with the letter that chooses it from the keyboard
 QString entryText(const QString& word, std::string_view step, const QFontMetrics& metrics) {
@@ -78,9 +79,15 @@ void EditMenu::showTexts(bool typingCounts) {
 
 // The toolkit puts the keys close behind the longest text.
 void EditMenu::makeRoom() {
-    menu_->setMinimumWidth(0);
-    width_ = std::max(width_, menu_->sizeHint().width() + keysGap);
-    menu_->setMinimumWidth(width_);
+    const QFontMetrics metrics = menu_->fontMetrics();
+    int texts = 0;
+    int keys = 0;
+    for (const QAction* action : menu_->actions()) {
+        texts = std::max(texts, metrics.horizontalAdvance(action->text()));
+        keys =
+            std::max(keys, metrics.horizontalAdvance(action->shortcut().toString(QKeySequence::NativeText)));
+    }
+    menu_->setMinimumWidth(std::max(menu_->minimumWidth(), texts + keysGap + keys + borders));
 }
 
 void EditMenu::showHistory() {

@@ -36,7 +36,6 @@ class EditMenu : public QObject {
     QMenu* menu_;
     QAction* undo_;
     QAction* redo_;
-    int width_ = 0;  ///< widest that the menu has been
     QPointer<HistoryDialog> dialog_;
 };
 

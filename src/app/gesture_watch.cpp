@@ -210,15 +210,10 @@ bool GestureWatch::eventFilter(QObject* watched, QEvent* event) {
             }
             break;
         case QEvent::FocusIn:
-            focusCame(widget, *static_cast<QFocusEvent*>(event));
+            focusCame(*static_cast<QFocusEvent*>(event));
             break;
         case QEvent::FocusOut:
             if (kind_ != Kind::none && static_cast<QFocusEvent*>(event)->reason() != Qt::PopupFocusReason) {
-                endSoon();
-            }
-            break;
-        case QEvent::WindowDeactivate:
-            if (kind_ != Kind::none) {
                 endSoon();
             }
             break;
@@ -268,15 +263,10 @@ void GestureWatch::keyPressed(QWidget& widget, const QKeyEvent& event) {
     }
 }
 
-void GestureWatch::focusCame(const QWidget& widget, const QFocusEvent& event) {
-    if (event.reason() == Qt::PopupFocusReason) {
-        return;
-    }
-    // The box that was left has taken its text by now, which is a step of its own.
-    if (isPressed_) {
+// The box that a press has left has taken its text by now, which is a step of its own.
+void GestureWatch::focusCame(const QFocusEvent& event) {
+    if (isPressed_ && event.reason() != Qt::PopupFocusReason) {
         begin(Gesture::press);
-    } else if (kind_ != Kind::none && control_ != &widget) {
-        end();
     }
 }
 

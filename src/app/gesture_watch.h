@@ -45,7 +45,7 @@ class GestureWatch : public QObject {
     void pressed(const QMouseEvent& event);
     void released(const QMouseEvent& event);
     void keyPressed(QWidget& widget, const QKeyEvent& event);
-    void focusCame(const QWidget& widget, const QFocusEvent& event);
+    void focusCame(const QFocusEvent& event);
     /// Goes on with a run, or begins one.
     void run(Kind kind, QWidget& control, int key);
     /// Begins a gesture after whatever the one before has posted.
