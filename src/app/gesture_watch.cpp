@@ -28,11 +28,6 @@ class GestureEnd : public QEvent {
     int serial;
 };
 
-QEvent::Type commitType() {
-    static const int registered = QEvent::registerEventType();
-    return static_cast<QEvent::Type>(registered);
-}
-
 template <typename Control>
 QList<Control*> everywhere() {
     QList<Control*> found;
@@ -132,13 +127,6 @@ void GestureWatch::finish() {
     end();
 }
 
-void GestureWatch::commitSoon() {
-    if (!commitIsPosted_) {
-        commitIsPosted_ = true;
-        QCoreApplication::postEvent(this, new QEvent(commitType()), Qt::LowEventPriority);
-    }
-}
-
 void GestureWatch::begin(Gesture gesture) {
     deliverPostedMoves();
     ++serial_;
@@ -165,13 +153,6 @@ bool GestureWatch::event(QEvent* event) {
     if (event->type() == GestureEnd::type()) {
         if (static_cast<GestureEnd*>(event)->serial == serial_) {
             end();
-        }
-        return true;
-    }
-    if (event->type() == commitType()) {
-        commitIsPosted_ = false;
-        if (history_.gesture() == Gesture::none) {
-            history_.commit();
         }
         return true;
     }
