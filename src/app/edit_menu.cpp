@@ -4,6 +4,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QTimer>
+#include <algorithm>
 
 #include "app/history_dialog.h"
 #include "app/text_undo.h"
@@ -16,6 +17,8 @@ namespace {
 
 // A menu grows with its texts, but the name of a file may be wider than a screen.
 constexpr int widestText = 560;
+constexpr int keysGap = 32;
+constexpr int borders = 60;
 
 /// \param word with the letter that chooses it from the keyboard
 QString entryText(const QString& word, std::string_view step, const QFontMetrics& metrics) {
@@ -52,7 +55,10 @@ EditMenu::~EditMenu() {
 
 void EditMenu::follow() {
     connect(&commands_, &UndoCommands::historyChanged, this, [this] { showTexts(false); });
-    connect(menu_, &QMenu::aboutToShow, this, [this] { showTexts(true); });
+    connect(menu_, &QMenu::aboutToShow, this, [this] {
+        showTexts(true);
+        makeRoom();
+    });
     // The menu closes before the entry that was chosen acts, which has to be enabled still.
     connect(menu_, &QMenu::aboutToHide, this,
             [this] { QTimer::singleShot(0, this, [this] { showTexts(false); }); });
@@ -69,6 +75,19 @@ void EditMenu::showTexts(bool typingCounts) {
     };
     show(*undo_, QStringLiteral("&Undo"), UndoDirection::undo, history.canUndo(), history.undoText());
     show(*redo_, QStringLiteral("&Redo"), UndoDirection::redo, history.canRedo(), history.redoText());
+}
+
+// The toolkit puts the keys close behind the longest text.
+void EditMenu::makeRoom() {
+    const QFontMetrics metrics = menu_->fontMetrics();
+    int texts = 0;
+    int keys = 0;
+    for (const QAction* action : menu_->actions()) {
+        texts = std::max(texts, metrics.horizontalAdvance(action->text()));
+        keys =
+            std::max(keys, metrics.horizontalAdvance(action->shortcut().toString(QKeySequence::NativeText)));
+    }
+    menu_->setMinimumWidth(std::max(menu_->minimumWidth(), texts + keysGap + keys + borders));
 }
 
 void EditMenu::showHistory() {

@@ -30,6 +30,7 @@ class EditMenu : public QObject {
  private:
     void follow();
     void showTexts(bool typingCounts);
+    void makeRoom();
 
     UndoCommands& commands_;
     QMenu* menu_;

@@ -28,11 +28,6 @@ class GestureEnd : public QEvent {
     int serial;
 };
 
-QEvent::Type commitType() {
-    static const int registered = QEvent::registerEventType();
-    return static_cast<QEvent::Type>(registered);
-}
-
 template <typename Control>
 QList<Control*> everywhere() {
     QList<Control*> found;
@@ -132,13 +127,6 @@ void GestureWatch::finish() {
     end();
 }
 
-void GestureWatch::commitSoon() {
-    if (!commitIsPosted_) {
-        commitIsPosted_ = true;
-        QCoreApplication::postEvent(this, new QEvent(commitType()), Qt::LowEventPriority);
-    }
-}
-
 void GestureWatch::begin(Gesture gesture) {
     deliverPostedMoves();
     ++serial_;
@@ -165,13 +153,6 @@ bool GestureWatch::event(QEvent* event) {
     if (event->type() == GestureEnd::type()) {
         if (static_cast<GestureEnd*>(event)->serial == serial_) {
             end();
-        }
-        return true;
-    }
-    if (event->type() == commitType()) {
-        commitIsPosted_ = false;
-        if (history_.gesture() == Gesture::none) {
-            history_.commit();
         }
         return true;
     }
@@ -210,15 +191,10 @@ bool GestureWatch::eventFilter(QObject* watched, QEvent* event) {
             }
             break;
         case QEvent::FocusIn:
-            focusCame(widget, *static_cast<QFocusEvent*>(event));
+            focusCame(*static_cast<QFocusEvent*>(event));
             break;
         case QEvent::FocusOut:
             if (kind_ != Kind::none && static_cast<QFocusEvent*>(event)->reason() != Qt::PopupFocusReason) {
-                endSoon();
-            }
-            break;
-        case QEvent::WindowDeactivate:
-            if (kind_ != Kind::none) {
                 endSoon();
             }
             break;
@@ -268,15 +244,10 @@ void GestureWatch::keyPressed(QWidget& widget, const QKeyEvent& event) {
     }
 }
 
-void GestureWatch::focusCame(const QWidget& widget, const QFocusEvent& event) {
-    if (event.reason() == Qt::PopupFocusReason) {
-        return;
-    }
-    // The box that was left has taken its text by now, which is a step of its own.
-    if (isPressed_) {
+// The box that a press has left has taken its text by now, which is a step of its own.
+void GestureWatch::focusCame(const QFocusEvent& event) {
+    if (isPressed_ && event.reason() != Qt::PopupFocusReason) {
         begin(Gesture::press);
-    } else if (kind_ != Kind::none && control_ != &widget) {
-        end();
     }
 }
 

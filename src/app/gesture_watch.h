@@ -33,7 +33,7 @@ class GestureWatch : public QObject {
     /// held let go, what they have posted is delivered, and the step in the making ends.
     void finish();
     /// Makes a step of what has changed without a hand, once the event in hand is done.
-    void commitSoon();
+    void commitSoon() { endSoon(); }
 
  protected:
     bool event(QEvent* event) override;
@@ -45,7 +45,7 @@ class GestureWatch : public QObject {
     void pressed(const QMouseEvent& event);
     void released(const QMouseEvent& event);
     void keyPressed(QWidget& widget, const QKeyEvent& event);
-    void focusCame(const QWidget& widget, const QFocusEvent& event);
+    void focusCame(const QFocusEvent& event);
     /// Goes on with a run, or begins one.
     void run(Kind kind, QWidget& control, int key);
     /// Begins a gesture after whatever the one before has posted.
@@ -60,7 +60,6 @@ class GestureWatch : public QObject {
     int key_ = 0;
     bool isPressed_ = false;    ///< a button of the mouse is down
     bool endIsPosted_ = false;  ///< for the gesture under way
-    bool commitIsPosted_ = false;
     int serial_ = 0;  ///< of the gesture under way; an end that was posted for another one does nothing
 };
 

@@ -36,8 +36,8 @@ QRgb signColor(HistoryModel::Kind kind) {
 /// Shape and colour tell the kinds apart: a disc for the current state, a square for what was saved, a tick
 /// for what was confirmed, a bar for what was told.
 void paintSign(QPainter& painter, QPointF centre, HistoryModel::Kind kind, HistoryModel::State state,
-               bool dim) {
-    const QColor color = QColor::fromRgb(dim ? theme::text3 : signColor(kind));
+               QRgb ink) {
+    const QColor color = QColor::fromRgb(ink);
     painter.setPen(QPen(color, 1.8, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
     painter.setBrush(Qt::NoBrush);
     switch (kind) {
@@ -79,7 +79,10 @@ class RowPainter : public QStyledItemDelegate {
             painter->drawRoundedRect(QRectF(option.rect).adjusted(2, 1, -2, -1), 3, 3);
         }
         paintSign(*painter, QPointF(option.rect.left() + signCentre, option.rect.center().y() + 0.5), kind,
-                  state, isUndone && !isSelected);
+                  state,
+                  isSelected ? theme::white
+                  : isUndone ? theme::text3
+                             : signColor(kind));
         const QRgb quiet = isSelected ? theme::white : isUndone ? theme::text3 : theme::text2;
         const QRgb plain = isSelected || (!isUndone && !isMark) ? theme::text : quiet;
         QRect row = option.rect.adjusted(timeLeft, 0, -8, 0);

@@ -66,6 +66,9 @@ QString CTessavoApp::unusableDisplay() {
 
 bool CTessavoApp::InitInstance(const StartOptions& options) {
     tuning_.start();
+    // Those of a start before this one.
+    frame_.reset();
+    history_.reset();
     history_ = std::make_unique<History>(tuning_);
     if (options.demo) {
         startDemo();

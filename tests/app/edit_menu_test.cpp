@@ -82,6 +82,25 @@ TEST_F(EditMenus, AnAmpersandIsDoubledAndALongTextMakesItGrow) {
                                                        "saloon.eqsCtrl+Shift+Z")));
 }
 
+TEST_F(EditMenus, ItGrowsWithItsTextsAndNeverShrinks) {
+    QMenu* edit = menu(QStringLiteral("Edit"));
+    const auto widthWhenOpen = [&] {
+        edit->popup(QPoint(0, 0));
+        const int width = edit->width();
+        edit->hide();
+        return width;
+    };
+    click(flag(1));
+    const int narrow = widthWhenOpen();
+    EXPECT_EQ(widthWhenOpen(), narrow) << "it does not creep";
+    ASSERT_TRUE(frame->openFile(settingsFileNamed("left and right of the grand old family saloon.eqs")));
+    const int wide = widthWhenOpen();
+    EXPECT_GT(wide, narrow);
+    ASSERT_TRUE(commands().goTo(0));
+    click(flag(1));
+    EXPECT_EQ(widthWhenOpen(), wide);
+}
+
 TEST_F(EditMenus, ANameWiderThanAScreenIsShortenedInItsMiddle) {
     ASSERT_TRUE(frame->openFile(settingsFileNamed(std::string(200, 'w') + ".eqs")));
     EXPECT_LT(menu(QStringLiteral("Edit"))->sizeHint().width(), 900);

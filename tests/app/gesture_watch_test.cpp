@@ -100,9 +100,13 @@ TEST_F(Gestures, AChangeWithoutAHandDuringADragDoesNotCutItEither) {
     CBitmapSlider& slider = gainSlider();
     commands().settle();
     tuning.setVolume(1.0F, true);
-    hold(slider, -20);
-    moveOn(slider, -20);
-    letGo(slider);
+    // A press beside the cap moves it at once, before the other change has become a step.
+    QTest::mousePress(&slider, Qt::LeftButton, {}, QPoint(14, 30));
+    settleEvents();
+    EXPECT_EQ(steps(), 1U);
+    moveOn(slider, 60);
+    QTest::mouseRelease(&slider, Qt::LeftButton, {}, QPoint(14, 90));
+    settleEvents();
     EXPECT_EQ(steps(), 2U);
 }
 
@@ -254,6 +258,16 @@ TEST_F(Gestures, ARunEndsWhereTheWindowIsLeft) {
     EXPECT_EQ(steps(), 1U);
 }
 
+TEST_F(Gestures, ARunEndsWithAShortcut) {
+    CBitmapSlider& slider = gainSlider();
+    key(slider, Qt::Key_Up);
+    press(Qt::Key_E, Qt::ControlModifier);
+    EXPECT_EQ(dialogs.asked.size(), 1U);
+    key(slider, Qt::Key_Up);
+    commands().settle();
+    EXPECT_EQ(steps(), 2U);
+}
+
 TEST_F(Gestures, TheSpaceBarIsAStepEachTime) {
     SkinCheckBox& box = on<SkinCheckBox>(Page::outputEqualizer, output_eq_id::bands[0].enabled);
     key(box, Qt::Key_Space);
@@ -304,6 +318,18 @@ TEST_F(Gestures, ANumberThatAClickElsewhereTakesIsNoPartOfThatClick) {
     EXPECT_NEAR(tuning.currentParameterSet().channels[7].bands[2].gainDb, 4.5, 1e-6);
     undoKey();
     EXPECT_TRUE(same(*before, *state()));
+}
+
+TEST_F(Gestures, TwoNumbersTypedIntoOneBoxAreTwoStepsAlsoInOneQueue) {
+    auto& delay = on<NumberEdit>(Page::channelConfig, audio_router_id::delaySize2);
+    delay.setFocus(Qt::TabFocusReason);
+    for (const QString& text : {QStringLiteral("12"), QStringLiteral("13")}) {
+        delay.selectAll();
+        QTest::keyClicks(&delay, text);
+        QTest::keyClick(&delay, Qt::Key_Return);
+    }
+    settleEvents();
+    EXPECT_EQ(steps(), 2U);
 }
 
 TEST_F(Gestures, ATypedTextThatIsTakenBackIsNoStep) {

@@ -4,6 +4,7 @@
 #include <QScrollBar>
 #include <QTest>
 #include <QTimer>
+#include <thread>
 
 #include "app/undo_fixture.h"
 #include "controls/skin_message_box.h"
@@ -355,6 +356,20 @@ TEST_F(Undoing, InLiveModeAStepIsSentAndTheConfirmationMarksIt) {
     commands().settle();
     EXPECT_EQ(steps(), 2U);
     EXPECT_THAT(shown, IsEmpty());
+}
+
+TEST_F(Undoing, AnUndoDuringAPollActsAtOnce) {
+    const auto before = state();
+    click(flag(1));
+    bool undone = false;
+    QObject::connect(&line, &CommLink::exchangeBegan, frame.get(), [&](LineUser user) {
+        EXPECT_EQ(user, LineUser::clipPoll);
+        undone = commands().undo();
+    });
+    std::thread poll([this] { line.background().ReadClipState(); });
+    EXPECT_TRUE(QTest::qWaitFor([&] { return undone; }, patienceMs));
+    poll.join();
+    EXPECT_TRUE(same(*before, *state()));
 }
 
 TEST_F(Undoing, AnUndoDuringALiveExchangeActsAtOnce) {
