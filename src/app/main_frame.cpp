@@ -11,6 +11,7 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QScreen>
+#include <QSignalBlocker>
 #include <QWindow>
 #include <algorithm>
 #include <array>
@@ -292,6 +293,8 @@ void CMainFrame::followHistory() {
             if (place) {
                 notice.buttons = {{QStringLiteral("Show"), [this, at = *place] { view_->showPlace(at); }}};
             }
+            // The list itself shows which steps are undone.
+            const QSignalBlocker unlisted(status_);
             status_->showNotice(std::move(notice));
         });
     keeper_ = std::make_unique<SessionKeeper>(

@@ -212,7 +212,8 @@ TEST_F(MainFrame, HasItsMenus) {
     EXPECT_EQ(titles, (QStringList{QStringLiteral("File"), QStringLiteral("Edit"), QStringLiteral("Help")}));
     EXPECT_EQ(itemsOf(QStringLiteral("File")),
               (QStringList{QStringLiteral("Open"), QStringLiteral("Save"), QStringLiteral("Export"),
-                           QStringLiteral("-"), QStringLiteral("Exit")}));
+                           QStringLiteral("-"), QStringLiteral("Exit"), QStringLiteral("-"),
+                           QStringLiteral("Save Again"), QStringLiteral("Earlier Versions...")}));
     EXPECT_EQ(itemsOf(QStringLiteral("Edit")),
               (QStringList{QStringLiteral("Undo"), QStringLiteral("Redo"), QStringLiteral("History...")}));
     EXPECT_EQ(itemsOf(QStringLiteral("Help")), QStringList{QStringLiteral("About")});

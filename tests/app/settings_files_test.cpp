@@ -242,7 +242,8 @@ TEST_F(SettingsFiles, FourRecentFilesStandInTheMenuNewestFirst) {
     EXPECT_EQ(recentItems(), files);
     QStringList items{QStringLiteral("Open"), QStringLiteral("Save"), QStringLiteral("Export"),
                       QStringLiteral("-")};
-    items << files << QStringLiteral("-") << QStringLiteral("Exit");
+    items << files << QStringLiteral("-") << QStringLiteral("Exit") << QStringLiteral("-")
+          << QStringLiteral("Save Again") << QStringLiteral("Earlier Versions...");
     EXPECT_EQ(itemsOf(QStringLiteral("File")), items);
 }
 
