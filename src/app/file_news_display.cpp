@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QMenu>
 #include <algorithm>
+#include <utility>
 
 #include "app/status_line.h"
 #include "app/ui_file_dialogs.h"
@@ -22,7 +23,7 @@ QString nameOf(const std::filesystem::path& path) {
 FileNewsDisplay::FileNewsDisplay(const Dependencies& dependencies)
     : dependencies_(dependencies), files_(dependencies.tuning, dependencies.commands, dependencies.folder) {
     files_.setListener([this](FileNews news, const std::filesystem::path& path) { take(news, path); });
-    connect(&dependencies_.undo, &UndoCommands::historyChanged, this, &FileNewsDisplay::showDocument);
+    connect(&dependencies_.undo, &UndoCommands::historyChanged, this, &FileNewsDisplay::followHistory);
     showDocument();
 }
 
@@ -49,12 +50,20 @@ void FileNewsDisplay::resumeDocument(const std::filesystem::path& path) {
 
 void FileNewsDisplay::take(FileNews news, const std::filesystem::path& path) {
     StatusLine& status = dependencies_.status;
+    const History& history = dependencies_.undo.history();
+    const std::uint64_t stepsBefore = history.dropped() + history.position();
+    if (news == FileNews::loaded || news == FileNews::saved) {
+        hasShortFile_ = false;
+        showShortFile();
+    }
     switch (news) {
         case FileNews::loaded:
+            Q_EMIT opened();
             dependencies_.undo.noteOpened(path);
             break;
         case FileNews::saved:
             dependencies_.undo.noteSaved(path);
+            Q_EMIT saved();
             break;
         case FileNews::notSaved:
             if (!isKept(path)) {
@@ -78,22 +87,61 @@ void FileNewsDisplay::take(FileNews news, const std::filesystem::path& path) {
     }
     if (news == FileNews::loaded || news == FileNews::saved) {
         status.withdrawNotice(changedNotice_);
-        showShortFile();
+        noteShortFile(history.dropped() + history.position() > stepsBefore);
     }
     showDocument();
     Q_EMIT documentChanged();
 }
 
-// What was left out stays left out until the sets are saved: this is no message that passes.
+void FileNewsDisplay::noteShortFile(bool isStep) {
+    const History& history = dependencies_.undo.history();
+    hasShortFile_ = !files_.document().shortFileText().empty();
+    // Opened once more it is what it was.
+    if (isStep || !stepsBeforeShortFile()) {
+        shortFileStep_ = isStep ? history.steps()[history.position() - 1] : nullptr;
+    }
+    showShortFile();
+}
+
+std::optional<std::size_t> FileNewsDisplay::stepsBeforeShortFile() const {
+    const History& history = dependencies_.undo.history();
+    const auto& steps = history.steps();
+    const auto done = steps.begin() + static_cast<std::ptrdiff_t>(history.position());
+    const auto found = std::find(steps.begin(), done, shortFileStep_);
+    return found != done ? std::optional(static_cast<std::size_t>(found - steps.begin())) : std::nullopt;
+}
+
+// What was left out stays left out until the sets are saved or those of before are back: this is no message
+// that passes.
 void FileNewsDisplay::showShortFile() {
-    dependencies_.status.withdrawNotice(shortFileNotice_);
-    const QString text = QString::fromStdString(files_.document().shortFileText());
-    if (!text.isEmpty()) {
-        shortFileNotice_ = dependencies_.status.showNotice(
-            {.text = text,
-             .kind = Notice::Kind::warning,
-             .buttons = {{QStringLiteral("Undo"), [this] { dependencies_.undo.undo(); }}},
-             .stays = true});
+    const bool isInForce = hasShortFile_ && (!shortFileStep_ || stepsBeforeShortFile());
+    if (!isInForce) {
+        dependencies_.status.withdrawNotice(shortFileNotice_);
+        shortFileNotice_ = 0;
+        return;
+    }
+    if (shortFileNotice_ != 0) {
+        return;
+    }
+    Notice notice{.text = QString::fromStdString(files_.document().shortFileText()),
+                  .kind = Notice::Kind::warning,
+                  .stays = true};
+    if (shortFileStep_) {
+        notice.buttons = {{QStringLiteral("Undo"), [this] { takeBackShortFile(); }}};
+    }
+    shortFileNotice_ = dependencies_.status.showNotice(std::move(notice));
+}
+
+void FileNewsDisplay::followHistory() {
+    showDocument();
+    showShortFile();
+}
+
+// Whatever was done since: the sets of before the file are what is asked for.
+void FileNewsDisplay::takeBackShortFile() {
+    if (const auto before = stepsBeforeShortFile(); before && !dependencies_.undo.goTo(*before)) {
+        shortFileNotice_ = 0;
+        showShortFile();
     }
 }
 

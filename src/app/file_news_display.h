@@ -3,8 +3,11 @@
 #include <QObject>
 #include <QString>
 #include <filesystem>
+#include <memory>
+#include <optional>
 
 #include "history/file_history.h"
+#include "history/step.h"
 
 class QAction;
 class QMenu;
@@ -44,6 +47,10 @@ class FileNewsDisplay : public QObject {
     void resumeDocument(const std::filesystem::path& path);
 
  Q_SIGNALS:
+    /// A settings file has become the document and its sets stand here; the step is not made yet.
+    void opened();
+    /// The sets stand in the document, by whatever command.
+    void saved();
     /// Another file is the document, or the sets stand in it now.
     void documentChanged();
     /// The document was saved without a dialog.
@@ -53,7 +60,12 @@ class FileNewsDisplay : public QObject {
     void take(FileNews news, const std::filesystem::path& path);
     [[nodiscard]] bool isKept(const std::filesystem::path& path) const;
     void showDocument();
+    void noteShortFile(bool isStep);
     void showShortFile();
+    void followHistory();
+    void takeBackShortFile();
+    /// How many steps were done before the short file was opened; nothing where that is undone.
+    [[nodiscard]] std::optional<std::size_t> stepsBeforeShortFile() const;
     void saveAgain();
     void overwrite();
     void showVersions();
@@ -62,6 +74,9 @@ class FileNewsDisplay : public QObject {
     FileHistory files_;
     QAction* saveAgain_ = nullptr;
     quint64 shortFileNotice_ = 0;
+    bool hasShortFile_ = false;  ///< the document was too short, and was not saved since
+    /// That opened the short file; null where the sets were the same before.
+    std::shared_ptr<const Step> shortFileStep_;
     quint64 changedNotice_ = 0;
 };
 

@@ -42,6 +42,7 @@ SessionKeeper::SessionKeeper(Dependencies dependencies)
     RecoveryStart start = store_.beginRun(dependencies_.now());
     waiting_ = std::move(start.list.waiting);
     if (!start.isFree) {
+        offerNext();
         tell(QStringLiteral("The recovery file of an earlier run cannot be moved: nothing is kept"),
              Notice::Kind::warning);
         return;
@@ -56,6 +57,8 @@ SessionKeeper::SessionKeeper(Dependencies dependencies)
     connect(&soon_, &QTimer::timeout, this, &SessionKeeper::write);
     connect(&dependencies_.undo, &UndoCommands::historyChanged, this, &SessionKeeper::noteHistory);
     connect(&dependencies_.files, &FileNewsDisplay::documentChanged, this, &SessionKeeper::scheduleWrite);
+    connect(&dependencies_.files, &FileNewsDisplay::opened, this, &SessionKeeper::noteOpened);
+    connect(&dependencies_.files, &FileNewsDisplay::saved, this, &SessionKeeper::noteSaved);
     connect(&dependencies_.view, &CTessavoView::filterModeChanged, this, &SessionKeeper::scheduleWrite);
     // The system is about to end the session, and may end the program at any moment after this.
     connect(qApp, &QGuiApplication::commitDataRequest, this, &SessionKeeper::finish, Qt::DirectConnection);
@@ -72,9 +75,22 @@ SessionKeeper::~SessionKeeper() {
 }
 
 void SessionKeeper::noteHistory(HistoryEvent event) {
+    if (event == HistoryEvent::stepsChanged) {
+        isUnsaved_ = !isNothingToRestore();
+    }
     if (event != HistoryEvent::marksChanged) {
         scheduleWrite();
     }
+}
+
+// The sets stand in a file now, but those that it has replaced are only in the steps.
+void SessionKeeper::noteOpened() {
+    isBuried_ = isBuried_ || isUnsaved_;
+}
+
+void SessionKeeper::noteSaved() {
+    isBuried_ = false;
+    isUnsaved_ = false;
 }
 
 // Later changes do not put it off.
@@ -85,6 +101,9 @@ void SessionKeeper::scheduleWrite() {
 }
 
 bool SessionKeeper::isNothingToRestore() const {
+    if (isBuried_) {
+        return false;
+    }
     const History& history = dependencies_.history;
     const FileHistory& files = dependencies_.files.files();
     const bool isStart = history.steps().empty() && !history.canUndo();
@@ -109,11 +128,13 @@ void SessionKeeper::write() {
     writer_->put(std::move(state));
 }
 
+bool SessionKeeper::isWritten() {
+    write();
+    return writer_ && writer_->flush(longestWrite);
+}
+
 void SessionKeeper::finish() {
-    if (writer_) {
-        write();
-        writer_->flush(longestWrite);
-    }
+    isWritten();
 }
 
 void SessionKeeper::tell(const QString& text, Notice::Kind kind) {
@@ -155,11 +176,11 @@ void SessionKeeper::restore() {
         return;
     }
     waiting_.erase(waiting_.begin());
+    isBuried_ = true;
     dependencies_.view.showFilterMode(state->filterMode);
     dependencies_.files.resumeDocument(one.documentPath);
-    write();
     // The earlier file is needed until this run has one of its own.
-    if (writer_->flush(longestWrite)) {
+    if (isWritten()) {
         RecoveryStore::discard(one);
     }
     offerNext();

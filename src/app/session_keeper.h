@@ -50,9 +50,14 @@ class SessionKeeper : public QObject {
 
  private:
     void noteHistory(HistoryEvent event);
+    void noteOpened();
+    void noteSaved();
     void scheduleWrite();
     void write();
     [[nodiscard]] bool isNothingToRestore() const;
+    /// Writes at once.
+    /// \return whether the recovery file of this run holds the state as it stands
+    bool isWritten();
     void offerNext();
     void restore();
     void discard();
@@ -60,6 +65,8 @@ class SessionKeeper : public QObject {
 
     Dependencies dependencies_;
     RecoveryStore store_;
+    bool isUnsaved_ = false;  ///< after the last step there was something to restore
+    bool isBuried_ = false;   ///< the steps lead back to sets that no file holds, whatever the sets are now
     std::vector<WaitingRecovery> waiting_;  ///< newest first
     UiCalls calls_;
     QTimer soon_;

@@ -13,6 +13,10 @@ namespace tessavo::test {
 
 UndoTest::UndoTest() {
     line.setPortName(target.portName());
+    makeWindow();
+}
+
+void UndoTest::makeWindow(const std::filesystem::path& dataFolder) {
     frame.reset();
     auto factory = pageFactory({.tuning = tuning,
                                 .boxes = boxes,
@@ -22,8 +26,9 @@ UndoTest::UndoTest() {
                                 .listPorts = [this] { return std::vector<std::string>{target.portName()}; },
                                 .firstPort = target.portName(),
                                 .refreshPages = [this] { frame->view().refreshPages(); }});
-    frame = std::make_unique<CMainFrame>(CMainFrame::Dependencies{
-        tuning, *history, boxes, dialogs, *profile, line, chartHost, std::move(factory), portSystem});
+    frame = std::make_unique<CMainFrame>(CMainFrame::Dependencies{tuning, *history, boxes, dialogs, *profile,
+                                                                  line, chartHost, std::move(factory),
+                                                                  portSystem, dataFolder});
     frame->show();
     frame->activateWindow();
     EXPECT_TRUE(QTest::qWaitForWindowActive(frame.get()));

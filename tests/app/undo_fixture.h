@@ -23,6 +23,10 @@ class UndoTest : public FrameTest {
     UndoTest();
     ~UndoTest() override;
 
+    /// Makes the window once more, with the same tuning and history.
+    /// \param dataFolder of recovery file and earlier versions; none are kept when empty
+    void makeWindow(const std::filesystem::path& dataFolder = {});
+
     UndoCommands& commands() { return frame->undoCommands(); }
     QWidget& page(Page which);
     /// A control of a page by its number, on its page, which comes to the front.
