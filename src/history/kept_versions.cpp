@@ -11,6 +11,7 @@
 #include "base/raw_file.h"
 #include "history/version_note.h"
 #include "params/set_text.h"
+#include "platform/data_folder.h"
 
 namespace tessavo {
 
@@ -98,12 +99,12 @@ std::optional<KeptVersion> versionIn(const std::filesystem::path& path) {
 }
 
 bool makeFolder(const std::filesystem::path& folder) {
-    std::error_code failed;
-    std::filesystem::create_directories(folder, failed);
-    if (failed) {
+    if (makePrivateFolder(folder)) {
         return false;
     }
-    std::filesystem::permissions(folder, std::filesystem::perms::owner_all, failed);
+    // One that stands already may be open to others.
+    std::error_code ignored;
+    std::filesystem::permissions(folder, std::filesystem::perms::owner_all, ignored);
     return true;
 }
 
