@@ -5,6 +5,7 @@
 #include <QFileInfo>
 
 #include "app/skin_file_dialog.h"
+#include "params/set_text.h"
 
 namespace tessavo {
 
@@ -60,7 +61,7 @@ std::filesystem::path pathOf(const QString& text) {
 }
 
 QString textOf(const std::filesystem::path& path) {
-    return QDir::toNativeSeparators(QString::fromStdU16String(path.u16string()));
+    return QDir::toNativeSeparators(QString::fromStdString(utf8FromPath(path)));
 }
 
 }  // namespace tessavo

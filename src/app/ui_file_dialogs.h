@@ -30,7 +30,7 @@ class UiFileDialogs : public IFileDialogs {
 [[nodiscard]] QStringList nameFilters(std::string_view filter);
 
 [[nodiscard]] std::filesystem::path pathOf(const QString& text);
-/// With the separators that the system writes.
+/// With the separators that the system writes. What is no text in the name becomes U+FFFD.
 [[nodiscard]] QString textOf(const std::filesystem::path& path);
 
 }  // namespace tessavo

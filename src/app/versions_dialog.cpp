@@ -2,13 +2,13 @@
 
 #include <QAccessible>
 #include <QDateTime>
-#include <QDir>
 #include <QHeaderView>
 #include <QSignalBlocker>
 #include <QTreeWidget>
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "app/ui_file_dialogs.h"
 #include "controls/color_control.h"
 #include "controls/screen_room.h"
 #include "controls/skin_button.h"
@@ -47,14 +47,8 @@ QString listSheet() {
              colorName(theme::text2));
 }
 
-QString pathText(const std::filesystem::path& path) {
-    const auto text = path.u8string();
-    return QDir::toNativeSeparators(
-        QString::fromUtf8(reinterpret_cast<const char*>(text.data()), static_cast<qsizetype>(text.size())));
-}
-
 QString nameOf(const KeptVersion& version) {
-    return version.path.empty() ? QStringLiteral("no longer known") : pathText(version.path.filename());
+    return version.path.empty() ? QStringLiteral("no longer known") : textOf(version.path.filename());
 }
 
 QString timeOf(const KeptVersion& version) {
@@ -155,13 +149,13 @@ void VersionsDialog::fill(const std::string& chosen) {
     for (const KeptVersion& version : versions_) {
         auto* const item = new QTreeWidgetItem(list_);
         item->setText(nameColumn, nameOf(version));
-        item->setText(folderColumn, pathText(version.path.parent_path()));
+        item->setText(folderColumn, textOf(version.path.parent_path()));
         item->setText(timeColumn, timeOf(version));
         item->setText(sizeColumn, QStringLiteral("%1 bytes").arg(version.size));
         item->setTextAlignment(sizeColumn, Qt::AlignRight | Qt::AlignVCenter);
         item->setSizeHint(nameColumn, QSize(0, rowHeight));
         item->setToolTip(nameColumn, nameOf(version));
-        item->setToolTip(folderColumn, pathText(version.path.parent_path()));
+        item->setToolTip(folderColumn, textOf(version.path.parent_path()));
         // A screen reader reads a row by its first cell.
         item->setData(
             nameColumn, Qt::AccessibleTextRole,
@@ -201,7 +195,7 @@ void VersionsDialog::bringBack() {
         }
         place = *asked;
     }
-    const QString name = pathText(place.filename());
+    const QString name = textOf(place.filename());
     switch (const BroughtBack result = history_.bringBack(version.id, place)) {
         case BroughtBack::done:
             tell(QStringLiteral("%1 is as it was before %2.").arg(name, timeOf(version)), false);

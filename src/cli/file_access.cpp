@@ -72,14 +72,6 @@ bool holdsImage(const fs::path& path) {
     return image.imageSize == parameterImageSize;
 }
 
-// Paths are UTF-8 on one system and UTF-16 on the other.
-[[maybe_unused]] std::string textOfNative(std::string_view path) {
-    return utf8FromUtf16(utf16FromUtf8(path));
-}
-[[maybe_unused]] std::string textOfNative(std::wstring_view path) {
-    return utf8FromUtf16(std::u16string(path.begin(), path.end()));
-}
-
 template <typename Record>
 std::vector<std::uint8_t> bytesOfRecord(const Record& record) {
     std::vector<std::uint8_t> bytes(sizeof(Record));
@@ -94,7 +86,7 @@ fs::path pathOf(std::string_view argument) {
 }
 
 std::string textOf(const fs::path& path) {
-    return textOfNative(path.native());
+    return utf8FromPath(path);
 }
 
 bool isSameFile(const std::string& first, const std::string& second) {

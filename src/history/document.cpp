@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "history/whole_file.h"
+#include "params/set_text.h"
 
 namespace tessavo {
 
@@ -28,8 +29,7 @@ StoreBytes startOf(const FileStart& file) {
 }  // namespace
 
 std::string Document::name() const {
-    const auto name = path_.filename().u8string();
-    return {name.begin(), name.end()};
+    return utf8FromPath(path_.filename());
 }
 
 std::optional<Document::Stamp> Document::stampOf(const std::filesystem::path& path) {

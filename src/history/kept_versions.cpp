@@ -10,6 +10,8 @@
 #include "base/number_text.h"
 #include "base/raw_file.h"
 #include "history/version_note.h"
+#include "params/set_text.h"
+#include "platform/data_folder.h"
 
 namespace tessavo {
 
@@ -79,8 +81,8 @@ WallTime lastWritten(const std::filesystem::path& path) {
 
 // A version whose bytes are there; nothing for every other file.
 std::optional<KeptVersion> versionIn(const std::filesystem::path& path) {
-    const std::string stem = path.stem().string();
-    const auto suffix = std::ranges::find(suffixes, path.extension().string());
+    const std::string stem = utf8FromPath(path.stem());
+    const auto suffix = std::ranges::find(suffixes, utf8FromPath(path.extension()));
     std::error_code gone;
     const std::uintmax_t size = std::filesystem::file_size(path, gone);
     if (!numberOf(stem) || suffix == suffixes.end() || gone) {
@@ -97,12 +99,12 @@ std::optional<KeptVersion> versionIn(const std::filesystem::path& path) {
 }
 
 bool makeFolder(const std::filesystem::path& folder) {
-    std::error_code failed;
-    std::filesystem::create_directories(folder, failed);
-    if (failed) {
+    if (makePrivateFolder(folder)) {
         return false;
     }
-    std::filesystem::permissions(folder, std::filesystem::perms::owner_all, failed);
+    // One that stands already may be open to others.
+    std::error_code ignored;
+    std::filesystem::permissions(folder, std::filesystem::perms::owner_all, ignored);
     return true;
 }
 
@@ -208,7 +210,7 @@ void KeptVersions::dropOldest(std::string_view spared) const {
     }
     // What has no bytes has just lost them, or is left from an end in the middle.
     for (const std::filesystem::path& path : filesIn(folder_)) {
-        const std::string id = path.filename().string().substr(0, idLength);
+        const std::string id = utf8FromPath(path.filename()).substr(0, idLength);
         if (numberOf(id) && id < versions.front().id && !std::ranges::count(versions, id, &KeptVersion::id)) {
             drop(path);
         }

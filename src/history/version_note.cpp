@@ -62,6 +62,18 @@ std::filesystem::path pathFrom(std::string_view text) {
     return {native};
 }
 
+// Nothing for a time that this clock cannot tell.
+std::optional<WallTime> timeFrom(std::string_view text) {
+    using std::chrono::duration_cast;
+    using std::chrono::microseconds;
+    const auto count = wholeNumber<std::int64_t>(text);
+    constexpr auto latest = duration_cast<microseconds>(WallTime::duration::max()).count();
+    constexpr auto earliest = duration_cast<microseconds>(WallTime::duration::min()).count();
+    return count && *count >= earliest && *count <= latest
+               ? std::optional(WallTime(duration_cast<WallTime::duration>(microseconds(*count))))
+               : std::nullopt;
+}
+
 // The rest of the line behind its label; the text goes on behind it.
 std::string_view takeLine(std::string_view& text, std::string_view label) {
     std::string_view line = text.substr(0, text.find('\n'));
@@ -97,17 +109,13 @@ std::optional<VersionNote> readNote(std::string_view text) {
         return std::nullopt;
     }
     std::string_view rest = lines.substr(firstLine.size());
-    const auto microseconds = wholeNumber<std::int64_t>(takeLine(rest, timeLabel));
+    const auto time = timeFrom(takeLine(rest, timeLabel));
     const auto size = wholeNumber<std::uintmax_t>(takeLine(rest, sizeLabel));
     const std::string_view digest = takeLine(rest, digestLabel);
-    if (!microseconds || !size || digest.size() != 2 * Md5Digest().size()) {
+    if (!time || !size || digest.size() != 2 * Md5Digest().size()) {
         return std::nullopt;
     }
-    VersionNote note{
-        pathFrom(takeLine(rest, pathLabel)),
-        WallTime(std::chrono::duration_cast<WallTime::duration>(std::chrono::microseconds(*microseconds))),
-        *size,
-        {}};
+    VersionNote note{pathFrom(takeLine(rest, pathLabel)), *time, *size, {}};
     for (std::size_t i = 0; i < note.digest.size(); ++i) {
         note.digest[i] = wholeNumber<std::uint8_t>(digest.substr(2 * i, 2), 16).value_or(0);
     }

@@ -74,6 +74,14 @@ Decoded decodeUtf8(std::string_view text) {
     return {code, length};
 }
 
+// Paths are UTF-8 on one system and UTF-16 on the other.
+[[maybe_unused]] std::string fromNative(std::string_view path) {
+    return utf8FromUtf16(utf16FromUtf8(path));
+}
+[[maybe_unused]] std::string fromNative(std::wstring_view path) {
+    return utf8FromUtf16(std::u16string(path.begin(), path.end()));
+}
+
 }  // namespace
 
 void writeSetText(SetText& field, std::u16string_view text, std::size_t limit) {
@@ -112,6 +120,10 @@ std::string utf8FromUtf16(std::u16string_view text) {
         append(out, code);
     }
     return out;
+}
+
+std::string utf8FromPath(const std::filesystem::path& path) {
+    return fromNative(path.native());
 }
 
 }  // namespace tessavo

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <filesystem>
 #include <string>
 #include <string_view>
 
@@ -25,5 +26,8 @@ void writeSetText(SetText& field, std::u16string_view text, std::size_t limit = 
 [[nodiscard]] std::u16string utf16FromUtf8(std::string_view text);
 /// Converts UTF-16 to UTF-8. What is not valid becomes U+FFFD.
 [[nodiscard]] std::string utf8FromUtf16(std::u16string_view text);
+/// A path in UTF-8. A name need not be text in any encoding: what is none becomes U+FFFD, where the standard
+/// library's own conversions throw.
+[[nodiscard]] std::string utf8FromPath(const std::filesystem::path& path);
 
 }  // namespace tessavo

@@ -128,6 +128,10 @@ TEST(PathOfText, GoesThereAndBack) {
     EXPECT_TRUE(pathOf(QString()).empty());
 }
 
+TEST(TextOfPath, TellsANameThatIsNoText) {
+    EXPECT_EQ(textOf(nameThatIsNoText(".eqs")), QStringLiteral("\uFFFD.eqs"));
+}
+
 class FileDialogs : public ::testing::Test {
  protected:
     FileDialogs() : profile_(textOf(folder / "profile.ini")), dialogs_(nullptr, profile_) {

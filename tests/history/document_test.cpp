@@ -56,6 +56,8 @@ TEST_F(DocumentTest, TellsItsNameInUtf8) {
     writeFile(odd, bytesOf(store_));
     document_.saved(odd, store_);
     EXPECT_EQ(document_.name(), "\u00E4\u20AC \U0001F600.eqs");
+    document_.resume(folder_.path() / nameThatIsNoText(".eqs"));
+    EXPECT_EQ(document_.name(), "\uFFFD.eqs");
 }
 
 TEST_F(DocumentTest, KnowsItsWholePathWhereverTheProgramGoes) {

@@ -227,6 +227,14 @@ TEST_F(FileHistoryPosix, OnlyTheOwnerMayReadWhatIsKept) {
     struct stat status {};
     ASSERT_EQ(stat((folder_ / "home" / "data").c_str(), &status), 0);
     EXPECT_EQ(status.st_mode & 07777U, 0700U);
+    // So is the folder around it, where it had to be made.
+    const std::filesystem::path program = folder_ / "home" / "new";
+    umask(0);
+    KeptVersions versions(program / "versions");
+    EXPECT_TRUE(versions.keep(car(), FileKind::settings));
+    umask(mask);
+    ASSERT_EQ(stat(program.c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 07777U, 0700U);
     int files = 0;
     for (const auto& entry : std::filesystem::directory_iterator(folder_ / "home" / "data")) {
         ASSERT_EQ(stat(entry.path().c_str(), &status), 0);

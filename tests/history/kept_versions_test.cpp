@@ -187,6 +187,7 @@ TEST_F(Versions, PassByWhatElseLiesInTheFolder) {
     writeFile(folder_ / "data" / "0000000003-5e1f00ab.eqs", Bytes(10, 2));
     writeFile(folder_ / "data" / "-000000003-5E1F00AB.eqs", Bytes(10, 2));
     writeFile(folder_ / "data" / "0000000003-5E1F00AB.exe", Bytes(10, 2));
+    writeFile(folder_.path() / "data" / nameThatIsNoText(".eqs"), Bytes(10, 2));
     std::filesystem::create_directory(folder_ / "data" / "0000000004-5E1F00AB.eqs");
     ASSERT_THAT(versions_.list(), SizeIs(1));
     EXPECT_EQ(versions_.list().front().id, id);

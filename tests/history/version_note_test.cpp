@@ -1,7 +1,10 @@
 #include "history/version_note.h"
 
 #include <gtest/gtest.h>
+#include <limits>
 #include <string>
+
+#include "base/number_text.h"
 
 namespace tessavo::test {
 namespace {
@@ -59,6 +62,27 @@ TEST(VersionNote, IsRefusedWithAnyByteChangedMissingOrAdded) {
     }
     EXPECT_FALSE(readNote(text + "x").has_value());
     EXPECT_FALSE(readNote(std::string(100000, '\0')).has_value());
+}
+
+TEST(VersionNote, IsRefusedWithATimeThatTheClockCannotTell) {
+    const auto withTime = [](std::int64_t microseconds) {
+        std::string text = noteText(example());
+        text.replace(text.find("1790000000123456"), 16, std::to_string(microseconds));
+        text.resize(text.rfind("MD5 of the lines above: "));
+        const Md5Digest digest = md5({reinterpret_cast<const std::uint8_t*>(text.data()), text.size()});
+        text += "MD5 of the lines above: ";
+        for (const std::uint8_t byte : digest) {
+            text += hexNumber(byte, 2);
+        }
+        return text + '\n';
+    };
+    EXPECT_TRUE(readNote(withTime(1'790'000'000'123'456)).has_value());
+    // Where the clock counts microseconds itself, it can tell them all.
+    const bool tellsAll = WallTime::period::den <= 1'000'000;
+    for (const std::int64_t count :
+         {std::numeric_limits<std::int64_t>::max(), std::numeric_limits<std::int64_t>::min()}) {
+        EXPECT_EQ(readNote(withTime(count)).has_value(), tellsAll) << count;
+    }
 }
 
 }  // namespace

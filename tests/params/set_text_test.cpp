@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "support/temporary_folder.h"
+
 namespace tessavo::test {
 namespace {
 
@@ -95,6 +97,13 @@ TEST(Utf, ReplacesWhatIsNotValid) {
         EXPECT_EQ(text.front(), u'\uFFFD');
         EXPECT_EQ(text.back(), u'z');
     }
+}
+
+TEST(Utf, TellsEveryPath) {
+    EXPECT_EQ(utf8FromPath({}), "");
+    EXPECT_EQ(utf8FromPath(std::filesystem::path(u"\u00E4\u20AC \U0001F600.eqs")),
+              "\u00E4\u20AC \U0001F600.eqs");
+    EXPECT_EQ(utf8FromPath(nameThatIsNoText(".eqs")), "\uFFFD.eqs");
 }
 
 }  // namespace

@@ -6,10 +6,20 @@
 #include <iterator>
 #include <random>
 #include <string>
+#include <string_view>
 #include <system_error>
 #include <vector>
 
 namespace tessavo::test {
+
+/// The name of a file that the system takes although it is text in no encoding.
+/// \param end what follows behind the part that is no text
+inline std::filesystem::path nameThatIsNoText(std::string_view end) {
+    using Unit = std::filesystem::path::value_type;
+    std::filesystem::path::string_type name(1, static_cast<Unit>(sizeof(Unit) == 1 ? 0xFF : 0xD800));
+    name.append(end.begin(), end.end());
+    return name;
+}
 
 /// A folder of its own that goes with the test.
 class TemporaryFolder {
