@@ -163,6 +163,11 @@ bool GestureWatch::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::Shortcut && !isPressed_) {
         begin(Gesture::none);
     }
+    // The button comes up where nobody is told: a box stands over the window.
+    if (event->type() == QEvent::WindowBlocked && isPressed_) {
+        isPressed_ = false;
+        endSoon();
+    }
     if (!watched->isWidgetType()) {
         return false;
     }

@@ -1,7 +1,9 @@
 #include "app/gesture_watch.h"
 
+#include <QDialog>
 #include <QMenu>
 #include <QTest>
+#include <QTimer>
 
 #include "app/undo_fixture.h"
 #include "pages/rows/audio_router_rows.h"
@@ -73,6 +75,17 @@ TEST_F(Gestures, TwoDragsAreTwoStepsAlsoWhenTheWindowComesToThemLate) {
     undoKey();
     undoKey();
     EXPECT_TRUE(same(*before, *state()));
+}
+
+TEST_F(Gestures, APressEndsWhereABoxOpensAsItsReleaseGetsLost) {
+    hold(gainSlider(), 20);
+    QDialog box(frame.get());
+    QTimer::singleShot(0, &box, &QDialog::reject);
+    box.exec();
+    for (const int channel : {1, 2, 3}) {
+        key(flag(channel), Qt::Key_Space);
+    }
+    EXPECT_EQ(steps(), 4U) << "what the keys do is no part of the drag";
 }
 
 TEST_F(Gestures, TheSecondPressOfADoubleClickIsItsOwn) {
