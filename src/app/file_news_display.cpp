@@ -132,9 +132,12 @@ void FileNewsDisplay::showShortFile() {
     shortFileNotice_ = dependencies_.status.showNotice(std::move(notice));
 }
 
-void FileNewsDisplay::followHistory() {
+void FileNewsDisplay::followHistory(HistoryEvent event) {
     showDocument();
-    showShortFile();
+    // A mark changes no sets; and each notice that is shown makes one.
+    if (event != HistoryEvent::marksChanged) {
+        showShortFile();
+    }
 }
 
 // Whatever was done since: the sets of before the file are what is asked for.

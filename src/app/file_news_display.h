@@ -7,7 +7,7 @@
 #include <optional>
 
 #include "history/file_history.h"
-#include "history/step.h"
+#include "history/history.h"
 
 class QAction;
 class QMenu;
@@ -62,7 +62,7 @@ class FileNewsDisplay : public QObject {
     void showDocument();
     void noteShortFile(bool isStep);
     void showShortFile();
-    void followHistory();
+    void followHistory(HistoryEvent event);
     void takeBackShortFile();
     /// How many steps were done before the short file was opened; nothing where that is undone.
     [[nodiscard]] std::optional<std::size_t> stepsBeforeShortFile() const;

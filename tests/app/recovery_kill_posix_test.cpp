@@ -55,7 +55,8 @@ class Worker {
  public:
     Worker(const std::filesystem::path& data, int log, std::uint64_t seed)
         : run_(data), log_(log), random_(seed) {
-        QObject::connect(&run_.commands(), &UndoCommands::historyChanged, run_.frame.get(), [this] { note(); });
+        QObject::connect(&run_.commands(), &UndoCommands::historyChanged, run_.frame.get(),
+                         [this] { note(); });
     }
 
     [[noreturn]] void work() {
@@ -160,8 +161,8 @@ class Killed : public ::testing::Test {
         fd_set files;
         FD_ZERO(&files);
         FD_SET(file, &files);
-        const auto left = std::max<std::int64_t>(
-            0, std::chrono::duration_cast<microseconds>(end - Clock::now()).count());
+        const auto left =
+            std::max<std::int64_t>(0, std::chrono::duration_cast<microseconds>(end - Clock::now()).count());
         timeval wait{static_cast<time_t>(left / 1000000), static_cast<suseconds_t>(left % 1000000)};
         return ::select(file + 1, &files, nullptr, nullptr, &wait) > 0;
     }

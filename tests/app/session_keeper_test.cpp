@@ -29,8 +29,9 @@ const QString discardLabel = QStringLiteral("Discard");
 class Keeping : public Sessions {
  protected:
     static bool isOffer(const QString& text) {
-        static const QRegularExpression offer(QStringLiteral("^Tessavo ended without saving at \\d\\d:\\d\\d"
-                                                             "( on \\d{4}-\\d\\d-\\d\\d)?$"));
+        static const QRegularExpression offer(
+            QStringLiteral("^Tessavo ended without saving at \\d\\d:\\d\\d"
+                           "( on \\d{4}-\\d\\d-\\d\\d)?$"));
         return offer.match(text).hasMatch();
     }
     CBitmapSlider& volume() {
