@@ -40,9 +40,6 @@ void FileNewsDisplay::addTo(QMenu& menu) {
 }
 
 void FileNewsDisplay::resumeDocument(const std::filesystem::path& path) {
-    if (path.empty()) {
-        return;
-    }
     files_.resumeDocument(path);
     showDocument();
     Q_EMIT documentChanged();

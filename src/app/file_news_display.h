@@ -43,7 +43,7 @@ class FileNewsDisplay : public QObject {
     void addTo(QMenu& menu);
 
     [[nodiscard]] const FileHistory& files() const { return files_; }
-    /// The document of an earlier run goes on; nothing changes where the path is empty.
+    /// The document of an earlier run goes on; an empty path where that run had none, and then there is none.
     void resumeDocument(const std::filesystem::path& path);
 
  Q_SIGNALS:

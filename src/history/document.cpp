@@ -69,10 +69,11 @@ void Document::notSaved(const std::filesystem::path& path) {
 }
 
 void Document::resume(const std::filesystem::path& path) {
+    *this = Document();
+    if (path.empty()) {
+        return;
+    }
     path_ = wholePath(path);
-    store_.reset();
-    stamp_.reset();
-    bytesInFile_ = parameterStoreSize;
     if (const auto file = readWholeFile(path_)) {
         const StoreBytes bytes = startOf(*file);
         std::memcpy(&store_.emplace(), bytes.data(), bytes.size());

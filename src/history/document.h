@@ -33,6 +33,7 @@ class Document {
     void notSaved(const std::filesystem::path& path);
     /// The document of an earlier run goes on. What the file holds now counts as what was saved; a file that
     /// cannot be read counts as changed, and every set differs from it.
+    /// \param path empty where that run had none, and then there is none
     void resume(const std::filesystem::path& path);
 
     /// Whether these sets are others than those that were loaded or saved. Never without a document.

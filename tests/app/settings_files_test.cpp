@@ -8,6 +8,7 @@
 #include <cstring>
 #include <functional>
 
+#include "app/file_news_display.h"
 #include "app/ui_file_dialogs.h"
 #include "controls/bitmap_slider.h"
 #include "params/set_text.h"
@@ -208,6 +209,14 @@ TEST_F(SettingsFiles, SaveWritesTheNameThatIsBeingTyped) {
     QTest::keyClick(&setName(), Qt::Key_S, Qt::ControlModifier);
     const auto saved = recordOf<ParameterStore>(readFile(folder / "typed.eqs"));
     EXPECT_EQ(readSetText(saved.sets[0].setName), u"Half typ");
+}
+
+TEST_F(SettingsFiles, TheSetsOfARunWithoutADocumentAreNotSavedOverTheFileThatWasOpenedBefore) {
+    ASSERT_TRUE(frame->openFile(settingsFileNamed("car.eqs")));
+    ASSERT_EQ(frame->statusLine().document().name, QStringLiteral("car.eqs"));
+    frame->fileNews().resumeDocument({});
+    EXPECT_EQ(frame->statusLine().document().name, QString());
+    EXPECT_FALSE(frame->action(QStringLiteral("Save Again"))->isEnabled());
 }
 
 TEST_F(SettingsFiles, ExportWritesTheImage) {

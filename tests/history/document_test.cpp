@@ -51,6 +51,18 @@ TEST_F(DocumentTest, IsTheFileThatWasLoadedOrSavedLast) {
     EXPECT_FALSE(document_.changedOnDisk());
 }
 
+TEST_F(DocumentTest, IsNoneAfterARunThatHadNone) {
+    const auto file = folder_ / "car.eqs";
+    writeFile(file, bytesOf(store_));
+    document_.loaded(file, store_, 300);
+    document_.resume({});
+    EXPECT_TRUE(document_.path().empty());
+    EXPECT_EQ(document_.name(), "");
+    EXPECT_EQ(document_.shortFileText(), "");
+    EXPECT_FALSE(document_.differs(ParameterStore{}));
+    EXPECT_FALSE(document_.changedOnDisk());
+}
+
 TEST_F(DocumentTest, TellsItsNameInUtf8) {
     const auto odd = folder_.path() / std::filesystem::path(u"\u00E4\u20AC \U0001F600.eqs");
     writeFile(odd, bytesOf(store_));
