@@ -41,6 +41,8 @@ void FileNewsDisplay::addTo(QMenu& menu) {
 
 void FileNewsDisplay::resumeDocument(const std::filesystem::path& path) {
     files_.resumeDocument(path);
+    hasShortFile_ = false;
+    shortFileStep_.reset();
     showDocument();
     Q_EMIT documentChanged();
 }

@@ -208,6 +208,9 @@ void KeptVersions::dropOldest(std::string_view spared) const {
         drop(bytesFile(folder_, *oldest));
         versions.erase(oldest);
     }
+    if (versions.empty()) {
+        return;
+    }
     // What has no bytes has just lost them, or is left from an end in the middle.
     for (const std::filesystem::path& path : filesIn(folder_)) {
         const std::string id = utf8FromPath(path.filename()).substr(0, idLength);

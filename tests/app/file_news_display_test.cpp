@@ -26,7 +26,8 @@ class FileNewsInWindow : public Sessions {
     CBitmapSlider& volume() {
         return run->on<CBitmapSlider>(Page::outputEqualizer, output_eq_id::volume.slider);
     }
-    [[nodiscard]] std::filesystem::path fileNamed(const std::string& name, std::u16string_view setName = u"File") {
+    [[nodiscard]] std::filesystem::path fileNamed(const std::string& name,
+                                                  std::u16string_view setName = u"File") {
         return pathOf(run->settingsFileNamed(name, setName));
     }
     void open(const std::filesystem::path& path) { ASSERT_TRUE(run->frame->openFile(textOf(path))); }
@@ -264,6 +265,12 @@ TEST_F(FileNewsInWindow, EarlierVersionsOpenAsOneStepWithItsName) {
     EXPECT_EQ(document(), QStringLiteral("one.eqs"));
     EXPECT_TRUE(isMarked());
     EXPECT_EQ(readFile(one), written) << "no file is touched";
+
+    EXPECT_TRUE(run->frame->undoCommands().undo());
+    EXPECT_EQ(run->history->position(), steps);
+    EXPECT_EQ(firstName(), u"Newer");
+    EXPECT_EQ(storeBytes(), written);
+    EXPECT_FALSE(isMarked());
 }
 
 TEST_F(FileNewsInWindow, WhatCannotBeKeptIsToldAndTheSaveGoesOn) {
@@ -296,7 +303,7 @@ TEST_F(FileNewsInWindow, UndoAndRedoTellWhatChangedAndShowGoesThere) {
         EXPECT_EQ(run->noticeButtons(), QStringList{QStringLiteral("Show")});
         EXPECT_EQ(run->tabs().currentIndex(), static_cast<int>(Page::communication));
         EXPECT_EQ(run->tuning.selectionMask(), mask);
-        EXPECT_EQ(run->toldNotices().back(), run->notice());
+        EXPECT_TRUE(run->toldNotices().isEmpty()) << "the list shows by itself what is undone";
         run->answerNotice(QStringLiteral("Show"));
         EXPECT_EQ(run->tabs().currentIndex(), static_cast<int>(Page::outputEqualizer));
         EXPECT_EQ(run->frame->focusWidget(), &volume());
@@ -304,17 +311,16 @@ TEST_F(FileNewsInWindow, UndoAndRedoTellWhatChangedAndShowGoesThere) {
     }
 }
 
-TEST_F(FileNewsInWindow, EveryNoticeStandsInTheHistoryList) {
+TEST_F(FileNewsInWindow, EveryOtherNoticeStandsInTheHistoryList) {
     run->drag(volume(), 20);
     run->undoKey();
-    const QString undone = run->notice();
     const auto path = shortFile();
     open(path);
     run->click(run->flag(3));
     ASSERT_TRUE(writeFile(path, {1, 2}));
     saveAgain();
     EXPECT_EQ(run->toldNotices(),
-              (QStringList{undone, shortText, QStringLiteral("car.eqs has changed on the disk")}));
+              (QStringList{shortText, QStringLiteral("car.eqs has changed on the disk")}));
 }
 
 }  // namespace
