@@ -233,7 +233,8 @@ std::string nameOf(const Field& field, FieldIndex index) {
         name += (name.empty() ? "" : " ") + word;
     }
     if (familyOf(field) == ElementFamily::set && field.outer.count > 1) {
-        name += " " + std::to_string(index.outer + 1);
+        name += ' ';
+        name += std::to_string(index.outer + 1);
     }
     return name;
 }

@@ -45,9 +45,12 @@ std::string phaseText(const ParameterImage& before, const ParameterImage& after)
     if (channels.empty() || differ(with, after)) {
         return {};
     }
-    const std::uint8_t first = after.channels[channels.front()].invertPhase;
-    return channelList(channels) + ", phase of what plays" +
-           (isSame ? " " + valueText(fieldOf(FieldId::invertPhase), first) : "");
+    std::string text = channelList(channels) + ", phase of what plays";
+    if (isSame) {
+        text += ' ';
+        text += valueText(fieldOf(FieldId::invertPhase), after.channels[channels.front()].invertPhase);
+    }
+    return text;
 }
 
 std::string bypassText(const ParameterImage& before, const ParameterImage& after) {
