@@ -197,14 +197,15 @@ ElementPlace placeOf(const Field& field, std::span<const std::size_t> outer,
         case ElementFamily::input:
             return {"Input", "Input", inputBandList(field, outer)};
         case ElementFamily::channelFlag:
-            return {numbered("Channel flag", groupNumbers(outer)), countOf(outer.size(), "channel flag"), ""};
+            return {numbered("Channel flag", groupNumbers(outer)), countWords(outer.size(), "channel flag"),
+                    ""};
         case ElementFamily::outputGroup:
             return {"Output Group, " + numbered("Channel", groupNumbers(outer)),
-                    "Output Group, " + countOf(outer.size(), "channel"), ""};
+                    "Output Group, " + countWords(outer.size(), "channel"), ""};
         case ElementFamily::channel:
             break;
     }
-    return {channelList(outer), countOf(outer.size(), "channel"), partOfChannel(field, inner)};
+    return {channelList(outer), countWords(outer.size(), "channel"), partOfChannel(field, inner)};
 }
 
 std::string channelList(std::span<const std::size_t> records) {
@@ -261,7 +262,7 @@ std::string valueText(const Field& field, double stored) {
     return text;
 }
 
-std::string countOf(std::size_t count, std::string_view noun) {
+std::string countWords(std::size_t count, std::string_view noun) {
     return std::to_string(count) + ' ' + std::string(noun) + (count == 1 ? "" : "s");
 }
 

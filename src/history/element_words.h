@@ -46,6 +46,6 @@ struct ElementPlace {
 [[nodiscard]] std::string valueText(const Field& field, double stored);
 
 /// "1 value", "12 values".
-[[nodiscard]] std::string countOf(std::size_t count, std::string_view noun);
+[[nodiscard]] std::string countWords(std::size_t count, std::string_view noun);
 
 }  // namespace tessavo

@@ -119,7 +119,7 @@ std::string receiptText(const TuningSnapshot& before, const TuningSnapshot& afte
         }
     }
     return sets.size() == 1 ? "What set " + std::to_string(sets.front()) + " was received with"
-                            : "What " + countOf(sets.size(), "set") + " were received with";
+                            : "What " + countWords(sets.size(), "set") + " were received with";
 }
 
 }  // namespace
@@ -134,7 +134,7 @@ std::string describeImageChange(const TuningSnapshot& before, const TuningSnapsh
         if (text.empty()) {
             text = bypassText(before.image, after.image);
         }
-        return text.empty() ? countOf(bytes, "byte") + " of what plays" : text;
+        return text.empty() ? countWords(bytes, "byte") + " of what plays" : text;
     }
     if (differ(before.received, after.received)) {
         return receiptText(before, after);

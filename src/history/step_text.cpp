@@ -126,7 +126,7 @@ std::vector<std::string> describeBlock(std::span<const Elements> fields, const P
 
 // "Channel 7, 12 values".
 std::vector<std::string> describeCount(const SetChanges& changes) {
-    const std::string values = countOf(changes.count(), "value");
+    const std::string values = countWords(changes.count(), "value");
     const auto allAre = [&](auto condition) {
         return changes.count() == changes.elements.size() &&
                std::ranges::all_of(changes.elements, [&](const ChangedElement& each) {
@@ -148,7 +148,7 @@ std::vector<std::string> describeCount(const SetChanges& changes) {
         const ElementPlace place = placeOf(field, channels, Numbers{0});
         return {place.outer + ", " + values, place.outerCount + ", " + values};
     }
-    return {channelList(channels) + ", " + values, countOf(channels.size(), "channel") + ", " + values};
+    return {channelList(channels) + ", " + values, countWords(channels.size(), "channel") + ", " + values};
 }
 
 std::string describeElements(const SetChanges& changes, const ParameterSet& set, std::size_t length) {
@@ -216,8 +216,8 @@ std::string describeStep(const TuningSnapshot& before, const TuningSnapshot& aft
     for (const SetChanges& each : changes) {
         values += each.count();
     }
-    const std::string sets = countOf(changes.size(), "set");
-    return values == 0 ? sets + ", bytes of unknown meaning" : sets + ", " + countOf(values, "value");
+    const std::string sets = countWords(changes.size(), "set");
+    return values == 0 ? sets + ", bytes of unknown meaning" : sets + ", " + countWords(values, "value");
 }
 
 }  // namespace tessavo
