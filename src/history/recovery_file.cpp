@@ -47,7 +47,7 @@ std::string plainText(std::string_view text) {
     return valid;
 }
 
-std::uint64_t countWords(WallTime time) {
+std::uint64_t millisecondsOf(WallTime time) {
     const auto count = duration_cast<milliseconds>(time.time_since_epoch()).count();
     return count > 0 ? static_cast<std::uint64_t>(count) : 0;
 }
@@ -69,7 +69,7 @@ void write(CborWriter& out, std::span<const std::shared_ptr<const Step>> steps) 
         out.text("text");
         out.text(plainText(step->text));
         out.text("time");
-        out.number(countWords(step->time));
+        out.number(millisecondsOf(step->time));
         out.text("set");
         out.number(step->set);
         out.text("lead");
@@ -85,7 +85,7 @@ void write(CborWriter& out, const RecoveryState& state) {
     const std::span undone(trail.undone);
     out.map(10);
     out.text("time");
-    out.number(countWords(state.time));
+    out.number(millisecondsOf(state.time));
     out.text("process");
     out.number(state.process);
     out.text("saved");
