@@ -20,7 +20,7 @@ fs::path variable(const char* name) {
 }
 
 fs::path home() {
-    const fs::path named = variable("HOME");
+    fs::path named = variable("HOME");
     if (named.is_absolute()) {
         return named;
     }
