@@ -122,7 +122,9 @@ void SessionKeeper::write() {
     auto state = std::make_shared<RecoveryState>();
     state->trail = dependencies_.history.trail(recoveryStepLimit);
     state->filterMode = dependencies_.tuning.filterMode();
-    state->documentPath = dependencies_.files.files().document().path();
+    const Document& document = dependencies_.files.files().document();
+    state->documentPath = document.path();
+    state->documentMemory = document.memory();
     state->time = dependencies_.now();
     state->process = static_cast<std::uint64_t>(QCoreApplication::applicationPid());
     writer_->put(std::move(state));
@@ -178,7 +180,7 @@ void SessionKeeper::restore() {
     waiting_.erase(waiting_.begin());
     isBuried_ = true;
     dependencies_.view.showFilterMode(state->filterMode);
-    dependencies_.files.resumeDocument(one.documentPath);
+    dependencies_.files.resumeDocument(one.documentPath, state->documentMemory);
     // The earlier file is needed until this run has one of its own.
     if (isWritten()) {
         RecoveryStore::discard(one);
