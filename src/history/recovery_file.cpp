@@ -256,30 +256,6 @@ DocumentMemory memoryOf(const MemoryEntry& entry, const ParameterStore& now) {
     return memory;
 }
 
-bool isWhole(const TuningSnapshot& state) {
-    return state.currentSet < setCount;
-}
-
-// Whether every state that the steps lead to has a current set that there is.
-bool leadsToWholeStates(const History::Trail& trail) {
-    const auto state = std::make_unique<TuningSnapshot>(trail.settled);
-    bool allAreWhole = isWhole(trail.state) && isWhole(trail.begun) && isWhole(trail.settled);
-    const auto apply = [&](const ByteDiff& difference) {
-        difference.applyTo(bytesOf(*state));
-        allAreWhole = allAreWhole && isWhole(*state);
-    };
-    for (const auto& step : trail.undone) {
-        apply(step->lead);
-        apply(step->change);
-    }
-    *state = trail.settled;
-    for (auto step = trail.done.rbegin(); step != trail.done.rend(); ++step) {
-        apply((*step)->change);
-        apply((*step)->lead);
-    }
-    return allAreWhole;
-}
-
 std::optional<RecoveryState> readBody(std::span<const std::uint8_t> body) {
     RecoveryState state;
     auto trail = std::make_unique<History::Trail>();
@@ -307,7 +283,8 @@ std::optional<RecoveryState> readBody(std::span<const std::uint8_t> body) {
     begun.applyTo(bytesOf(trail->begun));
     trail->settled = trail->state;
     settled.applyTo(bytesOf(trail->settled));
-    if (!leadsToWholeStates(*trail)) {
+    const auto first = std::make_unique<TuningSnapshot>();
+    if (!findFirst(*trail, *first)) {
         return std::nullopt;
     }
     if (document && !state.documentPath.empty()) {
