@@ -8,6 +8,7 @@
 #include "app/file_news_display.h"
 #include "app/session_fixture.h"
 #include "app/ui_file_dialogs.h"
+#include "base/md5.h"
 #include "controls/skin_message_box.h"
 #include "pages/rows/communication_rows.h"
 #include "pages/rows/output_eq_rows.h"
@@ -407,6 +408,31 @@ TEST_F(Keeping, ADamagedFileIsSetAsideAndTold) {
     next.drag(volume(), 30);
     EXPECT_TRUE(next.becomesKept()) << "this run is kept";
     EXPECT_EQ(filesNamed("damaged"), 1U);
+}
+
+TEST_F(Keeping, FilesOfALaterVersionAndUnreadableOnesAreToldAndLeft) {
+    std::filesystem::create_directory(data());
+    Bytes newer{'T', 'S', 'V', 'R', 'E', 'C', 'O', 'V', 2, 0, 0, 0};
+    const auto digest = md5(newer);
+    newer.insert(newer.end(), digest.begin(), digest.end());
+    const QString newerText = QStringLiteral(
+        "A later version of Tessavo wrote and restores this recovery file: ended-20261122-102107-123.tsr");
+    const QString unreadableText =
+        QStringLiteral("A recovery file cannot be read: ended-20261122-102200-000.tsr");
+    ASSERT_TRUE(writeFile(data() / "ended-20261122-102107-123.tsr", newer));
+    EXPECT_EQ(start().notice(), newerText);
+    std::filesystem::create_directory(data() / "ended-20261122-102200-000.tsr");
+    for (int i = 0; i < 2; ++i) {
+        SessionRun& next = start();
+        EXPECT_EQ(next.notice(), newerText);
+        EXPECT_EQ(next.toldNotices(), (QStringList{unreadableText, newerText}));
+        EXPECT_EQ(next.noticeButtons(), QStringList());
+    }
+    EXPECT_EQ(readFile(data() / "ended-20261122-102107-123.tsr"), newer);
+    std::filesystem::remove(data() / "ended-20261122-102107-123.tsr");
+    EXPECT_EQ(start().notice(), unreadableText);
+    run->drag(volume(), 40);
+    EXPECT_TRUE(run->becomesKept()) << "this run is kept";
 }
 
 TEST_F(Keeping, AFileDamagedWhileItWaitsIsToldAndNotTakenHalf) {
