@@ -39,10 +39,11 @@ void FileNewsDisplay::addTo(QMenu& menu) {
     showDocument();
 }
 
-void FileNewsDisplay::resumeDocument(const std::filesystem::path& path) {
-    files_.resumeDocument(path);
-    hasShortFile_ = false;
-    shortFileStep_.reset();
+void FileNewsDisplay::resumeDocument(const std::filesystem::path& path,
+                                     const std::optional<DocumentMemory>& memory) {
+    files_.resumeDocument(path, memory);
+    dependencies_.status.withdrawNotice(changedNotice_);
+    resumeShortFile();
     showDocument();
     Q_EMIT documentChanged();
 }
@@ -99,6 +100,21 @@ void FileNewsDisplay::noteShortFile(bool isStep) {
     if (isStep || !stepsBeforeShortFile()) {
         shortFileStep_ = isStep ? history.steps()[history.position() - 1] : nullptr;
     }
+    showShortFile();
+}
+
+// The step that opened the short file is known by its text only, and is gone where many came after it.
+void FileNewsDisplay::resumeShortFile() {
+    const auto& steps = dependencies_.undo.history().steps();
+    const std::string text = UndoCommands::openedText(files_.document().path());
+    const auto found =
+        std::find_if(steps.rbegin(), steps.rend(),
+                     [&](const std::shared_ptr<const Step>& step) { return step->text == text; });
+    // What another short file has shown is no longer so.
+    hasShortFile_ = false;
+    showShortFile();
+    hasShortFile_ = !files_.document().shortFileText().empty();
+    shortFileStep_ = found != steps.rend() ? *found : nullptr;
     showShortFile();
 }
 

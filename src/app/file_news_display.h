@@ -43,8 +43,8 @@ class FileNewsDisplay : public QObject {
     void addTo(QMenu& menu);
 
     [[nodiscard]] const FileHistory& files() const { return files_; }
-    /// The document of an earlier run goes on; an empty path where that run had none, and then there is none.
-    void resumeDocument(const std::filesystem::path& path);
+    /// The document of an earlier run goes on, whose sets and steps are there again; see Document::resume().
+    void resumeDocument(const std::filesystem::path& path, const std::optional<DocumentMemory>& memory);
 
  Q_SIGNALS:
     /// A settings file has become the document and its sets stand here; the step is not made yet.
@@ -61,6 +61,7 @@ class FileNewsDisplay : public QObject {
     [[nodiscard]] bool isKept(const std::filesystem::path& path) const;
     void showDocument();
     void noteShortFile(bool isStep);
+    void resumeShortFile();
     void showShortFile();
     void followHistory(HistoryEvent event);
     void takeBackShortFile();

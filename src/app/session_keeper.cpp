@@ -41,6 +41,7 @@ SessionKeeper::SessionKeeper(Dependencies dependencies)
     }
     RecoveryStart start = store_.beginRun(dependencies_.now());
     waiting_ = std::move(start.list.waiting);
+    tellTroubles(start.list);
     if (!start.isFree) {
         offerNext();
         tell(QStringLiteral("The recovery file of an earlier run cannot be moved: nothing is kept"),
@@ -62,11 +63,6 @@ SessionKeeper::SessionKeeper(Dependencies dependencies)
     connect(&dependencies_.view, &CTessavoView::filterModeChanged, this, &SessionKeeper::scheduleWrite);
     // The system is about to end the session, and may end the program at any moment after this.
     connect(qApp, &QGuiApplication::commitDataRequest, this, &SessionKeeper::finish, Qt::DirectConnection);
-    if (!start.list.damaged.empty()) {
-        tell(QStringLiteral("A damaged recovery file was set aside: ") +
-                 textOf(start.list.damaged.front().filename()),
-             Notice::Kind::warning);
-    }
     offerNext();
 }
 
@@ -122,7 +118,9 @@ void SessionKeeper::write() {
     auto state = std::make_shared<RecoveryState>();
     state->trail = dependencies_.history.trail(recoveryStepLimit);
     state->filterMode = dependencies_.tuning.filterMode();
-    state->documentPath = dependencies_.files.files().document().path();
+    const Document& document = dependencies_.files.files().document();
+    state->documentPath = document.path();
+    state->documentMemory = document.memory();
     state->time = dependencies_.now();
     state->process = static_cast<std::uint64_t>(QCoreApplication::applicationPid());
     writer_->put(std::move(state));
@@ -139,6 +137,18 @@ void SessionKeeper::finish() {
 
 void SessionKeeper::tell(const QString& text, Notice::Kind kind) {
     dependencies_.status.showNotice({.text = text, .kind = kind});
+}
+
+// What waits there is named each time: nobody else would tell that it is there.
+void SessionKeeper::tellTroubles(const RecoveryList& list) {
+    const auto tellOf = [this](const QString& text, const std::vector<std::filesystem::path>& files) {
+        if (!files.empty()) {
+            tell(text + textOf(files.front().filename()), Notice::Kind::warning);
+        }
+    };
+    tellOf(QStringLiteral("A recovery file cannot be read: "), list.unreadable);
+    tellOf(QStringLiteral("A later version of Tessavo wrote and restores this recovery file: "), list.newer);
+    tellOf(QStringLiteral("A damaged recovery file was set aside: "), list.damaged);
 }
 
 void SessionKeeper::offerNext() {
@@ -178,7 +188,7 @@ void SessionKeeper::restore() {
     waiting_.erase(waiting_.begin());
     isBuried_ = true;
     dependencies_.view.showFilterMode(state->filterMode);
-    dependencies_.files.resumeDocument(one.documentPath);
+    dependencies_.files.resumeDocument(one.documentPath, state->documentMemory);
     // The earlier file is needed until this run has one of its own.
     if (isWritten()) {
         RecoveryStore::discard(one);

@@ -58,6 +58,7 @@ class SessionKeeper : public QObject {
     /// Writes at once.
     /// \return whether the recovery file of this run holds the state as it stands
     bool isWritten();
+    void tellTroubles(const RecoveryList& list);
     void offerNext();
     void restore();
     void discard();

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <string>
 
 #include "app/skin_file_dialog.h"
 #include "params/set_text.h"
@@ -57,7 +58,18 @@ QStringList nameFilters(std::string_view filter) {
 }
 
 std::filesystem::path pathOf(const QString& text) {
-    return {text.toStdU16String()};
+    using Native = std::filesystem::path::string_type;
+    Native native;
+    if constexpr (sizeof(Native::value_type) == sizeof(char16_t)) {
+        // A name of this system need not be text: half a surrogate pair stays what it is.
+        for (const QChar unit : text) {
+            native.push_back(static_cast<Native::value_type>(unit.unicode()));
+        }
+    } else {
+        const std::string bytes = utf8FromUtf16(text.toStdU16String());
+        native.assign(bytes.begin(), bytes.end());
+    }
+    return native;
 }
 
 QString textOf(const std::filesystem::path& path) {

@@ -29,6 +29,7 @@ class UiFileDialogs : public IFileDialogs {
 /// "Description (*.ext)|*.ext||" as the toolkit writes it: one "Description (*.ext)" an entry.
 [[nodiscard]] QStringList nameFilters(std::string_view filter);
 
+/// Never throws: where the system's names are UTF-8, what is no text becomes U+FFFD.
 [[nodiscard]] std::filesystem::path pathOf(const QString& text);
 /// With the separators that the system writes. What is no text in the name becomes U+FFFD.
 [[nodiscard]] QString textOf(const std::filesystem::path& path);

@@ -111,8 +111,12 @@ void UndoCommands::settle() {
 
 void UndoCommands::noteOpened(const std::filesystem::path& path) {
     const std::string name = fileNameOf(path).toStdString();
-    dependencies_.history.commit("Opened " + name);
+    dependencies_.history.commit(openedText(path));
     dependencies_.history.markSaved("same as " + name);
+}
+
+std::string UndoCommands::openedText(const std::filesystem::path& path) {
+    return "Opened " + fileNameOf(path).toStdString();
 }
 
 void UndoCommands::noteSaved(const std::filesystem::path& path) {

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <functional>
 #include <optional>
+#include <string>
 
 #include "app/comm_link.h"
 #include "app/field_place.h"
@@ -53,6 +54,8 @@ class UndoCommands : public QObject {
     /// A settings file was opened, or the sets were saved into one.
     void noteOpened(const std::filesystem::path& path);
     void noteSaved(const std::filesystem::path& path);
+    /// Text of the step that opens a settings file, in UTF-8.
+    [[nodiscard]] static std::string openedText(const std::filesystem::path& path);
     /// The sets of an earlier version of a settings file were taken; the file stays as it is.
     void noteOpenedVersion(const std::filesystem::path& path);
 

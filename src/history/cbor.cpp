@@ -156,7 +156,9 @@ bool CborReader::map(std::initializer_list<Member> members) {
         failed_ = seen[place] || !member->read(*this) || failed_;
         seen[place] = true;
     }
-    failed_ = failed_ || std::ranges::count(seen, true) != std::ssize(seen);
+    for (std::size_t i = 0; i < seen.size(); ++i) {
+        failed_ = failed_ || !(seen[i] || members.begin()[i].mayBeMissing);
+    }
     return !failed_;
 }
 

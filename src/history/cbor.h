@@ -53,8 +53,10 @@ class CborReader {
     struct Member {
         std::string_view key;
         std::function<bool(CborReader&)> read;  ///< false when the value is not as it should be
+        bool mayBeMissing = false;
     };
-    /// Reads a map in which each of these keys stands once, in any order, and passes over other keys.
+    /// Reads a map in which each of these keys stands once, or at most once where it may be missing, in any
+    /// order, and passes over other keys.
     /// \return whether it is such a map and every member could be read
     [[nodiscard]] bool map(std::initializer_list<Member> members);
 

@@ -26,31 +26,31 @@ StoreBytes startOf(const FileStart& file) {
     return bytes;
 }
 
+FileStamp stampOf(const FileStart& file) {
+    return {file.fileSize, md5(file.bytes)};
+}
+
+std::optional<FileStamp> stampOf(const std::filesystem::path& path) {
+    const auto file = readWholeFile(path);
+    return file ? std::optional(stampOf(*file)) : std::nullopt;
+}
+
+// Another program may have written the file since the sets went there or came from there.
+std::optional<FileStamp> stampOf(const std::filesystem::path& path, const ParameterStore& store) {
+    const auto file = readWholeFile(path);
+    return file && startOf(*file) == bytesOf(store) ? std::optional(stampOf(*file)) : std::nullopt;
+}
+
 }  // namespace
 
 std::string Document::name() const {
     return utf8FromPath(path_.filename());
 }
 
-std::optional<Document::Stamp> Document::stampOf(const std::filesystem::path& path) {
-    const auto file = readWholeFile(path);
-    return file ? std::optional(Stamp{file->fileSize, md5(file->bytes)}) : std::nullopt;
-}
-
-// Another program may have written the file since the sets went there or came from there.
-std::optional<Document::Stamp> Document::stampOf(const std::filesystem::path& path,
-                                                 const ParameterStore& store) {
-    const auto file = readWholeFile(path);
-    return file && startOf(*file) == bytesOf(store) ? std::optional(Stamp{file->fileSize, md5(file->bytes)})
-                                                    : std::nullopt;
-}
-
 void Document::take(const std::filesystem::path& path, const ParameterStore& store,
                     std::uintmax_t bytesInFile) {
     path_ = wholePath(path);
-    store_ = store;
-    stamp_ = stampOf(path_, store);
-    bytesInFile_ = bytesInFile;
+    memory_ = {store, stampOf(path_, store), bytesInFile};
 }
 
 void Document::loaded(const std::filesystem::path& path, const ParameterStore& store,
@@ -64,35 +64,43 @@ void Document::saved(const std::filesystem::path& path, const ParameterStore& st
 
 void Document::notSaved(const std::filesystem::path& path) {
     if (!path_.empty() && wholePath(path) == path_) {
-        stamp_ = stampOf(path_);
+        memory_.stamp = stampOf(path_);
     }
 }
 
-void Document::resume(const std::filesystem::path& path) {
+void Document::resume(const std::filesystem::path& path, const std::optional<DocumentMemory>& memory,
+                      const ParameterStore& store) {
     *this = Document();
     if (path.empty()) {
         return;
     }
     path_ = wholePath(path);
-    if (const auto file = readWholeFile(path_)) {
+    const auto file = readWholeFile(path_);
+    memory_ = memory.value_or(DocumentMemory());
+    if (memory && (!file || memory_.stamp == stampOf(*file) || startOf(*file) != bytesOf(store))) {
+        return;
+    }
+    if (file) {
         const StoreBytes bytes = startOf(*file);
-        std::memcpy(&store_.emplace(), bytes.data(), bytes.size());
-        stamp_ = {file->fileSize, md5(file->bytes)};
+        std::memcpy(&memory_.store.emplace(), bytes.data(), bytes.size());
+        memory_.stamp = stampOf(*file);
+        memory_.bytesInFile = parameterStoreSize;
     }
 }
 
 bool Document::differs(const ParameterStore& store) const {
-    return !path_.empty() && !(store_ && std::memcmp(&*store_, &store, parameterStoreSize) == 0);
+    return !path_.empty() &&
+           !(memory_.store && std::memcmp(&*memory_.store, &store, parameterStoreSize) == 0);
 }
 
 bool Document::changedOnDisk() const {
-    return !path_.empty() && !(stamp_ && stampOf(path_) == stamp_);
+    return !path_.empty() && !(memory_.stamp && stampOf(path_) == memory_.stamp);
 }
 
 std::string Document::shortFileText() const {
-    return bytesInFile_ < parameterStoreSize
-               ? name() + ": " + std::to_string(bytesInFile_) + " of " + std::to_string(parameterStoreSize) +
-                     " bytes, the rest reads as zero"
+    return memory_.bytesInFile < parameterStoreSize
+               ? name() + ": " + std::to_string(memory_.bytesInFile) + " of " +
+                     std::to_string(parameterStoreSize) + " bytes, the rest reads as zero"
                : std::string();
 }
 

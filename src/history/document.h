@@ -10,6 +10,21 @@
 
 namespace tessavo {
 
+/// By which the content of a file is known again.
+struct FileStamp {
+    std::uintmax_t size = 0;
+    Md5Digest digest{};  ///< of what wholeFileLimit lets see
+
+    friend bool operator==(const FileStamp&, const FileStamp&) = default;
+};
+
+/// What is known of the file of a document from when it was loaded or saved.
+struct DocumentMemory {
+    std::optional<ParameterStore> store;  ///< what was loaded or saved; nothing where that is not known
+    std::optional<FileStamp> stamp;       ///< nothing where the file held something else even then
+    std::uintmax_t bytesInFile = parameterStoreSize;  ///< so many of them were read
+};
+
 /// The settings file that a person works on: the one that was loaded or saved last.
 ///
 /// A file that was refused and an export change nothing here. Used on the user-interface thread; whole
@@ -31,10 +46,16 @@ class Document {
     /// The sets could not be written, or not whole. Where this is the document's file, what it holds now is
     /// this program's doing and no change by another.
     void notSaved(const std::filesystem::path& path);
-    /// The document of an earlier run goes on. What the file holds now counts as what was saved; a file that
-    /// cannot be read counts as changed, and every set differs from it.
+    /// What a later run needs beside the path to go on with the document.
+    [[nodiscard]] const DocumentMemory& memory() const { return memory_; }
+    /// The document of an earlier run goes on. Where its file holds these sets they count as saved, since that
+    /// run may have ended before it could write down that it had saved them. Without a memory what the file
+    /// holds now counts as what was saved; a file that cannot be read counts as changed then, and every set
+    /// differs from it.
     /// \param path empty where that run had none, and then there is none
-    void resume(const std::filesystem::path& path);
+    /// \param store as that run has left them
+    void resume(const std::filesystem::path& path, const std::optional<DocumentMemory>& memory,
+                const ParameterStore& store);
 
     /// Whether these sets are others than those that were loaded or saved. Never without a document.
     [[nodiscard]] bool differs(const ParameterStore& store) const;
@@ -47,21 +68,10 @@ class Document {
     [[nodiscard]] std::string shortFileText() const;
 
  private:
-    /// What a file held.
-    struct Stamp {
-        std::uintmax_t size;
-        Md5Digest digest;  ///< of what wholeFileLimit lets see
-
-        friend bool operator==(const Stamp&, const Stamp&) = default;
-    };
-    static std::optional<Stamp> stampOf(const std::filesystem::path& path);
-    static std::optional<Stamp> stampOf(const std::filesystem::path& path, const ParameterStore& store);
     void take(const std::filesystem::path& path, const ParameterStore& store, std::uintmax_t bytesInFile);
 
     std::filesystem::path path_;
-    std::optional<ParameterStore> store_;  ///< what was loaded or saved; nothing where that is not known
-    std::optional<Stamp> stamp_;           ///< nothing where the file held something else even then
-    std::uintmax_t bytesInFile_ = parameterStoreSize;
+    DocumentMemory memory_;
 };
 
 }  // namespace tessavo

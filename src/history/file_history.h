@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <optional>
 #include <string_view>
 #include <utility>
 
@@ -62,8 +63,10 @@ class FileHistory : public IFileWatch {
     [[nodiscard]] const Document& document() const { return document_; }
     /// Whether the sets are others than those of the document.
     [[nodiscard]] bool documentDiffers() const { return document_.differs(tuning_.store()); }
-    /// The document of an earlier run goes on.
-    void resumeDocument(const std::filesystem::path& path) { document_.resume(path); }
+    /// The document of an earlier run goes on, whose sets are there again; see Document::resume().
+    void resumeDocument(const std::filesystem::path& path, const std::optional<DocumentMemory>& memory) {
+        document_.resume(path, memory, tuning_.store());
+    }
 
     /// Writes the sets to the document.
     SaveAgain saveAgain();

@@ -24,27 +24,26 @@ bool isWhole(const TuningSnapshot& state) {
     return state.currentSet < setCount;
 }
 
-// The state before the first step of a trail.
-bool findFirst(const History::Trail& trail, TuningSnapshot& state) {
+}  // namespace
+
+bool findFirst(const History::Trail& trail, TuningSnapshot& first) {
     bool allAreWhole = isWhole(trail.state) && isWhole(trail.begun) && isWhole(trail.settled);
     const auto apply = [&](const ByteDiff& difference) {
-        difference.applyTo(bytesOf(state));
-        allAreWhole = allAreWhole && isWhole(state);
+        difference.applyTo(bytesOf(first));
+        allAreWhole = allAreWhole && isWhole(first);
     };
-    state = trail.settled;
+    first = trail.settled;
     for (const auto& step : trail.undone) {
         apply(step->lead);
         apply(step->change);
     }
-    state = trail.settled;
+    first = trail.settled;
     std::for_each(trail.done.rbegin(), trail.done.rend(), [&](const std::shared_ptr<const Step>& step) {
         apply(step->change);
         apply(step->lead);
     });
     return allAreWhole;
 }
-
-}  // namespace
 
 History::History(TuningState& tuning, std::function<WallTime()> now)
     : tuning_(tuning),

@@ -182,4 +182,8 @@ class History {
     bool isMoving_ = false;   ///< a state is being restored
 };
 
+/// Finds the state before the first step of a trail.
+/// \return whether every state that the steps lead to has a current set that there is
+[[nodiscard]] bool findFirst(const History::Trail& trail, TuningSnapshot& first);
+
 }  // namespace tessavo

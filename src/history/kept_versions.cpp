@@ -5,6 +5,7 @@
 #include <random>
 #include <span>
 #include <system_error>
+#include <tuple>
 #include <utility>
 
 #include "base/number_text.h"
@@ -23,7 +24,10 @@ constexpr std::size_t idLength = numberDigits + 1 + markDigits;
 constexpr std::string_view noteSuffix = ".txt";
 constexpr std::array<std::string_view, 2> suffixes{".eqs", ".bin"};  // by FileKind
 
-// Later versions have larger numbers, whatever the clock says.
+constexpr std::uint64_t largestNumber = 9'999'999'999;
+
+// Later versions have larger numbers, whatever the clock says. Only where somebody has put a file with the
+// largest one there all that come share it, and their times tell which is later.
 std::optional<std::uint64_t> numberOf(std::string_view id) {
     const auto isDigit = [](char letter) {
         return (letter >= '0' && letter <= '9') || (letter >= 'A' && letter <= 'F');
@@ -139,7 +143,9 @@ std::vector<KeptVersion> KeptVersions::list() const {
             versions.push_back(std::move(*version));
         }
     }
-    std::ranges::sort(versions, std::ranges::greater{}, &KeptVersion::id);
+    std::ranges::sort(versions, std::ranges::greater{}, [](const KeptVersion& version) {
+        return std::tuple(numberOf(version.id), version.time, version.id);
+    });
     return versions;
 }
 
@@ -186,7 +192,8 @@ bool KeptVersions::keepBeside(std::string_view spared, const std::filesystem::pa
     if (folder_.empty() || !makeFolder(folder_)) {
         return false;
     }
-    const std::uint64_t number = versions.empty() ? 1 : numberOf(versions.front().id).value_or(0) + 1;
+    const std::uint64_t last = versions.empty() ? 0 : numberOf(versions.front().id).value_or(0);
+    const std::uint64_t number = std::min(last + 1, largestNumber);
     const KeptVersion version{makeId(number), place, kind, now_(), file->fileSize};
     const std::string note = noteText({place, version.time, version.size, md5(file->bytes)});
     // The bytes come last: where they are, it is known already where they stood.
@@ -206,15 +213,17 @@ void KeptVersions::dropOldest(std::string_view spared) const {
     while (versions.size() > mostVersions) {
         const auto oldest = versions.end() - (versions.back().id == spared ? 2 : 1);
         drop(bytesFile(folder_, *oldest));
+        drop(noteFile(folder_, oldest->id));
         versions.erase(oldest);
     }
     if (versions.empty()) {
         return;
     }
-    // What has no bytes has just lost them, or is left from an end in the middle.
+    // What has no bytes is left from an end in the middle.
     for (const std::filesystem::path& path : filesIn(folder_)) {
         const std::string id = utf8FromPath(path.filename()).substr(0, idLength);
-        if (numberOf(id) && id < versions.front().id && !std::ranges::count(versions, id, &KeptVersion::id)) {
+        if (numberOf(id) && numberOf(id) < numberOf(versions.front().id) &&
+            !std::ranges::count(versions, id, &KeptVersion::id)) {
             drop(path);
         }
     }

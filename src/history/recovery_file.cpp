@@ -52,6 +52,11 @@ std::uint64_t millisecondsOf(WallTime time) {
     return count > 0 ? static_cast<std::uint64_t>(count) : 0;
 }
 
+// Of the sets alone.
+std::span<const std::uint8_t> bytesOf(const ParameterStore& store) {
+    return {reinterpret_cast<const std::uint8_t*>(&store), parameterStoreSize};
+}
+
 // A path need not be valid text, so it goes as the system has it.
 Bytes bytesOfPath(const std::filesystem::path& path) {
     const auto& native = path.native();
@@ -79,11 +84,28 @@ void write(CborWriter& out, std::span<const std::shared_ptr<const Step>> steps) 
     }
 }
 
+void write(CborWriter& out, const DocumentMemory& memory, const ParameterStore& now) {
+    out.map(std::size_t{1} + (memory.stamp ? 2U : 0U) + (memory.store ? 1U : 0U));
+    out.text("read");
+    out.number(memory.bytesInFile);
+    if (memory.stamp) {
+        out.text("size");
+        out.number(memory.stamp->size);
+        out.text("digest");
+        out.bytes(memory.stamp->digest);
+    }
+    if (memory.store) {
+        out.text("sets");
+        out.bytes(ByteDiff::between(bytesOf(now), bytesOf(*memory.store)).bytes());
+    }
+}
+
 void write(CborWriter& out, const RecoveryState& state) {
     const History::Trail& trail = *state.trail;
     const std::span done(trail.done);
     const std::span undone(trail.undone);
-    out.map(10);
+    const bool hasMemory = state.documentMemory && !state.documentPath.empty();
+    out.map(hasMemory ? 11 : 10);
     out.text("time");
     out.number(millisecondsOf(state.time));
     out.text("process");
@@ -94,6 +116,10 @@ void write(CborWriter& out, const RecoveryState& state) {
     out.number(state.filterMode);
     out.text("document");
     out.bytes(bytesOfPath(state.documentPath));
+    if (hasMemory) {
+        out.text("documentFile");
+        write(out, *state.documentMemory, trail.state.store);
+    }
     out.text("state");
     out.bytes(bytesOf(trail.state));
     out.text("begun");
@@ -107,6 +133,8 @@ void write(CborWriter& out, const RecoveryState& state) {
 }
 
 // --- reading it; each function tells whether the value is as it should be
+
+constexpr std::uint64_t anyNumber = ~std::uint64_t{0};
 
 template <typename Number>
 bool read(CborReader& in, Number& value, std::uint64_t largest) {
@@ -134,10 +162,9 @@ bool read(CborReader& in, std::string& text) {
     return found.has_value() && plainText(text) == text;
 }
 
-bool read(CborReader& in, ByteDiff& difference) {
+bool read(CborReader& in, ByteDiff& difference, std::size_t length = tuningSnapshotSize) {
     const auto bytes = in.bytes();
-    auto found =
-        bytes ? ByteDiff::fromBytes(Bytes(bytes->begin(), bytes->end()), tuningSnapshotSize) : std::nullopt;
+    auto found = bytes ? ByteDiff::fromBytes(Bytes(bytes->begin(), bytes->end()), length) : std::nullopt;
     difference = found ? std::move(*found) : ByteDiff();
     return found.has_value();
 }
@@ -165,6 +192,37 @@ bool read(CborReader& in, std::filesystem::path& path) {
     return native.find(Native::value_type{}) == Native::npos;
 }
 
+bool read(CborReader& in, Md5Digest& digest) {
+    const auto bytes = in.bytes();
+    const bool isRight = bytes && bytes->size() == digest.size();
+    if (isRight) {
+        std::copy(bytes->begin(), bytes->end(), digest.begin());
+    }
+    return isRight;
+}
+
+/// What an entry says of the settings file, before the sets are known that it refers to.
+struct MemoryEntry {
+    DocumentMemory memory;
+    std::optional<ByteDiff> sets;
+};
+
+bool read(CborReader& in, MemoryEntry& entry) {
+    FileStamp stamp;
+    bool hasSize = false;
+    bool hasDigest = false;
+    const bool isRight = in.map(
+        {{"read", [&](CborReader& value) { return read(value, entry.memory.bytesInFile, anyNumber); }},
+         {"size", [&](CborReader& value) { return hasSize = read(value, stamp.size, anyNumber); }, true},
+         {"digest", [&](CborReader& value) { return hasDigest = read(value, stamp.digest); }, true},
+         {"sets", [&](CborReader& value) { return read(value, entry.sets.emplace(), parameterStoreSize); },
+          true}});
+    if (hasSize) {
+        entry.memory.stamp = stamp;
+    }
+    return isRight && hasSize == hasDigest;
+}
+
 bool read(CborReader& in, Step& step) {
     return in.map({{"text", [&](CborReader& value) { return read(value, step.text); }},
                    {"time", [&](CborReader& value) { return read(value, step.time); }},
@@ -188,36 +246,22 @@ bool read(CborReader& in, Steps& steps) {
     return true;
 }
 
-bool isWhole(const TuningSnapshot& state) {
-    return state.currentSet < setCount;
-}
-
-// Whether every state that the steps lead to has a current set that there is.
-bool leadsToWholeStates(const History::Trail& trail) {
-    const auto state = std::make_unique<TuningSnapshot>(trail.settled);
-    bool allAreWhole = isWhole(trail.state) && isWhole(trail.begun) && isWhole(trail.settled);
-    const auto apply = [&](const ByteDiff& difference) {
-        difference.applyTo(bytesOf(*state));
-        allAreWhole = allAreWhole && isWhole(*state);
-    };
-    for (const auto& step : trail.undone) {
-        apply(step->lead);
-        apply(step->change);
+// What was saved, from the sets as they stand.
+DocumentMemory memoryOf(const MemoryEntry& entry, const ParameterStore& now) {
+    DocumentMemory memory = entry.memory;
+    if (entry.sets) {
+        memory.store = now;
+        entry.sets->applyTo({reinterpret_cast<std::uint8_t*>(&*memory.store), parameterStoreSize});
     }
-    *state = trail.settled;
-    for (auto step = trail.done.rbegin(); step != trail.done.rend(); ++step) {
-        apply((*step)->change);
-        apply((*step)->lead);
-    }
-    return allAreWhole;
+    return memory;
 }
 
 std::optional<RecoveryState> readBody(std::span<const std::uint8_t> body) {
-    constexpr std::uint64_t anyNumber = ~std::uint64_t{0};
     RecoveryState state;
     auto trail = std::make_unique<History::Trail>();
     ByteDiff begun;
     ByteDiff settled;
+    std::optional<MemoryEntry> document;
     CborReader in(body);
     const bool isRight = in.map(
         {{"time", [&](CborReader& value) { return read(value, state.time); }},
@@ -226,6 +270,7 @@ std::optional<RecoveryState> readBody(std::span<const std::uint8_t> body) {
          {"filterMode",
           [&](CborReader& value) { return read(value, state.filterMode, filterMethodNames.size() - 1); }},
          {"document", [&](CborReader& value) { return read(value, state.documentPath); }},
+         {"documentFile", [&](CborReader& value) { return read(value, document.emplace()); }, true},
          {"state", [&](CborReader& value) { return read(value, trail->state); }},
          {"begun", [&](CborReader& value) { return read(value, begun); }},
          {"settled", [&](CborReader& value) { return read(value, settled); }},
@@ -238,8 +283,12 @@ std::optional<RecoveryState> readBody(std::span<const std::uint8_t> body) {
     begun.applyTo(bytesOf(trail->begun));
     trail->settled = trail->state;
     settled.applyTo(bytesOf(trail->settled));
-    if (!leadsToWholeStates(*trail)) {
+    const auto first = std::make_unique<TuningSnapshot>();
+    if (!findFirst(*trail, *first)) {
         return std::nullopt;
+    }
+    if (document && !state.documentPath.empty()) {
+        state.documentMemory = memoryOf(*document, trail->state.store);
     }
     state.trail = std::move(trail);
     return state;

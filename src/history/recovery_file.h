@@ -4,10 +4,12 @@
 #include <cstdint>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <span>
 #include <variant>
 #include <vector>
 
+#include "history/document.h"
 #include "history/history.h"
 
 namespace tessavo {
@@ -27,9 +29,12 @@ struct RecoveryState {
     std::unique_ptr<const History::Trail> trail;  ///< never null
     std::uint32_t filterMode = 0;                 ///< index of filterMethodNames
     std::filesystem::path documentPath;           ///< settings file that the sets belong to; empty for none
-    WallTime time;                                ///< when it was like this; kept in milliseconds
-    std::uint64_t process = 0;                    ///< number of the process that wrote it
-    bool isSaved = false;  ///< the document holds the same: there is nothing to restore
+    /// What is known of that file; nothing in a recovery file of a version of the program that kept none. A
+    /// recovery file without a settings file has none.
+    std::optional<DocumentMemory> documentMemory;
+    WallTime time;              ///< when it was like this; kept in milliseconds
+    std::uint64_t process = 0;  ///< number of the process that wrote it
+    bool isSaved = false;       ///< the document holds the same: there is nothing to restore
 };
 
 /// Why a recovery file gives no state.

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "base/raw_file.h"
+#include "params/set_text.h"
 
 namespace tessavo {
 
@@ -23,27 +24,13 @@ constexpr std::string_view suffix = ".tsr";
 // What a killed run may have left beside its file.
 constexpr std::string_view partPrefix = "recovery.tsr.part-";
 
-// The names are plain; others, which need not even be text, are none of ours.
-std::string nameOf(const fs::path& path) {
-    constexpr std::uint32_t lastPlain = 0x7E;
-    const fs::path last = path.filename();
-    std::string name;
-    for (const fs::path::value_type unit : last.native()) {
-        if (static_cast<std::uint32_t>(unit) > lastPlain) {
-            return {};
-        }
-        name.push_back(static_cast<char>(unit));
-    }
-    return name;
-}
-
 // Those with names that begin and end so, in the order of their names, and so of their times.
 std::vector<fs::path> filesNamed(const fs::path& folder, std::string_view start,
                                  std::string_view end = suffix) {
     std::vector<fs::path> files;
     std::error_code error;
     for (fs::directory_iterator entry(folder, error), last; !error && entry != last; entry.increment(error)) {
-        const std::string name = nameOf(entry->path());
+        const std::string name = utf8FromPath(entry->path().filename());
         if (name.starts_with(start) && name.ends_with(end)) {
             files.push_back(entry->path());
         }

@@ -2,7 +2,6 @@
 
 #include <chrono>
 #include <condition_variable>
-#include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <memory>
@@ -46,19 +45,24 @@ class RecoveryWriter {
     /// What the writer works with. The defaults are the system's.
     struct Dependencies {
         IRecoveryClock* clock = nullptr;  ///< outlives the writer
-        /// Both are called on the writer's thread, and give the reason where they fail.
+        /// Longest wait of the destructor, in real time.
+        std::chrono::milliseconds endLimit{2000};
+        /// Both are called on the writer's thread, and give the reason where they fail. A call that takes
+        /// longer than the destructor waits ends after the writer, and so must what they refer to.
         std::function<std::error_code(const std::filesystem::path&, std::span<const std::uint8_t>)> replace;
         std::function<std::error_code(const std::filesystem::path&)> remove;
     };
 
     /// \param file whose folder is made when it is missing
     /// \param tellFailure is called on the writer's thread when a write fails, and again only after a success
-    ///     in between. May be empty; must not call the writer.
+    ///     in between; never once the writer is gone. May be empty; must not call the writer, and is quick.
     explicit RecoveryWriter(std::filesystem::path file,
                             std::function<void(const std::error_code&)> tellFailure = {});
     RecoveryWriter(std::filesystem::path file, std::function<void(const std::error_code&)> tellFailure,
                    Dependencies dependencies);
-    /// Tries once to write what is not on the disk yet, and waits for that.
+    /// Tries once to write what is not on the disk yet, and waits for that, but not for ever: where a disk
+    /// hangs, the thread is left behind with the write that it is in. When that ends, in a minute or never, the
+    /// file holds what it held or what was being written, nothing more is written or told, and the thread ends.
     ~RecoveryWriter();
     RecoveryWriter(const RecoveryWriter&) = delete;
     RecoveryWriter& operator=(const RecoveryWriter&) = delete;
@@ -75,28 +79,9 @@ class RecoveryWriter {
     bool flush(std::chrono::milliseconds limit);
 
  private:
-    enum class Task : std::uint8_t { write, remove };
+    class Core;
 
-    void hand(Task task, std::shared_ptr<const RecoveryState> state);
-    void run();
-    void waitForWork(std::unique_lock<std::mutex>& lock);
-    bool work(std::unique_lock<std::mutex>& lock, bool isTold);
-    [[nodiscard]] std::error_code perform(Task task, const RecoveryState* state) const;
-
-    const std::filesystem::path file_;
-    const std::function<void(const std::error_code&)> tellFailure_;
-    const Dependencies dependencies_;
-
-    std::mutex mutex_;  ///< held only for moments, never while anything is written
-    std::condition_variable changed_;
-    Task task_ = Task::write;                     ///< what is to be done next
-    std::shared_ptr<const RecoveryState> state_;  ///< what is to be written, where it is not being written
-    std::uint64_t handed_ = 0;                    ///< number of what was handed over last
-    std::uint64_t tried_ = 0;                     ///< number of what was tried last
-    std::uint64_t succeeded_ = 0;                 ///< number of what is on the disk
-    IRecoveryClock::Time earliest_{};             ///< of the next write
-    bool hurries_ = false;                        ///< without regard to `earliest_`
-    bool ends_ = false;
+    std::shared_ptr<Core> core_;  ///< of the thread, too, which may have to be left behind
     std::thread thread_;
 };
 

@@ -128,6 +128,16 @@ TEST(PathOfText, GoesThereAndBack) {
     EXPECT_TRUE(pathOf(QString()).empty());
 }
 
+TEST(PathOfText, TakesHalfASurrogatePair) {
+    const QString half = QStringLiteral("car ") + QChar(0xD83D) + QStringLiteral(".eqs");
+    std::filesystem::path path;
+    ASSERT_NO_THROW(path = pathOf(half));
+    EXPECT_EQ(textOf(path), QStringLiteral("car \uFFFD.eqs"));
+    const QString otherHalf = QString(QChar(0xDE97)) + QStringLiteral("x");
+    ASSERT_NO_THROW(path = pathOf(otherHalf));
+    EXPECT_EQ(textOf(path), QStringLiteral("\uFFFDx"));
+}
+
 TEST(TextOfPath, TellsANameThatIsNoText) {
     EXPECT_EQ(textOf(nameThatIsNoText(".eqs")), QStringLiteral("\uFFFD.eqs"));
 }

@@ -44,6 +44,12 @@ std::optional<RecoveryState> SessionRun::recovered() const {
     if (kept->documentPath != frame->fileNews().files().document().path()) {
         return failure("another document");
     }
+    const DocumentMemory& memory = frame->fileNews().files().document().memory();
+    const bool isSameMemory = kept->documentMemory && kept->documentMemory->stamp == memory.stamp &&
+                              kept->documentMemory->bytesInFile == memory.bytesInFile;
+    if (!isSameMemory && !kept->documentPath.empty()) {
+        return failure("other knowledge of the document");
+    }
     const auto expected = history->trail(recoveryStepLimit);
     const auto sameSteps = [](const auto& one, const auto& other) {
         return std::ranges::equal(one, other, [](const auto& left, const auto& right) {

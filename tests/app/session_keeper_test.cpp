@@ -8,6 +8,7 @@
 #include "app/file_news_display.h"
 #include "app/session_fixture.h"
 #include "app/ui_file_dialogs.h"
+#include "base/md5.h"
 #include "controls/skin_message_box.h"
 #include "pages/rows/communication_rows.h"
 #include "pages/rows/output_eq_rows.h"
@@ -254,6 +255,67 @@ TEST_F(Keeping, RestoreBringsBackEverythingAndItsStepsCanBeUndone) {
     EXPECT_TRUE(next.same(*states[position + 1], *next.state())) << "what was undone then";
 }
 
+TEST_F(Keeping, AFileThatChangedBeforeRestoreIsWrittenOnlyAfterOverwrite) {
+    start();
+    const auto car = carFile();
+    const auto saveAgain = [&] { run->press(Qt::Key_S, Qt::ControlModifier | Qt::ShiftModifier); };
+    for (const bool isChanged : {true, false}) {
+        ASSERT_TRUE(run->frame->openFile(textOf(car)));
+        const auto opened = run->state();
+        run->drag(volume(), 40);
+        const auto ended = run->state();
+        ASSERT_TRUE(run->becomesKept());
+        cutPower();
+        Bytes foreign = readFile(car);
+        foreign[5000] ^= isChanged ? 1U : 0U;
+        ASSERT_TRUE(writeFile(car, foreign));
+        SessionRun& next = start();
+        next.answerNotice(restoreLabel);
+        ASSERT_TRUE(next.same(*ended, *next.state()));
+        ASSERT_TRUE(next.becomesKept());
+        EXPECT_TRUE(next.status().document().modified);
+        next.undoKey();
+        ASSERT_EQ(std::memcmp(&next.state()->store, &opened->store, parameterStoreSize), 0);
+        EXPECT_FALSE(next.status().document().modified) << "what was opened then";
+        next.redoKey();
+        saveAgain();
+        if (!isChanged) {
+            EXPECT_EQ(std::memcmp(readFile(car).data(), &ended->store, parameterStoreSize), 0);
+            break;
+        }
+        EXPECT_EQ(next.notice(), QStringLiteral("car.eqs has changed on the disk"));
+        EXPECT_EQ(next.noticeButtons(), QStringList{QStringLiteral("Overwrite")});
+        EXPECT_EQ(readFile(car), foreign);
+        next.answerNotice(QStringLiteral("Overwrite"));
+        EXPECT_EQ(std::memcmp(readFile(car).data(), &ended->store, parameterStoreSize), 0);
+    }
+    EXPECT_THAT(run->shown, IsEmpty());
+}
+
+TEST_F(Keeping, AShortFileIsToldAgainAfterRestoreUntilItsStepIsUndone) {
+    start();
+    const auto car = carFile();
+    std::filesystem::resize_file(car, 300);
+    const auto before = run->state();
+    ASSERT_TRUE(run->frame->openFile(textOf(car)));
+    const QString text = QStringLiteral("car.eqs: 300 of 10600 bytes, the rest reads as zero");
+    ASSERT_EQ(run->notice(), text);
+    run->drag(volume(), 40);
+    ASSERT_TRUE(run->becomesKept());
+    cutPower();
+    SessionRun& next = start();
+    next.answerNotice(restoreLabel);
+    ASSERT_TRUE(next.notice().startsWith(QStringLiteral("Restored the tuning of ")));
+    next.press(Qt::Key_F6, {});
+    next.press(Qt::Key_Escape, {});
+    EXPECT_EQ(next.notice(), text);
+    ASSERT_EQ(next.noticeButtons(), QStringList{QStringLiteral("Undo")});
+    next.answerNotice(QStringLiteral("Undo"));
+    EXPECT_TRUE(next.same(*before, *next.state()));
+    EXPECT_NE(next.notice(), text);
+    EXPECT_EQ(next.toldNotices().filter(text).size(), 1);
+}
+
 TEST_F(Keeping, EditsBeforeRestoreAreOneUndoAway) {
     start();
     work();
@@ -346,6 +408,31 @@ TEST_F(Keeping, ADamagedFileIsSetAsideAndTold) {
     next.drag(volume(), 30);
     EXPECT_TRUE(next.becomesKept()) << "this run is kept";
     EXPECT_EQ(filesNamed("damaged"), 1U);
+}
+
+TEST_F(Keeping, FilesOfALaterVersionAndUnreadableOnesAreToldAndLeft) {
+    std::filesystem::create_directory(data());
+    Bytes newer{'T', 'S', 'V', 'R', 'E', 'C', 'O', 'V', 2, 0, 0, 0};
+    const auto digest = md5(newer);
+    newer.insert(newer.end(), digest.begin(), digest.end());
+    const QString newerText = QStringLiteral(
+        "A later version of Tessavo wrote and restores this recovery file: ended-20261122-102107-123.tsr");
+    const QString unreadableText =
+        QStringLiteral("A recovery file cannot be read: ended-20261122-102200-000.tsr");
+    ASSERT_TRUE(writeFile(data() / "ended-20261122-102107-123.tsr", newer));
+    EXPECT_EQ(start().notice(), newerText);
+    std::filesystem::create_directory(data() / "ended-20261122-102200-000.tsr");
+    for (int i = 0; i < 2; ++i) {
+        SessionRun& next = start();
+        EXPECT_EQ(next.notice(), newerText);
+        EXPECT_EQ(next.toldNotices(), (QStringList{unreadableText, newerText}));
+        EXPECT_EQ(next.noticeButtons(), QStringList());
+    }
+    EXPECT_EQ(readFile(data() / "ended-20261122-102107-123.tsr"), newer);
+    std::filesystem::remove(data() / "ended-20261122-102107-123.tsr");
+    EXPECT_EQ(start().notice(), unreadableText);
+    run->drag(volume(), 40);
+    EXPECT_TRUE(run->becomesKept()) << "this run is kept";
 }
 
 TEST_F(Keeping, AFileDamagedWhileItWaitsIsToldAndNotTakenHalf) {

@@ -214,7 +214,7 @@ TEST_F(SettingsFiles, SaveWritesTheNameThatIsBeingTyped) {
 TEST_F(SettingsFiles, TheSetsOfARunWithoutADocumentAreNotSavedOverTheFileThatWasOpenedBefore) {
     ASSERT_TRUE(frame->openFile(settingsFileNamed("car.eqs")));
     ASSERT_EQ(frame->statusLine().document().name, QStringLiteral("car.eqs"));
-    frame->fileNews().resumeDocument({});
+    frame->fileNews().resumeDocument({}, std::nullopt);
     EXPECT_EQ(frame->statusLine().document().name, QString());
     EXPECT_FALSE(frame->action(QStringLiteral("Save Again"))->isEnabled());
 }

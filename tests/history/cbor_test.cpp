@@ -158,6 +158,19 @@ TEST(Cbor, KeysOfAMapStandInAnyOrderEachOnce) {
     EXPECT_EQ(sum(map(3, {one, two, {1, 1}})), 0U) << "a key is no text";
 }
 
+TEST(Cbor, AKeyThatMayBeMissingStandsAtMostOnceAndIsRight) {
+    const auto accepts = [](const Bytes& bytes) {
+        const auto read = [](CborReader& value) { return value.number().has_value(); };
+        CborReader in(bytes);
+        return in.map({{"a", read, true}, {"b", read}}) && in.isAtEnd();
+    };
+    EXPECT_TRUE(accepts({0xA2, 0x61, 'a', 1, 0x61, 'b', 2}));
+    EXPECT_TRUE(accepts({0xA1, 0x61, 'b', 2}));
+    EXPECT_FALSE(accepts({0xA1, 0x61, 'a', 1})) << "the other one may not be missing";
+    EXPECT_FALSE(accepts({0xA2, 0x61, 'a', 0xF5, 0x61, 'b', 2})) << "it is no number";
+    EXPECT_FALSE(accepts({0xA3, 0x61, 'a', 1, 0x61, 'a', 1, 0x61, 'b', 2})) << "twice";
+}
+
 TEST(Cbor, ValuesThatNobodyKnowsArePassedOver) {
     for (const Json& value :
          {Json(1), Json(-70000), Json("text"), Json::array(), Json::object(), Json(nullptr), Json(2.5),

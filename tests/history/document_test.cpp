@@ -55,7 +55,7 @@ TEST_F(DocumentTest, IsNoneAfterARunThatHadNone) {
     const auto file = folder_ / "car.eqs";
     writeFile(file, bytesOf(store_));
     document_.loaded(file, store_, 300);
-    document_.resume({});
+    document_.resume({}, document_.memory(), store_);
     EXPECT_TRUE(document_.path().empty());
     EXPECT_EQ(document_.name(), "");
     EXPECT_EQ(document_.shortFileText(), "");
@@ -68,7 +68,7 @@ TEST_F(DocumentTest, TellsItsNameInUtf8) {
     writeFile(odd, bytesOf(store_));
     document_.saved(odd, store_);
     EXPECT_EQ(document_.name(), "\u00E4\u20AC \U0001F600.eqs");
-    document_.resume(folder_.path() / nameThatIsNoText(".eqs"));
+    document_.resume(folder_.path() / nameThatIsNoText(".eqs"), std::nullopt, store_);
     EXPECT_EQ(document_.name(), "\uFFFD.eqs");
 }
 
@@ -171,10 +171,10 @@ TEST_F(DocumentTest, TellsOfAShortFileUntilTheSetsAreSaved) {
     EXPECT_EQ(document_.shortFileText(), "");
 }
 
-TEST_F(DocumentTest, OfAnEarlierRunGoesOnWithWhatTheFileHoldsNow) {
+TEST_F(DocumentTest, WithoutAMemoryOfAnEarlierRunGoesOnWithWhatTheFileHoldsNow) {
     load();
     Document later;
-    later.resume(path());
+    later.resume(path(), std::nullopt, ParameterStore{});
     EXPECT_EQ(later.path(), path());
     EXPECT_FALSE(later.differs(store_));
     EXPECT_FALSE(later.changedOnDisk());
@@ -184,9 +184,63 @@ TEST_F(DocumentTest, OfAnEarlierRunGoesOnWithWhatTheFileHoldsNow) {
     writeFile(path(), edited);
     EXPECT_TRUE(later.changedOnDisk());
 
-    later.resume(folder_ / "gone.eqs");
+    later.resume(folder_ / "gone.eqs", std::nullopt, store_);
     EXPECT_EQ(later.name(), "gone.eqs");
     EXPECT_TRUE(later.differs(store_));
+    EXPECT_TRUE(later.changedOnDisk());
+}
+
+TEST_F(DocumentTest, OfAnEarlierRunKnowsWhatItsFileHeldThen) {
+    load(300);
+    Bytes edited = bytesOf(store_);
+    edited[9] ^= 1U;
+    const auto left = recordOf<ParameterStore>(edited);
+    Document later;
+    later.resume(path(), document_.memory(), left);
+    EXPECT_EQ(later.path(), path());
+    EXPECT_FALSE(later.changedOnDisk());
+    EXPECT_FALSE(later.differs(store_));
+    EXPECT_TRUE(later.differs(left));
+    EXPECT_EQ(later.shortFileText(), "car.eqs: 300 of 10600 bytes, the rest reads as zero");
+
+    Bytes foreign = edited;
+    foreign[5000] ^= 1U;
+    writeFile(path(), foreign);
+    later.resume(path(), document_.memory(), left);
+    EXPECT_TRUE(later.changedOnDisk()) << "between the runs";
+    EXPECT_FALSE(later.differs(store_)) << "what was loaded then";
+    EXPECT_TRUE(later.differs(left));
+
+    std::filesystem::remove(path());
+    later.resume(path(), document_.memory(), left);
+    EXPECT_TRUE(later.changedOnDisk());
+    EXPECT_FALSE(later.differs(store_));
+    EXPECT_TRUE(later.differs(left));
+}
+
+TEST_F(DocumentTest, OfARunThatEndedBetweenItsSaveAndItsNoteOfItIsSaved) {
+    load(300);
+    Bytes edited = bytesOf(store_);
+    edited[9] ^= 1U;
+    const auto left = recordOf<ParameterStore>(edited);
+    writeFile(path(), edited);
+    Document later;
+    later.resume(path(), document_.memory(), left);
+    EXPECT_FALSE(later.changedOnDisk());
+    EXPECT_FALSE(later.differs(left));
+    EXPECT_TRUE(later.differs(store_));
+    EXPECT_EQ(later.shortFileText(), "");
+}
+
+TEST_F(DocumentTest, OfAnEarlierRunThatKnewNoStampCountsAsChanged) {
+    writeFile(path(), Bytes(storeSize, 0x77));
+    document_.saved(path(), store_);
+    ASSERT_FALSE(document_.memory().stamp);
+    Document later;
+    later.resume(path(), document_.memory(), store_);
+    EXPECT_TRUE(later.changedOnDisk());
+    EXPECT_FALSE(later.differs(store_));
+    writeFile(path(), bytesOf(store_));
     EXPECT_TRUE(later.changedOnDisk());
 }
 

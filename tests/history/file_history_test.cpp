@@ -276,10 +276,24 @@ TEST_F(FileHistoryTest, LetsTheCommandsGoAtItsEnd) {
 
 TEST_F(FileHistoryTest, TheDocumentOfAnEarlierRunIsSavedAgain) {
     writeFile(car(), menu_.tuning.store());
-    history_.resumeDocument(car());
+    history_.resumeDocument(car(), std::nullopt);
     edit();
     EXPECT_TRUE(history_.documentDiffers());
     EXPECT_EQ(history_.saveAgain(), SaveAgain::saved);
+    EXPECT_SAME_BYTES(readFile(car()), menu_.tuning.store());
+}
+
+TEST_F(FileHistoryTest, TheDocumentOfAnEarlierRunIsNotSavedAgainOverWhatAnotherProgramWrote) {
+    saveTo(car());
+    const DocumentMemory memory = history_.document().memory();
+    const Bytes foreign(storeSize, 0x31);
+    writeFile(car(), foreign);
+    edit();
+    history_.resumeDocument(car(), memory);
+    EXPECT_TRUE(history_.documentDiffers());
+    EXPECT_EQ(history_.saveAgain(), SaveAgain::changedOnDisk);
+    EXPECT_EQ(readFile(car()), foreign);
+    EXPECT_EQ(history_.overwrite(), SaveAgain::saved);
     EXPECT_SAME_BYTES(readFile(car()), menu_.tuning.store());
 }
 

@@ -70,6 +70,24 @@ TEST_F(Versions, KeepTheWholeContentWithPathTimeKindAndSize) {
     EXPECT_SAME_BYTES(readFile(file("car.eqs")), longer);
 }
 
+TEST_F(Versions, AreListedAndDroppedInOrderBehindAFileThatHasTheLargestNumber) {
+    const std::filesystem::path planted = folder_ / "data" / "9999999999-80000000.eqs";
+    std::filesystem::create_directory(folder_ / "data");
+    ASSERT_TRUE(writeFile(planted, Bytes(10, 0xEE)));
+    using FileClock = std::filesystem::file_time_type::clock;
+    std::filesystem::last_write_time(
+        planted, std::chrono::time_point_cast<FileClock::duration>(FileClock::from_sys(now_)));
+    std::vector<Bytes> expected{Bytes(10, 0xEE)};
+    for (std::uint8_t i = 0; i < 30; ++i) {
+        keepAs("car.eqs", Bytes(100, i));
+        expected.insert(expected.begin(), Bytes(100, i));
+        expected.resize(std::min(expected.size(), KeptVersions::mostVersions));
+        ASSERT_EQ(contents(), expected) << int{i};
+    }
+    EXPECT_THAT(stored(".eqs"), SizeIs(20));
+    EXPECT_THAT(stored(".txt"), SizeIs(20));
+}
+
 TEST_F(Versions, AreThereForALaterRun) {
     keepAs("car.eqs", Bytes(100, 1));
     keepAs("car.eqs", Bytes(100, 2));

@@ -214,6 +214,9 @@ TEST_F(RecoveryFile, EveryKeyMustBeThereAndOfItsKind) {
         EXPECT_GE(refused, maybeFits ? 9 : 10) << place;
     };
     for (const auto& [key, value] : body.items()) {
+        if (key == "documentFile") {
+            continue;  // may be missing
+        }
         const bool maybeFits = key == "process" || key == "saved" || value.is_array() || key == "document";
         tryAll(Json::json_pointer("/" + key), maybeFits);
     }
@@ -288,6 +291,65 @@ TEST_F(RecoveryFile, PathsComeBackAsTheyWere) {
     for (const Bytes& bytes : {Bytes{'a', 0, 0, 0}, Bytes(70000, 'a')}) {
         EXPECT_FALSE(isWholeFile(changed(file, [&](Json& body) { body["document"] = Json::binary(bytes); })));
     }
+}
+
+TEST_F(RecoveryFile, WhatIsKnownOfTheSettingsFileComesBackAsItWas) {
+    session_.edit(3);
+    const DocumentMemory whole = *session_.state().documentMemory;
+    const FileStamp largest{~std::uintmax_t{0}, Md5Digest{255}};
+    const DocumentMemory saved{session_.tuning.state.store(), largest, ~std::uintmax_t{0}};
+    const std::vector<std::optional<DocumentMemory>> memories{
+        std::nullopt, DocumentMemory(), DocumentMemory{whole.store, std::nullopt, 0},
+        DocumentMemory{std::nullopt, whole.stamp, 10599}, saved};
+    for (const auto& memory : memories) {
+        RecoveryState state = session_.state();
+        state.documentMemory = memory;
+        const auto decoded = decodeRecovery(encodeRecovery(state));
+        ASSERT_TRUE(std::holds_alternative<RecoveryState>(decoded));
+        expectSameState(std::get<RecoveryState>(decoded), state);
+    }
+    RecoveryState state = session_.state();
+    state.documentPath.clear();
+    EXPECT_FALSE(std::get<RecoveryState>(decodeRecovery(encodeRecovery(state))).documentMemory);
+}
+
+TEST_F(RecoveryFile, OneOfAVersionThatKnewNothingOfTheSettingsFileIsTaken) {
+    session_.edit(3);
+    RecoveryState state = session_.state();
+    const Bytes older = changed(encodeRecovery(state), [](Json& body) { body.erase("documentFile"); });
+    state.documentMemory.reset();
+    const auto decoded = decodeRecovery(older);
+    ASSERT_TRUE(std::holds_alternative<RecoveryState>(decoded));
+    expectSameState(std::get<RecoveryState>(decoded), state);
+}
+
+TEST_F(RecoveryFile, WhatIsSaidOfTheSettingsFileIsTakenWholeOrNotAtAll) {
+    session_.edit(3);
+    const Bytes file = encodeRecovery(session_.state());
+    const auto accepts = [&](const std::function<void(Json&)>& change) {
+        return isWholeFile(changed(file, [&](Json& body) { change(body.at("documentFile")); }));
+    };
+    ASSERT_EQ(bodyOf(file).at("documentFile").size(), 4U);
+    EXPECT_TRUE(accepts([](Json& entry) { entry["colour"] = "red"; }));
+    EXPECT_TRUE(accepts([](Json& entry) { entry.erase("sets"); }));
+    EXPECT_TRUE(accepts([](Json& entry) {
+        entry.erase("size");
+        entry.erase("digest");
+    }));
+    for (const char* key : {"size", "digest", "read"}) {
+        EXPECT_FALSE(accepts([&](Json& entry) { entry.erase(key); })) << key << " alone is missing";
+    }
+    for (const char* key : {"read", "size", "digest", "sets"}) {
+        for (const Json& other : {Json(nullptr), Json(-1), Json(2.5), Json("text"), Json::array(),
+                                  Json::binary(Bytes(15)), Json::binary(Bytes(17))}) {
+            EXPECT_FALSE(accepts([&](Json& entry) { entry[key] = other; })) << key << ": " << other;
+        }
+    }
+    const Bytes lastByte{0x67, 0x29, 1, 0, 0xFF};
+    const Bytes beyond{0x68, 0x29, 1, 0, 0xFF};  // byte 10600 of the sets
+    EXPECT_TRUE(accepts([&](Json& entry) { entry["sets"] = Json::binary(lastByte); }));
+    EXPECT_FALSE(accepts([&](Json& entry) { entry["sets"] = Json::binary(beyond); }));
+    EXPECT_FALSE(accepts([](Json& entry) { entry = Json::array(); }));
 }
 
 TEST_F(RecoveryFile, TimesBeforeTheCommonEraOfClocksCountAsItsStart) {

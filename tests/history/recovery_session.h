@@ -5,6 +5,7 @@
 #include <cstring>
 #include <gtest/gtest.h>
 #include <memory>
+#include <optional>
 #include <random>
 #include <string>
 #include <utility>
@@ -48,6 +49,9 @@ class RecoverySession {
         state.trail = history.trail(recoveryStepLimit);
         state.filterMode = 2;
         state.documentPath = std::filesystem::path(u8"/somewhere/K\u00e4fer.eqs");
+        state.documentMemory = {recordOf<ParameterStore>(Bytes(storeSize, 0x5A)),
+                                FileStamp{10601, {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16}},
+                                300};
         state.time = now;
         state.process = 4711;
         return state;
@@ -83,6 +87,20 @@ inline void expectSameSteps(const Steps& actual, const Steps& expected) {
     }
 }
 
+inline void expectSameMemory(const std::optional<DocumentMemory>& actual,
+                             const std::optional<DocumentMemory>& expected) {
+    ASSERT_EQ(actual.has_value(), expected.has_value());
+    if (!actual) {
+        return;
+    }
+    EXPECT_EQ(actual->stamp, expected->stamp);
+    EXPECT_EQ(actual->bytesInFile, expected->bytesInFile);
+    ASSERT_EQ(actual->store.has_value(), expected->store.has_value());
+    if (actual->store) {
+        EXPECT_SAME_BYTES(bytesOf(*actual->store), bytesOf(*expected->store));
+    }
+}
+
 inline void expectSameState(const RecoveryState& actual, const RecoveryState& expected) {
     EXPECT_TRUE(isSame(actual.trail->state, expected.trail->state));
     EXPECT_TRUE(isSame(actual.trail->begun, expected.trail->begun));
@@ -91,6 +109,7 @@ inline void expectSameState(const RecoveryState& actual, const RecoveryState& ex
     expectSameSteps(actual.trail->undone, expected.trail->undone);
     EXPECT_EQ(actual.filterMode, expected.filterMode);
     EXPECT_EQ(actual.documentPath, expected.documentPath);
+    expectSameMemory(actual.documentMemory, expected.documentMemory);
     EXPECT_EQ(actual.time, expected.time);
     EXPECT_EQ(actual.process, expected.process);
     EXPECT_EQ(actual.isSaved, expected.isSaved);

@@ -227,6 +227,17 @@ TEST_F(RecoveryFolder, FilesOfOthersStayAsTheyAre) {
     EXPECT_EQ(files(), before);
 }
 
+TEST_F(RecoveryFolder, NamesThatAreNotPlainOrNotEvenTextAreNoHindrance) {
+    const std::filesystem::path copy = folder_.path() / std::filesystem::path(u8"ended-K\u00e4fer.tsr");
+    ASSERT_TRUE(writeFile(copy, encodeRecovery(session_.state())));
+    const std::filesystem::path odd = folder_.path() / nameThatIsNoText(".txt");
+    ASSERT_TRUE(writeFile(odd, Bytes(10, 3)));
+    const RecoveryStart start = store_.beginRun(now_);
+    ASSERT_EQ(start.list.waiting.size(), 1U);
+    EXPECT_EQ(start.list.waiting[0].file, copy);
+    EXPECT_EQ(readFile(odd), Bytes(10, 3));
+}
+
 TEST_F(RecoveryFolder, LookingSeesTheRunInProgressAndChangesNothing) {
     leave(then_ + std::chrono::minutes(2));
     leave(then_, false, "ended-20261122-102107-123.tsr");

@@ -71,7 +71,7 @@ class HandDisk {
     explicit HandDisk(HandClock& clock) : clock_(clock) {}
 
     [[nodiscard]] RecoveryWriter::Dependencies dependencies() {
-        return {&clock_,
+        return {&clock_, std::chrono::minutes(1),
                 [this](const std::filesystem::path&, std::span<const std::uint8_t> bytes) {
                     const auto state = decodeRecovery(bytes);
                     return act(std::get<RecoveryState>(state).process);

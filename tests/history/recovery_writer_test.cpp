@@ -1,7 +1,11 @@
 #include "history/recovery_writer.h"
 
+#include <atomic>
+#include <condition_variable>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <memory>
+#include <mutex>
 
 #include "history/recovery_store.h"
 #include "history/recovery_writer_fixture.h"
@@ -252,6 +256,57 @@ TEST(RecoveryKeepingEnd, WritesWhatIsLeftOnceAndDoesNotWaitForThePace) {
     EXPECT_THAT(disk.begun(), ElementsAre(1, 2, 3, 3)) << "once more, and then it ends";
     { const RecoveryWriter idle("/nowhere/recovery.tsr", {}, disk.dependencies()); }
     EXPECT_THAT(disk.begun(), SizeIs(4));
+}
+
+/// A disk whose first write hangs until the test lets go, and fails then.
+struct HangingDisk {
+    std::mutex mutex;
+    std::condition_variable changed;
+    bool isLetGo = false;
+    int begun = 0;
+
+    std::error_code act() {
+        std::unique_lock lock(mutex);
+        ++begun;
+        changed.notify_all();
+        changed.wait(lock, [this] { return isLetGo; });
+        return full;
+    }
+    [[nodiscard]] int writes() {
+        const std::lock_guard lock(mutex);
+        return begun;
+    }
+    void letGo() {
+        const std::lock_guard lock(mutex);
+        isLetGo = true;
+        changed.notify_all();
+    }
+};
+
+TEST(RecoveryKeepingEnd, DoesNotWaitForADiskThatHangs) {
+    const auto disk = std::make_shared<HangingDisk>();
+    auto clock = std::make_unique<HandClock>();
+    auto told = std::make_unique<std::atomic<int>>(0);
+    auto state = numbered(1);
+    const std::weak_ptr<const RecoveryState> watched = state;
+    {
+        RecoveryWriter writer(
+            "/nowhere/recovery.tsr", [&told](const std::error_code&) { ++*told; },
+            {clock.get(), milliseconds(30), [disk](const auto&, auto) { return disk->act(); },
+             [disk](const auto&) { return disk->act(); }});
+        writer.put(std::move(state));
+        ASSERT_TRUE(eventually([&] { return disk->writes() == 1; }));
+        writer.put(numbered(2));
+    }
+    // What the left thread must not touch is gone; the sanitizers would see it.
+    EXPECT_EQ(*told, 0);
+    told.reset();
+    clock.reset();
+    EXPECT_FALSE(watched.expired()) << "it is still being written";
+    disk->letGo();
+    EXPECT_TRUE(eventually([&] { return disk.use_count() == 1; })) << "the thread takes all of it along";
+    EXPECT_EQ(disk->writes(), 1) << "what waited is not begun any more";
+    EXPECT_TRUE(watched.expired());
 }
 
 TEST(RecoveryKeepingOnDisk, MakesItsFolderWhenItIsMissingAndWhenItGoes) {
