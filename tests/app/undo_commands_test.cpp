@@ -1,5 +1,6 @@
 #include "app/undo_commands.h"
 
+#include <QDeadlineTimer>
 #include <QMenu>
 #include <QScrollBar>
 #include <QTest>
@@ -355,6 +356,44 @@ TEST_F(Undoing, InLiveModeAStepIsSentAndTheConfirmationMarksIt) {
     key(volume(), Qt::Key_PageUp);
     commands().settle();
     EXPECT_EQ(steps(), 2U);
+    EXPECT_THAT(shown, IsEmpty());
+}
+
+// The window hears of a transfer only after the key that is being handled.
+TEST_F(Undoing, InLiveModeARunOfKeysIsPartedWhereTheTargetConfirmed) {
+    ASSERT_TRUE(line.startWorker());
+    CBitmapSlider& slider = volume();
+    click(eqMode());
+    ASSERT_TRUE(QTest::qWaitFor([this] { return line.imageIsConfirmed(); }, patienceMs));
+    slider.setFocus(Qt::TabFocusReason);
+    settleEvents();
+    const auto start = state();
+    QTest::keyClick(&slider, Qt::Key_PageDown);
+    settleEvents();
+    const auto sent = state();
+    ASSERT_FALSE(same(*start, *sent));
+    // Without the event loop: the window has not been told when the next key comes.
+    const QDeadlineTimer patience(patienceMs);
+    while (!line.liveTransferRuns() && !patience.hasExpired()) {
+        std::this_thread::yield();
+    }
+    ASSERT_TRUE(line.liveTransferRuns());
+    QTest::keyClick(&slider, Qt::Key_PageDown);
+    QTest::keyClick(&slider, Qt::Key_PageDown);
+    ASSERT_TRUE(QTest::qWaitFor([this] { return steps() > 0; }, patienceMs));
+    EXPECT_EQ(history->marks().back().number, 1U);
+    EXPECT_EQ(history->marks().back().kind, MarkKind::confirmed);
+    EXPECT_EQ(history->gesture(), Gesture::run);
+    QTest::keyClick(&slider, Qt::Key_PageDown);
+    commands().settle();
+    const auto end = state();
+    ASSERT_EQ(steps(), 2U);
+    undoKey();
+    EXPECT_TRUE(same(*sent, *state())) << "what the target has confirmed";
+    undoKey();
+    EXPECT_TRUE(same(*start, *state()));
+    ASSERT_TRUE(commands().goTo(2));
+    EXPECT_TRUE(same(*end, *state()));
     EXPECT_THAT(shown, IsEmpty());
 }
 
