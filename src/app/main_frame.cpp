@@ -297,6 +297,9 @@ void CMainFrame::followHistory() {
             const QSignalBlocker unlisted(status_);
             status_->showNotice(std::move(notice));
         });
+    connect(undo_.get(), &UndoCommands::refused, status_, [this](const QString& reason) {
+        status_->showNotice({.text = reason, .kind = Notice::Kind::warning});
+    });
     keeper_ = std::make_unique<SessionKeeper>(
         SessionKeeper::Dependencies{dependencies_.tuning, dependencies_.history, *undo_, *fileNews_, *view_,
                                     *status_, dependencies_.dataFolder});
