@@ -1,14 +1,11 @@
 #include "app/gesture_watch.h"
 
-#include <QAbstractSpinBox>
 #include <QApplication>
 #include <QKeyEvent>
-#include <QLineEdit>
 #include <QMouseEvent>
-#include <QPlainTextEdit>
 #include <QSet>
-#include <QTextEdit>
 
+#include "app/text_box.h"
 #include "app/text_undo.h"
 #include "controls/bitmap_slider.h"
 #include "controls/spin_edit.h"
@@ -74,13 +71,6 @@ bool isModifier(int key) {
 /// The focus that they move ends a run, after the box that is left has taken its text.
 bool movesFocus(int key) {
     return key == Qt::Key_Tab || key == Qt::Key_Backtab;
-}
-
-bool isTextBox(const QWidget& widget) {
-    return qobject_cast<const QLineEdit*>(&widget) != nullptr ||
-           qobject_cast<const QAbstractSpinBox*>(&widget) != nullptr ||
-           qobject_cast<const QTextEdit*>(&widget) != nullptr ||
-           qobject_cast<const QPlainTextEdit*>(&widget) != nullptr;
 }
 
 /// Keys that step a value; in a text box some of them move the caret.

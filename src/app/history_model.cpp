@@ -1,8 +1,8 @@
 #include "app/history_model.h"
 
-#include <QDateTime>
 #include <chrono>
 
+#include "app/wall_time_text.h"
 #include "pages/form/form.h"
 
 namespace tessavo {
@@ -82,13 +82,9 @@ QString HistoryModel::timeOf(const Row& row) const {
     if (row.kind == Kind::start) {
         return {};
     }
-    using namespace std::chrono;
     const WallTime time =
         row.kind == Kind::step ? history_.steps()[row.index]->time : history_.marks()[row.index].time;
-    const auto local =
-        QDateTime::fromMSecsSinceEpoch(duration_cast<milliseconds>(time.time_since_epoch()).count());
-    const bool isToday = local.date() == QDate::currentDate();
-    return local.toString(isToday ? QStringLiteral("HH:mm:ss") : QStringLiteral("yyyy-MM-dd HH:mm:ss"));
+    return secondText(time, std::chrono::system_clock::now());
 }
 
 HistoryModel::State HistoryModel::stateOf(const Row& row) const {

@@ -15,19 +15,19 @@
 #include <QWindow>
 #include <algorithm>
 #include <array>
-#include <chrono>
+#include <utility>
 
 #include "app/about_dialog.h"
 #include "app/comm_link.h"
 #include "app/edit_menu.h"
 #include "app/file_news_display.h"
+#include "app/frame_closing.h"
 #include "app/narrow_view.h"
 #include "app/session_keeper.h"
 #include "app/target_display.h"
 #include "app/tessavo_view.h"
 #include "app/ui_file_dialogs.h"
 #include "app/undo_commands.h"
-#include "comm/page/input_hold.h"
 #include "controls/theme.h"
 
 namespace tessavo {
@@ -38,16 +38,6 @@ constexpr int menuHeight = 28;
 // Menu, header, tab row, status bar and a strip of the page: below this nothing could be worked with.
 constexpr int lowestHeight = 320;
 constexpr int lowestWidth = 480;
-// More than twice what a poll of a target that answers takes.
-constexpr std::chrono::seconds pollPatience{2};
-constexpr std::string_view exitQuestion =
-    "The current settings will be lost!\r\n Do you want to save settings?";
-constexpr std::string_view breakExchangeQuestion =
-    "An exchange with the target is still running.\r\nDo you want to wait until it ends?";
-constexpr std::string_view breakSoftwareQuestion =
-    "The software image is still being sent!\r\n"
-    "If you close now, the target may be left without software.\r\n"
-    "Do you want to wait until it is sent?";
 
 QString fileNameForMenu(const QString& path, qsizetype number) {
     QString shown = path;
@@ -115,7 +105,12 @@ CMainFrame::CMainFrame(Dependencies dependencies)
 
     targetDisplay_ = std::make_unique<TargetDisplay>(TargetDisplay::Dependencies{
         dependencies_.tuning, dependencies_.link, *view_, *status_, dependencies_.ports});
-    followExchanges();
+    closing_ = std::make_unique<FrameClosing>(
+        FrameClosing::Dependencies{.link = dependencies_.link,
+                                   .boxes = dependencies_.boxes,
+                                   .saveAtExit = [this] { commands_.saveSettingsAtExit(); },
+                                   .close = [this] { close(); },
+                                   .leave = [this] { leave(); }});
     followHistory();
 }
 
@@ -260,27 +255,6 @@ void CMainFrame::showAbout() {
     AboutDialog(this).exec();
 }
 
-void CMainFrame::followExchanges() {
-    CommLink* const link = &dependencies_.link;
-    ForegroundTransfers* const commands = &link->foreground();
-    connect(link, &CommLink::exchangeEnded, this, [this] {
-        if (!dependencies_.link.exchangeRuns()) {
-            pollEnded();
-        }
-    });
-    pollLimit_.setSingleShot(true);
-    connect(&pollLimit_, &QTimer::timeout, this, &CMainFrame::pollEnded);
-    // What has run the exchange has to return first.
-    connect(link, &CommLink::workerState, this, &CMainFrame::closeOnceQuiet, Qt::QueuedConnection);
-    connect(commands, &ForegroundTransfers::ended, this, &CMainFrame::closeOnceQuiet, Qt::QueuedConnection);
-    connect(commands, &ForegroundTransfers::ended, this, [this] {
-        if (closing_) {
-            // The command that has run the exchange has to return first.
-            QMetaObject::invokeMethod(this, &CMainFrame::closeAfterExchange, Qt::QueuedConnection);
-        }
-    });
-}
-
 void CMainFrame::followHistory() {
     connect(fileNews_.get(), &FileNewsDisplay::savedAgain, this, &CMainFrame::noteRecentFile);
     // The newest notice wins; what was told is found in the list of the steps.
@@ -297,84 +271,23 @@ void CMainFrame::followHistory() {
             const QSignalBlocker unlisted(status_);
             status_->showNotice(std::move(notice));
         });
+    connect(undo_.get(), &UndoCommands::refused, status_, [this](const QString& reason) {
+        status_->showNotice({.text = reason, .kind = Notice::Kind::warning});
+    });
     keeper_ = std::make_unique<SessionKeeper>(
         SessionKeeper::Dependencies{dependencies_.tuning, dependencies_.history, *undo_, *fileNews_, *view_,
                                     *status_, dependencies_.dataFolder});
 }
 
-bool CMainFrame::lineIsQuiet() const {
-    return !dependencies_.link.foreground().running() && !dependencies_.link.liveTransferRuns();
+void CMainFrame::setNothingToLose(std::function<bool()> nothingToLose) {
+    closing_->setNothingToLose(std::move(nothingToLose));
 }
 
-bool CMainFrame::mayBreakOff() {
-    if (lineIsQuiet()) {
-        return true;
-    }
-    const bool software =
-        dependencies_.link.foreground().activity() == ForegroundTransfers::Activity::sendingSoftware;
-    // The default button waits: a key pressed too soon must not break anything off.
-    const BoxAnswer answer = dependencies_.boxes.show(
-        software ? breakSoftwareQuestion : breakExchangeQuestion, BoxIcon::error, BoxButtons::yesNoCancel);
-    closeOnceQuiet_ = answer == BoxAnswer::yes;
-    if (closeOnceQuiet_) {
-        // The exchange may have ended while the question was open.
-        QMetaObject::invokeMethod(this, &CMainFrame::closeOnceQuiet, Qt::QueuedConnection);
-    }
-    return answer == BoxAnswer::no;
-}
-
-void CMainFrame::closeOnceQuiet() {
-    if (!closeOnceQuiet_ || !lineIsQuiet()) {
-        return;
-    }
-    if (QApplication::activeModalWidget() != nullptr) {
-        // A box tells what the exchange came to: that is read first.
-        constexpr std::chrono::milliseconds lookAgain{100};
-        QTimer::singleShot(lookAgain, this, &CMainFrame::closeOnceQuiet);
-        return;
-    }
-    closeOnceQuiet_ = false;
-    close();
-}
-
-// Nobody has started this exchange, so nobody is asked about it: it gets the moment that it needs.
-void CMainFrame::closeAfterPoll() {
-    closing_ = true;
-    hold_ = std::make_unique<InputHold>();
-    pollLimit_.start(pollPatience);
-}
-
-void CMainFrame::pollEnded() {
-    if (!hold_) {
-        return;
-    }
-    pollLimit_.stop();
-    hold_.reset();
-    // A live transfer may have waited for the line.
-    if (mayBreakOff()) {
-        closeAfterExchange();
-    } else {
-        closing_ = false;
-    }
-}
-
-void CMainFrame::closeAfterExchange() {
+void CMainFrame::leave() {
     keeper_->finish();
     dependencies_.profile.setWindowPlacement(saveGeometry());
     hide();
     qApp->quit();
-}
-
-bool CMainFrame::mayClose() {
-    switch (dependencies_.boxes.show(exitQuestion, BoxIcon::error, BoxButtons::yesNoCancel)) {
-        case BoxAnswer::yes:
-            commands_.saveSettingsAtExit();
-            return true;
-        case BoxAnswer::no:
-            return true;
-        default:
-            return false;
-    }
 }
 
 void CMainFrame::restoreWindowPlacement() {
@@ -389,26 +302,10 @@ void CMainFrame::restoreWindowPlacement() {
 
 void CMainFrame::closeEvent(QCloseEvent* event) {
     event->ignore();
-    if (closing_) {
-        return;
+    if (closing_->request()) {
+        event->accept();
+        leave();
     }
-    const bool atOnce = nothingToLose_ && nothingToLose_();
-    const bool quiet = lineIsQuiet();
-    // A live transfer may begin while the second question is open.
-    if (!atOnce && (!mayBreakOff() || !mayClose() || (quiet && !mayBreakOff()))) {
-        return;
-    }
-    if (dependencies_.link.foreground().running()) {
-        closing_ = true;
-        dependencies_.link.cancelExchanges();
-        return;
-    }
-    if (!atOnce && lineIsQuiet() && dependencies_.link.exchangeRuns()) {
-        closeAfterPoll();
-        return;
-    }
-    event->accept();
-    closeAfterExchange();
 }
 
 void CMainFrame::paintEvent(QPaintEvent*) {

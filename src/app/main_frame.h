@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QTimer>
 #include <QWidget>
 #include <filesystem>
 #include <functional>
@@ -25,9 +24,9 @@ class CommLink;
 class CTessavoView;
 class EditMenu;
 class FileNewsDisplay;
+class FrameClosing;
 class History;
 class IChartHost;
-class InputHold;
 class NarrowView;
 class SessionKeeper;
 class TargetDisplay;
@@ -72,7 +71,7 @@ class CMainFrame : public QWidget {
     bool openFile(const QString& path);
 
     /// When this answers true the frame closes without a question.
-    void setNothingToLose(std::function<bool()> nothingToLose) { nothingToLose_ = std::move(nothingToLose); }
+    void setNothingToLose(std::function<bool()> nothingToLose);
 
     /// Puts the frame where it was when the program last ended, if that place is still on a screen.
     void restoreWindowPlacement();
@@ -106,16 +105,9 @@ class CMainFrame : public QWidget {
     void save();
     void fillRecentFiles();
     void showAbout();
-    void followExchanges();
     void followHistory();
     void noteRecentFile(const QString& path);
-    [[nodiscard]] bool lineIsQuiet() const;
-    bool mayBreakOff();
-    void closeOnceQuiet();
-    bool mayClose();
-    void closeAfterPoll();
-    void pollEnded();
-    void closeAfterExchange();
+    void leave();
 
     Dependencies dependencies_;
     QMenuBar* menuBar_ = nullptr;
@@ -130,12 +122,8 @@ class CMainFrame : public QWidget {
     std::unique_ptr<FileNewsDisplay> fileNews_;
     std::unique_ptr<EditMenu> editMenu_;
     std::unique_ptr<SessionKeeper> keeper_;
-    std::function<bool()> nothingToLose_;
     std::unique_ptr<TargetDisplay> targetDisplay_;
-    bool closing_ = false;         ///< all questions are answered; only an exchange has still to end
-    bool closeOnceQuiet_ = false;  ///< a person waits for the end of an exchange, to be asked to close then
-    std::unique_ptr<InputHold> hold_;  ///< while a background exchange is waited for
-    QTimer pollLimit_;                 ///< how long that may last
+    std::unique_ptr<FrameClosing> closing_;
     std::optional<QPoint> dragStart_;  ///< of the window under the pointer, while the background is pressed
     bool dragging_ = false;            ///< the pointer has left the place of the press
 };

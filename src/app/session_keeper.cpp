@@ -1,7 +1,6 @@
 #include "app/session_keeper.h"
 
 #include <QCoreApplication>
-#include <QDateTime>
 #include <QGuiApplication>
 #include <QLocale>
 #include <algorithm>
@@ -10,24 +9,13 @@
 
 #include "app/tessavo_view.h"
 #include "app/ui_file_dialogs.h"
+#include "app/wall_time_text.h"
 
 namespace tessavo {
 
 namespace {
 
 constexpr std::chrono::milliseconds longestWrite{2000};
-
-// "10:21", and with its date where that is another one than today's.
-QString momentText(WallTime time, WallTime now) {
-    const auto local = [](WallTime moment) {
-        return QDateTime::fromMSecsSinceEpoch(
-            std::chrono::duration_cast<std::chrono::milliseconds>(moment.time_since_epoch()).count());
-    };
-    const QDateTime then = local(time);
-    const QString clock = then.toString(QStringLiteral("HH:mm"));
-    return then.date() == local(now).date() ? clock
-                                            : clock + then.toString(QStringLiteral(" 'on' yyyy-MM-dd"));
-}
 
 }  // namespace
 
@@ -155,7 +143,7 @@ void SessionKeeper::offerNext() {
     if (waiting_.empty()) {
         return;
     }
-    const QString moment = momentText(waiting_.front().time, dependencies_.now());
+    const QString moment = minuteText(waiting_.front().time, dependencies_.now());
     dependencies_.status.showNotice({.text = QStringLiteral("Tessavo ended without saving at ") + moment,
                                      .kind = Notice::Kind::warning,
                                      .buttons = {{QStringLiteral("Restore"), [this] { restore(); }},
@@ -179,7 +167,7 @@ void SessionKeeper::restore() {
         return;
     }
     dependencies_.undo.settle();
-    const QString moment = momentText(one.time, dependencies_.now());
+    const QString moment = minuteText(one.time, dependencies_.now());
     if (!dependencies_.history.adopt(*state->trail,
                                      (QStringLiteral("Restored the tuning of ") + moment).toStdString())) {
         offerNext();

@@ -7,6 +7,7 @@
 #include <QTextDocument>
 #include <QTextEdit>
 
+#include "app/text_box.h"
 #include "controls/number_edit.h"
 #include "controls/spin_edit.h"
 
@@ -27,10 +28,6 @@ QTextDocument* documentOf(QWidget* box) {
     }
     auto* plain = qobject_cast<QPlainTextEdit*>(box);
     return plain == nullptr ? nullptr : plain->document();
-}
-
-bool isTextBox(QWidget* box) {
-    return lineOf(box) != nullptr || documentOf(box) != nullptr;
 }
 
 /// Whether undoing would go back behind the text that was applied last.
@@ -122,7 +119,7 @@ bool TextUndo::eventFilter(QObject* watched, QEvent* event) {
     }
     auto* box = static_cast<QWidget*>(watched);
     UndoDirection direction{};
-    if (!isUndoKey(*static_cast<QKeyEvent*>(event), direction) || !isTextBox(box)) {
+    if (!isUndoKey(*static_cast<QKeyEvent*>(event), direction) || !isTextBox(*box)) {
         return false;
     }
     const bool isOwn = hasTyping(box, direction);

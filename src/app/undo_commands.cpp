@@ -1,6 +1,7 @@
 #include "app/undo_commands.h"
 
 #include <QApplication>
+#include <QKeyEvent>
 #include <QMenuBar>
 #include <memory>
 #include <string>
@@ -38,6 +39,11 @@ UndoCommands::UndoCommands(const Dependencies& dependencies)
     connect(link, &CommLink::workerState, this, &UndoCommands::noteConfirmation);
     // What a person does with the other hand is no part of what the command does.
     connect(&link->foreground(), &ForegroundTransfers::started, this, &UndoCommands::settle);
+    // In front of what keeps all input from the windows meanwhile.
+    connect(&link->foreground(), &ForegroundTransfers::started, this,
+            [this] { qApp->installEventFilter(this); });
+    connect(&link->foreground(), &ForegroundTransfers::ended, this,
+            [this] { qApp->removeEventFilter(this); });
 }
 
 UndoCommands::~UndoCommands() {
@@ -53,13 +59,36 @@ bool UndoCommands::mayMove() const {
            !dependencies_.link.foreground().running();
 }
 
+bool UndoCommands::mayMoveOrTell() {
+    if (mayMove()) {
+        return true;
+    }
+    Q_EMIT refused(
+        dependencies_.link.foreground().running()
+            ? QStringLiteral("Nothing is undone or redone while a command has the line")
+            : QStringLiteral("Nothing is undone or redone while a question, a dialog or a list is open"));
+    return false;
+}
+
+bool UndoCommands::eventFilter(QObject* watched, QEvent* event) {
+    // The first event of a key, whatever is to become of it. An open box has its own use for keys.
+    if (event->type() == QEvent::ShortcutOverride && QApplication::activeModalWidget() == nullptr) {
+        const auto& key = *static_cast<QKeyEvent*>(event);
+        UndoDirection direction{};
+        if (isUndoKey(key, direction) && !key.isAutoRepeat()) {
+            mayMoveOrTell();
+        }
+    }
+    return QObject::eventFilter(watched, event);
+}
+
 bool UndoCommands::move(const std::function<bool()>& act, const std::function<QString()>& text) {
-    if (!mayMove()) {
+    if (!mayMoveOrTell()) {
         return false;
     }
     watch_.finish();
     // What the drag has posted may have opened a box.
-    if (!mayMove()) {
+    if (!mayMoveOrTell()) {
         return false;
     }
     const QString words = text();
@@ -76,7 +105,7 @@ bool UndoCommands::move(const std::function<bool()>& act, const std::function<QS
 }
 
 bool UndoCommands::undo() {
-    if (!mayMove()) {
+    if (!mayMoveOrTell()) {
         return false;
     }
     History& history = dependencies_.history;
@@ -86,7 +115,7 @@ bool UndoCommands::undo() {
 }
 
 bool UndoCommands::redo() {
-    if (!mayMove()) {
+    if (!mayMoveOrTell()) {
         return false;
     }
     History& history = dependencies_.history;

@@ -21,7 +21,8 @@ class CTessavoView;
 /// a person asks for.
 ///
 /// Nothing is undone while a box, a dialog or a list is open, while a command has the line, or in the middle
-/// of an edit whose warning waits for its answer. A drag ends first. User-interface thread.
+/// of an edit whose warning waits for its answer; who asks for it then is told why. A drag ends first.
+/// User-interface thread.
 class UndoCommands : public QObject {
     Q_OBJECT
 
@@ -66,8 +67,15 @@ class UndoCommands : public QObject {
     /// \param text "Undone: Channel 7, Filter 3 gain −4.5 dB"
     /// \param place where the change is seen, for CTessavoView::showPlace(); nothing where no control shows it
     void moved(const QString& text, const std::optional<tessavo::FieldPlace>& place);
+    /// A person has asked for what is not to be had just now.
+    /// \param reason "Nothing is undone or redone while a command has the line"
+    void refused(const QString& reason);
+
+ protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
+    bool mayMoveOrTell();
     bool move(const std::function<bool()>& act, const std::function<QString()>& text);
     void noteCommand(const CommandReport& report);
     void noteConfirmation(LiveWorker::State state);

@@ -1,7 +1,6 @@
 #include "app/versions_dialog.h"
 
 #include <QAccessible>
-#include <QDateTime>
 #include <QHeaderView>
 #include <QSignalBlocker>
 #include <QTreeWidget>
@@ -9,6 +8,7 @@
 #include <algorithm>
 
 #include "app/ui_file_dialogs.h"
+#include "app/wall_time_text.h"
 #include "controls/color_control.h"
 #include "controls/screen_room.h"
 #include "controls/skin_button.h"
@@ -49,12 +49,6 @@ QString listSheet() {
 
 QString nameOf(const KeptVersion& version) {
     return version.path.empty() ? QStringLiteral("no longer known") : textOf(version.path.filename());
-}
-
-QString timeOf(const KeptVersion& version) {
-    const auto sinceEpoch =
-        std::chrono::duration_cast<std::chrono::milliseconds>(version.time.time_since_epoch());
-    return QDateTime::fromMSecsSinceEpoch(sinceEpoch.count()).toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
 }
 
 QString troubleText(BroughtBack result, const QString& name) {
@@ -150,16 +144,16 @@ void VersionsDialog::fill(const std::string& chosen) {
         auto* const item = new QTreeWidgetItem(list_);
         item->setText(nameColumn, nameOf(version));
         item->setText(folderColumn, textOf(version.path.parent_path()));
-        item->setText(timeColumn, timeOf(version));
+        item->setText(timeColumn, dayAndTimeText(version.time));
         item->setText(sizeColumn, QStringLiteral("%1 bytes").arg(version.size));
         item->setTextAlignment(sizeColumn, Qt::AlignRight | Qt::AlignVCenter);
         item->setSizeHint(nameColumn, QSize(0, rowHeight));
         item->setToolTip(nameColumn, nameOf(version));
         item->setToolTip(folderColumn, textOf(version.path.parent_path()));
         // A screen reader reads a row by its first cell.
-        item->setData(
-            nameColumn, Qt::AccessibleTextRole,
-            QStringLiteral("%1, %2, %3").arg(nameOf(version), timeOf(version), item->text(sizeColumn)));
+        item->setData(nameColumn, Qt::AccessibleTextRole,
+                      QStringLiteral("%1, %2, %3")
+                          .arg(nameOf(version), dayAndTimeText(version.time), item->text(sizeColumn)));
     }
     const auto again = std::ranges::find(versions_, chosen, &KeptVersion::id);
     const auto row = again != versions_.end() ? again - versions_.begin() : 0;
@@ -198,7 +192,7 @@ void VersionsDialog::bringBack() {
     const QString name = textOf(place.filename());
     switch (const BroughtBack result = history_.bringBack(version.id, place)) {
         case BroughtBack::done:
-            tell(QStringLiteral("%1 is as it was before %2.").arg(name, timeOf(version)), false);
+            tell(QStringLiteral("%1 is as it was before %2.").arg(name, dayAndTimeText(version.time)), false);
             break;
         case BroughtBack::alreadyThere:
             tell(QStringLiteral("%1 holds this already.").arg(name), false);

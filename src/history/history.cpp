@@ -13,6 +13,13 @@ namespace {
 // Marks are small; with Live Mode on every step may have one.
 constexpr std::size_t markLimit = 40000;
 
+// Nobody makes so many changes with keys or wheel while one live transfer lasts.
+constexpr std::size_t passedLimit = 512;
+
+bool isSame(const ParameterImage& one, const ParameterImage& other) {
+    return std::ranges::equal(std::as_bytes(std::span(&one, 1)), std::as_bytes(std::span(&other, 1)));
+}
+
 std::size_t memoryOf(const Step& step) {
     // Of the allocator, of the shared pointer and of the list.
     constexpr std::size_t bookkeeping = 96;
@@ -50,6 +57,7 @@ History::History(TuningState& tuning, std::function<WallTime()> now)
       now_(now ? std::move(now) : [] { return std::chrono::system_clock::now(); }),
       settled_(std::make_unique<TuningSnapshot>()),
       begun_(std::make_unique<TuningSnapshot>()),
+      passing_(std::make_unique<TuningSnapshot>()),
       scratch_(std::make_unique<TuningSnapshot>()) {
     tuning_.takeSnapshot(*settled_);
     *begun_ = *settled_;
@@ -67,6 +75,7 @@ void History::take(TuningEvent event) {
     switch (event) {
         case TuningEvent::changed:
             isChanged_ = true;
+            notePassed();
             tell(HistoryEvent::tuningChanged);
             if (gesture_ == Gesture::none && view_.commitSoon) {
                 view_.commitSoon();
@@ -78,6 +87,7 @@ void History::take(TuningEvent event) {
         case TuningEvent::setWasChosen:
             tuning_.takeSnapshot(*begun_);
             beganElsewhere_ = true;
+            passed_.clear();
             tell(HistoryEvent::tuningChanged);
             break;
     }
@@ -104,6 +114,7 @@ bool History::commit(std::string text) {
         return false;
     }
     isChanged_ = false;
+    passed_.clear();
     tuning_.takeSnapshot(*scratch_);
     const bool isStep = addStep(std::move(text), *scratch_);
     // Without a step, too, what can be undone and redone may differ from what it was while it was in the making.
@@ -254,15 +265,48 @@ void History::markSaved(std::string text) {
 }
 
 void History::markConfirmed(const ParameterImage& image, std::string text) {
-    const auto equals = [&image](const ParameterImage& other) {
-        return std::ranges::equal(std::as_bytes(std::span(&image, 1)), std::as_bytes(std::span(&other, 1)));
-    };
-    // A slider that is held has not sent anything since it was pressed.
-    if (gesture_ != Gesture::press && equals(tuning_.image())) {
-        commit();
+    // One press-to-release is one step, even where a control sends each of its moves.
+    if (gesture_ != Gesture::press) {
+        if (isSame(image, tuning_.image())) {
+            commit();
+        } else {
+            partRunAt(image);
+        }
     }
-    if (equals(begun_->image)) {
+    if (isSame(image, begun_->image)) {
         addMark(MarkKind::confirmed, std::move(text));
+    }
+}
+
+// By the time a confirmation comes, and even by the time this thread hears that something is being sent, keys
+// and wheel may have gone on: which of the states it is about is known only by then.
+void History::notePassed() {
+    if (gesture_ != Gesture::run || !tuning_.liveMode()) {
+        return;
+    }
+    const TuningSnapshot& before = passed_.empty() ? *begun_ : *passing_;
+    tuning_.takeSnapshot(*scratch_);
+    passed_.push_back(ByteDiff::between(bytesOf(before), bytesOf(std::as_const(*scratch_))));
+    std::swap(passing_, scratch_);
+    if (passed_.size() > passedLimit) {
+        passed_.pop_front();
+    }
+}
+
+void History::partRunAt(const ParameterImage& image) {
+    if (isBusy()) {
+        return;
+    }
+    *scratch_ = *passing_;
+    for (std::size_t count = passed_.size(); count > 0; --count) {
+        if (isSame(image, scratch_->image)) {
+            passed_.erase(passed_.begin(), passed_.begin() + static_cast<std::ptrdiff_t>(count));
+            if (addStep({}, *scratch_)) {
+                tell(HistoryEvent::stepsChanged);
+            }
+            return;
+        }
+        passed_[count - 1].applyTo(bytesOf(*scratch_));
     }
 }
 

@@ -123,7 +123,8 @@ class History {
     /// The sets stand in a settings file now. Ends the step in the making, and a run.
     void markSaved(std::string text);
     /// The target has confirmed an image. Where it is that of the state as it stands, or of the last step,
-    /// that gets the mark, and no later change joins that step.
+    /// that gets the mark, and no later change joins that step. Where a run in Live Mode has left it already,
+    /// the run is parted there into two steps, of which the first gets the mark. A press stays one step.
     void markConfirmed(const ParameterImage& image, std::string text);
     /// Something was told.
     void markNotice(std::string text);
@@ -159,6 +160,8 @@ class History {
     void dropUndone();
     void addMark(MarkKind kind, std::string text);
     void show(const TuningSnapshot& target);
+    void notePassed();
+    void partRunAt(const ParameterImage& image);
 
     TuningState& tuning_;
     std::function<WallTime()> now_;
@@ -174,7 +177,10 @@ class History {
     // Together far too large for a stack that nobody knows.
     std::unique_ptr<TuningSnapshot> settled_;  ///< after the last step that is done
     std::unique_ptr<TuningSnapshot> begun_;    ///< in which the step in the making began
+    std::unique_ptr<TuningSnapshot> passing_;  ///< the last state that a run in Live Mode has reached
     std::unique_ptr<TuningSnapshot> scratch_;
+    /// From each state of such a run to the next, up to `passing_`: from `begun_` on, or only the last ones.
+    std::deque<ByteDiff> passed_;
     bool beganElsewhere_ = false;  ///< `begun_` may differ from `settled_`
 
     Gesture gesture_ = Gesture::none;

@@ -1,9 +1,11 @@
 #include "app/undo_commands.h"
 
+#include <QDeadlineTimer>
 #include <QMenu>
 #include <QScrollBar>
 #include <QTest>
 #include <QTimer>
+#include <functional>
 #include <thread>
 
 #include "app/undo_fixture.h"
@@ -23,20 +25,37 @@ using ::testing::IsEmpty;
 constexpr int patienceMs = 30000;
 // No method has stable coefficients for it.
 constexpr std::uint16_t unstableHz = 65535;
+const QString whileOpen =
+    QStringLiteral("Nothing is undone or redone while a question, a dialog or a list is open");
+const QString whileTheLineIsTaken =
+    QStringLiteral("Nothing is undone or redone while a command has the line");
 
 class Undoing : public UndoTest {
  protected:
     CBitmapSlider& volume() { return on<CBitmapSlider>(Page::outputEqualizer, output_eq_id::volume.slider); }
     std::string undoText() { return std::string(history->undoText()); }
-    /// Tries every way to undo, and expects that none does anything.
-    void expectRefused() {
+    /// Text of the notice that stands; "" without one.
+    QString notice() {
+        const Notice* const standing = frame->statusLine().noticeLine().standing();
+        return standing != nullptr ? standing->text : QString();
+    }
+    /// Tries every way to undo, and expects that none does anything, and that each tells why.
+    void expectRefused(const QString& reason) {
         const auto before = state();
         const std::size_t position = history->position();
         EXPECT_FALSE(commands().mayMove());
-        EXPECT_FALSE(commands().undo());
-        EXPECT_FALSE(commands().redo());
-        EXPECT_FALSE(commands().goTo(0));
-        menu(QStringLiteral("Edit"))->actions().constFirst()->trigger();
+        const auto undoInMenu = [this] {
+            menu(QStringLiteral("Edit"))->actions().constFirst()->trigger();
+            return false;
+        };
+        for (const std::function<bool()>& act : {std::function<bool()>([this] { return commands().undo(); }),
+                                                 std::function<bool()>([this] { return commands().redo(); }),
+                                                 std::function<bool()>([this] { return commands().goTo(0); }),
+                                                 std::function<bool()>(undoInMenu)}) {
+            frame->statusLine().showNotice({.text = QStringLiteral("-")});
+            EXPECT_FALSE(act());
+            EXPECT_EQ(notice(), reason);
+        }
         EXPECT_EQ(history->position(), position);
         EXPECT_TRUE(same(*before, *state()));
     }
@@ -174,7 +193,7 @@ TEST_F(Undoing, IsRefusedWhileABoxIsOpen) {
                        SkinMessageBox::Buttons::okCancel, frame.get());
     bool tried = false;
     QTimer::singleShot(0, frame.get(), [&] {
-        expectRefused();
+        expectRefused(whileOpen);
         QTest::keyClick(&box, Qt::Key_Z, Qt::ControlModifier);
         EXPECT_EQ(history->position(), 1U);
         tried = true;
@@ -190,7 +209,7 @@ TEST_F(Undoing, IsRefusedWhileAListIsOpen) {
     auto& type = on<SkinComboBox>(Page::outputEqualizer, output_eq_id::bands[0].type);
     type.showPopup();
     ASSERT_TRUE(QTest::qWaitFor([&] { return type.view()->isVisible(); }));
-    expectRefused();
+    expectRefused(whileOpen);
     type.hidePopup();
     EXPECT_TRUE(commands().undo());
 }
@@ -199,7 +218,7 @@ TEST_F(Undoing, IsRefusedWhileTheWarningOfAGeneratorWaits) {
     click(flag(1));
     bool tried = false;
     boxes.setPresenter([&](const QString&, BoxIcon, BoxButtons buttons) {
-        expectRefused();
+        expectRefused(whileOpen);
         // What was posted to end the step comes while the box is open.
         settleEvents();
         tried = true;
@@ -227,7 +246,7 @@ TEST_F(Undoing, AWarningInTheMiddleOfAnUndoHoldsUpThatOneAndLetsInNoOther) {
     tuning.setFilterMode(1);
     int tried = 0;
     boxes.setPresenter([&](const QString&, BoxIcon, BoxButtons buttons) {
-        expectRefused();
+        expectRefused(whileOpen);
         settleEvents();
         ++tried;
         return answerWhenClosed(buttons);
@@ -244,14 +263,22 @@ TEST_F(Undoing, IsRefusedWhileACommandHasTheLine) {
     click(flag(1));
     int tried = 0;
     QObject::connect(&line, &CommLink::exchangeBegan, frame.get(), [&] {
-        expectRefused();
-        undoKey();
+        expectRefused(whileTheLineIsTaken);
+        const auto keys = {Qt::ControlModifier | Qt::KeyboardModifiers(),
+                           Qt::ControlModifier | Qt::ShiftModifier};
+        for (const Qt::KeyboardModifiers modifiers : keys) {
+            frame->statusLine().showNotice({.text = QStringLiteral("-")});
+            press(Qt::Key_Z, modifiers);
+            EXPECT_EQ(notice(), whileTheLineIsTaken);
+        }
         EXPECT_EQ(history->position(), 1U);
         ++tried;
     });
     click(on<CxSkinButton>(Page::communication, comm_id::update));
     EXPECT_EQ(tried, 1);
-    EXPECT_TRUE(commands().undo());
+    undoKey();
+    EXPECT_EQ(history->position(), 0U);
+    EXPECT_TRUE(notice().startsWith(QStringLiteral("Undone: Channel flag 1 "))) << notice().toStdString();
 }
 
 // ---- files and the target
@@ -355,6 +382,44 @@ TEST_F(Undoing, InLiveModeAStepIsSentAndTheConfirmationMarksIt) {
     key(volume(), Qt::Key_PageUp);
     commands().settle();
     EXPECT_EQ(steps(), 2U);
+    EXPECT_THAT(shown, IsEmpty());
+}
+
+// The window hears of a transfer only after the key that is being handled.
+TEST_F(Undoing, InLiveModeARunOfKeysIsPartedWhereTheTargetConfirmed) {
+    ASSERT_TRUE(line.startWorker());
+    CBitmapSlider& slider = volume();
+    click(eqMode());
+    ASSERT_TRUE(QTest::qWaitFor([this] { return line.imageIsConfirmed(); }, patienceMs));
+    slider.setFocus(Qt::TabFocusReason);
+    settleEvents();
+    const auto start = state();
+    QTest::keyClick(&slider, Qt::Key_PageDown);
+    settleEvents();
+    const auto sent = state();
+    ASSERT_FALSE(same(*start, *sent));
+    // Without the event loop: the window has not been told when the next key comes.
+    const QDeadlineTimer patience(patienceMs);
+    while (!line.liveTransferRuns() && !patience.hasExpired()) {
+        std::this_thread::yield();
+    }
+    ASSERT_TRUE(line.liveTransferRuns());
+    QTest::keyClick(&slider, Qt::Key_PageDown);
+    QTest::keyClick(&slider, Qt::Key_PageDown);
+    ASSERT_TRUE(QTest::qWaitFor([this] { return steps() > 0; }, patienceMs));
+    EXPECT_EQ(history->marks().back().number, 1U);
+    EXPECT_EQ(history->marks().back().kind, MarkKind::confirmed);
+    EXPECT_EQ(history->gesture(), Gesture::run);
+    QTest::keyClick(&slider, Qt::Key_PageDown);
+    commands().settle();
+    const auto end = state();
+    ASSERT_EQ(steps(), 2U);
+    undoKey();
+    EXPECT_TRUE(same(*sent, *state())) << "what the target has confirmed";
+    undoKey();
+    EXPECT_TRUE(same(*start, *state()));
+    ASSERT_TRUE(commands().goTo(2));
+    EXPECT_TRUE(same(*end, *state()));
     EXPECT_THAT(shown, IsEmpty());
 }
 

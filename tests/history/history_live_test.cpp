@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cstring>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -134,6 +135,75 @@ TEST(HistoryInLiveMode, ConfirmationsMarkTheStepsThatTheyAreAbout) {
     session.send();
     ASSERT_EQ(session.history.marks().size(), 3U) << "again the same step's";
     EXPECT_EQ(session.history.marks()[1].number, 1U);
+}
+
+// Keys go on while the target is sent what they have set so far.
+TEST(HistoryInLiveMode, ARunThatGoesOnDuringAnExchangeIsPartedWhereTheTargetConfirmed) {
+    LiveSession session;
+    std::vector<Bytes> sent{session.row()};
+    session.history.beginGesture(Gesture::run);
+    int volume = 0;
+    const auto repeat = [&] { session.state.setVolume(static_cast<float>(++volume), true); };
+    for (int round = 0; round < 4; ++round) {
+        repeat();
+        repeat();
+        sent.push_back(session.row());
+        session.whileSending = [&] {
+            repeat();
+            repeat();
+            repeat();
+        };
+        session.send();
+    }
+    repeat();
+    const Bytes last = session.row();
+    session.history.endGesture();
+    ASSERT_EQ(session.history.steps().size(), 5U);
+    std::vector<std::uint64_t> marked;
+    for (const HistoryMark& mark : session.history.marks()) {
+        marked.push_back(mark.number);
+    }
+    EXPECT_THAT(marked, testing::ElementsAre(0, 1, 2, 3, 4));
+    EXPECT_SAME_BYTES(session.row(), last);
+    for (std::size_t position = 5; position-- > 0;) {
+        ASSERT_TRUE(session.history.undo());
+        EXPECT_SAME_BYTES(session.row(), sent[position]) << position;
+    }
+}
+
+TEST(HistoryInLiveMode, RandomRunsNeverMergeAcrossWhatTheTargetConfirmed) {
+    std::mt19937_64 random(79);
+    LiveSession session;
+    std::vector<Bytes> confirmed;
+    session.history.beginGesture(Gesture::run);
+    const auto change = [&] {
+        session.state.setDelay(static_cast<float>(random() % 8), true);
+        if (random() % 3 == 0) {
+            session.state.setVolume(static_cast<float>(random() % 8), true);
+        }
+    };
+    for (int round = 0; round < 200; ++round) {
+        change();
+        if (random() % 7 == 0) {
+            session.history.beginGesture(Gesture::run);
+        }
+        session.whileSending = [&] {
+            for (std::uint64_t more = random() % 4; more > 0; --more) {
+                change();
+            }
+        };
+        session.send();
+        confirmed.push_back(session.held());
+    }
+    session.history.endGesture();
+    std::vector<Bytes> reached;
+    for (std::size_t position = 0; position <= session.history.steps().size(); ++position) {
+        session.history.goTo(position);
+        reached.push_back(session.image());
+    }
+    for (std::size_t i = 0; i < confirmed.size(); ++i) {
+        EXPECT_TRUE(std::ranges::find(reached, confirmed[i]) != reached.end()) << i;
+    }
 }
 
 TEST(HistoryInLiveMode, ATargetThatConfirmsNothingMarksNothing) {

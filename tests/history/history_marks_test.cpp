@@ -114,6 +114,137 @@ TEST(Marks, AConfirmationAfterUndoMarksTheStepThatIsLastThen) {
     EXPECT_TRUE(session.history.canRedo());
 }
 
+// ---- runs of keys or wheel in Live Mode, which go on while what they have sent is confirmed
+
+class MarksInARun : public testing::Test {
+ protected:
+    MarksInARun() {
+        session.state.setLiveMode(true);
+        session.history.beginGesture(Gesture::run);
+    }
+    void change(int volumeDb) {
+        session.state.setVolume(static_cast<float>(volumeDb), true);
+        images.push_back(session.state.image());
+        rows.push_back(session.row());
+    }
+    void changeUpTo(int volumeDb) {
+        while (std::ssize(images) <= volumeDb) {
+            change(static_cast<int>(images.size()));
+        }
+    }
+    void confirm(int volumeDb) {
+        session.history.markConfirmed(images.at(static_cast<std::size_t>(volumeDb)),
+                                      std::to_string(volumeDb));
+    }
+    /// The bytes of every state from the start to the end of the steps.
+    std::vector<Bytes> everyRow() {
+        std::vector<Bytes> all;
+        for (std::size_t position = 0; position <= session.history.steps().size(); ++position) {
+            session.history.goTo(position);
+            all.push_back(session.row());
+        }
+        return all;
+    }
+
+    Session session;
+    std::vector<ParameterImage> images{session.state.image()};
+    std::vector<Bytes> rows{session.row()};
+};
+
+TEST_F(MarksInARun, AConfirmationPartsItWhereItWasSentThoughTheSetsAreFurtherOn) {
+    changeUpTo(5);
+    session.takeEvents();
+    confirm(2);
+    EXPECT_THAT(session.texts(), ElementsAre("Channel 1, volume 2.0 dB"));
+    EXPECT_THAT(marksOf(session), ElementsAre("1 confirmed 2"));
+    EXPECT_THAT(session.takeEvents(), ElementsAre(HistoryEvent::stepsChanged, HistoryEvent::marksChanged));
+    EXPECT_EQ(session.history.gesture(), Gesture::run);
+    EXPECT_EQ(session.row(), rows[5]) << "nothing moves";
+    changeUpTo(9);
+    confirm(7);
+    confirm(7);
+    confirm(8);
+    changeUpTo(10);
+    session.history.endGesture();
+    EXPECT_THAT(marksOf(session), ElementsAre("1 confirmed 2", "2 confirmed 7", "3 confirmed 8"));
+    EXPECT_EQ(everyRow(), (std::vector<Bytes>{rows[0], rows[2], rows[7], rows[8], rows[10]}));
+}
+
+TEST_F(MarksInARun, TheRestGoesOnAlsoWhereTheConfirmedStateStandsStill) {
+    changeUpTo(2);
+    confirm(2);
+    changeUpTo(4);
+    confirm(3);
+    session.history.endGesture();
+    EXPECT_THAT(marksOf(session), ElementsAre("1 confirmed 2", "2 confirmed 3"));
+    EXPECT_EQ(everyRow(), (std::vector<Bytes>{rows[0], rows[2], rows[3], rows[4]}));
+}
+
+TEST_F(MarksInARun, WhatWasThereBeforeItMarksTheStepBefore) {
+    changeUpTo(2);
+    session.history.beginGesture(Gesture::run);
+    changeUpTo(4);
+    confirm(2);
+    EXPECT_THAT(marksOf(session), ElementsAre("1 confirmed 2"));
+    confirm(1);
+    session.history.endGesture();
+    EXPECT_EQ(session.history.marks().size(), 1U) << "passed by a step that is made";
+    EXPECT_EQ(everyRow(), (std::vector<Bytes>{rows[0], rows[2], rows[4]}));
+}
+
+TEST_F(MarksInARun, OneThatComesBackToItsStartPartsNothing) {
+    changeUpTo(1);
+    session.state.setVolume(0, true);
+    session.state.setVolume(1, true);
+    confirm(0);
+    EXPECT_THAT(session.texts(), IsEmpty());
+    EXPECT_THAT(marksOf(session), ElementsAre("0 confirmed 0"));
+    session.history.endGesture();
+    EXPECT_EQ(everyRow(), (std::vector<Bytes>{rows[0], rows[1]}));
+}
+
+TEST_F(MarksInARun, AnotherSetThatIsChosenMeanwhileIsNoPartOfTheStep) {
+    changeUpTo(2);
+    session.state.selectSet(3);
+    const Bytes chosen = session.row();
+    changeUpTo(4);
+    confirm(3);
+    session.history.endGesture();
+    EXPECT_THAT(marksOf(session), ElementsAre("2 confirmed 3"));
+    EXPECT_EQ(everyRow(), (std::vector<Bytes>{rows[0], rows[2], rows[3], rows[4]}));
+    session.history.goTo(1);
+    EXPECT_EQ(session.row(), chosen);
+}
+
+TEST_F(MarksInARun, APressStaysOneStepAndSoDoesARunWithoutLiveMode) {
+    session.history.beginGesture(Gesture::press);
+    changeUpTo(3);
+    confirm(2);
+    confirm(3);
+    session.history.beginGesture(Gesture::run);
+    session.state.setLiveMode(false);
+    changeUpTo(6);
+    confirm(5);
+    session.history.endGesture();
+    EXPECT_THAT(marksOf(session), IsEmpty());
+    EXPECT_EQ(everyRow(), (std::vector<Bytes>{rows[0], rows[3], rows[6]}));
+}
+
+// What is sent is confirmed before so many changes are made.
+TEST_F(MarksInARun, TheLastFiveHundredAndTwelveStatesAreKnown) {
+    for (std::uint16_t hertz = 1000; hertz < 1600; ++hertz) {
+        session.state.setBandFrequency(0, hertz, true);
+        images.push_back(session.state.image());
+        rows.push_back(session.row());
+    }
+    confirm(600 - 512);
+    EXPECT_THAT(session.texts(), IsEmpty());
+    confirm(600 - 511);
+    session.history.endGesture();
+    EXPECT_THAT(marksOf(session), ElementsAre("1 confirmed 89"));
+    EXPECT_EQ(everyRow(), (std::vector<Bytes>{rows[0], rows[89], rows[600]}));
+}
+
 TEST(Marks, AreNoMoreThanFortyThousand) {
     Session session;
     session.stepTo(1);

@@ -65,6 +65,31 @@ TEST_F(NestedHistory, NothingHappensWhileAnEditWaitsForItsWarning) {
     EXPECT_EQ(boxes_.shown.size(), 1U) << "undo and redo compute nothing, so they warn of nothing";
 }
 
+TEST_F(NestedHistory, AConfirmationPartsNoRunWhileAnEditWaitsForItsWarning) {
+    prepareWarning(state_);
+    history_.commit();
+    const Bytes before = row();
+    state_.setLiveMode(true);
+    history_.beginGesture(Gesture::run);
+    state_.setVolume(1, true);
+    const ParameterImage passed = state_.image();
+    state_.setVolume(2, true);
+    boxes_.look = [&] {
+        history_.markConfirmed(passed, "confirmed");
+        EXPECT_EQ(history_.steps().size(), 1U);
+        EXPECT_TRUE(history_.marks().empty());
+    };
+    warn(state_);
+    ASSERT_EQ(boxes_.shown.size(), 1U);
+    const Bytes after = row();
+    history_.markConfirmed(passed, "confirmed");
+    history_.endGesture();
+    ASSERT_EQ(history_.steps().size(), 3U) << "nothing is lost by it";
+    EXPECT_SAME_BYTES(row(), after);
+    EXPECT_TRUE(history_.goTo(1));
+    EXPECT_SAME_BYTES(row(), before);
+}
+
 /// A store whose set has the band that no words can hold.
 ParameterStore warningStore(const ParameterStore& store, std::size_t set) {
     ParameterStore with = store;
