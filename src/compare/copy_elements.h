@@ -15,6 +15,7 @@ namespace tessavo {
 
 /// The target as it is when the source is copied over it: everything of the source, version and spare bytes included.
 /// \param withName false where the target keeps its own name
-[[nodiscard]] ParameterSet copyWholeSet(const ParameterSet& target, const ParameterSet& source, bool withName);
+[[nodiscard]] ParameterSet copyWholeSet(const ParameterSet& target, const ParameterSet& source,
+                                        bool withName);
 
 }  // namespace tessavo

@@ -1,23 +1,15 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
 #include <string>
 #include <vector>
 
+#include "compare/element_text.h"
 #include "compare/set_element.h"
 #include "params/channels.h"
 #include "params/records.h"
 
 namespace tessavo {
-
-/// What the lines of a comparison are gathered under, in the order in which they are shown.
-enum class CompareGroupKind : std::uint8_t {
-    set,      ///< name and version
-    input,    ///< everything of the page "Equalizing Input"
-    channel,  ///< one output channel, its limiter, its output groups and its flag
-    router,   ///< the sources and everything else of the page "Channel Config"
-};
 
 /// One element of two sets.
 struct ComparedLine {
@@ -36,7 +28,8 @@ struct ComparedLine {
 struct CompareGroup {
     CompareGroupKind kind = CompareGroupKind::set;
     RecordChannel channel{};  ///< of a channel's group
-    std::string heading;      ///< "Set", "Input", "Channel 3", "Router"; channels are numbered as "Channel Selection"
+    std::string
+        heading;  ///< "Set", "Input", "Channel 3", "Router"; channels are numbered as "Channel Selection"
     /// The channel's other number, which its row in "Channel Selection", the page "Output Group" and the flags have:
     /// "Ch 4". Empty for other groups.
     std::string otherNumber;
@@ -64,8 +57,5 @@ enum class ListedElements : std::uint8_t { differing, all };
 /// lines of their own only where they differ and it does not. The size of the record is no value for a person.
 [[nodiscard]] SetComparison compareSets(const ParameterSet& left, const ParameterSet& right,
                                         ListedElements listed = ListedElements::differing);
-
-/// Name of an element within its group: "Filter 2 frequency".
-[[nodiscard]] std::string shortNameOf(const SetElement& element);
 
 }  // namespace tessavo

@@ -53,7 +53,8 @@ void TuningState::computeChanged(std::span<const ChangedValue> changed, const Pa
     std::set<std::tuple<Shapes, std::size_t, std::size_t, std::size_t>> computed;
     for (const ChangedValue& value : changed) {
         const FieldIndex index = shapedIndex(*value.field, value.index);
-        if (computed.emplace(value.field->shapes, value.field->outer.count, index.outer, index.inner).second) {
+        if (computed.emplace(value.field->shapes, value.field->outer.count, index.outer, index.inner)
+                .second) {
             computeShaped(set, value.field->id, value.index);
         }
     }
