@@ -22,8 +22,7 @@ std::string tenthsOf(std::int32_t value) {
 // Another program's letters and fonts need not have more than ASCII.
 std::string wordOf(FieldId id, double stored) {
     const FieldCode* code = codeOf(fieldOf(id), stored);
-    return code != nullptr ? std::string(code->shown)
-                           : std::string("code ").append(shortestText(stored));
+    return code != nullptr ? std::string(code->shown) : std::string("code ").append(shortestText(stored));
 }
 
 std::string_view switchWord(bool on) {

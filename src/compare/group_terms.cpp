@@ -89,20 +89,34 @@ bool hasTerm(const OutputChannelParams& params) {
     return params.groupGainDb != 0 || params.groupDelayMs != 0;
 }
 
-// Values that already give what was received, with nothing to take out, stay to the bit.
+bool isInRange(FieldId id, float value) {
+    const Field& field = fieldOf(id);
+    return static_cast<double>(value) >= field.minimum && static_cast<double>(value) <= field.maximum;
+}
+
+// Values that already give what was received, with nothing to take out. No delay at all comes back as less than none.
+bool isVolumeRight(const OutputChannelParams& params, const ChannelImageBlock& received) {
+    return params.groupGainDb == 0 && isInRange(FieldId::volume, params.volumeDb) &&
+           gainWordOf(params.volumeDb, 0) == received.gainWord;
+}
+bool isDelayRight(const OutputChannelParams& params, const ChannelImageBlock& received) {
+    return params.groupDelayMs == 0 && isInRange(FieldId::delay, params.delayMs) &&
+           delaySamplesOf(params.delayMs, 0) == received.delaySamples;
+}
+
 std::string takeOut(OutputChannelParams& params, const ChannelImageBlock& received, GroupTerms terms) {
     const bool isKept = terms == GroupTerms::kept;
     OutputChannelParams taken = params;
     taken.groupGainDb = isKept ? params.groupGainDb : 0;
     taken.groupDelayMs = isKept ? params.groupDelayMs : 0;
-    if (params.groupGainDb != 0 || gainWordOf(params.volumeDb, 0) != received.gainWord) {
+    if (!isVolumeRight(params, received)) {
         const Choice volume = chooseVolume(received.gainWord, taken.groupGainDb);
         if (!volume.value) {
             return volume.trouble;
         }
         taken.volumeDb = *volume.value;
     }
-    if (params.groupDelayMs != 0 || delaySamplesOf(params.delayMs, 0) != received.delaySamples) {
+    if (!isDelayRight(params, received)) {
         const Choice delay = chooseDelay(received.delaySamples, taken.groupDelayMs);
         if (!delay.value) {
             return delay.trouble;

@@ -39,7 +39,7 @@ struct GroupTermsResult {
 /// its delays are off by the rate at which they came back as well. Chooses volume and delay of every channel so that
 /// edits from now on give exactly the gain word and the delay in samples of the received image: tenths where they do,
 /// and else hundredths of a millisecond. A channel whose volume or delay would leave its range, or whose gain word no
-/// volume gives, stays as it is altogether. What is right already stays to the bit.
+/// volume gives, stays as it is altogether. What is right and within its range stays to the bit.
 /// \param image the image that the set was received with
 [[nodiscard]] GroupTermsResult takeOutGroupTerms(const ParameterSet& set, const ParameterImage& image,
                                                  GroupTerms terms = GroupTerms::kept);

@@ -161,7 +161,8 @@ TEST(ChannelClip, TellsANewerVersion) {
 TEST(ChannelClip, RefusesWhatItNeverWrites) {
     const Bytes whole = channelClipBytes(clipOf(freshSet(), {0}));
     // No channel, spare bytes, the flag, spare bytes of a band, of a crossover and of the limiter.
-    for (const std::size_t place : {8U, 10U, 11U, 12U + 152, 12U + 154, 12U + 1, 12U + 14, 12U + 133, 180U + 21}) {
+    for (const std::size_t place :
+         {8U, 10U, 11U, 12U + 152, 12U + 154, 12U + 1, 12U + 14, 12U + 133, 180U + 21}) {
         Bytes bytes = whole;
         bytes[place] = 8;
         EXPECT_EQ(troubleOf(checked(bytes)), "The channel on the clipboard is damaged.") << place;

@@ -52,9 +52,10 @@ TEST(ChannelMirror, PairsEqualSourcesInPageOrder) {
 TEST(ChannelMirror, TellsWhatHasNoPartnerAndWhy) {
     const MirrorPlan plan = planMirror(setWith({1, 2, 1, 5, 7, 0, 6, 3}));
     EXPECT_EQ(textsOf(plan), Words{"Channel 1 (FrontLeft) to Channel 2 (FrontRight)"});
-    EXPECT_EQ(plan.unpaired, (Words{"Channel 3 (FrontLeft) stays: no other channel has the source FrontRight.",
-                                    "Channel 4 (RearRight) stays: no channel has the source RearLeft.",
-                                    "Channel 5 (FrontLeftCenter) stays: no channel has the source FrontRightCenter."}));
+    EXPECT_EQ(plan.unpaired,
+              (Words{"Channel 3 (FrontLeft) stays: no other channel has the source FrontRight.",
+                     "Channel 4 (RearRight) stays: no channel has the source RearLeft.",
+                     "Channel 5 (FrontLeftCenter) stays: no channel has the source FrontRightCenter."}));
     const MirrorPlan none = planMirror(setWith({0, 0, 0, 0, 0, 0, 0, 0}));
     EXPECT_TRUE(none.pairs.empty());
     EXPECT_TRUE(none.unpaired.empty());

@@ -126,8 +126,7 @@ TEST(CopyElements, IntoATuningIsWhatEditingThemIs) {
         }
         EXPECT_TRUE(copied.state.replaceSet(1, copyElements(target, source, chosen)));
         EXPECT_TRUE(copied.state.updatePending());
-        ASSERT_SAME_BYTES(rowOf(copied.state), rowOf(edited.state))
-            << "round " << round;
+        ASSERT_SAME_BYTES(rowOf(copied.state), rowOf(edited.state)) << "round " << round;
         const std::size_t left = compareSets(copied.state.currentParameterSet(), source).differenceCount();
         EXPECT_EQ(left, all.size() - chosen.size());
     }

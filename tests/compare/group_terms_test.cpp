@@ -40,7 +40,6 @@ std::vector<VolumeGainEntry> reachableLevels() {
     return levels;
 }
 
-
 bool anyVolumeGives(std::uint32_t gainWord, float groupGainDb) {
     for (int tenths = -60; tenths <= 180; ++tenths) {
         if (gainWordOf(static_cast<float>(tenths) / 10, groupGainDb) == gainWord) {
@@ -153,16 +152,16 @@ TEST(GroupTermsTest, LeaveEverythingElseAsItIs) {
                 const bool isTerm = field == FieldId::groupGain || field == FieldId::groupDelay;
                 EXPECT_TRUE(isOwn || (isTerm && terms == GroupTerms::cleared)) << line.name;
                 const std::size_t channel = line.element.index.outer;
-                EXPECT_FALSE(std::ranges::any_of(result.stays, [&](const UntakenChannel& each) {
-                    return each.channel.value == channel;
-                }));
+                EXPECT_FALSE(std::ranges::any_of(
+                    result.stays, [&](const UntakenChannel& each) { return each.channel.value == channel; }));
             }
             EXPECT_EQ(compareSets(set, result.record).spareBytes, 0U);
             for (std::uint8_t c = 0; c < channelCount; ++c) {
                 const auto isThat = [&](const UntakenChannel& each) { return each.channel.value == c; };
                 if (std::ranges::none_of(result.stays, isThat)) {
                     EXPECT_EQ(imageOf(result.record).channels[c].gainWord, image.channels[c].gainWord);
-                    EXPECT_EQ(imageOf(result.record).channels[c].delaySamples, image.channels[c].delaySamples);
+                    EXPECT_EQ(imageOf(result.record).channels[c].delaySamples,
+                              image.channels[c].delaySamples);
                 }
             }
             // Nothing is left to take out.

@@ -97,8 +97,7 @@ class ReplaceSet : public ::testing::Test {
             SCOPED_TRACE(nameOf(element));
             ParameterSet record = edited_.state.currentParameterSet();
             copyElement(record, other_, element);
-            const bool differs =
-                bytesOf(record) != bytesOf(edited_.state.currentParameterSet());
+            const bool differs = bytesOf(record) != bytesOf(edited_.state.currentParameterSet());
             EXPECT_EQ(replaced_.state.replaceSet(0, record), differs);
             EXPECT_EQ(replaced_.state.updatePending(), differs && isCarried(*element.field));
             if (differs) {
@@ -206,7 +205,8 @@ TEST_F(ReplaceSet, OfAnotherSetForgetsItsReceivedImageOnlyWhenThatIsNoLongerTrue
 TEST_F(ReplaceSet, OfSeveralSetsIsOneChangeUnderOneLock) {
     int steps = 0;
     int changes = 0;
-    replaced_.state.setHistoryListener([&](TuningEvent event) { steps += event == TuningEvent::changed ? 1 : 0; });
+    replaced_.state.setHistoryListener(
+        [&](TuningEvent event) { steps += event == TuningEvent::changed ? 1 : 0; });
     replaced_.state.setChangeListener([&] { ++changes; });
     replaced_.lock.asked.clear();
     replaced_.lock.released = 0;
