@@ -201,7 +201,7 @@ TEST_F(DiffCommand, WithRealEndsWithZeroWhereOnlyNumberFormatsDiffer) {
 TEST_F(DiffCommand, WithRealFindsNothingBetweenASetAndItsReturn) {
     const std::string a = fresh("a.eqs");
     const std::string back = path("back.eqs");
-    ASSERT_EQ(runWith("select all\nsetVolume 3.3\nsetDelay 1.3\nsetBandGainOrQ 0 gain 2.5",
+    ASSERT_EQ(runWith("setInputEqOn 1\nselect all\nsetVolume 3.3\nsetDelay 1.3\nsetBandGainOrQ 0 gain 2.5",
                       {"edit", a, "--script", "-", "-o", a, "--image", path("a.bin")})
                   .code,
               0);
