@@ -156,6 +156,11 @@ Option json() {
     return flag("--json", "Print everything as JSON", &Arguments::json);
 }
 
+Option onlyReal() {
+    return flag("--real", "Leave out differences that the target's number formats make",
+                &Arguments::onlyReal);
+}
+
 Option force() {
     return flag("--force", "Write over an existing file", &Arguments::force);
 }

@@ -36,6 +36,7 @@ struct Arguments {
     std::uint32_t filterMode = 0;  ///< index of filterMethodNames
     InputEq inputEq = InputEq::assumedOn;
     bool json = false;
+    bool onlyReal = false;
     bool force = false;
 
     [[nodiscard]] std::size_t setIndex() const { return static_cast<std::size_t>(set - 1); }
@@ -76,6 +77,7 @@ namespace option {
 /// --channel C or --input: one of them must be given.
 [[nodiscard]] Option curve();
 [[nodiscard]] Option json();
+[[nodiscard]] Option onlyReal();
 [[nodiscard]] Option force();
 /// --port PORT, which must be given.
 [[nodiscard]] Option port();

@@ -34,7 +34,7 @@ std::vector<CommandRow> makeCommands() {
          .options = {file("Settings file"), anySet(), json()}},
         {.name = "diff", .purpose = "Name every field in which two settings files differ (exit code 1 if any)",
          .example = "diff before.eqs after.eqs", .run = runDiff,
-         .options = {file("Settings file"), otherFile("Settings file to compare with")}},
+         .options = {file("Settings file"), otherFile("Settings file to compare with"), onlyReal()}},
         {.name = "edit", .purpose = "Run an edit script on a settings file",
          .example = "edit car.eqs --script tuning.txt --output tuned.eqs", .run = runEdit,
          .options = {file("Settings file"), script(), filterMode(), editedFiles()}, .more = scriptHelp()},

@@ -150,7 +150,7 @@ int runDiff(const Arguments& arguments, const CommandContext& context) {
     if (!first || !second) {
         return exit_code::failed;
     }
-    const auto found = differences(*first, *second);
+    const auto found = differences(*first, *second, arguments.onlyReal ? Counted::real : Counted::all);
     for (const Difference& difference : found) {
         context.console.out << difference.path << ": " << difference.first << " | " << difference.second
                             << "\n";

@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <cstring>
+#include <optional>
 
 #include "cli/set_fields.h"
+#include "compare/real_difference.h"
 
 namespace tessavo::cli {
 
@@ -20,12 +22,17 @@ std::string hexAt(const RecordBytes& bytes, std::size_t offset, std::size_t size
 
 class SetComparison {
  public:
-    SetComparison(std::size_t setIndex, const ParameterSet& first, const ParameterSet& second)
+    SetComparison(std::size_t setIndex, const ParameterSet& first, const ParameterSet& second,
+                  Counted counted)
         : prefix_("set " + std::to_string(setIndex + 1) + " "),
           first_(first),
           second_(second),
           firstBytes_(bytesOf(first)),
-          secondBytes_(bytesOf(second)) {}
+          secondBytes_(bytesOf(second)) {
+        if (counted == Counted::real) {
+            real_.emplace(first, second);
+        }
+    }
 
     std::vector<LocatedDifference> run() {
         for (const Field& field : fieldTable()) {
@@ -56,7 +63,7 @@ class SetComparison {
 
     void compareElement(const Field& field, FieldIndex index) {
         const std::size_t offset = recordOffsetOf(field, index);
-        if (sameBytes(offset, widthOf(field.type))) {
+        if (sameBytes(offset, widthOf(field.type)) || (real_ && !real_->isReal(field, index))) {
             return;
         }
         const std::string unit = field.unit.empty() ? "" : " " + std::string(field.unit);
@@ -91,15 +98,18 @@ class SetComparison {
     const ParameterSet& second_;
     RecordBytes firstBytes_;
     RecordBytes secondBytes_;
+    std::optional<RealDifferences> real_;  ///< empty where every difference counts
     std::vector<LocatedDifference> found_;
 };
 
 }  // namespace
 
-std::vector<Difference> differences(const ParameterStore& first, const ParameterStore& second) {
+std::vector<Difference> differences(const ParameterStore& first, const ParameterStore& second,
+                                    Counted counted) {
     std::vector<Difference> all;
     for (std::size_t set = 0; set < setCount; ++set) {
-        for (LocatedDifference& located : SetComparison(set, first.sets[set], second.sets[set]).run()) {
+        for (LocatedDifference& located :
+             SetComparison(set, first.sets[set], second.sets[set], counted).run()) {
             all.push_back(std::move(located.difference));
         }
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -14,9 +15,16 @@ struct Difference {
     std::string second;
 };
 
+/// Which differences count.
+enum class Counted : std::uint8_t {
+    all,
+    real,  ///< not those that the target's number formats make: compare/real_difference.h
+};
+
 /// Every element whose bytes differ, in record order: fields by their path in the field table, texts, and
 /// spare bytes as "spare[OFFSET]". Where two texts read alike but differ behind their end, the bytes there
 /// are given.
-[[nodiscard]] std::vector<Difference> differences(const ParameterStore& first, const ParameterStore& second);
+[[nodiscard]] std::vector<Difference> differences(const ParameterStore& first, const ParameterStore& second,
+                                                  Counted counted = Counted::all);
 
 }  // namespace tessavo::cli

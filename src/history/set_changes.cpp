@@ -12,9 +12,8 @@ const std::uint8_t* bytesOf(const ParameterSet& set) {
     return reinterpret_cast<const std::uint8_t*>(&set);
 }
 
-SetChanges changesOf(const ParameterSet& before, const ParameterSet& after, std::size_t set) {
+SetChanges allChanges(const ParameterSet& before, const ParameterSet& after) {
     SetChanges changes;
-    changes.set = set;
     for (const Field& field : fieldTable()) {
         const std::size_t width = widthOf(field.type);
         forEachElement(field, [&](FieldIndex index) {
@@ -70,13 +69,19 @@ void leaveOutSpreadSources(std::vector<SetChanges>& changes, const ParameterStor
 
 }  // namespace
 
+SetChanges changesBetween(const ParameterSet& before, const ParameterSet& after) {
+    SetChanges changes = allChanges(before, after);
+    leaveOutCopies(changes);
+    return changes;
+}
+
 std::vector<SetChanges> changesBetween(const ParameterStore& before, const ParameterStore& after,
                                        std::size_t currentSet) {
     std::vector<SetChanges> changes;
     for (std::size_t set = 0; set < setCount; ++set) {
         if (std::memcmp(bytesOf(before.sets[set]), bytesOf(after.sets[set]), sizeof(ParameterSet)) != 0) {
-            changes.push_back(changesOf(before.sets[set], after.sets[set], set));
-            leaveOutCopies(changes.back());
+            changes.push_back(changesBetween(before.sets[set], after.sets[set]));
+            changes.back().set = set;
         }
     }
     if (changes.size() > 1) {

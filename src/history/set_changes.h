@@ -28,6 +28,9 @@ struct SetChanges {
     }
 };
 
+/// Compares two sets; the copies of delay size 1 count with it. The number of the set is 0.
+[[nodiscard]] SetChanges changesBetween(const ParameterSet& before, const ParameterSet& after);
+
 /// Compares two stores, set by set; sets without a difference are left out. What is always written together
 /// counts once: the copies of delay size 1 with it, and a source that went into several sets with the current one.
 /// \param currentSet 0 to 4

@@ -141,9 +141,9 @@ void TuningState::storeReceivedImage(const ParameterStore& before) {
     }
 }
 
-void TuningState::discardOutdatedImage() {
-    auto& received = received_[currentSet_];
-    if (received && !haveEqualImageFields(received->record, currentParameterSet())) {
+void TuningState::discardOutdatedImage(std::size_t set) {
+    auto& received = received_[set];
+    if (received && !haveEqualImageFields(received->record, store_.sets[set])) {
         received.reset();
     }
 }

@@ -9,6 +9,7 @@
 #include <span>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "base/message_box.h"
 #include "base/semaphore.h"
@@ -47,6 +48,12 @@ struct EditedBand {
     RecordChannel channel;
     std::size_t band = 0;
     friend bool operator==(const EditedBand&, const EditedBand&) = default;
+};
+
+/// A set and what becomes of it.
+struct SetReplacement {
+    std::uint32_t set;  ///< 0 to 4
+    ParameterSet record;
 };
 
 /// What a history has to know of a TuningState.
@@ -147,6 +154,21 @@ class TuningState {
     /// writes the image. The image keeps its bypass bytes and spare bytes; no set remembers the image it was
     /// received with.
     void replaceStore(const ParameterStore& store);
+    /// Makes a set what a record says, as if each value that differs had been edited by itself: in the current set only
+    /// the coefficients that differing values shape are computed, from the whole new record, and go into the image with
+    /// the values; the equalizer's switch brings the bypass bytes along. Another set only gets the record. Either forgets
+    /// its received image where that is no longer true. The word of the record's size stays.
+    ///
+    /// Coefficients are computed first, so that a generator shows its warning while everything is as it was. Then all sets
+    /// change under the mutual-exclusion object (for which it waits at most 5000 ms, and goes on without it). Raises
+    /// `updatePending` when a value of the current set that the image is made of differs. A history sees one change. Shows
+    /// no curve.
+    /// \return false, and nothing is changed, where there is no such set or no byte differs
+    bool replaceSet(std::uint32_t set, const ParameterSet& record) {
+        return replaceSets(std::array{SetReplacement{set, record}});
+    }
+    /// The same for several sets, as one change; of two records for the same set the last one counts.
+    bool replaceSets(std::span<const SetReplacement> replacements);
     /// Replaces the image by received bytes, except for its first word, which becomes 3384. The sets stay.
     void replaceImage(const ParameterImage& received);
     /// Converts the image into the current set, under the mutual-exclusion object (for which it waits at most
@@ -256,9 +278,23 @@ class TuningState {
     [[nodiscard]] static bool mayWrite(std::span<const FieldValue> values, FieldIndex index);
     void write(std::span<const FieldValue> values, FieldIndex index);
     void compute(FieldId id, FieldIndex index);
+    /// Computes what an element shapes from a set.
+    void computeShaped(const ParameterSet& set, FieldId id, FieldIndex index);
+    /// Copies the coefficients of the channel that a value shapes into the image. The caller holds the image guard.
+    void takeWords(Shapes shapes, FieldIndex index);
     void showCurveOf(FieldId id, RecordChannel channel);
     /// Writes what the image holds of these values. The caller holds the image guard.
     void writeToImage(std::span<const FieldValue> values, FieldIndex index);
+    /// An element whose value differs.
+    struct ChangedValue {
+        const Field* field;
+        FieldIndex index;
+    };
+    [[nodiscard]] static std::vector<ChangedValue> changedValues(const ParameterSet& before,
+                                                                 const ParameterSet& after);
+    void computeChanged(std::span<const ChangedValue> changed, const ParameterSet& set);
+    /// Writes what the image holds of these values and their coefficients. The caller holds the image guard.
+    void writeToImage(std::span<const ChangedValue> changed);
     void warn(std::string_view text);
     // These compute coefficients from a set.
     void computeBand(const ParameterSet& set, RecordChannel channel, std::size_t band);
@@ -267,7 +303,7 @@ class TuningState {
     void computeAll(const ParameterSet& set);
     void deriveImage();
     void storeReceivedImage(const ParameterStore& before);
-    void discardOutdatedImage();
+    void discardOutdatedImage(std::size_t set);
     void finish(bool final);
     void notifyChange() const;
     void notifyHistory(TuningEvent event) const;

@@ -28,7 +28,7 @@ void TuningState::forSelectedChannels(Act act) const {
 }
 
 void TuningState::finish(bool final) {
-    discardOutdatedImage();
+    discardOutdatedImage(currentSet_);
     if (final) {
         raiseUpdatePending();
     }
@@ -83,7 +83,10 @@ void TuningState::write(std::span<const FieldValue> values, FieldIndex index) {
     runningEdit_.reset();
     const SemaphoreHold hold(*imageGuard_);
     writeToImage(values, index);
-    const Shapes shapes = fieldOf(values.front().field).shapes;
+    takeWords(fieldOf(values.front().field).shapes, index);
+}
+
+void TuningState::takeWords(Shapes shapes, FieldIndex index) {
     if (shapes == Shapes::band) {
         image_.channels[index.outer].bandWords = bandWords_[index.outer];
     } else if (shapes == Shapes::crossovers) {
@@ -92,19 +95,25 @@ void TuningState::write(std::span<const FieldValue> values, FieldIndex index) {
 }
 
 void TuningState::compute(FieldId id, FieldIndex index) {
+    computeShaped(currentParameterSet(), id, index);
+    if (fieldOf(id).shapes == Shapes::band) {
+        lastEditedBand_ = {{static_cast<std::uint8_t>(index.outer)}, index.inner};
+    }
+}
+
+void TuningState::computeShaped(const ParameterSet& set, FieldId id, FieldIndex index) {
     const RecordChannel channel{static_cast<std::uint8_t>(index.outer)};
     switch (fieldOf(id).shapes) {
         case Shapes::nothing:
             break;
         case Shapes::band:
-            computeBand(currentParameterSet(), channel, index.inner);
-            lastEditedBand_ = {channel, index.inner};
+            computeBand(set, channel, index.inner);
             break;
         case Shapes::crossovers:
-            computeCrossovers(currentParameterSet(), channel);
+            computeCrossovers(set, channel);
             break;
         case Shapes::inputSection:
-            computeInputBand(currentParameterSet(), inputSectionOf(id, index));
+            computeInputBand(set, inputSectionOf(id, index));
             break;
     }
 }

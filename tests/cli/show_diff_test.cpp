@@ -162,7 +162,53 @@ TEST(SettingsDiff, TellsApartWhatReadsAlike) {
     EXPECT_EQ(found[0].second, "nan(0x7fc00001) dB");
 }
 
+// Only what the target's number formats make is left out; texts, spare bytes and the record's size are not its.
+TEST(SettingsDiff, CountsRealOnesAloneWhenAskedTo) {
+    const ParameterStore first = defaultStore();
+    ParameterStore second = first;
+    second.sets[1].recordSize = 7;
+    second.sets[1].spare5[1] = 0xAB;
+    second.sets[1].inputGainDb = 0.9F;
+    second.sets[1].channels[3].volumeDb = 0.4F;
+    second.sets[1].channels[4].volumeDb = 0.5F;
+    second.sets[1].channels[3].delayMs = 0.005F;
+    second.sets[1].surroundOff = 1;
+    second.sets[1].setName[40] = u'x';
+    writeSetText(second.sets[4].setVersion, u"2");
+    EXPECT_EQ(differences(first, second).size(), 9U);
+    EXPECT_THAT(pathsOf(differences(first, second, Counted::real)),
+                ElementsAre("set 2 channel[4].volume", "set 2 recordSize", "set 2 setName", "set 2 spare[6]",
+                            "set 2 surroundOff", "set 5 setVersion"));
+}
+
 class DiffCommand : public CommandTest {};
+
+TEST_F(DiffCommand, WithRealEndsWithZeroWhereOnlyNumberFormatsDiffer) {
+    const std::string a = fresh("a.eqs");
+    const std::string b = fresh("b.eqs");
+    ASSERT_EQ(runWith("setVolume 0.3", {"edit", b, "--script", "-", "-o", b}).code, 0);
+    EXPECT_EQ(run({"diff", a, b}).code, 1);
+    CommandResult result = run({"diff", a, b, "--real"});
+    EXPECT_EQ(result.code, 0);
+    EXPECT_EQ(result.out + result.err, "");
+    ASSERT_EQ(runWith("setDelay 0.7", {"edit", b, "--script", "-", "-o", b}).code, 0);
+    result = run({"diff", "--real", a, b});
+    EXPECT_EQ(result.code, 1);
+    EXPECT_EQ(result.out, "set 1 channel[7].delay: 0.0 ms | 0.7 ms\n");
+}
+
+// What goes into an image and comes back differs, but in nothing real.
+TEST_F(DiffCommand, WithRealFindsNothingBetweenASetAndItsReturn) {
+    const std::string a = fresh("a.eqs");
+    const std::string back = path("back.eqs");
+    ASSERT_EQ(runWith("setInputEqOn 1\nselect all\nsetVolume 3.3\nsetDelay 1.3\nsetBandGainOrQ 0 gain 2.5",
+                      {"edit", a, "--script", "-", "-o", a, "--image", path("a.bin")})
+                  .code,
+              0);
+    ASSERT_EQ(run({"import", path("a.bin"), "--into", a, "--set", "1", "-o", back}).code, 0);
+    EXPECT_EQ(run({"diff", a, back}).code, 1);
+    EXPECT_EQ(run({"diff", a, back, "--real"}).out, "");
+}
 
 TEST_F(DiffCommand, EndsWithZeroForTheSameAndOneForDifferent) {
     const std::string a = fresh("a.eqs");
