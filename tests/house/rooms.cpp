@@ -5,7 +5,7 @@
 namespace tessavo::house {
 
 std::span<const Room> houseRooms() {
-    static constexpr std::array<Room, 17> rooms{{
+    static constexpr std::array<Room, 18> rooms{{
         {"base", 0, false, "boxes and dialogs as interfaces, semaphore, raw files, numbers, MD5"},
         {"platform", 0, false, "process and desktop, for POSIX and for Windows"},
         {"dsp", 1, false, "coefficient generators, fixed-point words"},
@@ -16,6 +16,7 @@ std::span<const Room> houseRooms() {
         {"comm", 4, false, "serial port, framing, transfer engine, live worker, commands"},
         {"history", 4, false, "undo and redo, recovery file, earlier versions of files"},
         {"pages/rows", 5, false, "what stands on each page, as tables"},
+        {"copies", 5, false, "copies of the target: backups, restoring them, what was written into it"},
         {"target", 5, false, "the simulated target"},
         {"pages/form", 6, true, "makes the controls of a page's rows, keeps them bound to their fields"},
         {"cli", 6, false, "tessavoctl"},
