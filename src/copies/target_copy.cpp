@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "copies/copy_round.h"
+
 namespace tessavo {
 
 std::optional<ParameterImage> SetCopy::image() const {
@@ -35,12 +37,37 @@ bool TargetCopy::isEmpty() const {
     });
 }
 
-BackUp backUp(ITransfers& /*transfers*/, const CopyWatch& /*watch*/) {
-    return {};
+BackUp backUp(ITransfers& transfers, const CopyWatch& watch) {
+    BackUp result;
+    CopyRound round(watch, targetSetNumbers.size() + 1);
+    for (SetCopy& set : result.copy.sets) {
+        if (!round.begin(CopyAct::readSet, set.targetSet)) {
+            result.cancelled = true;
+            return result;
+        }
+        set = readTargetSet(transfers, set.targetSet);
+    }
+    if (!round.begin(CopyAct::readVersions, 0)) {
+        result.cancelled = true;
+        return result;
+    }
+    TargetReply reply{};
+    if (transfers.ReceiveFromTarget(reply, std::span(&command_code::readVersions, std::size_t{1}))) {
+        result.copy.versions = versionsOf(reply);
+    }
+    return result;
 }
 
-SetCopy readTargetSet(ITransfers& /*transfers*/, std::uint8_t targetSet) {
-    return {.targetSet = targetSet, .state = SetState::failed, .reply = {}, .trouble = {}};
+SetCopy readTargetSet(ITransfers& transfers, std::uint8_t targetSet) {
+    SetCopy set{.targetSet = targetSet, .state = SetState::failed, .reply = {}, .trouble = {}};
+    const std::array<std::uint8_t, 2> request{command_code::readSet, targetSet};
+    TargetReply reply{};
+    // A reply whose disconnect failed has arrived too, but the exchange was not one.
+    if (transfers.ReceiveFromTarget(reply, request)) {
+        set.reply = reply;
+        set.state = isSound(reply) ? SetState::sound : SetState::wrongDigest;
+    }
+    return set;
 }
 
 }  // namespace tessavo
