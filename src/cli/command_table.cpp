@@ -1,5 +1,6 @@
 #include "cli/command_table.h"
 
+#include "cli/copy_commands.h"
 #include "cli/edit_script.h"
 #include "cli/file_commands.h"
 #include "cli/port_commands.h"
@@ -71,6 +72,18 @@ std::vector<CommandRow> makeCommands() {
         {.name = "flash", .purpose = "Send a software image to the target",
          .example = "flash software.bin --port ttyUSB0", .run = runFlash,
          .options = {image("Software image, at most 524288 bytes"), port()}},
+        {.name = "backup", .purpose = "Read all sets of the target into a folder",
+         .example = "backup --port ttyUSB0 --output new-backup", .run = runBackup,
+         .options = {port(), outputFolder("Folder to make; one that holds something is left alone")}},
+        {.name = "restore", .purpose = "Put sets of a backup back into the target, which plays each in turn",
+         .example = "restore car-backup --port ttyUSB0 --sets 1,2 --yes", .run = runRestore,
+         .options = {folder("Folder of the backup"), port(),
+                     targetSets("Sets to restore, as 1,2 or default; sets 1 to 5 unless told"),
+                     yes("Do it; without, only what would be done is told")},
+         .more = restoreHelp()},
+        {.name = "verify", .purpose = "Compare the sets of the target with a backup (exit code 1 if any differs)",
+         .example = "verify car-backup --port ttyUSB0", .run = runVerify,
+         .options = {folder("Folder of the backup"), port()}},
     };
     // clang-format on
 }

@@ -47,7 +47,9 @@ std::string timeText(WallTime time) {
     const year_month_day date(day);
     const hh_mm_ss clock(seconds - day);
     std::string text = digits(static_cast<int>(date.year()), 4);
-    const auto add = [&text](char before, std::int64_t value) { text.append(1, before).append(digits(value, 2)); };
+    const auto add = [&text](char before, std::int64_t value) {
+        text.append(1, before).append(digits(value, 2));
+    };
     add('-', static_cast<unsigned>(date.month()));
     add('-', static_cast<unsigned>(date.day()));
     add('T', clock.hours().count());
@@ -220,12 +222,8 @@ std::string backupText(const BackupNote& note) {
     for (std::size_t i = 0; i < note.sets.size(); ++i) {
         sets.push_back(setJson(targetSetNumbers.at(i), note.sets.at(i)));
     }
-    Json json{{"format", formatName},
-              {"formatVersion", formatVersion},
-              {"hardwareVersion", nullptr},
-              {"port", note.port},
-              {"sets", std::move(sets)},
-              {"softwareVersion", nullptr},
+    Json json{{"format", formatName},       {"formatVersion", formatVersion}, {"hardwareVersion", nullptr},
+              {"port", note.port},          {"sets", std::move(sets)},        {"softwareVersion", nullptr},
               {"time", timeText(note.time)}};
     if (note.versions) {
         json["hardwareVersion"] = versionText(note.versions->hardware);

@@ -27,6 +27,9 @@ class CopyRound {
         return true;
     }
 
+    /// Whether an exchange that has just failed may have sent something.
+    [[nodiscard]] bool maybeSent() const { return !watch_.nothingSent || !watch_.nothingSent(); }
+
     [[nodiscard]] bool mayGoOn() const { return !watch_.mayGoOn || watch_.mayGoOn(); }
 
  private:

@@ -84,9 +84,14 @@ bool Restore::sendLive(const SetToWrite& set) {
     if (!begin(CopyAct::sendLive, set)) {
         return false;
     }
-    report_.plays = {.kind = PlaysNow::Kind::unknown, .targetSet = 0};
-    return transfers_.SendToTarget(liveMessage(set.image), MessageType::blocks4k) ||
-           failed(CopyAct::sendLive, set);
+    if (transfers_.SendToTarget(liveMessage(set.image), MessageType::blocks4k)) {
+        report_.plays = {.kind = PlaysNow::Kind::unknown, .targetSet = 0};
+        return true;
+    }
+    if (round_.maybeSent()) {
+        report_.plays = {.kind = PlaysNow::Kind::unknown, .targetSet = 0};
+    }
+    return failed(CopyAct::sendLive, set);
 }
 
 bool Restore::confirm(const SetToWrite& set) {
@@ -112,7 +117,7 @@ bool Restore::save(const SetToWrite& set, RestoredState& state) {
         return false;
     }
     if (!transfers_.SendToTarget(saveMessage(set.targetSet, set.image), MessageType::blocks128)) {
-        state = afterFailedSave(set);
+        state = round_.maybeSent() ? afterFailedSave(set) : RestoredState::untouched;
         if (state == RestoredState::done) {
             tellSaved(set);
         }
