@@ -18,8 +18,8 @@ namespace {
 
 constexpr std::uint32_t baud = 115200;
 constexpr int exchanges = 7;
-// Of each exchange: the request byte, the answer, the reply and the answer to the disconnect. A pseudo-terminal
-// takes what the host writes at once, so that only these have a pace.
+// Of each exchange: the request byte, the answer, the reply and the answer to the disconnect. A
+// pseudo-terminal takes what the host writes at once, so that only these have a pace.
 constexpr int bytesOfTarget = 1 + 1 + static_cast<int>(maximumFrameSize) + 1;
 
 class NoLog final : public ICommLog {
@@ -60,7 +60,8 @@ void backup(benchmark::State& state) {
         }
     }
 }
-BENCHMARK(backup)->Name("backup")->Iterations(1)->Repetitions(3)->UseRealTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(backup)->Name("backup")->Iterations(1)->Repetitions(3)->UseRealTime()->Unit(
+    benchmark::kMillisecond);
 
 /// What the bytes of the target take on the line, and the quiet in front of each request.
 void line(benchmark::State& state) {
@@ -69,8 +70,12 @@ void line(benchmark::State& state) {
         state.SetIterationTime(std::chrono::duration<double>(prescribed).count());
     }
 }
-BENCHMARK(line)->Name("line of a backup")->Iterations(1)->Repetitions(3)->UseManualTime()->Unit(
-    benchmark::kMillisecond);
+BENCHMARK(line)
+    ->Name("line of a backup")
+    ->Iterations(1)
+    ->Repetitions(3)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace tessavo::bench

@@ -44,9 +44,9 @@ struct Arguments {
     [[nodiscard]] std::size_t setIndex() const { return static_cast<std::size_t>(set - 1); }
 };
 
-/// Adds an option, or an argument without a name, to a command of the parser: its name, what help tells of it, what it
-/// may be, and the member of Arguments that takes it. Both objects outlive the parsing. Arguments without a name are
-/// read in the order in which they were added.
+/// Adds an option, or an argument without a name, to a command of the parser: its name, what help tells of
+/// it, what it may be, and the member of Arguments that takes it. Both objects outlive the parsing. Arguments
+/// without a name are read in the order in which they were added.
 using Option = std::function<void(CLI::App& command, Arguments& arguments)>;
 
 /// The options that commands offer. Each function gives one; `what` is told by help.

@@ -24,7 +24,7 @@ namespace {
 constexpr std::string_view noFolderText = "no folder was written";
 constexpr std::string_view notComparedText = "not every set was compared";
 
-// Tells each exchange; ends with Ctrl-C, and where the port cannot be used.
+// Tells each exchange; ends with Ctrl-C, and where the port could not be used from the start.
 CopyWatch watchOf(PortSession& session, Reporter& reporter) {
     CopyWatch watch;
     watch.progress = [&reporter](const CopyProgress& progress) {
@@ -32,7 +32,7 @@ CopyWatch watchOf(PortSession& session, Reporter& reporter) {
                       std::to_string(progress.done + 1) + " of " + std::to_string(progress.all) + ")");
     };
     watch.mayGoOn = [&session] {
-        return !session.interrupted() && !(session.tried() && session.portUnusable());
+        return !session.interrupted() && (!session.tried() || session.everUsable());
     };
     watch.nothingSent = [&session] { return session.portUnusable(); };
     return watch;
@@ -105,8 +105,7 @@ void tellRestoreFailure(const RestoreReport& report, PortSession& session, Repor
 
 int tellComparison(const std::vector<Comparison>& rows, PortSession& session, const CommandContext& context) {
     using Result = Comparison::Result;
-    if (std::ranges::any_of(rows, [](const Comparison& row) { return row.result == Result::notRead; }) ||
-        session.portUnusable() || session.interrupted()) {
+    if (session.interrupted() || !session.everUsable()) {
         session.tellFailure("the exchange with the target failed", notComparedText);
         return exit_code::failed;
     }

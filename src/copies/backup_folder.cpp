@@ -15,7 +15,7 @@ namespace tessavo {
 
 namespace {
 
-constexpr std::string_view cannotMakeText = "it cannot be made there";
+constexpr const char* cannotMakeText = "it cannot be made there";
 
 // A name that ends in a separator names the folder in front of it.
 std::filesystem::path folderOf(const std::filesystem::path& folder) {
@@ -134,7 +134,7 @@ std::string backupFolderTrouble(const std::filesystem::path& folder) {
         return "it has no name";
     }
     if (!isThere(place)) {
-        return canMake(place) ? std::string() : std::string(cannotMakeText);
+        return canMake(place) ? "" : cannotMakeText;
     }
     std::error_code failed;
     if (!std::filesystem::is_directory(place, failed)) {
@@ -157,7 +157,7 @@ std::string writeBackup(const std::filesystem::path& folder, const TargetCopy& c
     }
     NewFiles files(folderOf(folder));
     if (!files.makeFolder()) {
-        return std::string(cannotMakeText);
+        return cannotMakeText;
     }
     for (const SetCopy& set : copy.sets) {
         if (isRead(set) && !files.write(replyFileName(set.targetSet), set.reply)) {

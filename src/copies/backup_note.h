@@ -42,8 +42,8 @@ struct BackupNoteRead {
     std::optional<BackupNote> note;
     std::string trouble;  ///< why there is none, as a sentence without its full stop
 };
-/// Takes what backupText() gives, in any layout, and nothing else: no entry may be missing, unknown, of another
-/// kind or there twice.
+/// Takes what backupText() gives, in any layout, and nothing else: no entry may be missing, unknown, of
+/// another kind or there twice.
 [[nodiscard]] BackupNoteRead readBackupText(std::string_view text);
 
 }  // namespace tessavo

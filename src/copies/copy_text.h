@@ -14,7 +14,8 @@ inline constexpr std::string_view playsInTurnText =
 
 /// What an exchange is for: "reading set 3", "sending set 3 live".
 [[nodiscard]] std::string copyActText(CopyAct act, std::uint8_t targetSet);
-/// What is wrong with a set of a backup: "set 3: the target sent it with a wrong digest"; empty for a sound one.
+/// What is wrong with a set of a backup: "set 3: the target sent it with a wrong digest"; empty for a sound
+/// one.
 [[nodiscard]] std::string troubleText(const SetCopy& set);
 /// "The target plays set 3 of the copy now."
 [[nodiscard]] std::string playsNowText(const PlaysNow& plays);

@@ -24,14 +24,14 @@ struct CopyProgress {
     std::uint8_t targetSet = 0;  ///< 1 to 5, or 0 for the default set
 };
 
-/// Who watches, and may end, what is done with several exchanges. Each may be empty; all are called on the thread
-/// that runs it.
+/// Who watches, and may end, what is done with several exchanges. Each may be empty; all are called on the
+/// thread that runs it.
 struct CopyWatch {
     std::function<void(const CopyProgress&)> progress;
     /// Asked before each exchange; false ends everything there.
     std::function<bool()> mayGoOn;
-    /// Asked after an exchange that failed: whether its port could not be opened, so that nothing of it was sent.
-    /// Where it is empty, anything may have been sent.
+    /// Asked after an exchange that failed: whether its port could not be opened, so that nothing of it was
+    /// sent. Where it is empty, anything may have been sent.
     std::function<bool()> nothingSent;
 };
 

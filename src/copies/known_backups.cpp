@@ -56,7 +56,11 @@ bool KnownBackups::add(const std::filesystem::path& backup) {
     const std::uint64_t number =
         notes.empty() ? 1 : kept::numberOf(utf8FromPath(notes.front().stem())).value_or(0) + 1;
     std::string text(firstLine);
-    text.append(pathLabel).append(note::pathText(wholePath(backup))).append("\n");
+    // A name that ends in a separator names the same folder.
+    const std::filesystem::path whole = wholePath(backup).lexically_normal();
+    text.append(pathLabel)
+        .append(note::pathText(whole.has_filename() ? whole : whole.parent_path()))
+        .append("\n");
     text = note::sealed(std::move(text));
     if (replaceFile(folder_ / kept::makeId(number).append(noteSuffix),
                     {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()})) {

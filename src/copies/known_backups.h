@@ -40,8 +40,8 @@ class KnownBackups {
     /// Newest first, each folder once.
     [[nodiscard]] std::vector<KnownBackup> list() const;
 
-    /// Whether a target was backed up since a moment, say since midnight: a backup that still reads, for which
-    /// the target gave all six sets, through the same port and with the same hardware version.
+    /// Whether a target was backed up since a moment, say since midnight: a backup that still reads, for
+    /// which the target gave all six sets, through the same port and with the same hardware version.
     /// \param hardware nothing while it is not known; the port alone tells then
     [[nodiscard]] bool madeSince(WallTime moment, const std::string& port,
                                  std::optional<std::uint32_t> hardware) const;

@@ -28,11 +28,12 @@ struct WrittenSetList {
     std::size_t damaged = 0;       ///< others of which something is missing or altered
 };
 
-/// Keeps what the program itself wrote into sets of the target: the last 50 images, over all sets and targets.
+/// Keeps what the program itself wrote into sets of the target: the last 50 images, over all sets and
+/// targets.
 ///
-/// Each is two files of one folder: the image as `tessavoctl import` takes it ("0000000017-5E1F00AB.bin"), and
-/// beside it a text that says which set, when and through which port ("0000000017-5E1F00AB.txt"). One of which
-/// a byte is missing or altered is left out. Only the owner can read the folder.
+/// Each is two files of one folder: the image as `tessavoctl import` takes it ("0000000017-5E1F00AB.bin"),
+/// and beside it a text that says which set, when and through which port ("0000000017-5E1F00AB.txt"). One of
+/// which a byte is missing or altered is left out. Only the owner can read the folder.
 ///
 /// Used on one thread; two programs may use one folder.
 class WrittenSets {

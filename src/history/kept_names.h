@@ -8,7 +8,8 @@
 #include <string_view>
 #include <vector>
 
-// Names of files that are kept in a folder of the program's own, newest with the largest: "0000000017-5E1F00AB".
+// Names of files that are kept in a folder of the program's own, newest with the largest:
+// "0000000017-5E1F00AB".
 namespace tessavo::kept {
 
 inline constexpr std::size_t idLength = 19;

@@ -8,8 +8,8 @@
 #include "base/md5.h"
 #include "history/step.h"
 
-// Notes that stand beside kept files: texts of labelled lines in ASCII, with a digest of their own at the end.
-// Any thread.
+// Notes that stand beside kept files: texts of labelled lines in ASCII, with a digest of their own at the
+// end. Any thread.
 namespace tessavo::note {
 
 /// 32 upper-case hexadecimal digits.

@@ -39,7 +39,8 @@ class CopyCommands : public TargetExchange {
         target_.reset();
         return path("backup");
     }
-    [[nodiscard]] CommandResult restore(const std::string& backup, const std::vector<std::string>& more) const {
+    [[nodiscard]] CommandResult restore(const std::string& backup,
+                                        const std::vector<std::string>& more) const {
         std::vector<std::string> words{"restore", backup, "--port", port()};
         words.insert(words.end(), more.begin(), more.end());
         return run(words);
@@ -51,7 +52,8 @@ TEST_F(CopyCommands, BackupReadsAllSetsAndTheVersions) {
     const CommandResult result = run({"backup", "--port", port(), "--output", path("backup")});
     EXPECT_EQ(result.code, 0);
     EXPECT_EQ(result.out, "6 of 6 sets of the target were read into " + path("backup") + "\n");
-    EXPECT_THAT(result.err, AllOf(HasSubstr("reading set 1 (1 of 7)"), HasSubstr("reading the versions (7 of 7)")));
+    EXPECT_THAT(result.err,
+                AllOf(HasSubstr("reading set 1 (1 of 7)"), HasSubstr("reading the versions (7 of 7)")));
     const BackupRead read = readBackup(path("backup"));
     ASSERT_TRUE(read.copy.has_value()) << read.trouble;
     EXPECT_TRUE(read.copy->everySetSound());
@@ -74,7 +76,8 @@ TEST_F(CopyCommands, BackupLooksAtTheFolderFirstAndNeverWritesOverOne) {
     for (const std::string name : {"file", "full", "missing/backup"}) {
         const CommandResult result = run({"backup", "--port", port(), "--output", path(name)});
         EXPECT_EQ(result.code, 1) << name;
-        EXPECT_THAT(result.err, AllOf(HasSubstr("tessavoctl: " + path(name) + ": it"), Not(HasSubstr("XModem"))));
+        EXPECT_THAT(result.err,
+                    AllOf(HasSubstr("tessavoctl: " + path(name) + ": it"), Not(HasSubstr("XModem"))));
     }
     EXPECT_THAT(files(), ElementsAre("file", "full"));
 }
@@ -96,9 +99,26 @@ TEST_F(CopyCommands, BackupOfATargetThatGivesNothingWritesNoFolder) {
     startTarget({"damaged-reply"});
     const CommandResult result = run({"backup", "--port", port(), "--output", path("backup")});
     EXPECT_EQ(result.code, 1);
-    EXPECT_THAT(result.err, HasSubstr(port() + ": no set of the target could be read; no folder was written"));
+    EXPECT_THAT(result.err,
+                HasSubstr(port() + ": no set of the target could be read; no folder was written"));
     EXPECT_THAT(files(), IsEmpty());
     EXPECT_THAT(KnownBackups(knownBackupsFolder(data_.path())).list(), IsEmpty());
+}
+
+TEST_F(CopyCommands, ATargetThatGoesAwayLeavesABackupOfWhatWasRead) {
+    startTarget({}, memoryOf(10));
+    const CommandResult result = runWatched({"backup", "--port", port(), "--output", path("backup")},
+                                            "reading set 3", [this] { target_->stop(); });
+    EXPECT_EQ(result.code, 1);
+    EXPECT_EQ(result.out, "2 of 6 sets of the target were read into " + path("backup") + "\n");
+    EXPECT_THAT(result.err, AllOf(HasSubstr("set 3: it could not be read"),
+                                  HasSubstr("the default set: it could not be read"),
+                                  HasSubstr("the versions could not be read")));
+    const BackupRead read = readBackup(path("backup"));
+    ASSERT_TRUE(read.copy.has_value()) << read.trouble;
+    EXPECT_EQ(read.copy->set(2).state, SetState::sound);
+    EXPECT_EQ(read.copy->set(3).state, SetState::notRead);
+    EXPECT_FALSE(KnownBackups(knownBackupsFolder(data_.path())).madeSince({}, port(), std::nullopt));
 }
 
 TEST_F(CopyCommands, CtrlCEndsABackupWithoutAFolder) {
@@ -159,7 +179,8 @@ TEST_F(CopyCommands, RestoreOfADamagedBackupNamesWhatIsLost) {
     startTarget({}, memoryOf(10));
     CommandResult result = restore(backup, {"--sets", "1,2", "--yes"});
     EXPECT_EQ(result.code, 1);
-    EXPECT_THAT(result.err, AllOf(HasSubstr("set 2: set2.reply is cut short"), HasSubstr("nothing was sent")));
+    EXPECT_THAT(result.err,
+                AllOf(HasSubstr("set 2: set2.reply is cut short"), HasSubstr("nothing was sent")));
     EXPECT_EQ(target_->memory().sets, memoryOf(10).sets);
     // All that are there, and a code that says that not all were.
     result = restore(backup, {"--yes"});
@@ -206,8 +227,9 @@ TEST_F(CopyCommands, VerifyNamesTheSetsThatDiffer) {
     startTarget({}, memoryOf(100));
     CommandResult result = run({"verify", backup, "--port", port()});
     EXPECT_EQ(result.code, 0) << result.err;
-    EXPECT_EQ(result.out, "set 1: equal\nset 2: equal\nset 3: equal\nset 4: equal\nset 5: equal\n"
-                          "the default set: equal\n");
+    EXPECT_EQ(result.out,
+              "set 1: equal\nset 2: equal\nset 3: equal\nset 4: equal\nset 5: equal\n"
+              "the default set: equal\n");
     target_.reset();
     TargetMemory memory = memoryOf(100);
     memory.sets[0][1] ^= 1;

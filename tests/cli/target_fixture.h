@@ -36,7 +36,7 @@ class WatchedError final : public std::stringbuf {
 };
 
 inline CommandResult runWatched(const std::vector<std::string>& arguments, const std::string& when,
-                         std::function<void()> act) {
+                                std::function<void()> act) {
     WatchedError error(when, std::move(act));
     std::istringstream in;
     std::ostringstream out;

@@ -36,7 +36,7 @@ class Known : public ::testing::Test {
 TEST_F(Known, AreListedNewestFirstWithWhatTheyTell) {
     make("one", morning);
     make("two", morning + std::chrono::hours(1), "COM3");
-    ASSERT_TRUE(known_.add(folder_ / "one"));
+    ASSERT_TRUE(known_.add(folder_ / "./one/"));
     const auto list = known_.list();
     ASSERT_THAT(list, SizeIs(2));
     EXPECT_EQ(list[0].folder, folder_ / "one");

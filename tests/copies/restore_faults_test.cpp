@@ -134,7 +134,8 @@ TEST(RestoreFaults, TheCablePulledWithinAnyExchangeLeavesEachSetOldOrNewAndTheRe
             EXPECT_EQ(report.end == End::done, bytes == ends.back()) << where;
             expectTrueReport(report, target.memory(), where);
             expectVerifyTells(report, target.memory(), where);
-            // Those before the one under way are done, those behind it untouched, and no more than one is open.
+            // Those before the one under way are done, those behind it untouched, and no more than one is
+            // open.
             for (std::size_t i = 0; i < report.sets.size(); ++i) {
                 if (i < exchange / 4) {
                     EXPECT_EQ(report.sets[i].state, State::done) << where;
