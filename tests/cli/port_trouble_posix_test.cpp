@@ -9,6 +9,7 @@
 #include <thread>
 #include <unistd.h>
 
+#include "base/md5.h"
 #include "cli/cli_fixture.h"
 #include "cli/command_table.h"
 #include "comm/port_list.h"
