@@ -18,9 +18,9 @@ namespace {
 
 constexpr std::uint32_t baud = 115200;
 constexpr int exchanges = 7;
-// Of each exchange: the request byte, the answer, the reply and the answer to the disconnect. A
-// pseudo-terminal takes what the host writes at once, so that only these have a pace.
-constexpr int bytesOfTarget = 1 + 1 + static_cast<int>(maximumFrameSize) + 1;
+// Of each exchange: the request byte, the request, its answer, the reply, and the disconnect with its answer.
+constexpr int bytesOfExchange = 1 + static_cast<int>(payloadSize(frame_type::block2k) + frameOverhead) + 1 +
+                                static_cast<int>(maximumFrameSize) + 1 + 1;
 
 class NoLog final : public ICommLog {
  public:
@@ -36,7 +36,7 @@ class NoBoxes final : public IMessageBox {
 
 void backup(benchmark::State& state) {
     PtyTarget::Options options;
-    options.timePerByte = byteTime(baud);
+    options.baud = baud;
     PtyTarget target(TargetMemory::holding(factoryImage()), options);
     if (const std::string failure = target.start(); !failure.empty()) {
         state.SkipWithError(failure.c_str());
@@ -63,9 +63,10 @@ void backup(benchmark::State& state) {
 BENCHMARK(backup)->Name("backup")->Iterations(1)->Repetitions(3)->UseRealTime()->Unit(
     benchmark::kMillisecond);
 
-/// What the bytes of the target take on the line, and the quiet in front of each request.
+/// What the bytes take on the line, and the quiet in front of each request.
 void line(benchmark::State& state) {
-    constexpr auto prescribed = exchanges * (bytesOfTarget * byteTime(baud) + TargetTime(timing::flushWait));
+    constexpr auto prescribed =
+        exchanges * (bytesOfExchange * byteTime(baud) + TargetTime(timing::flushWait));
     for ([[maybe_unused]] auto _ : state) {
         state.SetIterationTime(std::chrono::duration<double>(prescribed).count());
     }
