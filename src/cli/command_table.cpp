@@ -1,5 +1,8 @@
 #include "cli/command_table.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "cli/copy_commands.h"
 #include "cli/edit_script.h"
 #include "cli/file_commands.h"
@@ -23,7 +26,7 @@ std::string scriptHelp() {
            "BAND and CROSSOVER\ncount from 0.";
 }
 
-std::vector<CommandRow> makeCommands() {
+std::vector<CommandRow> fileCommands() {
     using namespace option;
     // clang-format off
     return {
@@ -52,6 +55,14 @@ std::vector<CommandRow> makeCommands() {
          .example = "recover --output rescued.eqs", .run = runRecover,
          .options = {json(), anyOutput("Settings file to write; an existing one is left alone"), force()},
          .more = recoverHelp()},
+    };
+    // clang-format on
+}
+
+std::vector<CommandRow> portCommands() {
+    using namespace option;
+    // clang-format off
+    return {
         {.name = "ports", .purpose = "List the serial ports", .example = "ports", .run = runPorts},
         {.name = "versions", .purpose = "Read the target's versions", .example = "versions --port ttyUSB0",
          .run = runVersions,
@@ -86,6 +97,12 @@ std::vector<CommandRow> makeCommands() {
          .options = {folder("Folder of the backup"), port()}},
     };
     // clang-format on
+}
+
+std::vector<CommandRow> makeCommands() {
+    std::vector<CommandRow> rows = fileCommands();
+    std::ranges::move(portCommands(), std::back_inserter(rows));
+    return rows;
 }
 
 }  // namespace
