@@ -34,6 +34,8 @@ constexpr auto bounds = std::to_array<RatioBound>({
     {"MD5 of an image / libcrypto's", "MD5", "MD5 of libcrypto", 1.5, Clock::processor},
     {"CRC of 4096 bytes by table / bit by bit", "CRC", "CRC bit by bit", 0.2, Clock::processor},
     {"exchange of 8 blocks / the pauses it must make", "exchange", "pauses", 1.05, Clock::wall},
+    {"backup of the target / what its line and the protocol take", "backup", "line of a backup", 1.05,
+     Clock::wall},
 });
 
 }  // namespace

@@ -14,6 +14,8 @@ if [ -z "$work" ]; then
     trap 'rm -rf "$work"' EXIT
 fi
 mkdir -p "$work"
+# What the program keeps of what it writes into a target stays out of the user's own folder.
+export TESSAVO_DATA_FOLDER=$work/data
 
 # Runs tessavoctl and shows what it says; the log of an exchange is shown only when it failed.
 tessavoctl() {

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "copies/target_sets.h"
 #include "dsp/filter_methods.h"
 #include "params/channels.h"
 
@@ -81,6 +82,30 @@ Option targetSet() {
         addWord(command, "TARGET", arguments.targetSet, "Set of the target: 1 to 5 or default", words)
             ->type_name("N|default")
             ->required();
+    };
+}
+
+Option targetSets(const std::string& what) {
+    return [=](CLI::App& command, Arguments& arguments) {
+        const auto known = [](const std::string& list) {
+            return targetSetsOf(list) ? std::string() : list + ": sets are 1 to 5 and default, each once";
+        };
+        const auto take = [&arguments](const std::string& list) {
+            arguments.targetSets = targetSetsOf(list).value_or(std::vector<std::uint8_t>());
+        };
+        command.add_option_function<std::string>("--sets", take, what)
+            ->check(CLI::Validator(known, ""))
+            ->type_name("N,...|default");
+    };
+}
+
+Option folder(const std::string& what) {
+    return positional("DIR", what, &Arguments::file);
+}
+
+Option outputFolder(const std::string& what) {
+    return [=](CLI::App& command, Arguments& arguments) {
+        command.add_option("-o,--output", arguments.output, what)->type_name("DIR")->required();
     };
 }
 
@@ -163,6 +188,10 @@ Option onlyReal() {
 
 Option force() {
     return flag("--force", "Write over an existing file", &Arguments::force);
+}
+
+Option yes(const std::string& what) {
+    return flag("--yes", what, &Arguments::yes);
 }
 
 Option port() {

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "cli/console.h"
 #include "cli/reporter.h"
@@ -30,21 +31,23 @@ struct Arguments {
     std::string output;
     std::string image;
     std::string port;
-    std::uint8_t targetSet = 0;    ///< 1 to 5, or 0 for the default set
-    int set = 0;                   ///< 1 to 5, or 0 where none was named
-    int channel = 0;               ///< page position 1 to 8, or 0 where none was named
-    std::uint32_t filterMode = 0;  ///< index of filterMethodNames
+    std::uint8_t targetSet = 0;            ///< 1 to 5, or 0 for the default set
+    std::vector<std::uint8_t> targetSets;  ///< such numbers; empty where none were named
+    int set = 0;                           ///< 1 to 5, or 0 where none was named
+    int channel = 0;                       ///< page position 1 to 8, or 0 where none was named
+    std::uint32_t filterMode = 0;          ///< index of filterMethodNames
     InputEq inputEq = InputEq::assumedOn;
     bool json = false;
     bool onlyReal = false;
     bool force = false;
+    bool yes = false;
 
     [[nodiscard]] std::size_t setIndex() const { return static_cast<std::size_t>(set - 1); }
 };
 
-/// Adds an option, or an argument without a name, to a command of the parser: its name, what help tells of it, what it
-/// may be, and the member of Arguments that takes it. Both objects outlive the parsing. Arguments without a name are
-/// read in the order in which they were added.
+/// Adds an option, or an argument without a name, to a command of the parser: its name, what help tells of
+/// it, what it may be, and the member of Arguments that takes it. Both objects outlive the parsing. Arguments
+/// without a name are read in the order in which they were added.
 using Option = std::function<void(CLI::App& command, Arguments& arguments)>;
 
 /// The options that commands offer. Each function gives one; `what` is told by help.
@@ -58,6 +61,12 @@ namespace option {
 [[nodiscard]] Option image(const std::string& what);
 /// TARGET: which set of the target.
 [[nodiscard]] Option targetSet();
+/// --sets LIST: sets of the target, which may be left out.
+[[nodiscard]] Option targetSets(const std::string& what);
+/// DIR, as Arguments::file.
+[[nodiscard]] Option folder(const std::string& what);
+/// --output DIR, which must be given.
+[[nodiscard]] Option outputFolder(const std::string& what);
 /// --into FILE, which must be given, as Arguments::file.
 [[nodiscard]] Option into(const std::string& what);
 /// --output FILE, which must be given.
@@ -79,6 +88,7 @@ namespace option {
 [[nodiscard]] Option json();
 [[nodiscard]] Option onlyReal();
 [[nodiscard]] Option force();
+[[nodiscard]] Option yes(const std::string& what);
 /// --port PORT, which must be given.
 [[nodiscard]] Option port();
 

@@ -17,7 +17,8 @@ inline constexpr int wrongUsage = 2;  ///< nothing was tried
 /// Runs one command as the program does.
 ///
 /// \param arguments without the program's name, in UTF-8
-/// \return a value of exit_code. Nothing is written to any file unless it is `done`.
+/// \return a value of exit_code. No file that the arguments name is written unless it is `done`, but for a
+/// backup of which a set is damaged or missing.
 int runCommandLine(const std::vector<std::string>& arguments, const Console& console);
 
 }  // namespace tessavo::cli

@@ -1,5 +1,9 @@
 #include "cli/command_table.h"
 
+#include <algorithm>
+#include <iterator>
+
+#include "cli/copy_commands.h"
 #include "cli/edit_script.h"
 #include "cli/file_commands.h"
 #include "cli/port_commands.h"
@@ -22,7 +26,7 @@ std::string scriptHelp() {
            "BAND and CROSSOVER\ncount from 0.";
 }
 
-std::vector<CommandRow> makeCommands() {
+std::vector<CommandRow> fileCommands() {
     using namespace option;
     // clang-format off
     return {
@@ -51,6 +55,14 @@ std::vector<CommandRow> makeCommands() {
          .example = "recover --output rescued.eqs", .run = runRecover,
          .options = {json(), anyOutput("Settings file to write; an existing one is left alone"), force()},
          .more = recoverHelp()},
+    };
+    // clang-format on
+}
+
+std::vector<CommandRow> portCommands() {
+    using namespace option;
+    // clang-format off
+    return {
         {.name = "ports", .purpose = "List the serial ports", .example = "ports", .run = runPorts},
         {.name = "versions", .purpose = "Read the target's versions", .example = "versions --port ttyUSB0",
          .run = runVersions,
@@ -71,8 +83,26 @@ std::vector<CommandRow> makeCommands() {
         {.name = "flash", .purpose = "Send a software image to the target",
          .example = "flash software.bin --port ttyUSB0", .run = runFlash,
          .options = {image("Software image, at most 524288 bytes"), port()}},
+        {.name = "backup", .purpose = "Read all sets of the target into a folder",
+         .example = "backup --port ttyUSB0 --output new-backup", .run = runBackup,
+         .options = {port(), outputFolder("Folder to make; one that holds something is left alone")}},
+        {.name = "restore", .purpose = "Put sets of a backup back into the target, which plays each in turn",
+         .example = "restore car-backup --port ttyUSB0 --sets 1,2 --yes", .run = runRestore,
+         .options = {folder("Folder of the backup"), port(),
+                     targetSets("Sets to restore, as 1,2 or default; sets 1 to 5 unless told"),
+                     yes("Do it; without, only what would be done is told")},
+         .more = restoreHelp()},
+        {.name = "verify", .purpose = "Compare the sets of the target with a backup (exit code 1 if any differs)",
+         .example = "verify car-backup --port ttyUSB0", .run = runVerify,
+         .options = {folder("Folder of the backup"), port()}},
     };
     // clang-format on
+}
+
+std::vector<CommandRow> makeCommands() {
+    std::vector<CommandRow> rows = fileCommands();
+    std::ranges::move(portCommands(), std::back_inserter(rows));
+    return rows;
 }
 
 }  // namespace

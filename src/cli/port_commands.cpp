@@ -10,11 +10,13 @@
 #include "cli/command_line.h"
 #include "cli/file_access.h"
 #include "cli/file_commands.h"
+#include "cli/kept_writes.h"
 #include "cli/port_session.h"
 #include "comm/framing.h"
 #include "comm/live_worker.h"
 #include "comm/port_list.h"
 #include "comm/target_commands.h"
+#include "copies/target_sets.h"
 #include "params/tuning_state.h"
 
 namespace tessavo::cli {
@@ -23,10 +25,6 @@ namespace {
 
 constexpr std::string_view exchangeFailedText = "the exchange with the target failed";
 constexpr std::string_view nothingWrittenText = "no file was written";
-
-std::string targetSetText(std::uint8_t targetSet) {
-    return targetSet == 0 ? "the default set" : "set " + std::to_string(targetSet);
-}
 
 // Sends the current set live and waits for its confirmation. Tells what fails.
 bool sendLive(TuningState& tuning, PortSession& session, const CommandContext& context,
@@ -125,6 +123,7 @@ int runWriteSet(const Arguments& arguments, const CommandContext& context) {
                                                    : "whether " + savedSet + " has changed is not known");
         return exit_code::failed;
     }
+    keepWritten(arguments.targetSet, arguments.port, tuning.image(), context.reporter);
     context.console.out << "set " << arguments.set << " was sent, confirmed and saved as " << savedSet
                         << "\n";
     return exit_code::done;

@@ -27,6 +27,9 @@ class PortSession {
     /// Whether the last exchange could not use the port, so that nothing of it was sent.
     [[nodiscard]] bool portUnusable() const { return use_.trouble != serial_result::success; }
 
+    /// Whether any exchange so far could use the port.
+    [[nodiscard]] bool everUsable() const { return use_.everUsable; }
+
     /// Says why the last exchange failed: the interruption, the port, or else `otherwise`.
     /// \param consequence what that means for the target or the files; nothing was sent when no exchange
     /// found the port usable

@@ -1,33 +1,12 @@
 #include "comm/live_worker.h"
 
-#include <algorithm>
-#include <cstring>
 #include <system_error>
 
+#include "comm/set_messages.h"
 #include "comm/target_commands.h"
 #include "comm/transfer_timing.h"
-#include "params/image_digest.h"
 
 namespace tessavo {
-
-namespace {
-
-std::array<std::uint8_t, liveMessageSize> liveMessage(const ParameterImage& image) {
-    const Md5Digest digest = md5Image(image);
-    static_assert(sizeof(ParameterImage) + sizeof(Md5Digest) == liveMessageSize);
-    std::array<std::uint8_t, liveMessageSize> message;
-    std::memcpy(message.data(), &image, sizeof image);
-    std::copy(digest.begin(), digest.end(), message.begin() + sizeof image);
-    return message;
-}
-
-bool isConfirmation(std::span<const std::uint8_t> reply) {
-    return reply.size() >= reply_layout::confirmationBytes &&
-           std::ranges::all_of(reply.first(reply_layout::confirmationBytes),
-                               [](std::uint8_t byte) { return byte == reply_layout::confirmation; });
-}
-
-}  // namespace
 
 LiveOutcome sendLiveImage(TransferEngine& engine, IClock& clock, const ParameterImage& image,
                           std::span<std::uint8_t> reply) {

@@ -11,6 +11,7 @@
 #include "comm/clock.h"
 #include "comm/framing.h"
 #include "comm/line_turns.h"
+#include "comm/set_messages.h"
 #include "comm/transfer_engine.h"
 #include "params/tuning_state.h"
 
@@ -22,8 +23,6 @@ struct LiveOutcome {
     bool answered = false;   ///< the target answered the confirmation request
     bool confirmed = false;  ///< the reply buffer reads as a confirmation
 };
-
-inline constexpr std::size_t liveMessageSize = 3400;
 
 /// Sends an image with its digest and asks the target to confirm it.
 ///

@@ -7,6 +7,7 @@
 
 #include "base/number_text.h"
 #include "comm/framing.h"
+#include "comm/set_messages.h"
 #include "params/image_digest.h"
 
 namespace tessavo {
@@ -26,7 +27,7 @@ std::optional<ReplyBuffer> ask(ITransfers& transfers, std::initializer_list<std:
     return reply;
 }
 
-std::uint32_t littleEndian32(const ReplyBuffer& reply, std::size_t offset) {
+std::uint32_t littleEndian32(std::span<const std::uint8_t> reply, std::size_t offset) {
     std::uint32_t value = 0;
     for (std::size_t i = 4; i-- > 0;) {
         value = (value << 8) | reply[offset + i];
@@ -56,6 +57,11 @@ const std::vector<TargetMessage>& targetMessages() {
          "at most " + std::to_string(softwareImageLimit) + " bytes, then their CRC-16", ""},
     };
     return messages;
+}
+
+TargetVersions versionsOf(std::span<const std::uint8_t> reply) {
+    return {littleEndian32(reply, reply_layout::hardwareVersion),
+            littleEndian32(reply, reply_layout::softwareVersion)};
 }
 
 std::string versionText(std::uint32_t version) {
@@ -89,10 +95,8 @@ bool TargetCommands::SaveSetToRam(std::uint8_t targetSet) {
         boxes_.showPlain(turnOnLiveModeText);
         return false;
     }
-    const Md5Digest digest = md5Image(tuning_.image());
-    std::array<std::uint8_t, 2 + sizeof(Md5Digest)> payload{command_code::saveSet, targetSet};
-    std::copy(digest.begin(), digest.end(), payload.begin() + 2);
-    return reported(Command::saveSet, targetSet, transfers_.SendToTarget(payload, MessageType::blocks128));
+    return reported(Command::saveSet, targetSet,
+                    transfers_.SendToTarget(saveMessage(targetSet, tuning_.image()), MessageType::blocks128));
 }
 
 bool TargetCommands::LoadSetFromRam(std::uint8_t targetSet, const std::function<void()>& refreshPages) {
@@ -128,8 +132,7 @@ std::optional<TargetVersions> TargetCommands::ReadVersions() {
     if (!reported(Command::readVersions, 0, reply.has_value())) {
         return std::nullopt;
     }
-    return TargetVersions{littleEndian32(*reply, reply_layout::hardwareVersion),
-                          littleEndian32(*reply, reply_layout::softwareVersion)};
+    return versionsOf(*reply);
 }
 
 std::optional<ClipState> TargetCommands::ReadClipState() {

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <functional>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -63,6 +64,10 @@ struct TargetVersions {
     std::uint32_t hardware = 0;
     std::uint32_t software = 0;
 };
+
+/// What the reply to command_code::readVersions says.
+/// \param reply at least 20 bytes
+[[nodiscard]] TargetVersions versionsOf(std::span<const std::uint8_t> reply);
 
 /// "0x" and eight upper-case hexadecimal digits.
 [[nodiscard]] std::string versionText(std::uint32_t version);

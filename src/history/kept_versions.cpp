@@ -2,59 +2,26 @@
 
 #include <algorithm>
 #include <array>
-#include <random>
 #include <span>
 #include <system_error>
 #include <tuple>
 #include <utility>
 
-#include "base/number_text.h"
 #include "base/raw_file.h"
+#include "history/kept_names.h"
 #include "history/version_note.h"
 #include "params/set_text.h"
-#include "platform/data_folder.h"
 
 namespace tessavo {
 
+using kept::drop;
+using kept::filesIn;
+using kept::numberOf;
+
 namespace {
 
-constexpr std::size_t numberDigits = 10;
-constexpr std::size_t markDigits = 8;
-constexpr std::size_t idLength = numberDigits + 1 + markDigits;
 constexpr std::string_view noteSuffix = ".txt";
 constexpr std::array<std::string_view, 2> suffixes{".eqs", ".bin"};  // by FileKind
-
-constexpr std::uint64_t largestNumber = 9'999'999'999;
-
-// Later versions have larger numbers, whatever the clock says. Only where somebody has put a file with the
-// largest one there all that come share it, and their times tell which is later.
-std::optional<std::uint64_t> numberOf(std::string_view id) {
-    const auto isDigit = [](char letter) {
-        return (letter >= '0' && letter <= '9') || (letter >= 'A' && letter <= 'F');
-    };
-    if (id.size() != idLength || id[numberDigits] != '-' ||
-        !std::ranges::all_of(id.substr(numberDigits + 1), isDigit)) {
-        return std::nullopt;
-    }
-    return wholeNumber<std::uint64_t>(id.substr(0, numberDigits));
-}
-
-// The mark tells apart what two programs keep at the same time.
-std::string makeId(std::uint64_t number) {
-    std::string digits = std::to_string(number);
-    digits.insert(0, numberDigits - std::min(digits.size(), numberDigits), '0');
-    return digits + '-' + hexNumber(std::random_device{}(), markDigits);
-}
-
-std::vector<std::filesystem::path> filesIn(const std::filesystem::path& folder) {
-    std::vector<std::filesystem::path> files;
-    std::error_code failed;
-    std::filesystem::directory_iterator each(folder, failed);
-    for (; !failed && each != std::filesystem::directory_iterator(); each.increment(failed)) {
-        files.push_back(each->path());
-    }
-    return files;
-}
 
 bool isRegular(const std::filesystem::path& path) {
     std::error_code unknown;
@@ -100,21 +67,6 @@ std::optional<KeptVersion> versionIn(const std::filesystem::path& path) {
         version.time = lastWritten(path);
     }
     return version;
-}
-
-bool makeFolder(const std::filesystem::path& folder) {
-    if (makePrivateFolder(folder)) {
-        return false;
-    }
-    // One that stands already may be open to others.
-    std::error_code ignored;
-    std::filesystem::permissions(folder, std::filesystem::perms::owner_all, ignored);
-    return true;
-}
-
-void drop(const std::filesystem::path& path) {
-    std::error_code ignored;
-    std::filesystem::remove(path, ignored);
 }
 
 // Settings files are never truncated when they are saved, but one that is brought back ends where it ended.
@@ -189,12 +141,11 @@ bool KeptVersions::keepBeside(std::string_view spared, const std::filesystem::pa
     if (newest != versions.end() && newest->size == file->fileSize && read(newest->id) == file->bytes) {
         return true;
     }
-    if (folder_.empty() || !makeFolder(folder_)) {
+    if (folder_.empty() || !kept::makeFolder(folder_)) {
         return false;
     }
     const std::uint64_t last = versions.empty() ? 0 : numberOf(versions.front().id).value_or(0);
-    const std::uint64_t number = std::min(last + 1, largestNumber);
-    const KeptVersion version{makeId(number), place, kind, now_(), file->fileSize};
+    const KeptVersion version{kept::makeId(kept::numberBehind(last)), place, kind, now_(), file->fileSize};
     const std::string note = noteText({place, version.time, version.size, md5(file->bytes)});
     // The bytes come last: where they are, it is known already where they stood.
     if (replaceFile(noteFile(folder_, version.id),
@@ -221,7 +172,7 @@ void KeptVersions::dropOldest(std::string_view spared) const {
     }
     // What has no bytes is left from an end in the middle.
     for (const std::filesystem::path& path : filesIn(folder_)) {
-        const std::string id = utf8FromPath(path.filename()).substr(0, idLength);
+        const std::string id = utf8FromPath(path.filename()).substr(0, kept::idLength);
         if (numberOf(id) && numberOf(id) < numberOf(versions.front().id) &&
             !std::ranges::count(versions, id, &KeptVersion::id)) {
             drop(path);

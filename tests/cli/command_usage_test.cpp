@@ -16,9 +16,9 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::StartsWith;
 
-constexpr std::array commands{"new",    "show",  "diff",      "edit",     "export",
-                              "import", "curve", "recover",   "ports",    "versions",
-                              "clip",   "live",  "write-set", "read-set", "flash"};
+constexpr std::array commands{"new",       "show",     "diff",  "edit",     "export",  "import",
+                              "curve",     "recover",  "ports", "versions", "clip",    "live",
+                              "write-set", "read-set", "flash", "backup",   "restore", "verify"};
 
 TEST(CommandUsage, VersionNamesTheProgram) {
     const CommandResult result = run({"--version"});

@@ -9,10 +9,12 @@
 #include <thread>
 #include <unistd.h>
 
+#include "base/md5.h"
 #include "cli/cli_fixture.h"
 #include "cli/command_table.h"
 #include "comm/port_list.h"
 #include "comm/serial.h"
+#include "copies/backup_folder.h"
 #include "platform/process.h"
 #include "support/environment.h"
 #include "support/waiting.h"
@@ -98,6 +100,11 @@ class PortTrouble : public CommandTest {
         std::vector<std::string> words;
         std::istringstream text(example);
         for (std::string word; text >> word;) {
+            if (word.ends_with("-backup")) {
+                words.push_back(path(word));
+                makeBackup(words.back());
+                continue;
+            }
             if (word.find('.') == std::string::npos) {
                 words.push_back(word);
                 continue;
@@ -111,6 +118,20 @@ class PortTrouble : public CommandTest {
             }
         }
         return words;
+    }
+
+    /// The folder of a backup, unless it is one that a command is to write.
+    static void makeBackup(const std::string& folder) {
+        if (folder.ends_with("new-backup") || std::filesystem::exists(folder)) {
+            return;
+        }
+        TargetCopy copy;
+        for (SetCopy& set : copy.sets) {
+            const auto digest = md5(std::span(set.reply).first(parameterImageSize));
+            std::ranges::copy(digest, set.reply.begin() + reply_layout::imageDigest);
+            set.state = SetState::sound;
+        }
+        ASSERT_EQ(writeBackup(folder, copy), "");
     }
 
     void expectAllFail(const std::string& port, const std::string& reason) {

@@ -17,6 +17,7 @@ std::span<const Room> houseRooms() {
         {"history", 4, false, "undo and redo, recovery file, earlier versions of files"},
         {"compare", 5, false, "two sets side by side, copies of elements, channels and sets"},
         {"pages/rows", 5, false, "what stands on each page, as tables"},
+        {"copies", 5, false, "copies of the target: backups, restoring them, what was written into it"},
         {"target", 5, false, "the simulated target"},
         {"pages/form", 6, true, "makes the controls of a page's rows, keeps them bound to their fields"},
         {"cli", 6, false, "tessavoctl"},

@@ -26,7 +26,7 @@ class VirtualClock final : public IClock {
 };
 
 /// A line wired to a device, in virtual time.
-class DeviceLine final : public ILine {
+class DeviceLine : public ILine {
  public:
     /// \param opens false for a port that is not there
     DeviceLine(TargetDevice& device, VirtualClock& clock, bool opens = true)
