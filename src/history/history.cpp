@@ -101,27 +101,35 @@ void History::endGesture() {
 }
 
 bool History::commit(std::string text) {
-    if (!isChanged_ || isBusy()) {
+    return isChanged_ && commit(std::move(text), Needs::change);
+}
+
+bool History::commitAlways(std::string text) {
+    return commit(std::move(text), Needs::nothing);
+}
+
+bool History::commit(std::string text, Needs needs) {
+    if (isBusy()) {
         return false;
     }
     isChanged_ = false;
     tuning_.takeSnapshot(*scratch_);
-    const bool isStep = addStep(std::move(text), *scratch_);
+    const bool isStep = addStep(std::move(text), *scratch_, needs);
     // Without a step, too, what can be undone and redone may differ from what it was while it was in the making.
     tell(isStep ? HistoryEvent::stepsChanged : HistoryEvent::tuningChanged);
     return isStep;
 }
 
-bool History::addStep(std::string text, const TuningSnapshot& after, bool evenFromElsewhere) {
+bool History::addStep(std::string text, const TuningSnapshot& after, Needs needs) {
     auto step = std::make_shared<Step>();
     step->change = ByteDiff::between(bytesOf(std::as_const(*begun_)), bytesOf(after));
-    if (step->change.empty() && !evenFromElsewhere) {
+    if (step->change.empty() && needs == Needs::change) {
         return false;
     }
     if (beganElsewhere_) {
         step->lead = ByteDiff::between(bytesOf(std::as_const(*settled_)), bytesOf(std::as_const(*begun_)));
     }
-    if (step->change.empty() && step->lead.empty()) {
+    if (step->change.empty() && step->lead.empty() && needs != Needs::nothing) {
         return false;
     }
     step->text = text.empty() ? describeStep(*begun_, after) : std::move(text);
@@ -258,11 +266,15 @@ void History::markConfirmed(const ParameterImage& image, std::string text) {
     const auto equals = [&image](const ParameterImage& other) {
         return std::ranges::equal(std::as_bytes(std::span(&image, 1)), std::as_bytes(std::span(&other, 1)));
     };
+    markConfirmedWhere(equals, std::move(text));
+}
+
+void History::markConfirmedWhere(const std::function<bool(const ParameterImage&)>& plays, std::string text) {
     // A slider that is held has not sent anything since it was pressed.
-    if (gesture_ != Gesture::press && equals(tuning_.image())) {
+    if (gesture_ != Gesture::press && plays(tuning_.image())) {
         commit();
     }
-    if (equals(begun_->image)) {
+    if (plays(begun_->image)) {
         addMark(MarkKind::confirmed, std::move(text));
     }
 }
@@ -291,7 +303,7 @@ bool History::adopt(const Trail& trail, std::string text) {
     }
     endGesture();
     // The steps of the trail begin with its first state, not with the one after the last step of this run.
-    addStep(std::move(text), *first, true);
+    addStep(std::move(text), *first, Needs::changeOrLead);
     dropUndone();
     for (const auto& step : trail.done) {
         append(step);

@@ -90,6 +90,8 @@ class History {
     /// \param text what the step did; found by comparing when empty
     /// \return whether a step was made
     bool commit(std::string text = {});
+    /// The same for what counts as a step even where it has changed nothing.
+    bool commitAlways(std::string text);
 
     // --- back and forth; each ends a step in the making first, and does nothing while a change is under way
 
@@ -125,6 +127,9 @@ class History {
     /// The target has confirmed an image. Where it is that of the state as it stands, or of the last step,
     /// that gets the mark, and no later change joins that step.
     void markConfirmed(const ParameterImage& image, std::string text);
+    /// The same where the target holds a copy that is made of an image.
+    /// \param plays whether what the target has confirmed is what belongs to an image
+    void markConfirmedWhere(const std::function<bool(const ParameterImage&)>& plays, std::string text);
     /// Something was told.
     void markNotice(std::string text);
 
@@ -151,9 +156,11 @@ class History {
     void take(TuningEvent event);
     void tell(HistoryEvent event) const;
     [[nodiscard]] bool isBusy() const { return isMoving_ || tuning_.changeRuns(); }
-    /// \param evenFromElsewhere makes a step also where nothing but the lead differs
+    /// What has to differ for a step to be made.
+    enum class Needs : std::uint8_t { change, changeOrLead, nothing };
     /// \return whether a step was made
-    bool addStep(std::string text, const TuningSnapshot& after, bool evenFromElsewhere = false);
+    bool addStep(std::string text, const TuningSnapshot& after, Needs needs);
+    bool commit(std::string text, Needs needs);
     void append(std::shared_ptr<const Step> step);
     void dropOldest();
     void dropUndone();

@@ -55,7 +55,8 @@ TEST(LevelMatching, LowersTheLouderSideToTheNearestStepAndNeverRaises) {
                                             {3.01, 6U},
                                             {-0.3, 0U},
                                             {-12.0, 0U}}) {
-        EXPECT_EQ(matchLevel(image, -20.0 + difference, -20.0), (LevelMatch{.loweredSteps = steps})) << difference;
+        EXPECT_EQ(matchLevel(image, -20.0 + difference, -20.0), (LevelMatch{.loweredSteps = steps}))
+            << difference;
     }
 }
 
@@ -71,7 +72,8 @@ TEST(LevelMatching, TheLowestChannelWithASourceEndsItAndTheRestIsMissing) {
         EXPECT_EQ(matchLevel(image, 3.5, 0.0), (LevelMatch{.missingSteps = 7, .lowest = channel}));
         EXPECT_EQ(matchLevel(image, 0.0, 3.5), LevelMatch{}) << "the softer one misses nothing";
         image.routerSource[channel.value] = 0;
-        EXPECT_EQ(matchLevel(image, 3.5, 0.0), (LevelMatch{.loweredSteps = 7})) << "nobody hears that channel";
+        EXPECT_EQ(matchLevel(image, 3.5, 0.0), (LevelMatch{.loweredSteps = 7}))
+            << "nobody hears that channel";
     }
 }
 

@@ -174,7 +174,8 @@ TEST(Loudness, TheInputSideCountsUnlessItIsBypassed) {
     input[4] = wordsOf(0.5, 0.5, 0.0);
     image.channels[0].bandWords[0] = wordsOf(0.5, 0.5, 0.0);
     EXPECT_NEAR(loudnessDb(image, input),
-                meanDb([](double hz) { return std::pow(std::cos(std::numbers::pi * hz / rateHz), 4.0); }), 0.005);
+                meanDb([](double hz) { return std::pow(std::cos(std::numbers::pi * hz / rateHz), 4.0); }),
+                0.005);
 }
 
 TEST(Loudness, WordsThatNobodyWouldComputeGiveNoLoudnessOrAFiniteOne) {
@@ -185,7 +186,8 @@ TEST(Loudness, WordsThatNobodyWouldComputeGiveNoLoudnessOrAFiniteOne) {
     muted.channels[0].gainWord = 0;
     EXPECT_TRUE(std::isinf(loudness(muted)));
     ParameterImage odd = oneChannel();
-    odd.channels[0].bandWords.fill({.b0 = INT32_MIN, .b1 = INT32_MAX, .b2 = INT32_MIN, .a1 = 1, .a2 = INT32_MAX});
+    odd.channels[0].bandWords.fill(
+        {.b0 = INT32_MIN, .b1 = INT32_MAX, .b2 = INT32_MIN, .a1 = 1, .a2 = INT32_MAX});
     odd.routerSource.fill(0xFFFFFFFF);
     EXPECT_FALSE(std::isnan(loudness(odd)));
 }
