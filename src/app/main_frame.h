@@ -21,6 +21,7 @@ class QScreen;
 
 namespace tessavo {
 
+class AbCommands;
 class CommLink;
 class CTessavoView;
 class EditMenu;
@@ -31,6 +32,7 @@ class InputHold;
 class NarrowView;
 class SessionKeeper;
 class TargetDisplay;
+class ToolsMenu;
 class UndoCommands;
 
 /// The program's one window: menu, view, status bar. Its size is fixed; on a screen too low for it only the
@@ -63,6 +65,7 @@ class CMainFrame : public QWidget {
     [[nodiscard]] StatusLine& statusLine() { return *status_; }
     [[nodiscard]] SettingsCommands& commands() { return commands_; }
     [[nodiscard]] UndoCommands& undoCommands() { return *undo_; }
+    [[nodiscard]] AbCommands& abCommands() { return *abCommands_; }
     [[nodiscard]] FileNewsDisplay& fileNews() { return *fileNews_; }
     /// The menu's action of this text, for the keyboard and for tests; null where there is none.
     [[nodiscard]] QAction* action(const QString& text) const;
@@ -129,6 +132,8 @@ class CMainFrame : public QWidget {
     std::unique_ptr<UndoCommands> undo_;
     std::unique_ptr<FileNewsDisplay> fileNews_;
     std::unique_ptr<EditMenu> editMenu_;
+    std::unique_ptr<ToolsMenu> toolsMenu_;
+    std::unique_ptr<AbCommands> abCommands_;
     std::unique_ptr<SessionKeeper> keeper_;
     std::function<bool()> nothingToLose_;
     std::unique_ptr<TargetDisplay> targetDisplay_;
