@@ -6,6 +6,13 @@
 
 namespace tessavo {
 
+namespace {
+
+// Twice what two rounds take, one of which may have begun, with a question for the clip state between them.
+constexpr Milliseconds plainImageWait{15000};
+
+}  // namespace
+
 CommLink::CommLink(TuningState& tuning, IMessageBox& boxes, LineMaker makeLine)
     : tuning_(tuning),
       makeLine_(std::move(makeLine)),
@@ -22,7 +29,7 @@ CommLink::CommLink(TuningState& tuning, IMessageBox& boxes, LineMaker makeLine)
       worker_(
           tuning, liveEngine_, clock_, verdictBoxes_,
           [this](LiveWorker::State state, const ParameterImage& image) { noteWorkerState(state, image); },
-          &turns_) {}
+          &turns_, &played_) {}
 
 TransferEngine::Dependencies CommLink::dependenciesFor(LineUser user, IMessageBox& boxes) {
     return {.makeLine = makeLine_,
@@ -68,6 +75,7 @@ void CommLink::shutDown() {
 
 void CommLink::cancelExchanges() {
     turns_.end();
+    gate_.end();
     clock_.interrupt();
     for (TransferEngine* engine : {&commandEngine_, &liveEngine_, &pollEngine_}) {
         engine->cancel();
@@ -93,14 +101,33 @@ void CommLink::setPortName(const std::string& name) {
     Q_EMIT portNameChanged(QString::fromStdString(name));
 }
 
-bool CommLink::imageIsConfirmed() const {
+bool CommLink::isConfirmed(const ParameterImage& image) const {
     const auto confirmed = confirmedImage();
-    const auto bytesOf = [](const ParameterImage& image) { return std::as_bytes(std::span(&image, 1)); };
-    return confirmed && std::ranges::equal(bytesOf(*confirmed), bytesOf(tuning_.image()));
+    const auto bytesOf = [](const ParameterImage& each) { return std::as_bytes(std::span(&each, 1)); };
+    return confirmed && std::ranges::equal(bytesOf(*confirmed), bytesOf(played_.of(image)));
+}
+
+bool CommLink::playPlainImage() {
+    if (!tuning_.liveMode() || (played_.isPlain() && !gate_.isNeeded())) {
+        return true;
+    }
+    if (foreground_.running()) {
+        return false;
+    }
+    Q_EMIT plainImageNeeded();
+    played_.setLoweredSteps(0);
+    notePlayedCopy();
+    const std::uint64_t rounds = gate_.rounds();
+    tuning_.raiseUpdatePending();
+    const bool confirmed =
+        foreground_.waitFor([&] { return gate_.wait(rounds, plainImageWait); }) && imageIsConfirmed();
+    Q_EMIT plainImageEnded(confirmed);
+    return confirmed;
 }
 
 void CommLink::noteWorkerState(LiveWorker::State state, const ParameterImage& image) {
     live_.note(state, image);
+    gate_.note(state, played_.tookPlain());
     liveTransferRuns_ = state == LiveWorker::State::sending;
     calls_.call([this, state] { Q_EMIT workerState(state); });
 }

@@ -17,6 +17,8 @@
 #include "comm/live_record.h"
 #include "comm/live_worker.h"
 #include "comm/page/foreground_transfers.h"
+#include "comm/plain_image_gate.h"
+#include "comm/played_copy.h"
 #include "comm/serial_port_line.h"
 #include "comm/target_commands.h"
 #include "comm/transfer_engine.h"
@@ -66,11 +68,26 @@ class CommLink : public QObject, private ICommLog {
     /// True while any exchange has the port, a background thread's included; exchangeEnded() is emitted once
     /// it is false again. Any thread.
     [[nodiscard]] bool exchangeRuns() const { return exchanges_ > 0; }
-    /// The image that the target has confirmed last; nothing before that and after a later exchange of any
+    /// What the copy that Live Mode sends is made with. Whoever changes its terms raises `updatePending`, where the copy
+    /// is to be sent, and calls notePlayedCopy().
+    [[nodiscard]] PlayedCopy& played() { return played_; }
+    [[nodiscard]] const PlayedCopy& played() const { return played_; }
+    /// The terms of the played copy have changed.
+    void notePlayedCopy() { Q_EMIT playedCopyChanged(); }
+    /// Sees to it that the target holds the image as it stands, and not a copy that plays otherwise: to be called
+    /// before the target is told to save what it holds. Where neither the terms nor an earlier copy are in the way, or
+    /// Live Mode is off, nothing happens. Otherwise the terms are taken away, the image is sent and its confirmation
+    /// awaited, while the window lives and further input waits.
+    /// \return false when the target has not confirmed it
+    bool playPlainImage();
+
+    /// The copy that the target has confirmed last; nothing before that and after a later exchange of any
     /// kind that failed: the target may have lost its memory meanwhile.
     [[nodiscard]] std::optional<ParameterImage> confirmedImage() const { return live_.confirmed(); }
-    /// Whether that image is the program's as it stands.
-    [[nodiscard]] bool imageIsConfirmed() const;
+    /// Whether the target has confirmed exactly the copy that belongs to this image now.
+    [[nodiscard]] bool isConfirmed(const ParameterImage& image) const;
+    /// The same for the program's image as it stands.
+    [[nodiscard]] bool imageIsConfirmed() const { return isConfirmed(tuning_.image()); }
     /// From now on nothing counts as confirmed until the next confirmation.
     void forgetConfirmation() { live_.forget(); }
     /// The next box of a background command is shown, even if it repeats the one before. Another port and an
@@ -89,6 +106,11 @@ class CommLink : public QObject, private ICommLog {
     /// The box about a port that did not open is closed.
     void portBoxClosed(tessavo::LineUser user);
     void workerState(tessavo::LiveWorker::State state);
+    void playedCopyChanged();
+    /// The terms of the played copy are taken away, because what the target holds is to be saved.
+    void plainImageNeeded();
+    /// What came of that.
+    void plainImageEnded(bool confirmed);
     /// A box of a background command is not shown, because it repeats the one before.
     /// \param times it has come, the shown one included; 0 from when they are forgotten
     void boxRepeated(int times);
@@ -118,6 +140,8 @@ class CommLink : public QObject, private ICommLog {
     mutable std::mutex guard_;
     std::string portName_;
     LiveRecord live_;
+    PlayedCopy played_;
+    PlainImageGate gate_;
     std::atomic<bool> liveTransferRuns_ = false;
     std::atomic<int> exchanges_ = 0;  ///< one may begin before the end of the one before it is told
     SystemClock clock_;

@@ -17,6 +17,7 @@
 #include <array>
 #include <utility>
 
+#include "app/ab_commands.h"
 #include "app/about_dialog.h"
 #include "app/comm_link.h"
 #include "app/edit_menu.h"
@@ -26,6 +27,7 @@
 #include "app/session_keeper.h"
 #include "app/target_display.h"
 #include "app/tessavo_view.h"
+#include "app/tools_menu.h"
 #include "app/ui_file_dialogs.h"
 #include "app/undo_commands.h"
 #include "controls/theme.h"
@@ -188,6 +190,10 @@ void CMainFrame::makeMenus() {
     fillRecentFiles();
 
     editMenu_ = std::make_unique<EditMenu>(*undo_, *menuBar_);
+    toolsMenu_ = std::make_unique<ToolsMenu>(*menuBar_);
+    abCommands_ = std::make_unique<AbCommands>(
+        AbCommands::Dependencies{dependencies_.tuning, dependencies_.history, dependencies_.link, *undo_,
+                                 *view_, *status_, *toolsMenu_});
     QMenu* help = menuBar_->addMenu(QStringLiteral("&Help"));
     add(help, "&About", QKeySequence(Qt::Key_F1), &CMainFrame::showAbout);
 }

@@ -20,6 +20,7 @@ class QScreen;
 
 namespace tessavo {
 
+class AbCommands;
 class CommLink;
 class CTessavoView;
 class EditMenu;
@@ -30,6 +31,7 @@ class IChartHost;
 class NarrowView;
 class SessionKeeper;
 class TargetDisplay;
+class ToolsMenu;
 class UndoCommands;
 
 /// The program's one window: menu, view, status bar. Its size is fixed; on a screen too low for it only the
@@ -62,6 +64,7 @@ class CMainFrame : public QWidget {
     [[nodiscard]] StatusLine& statusLine() { return *status_; }
     [[nodiscard]] SettingsCommands& commands() { return commands_; }
     [[nodiscard]] UndoCommands& undoCommands() { return *undo_; }
+    [[nodiscard]] AbCommands& abCommands() { return *abCommands_; }
     [[nodiscard]] FileNewsDisplay& fileNews() { return *fileNews_; }
     /// The menu's action of this text, for the keyboard and for tests; null where there is none.
     [[nodiscard]] QAction* action(const QString& text) const;
@@ -121,6 +124,8 @@ class CMainFrame : public QWidget {
     std::unique_ptr<UndoCommands> undo_;
     std::unique_ptr<FileNewsDisplay> fileNews_;
     std::unique_ptr<EditMenu> editMenu_;
+    std::unique_ptr<ToolsMenu> toolsMenu_;
+    std::unique_ptr<AbCommands> abCommands_;
     std::unique_ptr<SessionKeeper> keeper_;
     std::unique_ptr<TargetDisplay> targetDisplay_;
     std::unique_ptr<FrameClosing> closing_;

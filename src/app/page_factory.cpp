@@ -33,6 +33,7 @@ CTabDialog* makeCommunication(const PageDependencies& dependencies) {
         .refreshPages = dependencies.refreshPages,
         .lastPort = dependencies.firstPort,
         .describePort = dependencies.describePort,
+        .prepareSave = [&link] { return link.playPlainImage(); },
     });
     QObject::connect(&link, &CommLink::lineLogged, page, &CCommunication::Log);
     QObject::connect(&link, &CommLink::blockSent, page,

@@ -41,6 +41,7 @@ void TargetDisplay::followLine() {
     follow(link, &CommLink::portNameChanged, [this](const QString& name) { follower_.setPort(name); });
     follow(link, &CommLink::workerState,
            [this](LiveWorker::State state) { follower_.workerState(state, QTime::currentTime()); });
+    follow(link, &CommLink::playedCopyChanged, [] {});
     follow(link, &CommLink::exchangeBegan, [this](LineUser user) { follower_.exchangeBegan(user); });
     follow(link, &CommLink::exchangeEnded, [this](LineUser user, ExchangeEnd end) {
         follower_.exchangeEnded(user, end, QTime::currentTime());
@@ -79,7 +80,8 @@ void TargetDisplay::show() {
     dependencies_.status.setTarget(
         follower_.status({.liveMode = tuning.liveMode(),
                           .updatePending = tuning.updatePending(),
-                          .confirmedAsItStands = dependencies_.link.imageIsConfirmed()}));
+                          .confirmedAsItStands = dependencies_.link.imageIsConfirmed(),
+                          .levelMatched = !dependencies_.link.played().isPlain()}));
 }
 
 }  // namespace tessavo

@@ -305,7 +305,11 @@ TargetFollower::Telling TargetFollower::telling(const Context& context) const {
                 answeredAt_.isValid() ? atTime(QStringLiteral("last answer"), answeredAt_) : QString(), true};
     }
     if (context.confirmedAsItStands && confirmedAt_.isValid()) {
-        return {Light::confirmed, atTime(QStringLiteral("confirmed"), confirmedAt_), true};
+        return {Light::confirmed,
+                atTime(context.levelMatched ? QStringLiteral("confirmed, level matched")
+                                            : QStringLiteral("confirmed"),
+                       confirmedAt_),
+                true};
     }
     // A slider is being dragged, another set was chosen, or the target may have lost what it had: the next
     // edit brings it there.

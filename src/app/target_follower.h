@@ -22,7 +22,9 @@ class TargetFollower {
     struct Context {
         bool liveMode = false;
         bool updatePending = false;
-        bool confirmedAsItStands = false;  ///< the target's last confirmed image is the program's image
+        bool confirmedAsItStands =
+            false;                  ///< the target's last confirmed image is the one that is to play now
+        bool levelMatched = false;  ///< that is a level matched copy and not the program's image
     };
 
     /// Another port starts without a past.

@@ -94,8 +94,12 @@ bool UndoCommands::move(const std::function<bool()>& act, const std::function<QS
     const QString words = text();
     auto before = std::make_unique<TuningSnapshot>();
     dependencies_.tuning.takeSnapshot(*before);
-    if (!act()) {
-        return false;
+    {
+        // What is played may change with the steps.
+        const SemaphoreHold hold = dependencies_.link.played().hold();
+        if (!act()) {
+            return false;
+        }
     }
     auto after = std::make_unique<TuningSnapshot>();
     dependencies_.tuning.takeSnapshot(*after);
@@ -178,9 +182,10 @@ void UndoCommands::noteConfirmation(LiveWorker::State state) {
     if (state != LiveWorker::State::confirmed) {
         return;
     }
-    if (const auto image = dependencies_.link.confirmedImage()) {
-        dependencies_.history.markConfirmed(*image, "confirmed");
-    }
+    const CommLink& link = dependencies_.link;
+    dependencies_.history.markConfirmedWhere(
+        [&link](const ParameterImage& image) { return link.isConfirmed(image); },
+        link.played().isPlain() ? "confirmed" : "confirmed, level matched");
 }
 
 }  // namespace tessavo

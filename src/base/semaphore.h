@@ -9,9 +9,9 @@ namespace tessavo {
 /// A binary semaphore, free at first. At most one holder at a time; any thread may take it, and any thread
 /// may release it, also one that did not take it.
 ///
-/// The program has three: one guards the store and the image while a whole set changes, the second guards the
-/// image while an edit writes it, the third guards the line during an exchange with the target. A holder that
-/// takes its semaphore again waits for itself.
+/// The program has four: one guards the store and the image while a whole set changes, the second guards the
+/// image while an edit writes it, the third guards the line during an exchange with the target, the fourth
+/// keeps image and played terms together. A holder that takes its semaphore again waits for itself.
 class CSemaphore {
  public:
     CSemaphore() = default;

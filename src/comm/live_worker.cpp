@@ -22,13 +22,14 @@ LiveOutcome sendLiveImage(TransferEngine& engine, IClock& clock, const Parameter
 }
 
 LiveWorker::LiveWorker(TuningState& tuning, TransferEngine& engine, IClock& clock, IMessageBox& boxes,
-                       Observer observer, LineTurns* turns)
+                       Observer observer, LineTurns* turns, PlayedCopy* played)
     : tuning_(tuning),
       engine_(engine),
       clock_(clock),
       boxes_(boxes),
       observer_(std::move(observer)),
-      turns_(turns) {}
+      turns_(turns),
+      played_(played) {}
 
 LiveWorker::~LiveWorker() {
     stop();
@@ -68,7 +69,7 @@ void LiveWorker::step() {
 
 void LiveWorker::sendRound() {
     // What is sent and what is told of it must be one copy: the image goes on changing.
-    const ParameterImage image = tuning_.imageCopy();
+    const ParameterImage image = played_ != nullptr ? played_->take(tuning_) : tuning_.imageCopy();
     notify(State::sending, image);
     const LiveOutcome outcome = sendLiveImage(engine_, clock_, image, reply_);
     if (ending()) {

@@ -11,6 +11,7 @@
 #include "comm/clock.h"
 #include "comm/framing.h"
 #include "comm/line_turns.h"
+#include "comm/played_copy.h"
 #include "comm/set_messages.h"
 #include "comm/transfer_engine.h"
 #include "params/tuning_state.h"
@@ -51,8 +52,9 @@ class LiveWorker {
 
     /// Everything outlives the worker.
     /// \param turns in which rounds are sent; null where nobody else asks for one
+    /// \param played makes the copy that is sent; null where that is always the image itself
     LiveWorker(TuningState& tuning, TransferEngine& engine, IClock& clock, IMessageBox& boxes,
-               Observer observer = {}, LineTurns* turns = nullptr);
+               Observer observer = {}, LineTurns* turns = nullptr, PlayedCopy* played = nullptr);
     /// Stops and joins.
     ~LiveWorker();
     LiveWorker(const LiveWorker&) = delete;
@@ -85,6 +87,7 @@ class LiveWorker {
     IMessageBox& boxes_;
     Observer observer_;
     LineTurns* turns_;
+    PlayedCopy* played_;
     std::array<std::uint8_t, maximumFrameSize> reply_{};
     std::atomic<bool> stopping_ = false;
     std::thread thread_;

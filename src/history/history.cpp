@@ -110,28 +110,36 @@ void History::endGesture() {
 }
 
 bool History::commit(std::string text) {
-    if (!isChanged_ || isBusy()) {
+    return isChanged_ && commit(std::move(text), Needs::change);
+}
+
+bool History::commitAlways(std::string text) {
+    return commit(std::move(text), Needs::nothing);
+}
+
+bool History::commit(std::string text, Needs needs) {
+    if (isBusy()) {
         return false;
     }
     isChanged_ = false;
     passed_.clear();
     tuning_.takeSnapshot(*scratch_);
-    const bool isStep = addStep(std::move(text), *scratch_);
+    const bool isStep = addStep(std::move(text), *scratch_, needs);
     // Without a step, too, what can be undone and redone may differ from what it was while it was in the making.
     tell(isStep ? HistoryEvent::stepsChanged : HistoryEvent::tuningChanged);
     return isStep;
 }
 
-bool History::addStep(std::string text, const TuningSnapshot& after, bool evenFromElsewhere) {
+bool History::addStep(std::string text, const TuningSnapshot& after, Needs needs) {
     auto step = std::make_shared<Step>();
     step->change = ByteDiff::between(bytesOf(std::as_const(*begun_)), bytesOf(after));
-    if (step->change.empty() && !evenFromElsewhere) {
+    if (step->change.empty() && needs == Needs::change) {
         return false;
     }
     if (beganElsewhere_) {
         step->lead = ByteDiff::between(bytesOf(std::as_const(*settled_)), bytesOf(std::as_const(*begun_)));
     }
-    if (step->change.empty() && step->lead.empty()) {
+    if (step->change.empty() && step->lead.empty() && needs != Needs::nothing) {
         return false;
     }
     step->text = text.empty() ? describeStep(*begun_, after) : std::move(text);
@@ -265,15 +273,19 @@ void History::markSaved(std::string text) {
 }
 
 void History::markConfirmed(const ParameterImage& image, std::string text) {
+    markConfirmedWhere([&image](const ParameterImage& other) { return isSame(image, other); }, std::move(text));
+}
+
+void History::markConfirmedWhere(const ImageTest& plays, std::string text) {
     // One press-to-release is one step, even where a control sends each of its moves.
     if (gesture_ != Gesture::press) {
-        if (isSame(image, tuning_.image())) {
+        if (plays(tuning_.image())) {
             commit();
         } else {
-            partRunAt(image);
+            partRunWhere(plays);
         }
     }
-    if (isSame(image, begun_->image)) {
+    if (plays(begun_->image)) {
         addMark(MarkKind::confirmed, std::move(text));
     }
 }
@@ -293,13 +305,13 @@ void History::notePassed() {
     }
 }
 
-void History::partRunAt(const ParameterImage& image) {
+void History::partRunWhere(const ImageTest& plays) {
     if (isBusy()) {
         return;
     }
     *scratch_ = *passing_;
     for (std::size_t count = passed_.size(); count > 0; --count) {
-        if (isSame(image, scratch_->image)) {
+        if (plays(scratch_->image)) {
             passed_.erase(passed_.begin(), passed_.begin() + static_cast<std::ptrdiff_t>(count));
             if (addStep({}, *scratch_)) {
                 tell(HistoryEvent::stepsChanged);
@@ -334,7 +346,7 @@ bool History::adopt(const Trail& trail, std::string text) {
     }
     endGesture();
     // The steps of the trail begin with its first state, not with the one after the last step of this run.
-    addStep(std::move(text), *first, true);
+    addStep(std::move(text), *first, Needs::changeOrLead);
     dropUndone();
     for (const auto& step : trail.done) {
         append(step);

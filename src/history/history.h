@@ -90,6 +90,8 @@ class History {
     /// \param text what the step did; found by comparing when empty
     /// \return whether a step was made
     bool commit(std::string text = {});
+    /// The same for what counts as a step even where it has changed nothing.
+    bool commitAlways(std::string text);
 
     // --- back and forth; each ends a step in the making first, and does nothing while a change is under way
 
@@ -126,6 +128,10 @@ class History {
     /// that gets the mark, and no later change joins that step. Where a run in Live Mode has left it already,
     /// the run is parted there into two steps, of which the first gets the mark. A press stays one step.
     void markConfirmed(const ParameterImage& image, std::string text);
+    using ImageTest = std::function<bool(const ParameterImage&)>;
+    /// The same where the target holds a copy that is made of an image.
+    /// \param plays whether what the target has confirmed is what belongs to an image
+    void markConfirmedWhere(const ImageTest& plays, std::string text);
     /// Something was told.
     void markNotice(std::string text);
 
@@ -152,16 +158,18 @@ class History {
     void take(TuningEvent event);
     void tell(HistoryEvent event) const;
     [[nodiscard]] bool isBusy() const { return isMoving_ || tuning_.changeRuns(); }
-    /// \param evenFromElsewhere makes a step also where nothing but the lead differs
+    /// What has to differ for a step to be made.
+    enum class Needs : std::uint8_t { change, changeOrLead, nothing };
     /// \return whether a step was made
-    bool addStep(std::string text, const TuningSnapshot& after, bool evenFromElsewhere = false);
+    bool addStep(std::string text, const TuningSnapshot& after, Needs needs);
+    bool commit(std::string text, Needs needs);
     void append(std::shared_ptr<const Step> step);
     void dropOldest();
     void dropUndone();
     void addMark(MarkKind kind, std::string text);
     void show(const TuningSnapshot& target);
     void notePassed();
-    void partRunAt(const ParameterImage& image);
+    void partRunWhere(const ImageTest& plays);
 
     TuningState& tuning_;
     std::function<WallTime()> now_;

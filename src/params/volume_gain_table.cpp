@@ -12,6 +12,8 @@ namespace {
 
 constexpr double highestLevelDb = 42.0;
 constexpr double levelStepDb = 0.5;
+constexpr auto lowestChannelEntry =
+    static_cast<std::size_t>((highestLevelDb - static_cast<double>(lowestChannelGainDb)) / levelStepDb);
 constexpr double unityGainWord = 16777216.0;
 constexpr double receivedSamplesPerMs = 48.0;
 
@@ -51,6 +53,22 @@ double levelOfGainWord(std::uint32_t gainWord) {
     const auto entry = std::find_if(table.begin() + 1, table.end() - 1,
                                     [&](const auto& e) { return e.gainWord <= gainWord; });
     return entry->levelDb;
+}
+
+unsigned stepsAboveLowest(std::uint32_t gainWord) {
+    const auto& table = volumeGainTable();
+    const auto lowest = table.begin() + lowestChannelEntry;
+    const auto entry =
+        std::find_if(table.begin(), lowest, [&](const auto& e) { return e.gainWord <= gainWord; });
+    return static_cast<unsigned>(lowest - entry);
+}
+
+std::uint32_t loweredGainWord(std::uint32_t gainWord, unsigned steps) {
+    const unsigned room = stepsAboveLowest(gainWord);
+    if (steps == 0 || room == 0) {
+        return gainWord;
+    }
+    return volumeGainTable()[lowestChannelEntry - (room - std::min(room, steps))].gainWord;
 }
 
 std::uint32_t delaySamplesOf(float delayMs, float groupDelayMs) {

@@ -32,6 +32,14 @@ inline constexpr float highestChannelGainDb = 18.0F;
 /// the search begins at the second entry. Where all words are greater, it is the level of the last entry.
 [[nodiscard]] double levelOfGainWord(std::uint32_t gainWord);
 
+/// Steps of the table from the level of a gain word down to -6 dB; 0 for a lower one. A word between two entries has the
+/// level of the lower one.
+[[nodiscard]] unsigned stepsAboveLowest(std::uint32_t gainWord);
+
+/// The gain word so many steps of the table lower, but not below -6 dB. A word that is not higher than that stays as it
+/// is, and so does every word for 0 steps.
+[[nodiscard]] std::uint32_t loweredGainWord(std::uint32_t gainWord, unsigned steps);
+
 /// Delay in samples for a delay and a group delay in ms: their sum at 49.5 samples per ms, rounded to the
 /// nearest sample. A negative sum gives 0.
 [[nodiscard]] std::uint32_t delaySamplesOf(float delayMs, float groupDelayMs);

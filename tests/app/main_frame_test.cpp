@@ -209,13 +209,17 @@ TEST_F(MainFrame, HasItsMenus) {
     for (const QAction* action : frame->findChild<QMenuBar*>()->actions()) {
         titles << action->text().remove(QLatin1Char('&'));
     }
-    EXPECT_EQ(titles, (QStringList{QStringLiteral("File"), QStringLiteral("Edit"), QStringLiteral("Help")}));
+    EXPECT_EQ(titles, (QStringList{QStringLiteral("File"), QStringLiteral("Edit"), QStringLiteral("Tools"),
+                                   QStringLiteral("Help")}));
     EXPECT_EQ(itemsOf(QStringLiteral("File")),
               (QStringList{QStringLiteral("Open"), QStringLiteral("Save"), QStringLiteral("Export"),
                            QStringLiteral("-"), QStringLiteral("Exit"), QStringLiteral("-"),
                            QStringLiteral("Save Again"), QStringLiteral("Earlier Versions...")}));
     EXPECT_EQ(itemsOf(QStringLiteral("Edit")),
               (QStringList{QStringLiteral("Undo"), QStringLiteral("Redo"), QStringLiteral("History...")}));
+    EXPECT_EQ(itemsOf(QStringLiteral("Tools")),
+              (QStringList{QStringLiteral("Store A"), QStringLiteral("Switch to B"),
+                           QStringLiteral("Level Matched")}));
     EXPECT_EQ(itemsOf(QStringLiteral("Help")), QStringList{QStringLiteral("About")});
 }
 

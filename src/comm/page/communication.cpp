@@ -64,7 +64,7 @@ void CCommunication::OnInitDialog() {
         return new TransferLine(row.identifier, &parent);
     });
     for (std::uint8_t set = 0; set <= setCount; ++set) {
-        form_.onClick(comm_id::firstSave + set, [this, set] { commands_.SaveSetToRam(set); });
+        form_.onClick(comm_id::firstSave + set, [this, set] { saveSet(set); });
         form_.onClick(comm_id::firstLoad + set,
                       [this, set] { commands_.LoadSetFromRam(set, dependencies_.refreshPages); });
     }
@@ -193,6 +193,12 @@ void CCommunication::selectPort(int index) {
     ports().setToolTip(ports().itemData(index, Qt::ToolTipRole).toString());
     ports().setAccessibleDescription(ports().itemData(index, Qt::AccessibleDescriptionRole).toString());
     dependencies_.usePort(portName_);
+}
+
+void CCommunication::saveSet(std::uint8_t targetSet) {
+    if (!dependencies_.prepareSave || dependencies_.prepareSave()) {
+        commands_.SaveSetToRam(targetSet);
+    }
 }
 
 void CCommunication::ReadVersions() {

@@ -44,6 +44,9 @@ class CCommunication : public CTabDialog {
         std::string lastPort;  ///< chosen at the start when it is there
         /// What stands behind a port, for a person; empty when nothing is known. May be empty.
         std::function<std::string(const std::string&)> describePort = {};
+        /// Sees to it that what the target holds is the image, before it is told to save that. False: nothing is
+        /// saved, and a person has been told why. May be empty.
+        std::function<bool()> prepareSave = {};
     };
 
     /// Everything in `parts` outlives the page.
@@ -79,6 +82,7 @@ class CCommunication : public CTabDialog {
     [[nodiscard]] LogView& log() const;
     [[nodiscard]] TransferLine& line() const;
 
+    void saveSet(std::uint8_t targetSet);
     void ReadVersions();
     void SelectImageFile();
     void FlashFile();

@@ -24,13 +24,16 @@ class ForegroundTransfers : public QObject, public ITransfers {
 
     bool SendToTarget(std::span<const std::uint8_t> data, MessageType type) override;
     bool ReceiveFromTarget(std::span<std::uint8_t> reply, std::span<const std::uint8_t> request) override;
+    /// Waits in the same way for what a command needs before its exchange.
+    /// \param wait returns whether it came; called on another thread
+    bool waitFor(const std::function<bool()>& wait) { return run(Activity::sending, 0, wait); }
 
     /// What runs now. Any thread.
     [[nodiscard]] Activity activity() const { return activity_; }
     [[nodiscard]] bool running() const { return activity_ != Activity::none; }
 
  Q_SIGNALS:
-    /// \param blocks that the exchange sends; 0 for one that reads
+    /// \param blocks that the exchange sends; 0 for one that reads, and for a wait
     void started(qulonglong blocks);
     /// running() is false by now.
     void ended(bool success);
