@@ -21,7 +21,7 @@ constexpr std::size_t numberDigits = 10;
 constexpr std::size_t markDigits = 8;
 constexpr std::size_t idLength = numberDigits + 1 + markDigits;
 constexpr std::string_view noteSuffix = ".txt";
-constexpr std::array<std::string_view, 2> suffixes{".eqs", ".bin"};  // by FileKind
+constexpr std::array<std::string_view, 3> suffixes{".eqs", ".bin", ".json"};  // by FileKind
 
 // Later versions have larger numbers, whatever the clock says.
 std::optional<std::uint64_t> numberOf(std::string_view id) {
