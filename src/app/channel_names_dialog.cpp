@@ -31,9 +31,9 @@ QString noteSheet() {
              colorName(theme::selected), colorName(theme::white), colorName(theme::focus));
 }
 
-CColorControl* dimmedLabel(const QString& text, QWidget* parent) {
+CColorControl* coloredLabel(const QString& text, QRgb color, QWidget* parent) {
     CColorControl* const label = makeLabel(text, parent);
-    label->setColors(QColor::fromRgb(theme::text2));
+    label->setColors(QColor::fromRgb(color));
     return label;
 }
 
@@ -67,6 +67,9 @@ ChannelNamesDialog::ChannelNamesDialog(TuningState& tuning, QWidget* parent)
     column->addLayout(grid);
     addNote(*column);
     area->setWidget(content);
+    // The dialog's own ground shows.
+    area->viewport()->setAutoFillBackground(false);
+    content->setAutoFillBackground(false);
     body().setSizeConstraint(QLayout::SetDefaultConstraint);
     body().addWidget(area, 1);
     addFoot(false);
@@ -89,9 +92,9 @@ void ChannelNamesDialog::addRows(QGridLayout& grid) {
         name->setCursorPosition(0);
         name->setMinimumWidth(nameWidth);
         names_.at(position) = name;
-        grid.addWidget(makeLabel(channelNumber(channel), this), position, 0);
-        grid.addWidget(dimmedLabel(channelFlagNumber(channel), this), position, 1);
-        grid.addWidget(dimmedLabel(source, this), position, 2);
+        grid.addWidget(coloredLabel(channelNumber(channel), theme::text, this), position, 0);
+        grid.addWidget(coloredLabel(channelFlagNumber(channel), theme::text2, this), position, 1);
+        grid.addWidget(coloredLabel(source, theme::text2, this), position, 2);
         grid.addWidget(name, position, 3);
     }
 }
@@ -104,10 +107,10 @@ void ChannelNamesDialog::addNote(QBoxLayout& column) {
     note_->setFont(theme::font(12));
     note_->setTabChangesFocus(true);
     note_->setMinimumHeight(lowestNote);
-    length_ = dimmedLabel({}, this);
+    length_ = coloredLabel({}, theme::text2, this);
     length_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     auto* const head = new QHBoxLayout;
-    head->addWidget(makeLabel(QStringLiteral("Note"), this));
+    head->addWidget(coloredLabel(QStringLiteral("Note"), theme::text, this));
     head->addWidget(length_, 1);
     column.addSpacing(4);
     column.addLayout(head);
