@@ -20,7 +20,7 @@ using Bytes = std::vector<std::uint8_t>;
 
 /// A whole file around these bytes, as far as its head and its digest tell.
 Bytes fileAround(std::span<const std::uint8_t> body) {
-    Bytes file{'T', 'S', 'V', 'R', 'E', 'C', 'O', 'V', 1, 0, 0, 0};
+    Bytes file{'T', 'S', 'V', 'R', 'E', 'C', 'O', 'V', 2, 0, 0, 0};
     file.insert(file.end(), body.begin(), body.end());
     const Md5Digest digest = md5(file);
     file.insert(file.end(), digest.begin(), digest.end());

@@ -6,6 +6,7 @@
 #include <QTimer>
 #include <algorithm>
 
+#include "app/channel_names.h"
 #include "app/history_dialog.h"
 #include "app/text_undo.h"
 #include "app/undo_commands.h"
@@ -46,6 +47,7 @@ EditMenu::EditMenu(UndoCommands& commands, QMenuBar& bar)
                 {QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z), QKeySequence(Qt::CTRL | Qt::Key_Y)},
                 [this] { commands_.redo(); });
     add(QStringLiteral("&History..."), {}, [this] { showHistory(); });
+    names_ = std::make_unique<ChannelNames>(commands_, *menu_);
     follow();
 }
 

@@ -10,11 +10,12 @@ class QMenuBar;
 
 namespace tessavo {
 
+class ChannelNames;
 class HistoryDialog;
 class UndoCommands;
 
-/// The menu "Edit": undo and redo with what they are about, and the list of all steps. Its keys also work
-/// while another window of the program is in front. User-interface thread.
+/// The menu "Edit": undo and redo with what they are about, the list of all steps, and the names of the
+/// channels. The keys also work while another window of the program is in front. User-interface thread.
 class EditMenu : public QObject {
     Q_OBJECT
 
@@ -37,6 +38,7 @@ class EditMenu : public QObject {
     QAction* undo_;
     QAction* redo_;
     QPointer<HistoryDialog> dialog_;
+    std::unique_ptr<ChannelNames> names_;
 };
 
 }  // namespace tessavo

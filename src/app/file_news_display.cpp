@@ -84,6 +84,18 @@ void FileNewsDisplay::take(FileNews news, const std::filesystem::path& path) {
             break;
         case FileNews::broughtBack:
             break;
+        case FileNews::notesUnreadable:
+            tellOfNotes(path, " cannot be read; the channels have no names");
+            break;
+        case FileNews::notesDamaged:
+            tellOfNotes(path, " is damaged and was not read");
+            break;
+        case FileNews::notesNewer:
+            tellOfNotes(path, " is of a later version of Tessavo and was not read");
+            break;
+        case FileNews::notesNotSaved:
+            tellOfNotes(path, " was not saved; the settings were");
+            break;
     }
     if (news == FileNews::loaded || news == FileNews::saved) {
         status.withdrawNotice(changedNotice_);
@@ -91,6 +103,11 @@ void FileNewsDisplay::take(FileNews news, const std::filesystem::path& path) {
     }
     showDocument();
     Q_EMIT documentChanged();
+}
+
+void FileNewsDisplay::tellOfNotes(const std::filesystem::path& path, const char* words) {
+    dependencies_.status.showNotice(
+        {.text = nameOf(path) + QLatin1String(words), .kind = Notice::Kind::warning});
 }
 
 void FileNewsDisplay::noteShortFile(bool isStep) {

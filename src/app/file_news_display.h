@@ -60,6 +60,7 @@ class FileNewsDisplay : public QObject {
     void take(FileNews news, const std::filesystem::path& path);
     [[nodiscard]] bool isKept(const std::filesystem::path& path) const;
     void showDocument();
+    void tellOfNotes(const std::filesystem::path& path, const char* words);
     void noteShortFile(bool isStep);
     void resumeShortFile();
     void showShortFile();

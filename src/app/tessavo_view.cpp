@@ -12,12 +12,14 @@
 #include "app/plot_note.h"
 #include "app/record_mark.h"
 #include "app/tab_control.h"
+#include "controls/control_note.h"
 #include "controls/skin_button.h"
 #include "controls/skin_check_box.h"
 #include "controls/skin_combo_box.h"
 #include "controls/text_edit_box.h"
 #include "controls/theme.h"
 #include "dsp/filter_methods.h"
+#include "pages/form/channel_titles.h"
 #include "pages/output/output_eq.h"
 #include "params/set_text.h"
 #include "plot/chart/plot_dlg.h"
@@ -174,8 +176,16 @@ void CTessavoView::refreshPages() {
     fillSetSelector();
     setName().setText(nameOf(tuning_.currentParameterSet()));
     showChannelFlags();
+    showChannelNames();
     updatePlot();
     Q_EMIT currentSetChanged();
+}
+
+void CTessavoView::showChannelNames() {
+    for (std::uint8_t channel = 0; channel < channelCount; ++channel) {
+        const QString name = channelToolTip(tuning_.notes(), {channel});
+        replaceNote(channelFlag(channel), std::exchange(channelNames_.at(channel), name), name);
+    }
 }
 
 void CTessavoView::showChannelFlags() {

@@ -3,6 +3,7 @@
 #include <QPointer>
 #include <QScrollBar>
 #include <QWidget>
+#include <array>
 #include <memory>
 #include <vector>
 
@@ -96,6 +97,7 @@ class CTessavoView : public QWidget, public ISettingsView {
     [[nodiscard]] SkinCheckBox& channelFlag(std::size_t channel) const;
     void makePagesUpTo(std::size_t count);
     void showChannelFlags();
+    void showChannelNames();
     void fillSetSelector();
     void markInvalidSets();
     void toggleLiveMode();
@@ -124,6 +126,7 @@ class CTessavoView : public QWidget, public ISettingsView {
     bool plotShown_ = false;
     bool painted_ = false;
     bool notesAreDue_ = false;
+    std::array<QString, channelCount> channelNames_;  ///< as the tooltips of the flags tell them
     ForeignWordSearch foreignWords_;
 };
 

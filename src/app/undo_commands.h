@@ -40,6 +40,8 @@ class UndoCommands : public QObject {
     ~UndoCommands() override;
 
     [[nodiscard]] const History& history() const { return dependencies_.history; }
+    [[nodiscard]] TuningState& tuning() const { return dependencies_.tuning; }
+    [[nodiscard]] CTessavoView& view() const { return dependencies_.view; }
 
     /// Undoes or redoes the typing in the text box with the focus, if it has some; otherwise a step.
     /// \return whether anything was undone or redone

@@ -51,6 +51,11 @@ QString nameOf(const KeptVersion& version) {
     return version.path.empty() ? QStringLiteral("no longer known") : textOf(version.path.filename());
 }
 
+const FileFilter& filterFor(FileKind kind) {
+    static constexpr FileFilter notesFilter{"Tessavo notes (*.json)|*.json||", "json"};
+    return kind == FileKind::settings ? settingsFilter : kind == FileKind::image ? binaryFilter : notesFilter;
+}
+
 QString troubleText(BroughtBack result, const QString& name) {
     switch (result) {
         case BroughtBack::notKept:
@@ -181,8 +186,7 @@ void VersionsDialog::bringBack() {
     const KeptVersion version = *chosen();
     std::filesystem::path place = version.path;
     if (place.empty()) {
-        const bool isSettings = version.kind == FileKind::settings;
-        const auto asked = dialogs_.askSavePath(isSettings ? settingsFilter : binaryFilter);
+        const auto asked = dialogs_.askSavePath(filterFor(version.kind));
         dialogs_.resetLocale();
         if (!asked || asked->empty()) {
             return;

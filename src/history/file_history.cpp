@@ -5,7 +5,7 @@
 
 namespace tessavo {
 
-FileHistory::FileHistory(const TuningState& tuning, SettingsCommands& commands, std::filesystem::path folder,
+FileHistory::FileHistory(TuningState& tuning, SettingsCommands& commands, std::filesystem::path folder,
                          std::function<WallTime()> now)
     : tuning_(tuning), commands_(commands), versions_(std::move(folder), std::move(now)) {
     commands_.watchFiles(this);
@@ -58,7 +58,13 @@ void FileHistory::willWrite(const std::filesystem::path& path, FileKind kind) {
 
 void FileHistory::saved(const std::filesystem::path& path) {
     document_.saved(path, tuning_.store());
+    const NotesSaved notes = notes_.saved(path, tuning_.notes(), versions_);
     tell(FileNews::saved, path);
+    if (notes == NotesSaved::failed) {
+        tell(FileNews::notesNotSaved, notesPathOf(path));
+    } else if (notes == NotesSaved::notKept) {
+        tell(FileNews::notKept, notesPathOf(path));
+    }
 }
 
 void FileHistory::notSaved(const std::filesystem::path& path) {
@@ -68,7 +74,18 @@ void FileHistory::notSaved(const std::filesystem::path& path) {
 
 void FileHistory::loaded(const std::filesystem::path& path, std::uintmax_t bytesInFile) {
     document_.loaded(path, tuning_.store(), bytesInFile);
+    tuning_.setNotes(notes_.loaded(path));
     tell(FileNews::loaded, path);
+    tellNotesTrouble(path);
+}
+
+void FileHistory::tellNotesTrouble(const std::filesystem::path& path) const {
+    if (const auto trouble = notes_.trouble()) {
+        tell(*trouble == NotesTrouble::damaged ? FileNews::notesDamaged
+             : *trouble == NotesTrouble::newer ? FileNews::notesNewer
+                                               : FileNews::notesUnreadable,
+             notesPathOf(path));
+    }
 }
 
 void FileHistory::tell(FileNews news, const std::filesystem::path& path) const {

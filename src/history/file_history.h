@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "history/document.h"
+#include "history/document_notes.h"
 #include "history/kept_versions.h"
 #include "params/file_watch.h"
 #include "params/settings_commands.h"
@@ -38,10 +39,16 @@ enum class FileNews : std::uint8_t {
     notKept,      ///< it is about to be written over although what it holds could not be kept
     broughtBack,  ///< it holds an earlier version again
     opened,       ///< the sets are those of an earlier version of it; the document is what it was
+    // Of the notes beside the document, whose file is told; these come after `loaded` and `saved`.
+    notesUnreadable,  ///< they could not be read: the file is there, but not for this program
+    notesDamaged,     ///< they were not read: the file is damaged
+    notesNewer,       ///< they were not read: a later version of the program wrote the file
+    notesNotSaved,    ///< they do not stand beside the settings, which were saved
 };
 
-/// What the program knows of the files of the File menu: the document, and the earlier versions of all of
-/// them. Watches the commands, so that nothing is written over before it is kept.
+/// What the program knows of the files of the File menu: the document with its notes, and the earlier versions
+/// of all of them. Watches the commands, so that nothing is written over before it is kept, and so that the
+/// notes are read and written together with the sets.
 ///
 /// Used on the user-interface thread.
 class FileHistory : public IFileWatch {
@@ -51,21 +58,25 @@ class FileHistory : public IFileWatch {
     /// \param tuning, commands outlive this object
     /// \param folder of the earlier versions; see KeptVersions
     /// \param now the clock that dates the versions; the system's when empty
-    FileHistory(const TuningState& tuning, SettingsCommands& commands, std::filesystem::path folder,
+    FileHistory(TuningState& tuning, SettingsCommands& commands, std::filesystem::path folder,
                 std::function<WallTime()> now = {});
     ~FileHistory() override;
     FileHistory(const FileHistory&) = delete;
     FileHistory& operator=(const FileHistory&) = delete;
 
-    /// Called when document and versions know of it already; but `notKept` comes before the file is written.
+    /// Called when document and versions know of it already; but `notKept` comes before a settings file or an
+    /// image is written.
     void setListener(Listener listener) { listener_ = std::move(listener); }
 
     [[nodiscard]] const Document& document() const { return document_; }
-    /// Whether the sets are others than those of the document.
-    [[nodiscard]] bool documentDiffers() const { return document_.differs(tuning_.store()); }
+    /// Whether the sets or the notes are others than those of the document.
+    [[nodiscard]] bool documentDiffers() const {
+        return document_.differs(tuning_.store()) || notes_.differs(tuning_.notes());
+    }
     /// The document of an earlier run goes on, whose sets are there again; see Document::resume().
     void resumeDocument(const std::filesystem::path& path, const std::optional<DocumentMemory>& memory) {
         document_.resume(path, memory, tuning_.store());
+        notes_.resume(path);
     }
 
     /// Writes the sets to the document.
@@ -86,13 +97,15 @@ class FileHistory : public IFileWatch {
     void loaded(const std::filesystem::path& path, std::uintmax_t bytesInFile) override;
 
  private:
+    void tellNotesTrouble(const std::filesystem::path& path) const;
     void tell(FileNews news, const std::filesystem::path& path) const;
     [[nodiscard]] std::filesystem::path pathOf(std::string_view id) const;
 
-    const TuningState& tuning_;
+    TuningState& tuning_;
     SettingsCommands& commands_;
     KeptVersions versions_;
     Document document_;
+    DocumentNotes notes_;
     Listener listener_;
 };
 

@@ -313,7 +313,7 @@ void History::partRunWhere(const ImageTest& plays) {
     for (std::size_t count = passed_.size(); count > 0; --count) {
         if (plays(scratch_->image)) {
             passed_.erase(passed_.begin(), passed_.begin() + static_cast<std::ptrdiff_t>(count));
-            if (addStep({}, *scratch_)) {
+            if (addStep({}, *scratch_, Needs::change)) {
                 tell(HistoryEvent::stepsChanged);
             }
             return;

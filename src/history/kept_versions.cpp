@@ -21,7 +21,7 @@ using kept::numberOf;
 namespace {
 
 constexpr std::string_view noteSuffix = ".txt";
-constexpr std::array<std::string_view, 2> suffixes{".eqs", ".bin"};  // by FileKind
+constexpr std::array<std::string_view, 3> suffixes{".eqs", ".bin", ".json"};  // by FileKind
 
 bool isRegular(const std::filesystem::path& path) {
     std::error_code unknown;

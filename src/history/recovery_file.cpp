@@ -23,7 +23,9 @@ using Bytes = std::vector<std::uint8_t>;
 using namespace std::chrono;
 
 constexpr std::array<std::uint8_t, 8> signature{'T', 'S', 'V', 'R', 'E', 'C', 'O', 'V'};
-constexpr std::uint32_t version = 1;
+constexpr std::uint32_t version = 2;
+// The version before had no notes at the end of its states.
+constexpr std::size_t stateSizeWithoutNotes = tuningSnapshotSize - fileNotesSize;
 constexpr std::size_t headSize = signature.size() + sizeof version;
 constexpr std::size_t digestSize = std::tuple_size_v<Md5Digest>;
 // The largest time that both this clock and whole milliseconds can tell.
@@ -171,10 +173,10 @@ bool read(CborReader& in, ByteDiff& difference, std::size_t length = tuningSnaps
 
 bool read(CborReader& in, TuningSnapshot& state) {
     const auto bytes = in.bytes();
-    if (!bytes || bytes->size() != tuningSnapshotSize) {
+    if (!bytes || (bytes->size() != tuningSnapshotSize && bytes->size() != stateSizeWithoutNotes)) {
         return false;
     }
-    std::memcpy(&state, bytes->data(), tuningSnapshotSize);
+    std::memcpy(&state, bytes->data(), bytes->size());
     return true;
 }
 
@@ -325,7 +327,7 @@ std::variant<RecoveryState, RecoveryTrouble> decodeRecovery(std::span<const std:
     if (fileVersion > version) {
         return RecoveryTrouble::newer;
     }
-    auto state = fileVersion == version ? readBody(content.subspan(headSize)) : std::nullopt;
+    auto state = fileVersion > 0 ? readBody(content.subspan(headSize)) : std::nullopt;
     if (!state) {
         return RecoveryTrouble::damaged;
     }

@@ -6,6 +6,7 @@
 
 #include "history/element_words.h"
 #include "history/image_changes.h"
+#include "history/notes_changes.h"
 #include "history/set_changes.h"
 #include "params/set_text.h"
 
@@ -205,7 +206,8 @@ std::string describeSet(const SetChanges& changes, const ParameterSet& set, bool
 std::string describeStep(const TuningSnapshot& before, const TuningSnapshot& after) {
     const std::vector<SetChanges> changes = changesBetween(before.store, after.store, after.currentSet);
     if (changes.empty()) {
-        return describeImageChange(before, after);
+        const std::string notes = describeNotesChange(before.notes, after.notes);
+        return notes.empty() ? describeImageChange(before, after) : notes;
     }
     if (changes.size() == 1) {
         const SetChanges& only = changes.front();

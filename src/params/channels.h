@@ -45,6 +45,15 @@ constexpr RecordChannel recordChannelAt(PagePosition position) {
     return {channelMap[position.value & 7U]};
 }
 
+/// Page position of a record channel; only the three low bits of the channel count.
+constexpr PagePosition pagePositionOf(RecordChannel channel) {
+    PagePosition position;
+    while (channelMap[position.value] != (channel.value & 7U)) {
+        ++position.value;
+    }
+    return position;
+}
+
 /// Bit of `selectionMask` that stands for a page position: the highest bit is position 0.
 constexpr std::uint8_t selectionBit(PagePosition position) {
     return static_cast<std::uint8_t>(0x80U >> (position.value & 7U));

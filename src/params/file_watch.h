@@ -9,6 +9,7 @@ namespace tessavo {
 enum class FileKind : std::uint8_t {
     settings,  ///< all five sets
     image,     ///< one set as the target takes it
+    notes,     ///< the notes beside a settings file; these are written without a command of their own
 };
 
 /// Is told which files the commands of the File menu read and write. Nothing that it does changes what the

@@ -8,6 +8,7 @@
 
 #include "dsp/biquad_words.h"
 #include "params/channels.h"
+#include "params/file_notes.h"
 #include "params/parameter_image.h"
 #include "params/records.h"
 
@@ -32,9 +33,10 @@ struct TuningSnapshot {
     std::array<std::array<BiquadWords, crossoverCount>, channelCount> crossoverWords{};
     std::array<BiquadWords, inputSectionCount> inputWords{};
     std::uint32_t currentSet = 0;  ///< 0 to 4
+    FileNotes notes{};
 };
 
-inline constexpr std::size_t tuningSnapshotSize = 43388;  ///< in bytes
+inline constexpr std::size_t tuningSnapshotSize = 49980;  ///< in bytes
 
 static_assert(std::is_trivially_copyable_v<TuningSnapshot>);
 static_assert(sizeof(TuningSnapshot) == tuningSnapshotSize &&
@@ -43,7 +45,7 @@ static_assert(sizeof(TuningSnapshot) == tuningSnapshotSize &&
                       parameterStoreSize + parameterImageSize + setCount * sizeof(ReceivedSnapshot) +
                           sizeof(BiquadWords) *
                               (channelCount * (bandCount + crossoverCount) + inputSectionCount) +
-                          sizeof(std::uint32_t),
+                          sizeof(std::uint32_t) + fileNotesSize,
               "without gaps, so that states can be compared byte by byte");
 
 /// The snapshot's bytes.

@@ -32,6 +32,7 @@ TuningState::~TuningState() = default;
 void TuningState::start() {
     writeDefaults(store_);
     received_ = {};
+    notes_ = {};
     selectionMask_ = firstPageChannel;
     computeAll(currentParameterSet());
     deriveImage();
@@ -148,6 +149,11 @@ void TuningState::discardOutdatedImage(std::size_t set) {
     }
 }
 
+void TuningState::setNotes(const FileNotes& notes) {
+    notes_ = wellFormed(notes);
+    notifyHistory(TuningEvent::changed);
+}
+
 void TuningState::takeSnapshot(TuningSnapshot& snapshot) const {
     snapshot.store = store_;
     snapshot.image = image_;
@@ -162,6 +168,7 @@ void TuningState::takeSnapshot(TuningSnapshot& snapshot) const {
     snapshot.crossoverWords = crossoverWords_;
     snapshot.inputWords = inputWords_;
     snapshot.currentSet = currentSet_;
+    snapshot.notes = notes_;
 }
 
 void TuningState::restore(const TuningSnapshot& snapshot) {
@@ -179,6 +186,7 @@ void TuningState::restore(const TuningSnapshot& snapshot) {
         crossoverWords_ = snapshot.crossoverWords;
         inputWords_ = snapshot.inputWords;
         currentSet_ = snapshot.currentSet;
+        notes_ = snapshot.notes;
         const SemaphoreHold hold(*imageGuard_);
         image_ = snapshot.image;
     }

@@ -16,6 +16,7 @@
 #include "dsp/filter_methods.h"
 #include "params/channels.h"
 #include "params/field_table.h"
+#include "params/file_notes.h"
 #include "params/parameter_image.h"
 #include "params/records.h"
 #include "params/tuning_snapshot.h"
@@ -102,7 +103,7 @@ class TuningState {
     void setChangeListener(std::function<void()> listener) { changeListener_ = std::move(listener); }
 
     /// Sets what is called on the user-interface thread for a history: by every edit, by a loaded or received
-    /// set, by a new name, and around a change of set.
+    /// set, by a new name, by other notes, and around a change of set.
     void setHistoryListener(std::function<void(TuningEvent)> listener) {
         historyListener_ = std::move(listener);
     }
@@ -124,6 +125,8 @@ class TuningState {
     /// The generator of the current filter method.
     [[nodiscard]] IcoefficientGenerator& generator() const { return *generators_[filterMode_]; }
 
+    /// What a person wrote beside the sets.
+    [[nodiscard]] const FileNotes& notes() const { return notes_; }
     /// Index of the current set, 0 to 4.
     [[nodiscard]] std::uint32_t currentSet() const { return currentSet_; }
     /// Index of the filter method in filterMethodNames.
@@ -179,10 +182,13 @@ class TuningState {
     /// Whether an edit, a change of set or a whole-set write is under way, which is seen only from within: a
     /// generator's warning may wait for its answer there.
     [[nodiscard]] bool changeRuns() const { return runningChanges_ > 0; }
+    /// Replaces the notes beside the sets by these, as wellFormed() gives them. Neither the sets nor the image
+    /// change, and `updatePending` is not raised: the target carries no notes.
+    void setNotes(const FileNotes& notes);
     /// Copies everything that restore() brings back.
     void takeSnapshot(TuningSnapshot& snapshot) const;
-    /// Brings back a state to the byte: sets, image, received images, coefficients and the current set, under
-    /// the mutual-exclusion object (for which it waits at most 5000 ms, and goes on without it). Raises
+    /// Brings back a state to the byte: sets, image, received images, coefficients, the current set and the
+    /// notes, under the mutual-exclusion object (for which it waits at most 5000 ms, and goes on without it). Raises
     /// `updatePending` in any case: a target may hold another image than this one, as choosing a set sends nothing.
     /// Filter method and selected channels stay.
     /// \param snapshot its currentSet is 0 to 4
@@ -336,6 +342,7 @@ class TuningState {
     ParameterStore store_;
     ParameterImage image_;
     std::array<std::optional<Received>, setCount> received_;  ///< by set
+    FileNotes notes_;
     std::optional<RunningEdit> runningEdit_;
     int runningChanges_ = 0;
     /// Held for the few microseconds in which the image is written or copied, so that a copy never holds half

@@ -23,7 +23,8 @@ class EditMenus : public UndoTest {
 
 TEST_F(EditMenus, WithNothingToDoItSaysPlainlyUndoAndRedoAndIsDisabled) {
     EXPECT_EQ(itemsOf(QStringLiteral("Edit")),
-              (QStringList{QStringLiteral("Undo"), QStringLiteral("Redo"), QStringLiteral("History...")}));
+              (QStringList{QStringLiteral("Undo"), QStringLiteral("Redo"), QStringLiteral("History..."),
+                           QStringLiteral("Channel Names...")}));
     EXPECT_FALSE(undoEntry().isEnabled());
     EXPECT_FALSE(redoEntry().isEnabled());
     EXPECT_TRUE(entry(2).isEnabled());

@@ -49,7 +49,7 @@ using Runs = std::vector<std::pair<std::size_t, std::size_t>>;
 
 TEST(ByteDiff, OfEqualRowsIsEmpty) {
     std::mt19937 random(1);
-    for (const std::size_t size : {0U, 1U, 63U, 64U, 65U, 43388U, 65535U}) {
+    for (const std::size_t size : {0U, 1U, 63U, 64U, 65U, 43388U, 49980U, 65535U}) {
         const Bytes row = randomRow(random, size);
         EXPECT_EQ(runsOf(row, row), Runs{}) << size;
     }
@@ -69,7 +69,7 @@ TEST(ByteDiff, FindsTheFirstTheLastAndEveryOtherByte) {
 }
 
 TEST(ByteDiff, KeepsAWholeRow) {
-    for (const std::size_t size : {1U, 64U, 43388U, 65535U}) {
+    for (const std::size_t size : {1U, 64U, 43388U, 49980U, 65535U}) {
         EXPECT_EQ(runsOf(Bytes(size, 0x0F), Bytes(size, 0xF0)), (Runs{{0, size}}));
     }
 }

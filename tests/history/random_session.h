@@ -49,7 +49,7 @@ inline void editAnything(TuningState& state, std::mt19937_64& random) {
 
 /// One random thing that changes the tuning without history: an edit, a file, a set that was read.
 inline void changeAnything(TuningState& state, const SessionFiles& files, std::mt19937_64& random) {
-    switch (random() % 12) {
+    switch (random() % 13) {
         case 0:
             state.replaceStore(files.stores[random() % files.stores.size()]);
             break;
@@ -68,6 +68,13 @@ inline void changeAnything(TuningState& state, const SessionFiles& files, std::m
         case 4:
             state.setInputEqOn(random() % 2 == 0);
             break;
+        case 5: {
+            FileNotes notes = state.notes();
+            setChannelName(notes, {static_cast<std::uint8_t>(random() % channelCount)},
+                           std::u16string(random() % 30, static_cast<char16_t>(u'a' + random() % 26)));
+            state.setNotes(notes);
+            break;
+        }
         default:
             editAnything(state, random);
     }

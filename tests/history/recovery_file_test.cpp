@@ -25,7 +25,7 @@ Bytes sealed(Bytes bytes) {
 }
 
 /// A whole file around a body.
-Bytes fileAround(const Bytes& body, std::uint8_t version = 1) {
+Bytes fileAround(const Bytes& body, std::uint8_t version = 2) {
     Bytes bytes{'T', 'S', 'V', 'R', 'E', 'C', 'O', 'V', version, 0, 0, 0};
     bytes.insert(bytes.end(), body.begin(), body.end());
     return sealed(std::move(bytes));
@@ -169,9 +169,9 @@ TEST_F(RecoveryFile, EveryFlippedByteIsRecognised) {
 
 TEST_F(RecoveryFile, OneOfALaterVersionIsRefusedAndNotCalledDamaged) {
     const Bytes body = Json::to_cbor(Json{{"something", "else"}});
-    EXPECT_TRUE(isTrouble(decodeRecovery(fileAround(body, 2)), RecoveryTrouble::newer));
+    EXPECT_TRUE(isTrouble(decodeRecovery(fileAround(body, 3)), RecoveryTrouble::newer));
     EXPECT_TRUE(isTrouble(decodeRecovery(fileAround({}, 255)), RecoveryTrouble::newer));
-    Bytes damaged = fileAround(body, 2);
+    Bytes damaged = fileAround(body, 3);
     damaged[headSize] ^= 1;
     EXPECT_TRUE(isTrouble(decodeRecovery(damaged), RecoveryTrouble::damaged));
     EXPECT_TRUE(isTrouble(decodeRecovery(fileAround(body, 0)), RecoveryTrouble::damaged)) << "none had 0";
@@ -261,8 +261,8 @@ TEST_F(RecoveryFile, DifferencesThatFitNoStateAreRefused) {
         return isWholeFile(
             changed(file, [&](Json& body) { body[Json::json_pointer(place)] = Json::binary(difference); }));
     };
-    const Bytes endOfState{0x7B, 0xA9, 1, 0, 0};  // the last byte, 43387
-    const Bytes beyond{0x7C, 0xA9, 1, 0, 0xFF};
+    const Bytes endOfState{0x3B, 0xC3, 1, 0, 0};  // the last byte, 49979
+    const Bytes beyond{0x3C, 0xC3, 1, 0, 0xFF};
     const Bytes cut{0, 0, 2, 0, 1};
     const Bytes otherSet{0x78, 0xA9, 1, 0, 0x08};  // of the current set
     for (const char* place : {"/begun", "/settled", "/done/0/lead", "/done/0/change", "/done/2/change"}) {
@@ -276,8 +276,52 @@ TEST_F(RecoveryFile, DifferencesThatFitNoStateAreRefused) {
         EXPECT_FALSE(accepts("/state", Bytes(size)));
     }
     Bytes noSuchSet(tuningSnapshotSize);
-    noSuchSet[tuningSnapshotSize - 4] = 5;
+    noSuchSet[offsetof(TuningSnapshot, currentSet)] = 5;
     EXPECT_FALSE(accepts("/state", noSuchSet));
+}
+
+TEST_F(RecoveryFile, NamesAndNotesAreInTheStateAndInEveryStep) {
+    FileNotes notes;
+    for (std::uint8_t channel = 0; channel < channelCount; ++channel) {
+        setChannelName(notes, {channel}, u"K\u00e4fer \U0001F50A " + std::u16string(1, u'0' + channel));
+        session_.tuning.state.setNotes(notes);
+        ASSERT_TRUE(session_.history.commit());
+    }
+    setNoteText(notes, u"driver's seat");
+    setMeasurementPath(notes, {6}, u"sweeps/sub.txt");
+    session_.tuning.state.setNotes(notes);
+    ASSERT_TRUE(session_.history.commit());
+    ASSERT_TRUE(session_.history.undo());
+    const auto decoded = decodeRecovery(encodeRecovery(session_.state()));
+    ASSERT_TRUE(std::holds_alternative<RecoveryState>(decoded));
+    RecoverySession later(2);
+    ASSERT_TRUE(later.history.adopt(*std::get<RecoveryState>(decoded).trail, "Restored"));
+    ASSERT_TRUE(later.history.redo());
+    EXPECT_EQ(later.tuning.state.notes(), notes);
+    setNoteText(notes, {});
+    setMeasurementPath(notes, {6}, {});
+    for (std::uint8_t channel = channelCount; channel > 0; --channel) {
+        ASSERT_TRUE(later.history.undo());
+        EXPECT_EQ(later.tuning.state.notes(), notes);
+        setChannelName(notes, {static_cast<std::uint8_t>(channel - 1)}, {});
+    }
+}
+
+/// A file as the version before this one wrote it: its states ended with the current set.
+TEST_F(RecoveryFile, OneOfTheVersionWithoutNotesIsReadStill) {
+    session_.edit(30);
+    ASSERT_TRUE(session_.history.undo());
+    Json body = bodyOf(encodeRecovery(session_.state()));
+    auto& state = body["state"].get_binary();
+    ASSERT_EQ(state.size(), 49980U);
+    state.resize(43388);
+    const auto decoded = decodeRecovery(fileAround(Json::to_cbor(body), 1));
+    ASSERT_TRUE(std::holds_alternative<RecoveryState>(decoded));
+    expectSameState(std::get<RecoveryState>(decoded), session_.state());
+    for (const std::size_t size : {43387U, 43389U}) {
+        state.resize(size);
+        EXPECT_FALSE(isWholeFile(fileAround(Json::to_cbor(body), 1))) << size;
+    }
 }
 
 TEST_F(RecoveryFile, PathsComeBackAsTheyWere) {

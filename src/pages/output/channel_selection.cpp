@@ -83,12 +83,15 @@ void ChannelSelection::chooseOnly(PagePosition position) {
     showChoice();
 }
 
-void ChannelSelection::setSource(PagePosition position, std::uint8_t source) {
+void ChannelSelection::setSource(PagePosition position, std::uint8_t source, const QString& name) {
     const QString full = sourceName(source);
+    const QString gap = name.isEmpty() ? QString() : QStringLiteral(". ");
     form_.labelAt(selectionSourcePlace(selectionRowOf(position))).setText(shortSourceName(source));
     for (const int button : {radios[position.value], checks[position.value]}) {
-        form_.control<QAbstractButton>(button).setToolTip(full);
-        form_.control<QAbstractButton>(button).setAccessibleDescription(full);
+        // A name that looks like mark-up stands as it is behind the first line.
+        form_.control<QAbstractButton>(button).setToolTip(name.isEmpty() ? full
+                                                                         : full + QLatin1Char('\n') + name);
+        form_.control<QAbstractButton>(button).setAccessibleDescription(full + gap + name);
     }
 }
 

@@ -29,8 +29,9 @@ class ChannelSelection : public SkinGroupBox {
     /// Chooses one channel alone, as its radio button does, and tells nobody.
     void chooseOnly(PagePosition position);
 
-    /// What feeds a channel, beside its name.
-    void setSource(PagePosition position, std::uint8_t source);
+    /// What feeds a channel, beside its number; and in the tooltip together with the name that a person gave it.
+    /// \param name empty where it has none
+    void setSource(PagePosition position, std::uint8_t source, const QString& name = {});
 
  Q_SIGNALS:
     /// A person has chosen other channels.

@@ -8,6 +8,7 @@
 #include "controls/skin_button.h"
 #include "controls/skin_check_box.h"
 #include "controls/slider_event.h"
+#include "pages/form/channel_titles.h"
 #include "pages/output/channel_selection.h"
 #include "pages/rows/output_eq_rows.h"
 
@@ -64,8 +65,9 @@ void COutputEQ::refresh() {
 
 void COutputEQ::showSources() {
     for (std::uint8_t position = 0; position < channelCount; ++position) {
-        selection_->setSource({position},
-                              tuning().currentParameterSet().routerSource[recordChannelAt({position}).value]);
+        const RecordChannel channel = recordChannelAt({position});
+        selection_->setSource({position}, tuning().currentParameterSet().routerSource[channel.value],
+                              channelNameText(tuning().notes(), channel));
     }
 }
 

@@ -2,12 +2,14 @@
 
 #include "base/saturate.h"
 #include "controls/bitmap_slider.h"
+#include "controls/control_note.h"
 #include "controls/number_edit.h"
 #include "controls/skin_combo_box.h"
 #include "controls/skin_group_box.h"
 #include "controls/slider_event.h"
 #include "controls/theme.h"
 #include "pages/form/box_marks.h"
+#include "pages/form/channel_titles.h"
 #include "pages/form/input_advanced.h"
 
 namespace tessavo {
@@ -122,10 +124,23 @@ void COutputGroup::refresh() {
 
 void COutputGroup::updateMarks() {
     ParameterPage::updateMarks();
+    showNames();
     for (Row& row : rows_) {
         for (std::size_t column = 0; column < channelCount; ++column) {
             const BoundField bound{row.table.value, column};
             row.inputs[column]->mark(shown(bound), playedNote(tuning(), bound.field, elementOf(bound)));
+        }
+    }
+}
+
+void COutputGroup::showNames() {
+    for (Row& row : rows_) {
+        for (std::size_t column = 0; column < channelCount; ++column) {
+            const QString name = channelToolTip(tuning().notes(), {groupSliderMap[column]});
+            if (name != row.names[column]) {
+                replaceNote(*row.inputs[column]->owner(), row.names[column], name);
+                row.names[column] = name;
+            }
         }
     }
 }

@@ -40,6 +40,7 @@ class COutputGroup : public ParameterPage {
         LinkedSliders linked;
         std::array<std::unique_ptr<CInputBase>, channelCount> inputs{};
         std::array<SkinComboBox*, channelCount> groups{};
+        std::array<QString, channelCount> names{};  ///< as the tooltips tell them
     };
 
     void tieSlider(Row& row, std::size_t column);
@@ -51,6 +52,7 @@ class COutputGroup : public ParameterPage {
     /// puts the slider back.
     void takeMove(Row& row, std::size_t column);
     void store(const Row& row, std::size_t column);
+    void showNames();
 
     std::array<Row, 2> rows_;  ///< gain, delay
 };

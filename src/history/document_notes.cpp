@@ -1,0 +1,84 @@
+#include "history/document_notes.h"
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <system_error>
+
+#include "base/raw_file.h"
+#include "history/kept_versions.h"
+
+namespace tessavo {
+
+namespace {
+
+bool isRegular(const std::filesystem::path& path) {
+    std::error_code unknown;
+    return std::filesystem::status(path, unknown).type() == std::filesystem::file_type::regular;
+}
+
+bool write(const std::filesystem::path& file, const std::filesystem::path& settings, const FileNotes& notes) {
+    std::error_code unknown;
+    std::filesystem::path place = file;
+    if (std::filesystem::is_symlink(file, unknown)) {
+        // Whoever has linked the notes to another place finds them there.
+        place = std::filesystem::weakly_canonical(file, unknown);
+    }
+    const std::string text = notesJson(notes);
+    if (replaceFile(place, {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()})) {
+        return false;
+    }
+    // Who may read the settings may read their notes.
+    const auto permissions = std::filesystem::status(settings, unknown).permissions();
+    if (!unknown) {
+        std::filesystem::permissions(file, permissions, unknown);
+    }
+    return true;
+}
+
+}  // namespace
+
+FileNotes DocumentNotes::loaded(const std::filesystem::path& settings) {
+    trouble_.reset();
+    const auto found = readNotes(notesPathOf(settings));
+    if (const auto* const trouble = std::get_if<NotesTrouble>(&found)) {
+        if (*trouble != NotesTrouble::missing) {
+            trouble_ = *trouble;
+        }
+        saved_ = FileNotes{};
+    } else {
+        saved_ = std::get<FileNotes>(found);
+    }
+    return *saved_;
+}
+
+NotesSaved DocumentNotes::saved(const std::filesystem::path& settings, const FileNotes& notes,
+                                KeptVersions& versions) {
+    const std::filesystem::path file = notesPathOf(settings);
+    const auto found = readNotes(file);
+    const auto* const there = std::get_if<FileNotes>(&found);
+    const bool hasFile = there != nullptr || std::get<NotesTrouble>(found) != NotesTrouble::missing;
+    saved_ = there != nullptr ? *there : FileNotes{};
+    // Nothing stands beside a device, and what cannot be read is left alone as long as nothing has to go there.
+    if (!isRegular(settings) || (there != nullptr ? *there == notes : isEmpty(notes))) {
+        saved_ = notes;
+        return NotesSaved::done;
+    }
+    const bool mayReplace = !hasFile || isRegular(file);
+    const bool isKept = mayReplace && versions.keep(file, FileKind::notes);
+    if (!mayReplace || (!isKept && there == nullptr) || !write(file, settings, notes)) {
+        return NotesSaved::failed;
+    }
+    saved_ = notes;
+    return isKept ? NotesSaved::done : NotesSaved::notKept;
+}
+
+void DocumentNotes::resume(const std::filesystem::path& settings) {
+    *this = DocumentNotes();
+    if (!settings.empty()) {
+        loaded(settings);
+        trouble_.reset();
+    }
+}
+
+}  // namespace tessavo
