@@ -216,7 +216,8 @@ TEST_F(MainFrame, HasItsMenus) {
                            QStringLiteral("-"), QStringLiteral("Exit"), QStringLiteral("-"),
                            QStringLiteral("Save Again"), QStringLiteral("Earlier Versions...")}));
     EXPECT_EQ(itemsOf(QStringLiteral("Edit")),
-              (QStringList{QStringLiteral("Undo"), QStringLiteral("Redo"), QStringLiteral("History...")}));
+              (QStringList{QStringLiteral("Undo"), QStringLiteral("Redo"), QStringLiteral("History..."),
+                           QStringLiteral("Channel Names...")}));
     EXPECT_EQ(itemsOf(QStringLiteral("Tools")),
               (QStringList{QStringLiteral("Store A"), QStringLiteral("Switch to B"),
                            QStringLiteral("Level Matched")}));

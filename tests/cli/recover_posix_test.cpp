@@ -70,7 +70,7 @@ class Recover : public CommandTest {
         write((data_ / name).string(), bytes);
     }
     void leaveNewer(const std::string& name) const {
-        Bytes bytes{'T', 'S', 'V', 'R', 'E', 'C', 'O', 'V', 2, 0, 0, 0};
+        Bytes bytes{'T', 'S', 'V', 'R', 'E', 'C', 'O', 'V', 3, 0, 0, 0};
         const Md5Digest digest = md5(bytes);
         bytes.insert(bytes.end(), digest.begin(), digest.end());
         write((data_ / name).string(), bytes);
