@@ -19,6 +19,7 @@
 
 #include "app/about_dialog.h"
 #include "app/comm_link.h"
+#include "app/compare_commands.h"
 #include "app/edit_menu.h"
 #include "app/file_news_display.h"
 #include "app/narrow_view.h"
@@ -193,8 +194,12 @@ void CMainFrame::makeMenus() {
     fillRecentFiles();
 
     editMenu_ = std::make_unique<EditMenu>(*undo_, *menuBar_);
-    QMenu* help = menuBar_->addMenu(QStringLiteral("&Help"));
-    add(help, "&About", QKeySequence(Qt::Key_F1), &CMainFrame::showAbout);
+    compare_ = std::make_unique<CompareCommands>(
+        CompareCommands::Dependencies{dependencies_.tuning, dependencies_.history, *undo_, *view_, *status_,
+                                      dependencies_.link, dependencies_.boxes, dependencies_.dialogs, *this});
+    compare_->addTo(editMenu_->menu(), *menuBar_->addMenu(QStringLiteral("&Tools")));
+    add(menuBar_->addMenu(QStringLiteral("&Help")), "&About", QKeySequence(Qt::Key_F1),
+        [this] { AboutDialog(this).exec(); });
 }
 
 QAction* CMainFrame::action(const QString& text) const {
@@ -254,10 +259,6 @@ bool CMainFrame::openFile(const QString& path) {
 void CMainFrame::noteRecentFile(const QString& path) {
     dependencies_.profile.addRecentFile(path);
     fillRecentFiles();
-}
-
-void CMainFrame::showAbout() {
-    AboutDialog(this).exec();
 }
 
 void CMainFrame::followExchanges() {

@@ -22,6 +22,7 @@ class QScreen;
 namespace tessavo {
 
 class CommLink;
+class CompareCommands;
 class CTessavoView;
 class EditMenu;
 class FileNewsDisplay;
@@ -64,6 +65,7 @@ class CMainFrame : public QWidget {
     [[nodiscard]] SettingsCommands& commands() { return commands_; }
     [[nodiscard]] UndoCommands& undoCommands() { return *undo_; }
     [[nodiscard]] FileNewsDisplay& fileNews() { return *fileNews_; }
+    [[nodiscard]] CompareCommands& compareCommands() { return *compare_; }
     /// The menu's action of this text, for the keyboard and for tests; null where there is none.
     [[nodiscard]] QAction* action(const QString& text) const;
 
@@ -105,7 +107,6 @@ class CMainFrame : public QWidget {
     void open();
     void save();
     void fillRecentFiles();
-    void showAbout();
     void followExchanges();
     void followHistory();
     void noteRecentFile(const QString& path);
@@ -129,6 +130,7 @@ class CMainFrame : public QWidget {
     std::unique_ptr<UndoCommands> undo_;
     std::unique_ptr<FileNewsDisplay> fileNews_;
     std::unique_ptr<EditMenu> editMenu_;
+    std::unique_ptr<CompareCommands> compare_;
     std::unique_ptr<SessionKeeper> keeper_;
     std::function<bool()> nothingToLose_;
     std::unique_ptr<TargetDisplay> targetDisplay_;
