@@ -25,6 +25,9 @@ class EditMenu : public QObject {
     EditMenu(UndoCommands& commands, QMenuBar& bar);
     ~EditMenu() override;
 
+    /// The menu, for entries behind its own.
+    [[nodiscard]] QMenu& menu() { return *menu_; }
+
     /// Shows the list of all steps, or brings it to the front.
     void showHistory();
 

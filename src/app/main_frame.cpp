@@ -20,6 +20,7 @@
 #include "app/ab_commands.h"
 #include "app/about_dialog.h"
 #include "app/comm_link.h"
+#include "app/compare_commands.h"
 #include "app/edit_menu.h"
 #include "app/file_news_display.h"
 #include "app/frame_closing.h"
@@ -191,6 +192,10 @@ void CMainFrame::makeMenus() {
 
     editMenu_ = std::make_unique<EditMenu>(*undo_, *menuBar_);
     toolsMenu_ = std::make_unique<ToolsMenu>(*menuBar_);
+    compare_ = std::make_unique<CompareCommands>(
+        CompareCommands::Dependencies{dependencies_.tuning, dependencies_.history, *undo_, *view_, *status_,
+                                      dependencies_.link, dependencies_.boxes, dependencies_.dialogs, *this});
+    compare_->addTo(editMenu_->menu(), toolsMenu_->menu());
     abCommands_ = std::make_unique<AbCommands>(
         AbCommands::Dependencies{dependencies_.tuning, dependencies_.history, dependencies_.link, *undo_,
                                  *view_, *status_, *toolsMenu_});

@@ -22,6 +22,7 @@ namespace tessavo {
 
 class AbCommands;
 class CommLink;
+class CompareCommands;
 class CTessavoView;
 class EditMenu;
 class FileNewsDisplay;
@@ -66,6 +67,7 @@ class CMainFrame : public QWidget {
     [[nodiscard]] UndoCommands& undoCommands() { return *undo_; }
     [[nodiscard]] AbCommands& abCommands() { return *abCommands_; }
     [[nodiscard]] FileNewsDisplay& fileNews() { return *fileNews_; }
+    [[nodiscard]] CompareCommands& compareCommands() { return *compare_; }
     /// The menu's action of this text, for the keyboard and for tests; null where there is none.
     [[nodiscard]] QAction* action(const QString& text) const;
 
@@ -125,6 +127,7 @@ class CMainFrame : public QWidget {
     std::unique_ptr<FileNewsDisplay> fileNews_;
     std::unique_ptr<EditMenu> editMenu_;
     std::unique_ptr<ToolsMenu> toolsMenu_;
+    std::unique_ptr<CompareCommands> compare_;
     std::unique_ptr<AbCommands> abCommands_;
     std::unique_ptr<SessionKeeper> keeper_;
     std::unique_ptr<TargetDisplay> targetDisplay_;

@@ -149,6 +149,7 @@ BoxAnswer CTessavoApp::present(const QString& text, BoxIcon icon, BoxButtons but
     using Box = SkinMessageBox;
     const Box::Buttons choice = buttons == BoxButtons::ok         ? Box::Buttons::ok
                                 : buttons == BoxButtons::okCancel ? Box::Buttons::okCancel
+                                : buttons == BoxButtons::yesNo    ? Box::Buttons::yesNo
                                                                   : Box::Buttons::yesNoCancel;
     const Box::Icon picture = icon == BoxIcon::error ? Box::Icon::stop : Box::Icon::none;
     // After a dialog of its own has closed no window is active for a moment.

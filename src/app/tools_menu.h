@@ -20,6 +20,9 @@ class ToolsMenu : public QObject {
     /// \param bar outlives this object
     explicit ToolsMenu(QMenuBar& bar);
 
+    /// For entries that stand above those of the two sides.
+    [[nodiscard]] QMenu& menu() { return *menu_; }
+
     /// What a person chooses of the two sides that are compared.
     struct Sides {
         std::function<void()> store;

@@ -7,7 +7,7 @@ namespace tessavo {
 /// Picture beside the text of a message.
 enum class BoxIcon { none, error };
 /// Buttons of a message, in the order in which they stand; the first is the default one.
-enum class BoxButtons { ok, okCancel, yesNoCancel };
+enum class BoxButtons { ok, okCancel, yesNo, yesNoCancel };
 /// Button that closed a message.
 enum class BoxAnswer { ok, cancel, yes, no };
 

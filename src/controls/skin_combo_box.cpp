@@ -16,6 +16,7 @@ constexpr int dotRoom = 13;
 constexpr int chevronRoom = 20;
 constexpr int compactChevronRoom = 13;
 constexpr int rowHeight = 27;
+constexpr int separatorHeight = 9;
 constexpr int numberGap = 6;
 constexpr int dotRole = Qt::UserRole + 100;
 constexpr int numberRole = Qt::UserRole + 101;
@@ -30,6 +31,11 @@ void paintDot(QPainter& painter, double left, double middle, const QColor& color
     painter.drawEllipse(QRectF(left, middle - dotSize / 2.0, dotSize, dotSize));
 }
 
+// What QComboBox::insertSeparator() leaves.
+bool isSeparator(const QModelIndex& index) {
+    return index.data(Qt::AccessibleDescriptionRole).toString() == QStringLiteral("separator");
+}
+
 /// Row of the opened list.
 class RowDelegate : public QStyledItemDelegate {
  public:
@@ -37,6 +43,12 @@ class RowDelegate : public QStyledItemDelegate {
 
     void paint(QPainter* painter, const QStyleOptionViewItem& option,
                const QModelIndex& index) const override {
+        if (isSeparator(index)) {
+            painter->fillRect(
+                QRect(option.rect.left() + 4, option.rect.center().y(), option.rect.width() - 8, 1),
+                QColor::fromRgb(theme::edge));
+            return;
+        }
         painter->save();
         painter->setRenderHint(QPainter::Antialiasing);
         QRectF row(option.rect);
@@ -69,7 +81,8 @@ class RowDelegate : public QStyledItemDelegate {
 
     [[nodiscard]] QSize sizeHint(const QStyleOptionViewItem& option,
                                  const QModelIndex& index) const override {
-        return {QStyledItemDelegate::sizeHint(option, index).width() + 12, rowHeight};
+        return {QStyledItemDelegate::sizeHint(option, index).width() + 12,
+                isSeparator(index) ? separatorHeight : rowHeight};
     }
 };
 

@@ -88,6 +88,10 @@ SkinMessageBox::SkinMessageBox(const QString& title, const QString& text, Icon i
             addButton(QStringLiteral("OK"), Answer::ok);
             addButton(QStringLiteral("Cancel"), Answer::cancel);
             break;
+        case Buttons::yesNo:
+            addButton(QStringLiteral("Yes"), Answer::yes);
+            addButton(QStringLiteral("No"), Answer::no);
+            break;
         case Buttons::yesNoCancel:
             addButton(QStringLiteral("Yes"), Answer::yes);
             addButton(QStringLiteral("No"), Answer::no);

@@ -16,7 +16,7 @@ class SkinMessageBox : public QDialog {
 
  public:
     enum class Icon { none, stop, info };
-    enum class Buttons { ok, okCancel, yesNoCancel };
+    enum class Buttons { ok, okCancel, yesNo, yesNoCancel };
     enum class Answer { ok, cancel, yes, no };
 
     SkinMessageBox(const QString& title, const QString& text, Icon icon, Buttons buttons,

@@ -238,6 +238,22 @@ bool History::goTo(std::size_t position) {
     return true;
 }
 
+std::unique_ptr<const ParameterStore> History::setsAt(std::size_t position) const {
+    if (position > steps_.size()) {
+        return nullptr;
+    }
+    auto state = std::make_unique<TuningSnapshot>(*settled_);
+    for (std::size_t at = position_; at > position; --at) {
+        steps_[at - 1]->change.applyTo(bytesOf(*state));
+        steps_[at - 1]->lead.applyTo(bytesOf(*state));
+    }
+    for (std::size_t at = position_; at < position; ++at) {
+        steps_[at]->lead.applyTo(bytesOf(*state));
+        steps_[at]->change.applyTo(bytesOf(*state));
+    }
+    return std::make_unique<const ParameterStore>(state->store);
+}
+
 void History::show(const TuningSnapshot& target) {
     isMoving_ = true;
     if (target.currentSet != tuning_.currentSet() && view_.chooseSet) {

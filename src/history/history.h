@@ -108,6 +108,10 @@ class History {
     /// \param position 0 to steps().size()
     /// \return whether anything was undone or redone
     bool goTo(std::size_t position);
+    /// The sets as they were when this many steps were done. Nothing moves.
+    /// \param position 0 to steps().size()
+    /// \return null for another position
+    [[nodiscard]] std::unique_ptr<const ParameterStore> setsAt(std::size_t position) const;
 
     // --- the list
 

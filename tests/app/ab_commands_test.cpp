@@ -17,7 +17,7 @@ namespace {
 
 using ::testing::IsEmpty;
 
-class Comparing : public ComparingTest {
+class AbSwitching : public AbTest {
  protected:
     QStringList toolTexts() { return itemsOf(QStringLiteral("Tools")); }
     static QStringList texts(const char* heard, const char* other) {
@@ -26,7 +26,7 @@ class Comparing : public ComparingTest {
     }
 };
 
-TEST_F(Comparing, TheMenuNamesTheSideThatIsHeardAlsoAfterUndoAndRedo) {
+TEST_F(AbSwitching, TheMenuNamesTheSideThatIsHeardAlsoAfterUndoAndRedo) {
     EXPECT_EQ(toolTexts(), texts("A", "B"));
     switchKey();
     EXPECT_EQ(toolTexts(), texts("B", "A"));
@@ -40,7 +40,7 @@ TEST_F(Comparing, TheMenuNamesTheSideThatIsHeardAlsoAfterUndoAndRedo) {
     EXPECT_EQ(toolTexts(), texts("B", "A"));
 }
 
-TEST_F(Comparing, TheKeysSwitchSetPagesAndImageAtOnceAsOneStep) {
+TEST_F(AbSwitching, TheKeysSwitchSetPagesAndImageAtOnceAsOneStep) {
     clickTab(static_cast<int>(Page::outputEqualizer));
     storeBoth(5.5F);
     view().refreshPages();
@@ -64,7 +64,7 @@ TEST_F(Comparing, TheKeysSwitchSetPagesAndImageAtOnceAsOneStep) {
     expectRoundTrip();
 }
 
-TEST_F(Comparing, TheEntriesDoTheSame) {
+TEST_F(AbSwitching, TheEntriesDoTheSame) {
     clickMenu(QStringLiteral("Tools"), QStringLiteral("Store A"));
     settleEvents();
     EXPECT_EQ(notice(), "Stored A");
@@ -77,7 +77,7 @@ TEST_F(Comparing, TheEntriesDoTheSame) {
     EXPECT_EQ(steps(), 3U) << "the volume and two switches";
 }
 
-TEST_F(Comparing, TheKeysWorkWhileThePlotIsInFront) {
+TEST_F(AbSwitching, TheKeysWorkWhileThePlotIsInFront) {
     click(showPlot());
     view().plot().activateWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&view().plot()));
@@ -86,7 +86,7 @@ TEST_F(Comparing, TheKeysWorkWhileThePlotIsInFront) {
     EXPECT_EQ(sides().memories().heard(), AbSide::b);
 }
 
-TEST_F(Comparing, ChangesSinceTheLastStoreAreToldAndUndoBringsThemBack) {
+TEST_F(AbSwitching, ChangesSinceTheLastStoreAreToldAndUndoBringsThemBack) {
     storeKey();
     setVolume(4.0F);
     switchKey();
@@ -102,7 +102,7 @@ TEST_F(Comparing, ChangesSinceTheLastStoreAreToldAndUndoBringsThemBack) {
     EXPECT_EQ(toolTexts(), texts("A", "B"));
 }
 
-TEST_F(Comparing, ADragEndsFirst) {
+TEST_F(AbSwitching, ADragEndsFirst) {
     storeBoth(5.5F);
     auto& volume = on<CBitmapSlider>(Page::outputEqualizer, output_eq_id::volume.slider);
     hold(volume, 10);
@@ -117,7 +117,7 @@ TEST_F(Comparing, ADragEndsFirst) {
 
 // ---- what stands in the way
 
-TEST_F(Comparing, IsRefusedWithANoticeWhileAListOrABoxIsOpen) {
+TEST_F(AbSwitching, IsRefusedWithANoticeWhileAListOrABoxIsOpen) {
     storeBoth(5.5F);
     const auto before = state();
     const auto expectRefused = [&] {
@@ -150,7 +150,7 @@ TEST_F(Comparing, IsRefusedWithANoticeWhileAListOrABoxIsOpen) {
     EXPECT_EQ(sides().memories().heard(), AbSide::a);
 }
 
-TEST_F(Comparing, IsRefusedWhileACommandHasTheLine) {
+TEST_F(AbSwitching, IsRefusedWhileACommandHasTheLine) {
     storeBoth(5.5F);
     const auto before = state();
     int tried = 0;
@@ -168,7 +168,7 @@ TEST_F(Comparing, IsRefusedWhileACommandHasTheLine) {
 
 // ---- level matched
 
-TEST_F(Comparing, EachSwitchTellsTheLevel) {
+TEST_F(AbSwitching, EachSwitchTellsTheLevel) {
     storeBoth(5.5F);
     clickLevelMatched();
     EXPECT_TRUE(levelMatched().isChecked());
@@ -187,7 +187,7 @@ TEST_F(Comparing, EachSwitchTellsTheLevel) {
     EXPECT_EQ(notice(), "Switched to A");
 }
 
-TEST_F(Comparing, WhatIsMissingIsToldWithTheChannelAsItsPageNumbersIt) {
+TEST_F(AbSwitching, WhatIsMissingIsToldWithTheChannelAsItsPageNumbersIt) {
     storeKey();
     switchKey();
     setVolume(6.5F);
@@ -202,7 +202,7 @@ TEST_F(Comparing, WhatIsMissingIsToldWithTheChannelAsItsPageNumbersIt) {
     EXPECT_EQ(line.played().terms().loweredSteps, 4U);
 }
 
-TEST_F(Comparing, WithoutTwoSidesToCompareNothingIsMatched) {
+TEST_F(AbSwitching, WithoutTwoSidesToCompareNothingIsMatched) {
     clickLevelMatched();
     EXPECT_EQ(notice(), "Level matched as soon as A and B are both stored");
     storeKey();
@@ -218,7 +218,7 @@ TEST_F(Comparing, WithoutTwoSidesToCompareNothingIsMatched) {
     EXPECT_TRUE(line.played().isPlain());
 }
 
-TEST_F(Comparing, AChangeOfLevelIsToBeSentAndChoosingASetSendsNothing) {
+TEST_F(AbSwitching, AChangeOfLevelIsToBeSentAndChoosingASetSendsNothing) {
     storeBoth(5.5F);
     FrameTest::settle();
     clickLevelMatched();
@@ -234,7 +234,7 @@ TEST_F(Comparing, AChangeOfLevelIsToBeSentAndChoosingASetSendsNothing) {
     EXPECT_TRUE(tuning.updatePending());
 }
 
-TEST_F(Comparing, InLiveModeEachSwitchIsOneSendOfTheCopyThatBelongsToIt) {
+TEST_F(AbSwitching, InLiveModeEachSwitchIsOneSendOfTheCopyThatBelongsToIt) {
     storeBoth(5.5F);
     goLive();
     clickLevelMatched();
@@ -272,7 +272,7 @@ TEST_F(Comparing, InLiveModeEachSwitchIsOneSendOfTheCopyThatBelongsToIt) {
     EXPECT_THAT(shown, IsEmpty());
 }
 
-TEST_F(Comparing, WithoutMatchingTheTargetGetsTheImageToTheByte) {
+TEST_F(AbSwitching, WithoutMatchingTheTargetGetsTheImageToTheByte) {
     goLive();
     storeBoth(5.5F);
     for (int i = 0; i < 2; ++i) {
@@ -285,7 +285,7 @@ TEST_F(Comparing, WithoutMatchingTheTargetGetsTheImageToTheByte) {
 }
 
 // The copy of another level is not the one that is to play.
-TEST_F(Comparing, AnotherLevelIsNotConfirmed) {
+TEST_F(AbSwitching, AnotherLevelIsNotConfirmed) {
     storeBoth(5.5F);
     goLive();
     EXPECT_TRUE(line.imageIsConfirmed());

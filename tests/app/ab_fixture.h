@@ -12,11 +12,11 @@
 namespace tessavo::test {
 
 /// The whole window with a target inside the program. All channels are selected and have a source.
-class ComparingTest : public UndoTest {
+class AbTest : public UndoTest {
  protected:
     static constexpr int patienceMs = 60000;
 
-    ComparingTest() {
+    AbTest() {
         for (std::uint8_t c = 0; c < channelCount; ++c) {
             tuning.setRouterSource({c}, 1);
         }

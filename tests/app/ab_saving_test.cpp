@@ -13,7 +13,7 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-class SavingWhileMatched : public ComparingTest {
+class SavingWhileMatched : public AbTest {
  protected:
     SavingWhileMatched() {
         QObject::connect(&line, &CommLink::exchangeBegan, frame.get(),

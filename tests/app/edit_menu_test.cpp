@@ -22,7 +22,7 @@ class EditMenus : public UndoTest {
 };
 
 TEST_F(EditMenus, WithNothingToDoItSaysPlainlyUndoAndRedoAndIsDisabled) {
-    EXPECT_EQ(itemsOf(QStringLiteral("Edit")),
+    EXPECT_EQ(itemsOf(QStringLiteral("Edit")).first(4),
               (QStringList{QStringLiteral("Undo"), QStringLiteral("Redo"), QStringLiteral("History..."),
                            QStringLiteral("Channel Names...")}));
     EXPECT_FALSE(undoEntry().isEnabled());

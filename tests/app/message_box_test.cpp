@@ -108,6 +108,7 @@ TEST(UiBoxes, AThreadThatWaitsIsLetGoAtTheEnd) {
 TEST(UiBoxes, AClosedBoxIsOkOrCancel) {
     EXPECT_EQ(answerWhenClosed(BoxButtons::ok), BoxAnswer::ok);
     EXPECT_EQ(answerWhenClosed(BoxButtons::okCancel), BoxAnswer::cancel);
+    EXPECT_EQ(answerWhenClosed(BoxButtons::yesNo), BoxAnswer::cancel);
     EXPECT_EQ(answerWhenClosed(BoxButtons::yesNoCancel), BoxAnswer::cancel);
 }
 

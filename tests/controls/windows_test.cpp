@@ -41,6 +41,7 @@ TEST(MessageBox, HasItsButtonsInOrderWithTheFirstAsDefault) {
     const std::pair<Buttons, QStringList> cases[]{
         {Buttons::ok, {QStringLiteral("OK")}},
         {Buttons::okCancel, {QStringLiteral("OK"), QStringLiteral("Cancel")}},
+        {Buttons::yesNo, {QStringLiteral("Yes"), QStringLiteral("No")}},
         {Buttons::yesNoCancel, {QStringLiteral("Yes"), QStringLiteral("No"), QStringLiteral("Cancel")}}};
     for (const auto& [buttons, captions] : cases) {
         SkinMessageBox box(QStringLiteral("T"), QStringLiteral("x"), Icon::none, buttons);
@@ -81,7 +82,7 @@ TEST(MessageBox, EnterPressesTheFocusedButton) {
 
 TEST(MessageBox, EscapeAndTheCrossCancel) {
     for (const bool cross : {false, true}) {
-        for (const Buttons buttons : {Buttons::ok, Buttons::okCancel, Buttons::yesNoCancel}) {
+        for (const Buttons buttons : {Buttons::ok, Buttons::okCancel, Buttons::yesNo, Buttons::yesNoCancel}) {
             SkinMessageBox box(QStringLiteral("T"), QStringLiteral("x"), Icon::stop, buttons);
             QTimer::singleShot(0, &box, [&box, cross] {
                 if (cross) {

@@ -1,5 +1,6 @@
 #include "history/history.h"
 
+#include <cstring>
 #include <gtest/gtest.h>
 
 #include "history/session.h"
@@ -390,6 +391,38 @@ TEST(HistoryOfReceivedSets, BringsBackTheImageThatADamagedOneReplaced) {
     EXPECT_SAME_BYTES(session.row(), before);
     session.history.redo();
     EXPECT_SAME_BYTES(session.row(), after);
+}
+
+TEST(History, TheSetsOfAnyStepAreToldWithoutAnyMove) {
+    Session session;
+    std::vector<ParameterStore> stores{session.state.store()};
+    const auto step = [&](float volume) {
+        session.stepTo(volume);
+        stores.push_back(session.state.store());
+    };
+    step(1);
+    session.state.selectSet(2);
+    step(2);
+    step(3);
+    session.state.selectSet(0);
+    step(4);
+    for (const std::size_t position : {4U, 2U, 0U, 3U}) {
+        session.history.goTo(position);
+        const Bytes before = session.row();
+        const std::size_t events = session.events.size();
+        for (std::size_t at = 0; at < stores.size(); ++at) {
+            const auto sets = session.history.setsAt(at);
+            ASSERT_NE(sets, nullptr);
+            EXPECT_EQ(std::memcmp(sets.get(), &stores[at], sizeof stores[at]), 0)
+                << at << " from " << position;
+        }
+        EXPECT_EQ(session.history.setsAt(5), nullptr);
+        EXPECT_EQ(session.row(), before);
+        EXPECT_EQ(session.events.size(), events);
+    }
+    // What is no step yet does not count.
+    session.state.setVolume(-9, false);
+    EXPECT_EQ(std::memcmp(session.history.setsAt(3).get(), &stores[3], sizeof stores[3]), 0);
 }
 
 }  // namespace
