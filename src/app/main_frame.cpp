@@ -193,6 +193,7 @@ void CMainFrame::makeMenus() {
     fillRecentFiles();
 
     editMenu_ = std::make_unique<EditMenu>(*undo_, *menuBar_);
+    makeToolsMenu();
     QMenu* help = menuBar_->addMenu(QStringLiteral("&Help"));
     add(help, "&About", QKeySequence(Qt::Key_F1), &CMainFrame::showAbout);
 }

@@ -99,6 +99,7 @@ class CMainFrame : public QWidget {
 
  private:
     void makeMenus();
+    void makeToolsMenu();
     void followScreen(QScreen* screen);
     void layOut();
     void bringIntoSight(QWidget* control);

@@ -209,7 +209,8 @@ TEST_F(MainFrame, HasItsMenus) {
     for (const QAction* action : frame->findChild<QMenuBar*>()->actions()) {
         titles << action->text().remove(QLatin1Char('&'));
     }
-    EXPECT_EQ(titles, (QStringList{QStringLiteral("File"), QStringLiteral("Edit"), QStringLiteral("Help")}));
+    EXPECT_EQ(titles, (QStringList{QStringLiteral("File"), QStringLiteral("Edit"), QStringLiteral("Tools"),
+                                   QStringLiteral("Help")}));
     EXPECT_EQ(itemsOf(QStringLiteral("File")),
               (QStringList{QStringLiteral("Open"), QStringLiteral("Save"), QStringLiteral("Export"),
                            QStringLiteral("-"), QStringLiteral("Exit"), QStringLiteral("-"),
