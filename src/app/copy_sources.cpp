@@ -99,6 +99,7 @@ std::vector<CopySource> writtenSources(const std::filesystem::path& dataFolder, 
 std::vector<CopySource> targetSources(const TuningState& tuning, ITransfers& transfers,
                                       const ParameterSet& base) {
     std::vector<CopySource> sources;
+    sources.reserve(targetSetNumbers.size());
     const auto kept = std::make_shared<const ParameterSet>(base);
     for (const std::uint8_t targetSet : targetSetNumbers) {
         sources.push_back({.title = nameOf(targetSet), .group = "Target", .read = [=, &tuning, &transfers] {
