@@ -191,14 +191,7 @@ void CMainFrame::makeMenus() {
     fillRecentFiles();
 
     editMenu_ = std::make_unique<EditMenu>(*undo_, *menuBar_);
-    toolsMenu_ = std::make_unique<ToolsMenu>(*menuBar_);
-    compare_ = std::make_unique<CompareCommands>(
-        CompareCommands::Dependencies{dependencies_.tuning, dependencies_.history, *undo_, *view_, *status_,
-                                      dependencies_.link, dependencies_.boxes, dependencies_.dialogs, *this});
-    compare_->addTo(editMenu_->menu(), toolsMenu_->menu());
-    abCommands_ = std::make_unique<AbCommands>(
-        AbCommands::Dependencies{dependencies_.tuning, dependencies_.history, dependencies_.link, *undo_,
-                                 *view_, *status_, *toolsMenu_});
+    makeToolsMenu();
     QMenu* help = menuBar_->addMenu(QStringLiteral("&Help"));
     add(help, "&About", QKeySequence(Qt::Key_F1), &CMainFrame::showAbout);
 }

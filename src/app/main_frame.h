@@ -23,6 +23,7 @@ namespace tessavo {
 class AbCommands;
 class CommLink;
 class CompareCommands;
+class CopiesCommands;
 class CTessavoView;
 class EditMenu;
 class FileNewsDisplay;
@@ -103,6 +104,7 @@ class CMainFrame : public QWidget {
 
  private:
     void makeMenus();
+    void makeToolsMenu();
     void followScreen(QScreen* screen);
     void layOut();
     void bringIntoSight(QWidget* control);
@@ -128,6 +130,7 @@ class CMainFrame : public QWidget {
     std::unique_ptr<EditMenu> editMenu_;
     std::unique_ptr<ToolsMenu> toolsMenu_;
     std::unique_ptr<CompareCommands> compare_;
+    std::unique_ptr<CopiesCommands> copies_;
     std::unique_ptr<AbCommands> abCommands_;
     std::unique_ptr<SessionKeeper> keeper_;
     std::unique_ptr<TargetDisplay> targetDisplay_;

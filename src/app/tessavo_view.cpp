@@ -229,6 +229,12 @@ void CTessavoView::toggleLiveMode() {
     Q_EMIT liveModeChanged(on);
 }
 
+void CTessavoView::turnOnLiveMode() {
+    if (!tuning_.liveMode()) {
+        toggleLiveMode();
+    }
+}
+
 void CTessavoView::chooseSet(int index) {
     // The list also tells of an entry that was chosen again.
     if (index < 0 || static_cast<std::uint32_t>(index) == tuning_.currentSet()) {

@@ -59,6 +59,8 @@ class CTessavoView : public QWidget, public ISettingsView {
     void showSet(std::uint32_t set);
     /// Chooses a filter method as its list does.
     void showFilterMode(std::uint32_t mode);
+    /// Switches Live Mode on as its button does, which sends the current set; does nothing while it is on.
+    void turnOnLiveMode();
     /// Goes to a control: chooses its set, its page and, on the page of the output equalizer, a channel that
     /// takes no part in edits yet, and gives it the focus. Writes nothing.
     void showPlace(const FieldPlace& place);

@@ -12,9 +12,12 @@ namespace tessavo {
 
 namespace {
 
+QString utf8(std::string_view text) {
+    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
 QString extensionOf(const FileFilter& filter) {
-    return QString::fromUtf8(filter.defaultExtension.data(),
-                             static_cast<qsizetype>(filter.defaultExtension.size()));
+    return utf8(filter.defaultExtension);
 }
 
 }  // namespace
@@ -33,6 +36,29 @@ std::optional<std::filesystem::path> UiFileDialogs::askSavePath(const FileFilter
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setNameFilters(nameFilters(filter.filter));
     dialog.setDefaultSuffix(extensionOf(filter));
+    return dialog.exec() == QDialog::Accepted ? remembered(dialog.selectedFiles().value(0)) : std::nullopt;
+}
+
+std::optional<std::filesystem::path> UiFileDialogs::askNewFolder(std::string_view title,
+                                                                 std::string_view proposedName) {
+    SkinFileDialog dialog(owner(), profile_.lastFolder());
+    dialog.setWindowTitle(utf8(title));
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setFileMode(QFileDialog::AnyFile);
+    // A name that is there already is gone into, as every folder is.
+    dialog.setFilter(QDir::AllDirs | QDir::NoDotAndDotDot);
+    dialog.setNameFilters({QStringLiteral("Folders (*)")});
+    dialog.setLabelText(QFileDialog::FileName, QStringLiteral("New folder:"));
+    dialog.selectFile(utf8(proposedName));
+    return dialog.exec() == QDialog::Accepted ? remembered(dialog.selectedFiles().value(0)) : std::nullopt;
+}
+
+std::optional<std::filesystem::path> UiFileDialogs::askFolder(std::string_view title) {
+    SkinFileDialog dialog(owner(), profile_.lastFolder());
+    dialog.setWindowTitle(utf8(title));
+    dialog.setAcceptMode(QFileDialog::AcceptOpen);
+    dialog.setFileMode(QFileDialog::Directory);
+    dialog.setOption(QFileDialog::ShowDirsOnly);
     return dialog.exec() == QDialog::Accepted ? remembered(dialog.selectedFiles().value(0)) : std::nullopt;
 }
 

@@ -17,6 +17,9 @@ class UiFileDialogs : public IFileDialogs {
 
     std::optional<std::filesystem::path> askOpenPath(const FileFilter& filter) override;
     std::optional<std::filesystem::path> askSavePath(const FileFilter& filter) override;
+    std::optional<std::filesystem::path> askNewFolder(std::string_view title,
+                                                      std::string_view proposedName) override;
+    std::optional<std::filesystem::path> askFolder(std::string_view title) override;
 
  private:
     [[nodiscard]] QWidget* owner() const;

@@ -27,6 +27,19 @@ class IFileDialogs {
     /// Asks for a file to write, and once more before an existing one is overwritten.
     /// \return as askOpenPath()
     virtual std::optional<std::filesystem::path> askSavePath(const FileFilter& filter) = 0;
+    /// Asks for a folder that is not there yet. Makes none. Where nobody can be asked, it is cancelled.
+    /// \param title what the folder is for, in UTF-8
+    /// \param proposedName its name unless the user chooses another
+    /// \return as askOpenPath()
+    virtual std::optional<std::filesystem::path> askNewFolder(std::string_view /*title*/,
+                                                              std::string_view /*proposedName*/) {
+        return std::nullopt;
+    }
+    /// Asks for a folder that exists. Where nobody can be asked, it is cancelled.
+    /// \return as askOpenPath()
+    virtual std::optional<std::filesystem::path> askFolder(std::string_view /*title*/) {
+        return std::nullopt;
+    }
     /// The command that asked calls this once it is done with the file, also after a cancelled dialog.
     virtual void resetLocale() { resetLocaleAfterDialog(); }
 };

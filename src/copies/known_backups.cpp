@@ -53,8 +53,8 @@ bool KnownBackups::add(const std::filesystem::path& backup) {
         return false;
     }
     std::vector<std::filesystem::path> notes = notesIn(folder_);
-    const std::uint64_t number =
-        kept::numberBehind(notes.empty() ? 0 : kept::numberOf(utf8FromPath(notes.front().stem())).value_or(0));
+    const std::uint64_t number = kept::numberBehind(
+        notes.empty() ? 0 : kept::numberOf(utf8FromPath(notes.front().stem())).value_or(0));
     std::string text(firstLine);
     // A name that ends in a separator names the same folder.
     const std::filesystem::path whole = wholePath(backup).lexically_normal();

@@ -289,7 +289,8 @@ void History::markSaved(std::string text) {
 }
 
 void History::markConfirmed(const ParameterImage& image, std::string text) {
-    markConfirmedWhere([&image](const ParameterImage& other) { return isSame(image, other); }, std::move(text));
+    markConfirmedWhere([&image](const ParameterImage& other) { return isSame(image, other); },
+                       std::move(text));
 }
 
 void History::markConfirmedWhere(const ImageTest& plays, std::string text) {

@@ -218,9 +218,11 @@ TEST_F(MainFrame, HasItsMenus) {
     EXPECT_EQ(itemsOf(QStringLiteral("Edit")).first(4),
               (QStringList{QStringLiteral("Undo"), QStringLiteral("Redo"), QStringLiteral("History..."),
                            QStringLiteral("Channel Names...")}));
-    EXPECT_EQ(itemsOf(QStringLiteral("Tools")),
-              (QStringList{QStringLiteral("Compare..."), QStringLiteral("-"), QStringLiteral("Store A"),
-                           QStringLiteral("Switch to B"), QStringLiteral("Level Matched")}));
+    EXPECT_EQ(
+        itemsOf(QStringLiteral("Tools")),
+        (QStringList{QStringLiteral("Compare..."), QStringLiteral("-"), QStringLiteral("Back Up Target..."),
+                     QStringLiteral("Restore Target..."), QStringLiteral("-"), QStringLiteral("Store A"),
+                     QStringLiteral("Switch to B"), QStringLiteral("Level Matched")}));
     EXPECT_EQ(itemsOf(QStringLiteral("Help")), QStringList{QStringLiteral("About")});
 }
 

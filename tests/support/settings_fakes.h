@@ -28,8 +28,20 @@ class FakeDialogs : public IFileDialogs {
         asked.push_back({true, std::string(filter.filter), std::string(filter.defaultExtension)});
         return answer;
     }
+    std::optional<std::filesystem::path> askNewFolder(std::string_view /*title*/,
+                                                      std::string_view proposedName) override {
+        proposedNames.emplace_back(proposedName);
+        return folderAnswer;
+    }
+    std::optional<std::filesystem::path> askFolder(std::string_view title) override {
+        folderTitles.emplace_back(title);
+        return folderAnswer;
+    }
     void resetLocale() override { ++localeResets; }
     std::optional<std::filesystem::path> answer;
+    std::optional<std::filesystem::path> folderAnswer;  ///< for both questions about folders
+    std::vector<std::string> proposedNames;             ///< one for each new folder that was asked for
+    std::vector<std::string> folderTitles;              ///< one for each other folder
     std::vector<Asked> asked;
     int localeResets = 0;
 };

@@ -70,6 +70,8 @@ void CCommunication::OnInitDialog() {
     }
     form_.onClick(comm_id::selectImage, [this] { SelectImageFile(); });
     form_.onClick(comm_id::flashFile, [this] { FlashFile(); });
+    form_.onClick(comm_id::backUpTarget, [this] { Q_EMIT backUpAsked(); });
+    form_.control<CxSkinButton>(comm_id::backUpTarget).hide();
     form_.onClick(comm_id::refresh, [this] { FillPortList(); });
     form_.onClick(comm_id::update, [this] { ReadVersions(); });
     form_.onClick(comm_id::clearLog, [this] { log().clear(); });
@@ -209,6 +211,7 @@ void CCommunication::ReadVersions() {
         showVersion(comm_id::hardwareVersion, versions->hardware);
         showVersion(comm_id::softwareVersion, versions->software);
         versionsKnown_ = true;
+        Q_EMIT versionsRead(*versions);
     }
 }
 
@@ -233,6 +236,15 @@ void CCommunication::FlashFile() {
     if (focused) {
         button.setFocus();
     }
+}
+
+void CCommunication::offerBackUp(bool offered) {
+    auto& button = form_.control<CxSkinButton>(comm_id::backUpTarget);
+    if (!offered && button.hasFocus()) {
+        // Otherwise the focus would go to whatever stands behind it, and keys pressed later with it.
+        setFocus();
+    }
+    button.setVisible(offered);
 }
 
 void CCommunication::saveLog() {

@@ -68,7 +68,14 @@ class CCommunication : public CTabDialog {
     [[nodiscard]] bool nothingToLose() const { return nothingToLose_; }
     void setNothingToLose(bool nothing) { nothingToLose_ = nothing; }
 
+    /// Shows or hides the button that asks for a backup of the target. Hidden at first.
+    void offerBackUp(bool offered);
+
  Q_SIGNALS:
+    /// The button for a backup of the target was pressed.
+    void backUpAsked();
+    /// The target behind the chosen port has told its versions.
+    void versionsRead(const tessavo::TargetVersions& versions);
     /// What a command came to whose exchange was tried; before any box about it.
     void commandReported(const tessavo::CommandReport& report);
 

@@ -57,6 +57,7 @@ const ControlRows& communicationRows() {
             control(button, selectImage, "Select Image File", {492, 116, 130, 28}),
             control(button, flashFile, "Flash File", {632, 116, 130, 28}),
             control(own, transferLine, "", {12, 150, 750, 16}),
+            control(button, backUpTarget, "Back Up Target...", {602, 90, 160, 22}),
             control(group, interfaceGroup, "Communication Interface", {784, 8, 200, 168}),
             captioned(combo, portList, "COM Port", {796, 46, 62, 28}, {864, 46, 108, 28}),
             control(button, refresh, "Refresh", {796, 138, 176, 28}),

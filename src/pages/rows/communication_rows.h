@@ -18,6 +18,7 @@ inline constexpr int imagePath = 7030;
 inline constexpr int selectImage = 7031;
 inline constexpr int flashFile = 7032;
 inline constexpr int transferLine = 7033;
+inline constexpr int backUpTarget = 7034;  ///< hidden unless it is offered
 inline constexpr int portList = 7040;
 inline constexpr int refresh = 7041;
 inline constexpr int hardwareVersion = 7050;

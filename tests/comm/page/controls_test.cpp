@@ -51,6 +51,32 @@ TEST_F(Controls, StandAtTheirPlaces) {
     }
 }
 
+TEST_F(Controls, TheOfferOfABackupIsHiddenUntilItIsMadeAndMovesNothing) {
+    CxSkinButton& offer = button(comm_id::backUpTarget);
+    EXPECT_FALSE(offer.isVisible());
+    std::vector<QRect> before;
+    for (const ControlRow& row : communicationRows()) {
+        before.push_back(bounds(row.identifier));
+    }
+    int asked = 0;
+    QObject::connect(page, &CCommunication::backUpAsked, &window, [&] { ++asked; });
+    page->offerBackUp(true);
+    EXPECT_TRUE(offer.isVisible());
+    EXPECT_EQ(bounds(comm_id::backUpTarget), QRect(602, 90, 160, 22));
+    EXPECT_GE(offer.width(), offer.neededWidth());
+    std::size_t i = 0;
+    for (const ControlRow& row : communicationRows()) {
+        EXPECT_EQ(bounds(row.identifier), before[i++]) << row.identifier;
+    }
+    click(offer);
+    EXPECT_EQ(asked, 1);
+    EXPECT_TRUE(button(comm_id::flashFile).isEnabled()) << "it forces nothing";
+    offer.setFocus();
+    page->offerBackUp(false);
+    EXPECT_FALSE(offer.isVisible());
+    EXPECT_EQ(window.focusWidget(), page) << "no other button is pressed by a key meant for this one";
+}
+
 TEST_F(Controls, CarryTheirTexts) {
     for (int set = 1; set <= 5; ++set) {
         const QString expected = QStringLiteral("Set %1").arg(set);
