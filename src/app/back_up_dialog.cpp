@@ -42,7 +42,8 @@ BackUpDialog::BackUpDialog(QWidget* parent)
 
 CopyWatch BackUpDialog::watch() {
     return {.progress = [this](const CopyProgress& progress) { showProgress(progress, *message_, *bar_); },
-            .mayGoOn = [this] { return !cancelled_; }};
+            .mayGoOn = [this] { return !cancelled_; },
+            .nothingSent = {}};
 }
 
 void BackUpDialog::cancel() {

@@ -167,6 +167,7 @@ BackUp CopiesCommands::readTarget(BackUpDialog& dialog) {
     CopyWatch watch = dialog.watch();
     // A port that does not open does not do so for the next set either, and each try shows a box.
     watch.mayGoOn = [this, &dialog] { return !dialog.cancelled() && !portNotOpened_; };
+    watch.nothingSent = [this] { return portNotOpened_; };
     BackUp read = backUp(dependencies_.link.foreground(), watch);
     read.copy.port = dependencies_.link.portName();
     read.copy.time = now();
@@ -248,10 +249,13 @@ std::optional<RestoreSource> CopiesCommands::askFolder() {
 
 RestoreReport CopiesCommands::restoreSets(std::span<const SetToWrite> sets, const CopyWatch& watch) {
     clock_.reset();
+    portNotOpened_ = false;
+    CopyWatch watchWithPort = watch;
+    watchWithPort.nothingSent = [this] { return portNotOpened_; };
     // Whatever was confirmed before, the target is about to hold something else.
     dependencies_.link.forgetConfirmation();
     RestoreReport report =
-        tessavo::restoreSets(dependencies_.link.foreground(), clock_, sets, watch,
+        tessavo::restoreSets(dependencies_.link.foreground(), clock_, sets, watchWithPort,
                              [this](const SetToWrite& set) { keepWritten(set.targetSet, set.image); });
     // A live transfer that was under way at the start may have been confirmed meanwhile.
     dependencies_.link.forgetConfirmation();

@@ -1,11 +1,11 @@
 #include "app/copy_sources.h"
 
-#include <QDateTime>
 #include <chrono>
 #include <memory>
 #include <utility>
 
 #include "app/restore_sources.h"
+#include "app/wall_time_text.h"
 #include "comm/target_commands.h"
 #include "copies/target_copy.h"
 #include "params/image_conversion.h"
@@ -25,13 +25,6 @@ std::string nameOf(std::uint8_t targetSet) {
     return targetSet == 0 ? std::string("Default Set") : capital(targetSetText(targetSet));
 }
 
-std::string timeText(WallTime time) {
-    const auto sinceEpoch = std::chrono::duration_cast<std::chrono::milliseconds>(time.time_since_epoch());
-    return QDateTime::fromMSecsSinceEpoch(sinceEpoch.count())
-        .toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"))
-        .toStdString();
-}
-
 CopySource sourceOf(const SetToWrite& set, std::string title, std::string group, const ParameterSet& base) {
     // Shared: a record and an image are large for what is copied from list to list.
     auto converted = std::make_shared<const ParameterSet>(setOfImage(set.image, base));
@@ -47,7 +40,7 @@ std::vector<CopySource> sourcesIn(const std::filesystem::path& dataFolder, const
         if (each.place.empty() == backups) {
             continue;
         }
-        const std::string time = timeText(each.time);
+        const std::string time = dayAndTimeText(each.time).toStdString();
         for (const SetToWrite& set : each.sets) {
             std::string title = nameOf(set.targetSet);
             std::string group("Written into the target");

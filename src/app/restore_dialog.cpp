@@ -1,6 +1,5 @@
 #include "app/restore_dialog.h"
 
-#include <QDateTime>
 #include <QGridLayout>
 #include <QHeaderView>
 #include <QTreeWidget>
@@ -8,6 +7,7 @@
 #include <utility>
 
 #include "app/copy_parts.h"
+#include "app/wall_time_text.h"
 #include "controls/screen_room.h"
 #include "controls/skin_check_box.h"
 #include "controls/skin_group_box.h"
@@ -44,11 +44,6 @@ QString listSheet() {
         .arg(colorName(theme::sunk), colorName(theme::edge), colorName(theme::focus), colorName(theme::text),
              colorName(theme::selected), colorName(theme::white), colorName(theme::bars),
              colorName(theme::text2));
-}
-
-QString timeText(WallTime time) {
-    const auto sinceEpoch = std::chrono::duration_cast<std::chrono::milliseconds>(time.time_since_epoch());
-    return QDateTime::fromMSecsSinceEpoch(sinceEpoch.count()).toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
 }
 
 // Each row tells of a set whose name stands beside it already.
@@ -181,7 +176,7 @@ void RestoreDialog::setSources(std::vector<RestoreSource> sources) {
 void RestoreDialog::addSource(RestoreSource source, int row) {
     auto* const item = new QTreeWidgetItem;
     item->setText(titleColumn, textOf(source.title));
-    item->setText(timeColumn, timeText(source.time));
+    item->setText(timeColumn, dayAndTimeText(source.time));
     item->setText(portColumn, textOf(source.port));
     item->setToolTip(titleColumn, textOf(source.place.empty() ? source.title : source.place));
     item->setToolTip(portColumn, textOf(source.port));
@@ -283,7 +278,8 @@ void RestoreDialog::start() {
     setRunning(true);
     const RestoreReport report =
         dependencies_.restore(wanted, {.progress = [this](const CopyProgress& step) { showStep(step); },
-                                       .mayGoOn = [this] { return !cancelled_; }});
+                                       .mayGoOn = [this] { return !cancelled_; },
+                                       .nothingSent = {}});
     setRunning(false);
     showReport(report);
 }
