@@ -272,14 +272,14 @@ TEST_F(NotesBesideTheDocument, TheDocumentOfAnEarlierRunGoesOnWithThem) {
     state().setNotes(named(u"N"));
     ASSERT_TRUE(save(car()));
     news_.clear();
-    history_.resumeDocument({});
+    history_.resumeDocument({}, std::nullopt);
     EXPECT_FALSE(history_.documentDiffers());
-    history_.resumeDocument(car());
+    history_.resumeDocument(car(), std::nullopt);
     EXPECT_FALSE(history_.documentDiffers());
     state().setNotes({});
     EXPECT_TRUE(history_.documentDiffers());
     put(carNotes(), "{");
-    history_.resumeDocument(car());
+    history_.resumeDocument(car(), std::nullopt);
     EXPECT_FALSE(history_.documentDiffers());
     EXPECT_THAT(news_, IsEmpty());
 }

@@ -5,7 +5,7 @@
 namespace tessavo::house {
 
 std::span<const Room> houseRooms() {
-    static constexpr std::array<Room, 18> rooms{{
+    static constexpr std::array<Room, 19> rooms{{
         {"base", 0, false, "boxes and dialogs as interfaces, semaphore, raw files, numbers, MD5"},
         {"platform", 0, false, "process and desktop, for POSIX and for Windows"},
         {"dsp", 1, false, "coefficient generators, fixed-point words"},
