@@ -35,7 +35,9 @@ class AbTest : public UndoTest {
         clickMenu(QStringLiteral("Tools"), QStringLiteral("Level Matched"));
         settleEvents();
     }
-    QAction& levelMatched() { return *menu(QStringLiteral("Tools"))->actions().value(2); }
+    /// The entries for the two sides: to store, to switch, "Level Matched". They are the last ones.
+    QList<QAction*> sideEntries() { return menu(QStringLiteral("Tools"))->actions().last(3); }
+    QAction& levelMatched() { return *sideEntries().value(2); }
     /// One step.
     void setVolume(float volumeDb) {
         tuning.setVolume(volumeDb, true);

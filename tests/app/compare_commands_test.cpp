@@ -56,8 +56,8 @@ class Copying : public CompareTest {
 
 TEST_F(Copying, TheMenusHaveTheEntriesInTheirPlaces) {
     const QStringList edit = itemsOf(QStringLiteral("Edit"));
-    ASSERT_EQ(edit.size(), 9);
-    EXPECT_EQ(edit.mid(3),
+    ASSERT_EQ(edit.size(), 10);
+    EXPECT_EQ(edit.mid(4),
               (QStringList{QStringLiteral("-"), QStringLiteral("Copy Channel"),
                            QStringLiteral("Paste Channel"), QStringLiteral("Mirror Left to Right"),
                            QStringLiteral("-"), QStringLiteral("Copy Set To...")}));

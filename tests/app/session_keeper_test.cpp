@@ -412,7 +412,7 @@ TEST_F(Keeping, ADamagedFileIsSetAsideAndTold) {
 
 TEST_F(Keeping, FilesOfALaterVersionAndUnreadableOnesAreToldAndLeft) {
     std::filesystem::create_directory(data());
-    Bytes newer{'T', 'S', 'V', 'R', 'E', 'C', 'O', 'V', 2, 0, 0, 0};
+    Bytes newer{'T', 'S', 'V', 'R', 'E', 'C', 'O', 'V', 3, 0, 0, 0};
     const auto digest = md5(newer);
     newer.insert(newer.end(), digest.begin(), digest.end());
     const QString newerText = QStringLiteral(
