@@ -277,7 +277,8 @@ TargetFollower::Telling TargetFollower::telling(const Context& context) const {
         // Whoever has shown the box waits for its answer and is doing nothing.
         return {Light::trouble, atTime(reason(ExchangeEnd::portNotOpened), portNotOpenedAt_)};
     }
-    if (command_ != Activity::none && !commandEnd_) {
+    // An answered command is told as running until its report, which says what it has done.
+    if (command_ != Activity::none && commandEnd_.value_or(ExchangeEnd::answered) == ExchangeEnd::answered) {
         return commandTelling();
     }
     if (liveTransfer_ && !trouble_) {
@@ -317,10 +318,10 @@ TargetFollower::Telling TargetFollower::telling(const Context& context) const {
 }
 
 TargetFollower::Telling TargetFollower::commandTelling() const {
-    if (lineHeldBy_ == LineUser::liveMode) {
+    if (!commandEnd_ && lineHeldBy_ == LineUser::liveMode) {
         return {Light::sending, QStringLiteral("sending")};
     }
-    if (lineHeldBy_ == LineUser::clipPoll) {
+    if (!commandEnd_ && lineHeldBy_ == LineUser::clipPoll) {
         return {Light::sending, QStringLiteral("waiting")};
     }
     switch (command_) {

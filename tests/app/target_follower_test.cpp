@@ -246,6 +246,19 @@ TEST_F(Follower, CommandsTellWhatTheyDo) {
     EXPECT_EQ(off(), (Told{Light::sending, "sending image"})) << "blocks of the image before are forgotten";
 }
 
+TEST_F(Follower, AnAnsweredCommandIsToldAsRunningUntilItHasEnded) {
+    follower.commandStarted(Activity::reading);
+    ended(LineUser::command, ExchangeEnd::answered, at(3));
+    EXPECT_EQ(off(), (Told{Light::sending, "reading"})) << "its report follows at once";
+    follower.exchangeBegan(LineUser::clipPoll);
+    EXPECT_EQ(off(), (Told{Light::sending, "reading"})) << "it waits for nobody any more";
+    follower.exchangeBegan(LineUser::liveMode);
+    EXPECT_EQ(off(), (Told{Light::sending, "reading"}));
+    follower.commandEnded();
+    follower.commandReported(report(Command::readVersions), at(4));
+    EXPECT_EQ(off(), (Told{Light::off, "versions read 14:32:04"}));
+}
+
 TEST_F(Follower, ALiveBlockCountedWhileAFlashWaitsIsNoBlockOfTheImage) {
     follower.workerState(State::sending, at(1));
     follower.exchangeBegan(LineUser::liveMode);
