@@ -226,6 +226,11 @@ TEST_F(Follower, CommandsTellWhatTheyDo) {
     follower.commandStarted(Activity::reading);
     EXPECT_EQ(off(), (Told{Light::sending, "reading"}));
     ended(LineUser::command, ExchangeEnd::answered, at(3));
+    EXPECT_EQ(off(), (Told{Light::sending, "reading"})) << "its report follows";
+    for (const LineUser next : {LineUser::clipPoll, LineUser::liveMode}) {
+        follower.exchangeBegan(next);
+        EXPECT_EQ(off(), (Told{Light::sending, "reading"})) << "it waits for nobody any more";
+    }
     follower.commandEnded();
     EXPECT_EQ(off(), (Told{Light::off, "last answer 14:32:03"}));
     follower.commandStarted(Activity::sendingSoftware);
@@ -244,19 +249,6 @@ TEST_F(Follower, CommandsTellWhatTheyDo) {
     EXPECT_EQ(off(), (Told{Light::off, "last answer 14:32:09"}));
     follower.commandStarted(Activity::sendingSoftware);
     EXPECT_EQ(off(), (Told{Light::sending, "sending image"})) << "blocks of the image before are forgotten";
-}
-
-TEST_F(Follower, AnAnsweredCommandIsToldAsRunningUntilItHasEnded) {
-    follower.commandStarted(Activity::reading);
-    ended(LineUser::command, ExchangeEnd::answered, at(3));
-    EXPECT_EQ(off(), (Told{Light::sending, "reading"})) << "its report follows at once";
-    follower.exchangeBegan(LineUser::clipPoll);
-    EXPECT_EQ(off(), (Told{Light::sending, "reading"})) << "it waits for nobody any more";
-    follower.exchangeBegan(LineUser::liveMode);
-    EXPECT_EQ(off(), (Told{Light::sending, "reading"}));
-    follower.commandEnded();
-    follower.commandReported(report(Command::readVersions), at(4));
-    EXPECT_EQ(off(), (Told{Light::off, "versions read 14:32:04"}));
 }
 
 TEST_F(Follower, ALiveBlockCountedWhileAFlashWaitsIsNoBlockOfTheImage) {
