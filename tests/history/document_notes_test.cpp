@@ -113,8 +113,7 @@ TEST_F(NotesBesideTheDocument, OpeningIsOneStepWithThem) {
     put(carNotes(), notesJson(named(u"N")));
     ASSERT_TRUE(writeFile(car(), Bytes()));
     ASSERT_TRUE(save(folder_ / "other.eqs"));
-    std::filesystem::copy_file(folder_ / "other.eqs", car(),
-                               std::filesystem::copy_options::overwrite_existing);
+    ASSERT_TRUE(writeFile(car(), readFile(folder_ / "other.eqs")));
     state().setVolume(3, true);
     ASSERT_TRUE(steps.commit());
     ASSERT_TRUE(open(car()));
