@@ -31,13 +31,14 @@ class IFileDialogs {
     /// \param title what the folder is for, in UTF-8
     /// \param proposedName its name unless the user chooses another
     /// \return as askOpenPath()
-    virtual std::optional<std::filesystem::path> askNewFolder(std::string_view /*title*/,
-                                                              std::string_view /*proposedName*/) {
+    virtual std::optional<std::filesystem::path> askNewFolder(
+        [[maybe_unused]] std::string_view title, [[maybe_unused]] std::string_view proposedName) {
         return std::nullopt;
     }
     /// Asks for a folder that exists. Where nobody can be asked, it is cancelled.
+    /// \param title what the folder is for, in UTF-8
     /// \return as askOpenPath()
-    virtual std::optional<std::filesystem::path> askFolder(std::string_view /*title*/) {
+    virtual std::optional<std::filesystem::path> askFolder([[maybe_unused]] std::string_view title) {
         return std::nullopt;
     }
     /// The command that asked calls this once it is done with the file, also after a cancelled dialog.
