@@ -39,6 +39,8 @@ class UndoingInLiveMode : public UndoTest {
         }
         QTest::keyClick(slider_, Qt::Key_PageDown);
         QTest::keyClick(slider_, Qt::Key_PageDown);
+        settleEvents();
+        ASSERT_EQ(steps(), 0U);
         end_ = state();
     }
     bool waitForTwoSteps() {

@@ -208,8 +208,8 @@ TEST_F(EndedRun, IsPartedAlsoWhileItIsUndone) {
     EXPECT_EQ(session.refreshes, refreshes) << "nothing moves";
     confirm(4);
     confirm(5);
-    EXPECT_THAT(marksOf(session), ElementsAre("0 notice told", "1 confirmed 2", "2 confirmed 4",
-                                             "3 confirmed 5"));
+    EXPECT_THAT(marksOf(session),
+                ElementsAre("0 notice told", "1 confirmed 2", "2 confirmed 4", "3 confirmed 5"));
     for (const std::size_t volume : {2U, 4U, 5U}) {
         ASSERT_TRUE(session.history.redo());
         EXPECT_EQ(session.row(), rows[volume]) << volume;
@@ -323,7 +323,8 @@ TEST_F(EndedRun, OfAGroupIsPartedBetweenTwoKeys) {
     session.history.beginGesture(Gesture::run);
     for (int key = 1; key <= 4; ++key) {
         for (std::size_t channel = 0; channel < channelCount; ++channel) {
-            session.state.setGroupGain(RecordChannel{static_cast<std::uint8_t>(channel)}, static_cast<float>(key));
+            session.state.setGroupGain(RecordChannel{static_cast<std::uint8_t>(channel)},
+                                       static_cast<float>(key));
         }
         change(key);
     }
