@@ -137,7 +137,8 @@ TEST_F(RecoverNotes, ThatStandThereAreLeftAloneUnlessItIsForced) {
         leave(recovered);
         for (const bool withSettings : {false, true}) {
             write(notes_, bytesOf(mine));
-            expectRefused({}, (withSettings ? settings_ : notes_) + ": exists already; --force writes over it");
+            expectRefused({},
+                          (withSettings ? settings_ : notes_) + ": exists already; --force writes over it");
             EXPECT_EQ(written(), mine);
             EXPECT_EQ(rescue({"--force"}).code, 0);
             EXPECT_EQ(written(), recovered) << "names of other settings would be wrong";
