@@ -276,7 +276,10 @@ CompareReading CompareSide::askStep() {
     if (!row) {
         return {};
     }
-    return readStep(static_cast<std::size_t>(*row), QStringLiteral("History: ") + words.at(*row));
+    // The target may have parted the newest step meanwhile, by confirming a state in its middle.
+    const std::size_t position =
+        *row == words.size() - 1 ? history.steps().size() : static_cast<std::size_t>(*row);
+    return readStep(position, QStringLiteral("History: ") + words.at(*row));
 }
 
 void CompareSide::showPopup() {

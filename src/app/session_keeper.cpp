@@ -74,7 +74,8 @@ void SessionKeeper::noteOpened() {
 
 void SessionKeeper::noteSaved() {
     isBuried_ = false;
-    isUnsaved_ = false;
+    // The notes beside the sets may have found no place.
+    isUnsaved_ = !isNothingToRestore();
 }
 
 // Later changes do not put it off.

@@ -1,12 +1,16 @@
 #include "cli/recover_command.h"
 
+#include <filesystem>
 #include <ostream>
+#include <system_error>
 #include <utility>
+#include <variant>
 #include <vector>
 
 #include "cli/command_line.h"
 #include "cli/file_access.h"
 #include "cli/recovery_report.h"
+#include "history/notes_file.h"
 #include "history/recovery_store.h"
 #include "platform/data_folder.h"
 
@@ -40,6 +44,59 @@ std::vector<FoundRecovery> readAll(const RecoveryList& list) {
     return found;
 }
 
+/// Whether the file of notes beside the settings has to change: where there is something to keep, or where it
+/// holds other notes.
+bool hasToWrite(const std::filesystem::path& settings, const FileNotes& notes) {
+    std::error_code unknown;
+    const auto type = std::filesystem::status(settings, unknown).type();
+    // Nothing stands beside a device.
+    if (type != std::filesystem::file_type::regular && type != std::filesystem::file_type::not_found) {
+        return false;
+    }
+    const auto found = readNotes(notesPathOf(settings));
+    const auto* const there = std::get_if<FileNotes>(&found);
+    return there != nullptr ? *there != notes : !isEmpty(notes);
+}
+
+// Tells why the file of notes is left alone; empty where it may be written.
+std::string notesTrouble(const std::string& file, bool force) {
+    std::error_code unknown;
+    if (!std::filesystem::exists(std::filesystem::symlink_status(pathOf(file), unknown))) {
+        return {};
+    }
+    const auto type = std::filesystem::status(pathOf(file), unknown).type();
+    if (type == std::filesystem::file_type::directory) {
+        return file + ": is a directory";
+    }
+    if (type != std::filesystem::file_type::regular && type != std::filesystem::file_type::not_found) {
+        return file + ": is no regular file";
+    }
+    return force ? "" : file + ": exists already; --force writes over it";
+}
+
+int writeNewest(const TuningSnapshot& newest, const Arguments& arguments, const CommandContext& context) {
+    const std::filesystem::path settings = pathOf(arguments.output);
+    const FileNotes notes = wellFormed(newest.notes);
+    const bool withNotes = hasToWrite(settings, notes);
+    const std::string notesFile = textOf(notesPathOf(settings));
+    if (withNotes) {
+        if (const std::string trouble = notesTrouble(notesFile, arguments.force); !trouble.empty()) {
+            context.reporter.error(trouble);
+            return exit_code::failed;
+        }
+    }
+    OutputFiles output(context.reporter);
+    output.addSettings(arguments.output);
+    if (!output.write(newest.store, newest.image)) {
+        return exit_code::failed;
+    }
+    if (withNotes && !writeNotes(settings, notes)) {
+        context.reporter.error(notesFile + ": could not be written; the settings file was");
+        return exit_code::failed;
+    }
+    return exit_code::done;
+}
+
 }  // namespace
 
 int runRecover(const Arguments& arguments, const CommandContext& context) {
@@ -63,19 +120,16 @@ int runRecover(const Arguments& arguments, const CommandContext& context) {
     if (!arguments.json) {
         context.console.out << recoveriesReport(found);
     }
-    if (arguments.output.empty()) {
-        return exit_code::done;
-    }
-    const TuningSnapshot& newest = found.front().state.trail->state;
-    OutputFiles output(context.reporter);
-    output.addSettings(arguments.output);
-    return output.write(newest.store, newest.image) ? exit_code::done : exit_code::failed;
+    return arguments.output.empty() ? exit_code::done
+                                    : writeNewest(found.front().state.trail->state, arguments, context);
 }
 
 std::string recoverHelp() {
     return "The window keeps what is being tuned in recovery files of the user's data folder, and offers it "
            "at its "
-           "next\nstart. This command only reads them. " +
+           "next\nstart. This command only reads them. Names of channels and the note go into "
+           "NAME.notes.json "
+           "beside NAME.eqs,\nwhich is left alone like an existing settings file. " +
            std::string(dataFolderVariable) + " names another folder than the usual one.";
 }
 

@@ -4,6 +4,7 @@
 #include <array>
 #include <chrono>
 #include <ctime>
+#include <iterator>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <span>
@@ -14,6 +15,7 @@
 #include "cli/set_fields.h"
 #include "cli/text_table.h"
 #include "dsp/filter_methods.h"
+#include "history/notes_file.h"
 #include "params/factory_defaults.h"
 #include "params/set_text.h"
 #include "params/settings_file.h"
@@ -88,6 +90,36 @@ std::string setNames(const ParameterStore& store) {
     return names;
 }
 
+// What a person has written beside the sets; nothing where that is nothing.
+std::vector<std::vector<std::string>> notesRows(const FileNotes& notes) {
+    std::string names;
+    std::string measurements;
+    const auto add = [](std::string& list, std::uint8_t position, const std::u16string& text) {
+        if (!text.empty()) {
+            list.append(list.empty() ? "" : ", ").append("channel ").append(std::to_string(position + 1));
+            list.append(" ").append(quoted(readable(utf8FromUtf16(text))));
+        }
+    };
+    for (std::uint8_t position = 0; position < channelCount; ++position) {
+        const RecordChannel channel = recordChannelAt({position});
+        add(names, position, channelName(notes, channel));
+        add(measurements, position, measurementPath(notes, channel));
+    }
+    std::string note = utf8FromUtf16(noteText(notes));
+    std::ranges::replace(note, '\n', ' ');
+    std::vector<std::vector<std::string>> rows;
+    if (!names.empty()) {
+        rows.push_back({"names", names});
+    }
+    if (!note.empty()) {
+        rows.push_back({"note", quoted(readable(note))});
+    }
+    if (!measurements.empty()) {
+        rows.push_back({"measurements", measurements});
+    }
+    return rows;
+}
+
 std::string stepRows(const RecoveryState& state) {
     std::vector<std::vector<std::string>> rows;
     const auto add = [&](const Steps& steps, const char* mark) {
@@ -126,15 +158,17 @@ std::string report(const FoundRecovery& found) {
                             quoted(readable(nameOfSet(now.store.sets[now.currentSet])));
     const std::string steps = std::to_string(state.trail->done.size()) + " done, " +
                               std::to_string(state.trail->undone.size()) + " undone";
-    return readable(textOf(found.file)) + "\n" +
-           alignedTable({{"time", localTime(state.time)},
-                         {"settings file", document},
-                         {"current set", set},
-                         {"sets", setNames(now.store)},
-                         {"filter method", std::string(filterMethodNames[state.filterMode])},
-                         {"steps", steps}},
-                        "  ") +
-           stepRows(state) + differenceRows(state);
+    std::vector<std::vector<std::string>> rows{
+        {"time", localTime(state.time)},
+        {"settings file", document},
+        {"current set", set},
+        {"sets", setNames(now.store)},
+        {"filter method", std::string(filterMethodNames[state.filterMode])},
+    };
+    std::ranges::move(notesRows(wellFormed(now.notes)), std::back_inserter(rows));
+    rows.push_back({"steps", steps});
+    return readable(textOf(found.file)) + "\n" + alignedTable(rows, "  ") + stepRows(state) +
+           differenceRows(state);
 }
 
 Json stepsJson(const Steps& steps) {
@@ -159,6 +193,8 @@ Json recoveryJson(const FoundRecovery& found) {
     for (const ParameterSet& set : now.store.sets) {
         names.push_back(nameOfSet(set));
     }
+    const FileNotes notes = wellFormed(now.notes);
+    out["notes"] = isEmpty(notes) ? Json() : Json::parse(notesJson(notes));
     out["done"] = stepsJson(state.trail->done);
     out["undone"] = stepsJson(state.trail->undone);
     const auto comparison = compare(state);

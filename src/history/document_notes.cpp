@@ -1,11 +1,7 @@
 #include "history/document_notes.h"
 
-#include <cstdint>
-#include <span>
-#include <string>
 #include <system_error>
 
-#include "base/raw_file.h"
 #include "history/kept_versions.h"
 
 namespace tessavo {
@@ -15,25 +11,6 @@ namespace {
 bool isRegular(const std::filesystem::path& path) {
     std::error_code unknown;
     return std::filesystem::status(path, unknown).type() == std::filesystem::file_type::regular;
-}
-
-bool write(const std::filesystem::path& file, const std::filesystem::path& settings, const FileNotes& notes) {
-    std::error_code unknown;
-    std::filesystem::path place = file;
-    if (std::filesystem::is_symlink(file, unknown)) {
-        // Whoever has linked the notes to another place finds them there.
-        place = std::filesystem::weakly_canonical(file, unknown);
-    }
-    const std::string text = notesJson(notes);
-    if (replaceFile(place, {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()})) {
-        return false;
-    }
-    // Who may read the settings may read their notes.
-    const auto permissions = std::filesystem::status(settings, unknown).permissions();
-    if (!unknown) {
-        std::filesystem::permissions(file, permissions, unknown);
-    }
-    return true;
 }
 
 }  // namespace
@@ -66,7 +43,7 @@ NotesSaved DocumentNotes::saved(const std::filesystem::path& settings, const Fil
     }
     const bool mayReplace = !hasFile || isRegular(file);
     const bool isKept = mayReplace && versions.keep(file, FileKind::notes);
-    if (!mayReplace || (!isKept && there == nullptr) || !write(file, settings, notes)) {
+    if (!mayReplace || (!isKept && there == nullptr) || !writeNotes(settings, notes)) {
         return NotesSaved::failed;
     }
     saved_ = notes;

@@ -122,9 +122,14 @@ bool History::commit(std::string text, Needs needs) {
         return false;
     }
     isChanged_ = false;
-    passed_.clear();
     tuning_.takeSnapshot(*scratch_);
+    // Others know a step that was given its text as the one that it is: it stays whole.
+    const bool mayBeParted = text.empty();
     const bool isStep = addStep(std::move(text), *scratch_, needs);
+    if (isStep && mayBeParted) {
+        keepEndedRun();
+    }
+    passed_.clear();
     // Without a step, too, what can be undone and redone may differ from what it was while it was in the making.
     tell(isStep ? HistoryEvent::stepsChanged : HistoryEvent::tuningChanged);
     return isStep;
@@ -159,6 +164,8 @@ bool History::addStep(std::string text, const TuningSnapshot& after, Needs needs
 void History::append(std::shared_ptr<const Step> step) {
     memory_ += memoryOf(*step);
     steps_.push_back(std::move(step));
+    endedRun_.step.reset();
+    endedRun_.passed.clear();
 }
 
 void History::dropOldest() {
@@ -266,9 +273,8 @@ void History::show(const TuningSnapshot& target) {
     isMoving_ = false;
 }
 
-void History::addMark(MarkKind kind, std::string text) {
-    const std::uint64_t number = dropped_ + position_;
-    // Among the marks of undone steps it goes before them.
+void History::addMark(MarkKind kind, std::uint64_t number, std::string text) {
+    // It goes before the marks of later steps, which may be undone.
     auto place =
         std::upper_bound(marks_.begin(), marks_.end(), number,
                          [](std::uint64_t value, const HistoryMark& mark) { return value < mark.number; });
@@ -285,7 +291,7 @@ void History::addMark(MarkKind kind, std::string text) {
 
 void History::markSaved(std::string text) {
     commit();
-    addMark(MarkKind::saved, std::move(text));
+    addMark(MarkKind::saved, lastDone(), std::move(text));
 }
 
 void History::markConfirmed(const ParameterImage& image, std::string text) {
@@ -294,16 +300,22 @@ void History::markConfirmed(const ParameterImage& image, std::string text) {
 }
 
 void History::markConfirmedWhere(const ImageTest& plays, std::string text) {
+    const bool isAsItStands = plays(tuning_.image());
     // One press-to-release is one step, even where a control sends each of its moves.
     if (gesture_ != Gesture::press) {
-        if (plays(tuning_.image())) {
+        if (isAsItStands) {
             commit();
         } else {
             partRunWhere(plays);
         }
     }
-    if (plays(begun_->image)) {
-        addMark(MarkKind::confirmed, std::move(text));
+    // The set may have been changed since the last step.
+    if (plays(begun_->image) || (!isAsItStands && plays(settled_->image))) {
+        addMark(MarkKind::confirmed, lastDone(), std::move(text));
+    } else if (!isAsItStands && !isBusy()) {
+        if (const auto number = numberInEndedRun(plays)) {
+            addMark(MarkKind::confirmed, *number, std::move(text));
+        }
     }
 }
 
@@ -339,8 +351,82 @@ void History::partRunWhere(const ImageTest& plays) {
     }
 }
 
+// The confirmation of what keys or wheel have sent may come after they have come to rest, and after an undo.
+void History::keepEndedRun() {
+    // The oldest steps are dropped, in the extreme all of them.
+    if (passed_.empty() || steps_.empty()) {
+        return;
+    }
+    ByteDiff last = ByteDiff::between(bytesOf(std::as_const(*passing_)), bytesOf(std::as_const(*settled_)));
+    if (!last.empty()) {
+        passed_.push_back(std::move(last));
+    }
+    endedRun_.step = steps_.back();
+    endedRun_.passed = std::exchange(passed_, {});
+    if (endedRun_.end == nullptr) {
+        endedRun_.end = std::make_unique<TuningSnapshot>();
+    }
+    *endedRun_.end = *settled_;
+}
+
+// Number of the step that ends in the state that the target has confirmed, after parting the run there.
+std::optional<std::uint64_t> History::numberInEndedRun(const ImageTest& plays) {
+    if (steps_.empty() || steps_.back() != endedRun_.step) {
+        return std::nullopt;
+    }
+    const std::deque<ByteDiff>& passed = endedRun_.passed;
+    const auto state = std::make_unique<TuningSnapshot>(*endedRun_.end);
+    std::size_t count = passed.size();
+    while (count > 0 && !plays(state->image)) {
+        passed[--count].applyTo(bytesOf(*state));
+    }
+    if (count == 0) {
+        return std::nullopt;
+    }
+    return count == passed.size() ? dropped_ + steps_.size() : partEndedRun(count, *state);
+}
+
+std::uint64_t History::partEndedRun(std::size_t count, const TuningSnapshot& middle) {
+    const Step whole = *endedRun_.step;
+    const TuningSnapshot& end = *endedRun_.end;
+    const auto begin = std::make_unique<TuningSnapshot>(end);
+    whole.change.applyTo(bytesOf(*begin));
+    const std::uint64_t number = dropped_ + steps_.size();
+    auto first = std::make_shared<Step>(whole);
+    first->change = ByteDiff::between(bytesOf(std::as_const(*begin)), bytesOf(middle));
+    if (first->change.empty()) {
+        return number - 1;
+    }
+    first->text = describeStep(*begin, middle);
+    first->text.shrink_to_fit();
+    first->set = middle.currentSet;
+    auto second = std::make_shared<Step>(whole);
+    second->lead = {};
+    second->change = ByteDiff::between(bytesOf(middle), bytesOf(end));
+    second->text = describeStep(middle, end);
+    second->text.shrink_to_fit();
+
+    std::deque<ByteDiff> rest = std::move(endedRun_.passed);
+    rest.erase(rest.begin(), rest.begin() + static_cast<std::ptrdiff_t>(count));
+    const bool isDone = position_ == steps_.size();
+    memory_ -= memoryOf(*steps_.back());
+    steps_.pop_back();
+    append(std::move(first));
+    append(std::move(second));
+    endedRun_.step = steps_.back();
+    endedRun_.passed = std::move(rest);
+    position_ += isDone ? 1 : 0;
+    // They are about the end of the whole, which is that of the second.
+    for (auto mark = marks_.rbegin(); mark != marks_.rend() && mark->number >= number; ++mark) {
+        ++mark->number;
+    }
+    dropOldest();
+    tell(HistoryEvent::stepsChanged);
+    return number;
+}
+
 void History::markNotice(std::string text) {
-    addMark(MarkKind::notice, std::move(text));
+    addMark(MarkKind::notice, lastDone(), std::move(text));
 }
 
 std::unique_ptr<const History::Trail> History::trail(std::size_t limit) const {

@@ -5,6 +5,7 @@
 #include <deque>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -130,7 +131,8 @@ class History {
     void markSaved(std::string text);
     /// The target has confirmed an image. Where it is that of the state as it stands, or of the last step,
     /// that gets the mark, and no later change joins that step. Where a run in Live Mode has left it already,
-    /// the run is parted there into two steps, of which the first gets the mark. A press stays one step.
+    /// the run is parted there into two steps, of which the first gets the mark. So is a run that has ended, done
+    /// or undone, as long as no step stands behind it; nothing moves. A press stays one step.
     void markConfirmed(const ParameterImage& image, std::string text);
     using ImageTest = std::function<bool(const ParameterImage&)>;
     /// The same where the target holds a copy that is made of an image.
@@ -170,10 +172,21 @@ class History {
     void append(std::shared_ptr<const Step> step);
     void dropOldest();
     void dropUndone();
-    void addMark(MarkKind kind, std::string text);
+    void addMark(MarkKind kind, std::uint64_t number, std::string text);
+    [[nodiscard]] std::uint64_t lastDone() const { return dropped_ + position_; }
     void show(const TuningSnapshot& target);
     void notePassed();
     void partRunWhere(const ImageTest& plays);
+    /// The newest step, where a run in Live Mode has made it, with the states that this run has passed through.
+    struct EndedRun {
+        std::shared_ptr<const Step> step;     ///< not that of the history any more once there is a newer one
+        std::unique_ptr<TuningSnapshot> end;  ///< in which the step ended; null as long as no run has
+        /// From each state to the next, up to `end`: from the first of the step on, or only the last ones.
+        std::deque<ByteDiff> passed;
+    };
+    void keepEndedRun();
+    [[nodiscard]] std::optional<std::uint64_t> numberInEndedRun(const ImageTest& plays);
+    [[nodiscard]] std::uint64_t partEndedRun(std::size_t count, const TuningSnapshot& middle);
 
     TuningState& tuning_;
     std::function<WallTime()> now_;
@@ -193,6 +206,7 @@ class History {
     std::unique_ptr<TuningSnapshot> scratch_;
     /// From each state of such a run to the next, up to `passing_`: from `begun_` on, or only the last ones.
     std::deque<ByteDiff> passed_;
+    EndedRun endedRun_;
     bool beganElsewhere_ = false;  ///< `begun_` may differ from `settled_`
 
     Gesture gesture_ = Gesture::none;

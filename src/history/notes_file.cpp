@@ -138,4 +138,24 @@ std::variant<FileNotes, NotesTrouble> readNotes(const std::filesystem::path& fil
     return notesFrom(start->bytes);
 }
 
+bool writeNotes(const std::filesystem::path& settings, const FileNotes& notes) {
+    std::error_code unknown;
+    const std::filesystem::path file = notesPathOf(settings);
+    std::filesystem::path place = file;
+    if (std::filesystem::is_symlink(file, unknown)) {
+        // Whoever has linked the notes to another place finds them there.
+        place = std::filesystem::weakly_canonical(file, unknown);
+    }
+    const std::string text = notesJson(notes);
+    if (replaceFile(place, {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()})) {
+        return false;
+    }
+    // Who may read the settings may read their notes.
+    const auto permissions = std::filesystem::status(settings, unknown).permissions();
+    if (!unknown) {
+        std::filesystem::permissions(file, permissions, unknown);
+    }
+    return true;
+}
+
 }  // namespace tessavo

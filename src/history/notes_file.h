@@ -39,4 +39,9 @@ enum class NotesTrouble : std::uint8_t {
 /// The same for a file. Never waits for anybody.
 [[nodiscard]] std::variant<FileNotes, NotesTrouble> readNotes(const std::filesystem::path& file);
 
+/// Writes the notes of a settings file beside it, in place of those that stand there, to be read by whoever may
+/// read the settings.
+/// \return false, and what stands there stays, where the folder or the disk takes no file
+[[nodiscard]] bool writeNotes(const std::filesystem::path& settings, const FileNotes& notes);
+
 }  // namespace tessavo

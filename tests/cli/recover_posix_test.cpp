@@ -191,6 +191,7 @@ TEST_F(Recover, TellsProgramsEverything) {
                         {"currentSet", 1},
                         {"filterMode", "MZT"},
                         {"setNames", {"Type 1", "Type 2", "Type 3", "Type 4", "Type 5"}},
+                        {"notes", nullptr},
                         {"done", Json::array({step})},
                         {"undone", Json::array({undone})},
                         {"comparedWith", "document"},
@@ -278,8 +279,10 @@ TEST_F(Recover, DamagedFilesBesideAWholeOneAreNoted) {
     EXPECT_THAT(run({"recover", "--quiet"}).err, IsEmpty());
 }
 
-TEST_F(Recover, ItsHelpNamesTheVariable) {
-    EXPECT_THAT(run({"recover", "--help"}).out, HasSubstr(dataFolderVariable));
+TEST_F(Recover, ItsHelpNamesTheVariableAndTheFileOfNotes) {
+    const std::string help = run({"recover", "--help"}).out;
+    EXPECT_THAT(help, HasSubstr(dataFolderVariable));
+    EXPECT_THAT(help, HasSubstr("NAME.notes.json"));
 }
 
 }  // namespace

@@ -90,6 +90,36 @@ TEST_F(NestedHistory, AConfirmationPartsNoRunWhileAnEditWaitsForItsWarning) {
     EXPECT_SAME_BYTES(row(), before);
 }
 
+TEST_F(NestedHistory, AConfirmationPartsNoStepWhileAnEditWaitsForItsWarning) {
+    prepareWarning(state_);
+    history_.commit();
+    state_.setLiveMode(true);
+    history_.beginGesture(Gesture::run);
+    state_.setVolume(1, true);
+    const ParameterImage passed = state_.image();
+    const Bytes middle = row();
+    state_.setVolume(2, true);
+    history_.endGesture();
+    const Bytes ended = row();
+    boxes_.look = [&] {
+        history_.markConfirmed(passed, "confirmed");
+        EXPECT_EQ(history_.steps().size(), 2U);
+        EXPECT_TRUE(history_.marks().empty());
+    };
+    warn(state_);
+    ASSERT_EQ(boxes_.shown.size(), 1U);
+    const Bytes after = row();
+    history_.markConfirmed(passed, "confirmed");
+    EXPECT_EQ(history_.steps().size(), 3U) << "as soon as it is over";
+    history_.commit();
+    ASSERT_EQ(history_.steps().size(), 4U);
+    EXPECT_SAME_BYTES(row(), after);
+    for (const Bytes* const expected : {&ended, &middle}) {
+        EXPECT_TRUE(history_.undo());
+        EXPECT_SAME_BYTES(row(), *expected);
+    }
+}
+
 /// A store whose set has the band that no words can hold.
 ParameterStore warningStore(const ParameterStore& store, std::size_t set) {
     ParameterStore with = store;
