@@ -90,9 +90,11 @@ TEST_F(AbSwitching, ChangesSinceTheLastStoreAreToldAndUndoBringsThemBack) {
     storeKey();
     setVolume(4.0F);
     switchKey();
-    EXPECT_EQ(notice(), "B begins as a copy of A; the changes since F8 are in both");
+    EXPECT_EQ(notice(), "B begins as a copy of A with the changes since F8; A stays as it was stored");
+    EXPECT_EQ(tuning.currentParameterSet().channels[0].volumeDb, 4.0F);
     switchKey();
     EXPECT_EQ(notice(), "Switched to A");
+    EXPECT_EQ(tuning.currentParameterSet().channels[0].volumeDb, 3.0F);
     setVolume(7.0F);
     switchKey();
     EXPECT_EQ(notice(), "Switched to B. Changes to A since F8 were left out; Undo brings them back");
