@@ -83,6 +83,11 @@ TEST(AbMemories, SwitchesBetweenThemToTheByteAndUndoBringsEverythingBack) {
     const Bytes a = session.row();
     session.switchSides();
     session.stepTo(9);
+    // Words of each kind, which belong to what the pages draw.
+    session.state.setBandGainOrQ(2, BandValue::gain, 4.5F, true);
+    session.state.setCrossoverFrequency(0, 140, true);
+    session.state.setInputBandGain(3, -6.0F, true);
+    session.commit();
     Bytes image = session.image();
     image[3041] = 77;  // nobody knows this byte
     session.receive(image);
