@@ -116,9 +116,12 @@ void AbCommands::switchSides() {
     QString text = done.isCopy
                        ? QStringLiteral("%1 begins as a copy of %2").arg(letter(done.to), letter(from))
                        : QStringLiteral("Switched to %1").arg(letter(done.to));
+    if (done.hadChanges && done.isCopy) {
+        text += QStringLiteral(" with the changes since F8");
+    }
     text += levelText();
     if (done.hadChanges && done.isCopy) {
-        text += QStringLiteral("; the changes since F8 are in both");
+        text += QStringLiteral("; %1 stays as it was stored").arg(letter(from));
     } else if (done.hadChanges) {
         text +=
             QStringLiteral(". Changes to %1 since F8 were left out; Undo brings them back").arg(letter(from));

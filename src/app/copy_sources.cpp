@@ -76,6 +76,10 @@ CopiedSet readFromTarget(const TuningState& tuning, ITransfers& transfers, std::
 ParameterSet setOfImage(const ParameterImage& image, const ParameterSet& base) {
     auto store = std::make_unique<ParameterStore>();
     store->sets[0] = base;
+    // Reading never clears it; beside another set the image's own is to be seen.
+    for (OutputChannelParams& channel : store->sets[0].channels) {
+        channel.invertPhase = 0;
+    }
     readImageFields(*store, 0, image);
     return store->sets[0];
 }

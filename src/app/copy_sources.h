@@ -28,7 +28,7 @@ struct CopySource {
 };
 
 // What each source reads is converted into a copy of `base`: what the target does not take, as the name, stays
-// the base's, and so do the coefficient words.
+// the base's. Phases are those of the image, which reading a set into the program only ever inverts.
 
 /// The sound sets of all backups that the data folder knows of, newest backup first. Reads disks; any thread.
 /// The sources hold what they read.

@@ -59,7 +59,8 @@ Choice chooseVolume(std::uint32_t gainWord, float groupGainDb) {
         return {std::nullopt, "no volume gives the gain that was received"};
     }
     const double needed = *level - static_cast<double>(groupGainDb);
-    const double first = std::nearbyint(std::max(needed, field.minimum) * tenth);
+    // At both ends of the range of their sum many volumes give the same word.
+    const double first = std::nearbyint(std::clamp(needed, field.minimum, field.maximum) * tenth);
     for (double tenths = first; tenths <= first + 5 && tenths <= field.maximum * tenth; ++tenths) {
         const auto volume = static_cast<float>(tenths / tenth);
         if (gainWordOf(volume, groupGainDb) == gainWord) {

@@ -95,8 +95,10 @@ AbMemories::Switch AbMemories::switchSides(const Restore& restore) {
     const Switch result{.to = to, .isCopy = !has(to), .hadChanges = isChanged()};
     const auto next = state();
     if (result.isCopy) {
-        slotOf(from) = memoryIn(*next);
         slotOf(to) = memoryIn(*next);
+        if (!has(from)) {
+            slotOf(from) = memoryIn(*next);
+        }
     }
     const Memory& memory = *memoryOf(to);
     next->store.sets[next->currentSet] = memory.record;

@@ -51,10 +51,11 @@ class AbMemories {
     /// What a switch did.
     struct Switch {
         AbSide to;
-        /// The other side had no memory: both sides hold the set as it stood.
+        /// The other side had no memory: it holds the set as it stood, and so does the side that was left if that had
+        /// none either.
         bool isCopy;
-        /// What had changed since the memory of the side that was left: it is in both memories where the switch made a
-        /// copy, and otherwise in none.
+        /// What had changed since the memory of the side that was left: that memory stays without it. It is in the other
+        /// one where the switch made a copy, and otherwise in none.
         bool hadChanges;
     };
     /// Brings a state back, as TuningState::restore() does.

@@ -17,11 +17,14 @@ bool isRegular(const std::filesystem::path& path) {
 
 FileNotes DocumentNotes::loaded(const std::filesystem::path& settings) {
     trouble_.reset();
-    const auto found = readNotes(notesPathOf(settings));
+    unread_.clear();
+    const std::filesystem::path file = notesPathOf(settings);
+    const auto found = readNotes(file);
     if (const auto* const trouble = std::get_if<NotesTrouble>(&found)) {
         if (*trouble != NotesTrouble::missing) {
             trouble_ = *trouble;
         }
+        unread_ = file;
         saved_ = FileNotes{};
     } else {
         saved_ = std::get<FileNotes>(found);
@@ -36,8 +39,10 @@ NotesSaved DocumentNotes::saved(const std::filesystem::path& settings, const Fil
     const auto* const there = std::get_if<FileNotes>(&found);
     const bool hasFile = there != nullptr || std::get<NotesTrouble>(found) != NotesTrouble::missing;
     saved_ = there != nullptr ? *there : FileNotes{};
+    // What nobody has seen here is not what nobody wants.
+    const bool isUnread = isEmpty(notes) && file == unread_;
     // Nothing stands beside a device, and what cannot be read is left alone as long as nothing has to go there.
-    if (!isRegular(settings) || (there != nullptr ? *there == notes : isEmpty(notes))) {
+    if (!isRegular(settings) || isUnread || (there != nullptr ? *there == notes : isEmpty(notes))) {
         saved_ = notes;
         return NotesSaved::done;
     }
@@ -47,6 +52,7 @@ NotesSaved DocumentNotes::saved(const std::filesystem::path& settings, const Fil
         return NotesSaved::failed;
     }
     saved_ = notes;
+    unread_.clear();
     return isKept ? NotesSaved::done : NotesSaved::notKept;
 }
 

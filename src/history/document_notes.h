@@ -28,7 +28,8 @@ class DocumentNotes {
 
     /// The settings were saved. Writes the notes beside them where there are any, or where other notes stand
     /// there. What stands there goes to the versions first. A file that cannot be read is written over only
-    /// by notes that are not empty, and only once it is kept.
+    /// by notes that are not empty, and only once it is kept; so is one that was not there to be read, or could not
+    /// be, when the settings were opened.
     NotesSaved saved(const std::filesystem::path& settings, const FileNotes& notes, KeptVersions& versions);
 
     /// The document of an earlier run goes on: what stands in its notes now counts as saved.
@@ -40,6 +41,8 @@ class DocumentNotes {
 
  private:
     std::optional<FileNotes> saved_;  ///< nothing without a document
+    std::filesystem::path
+        unread_;  ///< notes that loaded() did not find or could not read, until others stand there
     std::optional<NotesTrouble> trouble_;
 };
 

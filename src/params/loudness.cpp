@@ -50,6 +50,25 @@ Powers powersOf(std::vector<BiquadWords> sections) {
     return powers;
 }
 
+// The plot draws all words; the target passes by what is off.
+std::vector<BiquadWords> playedSections(const ChannelImageBlock& block) {
+    std::vector<BiquadWords> sections;
+    for (std::size_t band = 0; band < bandCount; ++band) {
+        if (block.bands[band].off == 0) {
+            sections.push_back(block.bandWords[band]);
+        }
+    }
+    constexpr std::uint8_t sectionOrder = 2;
+    for (std::size_t crossover = 0; crossover < crossoverCount; ++crossover) {
+        const CrossoverParams& params = block.crossovers[crossover];
+        if (params.enabled != 0) {
+            sections.insert(sections.end(), params.order > sectionOrder ? 2 : 1,
+                            block.crossoverWords[crossover]);
+        }
+    }
+    return sections;
+}
+
 }  // namespace
 
 bool hasSource(const ParameterImage& image, RecordChannel channel) {
@@ -68,9 +87,7 @@ double loudnessDb(const ParameterImage& image, std::span<const BiquadWords, inpu
             continue;
         }
         const ChannelImageBlock& block = image.channels[c];
-        std::vector<BiquadWords> sections(block.bandWords.begin(), block.bandWords.end());
-        sections.insert(sections.end(), block.crossoverWords.begin(), block.crossoverWords.end());
-        const Powers channel = powersOf(std::move(sections));
+        const Powers channel = powersOf(playedSections(block));
         double power = 0.0;
         for (std::size_t i = 0; i < pointCount; ++i) {
             const double both = input[i] * channel[i];
@@ -80,7 +97,7 @@ double loudnessDb(const ParameterImage& image, std::span<const BiquadWords, inpu
         const double gain = block.gainWord / unityGain;
         sum += gain > 0.0 ? gain * gain * power : 0.0;
     }
-    return 10.0 * std::log10(sum);
+    return image.inputGainDb + 10.0 * std::log10(sum);
 }
 
 }  // namespace tessavo

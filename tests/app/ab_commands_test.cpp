@@ -1,6 +1,8 @@
 #include "app/ab_commands.h"
 
 #include <QAction>
+#include <algorithm>
+#include <future>
 #include <gmock/gmock.h>
 
 #include "app/ab_fixture.h"
@@ -90,9 +92,11 @@ TEST_F(AbSwitching, ChangesSinceTheLastStoreAreToldAndUndoBringsThemBack) {
     storeKey();
     setVolume(4.0F);
     switchKey();
-    EXPECT_EQ(notice(), "B begins as a copy of A; the changes since F8 are in both");
+    EXPECT_EQ(notice(), "B begins as a copy of A with the changes since F8; A stays as it was stored");
+    EXPECT_EQ(tuning.currentParameterSet().channels[0].volumeDb, 4.0F);
     switchKey();
     EXPECT_EQ(notice(), "Switched to A");
+    EXPECT_EQ(tuning.currentParameterSet().channels[0].volumeDb, 3.0F);
     setVolume(7.0F);
     switchKey();
     EXPECT_EQ(notice(), "Switched to B. Changes to A since F8 were left out; Undo brings them back");
@@ -270,6 +274,34 @@ TEST_F(AbSwitching, InLiveModeEachSwitchIsOneSendOfTheCopyThatBelongsToIt) {
     redoKey();
     ASSERT_TRUE(targetPlays(imageWith(3.0F)));
     EXPECT_THAT(shown, IsEmpty());
+}
+
+// The live worker may take its copy at any moment, also while the pages are being refreshed.
+TEST_F(AbSwitching, NoCopyHasTheImageOfOneSideAndTheLevelOfTheOther) {
+    storeBoth(5.5F);
+    clickLevelMatched();
+    std::vector<std::future<ParameterImage>> copies;
+    QObject::connect(&view(), &CTessavoView::currentSetChanged, frame.get(), [&] {
+        copies.push_back(std::async(std::launch::async, [this] { return line.played().take(tuning); }));
+        // Either it has to wait for the end of the switch, or it is whole.
+        copies.back().wait_for(std::chrono::milliseconds(100));
+    });
+    for (int i = 0; i < 3; ++i) {
+        switchKey();
+    }
+    for (int i = 0; i < 3; ++i) {
+        undoKey();
+    }
+    for (int i = 0; i < 3; ++i) {
+        redoKey();
+    }
+    EXPECT_GE(copies.size(), 9U);
+    for (std::future<ParameterImage>& copy : copies) {
+        const ParameterImage taken = copy.get();
+        EXPECT_TRUE(std::ranges::all_of(taken.channels, [](const ChannelImageBlock& channel) {
+            return channel.gainWord == gainWordOf(3.0F, 0.0F);
+        })) << "both sides play 3 dB";
+    }
 }
 
 TEST_F(AbSwitching, WithoutMatchingTheTargetGetsTheImageToTheByte) {

@@ -247,6 +247,22 @@ TEST_F(SourcesOfSets, ListWhatBackupsHoldAndWhatWasWritten) {
     expectSet(written[0], tuning.image());
 }
 
+// Reading a set into the program never clears an inverted phase; a comparison would hide what the target plays.
+TEST_F(SourcesOfSets, HaveThePhasesOfTheImageWhateverTheBaseHas) {
+    for (std::size_t inverted = 0; inverted < channelCount; ++inverted) {
+        ParameterImage image = tuning.image();
+        ParameterSet inverse = base();
+        for (std::size_t c = 0; c < channelCount; ++c) {
+            image.channels.at(c).invertPhase = c == inverted ? 1 : 0;
+            inverse.channels.at(c).invertPhase = c == inverted ? 0 : 1;
+        }
+        const ParameterSet set = setOfImage(image, inverse);
+        for (std::size_t c = 0; c < channelCount; ++c) {
+            EXPECT_EQ(set.channels.at(c).invertPhase, c == inverted ? 1 : 0) << c;
+        }
+    }
+}
+
 TEST(DiskJobsTest, RunInTheirOrderOnAnotherThreadAndAreDoneAtTheEnd) {
     std::vector<int> done;
     const auto here = std::this_thread::get_id();

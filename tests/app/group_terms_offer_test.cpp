@@ -2,8 +2,10 @@
 
 #include <gmock/gmock.h>
 
+#include "app/ab_fixture.h"
 #include "app/compare_fixture.h"
 #include "compare/group_terms.h"
+#include "pages/rows/communication_rows.h"
 
 // After a set with group terms was read.
 
@@ -101,6 +103,48 @@ TEST_F(GroupTermsRead, TheOfferEndsWithTheValuesThatItIsAbout) {
     ASSERT_NE(notice(), nullptr);
     Q_EMIT line.commandReported({Command::readSet, 3, CommandReport::Result::exchangeFailed});
     EXPECT_NE(notice(), nullptr) << "nothing was read";
+}
+
+/// The window reads what a target really holds.
+class GroupTermsOfATarget : public AbTest {};
+
+TEST_F(GroupTermsOfATarget, TakenOutTheTargetGetsWhatItHadToTheByteAlsoAfterAnEdit) {
+    for (std::uint8_t c = 0; c < channelCount; ++c) {
+        tuning.setSelectionMask(selectionBit({c}));
+        setVolume(static_cast<float>(c) - 2.0F);
+        tuning.setDelay(0.1F * static_cast<float>(c), true);
+        tuning.setGroupGain({c}, c % 2 == 0 ? 3.5F : 0.0F);
+        tuning.setGroupDelay({c}, c % 3 == 0 ? 0.7F : 0.0F);
+    }
+    commands().settle();
+    const ParameterSet sent = tuning.currentParameterSet();
+    goLive();
+    click(on<CxSkinButton>(Page::communication, comm_id::firstSave + 2));
+    click(eqMode());
+    click(on<CxSkinButton>(Page::communication, comm_id::firstLoad + 2));
+    settleEvents();
+    const ParameterImage received = tuning.image();
+    ASSERT_TRUE(holds(target.memory().sets[2], received));
+    ASSERT_NE(tuning.currentParameterSet().channels[0].volumeDb, sent.channels[0].volumeDb);
+    auto* const offer = frame->statusLine().findChild<CxSkinButton*>();
+    ASSERT_NE(offer, nullptr);
+    ASSERT_EQ(offer->text(), QStringLiteral("Take Them Out of the Channels"));
+    click(*offer);
+    const auto taken = state();
+    for (std::uint8_t c = 0; c < channelCount; ++c) {
+        EXPECT_EQ(tuning.currentParameterSet().channels[c].volumeDb, sent.channels[c].volumeDb) << int{c};
+        EXPECT_EQ(tuning.currentParameterSet().channels[c].groupGainDb, sent.channels[c].groupGainDb);
+        if (c % 3 == 0) {
+            EXPECT_EQ(tuning.currentParameterSet().channels[c].delayMs, sent.channels[c].delayMs) << int{c};
+        }
+        EXPECT_EQ(tuning.currentParameterSet().channels[c].groupDelayMs, sent.channels[c].groupDelayMs);
+    }
+    click(eqMode());
+    EXPECT_TRUE(targetPlays(received));
+    // What counted twice before: the group gain once more as it is.
+    tuning.setGroupGain({0}, taken->store.sets[0].channels[0].groupGainDb);
+    tuning.setGroupDelay({0}, taken->store.sets[0].channels[0].groupDelayMs);
+    EXPECT_TRUE(targetPlays(received));
 }
 
 }  // namespace

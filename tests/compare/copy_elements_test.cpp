@@ -132,6 +132,35 @@ TEST(CopyElements, IntoATuningIsWhatEditingThemIs) {
     }
 }
 
+// What plays after everything was copied is what the same set plays when it is opened from a file.
+TEST(CopyElements, OfAllPlaysAsTheSourceWithEveryFilterMethod) {
+    std::mt19937_64 random(27);
+    for (std::uint32_t mode = 0; mode < 3; ++mode) {
+        for (std::uint32_t round = 0; round < 20; ++round) {
+            const Bytes store = randomStore(random);
+            const ParameterSet source = randomSet(random);
+            Tuning copied;
+            copied.state.setFilterMode(mode);
+            copied.load(store, round % 5);
+            const std::uint32_t set = copied.state.currentSet();
+            const ParameterSet target = copied.state.currentParameterSet();
+            const std::vector<SetElement> all = compareSets(target, source).differing();
+            ASSERT_TRUE(copied.state.replaceSet(set, copyElements(target, source, all)));
+            EXPECT_EQ(compareSets(copied.state.currentParameterSet(), source).differenceCount(), 0U);
+            const auto expected = std::make_unique<ParameterStore>(copied.state.store());
+            Tuning opened;
+            opened.state.setFilterMode(mode);
+            opened.load(bytesOf(*expected), set);
+            EXPECT_SAME_BYTES(bytesOf(copied.state.store()), bytesOf(*expected));
+            // Opening a file leaves the input equalizer as it plays.
+            for (Tuning* const tuning : {&copied, &opened}) {
+                tuning->state.edit(FieldId::inputEqOn, {}, source.inputEqOn, true);
+            }
+            EXPECT_SAME_BYTES(copied.image(), opened.image()) << mode << " " << round;
+        }
+    }
+}
+
 TEST(CopyWholeSet, KeepsTheTargetsNameUnlessAskedAndItsSizeAlways) {
     std::mt19937_64 random(26);
     const ParameterSet source = randomSet(random);

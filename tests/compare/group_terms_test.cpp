@@ -111,6 +111,22 @@ TEST(GroupTermsTest, AreTakenOutOfEachVolumeThatHasOneForEachGainStepAndEachTent
     EXPECT_EQ(count[true] + count[false], 2 * 49 * 241);
 }
 
+// No page sets such gains, but an image may bring them. The least and the greatest word have many volumes.
+TEST(GroupTermsTest, BeyondEveryRangeAreTakenOutWhereAVolumeGivesTheWord) {
+    std::map<bool, int> count;
+    for (const VolumeGainEntry& entry : reachableLevels()) {
+        for (const int tenths : {-100000, -500, -400, -245, -243, -240, -100, 190, 241, 300, 420, 100000}) {
+            SCOPED_TRACE(std::to_string(entry.levelDb) + " " + std::to_string(tenths));
+            const Received received = receive(entry.gainWord, tenths, 0, 0);
+            const bool isPossible = anyVolumeGives(entry.gainWord, received.set.channels[4].groupGainDb);
+            ++count[isPossible];
+            expectTakenOrToldOf(received, GroupTerms::kept, isPossible);
+        }
+    }
+    EXPECT_GT(count[true], 20);
+    EXPECT_GT(count[false], 400);
+}
+
 TEST(GroupTermsTest, AreTakenOutOfEachDelayThatHasOneForEachSampleAndEachTenth) {
     std::map<bool, int> count;
     const std::uint32_t unity = gainWordOf(0, 0);

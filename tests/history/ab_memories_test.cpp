@@ -55,16 +55,22 @@ TEST(AbMemories, TheFirstSwitchCopiesTheSetIntoBothAndIsAStep) {
     EXPECT_EQ(session.memories.heard(), AbSide::b);
 }
 
-TEST(AbMemories, TheFirstSwitchTakesWhatHasChangedSinceIntoBoth) {
+// F8 alone writes over what F8 has stored.
+TEST(AbMemories, TheFirstSwitchTakesWhatHasChangedSinceIntoTheOtherSideAlone) {
     Comparison session;
     session.memories.store();
+    const Bytes stored = session.row();
     session.stepTo(5);
     const Bytes edited = session.row();
     const AbMemories::Switch done = session.switchSides();
     EXPECT_TRUE(done.isCopy && done.hadChanges);
-    session.stepTo(7);
+    EXPECT_SAME_BYTES(session.row(), edited) << "B";
+    EXPECT_FALSE(session.memories.isChanged());
     session.switchSides();
-    EXPECT_SAME_BYTES(session.row(), edited) << "A";
+    EXPECT_SAME_BYTES(session.row(), stored) << "A";
+    EXPECT_FALSE(session.memories.isChanged());
+    session.switchSides();
+    EXPECT_SAME_BYTES(session.row(), edited) << "B";
 }
 
 TEST(AbMemories, SwitchesBetweenThemToTheByteAndUndoBringsEverythingBack) {
@@ -77,6 +83,11 @@ TEST(AbMemories, SwitchesBetweenThemToTheByteAndUndoBringsEverythingBack) {
     const Bytes a = session.row();
     session.switchSides();
     session.stepTo(9);
+    // Words of each kind, which belong to what the pages draw.
+    session.state.setBandGainOrQ(2, BandValue::gain, 4.5F, true);
+    session.state.setCrossoverFrequency(0, 140, true);
+    session.state.setInputBandGain(3, -6.0F, true);
+    session.commit();
     Bytes image = session.image();
     image[3041] = 77;  // nobody knows this byte
     session.receive(image);

@@ -228,6 +228,36 @@ TEST_F(NotesBesideTheDocument, ThatCannotBeReadAreLeftAloneAsLongAsNothingHasToG
     }
 }
 
+// Another program held the file, a cable was out, or a second window has named the channels since.
+TEST_F(NotesBesideTheDocument, ThatWereNotReadAreNotWrittenOverByNoneOnceTheyCanBe) {
+    ASSERT_TRUE(save(car()));
+    for (const char* const first : {"{", "{\"version\": 2}", ""}) {
+        std::filesystem::remove(carNotes());
+        if (*first != '\0') {
+            put(carNotes(), first);
+        }
+        ASSERT_TRUE(open(car()));
+        put(carNotes(), notesJson(named(u"N")));
+        state().setVolume(first[0] == '{' ? 3 : 4, true);
+        ASSERT_TRUE(save(car()));
+        EXPECT_EQ(in(carNotes()), named(u"N")) << first;
+        EXPECT_FALSE(history_.documentDiffers());
+        // Somebody who names channels here means them.
+        state().setNotes(named(u"mine"));
+        ASSERT_TRUE(save(car()));
+        EXPECT_EQ(in(carNotes()), named(u"mine"));
+        state().setNotes({});
+        ASSERT_TRUE(save(car()));
+        EXPECT_TRUE(isEmpty(in(carNotes()))) << "and who removes them as well";
+    }
+    // Other settings are written over with all that stands beside them.
+    std::filesystem::remove(carNotes());
+    ASSERT_TRUE(open(car()));
+    put(folder_ / "other.notes.json", notesJson(named(u"N")));
+    ASSERT_TRUE(save(folder_ / "other.eqs"));
+    EXPECT_TRUE(isEmpty(in(folder_ / "other.notes.json")));
+}
+
 TEST_F(NotesBesideTheDocument, ThatCanNeitherBeReadNorKeptAreNotWrittenOver) {
     FileHistory keepsNothing(state(), menu_.commands, {});
     keepsNothing.setListener([this](FileNews news, const std::filesystem::path& path) {

@@ -29,6 +29,7 @@ ParameterImage flatImage() {
         channel.gainWord = unityGainWord;
         channel.bandWords.fill(unity);
         channel.crossoverWords.fill(unity);
+        channel.crossovers.fill({.enabled = 1, .order = 2});
     }
     return image;
 }
@@ -141,10 +142,46 @@ TEST(Loudness, EverySectionOfAChannelCounts) {
         ChannelImageBlock& block = image.channels[0];
         (i < bandCount ? block.bandWords[i] : block.crossoverWords[i - bandCount]) = twice;
         EXPECT_NEAR(loudness(image), sixDb, 1e-9) << i;
-        if (i < bandCount) {
-            block.bands[i].off = 1;
-            EXPECT_NEAR(loudness(image), sixDb, 1e-9) << "as its words say";
-        }
+    }
+}
+
+// A filter switched off is what A and B are compared by most often; the plot goes on drawing it.
+TEST(Loudness, WhatIsOffDoesNotCountWhateverItsWordsSay) {
+    const BiquadWords twice = wordsOf(2.0, 0.0, 0.0);
+    const double sixDb = 20.0 * std::log10(2.0);
+    ParameterImage image = oneChannel(5);
+    ChannelImageBlock& block = image.channels[5];
+    block.bandWords.fill(twice);
+    block.crossoverWords.fill(twice);
+    int sections = bandCount + crossoverCount;
+    for (EqBandParams& band : block.bands) {
+        band.off = 1;
+        EXPECT_NEAR(loudness(image), --sections * sixDb, 1e-9);
+    }
+    for (CrossoverParams& crossover : block.crossovers) {
+        crossover.enabled = 0;
+        EXPECT_NEAR(loudness(image), --sections * sixDb, 1e-9);
+    }
+}
+
+TEST(Loudness, ACrossoverOf4thOrderIsItsSectionTwice) {
+    const double sixDb = 20.0 * std::log10(2.0);
+    for (std::size_t k = 0; k < crossoverCount; ++k) {
+        ParameterImage image = oneChannel();
+        image.channels[0].crossoverWords[k] = wordsOf(0.5, 0.0, 0.0);
+        image.channels[0].crossovers[k].order = 4;
+        EXPECT_NEAR(loudness(image), -2.0 * sixDb, 1e-9) << k;
+        image.channels[0].crossovers[k].enabled = 0;
+        EXPECT_NEAR(loudness(image), 0.0, 1e-9) << k;
+    }
+}
+
+TEST(Loudness, TheInputLevelCountsForEveryChannel) {
+    ParameterImage image = flatImage();
+    image.routerSource.fill(1);
+    for (const std::int16_t gainDb : std::to_array<std::int16_t>({-40, -1, 0, 18})) {
+        image.inputGainDb = gainDb;
+        EXPECT_NEAR(loudness(image), gainDb + 10.0 * std::log10(8.0), 1e-9);
     }
 }
 
