@@ -25,6 +25,9 @@ namespace {
 
 constexpr std::string_view backUpTitle = "Back Up Target";
 constexpr std::string_view openBackupTitle = "Folder of a Backup";
+// More than a round takes of which every answer is late.
+constexpr Milliseconds liveRoundWait{30000};
+constexpr Milliseconds lookAgain{20};
 
 QString utf8(const std::string& text) {
     return QString::fromStdString(text);
@@ -42,6 +45,14 @@ std::string proposedName(WallTime time) {
 
 WallTime midnightBefore(WallTime time) {
     return WallTime(std::chrono::milliseconds(localTime(time).date().startOfDay().toMSecsSinceEpoch()));
+}
+
+// Looks again within the hour: clocks are set, and a computer that sleeps counts no time.
+std::chrono::milliseconds waitForMidnight(WallTime time) {
+    constexpr std::chrono::milliseconds longest = std::chrono::hours(1);
+    const QDateTime here = localTime(time);
+    const std::chrono::milliseconds wait(here.msecsTo(here.date().addDays(1).startOfDay()) + 1);
+    return std::clamp(wait, std::chrono::milliseconds(1), longest);
 }
 
 QString folderName(const std::filesystem::path& folder) {
@@ -109,6 +120,8 @@ CopiesCommands::CopiesCommands(Dependencies dependencies, QObject* parent)
         hardware_.reset();
         offerBackUp();
     });
+    midnight_.setSingleShot(true);
+    connect(&midnight_, &QTimer::timeout, this, &CopiesCommands::offerBackUp);
     // The pages are made after the window has been painted.
     connect(&dependencies_.view, &CTessavoView::firstPainted, this, &CopiesCommands::meetPage,
             Qt::QueuedConnection);
@@ -189,6 +202,10 @@ void CopiesCommands::writeCopy(BackUpDialog& dialog, const std::filesystem::path
         tellFolderTrouble(folder, trouble);
         return;
     }
+    if (copy.versions) {
+        // It may be another one than that whose versions were read before.
+        hardware_ = copy.versions->hardware;
+    }
     made_.push_back({copy.time, copy.port,
                      copy.versions ? std::optional(copy.versions->hardware) : std::nullopt,
                      copy.everySetRead()});
@@ -219,7 +236,12 @@ void CopiesCommands::restoreTarget() {
                           .restore = [this](std::span<const SetToWrite> sets,
                                             const CopyWatch& watch) { return restoreSets(sets, watch); },
                           .askFolder = [this] { return askFolder(); },
-                          .sendCurrentSet = [this] { dependencies_.view.turnOnLiveMode(); }},
+                          .sendCurrentSet =
+                              [this] {
+                                  // A window that closed now would take the set back before it is sent.
+                                  closeAfter_ = false;
+                                  dependencies_.view.turnOnLiveMode();
+                              }},
                          &dependencies_.window);
     connect(&dialog, &RestoreDialog::cancelAsked, this, [this] { clock_.interrupt(); });
     restoreDialog_ = &dialog;
@@ -247,8 +269,17 @@ std::optional<RestoreSource> CopiesCommands::askFolder() {
     return std::move(read.source);
 }
 
+// A round that began before Live Mode was switched off would put its image between one of ours and the command
+// to save that.
+void CopiesCommands::awaitLiveRound() {
+    const Milliseconds giveUp = clock_.now() + liveRoundWait;
+    while (dependencies_.link.liveTransferRuns() && clock_.now() < giveUp && clock_.sleep(lookAgain)) {
+    }
+}
+
 RestoreReport CopiesCommands::restoreSets(std::span<const SetToWrite> sets, const CopyWatch& watch) {
     clock_.reset();
+    awaitLiveRound();
     portNotOpened_ = false;
     CopyWatch watchWithPort = watch;
     watchWithPort.nothingSent = [this] { return portNotOpened_; };
@@ -370,7 +401,9 @@ void CopiesCommands::offerBackUp() {
         return;
     }
     const quint64 question = ++lastQuestion_;
-    const WallTime today = midnightBefore(now());
+    const WallTime time = now();
+    const WallTime today = midnightBefore(time);
+    midnight_.start(waitForMidnight(time));
     // Without a port there is no target.
     if (dependencies_.link.portName().empty() || madeInThisRun(today)) {
         page_->offerBackUp(false);

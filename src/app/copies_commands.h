@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QObject>
 #include <QPointer>
+#include <QTimer>
 #include <filesystem>
 #include <functional>
 #include <optional>
@@ -91,6 +92,7 @@ class CopiesCommands : public QObject {
     [[nodiscard]] RestoreReport restoreSets(std::span<const SetToWrite> sets, const CopyWatch& watch);
     void keepWritten(std::uint8_t targetSet, const ParameterImage& image);
     void noteReport(const CommandReport& report);
+    void awaitLiveRound();
     void askBeforeClosing();
     void ended();
     void meetPage();
@@ -112,6 +114,7 @@ class CopiesCommands : public QObject {
     bool toldNotKept_ = false;
     std::optional<std::uint32_t> hardware_;  ///< of the target behind the chosen port, once it has told it
     std::vector<MadeBackup> made_;
+    QTimer midnight_;           ///< another day begins, for which there is no backup yet
     quint64 lastQuestion_ = 0;  ///< whether to offer a backup; answers to older ones are out of date
     UiCalls calls_;
     DiskJobs jobs_;  ///< last: its jobs call what stands above

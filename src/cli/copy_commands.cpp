@@ -177,6 +177,7 @@ int runRestore(const Arguments& arguments, const CommandContext& context) {
     if (!arguments.yes) {
         return tellWouldRestore(arguments, chosen, context.reporter);
     }
+    context.reporter.note(playsInTurnText);
     PortSession session(arguments, context);
     const RestoreReport report =
         restoreSets(session.engine(), session.clock(), chosen.sets, watchOf(session, context.reporter),

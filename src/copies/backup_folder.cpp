@@ -16,6 +16,7 @@ namespace tessavo {
 namespace {
 
 constexpr const char* cannotMakeText = "it cannot be made there";
+constexpr const char* claimName = "writing";  // a folder, in the backup's until that is whole
 
 // A name that ends in a separator names the folder in front of it.
 std::filesystem::path folderOf(const std::filesystem::path& folder) {
@@ -57,19 +58,22 @@ BackupNote noteOf(const TargetCopy& copy) {
     return note;
 }
 
-/// Files that are written into a folder, and are gone again unless all of them were.
+/// Files that are written into a folder by one program only, and are gone again unless all of them were.
 class NewFiles {
  public:
-    explicit NewFiles(std::filesystem::path folder) : folder_(std::move(folder)) {}
+    explicit NewFiles(std::filesystem::path folder)
+        : folder_(std::move(folder)), claim_(pathOf(folder_, claimName)) {}
     ~NewFiles() {
-        if (kept_) {
-            return;
-        }
         std::error_code ignored;
         for (const std::filesystem::path& file : files_) {
-            std::filesystem::remove(file, ignored);
+            if (!kept_) {
+                std::filesystem::remove(file, ignored);
+            }
         }
-        if (made_) {
+        if (claimed_) {
+            std::filesystem::remove(claim_, ignored);
+        }
+        if (made_ && !kept_) {
             std::filesystem::remove(folder_, ignored);
         }
     }
@@ -79,8 +83,9 @@ class NewFiles {
     bool makeFolder() {
         std::error_code failed;
         made_ = std::filesystem::create_directory(folder_, failed);
-        // Somebody may have put something there since it was looked at.
-        return made_ || (!failed && std::filesystem::is_empty(folder_, failed) && !failed);
+        // Of two programs that found the same folder empty one makes this.
+        claimed_ = !failed && std::filesystem::create_directory(claim_, failed) && !failed;
+        return claimed_ && holdsOnlyTheClaim();
     }
     bool write(const std::string& name, std::span<const std::uint8_t> bytes) {
         files_.push_back(pathOf(folder_, name));
@@ -89,9 +94,22 @@ class NewFiles {
     void keep() { kept_ = true; }
 
  private:
+    // Somebody may have put something there since it was looked at.
+    [[nodiscard]] bool holdsOnlyTheClaim() const {
+        std::error_code failed;
+        std::filesystem::directory_iterator each(folder_, failed);
+        std::size_t count = 0;
+        for (; !failed && each != std::filesystem::directory_iterator(); each.increment(failed)) {
+            ++count;
+        }
+        return !failed && count == 1;
+    }
+
     std::filesystem::path folder_;
+    std::filesystem::path claim_;
     std::vector<std::filesystem::path> files_;
     bool made_ = false;
+    bool claimed_ = false;
     bool kept_ = false;
 };
 

@@ -19,7 +19,7 @@ using Json = nlohmann::json;
 
 constexpr std::string_view formatName = "Tessavo backup of a target";
 constexpr unsigned formatVersion = 1;
-constexpr int deepest = 3;  // of the note itself, its list and the sets in it
+constexpr int deepest = 32;  // more than a later version ever needs, and soon read
 constexpr std::string_view soundWord = "sound";
 constexpr std::string_view wrongDigestWord = "wrong digest";
 constexpr std::string_view notReadWord = "not read";

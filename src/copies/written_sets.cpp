@@ -146,10 +146,14 @@ void WrittenSets::dropOldest() const {
         kept::drop(fileOf(folder_, ids[i], imageSuffix));
         kept::drop(fileOf(folder_, ids[i], noteSuffix));
     }
-    // What has no image is left from an end in the middle, unless it is being written just now.
+    // What has no image is left from an end in the middle, or another program is writing it just now. Behind
+    // the oldest that stays it is of no use in either case.
+    if (ids.size() < mostSets) {
+        return;
+    }
     for (const std::filesystem::path& path : kept::filesIn(folder_)) {
         const std::string id = utf8FromPath(path.filename()).substr(0, kept::idLength);
-        if (kept::numberOf(id) && !ids.empty() && id < ids.front() && std::ranges::count(ids, id) == 0) {
+        if (kept::numberOf(id) && id < ids[mostSets - 1]) {
             kept::drop(path);
         }
     }

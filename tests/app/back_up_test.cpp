@@ -2,6 +2,7 @@
 #include <QTest>
 #include <array>
 #include <cstring>
+#include <random>
 
 #include "app/back_up_dialog.h"
 #include "app/copies_commands.h"
@@ -230,7 +231,7 @@ TEST_F(BackUpTarget, EveryFaultLeavesTheOtherSixExchangesWhole) {
     int round = 0;
     for (const std::string fault :
          {"wrong-digest", "damaged-reply", "truncated-reply=100", "wrong-complement", "no-request",
-          "wrong-request=9", "silence=1", "no-disconnect"}) {
+          "wrong-request=9", "negative=1", "silence=1", "junk=5", "no-disconnect"}) {
         place = folder / ("copy" + std::to_string(++round));
         dialogs.folderAnswer = place;
         breakExchange(exchanges() + 4, fault);
@@ -249,6 +250,40 @@ TEST_F(BackUpTarget, EveryFaultLeavesTheOtherSixExchangesWhole) {
         EXPECT_NE(copy.set(4).state, SetState::sound) << fault;
         for (const std::uint8_t set : std::to_array<std::uint8_t>({1, 2, 3, 5, 0})) {
             expectFirstImage(copy.set(set));
+        }
+    }
+}
+
+TEST_F(BackUpTarget, ACableThatIsOutDuringOneExchangeCostsThatOneAlone) {
+    // Request byte, request, answer, reply, disconnect; without the answer to that it is no exchange.
+    constexpr unsigned bytesOfExchange = 1 + 2053 + 1 + 4101 + 1;
+    std::mt19937 random(16);
+    for (int cut = 0; cut < 40; ++cut) {
+        const auto broken = static_cast<std::size_t>(cut) % targetSetNumbers.size();
+        place = folder / ("copy" + std::to_string(cut));
+        dialogs.folderAnswer = place;
+        const std::string fault = "cable=" + std::to_string(1 + random() % bytesOfExchange);
+        breakExchange(exchanges() + 1 + static_cast<int>(broken), fault);
+        whenOpen(dialogName, [](QDialog& open) {
+            const bool finished = dynamic_cast<BackUpDialog&>(open).finished();
+            if (finished) {
+                click(open, QStringLiteral("Close"));
+            }
+            return finished;
+        });
+        const std::string lost = targetSetText(targetSetNumbers.at(broken));
+        const QString expected = QStringLiteral("Backed up to copy%1, but not ").arg(cut) +
+                                 QString::fromStdString(lost) + QLatin1Char('.');
+        backUpNow();
+        ASSERT_TRUE(becomes([&] { return notice() == expected && dialog(dialogName) == nullptr; }))
+            << fault << ": " << notice().toStdString();
+        const TargetCopy copy = written();
+        for (std::size_t i = 0; i < copy.sets.size(); ++i) {
+            if (i == broken) {
+                EXPECT_EQ(copy.sets.at(i).state, SetState::notRead) << fault;
+            } else {
+                expectFirstImage(copy.sets.at(i));
+            }
         }
     }
 }

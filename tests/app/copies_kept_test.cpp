@@ -1,5 +1,8 @@
+#include <QComboBox>
+#include <QDateTime>
 #include <QTest>
 #include <QTimer>
+#include <algorithm>
 #include <cstring>
 #include <thread>
 
@@ -169,6 +172,33 @@ TEST_F(OfferOfABackup, OfYesterdayDoesNotCount) {
     EXPECT_TRUE(isOffered());
 }
 
+TEST_F(OfferOfABackup, GoesForTheTargetThatWasBackedUpAndNotForTheOneBeforeIt) {
+    showCommunication();
+    QTest::mouseClick(&pageButton(comm_id::update), Qt::LeftButton);
+    hardware = 0x777;
+    clickTool(QStringLiteral("Back Up Target..."));
+    ASSERT_EQ(notice(), QStringLiteral("Backed up to copy."));
+    EXPECT_TRUE(isNotOffered());
+    EXPECT_TRUE(staysHidden());
+}
+
+TEST_F(OfferOfABackup, IsBackAtMidnightWhileThePageIsShown) {
+    clickTool(QStringLiteral("Back Up Target..."));
+    ASSERT_EQ(notice(), QStringLiteral("Backed up to copy."));
+    const auto began = std::chrono::system_clock::now();
+    const WallTime midnight(
+        std::chrono::milliseconds(QDate::currentDate().addDays(1).startOfDay().toMSecsSinceEpoch()));
+    StatusLine status;
+    CopiesCommands commands({tuning, link, boxes, dialogs, frame->view(), status, *frame, data, [=] {
+                                 return midnight - std::chrono::milliseconds(1500) +
+                                        (std::chrono::system_clock::now() - began);
+                             }});
+    Q_EMIT frame->view().firstPainted();
+    showCommunication();
+    EXPECT_TRUE(staysHidden()) << "it is still the day of the backup";
+    EXPECT_TRUE(isOffered());
+}
+
 class SourcesOfSets : public CopiesTest {
  protected:
     SourcesOfSets() { dialogs.folderAnswer = folder / "copy"; }
@@ -176,6 +206,7 @@ class SourcesOfSets : public CopiesTest {
     /// The image's volume of the program, so that it differs from the target's sets.
     [[nodiscard]] static std::vector<std::string> titles(const std::vector<CopySource>& sources) {
         std::vector<std::string> all;
+        all.reserve(sources.size());
         for (const CopySource& source : sources) {
             all.push_back(source.title);
         }
@@ -261,6 +292,34 @@ TEST_F(SourcesOfSets, HaveThePhasesOfTheImageWhateverTheBaseHas) {
             EXPECT_EQ(set.channels.at(c).invertPhase, c == inverted ? 1 : 0) << c;
         }
     }
+}
+
+TEST_F(SourcesOfSets, AreOfferedByTheComparisonToo) {
+    clickTool(QStringLiteral("Back Up Target..."));
+    ASSERT_EQ(notice(), QStringLiteral("Backed up to copy."));
+    ASSERT_TRUE(WrittenSets(writtenSetsFolder(data)).keep(4, "inside", tuning.image()));
+    clickTool(QStringLiteral("Compare..."));
+    ASSERT_TRUE(becomes([this] { return dialog(QStringLiteral("compare")) != nullptr; }));
+    QDialog& open = *dialog(QStringLiteral("compare"));
+    int lists = 0;
+    for (auto* list : open.findChildren<QComboBox*>()) {
+        QTest::keyClick(list, Qt::Key_F4);
+        QStringList items;
+        for (int i = 0; i < list->count(); ++i) {
+            items << list->itemText(i);
+        }
+        list->hidePopup();
+        const auto has = [&items](const char* start, const char* part) {
+            return std::ranges::any_of(items, [&](const QString& item) {
+                return item.startsWith(QLatin1String(start)) && item.contains(QLatin1String(part));
+            });
+        };
+        lists += has("Target, ", "Set 3") && has("Backup copy, ", "Set 3") &&
+                         has("Written into the target, ", "Set 4, ")
+                     ? 1
+                     : 0;
+    }
+    EXPECT_EQ(lists, 2) << "on both sides";
 }
 
 TEST(DiskJobsTest, RunInTheirOrderOnAnotherThreadAndAreDoneAtTheEnd) {

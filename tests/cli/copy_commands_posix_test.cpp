@@ -151,6 +151,8 @@ TEST_F(CopyCommands, RestorePutsSetsBackAndTheDefaultSetOnlyWhereItIsNamed) {
     startTarget({}, memoryOf(10));
     CommandResult result = restore(backup, {"--yes"});
     EXPECT_EQ(result.code, 0) << result.err;
+    EXPECT_LT(result.err.find("The target plays each set in turn"),
+              result.err.find("sending the copy of set 1 live"));
     EXPECT_THAT(result.out, AllOf(HasSubstr("set 1: restored, read back and compared\n"),
                                   HasSubstr("The target plays the copy of set 5 now.\n")));
     TargetMemory expected = memoryOf(100);

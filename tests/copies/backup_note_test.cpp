@@ -126,7 +126,7 @@ TEST(BackupNote, EveryWrongEntryIsRefusedWithItsReason) {
         {"\"set\": \"default\"", "\"set\": 0", "the default set"},
         {"\"state\": \"sound\"", "\"state\": \"not read\"", "set 1"},
         {"\"state\": \"sound\"", "\"state\": \"fine\"", "set 1"},
-        {"\"state\": \"sound\"", "\"state\": []", "not JSON"},
+        {"\"state\": \"sound\"", "\"state\": []", "set 1"},
         {"\"state\": \"sound\"", "\"state\": \"sound\", \"x\": 1", "set 1"},
         {"a0a0a0a0", "A0a0a0a0", "set 1"},
         {"a0a0a0a0", "a0a0a0", "set 1"},
@@ -137,6 +137,16 @@ TEST(BackupNote, EveryWrongEntryIsRefusedWithItsReason) {
         const BackupNoteRead read = readBackupText(replaced(backupText(fullNote()), each.what, each.with));
         EXPECT_FALSE(read.note.has_value()) << each.what << " -> " << each.with;
         EXPECT_THAT(read.trouble, HasSubstr(each.reason)) << each.what << " -> " << each.with;
+    }
+}
+
+TEST(BackupNote, ALaterVersionIsNamedAsSuchWhateverItHolds) {
+    const std::string later =
+        replaced(backupText(fullNote()), "\"formatVersion\": 1", "\"formatVersion\": 2");
+    for (const std::string state : {"{\"word\": [{\"since\": [1]}]}", "[]", "null"}) {
+        const BackupNoteRead read = readBackupText(replaced(later, "\"sound\"", state));
+        EXPECT_FALSE(read.note.has_value()) << state;
+        EXPECT_EQ(read.trouble, "a later version of Tessavo wrote it") << state;
     }
 }
 

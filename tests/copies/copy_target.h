@@ -39,6 +39,7 @@ inline TargetMemory memoryOf(std::uint8_t seed) {
 /// Images for all six sets, as a backup of another target would have them.
 inline std::vector<SetToWrite> setsOf(const TargetMemory& memory) {
     std::vector<SetToWrite> sets;
+    sets.reserve(targetSetNumbers.size());
     for (const std::uint8_t set : targetSetNumbers) {
         sets.push_back({.targetSet = set, .image = parametersOf(memory.sets.at(set))});
     }

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 #include <random>
 #include <set>
+#include <utility>
 
 #include "copies/copy_target.h"
 #include "target/fault_names.h"
@@ -166,6 +167,65 @@ TEST(RestoreFaults, ABackupThroughACableThatIsPulledHoldsWholeSetsOnly) {
                 }
             }
             EXPECT_FALSE(copy.versions.has_value());
+        }
+    }
+}
+
+TEST(VerifyFaults, EveryFaultOfTheTargetIsToldOfEverySetAndNothingChanges) {
+    using Result = Comparison::Result;
+    const std::vector<std::pair<std::string, Result>> cases{
+        {"no-request", Result::failed},
+        {"wrong-request=5", Result::failed},
+        {"negative=1", Result::failed},
+        {"silence=1", Result::failed},
+        {"junk=5", Result::failed},
+        {"no-disconnect", Result::failed},
+        {"damaged-reply", Result::failed},
+        {"truncated-reply", Result::failed},
+        {"wrong-complement", Result::failed},
+        {"late=10001", Result::failed},
+        {"wrong-digest", Result::wrongDigest},
+        {"cable=100", Result::failed},
+        {"wrong-confirmation", Result::equal},
+        {"junk=4", Result::equal},
+        {"late=9999", Result::equal},
+    };
+    std::set<std::string> tried;
+    for (const auto& [fault, result] : cases) {
+        tried.insert(faultName(fault));
+        CopyTarget target({fault}, oldMemory);
+        const std::vector<Comparison> rows = compareSets(target.transfers(), setsOf(oldMemory));
+        ASSERT_EQ(rows.size(), 6U);
+        for (const Comparison& row : rows) {
+            EXPECT_EQ(row.result, result) << fault << ", set " << int{row.targetSet};
+        }
+        EXPECT_EQ(target.memory().sets, oldMemory.sets) << fault;
+        EXPECT_EQ(target.memory().live, oldMemory.live) << fault;
+    }
+    for (const std::string& form : faultForms()) {
+        EXPECT_TRUE(tried.contains(faultName(form))) << form << " has no row here";
+    }
+}
+
+TEST(VerifyFaults, ThroughACableThatIsPulledOnlyWhatWasReadIsCompared) {
+    using Result = Comparison::Result;
+    TargetMemory memory = newMemory;
+    memory.sets[2] = oldMemory.sets[2];
+    CopyTarget whole({}, memory);
+    ASSERT_EQ(compareSets(whole.transfers(), setsOf(newMemory)).size(), 6U);
+    const std::uint64_t perExchange = whole.passed / 6;
+    std::mt19937 random(8);
+    for (std::uint64_t exchange = 0; exchange < 6; ++exchange) {
+        for (int cut = 0; cut < 20; ++cut) {
+            const std::uint64_t bytes = exchange * perExchange + std::uniform_int_distribution<std::uint64_t>(
+                                                                     1, perExchange - 1)(random);
+            CopyTarget target({"cable=" + std::to_string(bytes)}, memory);
+            const std::vector<Comparison> rows = compareSets(target.transfers(), setsOf(newMemory));
+            for (std::size_t i = 0; i < rows.size(); ++i) {
+                const Result read = rows[i].targetSet == 2 ? Result::differs : Result::equal;
+                EXPECT_EQ(rows[i].result, i < exchange ? read : Result::failed) << bytes << ", row " << i;
+            }
+            EXPECT_EQ(target.memory().sets, memory.sets) << bytes;
         }
     }
 }

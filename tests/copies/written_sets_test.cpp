@@ -3,6 +3,8 @@
 #include <chrono>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <set>
+#include <thread>
 
 #include "copies/copy_target.h"
 #include "support/temporary_folder.h"
@@ -124,13 +126,49 @@ TEST_F(Written, WhatIsNoSetOrHasNoFolderIsNotKept) {
     EXPECT_FALSE(writtenSetsFolder("data").empty());
 }
 
-TEST_F(Written, ANoteThatAnEndInTheMiddleLeftGoesWithTheNextSet) {
+TEST_F(Written, ANoteThatAnEndInTheMiddleLeftGoesBehindTheOldestThatStays) {
     ASSERT_TRUE(keep(1, 1));
     std::filesystem::remove(stored(".bin").front());
-    ASSERT_TRUE(keep(2, 2));
-    ASSERT_TRUE(keep(3, 3));
-    EXPECT_THAT(stored(".bin"), SizeIs(2));
-    EXPECT_THAT(stored(".txt"), SizeIs(2));
+    for (std::uint8_t i = 0; i < 51; ++i) {
+        ASSERT_TRUE(keep(2, i));
+    }
+    EXPECT_THAT(stored(".bin"), SizeIs(50));
+    EXPECT_THAT(stored(".txt"), SizeIs(50));
+    EXPECT_THAT(written_.list().sets, SizeIs(50));
+}
+
+TEST_F(Written, OneThatAnotherProgramIsWritingIsLeftAlone) {
+    // Its note stands and its image does not, and in the mark that tells the two apart it may come first.
+    ASSERT_TRUE(keep(1, 1));
+    const std::filesystem::path image = stored(".bin").front();
+    const std::filesystem::path aside = folder_ / "aside";
+    std::filesystem::rename(image, aside);
+    for (std::uint8_t i = 2; i < 12; ++i) {
+        ASSERT_TRUE(keep(2, i));
+    }
+    std::filesystem::rename(aside, image);
+    EXPECT_EQ(written_.list().damaged, 0U);
+    EXPECT_THAT(written_.list().sets, SizeIs(11));
+}
+
+TEST_F(Written, TwoProgramsThatKeepAtTheSameTimeLoseNothing) {
+    constexpr std::uint8_t each = 20;
+    const auto keepMany = [this](std::uint8_t first) {
+        WrittenSets written(folder_ / "data");
+        for (std::uint8_t i = 0; i < each; ++i) {
+            EXPECT_TRUE(written.keep(1, "COM1", parametersOf(imageOf(static_cast<std::uint8_t>(first + i)))));
+        }
+    };
+    std::thread other(keepMany, std::uint8_t{100});
+    keepMany(0);
+    other.join();
+    const WrittenSetList list = written_.list();
+    EXPECT_EQ(list.damaged, 0U);
+    std::set<ImageBytes> kept;
+    for (const WrittenSet& set : list.sets) {
+        kept.insert(bytesOf(written_.read(set.id).value()));
+    }
+    EXPECT_THAT(kept, SizeIs(2 * each));
 }
 
 }  // namespace
