@@ -222,31 +222,6 @@ TEST_F(SourcesOfSets, OfTheTargetTellWhatWentWrong) {
     EXPECT_EQ(exchanges(), 2) << "with Live Mode on nothing is sent";
 }
 
-TEST_F(SourcesOfSets, ListWhatBackupsHoldAndWhatWasWritten) {
-    EXPECT_THAT(backupSources(data, base()), IsEmpty());
-    EXPECT_THAT(writtenSources(data, base()), IsEmpty());
-    breakExchange(4, "wrong-digest");
-    whenOpen(QStringLiteral("backUp"), [](QDialog& open) {
-        const bool finished = open.findChild<QPushButton*>()->text() == QStringLiteral("Close");
-        if (finished) {
-            click(open, QStringLiteral("Close"));
-        }
-        return finished;
-    });
-    clickTool(QStringLiteral("Back Up Target..."));
-    ASSERT_TRUE(becomes([this] { return dialog(QStringLiteral("backUp")) == nullptr; }));
-    const auto backups = backupSources(data, base());
-    ASSERT_THAT(titles(backups), ElementsAre("Set 1", "Set 2", "Set 3", "Set 5", "Default Set"));
-    EXPECT_EQ(backups[0].group.rfind("Backup copy, 20", 0), 0U) << backups[0].group;
-    expectSet(backups[3], imageOf(firstImage(5)));
-    ASSERT_TRUE(WrittenSets(writtenSetsFolder(data)).keep(0, "inside", tuning.image()));
-    const auto written = writtenSources(data, base());
-    ASSERT_THAT(written, SizeIs(1));
-    EXPECT_EQ(written[0].title.rfind("Default Set, 20", 0), 0U) << written[0].title;
-    EXPECT_EQ(written[0].group, "Written into the target");
-    expectSet(written[0], tuning.image());
-}
-
 TEST(DiskJobsTest, RunInTheirOrderOnAnotherThreadAndAreDoneAtTheEnd) {
     std::vector<int> done;
     const auto here = std::this_thread::get_id();
