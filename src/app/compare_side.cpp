@@ -142,19 +142,19 @@ void CompareSide::addSources() {
     part();
     std::vector<CompareSource> sources =
         dependencies_.sources ? dependencies_.sources() : std::vector<CompareSource>();
-    const auto behind = std::ranges::stable_partition(
-        sources, [](const CompareSource& source) { return source.group.isEmpty(); });
-    for (auto source = sources.begin(); source != behind.begin(); ++source) {
+    const auto behind = std::stable_partition(
+        sources.begin(), sources.end(), [](const CompareSource& source) { return source.group.isEmpty(); });
+    for (auto source = sources.begin(); source != behind; ++source) {
         add(source->title, std::move(source->read));
     }
     add(QStringLiteral("File..."), [this] { return readFile(); });
     QString group;
-    for (CompareSource& source : behind) {
-        if (source.group != group) {
+    for (auto source = behind; source != sources.end(); ++source) {
+        if (source->group != group) {
             part();
-            group = source.group;
+            group = source->group;
         }
-        add(source.title, std::move(source.read));
+        add(source->title, std::move(source->read));
     }
 }
 
