@@ -5,6 +5,7 @@
 #include <QScrollArea>
 
 #include "controls/screen_room.h"
+#include "controls/scroll_body.h"
 #include "controls/theme.h"
 #include "pages/form/channel_titles.h"
 #include "pages/form/source_names.h"
@@ -52,10 +53,6 @@ ChannelNamesDialog::ChannelNamesDialog(TuningState& tuning, QWidget* parent)
     : SettingsDialog(QStringLiteral("Channel Names"), parent), tuning_(tuning) {
     setObjectName(QStringLiteral("channelNames"));
     // On a low screen the rows scroll, and the buttons stay in sight.
-    auto* const area = new QScrollArea(this);
-    area->setFrameShape(QFrame::NoFrame);
-    area->setWidgetResizable(true);
-    area->setFocusPolicy(Qt::NoFocus);
     auto* const content = new QWidget;
     auto* const column = new QVBoxLayout(content);
     column->setContentsMargins(4, 4, 4, 4);
@@ -66,12 +63,8 @@ ChannelNamesDialog::ChannelNamesDialog(TuningState& tuning, QWidget* parent)
     addRows(*grid);
     column->addLayout(grid);
     addNote(*column);
-    area->setWidget(content);
-    // The dialog's own ground shows.
-    area->viewport()->setAutoFillBackground(false);
-    content->setAutoFillBackground(false);
     body().setSizeConstraint(QLayout::SetDefaultConstraint);
-    body().addWidget(area, 1);
+    body().addWidget(makeScrollBody(content, this), 1);
     addFoot(false);
     resize(usualSize.boundedTo(roomOnScreen(parent)));
     names_.front()->setFocus();

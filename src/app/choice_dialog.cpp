@@ -13,6 +13,7 @@ namespace tessavo {
 namespace {
 
 constexpr QSize usualSize(460, 340);
+constexpr int rowHeight = 24;
 
 }  // namespace
 
@@ -25,6 +26,7 @@ ChoiceDialog::ChoiceDialog(const QString& title, const QStringList& texts, int c
     body->setSpacing(10);
     list_->setAccessibleName(title);
     list_->setUniformItemSizes(true);
+    list_->setStyleSheet(QStringLiteral("QListView::item { height: %1px; }").arg(rowHeight));
     list_->setEditTriggers(QAbstractItemView::NoEditTriggers);
     list_->setModel(model_);
     list_->setCurrentIndex(model_->index(current, 0));

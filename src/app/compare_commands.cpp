@@ -97,6 +97,7 @@ void CompareCommands::addTo(QMenu& edit, QMenu& tools) const {
 
 void CompareCommands::showCompare() {
     if (!dialog_) {
+        Q_EMIT opened();
         const auto allSources = [this] {
             std::vector<CompareSource> all;
             for (const CompareSources& each : sources_) {

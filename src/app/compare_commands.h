@@ -40,7 +40,7 @@ class CompareCommands : public QObject {
     explicit CompareCommands(const Dependencies& dependencies);
     ~CompareCommands() override;
 
-    /// Adds sets that a comparison can show. Lists that are open do not change.
+    /// Adds sets that a comparison can show, asked for whenever a list drops down. Lists that are open do not change.
     void addSources(CompareSources sources) { sources_.push_back(std::move(sources)); }
 
     [[nodiscard]] QAction* compareAction() const { return compare_; }
@@ -57,6 +57,10 @@ class CompareCommands : public QObject {
     void mirror();
     /// Asks where the current set goes, and copies it.
     void copySetTo();
+
+ Q_SIGNALS:
+    /// A comparison is about to be shown anew.
+    void opened();
 
  private:
     QAction* make(const QString& text, void (CompareCommands::*act)());

@@ -1,13 +1,17 @@
 #include "app/compare_curves.h"
 
-#include <QPainterPath>
+#include <algorithm>
 #include <array>
 #include <cmath>
+#include <numbers>
+#include <vector>
 
 #include "base/message_box.h"
 #include "controls/skin_painter.h"
 #include "controls/theme.h"
+#include "dsp/filter_kind.h"
 #include "params/tuning_state.h"
+#include "plot/response_terms.h"
 
 namespace tessavo {
 
@@ -15,13 +19,17 @@ namespace {
 
 constexpr double lowestHz = 20;
 constexpr double highestHz = 20000;
-constexpr double levelRoomDb = 18;
-constexpr double axisLeft = 34;
+constexpr int levelRoomDb = 18;
+constexpr double axisLeft = 40;
 constexpr double axisBottom = 18;
 constexpr double titleHeight = 20;
+constexpr double titleGap = 6;
+constexpr double labelHeight = 14;
 constexpr double lineLength = 22;
+// The colours of the plot.
 constexpr QRgb ground = 0xFF101419;
-constexpr QRgb grid = 0xFF303A45;
+constexpr QRgb minorGrid = 0xFF1C232B;
+constexpr QRgb majorGrid = 0xFF303A45;
 constexpr QRgb zeroLine = 0xFF5B6977;
 constexpr QRgb leftColor = theme::level;
 constexpr QRgb rightColor = theme::mixed;
@@ -34,11 +42,38 @@ class QuietBoxes : public IMessageBox {
     }
 };
 
-class CurveCatcher : public ICurveDisplay {
- public:
-    void setCurve(const ResponseCurve& curve) override { caught = curve; }
-    ResponseCurve caught;
-};
+std::vector<BiquadWords> outputCascade(const TuningState& tuning, RecordChannel channel) {
+    std::vector<BiquadWords> cascade;
+    cascade.reserve(bandCount + crossoverCount);
+    for (std::size_t band = 0; band < bandCount; ++band) {
+        cascade.push_back(tuning.bandWords(channel, band));
+    }
+    for (std::size_t crossover = 0; crossover < crossoverCount; ++crossover) {
+        cascade.push_back(tuning.crossoverWords(channel, crossover));
+    }
+    return cascade;
+}
+
+std::vector<BiquadWords> inputCascade(const TuningState& tuning) {
+    std::vector<BiquadWords> cascade;
+    cascade.reserve(inputSectionCount);
+    for (std::size_t band = 0; band < inputSectionCount; ++band) {
+        cascade.push_back(tuning.inputWords(band));
+    }
+    return cascade;
+}
+
+FineCurve fineCurve(const std::vector<BiquadWords>& cascade) {
+    // Far outside the chart the toolkit counts with numbers that are too large for it.
+    constexpr double far = 10.0 * levelRoomDb;
+    FineCurve curve;
+    for (std::size_t i = 0; i < FineCurve::pointCount; ++i) {
+        const double angle = 2.0 * std::numbers::pi * FineCurve::frequencyOf(i) / responseSamplingRateHz;
+        const double level = plainMagnitudeAt(cascade, angle);
+        curve.levelDb[i] = std::isnan(level) ? 0.0 : std::clamp(level, -far, far);
+    }
+    return curve;
+}
 
 double xOf(const QRectF& box, double hertz) {
     return box.left() + box.width() * std::log(hertz / lowestHz) / std::log(highestHz / lowestHz);
@@ -52,44 +87,68 @@ QPen penOf(QRgb color, Qt::PenStyle style) {
     return {QColor::fromRgb(color), 2, style, Qt::FlatCap, Qt::RoundJoin};
 }
 
-void paintCurve(QPainter& painter, const QRectF& box, const ResponseCurve& curve, const QPen& pen) {
+void paintCurve(QPainter& painter, const QRectF& box, const FineCurve& curve, const QPen& pen) {
     QPolygonF points;
-    points.reserve(static_cast<qsizetype>(curvePointCount));
-    for (std::size_t i = 0; i < curvePointCount; ++i) {
-        // Far outside the box the toolkit counts with numbers that are too large for it.
-        const double level = std::clamp<double>(curve.magnitudeDb[i], -10 * levelRoomDb, 10 * levelRoomDb);
-        points << QPointF(xOf(box, curve.frequencyHz[i]), yOf(box, level));
+    points.reserve(static_cast<qsizetype>(FineCurve::pointCount));
+    for (std::size_t i = 0; i < FineCurve::pointCount; ++i) {
+        points << QPointF(xOf(box, FineCurve::frequencyOf(i)), yOf(box, curve.levelDb[i]));
     }
     painter.setPen(pen);
     painter.drawPolyline(points);
 }
 
-void paintGrid(SkinPainter& painter, const QRectF& box) {
-    painter.setFont(theme::font(11));
-    painter.fillRect(box, QColor::fromRgb(ground));
-    const QFontMetricsF metrics(painter.font());
-    for (const int level : {12, 6, 0, -6, -12}) {
+void paintLevels(SkinPainter& painter, const QRectF& box) {
+    // Where it is low only some numbers have room.
+    const int labelStep = box.height() / 6 >= labelHeight ? 6 : box.height() / 3 >= labelHeight ? 12 : 18;
+    for (int level = -levelRoomDb; level <= levelRoomDb; level += 3) {
         const double y = std::round(yOf(box, level)) + 0.5;
-        painter.setPen(QColor::fromRgb(level == 0 ? zeroLine : grid));
+        painter.setPen(QColor::fromRgb(level == 0 ? zeroLine : level % 6 == 0 ? majorGrid : minorGrid));
         painter.drawLine(QPointF(box.left(), y), QPointF(box.right(), y));
-        // Where it is low only every second number has room.
-        if (level % 12 == 0 || box.height() > 6 * metrics.height()) {
-            const QString number = level > 0   ? QStringLiteral("+%1").arg(level)
-                                   : level < 0 ? QStringLiteral("\u2212%1").arg(-level)
-                                               : QStringLiteral("0 dB");
-            painter.text(QRectF(0, y - 8, box.left() - 4, 16), Qt::AlignRight | Qt::AlignVCenter,
+        if (level % labelStep == 0) {
+            const QString number = level > 0    ? QStringLiteral("+%1").arg(level)
+                                   : level == 0 ? QStringLiteral("0 dB")
+                                                : QString::number(level);
+            painter.text(QRectF(0, y - 8, box.left() - 6, 16), Qt::AlignRight | Qt::AlignVCenter,
                          theme::text2, number);
         }
     }
-    const std::array<std::pair<int, const char*>, 7> marks{
-        {{50, "50"}, {100, "100"}, {500, "500"}, {1000, "1k"}, {5000, "5k"}, {10000, "10k"}, {20000, "20k"}}};
-    for (const auto& [hertz, text] : marks) {
-        const double x = std::round(xOf(box, hertz)) - 0.5;
-        painter.setPen(QColor::fromRgb(grid));
-        painter.drawLine(QPointF(x, box.top()), QPointF(x, box.bottom()));
-        painter.text(QRectF(x - 24, box.bottom() + 2, hertz == 20000 ? 26 : 48, 14),
-                     hertz == 20000 ? Qt::AlignRight : Qt::AlignHCenter, theme::text2, QLatin1String(text));
+}
+
+void paintFrequencies(SkinPainter& painter, const QRectF& box) {
+    for (int decade = 10; decade < highestHz; decade *= 10) {
+        for (int digit = 1; digit <= 9; ++digit) {
+            const int hertz = digit * decade;
+            if (hertz < lowestHz || hertz > highestHz) {
+                continue;
+            }
+            const bool isMajor = digit == 1 || digit == 2 || digit == 5;
+            const double x = std::round(xOf(box, hertz)) - 0.5;
+            painter.setPen(QColor::fromRgb(isMajor ? majorGrid : minorGrid));
+            painter.drawLine(QPointF(x, box.top()), QPointF(x, box.bottom()));
+            if (!isMajor) {
+                continue;
+            }
+            const QString number =
+                hertz < 1000 ? QString::number(hertz) : QString::number(hertz / 1000) + QLatin1Char('k');
+            const QRectF place(x - 40, box.bottom() + 3, 80, labelHeight);
+            // The outermost stay within the chart.
+            if (hertz == static_cast<int>(lowestHz)) {
+                painter.text(place.translated(40, 0), Qt::AlignLeft, theme::text2, number);
+            } else if (hertz == static_cast<int>(highestHz)) {
+                painter.text(place.translated(-40, 0), Qt::AlignRight, theme::text2,
+                             number + QStringLiteral(" Hz"));
+            } else {
+                painter.text(place, Qt::AlignHCenter, theme::text2, number);
+            }
+        }
     }
+}
+
+void paintGrid(SkinPainter& painter, const QRectF& box) {
+    painter.setFont(theme::font(11));
+    painter.fillRect(box, QColor::fromRgb(ground));
+    paintLevels(painter, box);
+    paintFrequencies(painter, box);
 }
 
 /// A piece of line and what it stands for.
@@ -109,31 +168,28 @@ double paintKey(SkinPainter& painter, double left, double right, const QPen& pen
 
 }  // namespace
 
+double FineCurve::frequencyOf(std::size_t point) {
+    const double part = static_cast<double>(point) / static_cast<double>(pointCount - 1);
+    return lowestHz * std::pow(highestHz / lowestHz, part);
+}
+
 struct CurveMaker::Scratch {
     QuietBoxes boxes;
     TuningState tuning{boxes};
-    CurveCatcher catcher;
     ParameterStore store;
 };
 
-CurveMaker::CurveMaker() : scratch_(std::make_unique<Scratch>()) {
-    scratch_->tuning.setCurveDisplay(&scratch_->catcher);
-}
+CurveMaker::CurveMaker() : scratch_(std::make_unique<Scratch>()) {}
 
 CurveMaker::~CurveMaker() = default;
 
-ResponseCurve CurveMaker::curveOf(const ParameterSet& set, std::optional<RecordChannel> channel,
-                                  std::uint32_t filterMode) {
+FineCurve CurveMaker::curveOf(const ParameterSet& set, std::optional<RecordChannel> channel,
+                              std::uint32_t filterMode) {
     Scratch& scratch = *scratch_;
     scratch.store.sets[0] = set;
     scratch.tuning.setFilterMode(filterMode);
     scratch.tuning.replaceStore(scratch.store);
-    if (channel) {
-        scratch.tuning.showOutputCurve(*channel);
-    } else {
-        scratch.tuning.showInputCurve();
-    }
-    return scratch.catcher.caught;
+    return fineCurve(channel ? outputCascade(scratch.tuning, *channel) : inputCascade(scratch.tuning));
 }
 
 CompareChart::CompareChart(QWidget* parent) : QWidget(parent) {
@@ -142,8 +198,8 @@ CompareChart::CompareChart(QWidget* parent) : QWidget(parent) {
     tellAloud();
 }
 
-void CompareChart::show(const QString& title, const QString& leftName, const ResponseCurve& left,
-                        const QString& rightName, const ResponseCurve& right) {
+void CompareChart::show(const QString& title, const QString& leftName, const FineCurve& left,
+                        const QString& rightName, const FineCurve& right) {
     title_ = title;
     leftName_ = leftName;
     rightName_ = rightName;
@@ -162,12 +218,12 @@ void CompareChart::clear(const QString& title) {
 }
 
 void CompareChart::tellAloud() {
-    setAccessibleName(left_ ? QStringLiteral("Curves of %1: %2 and %3").arg(title_, leftName_, rightName_)
+    setAccessibleName(left_ ? QStringLiteral("Curves of %1. %2. %3.").arg(title_, leftKey(), rightKey())
                             : title_);
 }
 
 QRectF CompareChart::box() const {
-    return QRectF(rect()).adjusted(axisLeft, titleHeight + 2, -2, -axisBottom);
+    return QRectF(rect()).adjusted(axisLeft, titleHeight + titleGap, -1, -axisBottom);
 }
 
 void CompareChart::paintEvent(QPaintEvent* /*event*/) {
@@ -186,12 +242,13 @@ void CompareChart::paintEvent(QPaintEvent* /*event*/) {
         painter.restore();
     }
     painter.setFont(theme::font(12, QFont::DemiBold));
-    const int titleWidth = QFontMetrics(painter.font()).horizontalAdvance(title_);
-    painter.text(QRectF(0, 0, width(), titleHeight), Qt::AlignLeft | Qt::AlignVCenter, theme::text, title_);
+    const QFontMetrics metrics(painter.font());
+    const QString shown = metrics.elidedText(title_, Qt::ElideRight, left_ ? width() * 2 / 5 : width());
+    painter.text(QRectF(0, 0, width(), titleHeight), Qt::AlignLeft | Qt::AlignVCenter, theme::text, shown);
     if (left_ && right_) {
-        const double keys = titleWidth + 18;
-        const double middle = paintKey(painter, keys, keys + (width() - keys) / 2 - 18, leftPen, leftName_);
-        paintKey(painter, middle, width(), rightPen, rightName_);
+        const double keys = metrics.horizontalAdvance(shown) + 18;
+        const double middle = paintKey(painter, keys, keys + (width() - keys) / 2 - 18, leftPen, leftKey());
+        paintKey(painter, middle, width(), rightPen, rightKey());
     }
 }
 

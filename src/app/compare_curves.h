@@ -1,14 +1,27 @@
 #pragma once
 
 #include <QWidget>
+#include <array>
+#include <cstddef>
 #include <memory>
 #include <optional>
 
 #include "params/channels.h"
 #include "params/records.h"
-#include "plot/response_curve.h"
 
 namespace tessavo {
+
+/// Response of a channel, or of the input, as the plot computes it, but not truncated to whole dB: steps would hide
+/// what two sets differ in.
+struct FineCurve {
+    static constexpr std::size_t pointCount = 601;
+    std::array<double, pointCount> levelDb{};  ///< finite
+
+    /// Frequency of a point in Hz: 20 to 20000, evenly on a logarithmic axis.
+    [[nodiscard]] static double frequencyOf(std::size_t point);
+
+    friend bool operator==(const FineCurve&, const FineCurve&) = default;
+};
 
 /// Computes the curves of sets that are not the ones being tuned. Warns nobody.
 class CurveMaker {
@@ -20,15 +33,16 @@ class CurveMaker {
 
     /// \param channel of the outputs; the input side where there is none
     /// \param filterMode index in filterMethodNames
-    [[nodiscard]] ResponseCurve curveOf(const ParameterSet& set, std::optional<RecordChannel> channel,
-                                        std::uint32_t filterMode);
+    [[nodiscard]] FineCurve curveOf(const ParameterSet& set, std::optional<RecordChannel> channel,
+                                    std::uint32_t filterMode);
 
  private:
     struct Scratch;
     std::unique_ptr<Scratch> scratch_;
 };
 
-/// A small chart with the curves of both sides of a comparison, which differ in colour and in their lines.
+/// A small chart with the curves of both sides of a comparison, which differ in colour and in their lines. Its legend
+/// tells the side of each, since both may have one name.
 class CompareChart : public QWidget {
     Q_OBJECT
 
@@ -36,14 +50,17 @@ class CompareChart : public QWidget {
     explicit CompareChart(QWidget* parent = nullptr);
 
     /// \param title of what the curves are: "Channel 3"
-    void show(const QString& title, const QString& leftName, const ResponseCurve& left,
-              const QString& rightName, const ResponseCurve& right);
+    void show(const QString& title, const QString& leftName, const FineCurve& left, const QString& rightName,
+              const FineCurve& right);
     /// Shows the axes without curves.
     void clear(const QString& title);
 
     [[nodiscard]] const QString& title() const { return title_; }
-    [[nodiscard]] const std::optional<ResponseCurve>& left() const { return left_; }
-    [[nodiscard]] const std::optional<ResponseCurve>& right() const { return right_; }
+    /// "Left: Type 1": what the legend calls a side.
+    [[nodiscard]] QString leftKey() const { return QStringLiteral("Left: ") + leftName_; }
+    [[nodiscard]] QString rightKey() const { return QStringLiteral("Right: ") + rightName_; }
+    [[nodiscard]] const std::optional<FineCurve>& left() const { return left_; }
+    [[nodiscard]] const std::optional<FineCurve>& right() const { return right_; }
 
  protected:
     void paintEvent(QPaintEvent* event) override;
@@ -55,8 +72,8 @@ class CompareChart : public QWidget {
     QString title_;
     QString leftName_;
     QString rightName_;
-    std::optional<ResponseCurve> left_;
-    std::optional<ResponseCurve> right_;
+    std::optional<FineCurve> left_;
+    std::optional<FineCurve> right_;
 };
 
 }  // namespace tessavo

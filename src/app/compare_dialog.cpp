@@ -1,6 +1,7 @@
 #include "app/compare_dialog.h"
 
 #include <QAccessible>
+#include <QKeyEvent>
 #include <QPainter>
 #include <algorithm>
 #include <array>
@@ -14,6 +15,7 @@
 #include "controls/skin_button.h"
 #include "controls/skin_check_box.h"
 #include "controls/theme.h"
+#include "pages/form/channel_titles.h"
 #include "pages/form/form.h"
 #include "plot/chart/dialog_parts.h"
 
@@ -98,7 +100,7 @@ void CompareDialog::makeHead() {
     exchange_ = new CxSkinButton(QStringLiteral("\u21C4"), noControl, this);
     exchange_->setAccessibleName(QStringLiteral("Exchange left and right"));
     exchange_->setToolTip(exchange_->accessibleName());
-    exchange_->setAutoDefault(false);
+    exchange_->setAutoDefault(true);
     right_ = makeSide(QStringLiteral("Right set"), left_);
     right_->setShown({ComparedSet::Kind::own,
                       (dependencies_.tuning.currentSet() + 1) % static_cast<std::uint32_t>(setCount),
@@ -125,8 +127,7 @@ void CompareDialog::makeFoot() {
     copy_->setAccented(true);
     close_ = makeButton(QStringLiteral("Close"), this);
     for (CxSkinButton* const button : {copy_, close_}) {
-        // Enter presses the button that has the focus, and none from the list.
-        button->setAutoDefault(false);
+        button->setAutoDefault(true);
     }
     connect(copy_, &QAbstractButton::clicked, this, &CompareDialog::copy);
     connect(close_, &QAbstractButton::clicked, this, &QDialog::close);
@@ -154,7 +155,7 @@ void CompareDialog::compareAnew() {
                                       realOnly_->isChecked() && differencesOnly_->isChecked()};
     model_.show(compareSets(left_->record(), right_->record(),
                             filter.differencesOnly ? ListedElements::differing : ListedElements::all),
-                filter);
+                filter, dependencies_.tuning.notes());
     tree_->rows().setDirection(destination() == nullptr ? CompareRows::Direction::none
                                : destination() == left_ ? CompareRows::Direction::toLeft
                                                         : CompareRows::Direction::toRight);
@@ -180,8 +181,10 @@ void CompareDialog::showCurves() {
     }
     const auto channel = isChannel ? std::optional(group->channel) : std::nullopt;
     const std::uint32_t mode = dependencies_.tuning.filterMode();
-    chart_->show(textOf(group->heading), left_->title(), curves_.curveOf(left_->record(), channel, mode),
-                 right_->title(), curves_.curveOf(right_->record(), channel, mode));
+    const QString title =
+        isChannel ? channelTitle(dependencies_.tuning.notes(), group->channel) : textOf(group->heading);
+    chart_->show(title, left_->title(), curves_.curveOf(left_->record(), channel, mode), right_->title(),
+                 curves_.curveOf(right_->record(), channel, mode));
 }
 
 QString CompareDialog::footText() const {
@@ -200,15 +203,17 @@ QString CompareDialog::footText() const {
         return countText(count, "field") +
                QStringLiteral(" differ. Neither side can be written: choose one of the five sets.");
     }
-    QString text = QStringLiteral("%1 of %2 selected.").arg(chosen).arg(countText(count, "field"));
-    if (chosen == 0) {
-        return text;
-    }
     const bool isCurrent = to->shown().kind == ComparedSet::Kind::current;
-    return text + QStringLiteral(" %1 from %2, into %3; one step of undo.")
-                      .arg(chosen == 1 ? QStringLiteral("It goes") : QStringLiteral("They go"),
-                           to == left_ ? QStringLiteral("right to left") : QStringLiteral("left to right"),
-                           isCurrent ? QStringLiteral("the current set") : to->title());
+    const QString way =
+        QStringLiteral("from %1, into %2")
+            .arg(to == left_ ? QStringLiteral("right to left") : QStringLiteral("left to right"),
+                 isCurrent ? QStringLiteral("the current set") : to->title());
+    if (chosen == 0) {
+        return QStringLiteral("0 of %1 selected. Tick what is to go %2.").arg(countText(count, "field"), way);
+    }
+    return QStringLiteral("%1 of %2 selected. %3 %4; one step of undo.")
+        .arg(QString::number(chosen), countText(count, "field"),
+             chosen == 1 ? QStringLiteral("It goes") : QStringLiteral("They go"), way);
 }
 
 void CompareDialog::showFoot() {
@@ -257,6 +262,16 @@ void CompareDialog::copy() {
     trouble_.clear();
     dependencies_.edits.write(replacement, QStringLiteral("Copy Selected"), text);
     compareAnew();
+}
+
+// Enter presses the button that has the focus, and none from the list.
+void CompareDialog::keyPressEvent(QKeyEvent* event) {
+    const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (isEnter && qobject_cast<QPushButton*>(focusWidget()) == nullptr) {
+        event->accept();
+        return;
+    }
+    CDialogSK::keyPressEvent(event);
 }
 
 void CompareDialog::changeEvent(QEvent* event) {

@@ -48,6 +48,7 @@ class CompareDialog : public CDialogSK {
  protected:
     void paintBackground(QPainter& painter, QSize size) const override;
     void resizeEvent(QResizeEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
     void changeEvent(QEvent* event) override;
 
  private:

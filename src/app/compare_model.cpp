@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "app/plain_tool_tip.h"
+#include "pages/form/channel_titles.h"
 #include "pages/form/form.h"
 
 namespace tessavo {
@@ -32,7 +34,8 @@ QString fieldsText(std::size_t count) {
 
 }  // namespace
 
-void CompareModel::show(SetComparison comparison, Filter filter) {
+void CompareModel::show(SetComparison comparison, Filter filter, const FileNotes& notes) {
+    notes_ = notes;
     std::vector<CompareGroup> groups = filtered(std::move(comparison.groups), filter);
     spareBytes_ = comparison.spareBytes;
     if (std::ranges::equal(groups, groups_, haveSameElements)) {
@@ -171,6 +174,8 @@ QVariant CompareModel::groupData(const CompareGroup& group, int role) const {
     const QString source =
         textOf(group.leftSource) +
         (haveOneSource ? QString() : QStringLiteral(" \u2192 ") + textOf(group.rightSource));
+    const bool isChannel = group.kind == CompareGroupKind::channel;
+    const QString name = isChannel ? channelNameText(notes_, group.channel) : QString();
     const QString counts = fieldsText(group.lines.size()) +
                            (chosen == 0 ? QString() : QStringLiteral(", %1 selected").arg(chosen));
     switch (role) {
@@ -189,13 +194,19 @@ QVariant CompareModel::groupData(const CompareGroup& group, int role) const {
             return textOf(group.otherNumber);
         case sourceRole:
             return source;
+        case nameRole:
+            return name;
         case Qt::ToolTipRole:
         case Qt::AccessibleTextRole: {
             QStringList parts{textOf(group.heading)};
-            if (group.kind == CompareGroupKind::channel) {
+            if (isChannel) {
                 parts << textOf(group.otherNumber) << source;
             }
-            return (parts << counts).join(QStringLiteral(", "));
+            if (!name.isEmpty()) {
+                parts << name;
+            }
+            const QString text = (parts << counts).join(QStringLiteral(", "));
+            return role == Qt::ToolTipRole ? plainToolTip(text) : text;
         }
         default:
             return {};
@@ -228,7 +239,8 @@ QVariant CompareModel::lineData(const ComparedLine& line, int role) const {
             } else if (!line.isReal) {
                 text += QStringLiteral(", the same in the target\u2019s number format");
             }
-            return text;
+            // The name of a set may look like mark-up.
+            return role == Qt::ToolTipRole ? plainToolTip(text) : text;
         }
         default:
             return {};

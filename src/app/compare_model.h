@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "compare/set_compare.h"
+#include "params/file_notes.h"
 
 namespace tessavo {
 
@@ -21,6 +22,7 @@ class CompareModel : public QAbstractItemModel {
         countsRole,       ///< of a group: "4 fields, 3 selected"
         otherNumberRole,  ///< of a channel: "Ch 4"
         sourceRole,       ///< of a channel: "FrontLeft", or both where they differ
+        nameRole,         ///< of a channel: the name that a person gave it; empty where it has none
     };
     /// What of the comparison is listed.
     struct Filter {
@@ -33,7 +35,8 @@ class CompareModel : public QAbstractItemModel {
     using QAbstractItemModel::QAbstractItemModel;
 
     /// Shows a comparison with the elements that the filter lets through. Rows that stay keep their indexes.
-    void show(SetComparison comparison, Filter filter);
+    /// \param notes tell the names of the channels
+    void show(SetComparison comparison, Filter filter, const FileNotes& notes);
     void clearChoice();
     /// Chooses or leaves out every listed element that differs.
     void chooseAll(bool chosen);
@@ -70,6 +73,7 @@ class CompareModel : public QAbstractItemModel {
     [[nodiscard]] QVariant lineData(const ComparedLine& line, int role) const;
 
     std::vector<CompareGroup> groups_;
+    FileNotes notes_;
     std::size_t spareBytes_ = 0;
     std::vector<SetElement> chosen_;
 };

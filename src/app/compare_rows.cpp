@@ -20,6 +20,8 @@ constexpr int foldLeft = 30;
 constexpr int foldWidth = 20;
 constexpr int headingLeft = 52;
 constexpr int nameLeft = 56;
+constexpr int numberRoom = 78;
+constexpr int otherNumberRoom = 36;
 constexpr int gap = 8;
 constexpr QRgb chosenGround = 0xFF10263F;
 
@@ -127,17 +129,28 @@ void CompareRows::paintGroup(QPainter& painter, const QRect& row, const QModelIn
                              middle + (isOpen ? QPointF(4, -2) : QPointF(-2, 4))};
     painter.drawPolyline(sign, 3);
 
-    const int values = leftValueAt(row.width());
+    paintHeading(painter, row, index);
+}
+
+// Number, other number and name stand below those of the other channels; the sources stand with the values.
+void CompareRows::paintHeading(QPainter& painter, const QRect& row, const QModelIndex& index) {
+    const int left = leftValueAt(row.width());
+    const int right = rightValueAt(row.width());
     const QFont bold = theme::font(12, QFont::DemiBold);
+    const QFont small = theme::font(11);
     const QString heading = index.data().toString();
-    paintText(painter, columnOf(row, headingLeft, values - gap), theme::text, bold, heading);
-    const int behind = headingLeft + std::max(78, QFontMetrics(bold).horizontalAdvance(heading) + gap);
-    const QString place = index.data(CompareModel::otherNumberRole).toString();
-    const QString source = index.data(CompareModel::sourceRole).toString();
-    paintText(painter, columnOf(row, behind, values - gap), theme::text2, theme::font(11),
-              place.isEmpty() ? source : place + QStringLiteral("   ") + source);
-    paintText(painter, columnOf(row, values, row.width() - gap), theme::text2, theme::font(11),
+    paintText(painter, columnOf(row, headingLeft, left - gap), theme::text, bold, heading);
+    const int other = headingLeft + std::max(numberRoom, QFontMetrics(bold).horizontalAdvance(heading) + gap);
+    paintText(painter, columnOf(row, other, left - gap), theme::text2, small,
+              index.data(CompareModel::otherNumberRole).toString());
+    const int name = other + std::max(otherNumberRoom,
+                                      QFontMetrics(small).horizontalAdvance(QStringLiteral("Ch 8")) + gap);
+    paintText(painter, columnOf(row, name, left - gap), theme::text, theme::font(12),
+              index.data(CompareModel::nameRole).toString());
+    paintText(painter, columnOf(row, left, right - gap), theme::text2, small,
               index.data(CompareModel::countsRole).toString());
+    paintText(painter, columnOf(row, right, row.width() - gap), theme::text2, small,
+              index.data(CompareModel::sourceRole).toString());
 }
 
 void CompareRows::paintLine(QPainter& painter, const QRect& row, const QModelIndex& index) const {

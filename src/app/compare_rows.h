@@ -40,6 +40,7 @@ class CompareRows : public QStyledItemDelegate {
     bool handleMouse(const QMouseEvent& event, QAbstractItemModel& model, const QModelIndex& index);
     void paintMark(QPainter& painter, const QModelIndex& index) const;
     void paintGroup(QPainter& painter, const QRect& row, const QModelIndex& index) const;
+    static void paintHeading(QPainter& painter, const QRect& row, const QModelIndex& index);
     void paintLine(QPainter& painter, const QRect& row, const QModelIndex& index) const;
     void paintArrow(QPainter& painter, const QRect& row) const;
 

@@ -4,12 +4,14 @@
 #include <QDateTime>
 #include <QKeyEvent>
 #include <QPointer>
+#include <QScrollBar>
 #include <QSignalBlocker>
 #include <QWheelEvent>
 #include <algorithm>
 #include <chrono>
 
 #include "app/choice_dialog.h"
+#include "app/plain_tool_tip.h"
 #include "app/record_mark.h"
 #include "app/ui_file_dialogs.h"
 #include "controls/control_id.h"
@@ -24,6 +26,8 @@ namespace {
 constexpr int noControl = -1;
 constexpr std::size_t listedSteps = 5;
 constexpr int visibleEntries = 24;
+constexpr int rowMargins = 16;
+constexpr int widestList = 480;
 
 QString timeOf(const Step& step) {
     using namespace std::chrono;
@@ -56,7 +60,6 @@ QString nameOfSet(const ParameterSet& set, std::uint32_t index) {
 CompareSide::CompareSide(Dependencies dependencies, const QString& name, QWidget* parent)
     : SkinComboBox(noControl, parent), dependencies_(std::move(dependencies)) {
     setAccessibleName(name);
-    setToolTip(name);
     setMaxVisibleItems(visibleEntries);
     connect(this, &QComboBox::activated, this, &CompareSide::choose);
     fill();
@@ -119,8 +122,8 @@ void CompareSide::fill() {
         setCurrentIndex(
             findData(shown_.kind == ComparedSet::Kind::current ? 0 : 1 + static_cast<int>(shown_.set)));
     }
-    addSources();
-    addHistory();
+    // A list that is too narrow for a name tells it all the same.
+    setToolTip(plainToolTip(QStringLiteral("%1: %2").arg(accessibleName(), shownText())));
     update();
 }
 
@@ -137,17 +140,21 @@ void CompareSide::addSets() {
 
 void CompareSide::addSources() {
     part();
-    add(QStringLiteral("File..."), [this] { return readFile(); });
-    if (!dependencies_.sources) {
-        return;
+    std::vector<CompareSource> sources =
+        dependencies_.sources ? dependencies_.sources() : std::vector<CompareSource>();
+    const auto behind = std::stable_partition(
+        sources.begin(), sources.end(), [](const CompareSource& source) { return source.group.isEmpty(); });
+    for (auto source = sources.begin(); source != behind; ++source) {
+        add(source->title, std::move(source->read));
     }
+    add(QStringLiteral("File..."), [this] { return readFile(); });
     QString group;
-    for (CompareSource& source : dependencies_.sources()) {
-        if (source.group != group) {
+    for (auto source = behind; source != sources.end(); ++source) {
+        if (source->group != group) {
             part();
-            group = source.group;
+            group = source->group;
         }
-        add(source.title, std::move(source.read));
+        add(source->title, std::move(source->read));
     }
 }
 
@@ -196,6 +203,8 @@ void CompareSide::choose(int index) {
         return;
     }
     if (entry.read) {
+        // Until there is another set the list tells the one that is shown.
+        fill();
         // An exchange or a dialog may run the event loop, and the window may be closed meanwhile.
         const QPointer<CompareSide> alive(this);
         const CompareReading reading = entry.read();
@@ -203,7 +212,6 @@ void CompareSide::choose(int index) {
             return;
         }
         if (!reading.set) {
-            fill();
             if (!reading.trouble.isEmpty()) {
                 Q_EMIT failed(reading.trouble);
             }
@@ -282,8 +290,20 @@ CompareReading CompareSide::askStep() {
     return readStep(position, QStringLiteral("History: ") + words.at(*row));
 }
 
+// The entries are as long as a step of the history tells, and longer than the side is wide.
+void CompareSide::showWidth() {
+    for (int index = 0; index < count(); ++index) {
+        setItemData(index, plainToolTip(itemText(index)), Qt::ToolTipRole);
+    }
+    const int wanted = neededWidth() + rowMargins + view()->verticalScrollBar()->sizeHint().width();
+    view()->setMinimumWidth(std::max(width(), std::min(wanted, widestList)));
+}
+
 void CompareSide::showPopup() {
     fill();
+    addSources();
+    addHistory();
+    showWidth();
     SkinComboBox::showPopup();
 }
 

@@ -70,7 +70,9 @@ class CompareSide : public SkinComboBox {
     void wheelEvent(QWheelEvent* event) override;
 
  private:
+    /// What the closed list needs; its other entries are added when it drops down.
     void fill();
+    void showWidth();
     void addSets();
     void addSources();
     void addHistory();

@@ -23,11 +23,12 @@ struct CompareReading {
 struct CompareSource {
     QString
         title;  ///< in the list of a side: "Backup 2026-03-14 18:02"; with "..." where it asks a person first
-    QString group;                         ///< sources of one group stand together; not shown
+    /// Sources of one group stand together; not shown. Those of none stand beside the settings files.
+    QString group;
     std::function<CompareReading()> read;  ///< may run an exchange or a dialog
 };
 
-/// Gives the sources that there are. Asked whenever a list is filled, so it takes no time.
+/// Gives the sources that there are. Asked whenever a list drops down, so it takes no time.
 using CompareSources = std::function<std::vector<CompareSource>()>;
 
 }  // namespace tessavo

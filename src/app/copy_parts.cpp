@@ -35,14 +35,21 @@ QProgressBar* makeProgressBar(QWidget* parent) {
     bar->setAccessibleName(QStringLiteral("Progress"));
     bar->setTextVisible(false);
     bar->setFixedHeight(grooveHeight);
-    bar->setStyleSheet(
-        QStringLiteral("QProgressBar { background: %1; border: 1px solid %2; border-radius: 3px; }"
-                       "QProgressBar::chunk { background: %3; border-radius: 2px; }")
-            .arg(QColor::fromRgb(theme::sunk).name(), QColor::fromRgb(theme::line).name(),
-                 QColor::fromRgb(theme::level).name()));
+    showBarState(*bar, BarState::running);
     bar->setRange(0, 1);
     bar->setValue(0);
     return bar;
+}
+
+void showBarState(QProgressBar& bar, BarState state) {
+    const QRgb fill = state == BarState::running   ? theme::level
+                      : state == BarState::stopped ? theme::clip
+                                                   : theme::live;
+    bar.setStyleSheet(
+        QStringLiteral("QProgressBar { background: %1; border: 1px solid %2; border-radius: 3px; }"
+                       "QProgressBar::chunk { background: %3; border-radius: 2px; }")
+            .arg(QColor::fromRgb(theme::sunk).name(), QColor::fromRgb(theme::line).name(),
+                 QColor::fromRgb(fill).name()));
 }
 
 void showProgress(const CopyProgress& progress, CColorControl& label, QProgressBar& bar) {

@@ -18,6 +18,9 @@ void tell(CColorControl& label, const QString& text, bool isTrouble);
 
 /// A groove without text that fills from exchange to exchange.
 [[nodiscard]] QProgressBar* makeProgressBar(QWidget* parent);
+/// Blue while it runs, red where it stopped before its end, green at it.
+enum class BarState { running, stopped, done };
+void showBarState(QProgressBar& bar, BarState state);
 /// "Reading set 3, exchange 3 of 7", and the groove filled as far as exchanges are behind.
 void showProgress(const CopyProgress& progress, CColorControl& label, QProgressBar& bar);
 

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <filesystem>
 #include <functional>
 #include <optional>
 #include <string>
@@ -23,20 +22,13 @@ struct CopiedSet {
 /// One set that can be looked at beside others.
 struct CopySource {
     std::string title;  ///< names it within its group, in UTF-8
-    std::string group;  ///< what it stands under: "Target", a backup's folder, "Written into the target"
+    std::string group;  ///< what it stands under: "Target"
     std::function<CopiedSet()> read;
 };
 
-// What each source reads is converted into a copy of `base`: what the target does not take, as the name, stays
-// the base's. Phases are those of the image, which reading a set into the program only ever inverts.
+// What is read is converted into a copy of `base`: what the target does not take, as the name, stays the base's, and
+// so do the coefficient words. Phases are those of the image, which reading a set into the program only ever inverts.
 
-/// The sound sets of all backups that the data folder knows of, newest backup first. Reads disks; any thread.
-/// The sources hold what they read.
-[[nodiscard]] std::vector<CopySource> backupSources(const std::filesystem::path& dataFolder,
-                                                    const ParameterSet& base);
-/// What the program itself has written into sets of the target, newest first. As backupSources().
-[[nodiscard]] std::vector<CopySource> writtenSources(const std::filesystem::path& dataFolder,
-                                                     const ParameterSet& base);
 /// The six sets of the target. Each is read through an exchange of its own, which touches neither image nor
 /// sets of the program and needs Live Mode off: with Live Mode on nothing is sent, and the trouble is
 /// `turnOffLiveModeText`.

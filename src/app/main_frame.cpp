@@ -21,6 +21,7 @@
 #include "app/about_dialog.h"
 #include "app/comm_link.h"
 #include "app/compare_commands.h"
+#include "app/compare_copies.h"
 #include "app/copies_commands.h"
 #include "app/edit_menu.h"
 #include "app/file_news_display.h"

@@ -23,6 +23,7 @@ namespace tessavo {
 class AbCommands;
 class CommLink;
 class CompareCommands;
+class CompareCopies;
 class CopiesCommands;
 class CTessavoView;
 class EditMenu;
@@ -129,6 +130,7 @@ class CMainFrame : public QWidget {
     std::unique_ptr<FileNewsDisplay> fileNews_;
     std::unique_ptr<EditMenu> editMenu_;
     std::unique_ptr<ToolsMenu> toolsMenu_;
+    std::unique_ptr<CompareCopies> compareCopies_;
     std::unique_ptr<CompareCommands> compare_;
     std::unique_ptr<CopiesCommands> copies_;
     std::unique_ptr<AbCommands> abCommands_;

@@ -2,6 +2,8 @@
 
 #include <QGridLayout>
 #include <QHeaderView>
+#include <QKeyEvent>
+#include <QScrollArea>
 #include <QTreeWidget>
 #include <algorithm>
 #include <utility>
@@ -9,6 +11,7 @@
 #include "app/copy_parts.h"
 #include "app/wall_time_text.h"
 #include "controls/screen_room.h"
+#include "controls/scroll_body.h"
 #include "controls/skin_check_box.h"
 #include "controls/skin_group_box.h"
 #include "controls/theme.h"
@@ -69,11 +72,17 @@ RestoreDialog::RestoreDialog(Dependencies dependencies, QWidget* parent)
     warning->setText(textOf(playsInTurnText));
     warning->setColors(QColor::fromRgb(theme::mixed));
     body->addWidget(warning);
-    makeList(*body);
-    makeSets(*body);
+    auto* const content = new QWidget;
+    auto* const column = new QVBoxLayout(content);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(10);
+    makeList(*column);
+    makeSets(*column);
     amplifiers_ = makeCheck(QStringLiteral("The amplifiers are off or turned down"), this);
-    body->addWidget(amplifiers_);
+    column->addWidget(amplifiers_);
     connect(amplifiers_, &QAbstractButton::toggled, this, &RestoreDialog::showButtons);
+    connect(amplifiers_, &QAbstractButton::toggled, this, &RestoreDialog::showHint);
+    body->addWidget(makeScrollBody(content, this), 1);
     progress_ = makeMessage(this);
     bar_ = makeProgressBar(this);
     message_ = makeMessage(this);
@@ -83,8 +92,8 @@ RestoreDialog::RestoreDialog(Dependencies dependencies, QWidget* parent)
     body->addWidget(message_);
     makeFoot(*body);
     resize(usualSize.boundedTo(roomOnScreen(parent)));
-    tell(*progress_, QStringLiteral("Looking for copies"), false);
     showSource();
+    list_->setFocus();
 }
 
 void RestoreDialog::makeList(QVBoxLayout& body) {
@@ -131,6 +140,7 @@ void RestoreDialog::makeSets(QVBoxLayout& body) {
         grid->addWidget(sets_.at(i).check, static_cast<int>(i), 0);
         grid->addWidget(sets_.at(i).state, static_cast<int>(i), 1);
         connect(sets_.at(i).check, &QAbstractButton::toggled, this, &RestoreDialog::showButtons);
+        connect(sets_.at(i).check, &QAbstractButton::toggled, this, &RestoreDialog::showHint);
     }
     body.addWidget(group);
 }
@@ -142,7 +152,7 @@ void RestoreDialog::makeFoot(QVBoxLayout& body) {
     restore_ = makeButton(QStringLiteral("Restore"), this);
     restore_->setAccented(true);
     close_ = makeButton(QStringLiteral("Close"), this);
-    // Enter presses the button that has the focus, and nothing where none has it.
+    // Enter presses the button that has the focus.
     for (CxSkinButton* const button : {send_, restore_, close_}) {
         button->setAutoDefault(true);
     }
@@ -167,10 +177,8 @@ void RestoreDialog::setSources(std::vector<RestoreSource> sources) {
     if (none) {
         list_->setCurrentItem(list_->topLevelItem(0));
     }
-    if (!running_) {
-        tell(*progress_,
-             sources_.empty() ? QStringLiteral("No copy is known yet: choose a folder") : QString(), false);
-    }
+    looked_ = true;
+    showHint();
 }
 
 void RestoreDialog::addSource(RestoreSource source, int row) {
@@ -193,7 +201,7 @@ void RestoreDialog::chooseFolder() {
     if (auto source = dependencies_.askFolder()) {
         addSource(std::move(*source), 0);
         list_->setCurrentItem(list_->topLevelItem(0));
-        tell(*progress_, {}, false);
+        showHint();
     }
 }
 
@@ -234,6 +242,30 @@ void RestoreDialog::showSource() {
         }
     }
     showButtons();
+    showHint();
+}
+
+// What is still to be done, since a button that cannot be pressed does not tell.
+void RestoreDialog::showHint() {
+    if (running_) {
+        return;
+    }
+    const auto count = std::ranges::count_if(sets_, [](const SetRow& row) { return row.check->isChecked(); });
+    QString text;
+    if (sources_.empty()) {
+        text = looked_ ? QStringLiteral("No copy is known yet: choose a folder")
+                       : QStringLiteral("Looking for copies");
+    } else if (count == 0) {
+        text = QStringLiteral("Tick the sets to restore.");
+    } else if (!amplifiers_->isChecked()) {
+        text =
+            QStringLiteral("Tick that the amplifiers are off or turned down; then Restore can be pressed.");
+    } else {
+        text = count == 1 ? QStringLiteral("Ready: one set is restored.")
+                          : QStringLiteral("Ready: %1 sets are restored, one after another.").arg(count);
+    }
+    progress_->setColors(QColor::fromRgb(theme::text2));
+    progress_->setText(text);
 }
 
 void RestoreDialog::showButtons() {
@@ -294,6 +326,8 @@ void RestoreDialog::setRunning(bool running) {
             row.check->setEnabled(false);
         }
         send_->hide();
+        showAccent();
+        showBarState(*bar_, BarState::running);
         tell(*message_, {}, false);
     } else {
         for (const SetToWrite& set : chosen()->sets) {
@@ -303,7 +337,7 @@ void RestoreDialog::setRunning(bool running) {
     showButtons();
     close_->setText(running ? QStringLiteral("Cancel") : QStringLiteral("Close"));
     close_->setEnabled(true);
-    close_->setFocus();
+    close_->setFocus(Qt::TabFocusReason);
 }
 
 void RestoreDialog::showStep(const CopyProgress& progress) {
@@ -326,14 +360,23 @@ void RestoreDialog::showReport(const RestoreReport& report) {
         const bool settled = each.state == RestoredState::done || each.state == RestoredState::untouched;
         row.state->setColors(QColor::fromRgb(settled ? theme::text : theme::trouble));
     }
-    bar_->setValue(report.end == RestoreReport::End::done ? bar_->maximum() : bar_->value());
+    const bool isDone = report.end == RestoreReport::End::done;
+    bar_->setValue(isDone ? bar_->maximum() : bar_->value());
+    showBarState(*bar_, isDone ? BarState::done : BarState::stopped);
     const QString end = sentenceStart(restoreEndText(report));
     tell(*progress_,
          end.isEmpty() ? QStringLiteral("All of it is restored and compared.") : end + QLatin1Char('.'),
          report.end == RestoreReport::End::failed);
     tell(*message_, textOf(playsNowText(report.plays)), true);
     send_->show();
-    send_->setFocus();
+    // What comes next has the accent, and shows that Enter presses it.
+    send_->setFocus(Qt::TabFocusReason);
+    showAccent();
+}
+
+void RestoreDialog::showAccent() {
+    send_->setAccented(!send_->isHidden());
+    restore_->setAccented(send_->isHidden());
 }
 
 void RestoreDialog::sendCurrentSet() {
@@ -349,6 +392,16 @@ void RestoreDialog::cancel() {
     close_->setEnabled(false);
     tell(*progress_, QStringLiteral("Cancelled: waiting for the end of this exchange"), false);
     Q_EMIT cancelAsked();
+}
+
+void RestoreDialog::keyPressEvent(QKeyEvent* event) {
+    const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (isEnter && qobject_cast<QPushButton*>(focusWidget()) == nullptr) {
+        // A dialog makes its first button the default one where none is.
+        event->accept();
+        return;
+    }
+    CDialogSK::keyPressEvent(event);
 }
 
 void RestoreDialog::reject() {

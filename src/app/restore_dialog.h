@@ -60,6 +60,9 @@ class RestoreDialog : public CDialogSK {
     /// A pause between two exchanges has to end.
     void cancelAsked();
 
+ protected:
+    void keyPressEvent(QKeyEvent* event) override;
+
  private:
     /// A set of the target: whether it is wanted, and what became of it.
     struct SetRow {
@@ -74,10 +77,12 @@ class RestoreDialog : public CDialogSK {
     void chooseFolder();
     void showSource();
     void showButtons();
+    void showHint();
     void start();
     [[nodiscard]] std::vector<SetToWrite> wantedSets();
     void setRunning(bool running);
     void showStep(const CopyProgress& progress);
+    void showAccent();
     void showReport(const RestoreReport& report);
     void sendCurrentSet();
     [[nodiscard]] const RestoreSource* chosen() const;
@@ -95,6 +100,7 @@ class RestoreDialog : public CDialogSK {
     CxSkinButton* send_ = nullptr;
     CxSkinButton* restore_ = nullptr;
     CxSkinButton* close_ = nullptr;
+    bool looked_ = false;  ///< the known copies are listed
     bool running_ = false;
     bool cancelled_ = false;
 };

@@ -6,6 +6,8 @@
 #include <QTemporaryDir>
 
 #include "app/comm_link.h"
+#include "app/compare_commands.h"
+#include "app/compare_dialog.h"
 #include "app/main_frame.h"
 #include "app/page_factory.h"
 #include "app/skin_chart_host.h"
@@ -22,6 +24,7 @@ namespace {
 constexpr std::array<std::size_t, 3> tickedChannels{0, 1, 4};
 constexpr int draggedSlider = output_eq_id::bands[4].sliders[1].slider;  // gain
 constexpr int dragPixels = -34;
+constexpr int comparedFields = 4;
 
 class AgreeingBoxes : public IMessageBox {
  public:
@@ -58,6 +61,11 @@ struct GroupExample {
     std::uint32_t delayGroup;
 };
 
+/// By page position.
+constexpr std::array<std::u16string_view, channelCount> nameExamples{
+    u"Mid left",     u"Mid right",     u"Rear left", u"Rear right",
+    u"Tweeter left", u"Tweeter right", u"Center",    u"Subwoofer"};
+
 /// By slider position.
 constexpr std::array<GroupExample, channelCount> groupExamples{{{1.5F, 0, 0.4F, 0},
                                                                 {1.5F, 0, 0.6F, 0},
@@ -80,6 +88,11 @@ void fillExamples(TuningState& tuning) {
     tuning.setCrossoverFrequency(0, 80, true);
     tuning.setCrossover(0, 0, 4, 1);
     tuning.setVolume(2.5F, true);
+    FileNotes notes;
+    for (std::size_t p = 0; p < channelCount; ++p) {
+        setChannelName(notes, recordChannelAt({static_cast<std::uint8_t>(p)}), nameExamples[p]);
+    }
+    tuning.setNotes(notes);
     constexpr std::array<std::uint8_t, channelCount> sources{1, 2, 4, 5, 1, 2, 3, 6};
     for (std::size_t p = 0; p < channelCount; ++p) {
         tuning.setRouterSource(recordChannelAt({static_cast<std::uint8_t>(p)}), sources[p]);
@@ -184,6 +197,29 @@ QString takeStatusPictures(CMainFrame& frame, const PictureTaker& take) {
     return take(frame, "notice");
 }
 
+// The first fields of a channel, on their way from the second set into the first.
+QString takeComparePicture(CMainFrame& frame, const PictureTaker& take) {
+    frame.compareCommands().showCompare();
+    auto* const comparison = frame.findChild<CompareDialog*>();
+    // The whole of it, however small the screen is.
+    comparison->setFixedSize(CompareDialog::usualSize);
+    CompareModel& model = comparison->model();
+    for (int row = 0; row < model.rowCount(); ++row) {
+        const QModelIndex group = model.index(row, 0);
+        if (model.groupOf(group)->kind != CompareGroupKind::channel) {
+            continue;
+        }
+        for (int line = 0; line < comparedFields; ++line) {
+            model.setData(model.index(line, 0, group), Qt::Checked, Qt::CheckStateRole);
+        }
+        comparison->tree().setCurrentIndex(model.index(comparedFields, 0, group));
+        break;
+    }
+    QString problem = take(*comparison, "compare");
+    comparison->close();
+    return problem;
+}
+
 }  // namespace
 
 QString takeStatePictures(const PictureTaker& take) {
@@ -215,6 +251,9 @@ QString takeStatePictures(const PictureTaker& take) {
 
     window.showPage(Page::outputGroup);
     if (QString failed = take(window.frame(), "output_group_linked"); !failed.isEmpty()) {
+        return failed;
+    }
+    if (QString failed = takeComparePicture(window.frame(), take); !failed.isEmpty()) {
         return failed;
     }
     return takeStatusPictures(window.frame(), take);

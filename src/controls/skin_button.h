@@ -26,6 +26,7 @@ class CxSkinButton : public SkinButtonBase {
 
     /// Whether the button is drawn as the default one of a message box.
     void setAccented(bool accented);
+    [[nodiscard]] bool isAccented() const { return accented_; }
 
     /// Width that the button needs for its caption and light, in pixels.
     [[nodiscard]] int neededWidth() const;

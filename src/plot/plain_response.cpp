@@ -29,13 +29,16 @@ double sectionDb(const BiquadWords& words, double w) {
 
 }  // namespace
 
-double plainMagnitudeDb(std::span<const BiquadWords> cascade, std::size_t point) {
-    const double w = curveAngle(point);
+double plainMagnitudeAt(std::span<const BiquadWords> cascade, double angle) {
     double sum = 0.0;
     for (const BiquadWords& words : cascade) {
-        sum += sectionDb(words, w);
+        sum += sectionDb(words, angle);
     }
     return sum;
+}
+
+double plainMagnitudeDb(std::span<const BiquadWords> cascade, std::size_t point) {
+    return plainMagnitudeAt(cascade, curveAngle(point));
 }
 
 ResponseCurve plainResponse(std::span<const BiquadWords> cascade) {

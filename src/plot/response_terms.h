@@ -22,4 +22,8 @@ inline constexpr double denominatorUnit = 1.0 / (1 << 30);
 /// \param point 0 to 999
 [[nodiscard]] double plainMagnitudeDb(std::span<const BiquadWords> cascade, std::size_t point);
 
+/// The same between the points of a curve.
+/// \param angle angular frequency in radians per sample
+[[nodiscard]] double plainMagnitudeAt(std::span<const BiquadWords> cascade, double angle);
+
 }  // namespace tessavo

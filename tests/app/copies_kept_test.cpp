@@ -253,31 +253,6 @@ TEST_F(SourcesOfSets, OfTheTargetTellWhatWentWrong) {
     EXPECT_EQ(exchanges(), 2) << "with Live Mode on nothing is sent";
 }
 
-TEST_F(SourcesOfSets, ListWhatBackupsHoldAndWhatWasWritten) {
-    EXPECT_THAT(backupSources(data, base()), IsEmpty());
-    EXPECT_THAT(writtenSources(data, base()), IsEmpty());
-    breakExchange(4, "wrong-digest");
-    whenOpen(QStringLiteral("backUp"), [](QDialog& open) {
-        const bool finished = open.findChild<QPushButton*>()->text() == QStringLiteral("Close");
-        if (finished) {
-            click(open, QStringLiteral("Close"));
-        }
-        return finished;
-    });
-    clickTool(QStringLiteral("Back Up Target..."));
-    ASSERT_TRUE(becomes([this] { return dialog(QStringLiteral("backUp")) == nullptr; }));
-    const auto backups = backupSources(data, base());
-    ASSERT_THAT(titles(backups), ElementsAre("Set 1", "Set 2", "Set 3", "Set 5", "Default Set"));
-    EXPECT_EQ(backups[0].group.rfind("Backup copy, 20", 0), 0U) << backups[0].group;
-    expectSet(backups[3], imageOf(firstImage(5)));
-    ASSERT_TRUE(WrittenSets(writtenSetsFolder(data)).keep(0, "inside", tuning.image()));
-    const auto written = writtenSources(data, base());
-    ASSERT_THAT(written, SizeIs(1));
-    EXPECT_EQ(written[0].title.rfind("Default Set, 20", 0), 0U) << written[0].title;
-    EXPECT_EQ(written[0].group, "Written into the target");
-    expectSet(written[0], tuning.image());
-}
-
 // Reading a set into the program never clears an inverted phase; a comparison would hide what the target plays.
 TEST_F(SourcesOfSets, HaveThePhasesOfTheImageWhateverTheBaseHas) {
     for (std::size_t inverted = 0; inverted < channelCount; ++inverted) {
@@ -292,34 +267,6 @@ TEST_F(SourcesOfSets, HaveThePhasesOfTheImageWhateverTheBaseHas) {
             EXPECT_EQ(set.channels.at(c).invertPhase, c == inverted ? 1 : 0) << c;
         }
     }
-}
-
-TEST_F(SourcesOfSets, AreOfferedByTheComparisonToo) {
-    clickTool(QStringLiteral("Back Up Target..."));
-    ASSERT_EQ(notice(), QStringLiteral("Backed up to copy."));
-    ASSERT_TRUE(WrittenSets(writtenSetsFolder(data)).keep(4, "inside", tuning.image()));
-    clickTool(QStringLiteral("Compare..."));
-    ASSERT_TRUE(becomes([this] { return dialog(QStringLiteral("compare")) != nullptr; }));
-    QDialog& open = *dialog(QStringLiteral("compare"));
-    int lists = 0;
-    for (auto* list : open.findChildren<QComboBox*>()) {
-        QTest::keyClick(list, Qt::Key_F4);
-        QStringList items;
-        for (int i = 0; i < list->count(); ++i) {
-            items << list->itemText(i);
-        }
-        list->hidePopup();
-        const auto has = [&items](const char* start, const char* part) {
-            return std::ranges::any_of(items, [&](const QString& item) {
-                return item.startsWith(QLatin1String(start)) && item.contains(QLatin1String(part));
-            });
-        };
-        lists += has("Target, ", "Set 3") && has("Backup copy, ", "Set 3") &&
-                         has("Written into the target, ", "Set 4, ")
-                     ? 1
-                     : 0;
-    }
-    EXPECT_EQ(lists, 2) << "on both sides";
 }
 
 TEST(DiskJobsTest, RunInTheirOrderOnAnotherThreadAndAreDoneAtTheEnd) {

@@ -120,6 +120,7 @@ TEST_F(Program, DrawsItsPicturesAtBothScalesWithoutADisplay) {
         EXPECT_EQ(QImage(path + QStringLiteral(".png")).size(), QSize(1024, 736)) << name;
         EXPECT_EQ(QImage(path + QStringLiteral("@2x.png")).size(), QSize(2048, 1472)) << name;
     }
+    EXPECT_EQ(QImage(pictures + QStringLiteral("/compare.png")).size(), QSize(940, 660));
     EXPECT_EQ(QImage(pictures + QStringLiteral("/plot.png")).size(), QSize(954, 496));
     EXPECT_EQ(QImage(pictures + QStringLiteral("/plot@2x.png")).size(), QSize(1908, 992));
 }

@@ -168,5 +168,14 @@ TEST(ResponseTerms, TheMagnitudeOfAPointIsTheOneBeforeTruncation) {
     EXPECT_NEAR(plainMagnitudeDb(cascade, 500), 3.0103, 1e-4);
 }
 
+TEST(ResponseTerms, TheMagnitudeBetweenTwoPointsIsThatOfTheAngle) {
+    // A section with one zero, 1 + z^-1: |H| = 2 cos(w / 2).
+    const std::vector<BiquadWords> cascade{{1 << 28, 1 << 28, 0, 0, 0}};
+    for (const double angle : {0.001, 0.5, 1.234567, 2.5}) {
+        EXPECT_NEAR(plainMagnitudeAt(cascade, angle), 20.0 * std::log10(2.0 * std::cos(angle / 2.0)), 1e-9);
+    }
+    EXPECT_EQ(plainMagnitudeAt(cascade, curveAngle(123)), plainMagnitudeDb(cascade, 123));
+}
+
 }  // namespace
 }  // namespace tessavo::test
