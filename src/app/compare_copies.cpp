@@ -59,15 +59,19 @@ std::vector<CompareSource> CompareCopies::sources() {
     look();
     const QString copies = QStringLiteral("copies");
     std::vector<CompareSource> all;
-    all.push_back({QStringLiteral("Target..."), {}, [this] { return readTarget(); }});
+    all.push_back(
+        {QStringLiteral("Target..."), {}, [this](const ParameterSet& base) { return readTarget(base); }});
     for (std::size_t i = 0; i < std::min(known_.size(), listedBackups); ++i) {
         all.push_back({backupTitle(known_[i].time) + QStringLiteral("..."), copies,
-                       [this, folder = known_[i].folder] { return readBackupIn(folder); }});
+                       [this, folder = known_[i].folder](const ParameterSet& base) {
+                           return readBackupIn(folder, base);
+                       }});
     }
-    all.push_back({QStringLiteral("Other backup..."), copies, [this] { return otherBackup(); }});
+    all.push_back({QStringLiteral("Other backup..."), copies,
+                   [this](const ParameterSet& base) { return otherBackup(base); }});
     if (!dependencies_.dataFolder.empty()) {
-        all.push_back(
-            {QStringLiteral("Written by Tessavo..."), copies, [this] { return writtenByProgram(); }});
+        all.push_back({QStringLiteral("Written by Tessavo..."), copies,
+                       [this](const ParameterSet& base) { return writtenByProgram(base); }});
     }
     return all;
 }
@@ -78,7 +82,7 @@ QWidget* CompareCopies::front() const {
     return active != nullptr ? active : &dependencies_.window;
 }
 
-CompareReading CompareCopies::readTarget() {
+CompareReading CompareCopies::readTarget(const ParameterSet& base) {
     const TuningState& tuning = dependencies_.tuning;
     if (tuning.liveMode()) {
         return trouble(textOf(turnOffLiveModeText));
@@ -92,24 +96,24 @@ CompareReading CompareCopies::readTarget() {
     if (!row) {
         return {};
     }
-    const auto sources = targetSources(tuning, dependencies_.transfers, tuning.currentParameterSet());
+    const auto sources = targetSources(tuning, dependencies_.transfers, base);
     const CopiedSet copied = sources.at(static_cast<std::size_t>(*row)).read();
     return {.set = copied.set,
             .title = QStringLiteral("Target: ") + names.at(*row),
             .trouble = QString::fromStdString(copied.trouble)};
 }
 
-CompareReading CompareCopies::readBackupIn(const std::filesystem::path& folder) {
+CompareReading CompareCopies::readBackupIn(const std::filesystem::path& folder, const ParameterSet& base) {
     RestoreFolder read;
     jobs_.runAndWait([&] { read = readRestoreFolder(folder); });
     if (!read.source) {
         return trouble(
             QStringLiteral("%1: %2.").arg(folderName(folder), QString::fromStdString(read.trouble)));
     }
-    return chooseSet(*read.source);
+    return chooseSet(*read.source, base);
 }
 
-CompareReading CompareCopies::chooseSet(const RestoreSource& backup) {
+CompareReading CompareCopies::chooseSet(const RestoreSource& backup, const ParameterSet& base) {
     QStringList rows;
     for (const SetToWrite& set : backup.sets) {
         rows << nameOf(set.targetSet);
@@ -130,18 +134,18 @@ CompareReading CompareCopies::chooseSet(const RestoreSource& backup) {
     if (index >= backup.sets.size()) {
         return trouble(rows.at(*row));
     }
-    return {.set = setOfImage(backup.sets[index].image, dependencies_.tuning.currentParameterSet()),
+    return {.set = setOfImage(backup.sets[index].image, base),
             .title = title + QStringLiteral(": ") + rows.at(*row),
             .trouble = {}};
 }
 
-CompareReading CompareCopies::otherBackup() {
+CompareReading CompareCopies::otherBackup(const ParameterSet& base) {
     std::vector<KnownBackup> known;
     if (!dependencies_.dataFolder.empty()) {
         jobs_.runAndWait([&] { known = KnownBackups(knownBackupsFolder(dependencies_.dataFolder)).list(); });
     }
     if (known.empty()) {
-        return backupOfAFolder();
+        return backupOfAFolder(base);
     }
     QStringList rows;
     for (const KnownBackup& each : known) {
@@ -155,16 +159,16 @@ CompareReading CompareCopies::otherBackup() {
         return {};
     }
     const auto index = static_cast<std::size_t>(*row);
-    return index < known.size() ? readBackupIn(known[index].folder) : backupOfAFolder();
+    return index < known.size() ? readBackupIn(known[index].folder, base) : backupOfAFolder(base);
 }
 
-CompareReading CompareCopies::backupOfAFolder() {
+CompareReading CompareCopies::backupOfAFolder(const ParameterSet& base) {
     const auto folder = dependencies_.dialogs.askFolder(openBackupTitle);
     dependencies_.dialogs.resetLocale();
-    return folder && !folder->empty() ? readBackupIn(*folder) : CompareReading();
+    return folder && !folder->empty() ? readBackupIn(*folder, base) : CompareReading();
 }
 
-CompareReading CompareCopies::writtenByProgram() {
+CompareReading CompareCopies::writtenByProgram(const ParameterSet& base) {
     const WrittenSets written(writtenSetsFolder(dependencies_.dataFolder));
     std::vector<WrittenSet> sets;
     jobs_.runAndWait([&] { sets = written.list().sets; });
@@ -188,7 +192,7 @@ CompareReading CompareCopies::writtenByProgram() {
         return trouble(QStringLiteral("This set is damaged or no longer kept."));
     }
     return {
-        .set = setOfImage(*image, dependencies_.tuning.currentParameterSet()),
+        .set = setOfImage(*image, base),
         .title = QStringLiteral("Written %1: %2").arg(dayAndTimeText(chosen.time), nameOf(chosen.targetSet)),
         .trouble = {}};
 }

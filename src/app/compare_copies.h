@@ -46,12 +46,12 @@ class CompareCopies : public QObject {
     [[nodiscard]] std::vector<CompareSource> sources();
 
  private:
-    [[nodiscard]] CompareReading readTarget();
-    [[nodiscard]] CompareReading readBackupIn(const std::filesystem::path& folder);
-    [[nodiscard]] CompareReading otherBackup();
-    [[nodiscard]] CompareReading backupOfAFolder();
-    [[nodiscard]] CompareReading writtenByProgram();
-    [[nodiscard]] CompareReading chooseSet(const RestoreSource& backup);
+    [[nodiscard]] CompareReading readTarget(const ParameterSet& base);
+    [[nodiscard]] CompareReading readBackupIn(const std::filesystem::path& folder, const ParameterSet& base);
+    [[nodiscard]] CompareReading otherBackup(const ParameterSet& base);
+    [[nodiscard]] CompareReading backupOfAFolder(const ParameterSet& base);
+    [[nodiscard]] CompareReading writtenByProgram(const ParameterSet& base);
+    [[nodiscard]] CompareReading chooseSet(const RestoreSource& backup, const ParameterSet& base);
     [[nodiscard]] QWidget* front() const;
 
     Dependencies dependencies_;

@@ -86,7 +86,7 @@ void CompareDialog::makeHead() {
                                             .history = dependencies_.undo.history(),
                                             .dialogs = dependencies_.dialogs,
                                             .sources = dependencies_.sources,
-                                            .setOfHistory = [this, &other] { return setOfHistory(other); }},
+                                            .baseSet = [this, &other] { return baseSet(other); }},
                                            name, this);
         connect(side, &CompareSide::chosen, this, [this] {
             trouble_.clear();
@@ -167,7 +167,7 @@ const CompareSide* CompareDialog::destination() const {
     return left_->writable() ? left_ : right_->writable() ? right_ : nullptr;
 }
 
-std::uint32_t CompareDialog::setOfHistory(const CompareSide* other) const {
+std::uint32_t CompareDialog::baseSet(const CompareSide* other) const {
     const auto set = other != nullptr ? other->writable() : std::nullopt;
     return set.value_or(dependencies_.tuning.currentSet());
 }

@@ -65,7 +65,7 @@ class CompareDialog : public CDialogSK {
     void copy();
     /// The side that chosen values go to; null where neither can be written.
     [[nodiscard]] const CompareSide* destination() const;
-    [[nodiscard]] std::uint32_t setOfHistory(const CompareSide* other) const;
+    [[nodiscard]] std::uint32_t baseSet(const CompareSide* other) const;
     [[nodiscard]] QString footText() const;
 
     Dependencies dependencies_;

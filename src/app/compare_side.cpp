@@ -147,7 +147,7 @@ void CompareSide::addSources() {
     for (auto source = sources.begin(); source != behind; ++source) {
         add(source->title, std::move(source->read));
     }
-    add(QStringLiteral("File..."), [this] { return readFile(); });
+    add(QStringLiteral("File..."), [this](const ParameterSet& /*base*/) { return readFile(); });
     QString group;
     for (auto source = behind; source != sources.end(); ++source) {
         if (source->group != group) {
@@ -166,7 +166,8 @@ void CompareSide::addHistory() {
     part();
     const auto addStep = [this](std::size_t position, const QString& words) {
         const QString title = QStringLiteral("History: ") + words;
-        add(title, [this, position, title] { return readStep(position, title); });
+        add(title,
+            [this, position, title](const ParameterSet& /*base*/) { return readStep(position, title); });
     };
     const std::size_t now = history.position();
     const std::size_t last = now - std::min(now, listedSteps);
@@ -174,14 +175,14 @@ void CompareSide::addHistory() {
         addStep(position, wordsOf(*history.steps()[position], "before"));
     }
     addStep(0, startOf(history));
-    add(QStringLiteral("Other step..."), [this] { return askStep(); });
+    add(QStringLiteral("Other step..."), [this](const ParameterSet& /*base*/) { return askStep(); });
 }
 
 void CompareSide::part() {
     insertSeparator(count());
 }
 
-void CompareSide::add(const QString& text, std::function<CompareReading()> read) {
+void CompareSide::add(const QString& text, std::function<CompareReading(const ParameterSet&)> read) {
     ComparedSet set{ComparedSet::Kind::read, 0, {}, text};
     addItem(text, static_cast<int>(entries_.size()));
     entries_.push_back({std::move(set), std::move(read)});
@@ -207,7 +208,7 @@ void CompareSide::choose(int index) {
         fill();
         // An exchange or a dialog may run the event loop, and the window may be closed meanwhile.
         const QPointer<CompareSide> alive(this);
-        const CompareReading reading = entry.read();
+        const CompareReading reading = entry.read(dependencies_.tuning.store().sets[baseSet()]);
         if (!alive) {
             return;
         }
@@ -263,14 +264,16 @@ CompareReading CompareSide::readFile() {
     return {.set = set, .title = title, .trouble = {}};
 }
 
+std::uint32_t CompareSide::baseSet() const {
+    return dependencies_.baseSet ? dependencies_.baseSet() : dependencies_.tuning.currentSet();
+}
+
 CompareReading CompareSide::readStep(std::size_t position, const QString& title) const {
     const auto sets = dependencies_.history.setsAt(position);
     if (sets == nullptr) {
         return trouble(QStringLiteral("This step is gone."));
     }
-    const std::uint32_t set =
-        dependencies_.setOfHistory ? dependencies_.setOfHistory() : dependencies_.tuning.currentSet();
-    return {.set = sets->sets.at(set), .title = title, .trouble = {}};
+    return {.set = sets->sets.at(baseSet()), .title = title, .trouble = {}};
 }
 
 CompareReading CompareSide::askStep() {

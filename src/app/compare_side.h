@@ -39,8 +39,8 @@ class CompareSide : public SkinComboBox {
         const History& history;
         IFileDialogs& dialogs;
         CompareSources sources = {};
-        /// Set of the history that is meant, 0 to 4.
-        std::function<std::uint32_t()> setOfHistory = {};
+        /// Set that the history means, and that has what a set of the target does not hold; 0 to 4.
+        std::function<std::uint32_t()> baseSet = {};
     };
 
     /// \param dependencies outlive the list
@@ -78,7 +78,9 @@ class CompareSide : public SkinComboBox {
     void addHistory();
     /// Begins another group of entries.
     void part();
-    void add(const QString& text, std::function<CompareReading()> read);
+    void add(const QString& text, std::function<CompareReading(const ParameterSet&)> read);
+    /// Which of the five sets is meant where a source needs one of them.
+    [[nodiscard]] std::uint32_t baseSet() const;
     void add(const QString& text, ComparedSet set);
     void choose(int index);
     [[nodiscard]] QString shownText() const;
@@ -87,7 +89,7 @@ class CompareSide : public SkinComboBox {
     [[nodiscard]] CompareReading askStep();
 
     /// Gives what an entry stands for.
-    using Chooser = std::function<CompareReading()>;
+    using Chooser = std::function<CompareReading(const ParameterSet&)>;
     struct Entry {
         ComparedSet set;
         Chooser read;  ///< empty for one of the program's own sets

@@ -25,7 +25,9 @@ struct CompareSource {
         title;  ///< in the list of a side: "Backup 2026-03-14 18:02"; with "..." where it asks a person first
     /// Sources of one group stand together; not shown. Those of none stand beside the settings files.
     QString group;
-    std::function<CompareReading()> read;  ///< may run an exchange or a dialog
+    /// May run an exchange or a dialog. What a set of the target does not hold, as its name, is taken from `base`, so
+    /// that it is no difference to that.
+    std::function<CompareReading(const ParameterSet& base)> read;
 };
 
 /// Gives the sources that there are. Asked whenever a list drops down, so it takes no time.

@@ -103,8 +103,10 @@ TEST_F(CompareLook, SourcesAreAskedForWhenAListDropsDownAndOnlyThen) {
         ++asked;
         return std::vector<CompareSource>{
             {QStringLiteral("Backup of a very long name, made on a day of the year 2026..."),
-             QStringLiteral("copies"), [] { return CompareReading(); }},
-            {QStringLiteral("Beside the files..."), {}, [] { return CompareReading(); }}};
+             QStringLiteral("copies"), [](const ParameterSet&) { return CompareReading(); }},
+            {QStringLiteral("Beside the files..."), {}, [](const ParameterSet&) {
+                 return CompareReading();
+             }}};
     });
     open();
     EXPECT_EQ(asked, 0);

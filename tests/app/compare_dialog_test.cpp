@@ -6,6 +6,7 @@
 
 #include "app/choice_dialog.h"
 #include "app/compare_fixture.h"
+#include "app/copy_sources.h"
 #include "params/set_text.h"
 #include "params/settings_file.h"
 
@@ -274,11 +275,11 @@ TEST_F(Comparing, OffersWhatOthersAddAndTellsWhyOneCannotBeRead) {
         ++asked;
         return std::vector<CompareSource>{
             {QStringLiteral("Backup A"), QStringLiteral("backups"),
-             [this] {
+             [this](const ParameterSet&) {
                  return CompareReading{set(1), {}, {}};
              }},
             {QStringLiteral("Set 1 of the target"), QStringLiteral("target"),
-             [] {
+             [](const ParameterSet&) {
                  return CompareReading{{}, {}, QStringLiteral("Please turn off Live Mode")};
              }},
         };
@@ -291,6 +292,24 @@ TEST_F(Comparing, OffersWhatOthersAddAndTellsWhyOneCannotBeRead) {
     chooseSide(dialog().right(), QStringLiteral("Set 1 of the target"));
     EXPECT_EQ(dialog().message(), QStringLiteral("Please turn off Live Mode"));
     EXPECT_EQ(dialog().right().title(), QStringLiteral("Backup A"));
+}
+
+TEST_F(Comparing, WhatTheTargetDoesNotHoldIsThatOfTheOtherSide) {
+    frame->compareCommands().addSources([this] {
+        return std::vector<CompareSource>{
+            {QStringLiteral("Target"), {}, [this](const ParameterSet& base) {
+                 return CompareReading{setOfImage(tuning.image(), base), {}, {}};
+             }}};
+    });
+    open();
+    for (std::uint32_t own = 0; own < setCount; ++own) {
+        chooseSide(dialog().left(), nameOfSet(set(own), own));
+        chooseSide(dialog().right(), QStringLiteral("Target"));
+        EXPECT_EQ(nameOfSet(dialog().right().record(), own), nameOfSet(set(own), own));
+        chooseSide(dialog().right(), nameOfSet(set(own), own));
+        chooseSide(dialog().left(), QStringLiteral("Target"));
+        EXPECT_EQ(nameOfSet(dialog().left().record(), own), nameOfSet(set(own), own));
+    }
 }
 
 TEST_F(Comparing, AnyStepOfTheHistoryIsASide) {
