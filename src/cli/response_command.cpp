@@ -68,6 +68,7 @@ ComplexResponse sumOf(const ParameterImage& image, const std::vector<PagePositio
     std::vector<ComplexResponse> responses;
     std::vector<const ComplexResponse*> summed;
     responses.reserve(channels.size());
+    summed.reserve(channels.size());
     for (const PagePosition channel : channels) {
         summed.push_back(&responses.emplace_back(responseOf(image, channel, grid)));
     }

@@ -9,7 +9,8 @@ namespace tessavo {
     const double addedB = first - a;
     const double second = first + c;
     const double addedC = second - first;
-    const double lost = ((a - (first - addedB)) + (b - addedB)) + ((first - (second - addedC)) + (c - addedC));
+    const double lost =
+        ((a - (first - addedB)) + (b - addedB)) + ((first - (second - addedC)) + (c - addedC));
     return second + lost;
 }
 

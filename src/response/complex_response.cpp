@@ -149,8 +149,8 @@ double ComplexResponse::levelDb(std::size_t point) const {
     constexpr double smallest = 1e-290;
     constexpr double largest = 1e290;
     const double power = std::norm(at(point));
-    const double level =
-        power > smallest && power < largest ? 10.0 * std::log10(power) : 20.0 * std::log10(std::abs(at(point)));
+    const double level = power > smallest && power < largest ? 10.0 * std::log10(power)
+                                                             : 20.0 * std::log10(std::abs(at(point)));
     return level + 0.0;
 }
 

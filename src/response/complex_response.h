@@ -18,7 +18,9 @@ namespace tessavo {
 class ComplexResponse {
  public:
     [[nodiscard]] std::size_t size() const { return real_.size(); }
-    [[nodiscard]] std::complex<double> at(std::size_t point) const { return {real_[point], imaginary_[point]}; }
+    [[nodiscard]] std::complex<double> at(std::size_t point) const {
+        return {real_[point], imaginary_[point]};
+    }
     /// In dB.
     [[nodiscard]] double levelDb(std::size_t point) const;
     /// Above -180 up to 180 degrees.
@@ -49,11 +51,12 @@ class ComplexResponse {
     std::vector<double> imaginary_;
     std::vector<double> growth_;             // d ln |H| / dw, w in radians a sample
     std::vector<double> groupDelaySamples_;  // - d arg H / dw
-    std::vector<double> turns_;  // the unwrapped phase, of a channel to less than half a turn
+    std::vector<double> turns_;              // the unwrapped phase, of a channel to less than half a turn
 };
 
 /// By how much the rounding of the coefficients raises the level at each point, in dB; NaN where one of them has none.
 /// \param played, ideal on the same grid
-[[nodiscard]] std::vector<double> roundingErrorDb(const ComplexResponse& played, const ComplexResponse& ideal);
+[[nodiscard]] std::vector<double> roundingErrorDb(const ComplexResponse& played,
+                                                  const ComplexResponse& ideal);
 
 }  // namespace tessavo

@@ -37,8 +37,8 @@ class FrequencyGrid {
         Lanes halfAngleSquare{};  ///< sin^2 of half the distance's angle
         Lanes cosine{};           ///< cos(w)
         Lanes sine{};             ///< sin(w)
-        Lanes coarseHz{};         ///< the frequency in single precision; its product with a whole number is exact
-        Lanes fineHz{};           ///< what the frequency has beyond that
+        Lanes coarseHz{};  ///< the frequency in single precision; its product with a whole number is exact
+        Lanes fineHz{};    ///< what the frequency has beyond that
     };
 
     /// \param frequenciesHz in any order, each 0 or above

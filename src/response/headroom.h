@@ -12,7 +12,8 @@ inline constexpr double highestHeardHz = 20000.0;
 struct Headroom {
     double highestDb = 0;  ///< its highest level from 20 Hz to 20 kHz: volume and filters together
     double atHz = 0;       ///< where that is
-    double leftDb = 0;  ///< how far that is below the +18 dB to which the target limits a volume; negative when above
+    /// How far that is below the +18 dB to which the target limits a volume; negative when above.
+    double leftDb = 0;
 };
 
 /// The peak is found to its last digits by the slope of the response, not only to the nearest of some points.

@@ -1,6 +1,6 @@
-#include <gtest/gtest.h>
-
 #include "cli/number_lists.h"
+
+#include <gtest/gtest.h>
 
 namespace tessavo::test {
 
@@ -15,8 +15,8 @@ TEST(ChannelList, KeepsItsOrder) {
 }
 
 TEST(ChannelList, RefusesOtherChannelsRepeatedOnesAndOtherTexts) {
-    for (const char* text : {"", ",", "1,", ",1", "1,,2", "0", "9", "256", "257", "1,2,1", "-1", "+1", " 1", "1 ",
-                             "1.0", "one", "1;2"}) {
+    for (const char* text : {"", ",", "1,", ",1", "1,,2", "0", "9", "256", "257", "1,2,1", "-1", "+1", " 1",
+                             "1 ", "1.0", "one", "1;2"}) {
         EXPECT_FALSE(channelList(text)) << text;
     }
 }
@@ -28,8 +28,8 @@ TEST(FrequencyList, TakesEveryFrequencyInItsOrder) {
 }
 
 TEST(FrequencyList, RefusesNegativeOnesAndOtherTexts) {
-    for (const char* text : {"", ",", "20,", ",20", "20,,30", "-1", "-1e-300", "inf", "nan", "1e999", "0x10", "+5",
-                             " 20", "20 ", "20 Hz", "1k", "20;30"}) {
+    for (const char* text : {"", ",", "20,", ",20", "20,,30", "-1", "-1e-300", "inf", "nan", "1e999", "0x10",
+                             "+5", " 20", "20 ", "20 Hz", "1k", "20;30"}) {
         EXPECT_FALSE(frequencyList(text)) << text;
     }
 }

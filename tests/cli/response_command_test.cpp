@@ -80,7 +80,9 @@ TEST_F(ResponseCommand, FollowsTheSetAndTheFilterMode) {
     };
     const double angle = 2 * std::numbers::pi * 1000 / 44100;
     const double matchedDb = 20 * std::log10(matched(angle / std::pow(10, 12 / 40.0)) / matched(angle));
-    edit("select 2\nsetBandType 0 high-shelf\nsetBandFrequency 0 1000\nsetBandGainOrQ 0 gain 12\nsetBandOff 0 0");
+    edit(
+        "select 2\nsetBandType 0 high-shelf\nsetBandFrequency 0 1000\nsetBandGainOrQ 0 gain 12\nsetBandOff 0 "
+        "0");
     const auto levelOf = [&](const std::string& mode) {
         return json({"--channel", "2", "--filter-mode", mode, "--at", "0"})["points"][0]["db"].get<double>();
     };
@@ -88,8 +90,8 @@ TEST_F(ResponseCommand, FollowsTheSetAndTheFilterMode) {
     EXPECT_NEAR(levelOf("MZT"), matchedDb, 1e-5);
     EXPECT_GT(levelOf("BZT/MZT"), matchedDb + 0.1);
     EXPECT_LT(levelOf("BZT/MZT"), -0.1);
-    const CommandResult other =
-        run({"response", file_, "--set", "2", "--channel", "2", "--filter-mode", "MZT", "--at", "0", "--json"});
+    const CommandResult other = run(
+        {"response", file_, "--set", "2", "--channel", "2", "--filter-mode", "MZT", "--at", "0", "--json"});
     EXPECT_EQ(Json::parse(other.out)["points"][0]["db"], 0);
 }
 
@@ -105,7 +107,9 @@ TEST_F(ResponseCommand, AddsChannelsAsComplexNumbers) {
 }
 
 TEST_F(ResponseCommand, HasNoLevelWhereASumIsExactlyNothing) {
-    edit("select 1 2\nsetBandGainOrQ 2 gain 7.5\nsetBandOff 2 0\nsetCrossover 0 hp 4 1\nselect 2\nsetInvertPhase 1");
+    edit(
+        "select 1 2\nsetBandGainOrQ 2 gain 7.5\nsetBandOff 2 0\nsetCrossover 0 hp 4 1\nselect "
+        "2\nsetInvertPhase 1");
     const Json points = json({"--sum", "1,2", "--points", "50"})["points"];
     ASSERT_EQ(points.size(), 50U);
     for (const Json& point : points) {
@@ -153,8 +157,8 @@ TEST_F(ResponseCommand, PrintsATableWithTheSameNumbers) {
     for (std::string hz, db, degrees, delay; lines >> hz >> db >> degrees >> delay; ++count) {
         const Json& point = points.at(count);
         // Each text is the shortest that reads back as the same number.
-        for (const auto& [text, key] : {std::pair{hz, "hz"}, {db, "db"}, {degrees, "phase_degrees"},
-                                        {delay, "group_delay_ms"}}) {
+        for (const auto& [text, key] :
+             {std::pair{hz, "hz"}, {db, "db"}, {degrees, "phase_degrees"}, {delay, "group_delay_ms"}}) {
             ASSERT_EQ(finiteNumber(text), point[key].get<double>()) << key;
             ASSERT_EQ(text, shortestText(point[key].get<double>())) << key;
         }
@@ -183,8 +187,8 @@ class CommaForDecimals : public std::numpunct<char> {
 
 TEST_F(ResponseCommand, IsTheSameInEveryLocale) {
     edit("select 1\nsetBandGainOrQ 3 gain -7.3\nsetBandOff 3 0");
-    const std::vector<std::string> arguments{"response", file_, "--set", "1", "--channel", "1", "--at", "12345.5",
-                                             "--json"};
+    const std::vector<std::string> arguments{"response", file_,  "--set",   "1",     "--channel",
+                                             "1",        "--at", "12345.5", "--json"};
     const CommandResult usual = run(arguments);
     const std::locale before = std::locale::global(std::locale(std::locale(), new CommaForDecimals));
     const CommandResult comma = run(arguments);

@@ -1,8 +1,8 @@
+#include "plot/centered_quadratic.h"
+
 #include <cmath>
 #include <complex>
 #include <gtest/gtest.h>
-
-#include "plot/centered_quadratic.h"
 
 namespace tessavo::test {
 namespace {

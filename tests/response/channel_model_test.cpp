@@ -1,7 +1,8 @@
+#include "response/channel_model.h"
+
 #include <gtest/gtest.h>
 
 #include "dsp/fixed_point.h"
-#include "response/channel_model.h"
 #include "response/long_channel.h"
 
 namespace tessavo::test {

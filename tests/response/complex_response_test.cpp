@@ -1,10 +1,11 @@
+#include "response/complex_response.h"
+
 #include <array>
 #include <cmath>
 #include <gtest/gtest.h>
 #include <limits>
 
 #include "dsp/filter_kind.h"
-#include "response/complex_response.h"
 #include "response/long_channel.h"
 
 // Golden numbers here are derived by hand; the derivation stands beside each.
@@ -111,6 +112,30 @@ TEST_F(ChannelResponse, OfTheLongestDelayKeepsItsDigits) {
     EXPECT_EQ(response.groupDelayMs(0), 4294967295.0 / 49.5);
 }
 
+TEST_F(ChannelResponse, OfAVeryLongDelayIsAsExactAtAnyFrequency) {
+    // 1.2e8 turns: what is left of them to 1e-8 degrees, as extended precision has it.
+    LongChannel expected;
+    expected.delaySamples = 500000000.0L;
+    block_.delaySamples = 500000000;
+    for (const double hertz : {12345.678, 7.654321, 24749.99}) {
+        const auto degrees =
+            static_cast<double>(std::arg(expected.at(hertz)) * 180.0L / std::numbers::pi_v<long double>);
+        EXPECT_NEAR(played({hertz}).phaseDegrees(0), degrees, 1e-8) << hertz;
+    }
+}
+
+TEST_F(ChannelResponse, PhaseIsHalfATurnAndNeverMinusThat) {
+    // A peak leads a little below its frequency: inverted, that is a hair beyond half a turn, too little for a double.
+    block_.invertPhase = 1;
+    block_.bands[0] = {.type = 2, .frequencyHz = 1000, .gainDb = 6, .q = 1, .off = 0};
+    const ComplexResponse response = ideal({1e-13, 0.01});
+    EXPECT_LT(response.at(0).imag(), 0.0);
+    EXPECT_EQ(response.phaseDegrees(0), 180.0);
+    EXPECT_EQ(response.unwrappedPhaseDegrees(0), 180.0);
+    EXPECT_LT(response.phaseDegrees(1), -179.0);
+    EXPECT_NEAR(response.unwrappedPhaseDegrees(1), 180.0, 0.01);
+}
+
 TEST_F(ChannelResponse, OfAPeakHasItsGainAtItsFrequency) {
     // Where tan(w/2) = K the bilinear peak is V, a single: without phase, and the slope of the level is 0. Its group
     // delay there: d arg(1 - W^2 + i W V/Q) / dW at W = tan(w/2) / K = 1 is 2 Q / V for the numerator and 2 Q for the
@@ -124,13 +149,15 @@ TEST_F(ChannelResponse, OfAPeakHasItsGainAtItsFrequency) {
                                    .q = q,
                                    .off = 0};
                 const ComplexResponse response = ideal({static_cast<double>(hertz)});
-                const double v = static_cast<double>(static_cast<float>(std::pow(10.0, std::abs(gainDb) / 20.0)));
+                const double v =
+                    static_cast<double>(static_cast<float>(std::pow(10.0, std::abs(gainDb) / 20.0)));
                 EXPECT_NEAR(response.levelDb(0), std::copysign(20 * std::log10(v), gainDb), 1e-9);
                 EXPECT_NEAR(response.phaseDegrees(0), 0.0, 1e-7);
                 EXPECT_NEAR(response.growthPerHz(0), 0.0, 1e-8);
                 const double k = std::tan(pi * hertz / 49500);
                 const double samples = std::copysign(2 * q * (1 - 1 / v), gainDb) * (1 + k * k) / (2 * k);
-                EXPECT_NEAR(response.groupDelayMs(0), samples / 49.5, 1e-9 * std::max(1.0, std::abs(samples)));
+                EXPECT_NEAR(response.groupDelayMs(0), samples / 49.5,
+                            1e-9 * std::max(1.0, std::abs(samples)));
             }
         }
     }
@@ -155,10 +182,8 @@ class Crossovers : public ChannelResponse {
     const double k_ = std::tan(pi * 1000.0 / 44100.0);
 
     void set(CrossoverKind kind, std::uint8_t order) {
-        block_.crossovers[0] = {.enabled = 1,
-                                .kind = static_cast<std::uint8_t>(kind),
-                                .frequencyHz = 1000,
-                                .order = order};
+        block_.crossovers[0] = {
+            .enabled = 1, .kind = static_cast<std::uint8_t>(kind), .frequencyHz = 1000, .order = order};
     }
 };
 
@@ -167,7 +192,7 @@ TEST_F(Crossovers, HaveHalfTheirPowerAndAQuarterTurnAtTheCorner) {
     // sqrt(2) d(tan(w/2)/K)/dw = sqrt(2) (1 + K^2) / (2 K) samples for both. 4th order: all of it twice.
     const double samples = std::numbers::sqrt2 * (1 + k_ * k_) / (2 * k_);
     for (const std::uint8_t order : {std::uint8_t{2}, std::uint8_t{4}}) {
-        const double sections = order / 2;
+        const double sections = order == 4 ? 2.0 : 1.0;
         for (const CrossoverKind kind : {CrossoverKind::lowPass, CrossoverKind::highPass}) {
             set(kind, order);
             const ComplexResponse response = ideal({cornerHz});
@@ -240,7 +265,8 @@ TEST_F(ChannelResponse, RepeatsEvery49500HzAndIsMirroredBetween) {
     std::mt19937 random(3);
     for (int round = 0; round < 30; ++round) {
         block_ = randomBlock(random, *methods_[0]);
-        const ComplexResponse response = played({1000.0, 50500.0, 48500.0, 49500.0 * 1024 + 1000, 24750.0, 74250.0});
+        const ComplexResponse response =
+            played({1000.0, 50500.0, 48500.0, 49500.0 * 1024 + 1000, 24750.0, 74250.0});
         EXPECT_EQ(response.at(1), response.at(0));
         EXPECT_EQ(response.at(2), std::conj(response.at(0)));
         EXPECT_EQ(response.at(3), response.at(0));

@@ -1,17 +1,17 @@
+#include "response/frequency_grid.h"
+
 #include <array>
 #include <cmath>
 #include <gtest/gtest.h>
 #include <limits>
 
-#include "response/frequency_grid.h"
-
 namespace tessavo::test {
 namespace {
 
 TEST(FrequencyGridOf, RefusesWhatIsNoFrequency) {
-    for (const double wrong : {-1.0, -1e-300, std::numeric_limits<double>::infinity(),
-                               -std::numeric_limits<double>::infinity(),
-                               std::numeric_limits<double>::quiet_NaN()}) {
+    for (const double wrong :
+         {-1.0, -1e-300, std::numeric_limits<double>::infinity(), -std::numeric_limits<double>::infinity(),
+          std::numeric_limits<double>::quiet_NaN()}) {
         EXPECT_FALSE(FrequencyGrid::of(std::array{wrong})) << wrong;
         EXPECT_FALSE(FrequencyGrid::of(std::array{1.0, wrong, 2.0})) << wrong;
     }
@@ -37,6 +37,16 @@ TEST(LogarithmicGrid, HasEqualRatiosAndItsEndsExactly) {
         for (std::size_t i = 1; i < count; ++i) {
             ASSERT_NEAR(hertz[i] / hertz[i - 1], ratio, 1e-12 * ratio) << i;
         }
+    }
+}
+
+TEST(LogarithmicGrid, EndsExactlyWhateverItsEndsAre) {
+    for (int i = 1; i < 200; ++i) {
+        const double lowest = 0.1 * i;
+        const double highest = 20000.0 / (1.0 + 0.01 * i);
+        const FrequencyGrid grid = FrequencyGrid::logarithmic(lowest, highest, 7);
+        ASSERT_EQ(grid.frequenciesHz().front(), lowest);
+        ASSERT_EQ(grid.frequenciesHz().back(), highest);
     }
 }
 

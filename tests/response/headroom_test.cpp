@@ -1,8 +1,9 @@
+#include "response/headroom.h"
+
 #include <cmath>
 #include <gtest/gtest.h>
 
 #include "response/complex_response.h"
-#include "response/headroom.h"
 #include "response/long_channel.h"
 
 namespace tessavo::test {
@@ -41,9 +42,9 @@ TEST(ChannelHeadroom, FindsTheTopOfAPeakBetweenThePoints) {
                               .q = static_cast<float>(q),
                               .off = 0};
             const Headroom headroom = headroomOf(idealModel(block, *methods[0]));
-            const double expectedDb = 20 * std::log10(static_cast<double>(static_cast<float>(
-                                               std::pow(10.0, 12.5 / 20)))) +
-                                      20 * std::log10(block.gainWord / 16777216.0);
+            const double expectedDb =
+                20 * std::log10(static_cast<double>(static_cast<float>(std::pow(10.0, 12.5 / 20)))) +
+                20 * std::log10(block.gainWord / 16777216.0);
             EXPECT_NEAR(headroom.highestDb, expectedDb, 1e-9) << hertz << " " << q;
             EXPECT_NEAR(headroom.atHz, hertz, 1e-3 * hertz) << hertz << " " << q;
             EXPECT_NEAR(headroom.leftDb, 18.0 - expectedDb, 1e-9) << hertz << " " << q;

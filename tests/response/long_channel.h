@@ -21,8 +21,10 @@ using LongComplex = std::complex<long double>;
 using LongSection = std::array<long double, 5>;
 
 inline LongSection longSection(const BiquadWords& words) {
-    return {std::ldexp(static_cast<long double>(words.b0), -28), std::ldexp(static_cast<long double>(words.b1), -28),
-            std::ldexp(static_cast<long double>(words.b2), -28), std::ldexp(static_cast<long double>(words.a1), -30),
+    return {std::ldexp(static_cast<long double>(words.b0), -28),
+            std::ldexp(static_cast<long double>(words.b1), -28),
+            std::ldexp(static_cast<long double>(words.b2), -28),
+            std::ldexp(static_cast<long double>(words.a1), -30),
             std::ldexp(static_cast<long double>(words.a2), -30)};
 }
 

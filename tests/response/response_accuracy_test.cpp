@@ -124,7 +124,8 @@ TEST_P(ResponseAccuracy, TheGroupDelayOfASumIsTheSlopeOfItsPhase) {
         const auto turn = [&](double width) {
             return std::arg(phase(hertz + width) / phase(hertz - width)) / (2 * width);
         };
-        return static_cast<double>((4 * turn(step) - turn(2 * step)) / 3 / (2 * std::numbers::pi_v<long double>));
+        return static_cast<double>((4 * turn(step) - turn(2 * step)) / 3 /
+                                   (2 * std::numbers::pi_v<long double>));
     };
     for (int round = 0; round < 20; ++round) {
         std::vector<ComplexResponse> responses;

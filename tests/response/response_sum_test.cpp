@@ -70,7 +70,8 @@ TEST_F(ResponseSum, OfOneChannelIsThatChannel) {
 
 TEST_F(ResponseSum, OfAChannelAndItsInverseIsExactlyNothing) {
     for (int round = 0; round < 30; ++round) {
-        const ChannelModel model = playedModel(randomBlock(random_, *methods_.at(static_cast<std::size_t>(round) % 3)));
+        const ChannelModel model =
+            playedModel(randomBlock(random_, *methods_.at(static_cast<std::size_t>(round) % 3)));
         ChannelModel inverse = model;
         inverse.gain = -inverse.gain;
         expectSilent(sum({model, inverse}, grid_));
@@ -92,7 +93,8 @@ TEST_F(ResponseSum, OfEightChannelsThatCancelInPairsIsExactlyNothingInEveryOrder
 
 TEST_F(ResponseSum, IsExactlyNothingWhereADelayTurnsByHalf) {
     // By hand: 1 sample is half a turn at 24750 Hz, 2 at 12375 Hz, 99 at 250 Hz; at 0 Hz both add up to 6.02 dB.
-    for (const auto& [samples, hertz] : {std::pair{1U, 24750.0}, {2U, 12375.0}, {99U, 250.0}, {33U, 24750.0}}) {
+    for (const auto& [samples, hertz] :
+         {std::pair{1U, 24750.0}, {2U, 12375.0}, {99U, 250.0}, {33U, 24750.0}}) {
         const auto grid = *FrequencyGrid::of(std::array{hertz, 0.0});
         const ComplexResponse both = sum({{}, delayed(samples)}, grid);
         EXPECT_EQ(both.at(0), 0.0) << samples;
