@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "cli/number_lists.h"
 #include "copies/target_sets.h"
 #include "dsp/filter_methods.h"
 #include "params/channels.h"
@@ -11,6 +12,8 @@
 namespace tessavo::cli::option {
 
 namespace {
+
+constexpr std::size_t mostPoints = 100000;
 
 // An argument without a name, which must be given.
 Option positional(const std::string& name, const std::string& what, std::string Arguments::*member) {
@@ -58,6 +61,26 @@ CLI::Option* addWord(CLI::App& command, const std::string& name, Value& value, c
     return command.add_option_function<std::string>(name, take, what)->check(CLI::IsMember(names));
 }
 
+void addChannel(CLI::App& command, Arguments& arguments, const std::string& typeName) {
+    command.add_option("--channel", arguments.channel, "Output channel, 1 to 8")
+        ->check(CLI::Range(1, static_cast<int>(channelCount)))
+        ->type_name(typeName);
+}
+
+// Items with commas between them, which `read` takes out of a text or gives nothing for a wrong one.
+template <typename Item>
+CLI::Option* addList(CLI::App& command, const std::string& name, const std::string& what,
+                     std::optional<std::vector<Item>> (*read)(std::string_view), const std::string& rule,
+                     std::vector<Item>& items) {
+    const auto known = [read, rule](const std::string& list) {
+        return read(list) ? std::string() : "\"" + list + "\"" + rule;
+    };
+    const auto take = [read, &items](const std::string& list) {
+        items = read(list).value_or(std::vector<Item>());
+    };
+    return command.add_option_function<std::string>(name, take, what)->check(CLI::Validator(known, ""));
+}
+
 }  // namespace
 
 Option file(const std::string& what) {
@@ -87,14 +110,8 @@ Option targetSet() {
 
 Option targetSets(const std::string& what) {
     return [=](CLI::App& command, Arguments& arguments) {
-        const auto known = [](const std::string& list) {
-            return targetSetsOf(list) ? std::string() : list + ": sets are 1 to 5 and default, each once";
-        };
-        const auto take = [&arguments](const std::string& list) {
-            arguments.targetSets = targetSetsOf(list).value_or(std::vector<std::uint8_t>());
-        };
-        command.add_option_function<std::string>("--sets", take, what)
-            ->check(CLI::Validator(known, ""))
+        addList(command, "--sets", what, targetSetsOf, ": sets are 1 to 5 and default, each once",
+                arguments.targetSets)
             ->type_name("N,...|default");
     };
 }
@@ -168,12 +185,38 @@ Option inputEq() {
 Option curve() {
     return [](CLI::App& command, Arguments& arguments) {
         CLI::Option_group* which = command.add_option_group("curve");
-        which->add_option("--channel", arguments.channel, "Output channel, 1 to 8")
-            ->check(CLI::Range(1, static_cast<int>(channelCount)))
-            ->type_name("C");
+        addChannel(*which, arguments, "C");
         const std::string inputCurve = "Input equalizer";
         which->add_flag("--input", inputCurve);
         which->require_option(1);
+    };
+}
+
+Option channelOrSum() {
+    return [](CLI::App& command, Arguments& arguments) {
+        CLI::Option_group* which = command.add_option_group("response");
+        addChannel(*which, arguments, "P");
+        addList(*which, "--sum", "Output channels whose responses are added", channelList,
+                ": channels are 1 to 8, each once", arguments.summedChannels)
+            ->type_name("P,P,...");
+        which->require_option(1);
+    };
+}
+
+Option frequencies() {
+    return [](CLI::App& command, Arguments& arguments) {
+        CLI::Option_group* which = command.add_option_group("frequencies");
+        addList(*which, "--at", "Frequencies in Hz", frequencyList,
+                ": frequencies are numbers of Hz, 0 or above, with commas between them",
+                arguments.frequenciesHz)
+            ->type_name("HZ,HZ,...");
+        which
+            ->add_option(
+                "--points", arguments.points,
+                "Number of frequencies in equal ratios from 20 Hz to 20 kHz, 2 to 100000; 1000 unless told")
+            ->check(CLI::Range(std::size_t{2}, mostPoints))
+            ->type_name("N");
+        which->require_option(0, 1);
     };
 }
 

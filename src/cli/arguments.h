@@ -8,6 +8,7 @@
 
 #include "cli/console.h"
 #include "cli/reporter.h"
+#include "params/channels.h"
 
 namespace CLI {
 class App;
@@ -31,11 +32,14 @@ struct Arguments {
     std::string output;
     std::string image;
     std::string port;
-    std::uint8_t targetSet = 0;            ///< 1 to 5, or 0 for the default set
-    std::vector<std::uint8_t> targetSets;  ///< such numbers; empty where none were named
-    int set = 0;                           ///< 1 to 5, or 0 where none was named
-    int channel = 0;                       ///< page position 1 to 8, or 0 where none was named
-    std::uint32_t filterMode = 0;          ///< index of filterMethodNames
+    std::uint8_t targetSet = 0;                ///< 1 to 5, or 0 for the default set
+    std::vector<std::uint8_t> targetSets;      ///< such numbers; empty where none were named
+    int set = 0;                               ///< 1 to 5, or 0 where none was named
+    int channel = 0;                           ///< page position 1 to 8, or 0 where none was named
+    std::vector<PagePosition> summedChannels;  ///< empty where none were named
+    std::vector<double> frequenciesHz;         ///< each finite and 0 or above; empty where none were named
+    std::size_t points = 1000;                 ///< number of frequencies where none were named, at least 2
+    std::uint32_t filterMode = 0;              ///< index of filterMethodNames
     InputEq inputEq = InputEq::assumedOn;
     bool json = false;
     bool onlyReal = false;
@@ -85,6 +89,10 @@ namespace option {
 [[nodiscard]] Option inputEq();
 /// --channel C or --input: one of them must be given.
 [[nodiscard]] Option curve();
+/// --channel P or --sum P,P,...: one of them must be given.
+[[nodiscard]] Option channelOrSum();
+/// --at HZ,HZ,... or --points N, which may be left out.
+[[nodiscard]] Option frequencies();
 [[nodiscard]] Option json();
 [[nodiscard]] Option onlyReal();
 [[nodiscard]] Option force();

@@ -8,6 +8,7 @@
 #include "cli/file_commands.h"
 #include "cli/port_commands.h"
 #include "cli/recover_command.h"
+#include "cli/response_command.h"
 
 namespace tessavo::cli {
 
@@ -51,6 +52,10 @@ std::vector<CommandRow> fileCommands() {
         {.name = "curve", .purpose = "Print a response: 1000 lines of frequency in Hz and magnitude in dB",
          .example = "curve car.eqs --set 1 --channel 3", .run = runCurve,
          .options = {file("Settings file"), oneSet(), filterMode(), curve()}},
+        {.name = "response", .purpose = "Print the exact response of a channel, or of several together",
+         .example = "response car.eqs --set 1 --sum 1,2 --at 80,1000 --json", .run = runResponse,
+         .options = {file("Settings file"), oneSet(), channelOrSum(), filterMode(), frequencies(), json()},
+         .more = "A line for each frequency: Hz, dB, degrees of phase, milliseconds of group delay, none of them rounded."},
         {.name = "recover", .purpose = "Show what the window did not save, and write the newest of it to a file",
          .example = "recover --output rescued.eqs", .run = runRecover,
          .options = {json(), anyOutput("Settings file to write, with its NAME.notes.json; existing ones are left alone"), force()},

@@ -53,6 +53,13 @@ class IcoefficientGenerator {
     /// \return true when all five words were converted; false also for an unknown type
     bool computeBand(std::int32_t kindWord, float gainDb, float q, std::int32_t spare, BiquadWords& out);
 
+    /// The section that computeCrossover() turns into words, before it does. Gives no warning.
+    [[nodiscard]] Section crossoverSection(std::int32_t kindWord) const;
+
+    /// The section that computeBand() turns into words, before it does. Gives no warning.
+    /// \return nothing for an unknown type
+    [[nodiscard]] std::optional<Section> bandSection(std::int32_t kindWord, float gainDb, float q) const;
+
     /// True until the warning has been shown once.
     [[nodiscard]] bool warnUnstable() const { return warnUnstable_; }
 

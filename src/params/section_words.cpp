@@ -11,17 +11,32 @@ std::int32_t kindWord(std::uint8_t low, std::uint8_t high, std::uint16_t frequen
                                      static_cast<std::uint32_t>(frequencyHz) << 16U);
 }
 
+// No design reads the word's second byte.
+std::int32_t kindWordOf(const EqBandParams& band) {
+    return kindWord(band.type, 0, band.frequencyHz);
+}
+
+std::int32_t kindWordOf(const CrossoverParams& crossover) {
+    return kindWord(crossover.enabled, crossover.kind, crossover.frequencyHz);
+}
+
 }  // namespace
 
 bool computeBandWords(IcoefficientGenerator& method, const EqBandParams& band, BiquadWords& words) {
-    // No design reads the word's second byte.
-    return method.computeBand(kindWord(band.type, 0, band.frequencyHz), band.gainDb, band.q, 0, words);
+    return method.computeBand(kindWordOf(band), band.gainDb, band.q, 0, words);
 }
 
 bool computeCrossoverWords(IcoefficientGenerator& method, const CrossoverParams& crossover,
                            BiquadWords& words) {
-    return method.computeCrossover(kindWord(crossover.enabled, crossover.kind, crossover.frequencyHz), 0,
-                                   words);
+    return method.computeCrossover(kindWordOf(crossover), 0, words);
+}
+
+Section designedBand(const IcoefficientGenerator& method, const EqBandParams& band) {
+    return method.bandSection(kindWordOf(band), band.gainDb, band.q).value_or(Section{});
+}
+
+Section designedCrossover(const IcoefficientGenerator& method, const CrossoverParams& crossover) {
+    return method.crossoverSection(kindWordOf(crossover));
 }
 
 const EqBandParams& inputBandOf(const ParameterSet& set, std::size_t inputBand) {

@@ -16,6 +16,14 @@ bool computeBandWords(IcoefficientGenerator& method, const EqBandParams& band, B
 bool computeCrossoverWords(IcoefficientGenerator& method, const CrossoverParams& crossover,
                            BiquadWords& words);
 
+/// The section of one band of a record by a filter method, before it becomes words.
+/// \return a section that passes everything through for a type that no method knows, as the words are then
+[[nodiscard]] Section designedBand(const IcoefficientGenerator& method, const EqBandParams& band);
+
+/// The section of one crossover of a record by a filter method, before it becomes words.
+[[nodiscard]] Section designedCrossover(const IcoefficientGenerator& method,
+                                        const CrossoverParams& crossover);
+
 /// A band of the input side.
 /// \param inputBand 0 to 9 for the graphic bands, 10 bass, 11 middle, 12 treble
 [[nodiscard]] const EqBandParams& inputBandOf(const ParameterSet& set, std::size_t inputBand);

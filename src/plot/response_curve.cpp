@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "base/saturate.h"
+#include "plot/centered_quadratic.h"
 #include "plot/response_terms.h"
 
 namespace tessavo {
@@ -13,9 +14,8 @@ namespace {
 
 using PointArray = std::array<double, curvePointCount>;
 
-// With u = sin^2(w/2), the squared magnitude of c0 + c1 z^-1 + c2 z^-2 on the unit circle is
-//   (c0 + c1 + c2 - 2 (c0 + c2) u)^2 + (c0 - c2)^2 sin^2(w):
-// no trigonometry is left per section, and the two terms cannot cancel each other.
+// With the squares of two sines per point, no trigonometry is left per section, and the two terms of a squared
+// magnitude cannot cancel each other.
 struct GridTerms {
     PointArray halfAngleSquare{};  // sin^2(w/2)
     PointArray sineSquare{};       // sin^2(w)
@@ -36,21 +36,19 @@ const GridTerms& gridTerms() {
     return terms;
 }
 
-// One quadratic of the cascade in that form. The words are integers, so the three sums are exact.
-struct Quadratic {
-    double sum;             // c0 + c1 + c2
-    double twiceOuter;      // 2 (c0 + c2)
+// One quadratic of the cascade in that form. The words are integers, so its sums are exact.
+struct Quadratic : CenteredQuadratic {
     double squareOuter;     // (c0 - c2)^2
     double perBoundSquare;  // 1 / (|c0| + |c1| + |c2|)^2, the bound being never below the magnitude
 
     Quadratic(double c0, double c1, double c2)
-        : sum(c0 + c1 + c2), twiceOuter(2.0 * (c0 + c2)), squareOuter((c0 - c2) * (c0 - c2)) {
+        : CenteredQuadratic(c0, c1, c2), squareOuter(outerDifference * outerDifference) {
         const double bound = std::fabs(c0) + std::fabs(c1) + std::fabs(c2);
         perBoundSquare = bound > 0.0 ? 1.0 / (bound * bound) : 0.0;
     }
 
     [[nodiscard]] double squareAt(double halfAngleSquare, double sineSquare) const {
-        const double real = sum - twiceOuter * halfAngleSquare;
+        const double real = realAt(halfAngleSquare);
         return real * real + squareOuter * sineSquare;
     }
 };

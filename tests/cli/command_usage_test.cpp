@@ -16,9 +16,9 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::StartsWith;
 
-constexpr std::array commands{"new",       "show",     "diff",  "edit",     "export",  "import",
-                              "curve",     "recover",  "ports", "versions", "clip",    "live",
-                              "write-set", "read-set", "flash", "backup",   "restore", "verify"};
+constexpr std::array commands{"new",      "show",    "diff",   "edit",     "export", "import", "curve",
+                              "response", "recover", "ports",  "versions", "clip",   "live",   "write-set",
+                              "read-set", "flash",   "backup", "restore",  "verify"};
 
 TEST(CommandUsage, VersionNamesTheProgram) {
     const CommandResult result = run({"--version"});
@@ -124,6 +124,40 @@ INSTANTIATE_TEST_SUITE_P(
                     WrongUsage{"curve", "a", "--set", "1", "--channel", "0"},
                     WrongUsage{"curve", "a", "--set", "1", "--channel", "9"},
                     WrongUsage{"curve", "a", "--set", "1", "--channel", "1", "--input"}));
+
+INSTANTIATE_TEST_SUITE_P(
+    Responses, CommandWrongUsage, testing::ValuesIn([] {
+        std::vector<WrongUsage> wrong{
+            {"response"},
+            {"response", "a"},
+            {"response", "a", "--set", "1"},
+            {"response", "a", "--channel", "1"},
+            {"response", "a", "--sum", "1,2"},
+            {"response", "--set", "1", "--channel", "1"},
+            {"response", "a", "b", "--set", "1", "--channel", "1"},
+            {"response", "a", "--set", "0", "--channel", "1"},
+            {"response", "a", "--set", "6", "--channel", "1"},
+            {"response", "a", "--set", "1", "--channel", "1", "--sum", "1,2"},
+            {"response", "a", "--set", "1", "--channel", "1", "--filter-mode", "FIR"},
+            {"response", "a", "--set", "1", "--channel", "1", "--input"},
+            {"response", "a", "--set", "1", "--channel", "1", "--output", "b"},
+            {"response", "a", "--set", "1", "--channel", "1", "--at", "100", "--points", "10"}};
+        for (const char* channel : {"0", "9", "-1", "1.5", "one", "", "1,2"}) {
+            wrong.push_back({"response", "a", "--set", "1", "--channel", channel});
+        }
+        for (const char* sum :
+             {"", ",", "1,", ",1", "1,,2", "0", "9", "1,9", "1,1", "-1", "1.0", "1 2", "all"}) {
+            wrong.push_back({"response", "a", "--set", "1", "--sum", sum});
+        }
+        for (const char* at : {"", ",", "100,", ",100", "100,,200", "-1", "100,-0.001", "inf", "nan", "1e999",
+                               "0x10", "1k", "100 200", "100;200", "+100", " 100", "1,5.5.5"}) {
+            wrong.push_back({"response", "a", "--set", "1", "--channel", "1", "--at", at});
+        }
+        for (const char* points : {"", "0", "1", "-5", "2.5", "100001", "99999999999999999999", "many"}) {
+            wrong.push_back({"response", "a", "--set", "1", "--channel", "1", "--points", points});
+        }
+        return wrong;
+    }()));
 
 INSTANTIATE_TEST_SUITE_P(
     Ports, CommandWrongUsage,

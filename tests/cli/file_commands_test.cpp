@@ -107,6 +107,9 @@ class SettingsInput : public FileCommands, public testing::WithParamInterface<st
         if (name == "import") {
             return run({"import", image_, "--into", file, "--set", "1", "--output", out});
         }
+        if (name == "response") {
+            return run({"response", file, "--set", "1", "--sum", "1,2", "--json"});
+        }
         return run({"curve", file, "--set", "1", "--input"});
     }
 
@@ -163,7 +166,7 @@ TEST_P(SettingsInput, ShortFileWithTheSetInQuestionIsTaken) {
 
 INSTANTIATE_TEST_SUITE_P(Commands, SettingsInput,
                          testing::Values("show", "show all", "show json", "diff", "edit", "export", "import",
-                                         "curve"));
+                                         "curve", "response"));
 
 TEST_F(FileCommands, OnlyTheSetInQuestionIsTested) {
     Bytes bytes = read(fresh());

@@ -5,7 +5,7 @@
 namespace tessavo::house {
 
 std::span<const Room> houseRooms() {
-    static constexpr std::array<Room, 19> rooms{{
+    static constexpr std::array<Room, 20> rooms{{
         {"base", 0, false, "boxes and dialogs as interfaces, semaphore, raw files, numbers, MD5"},
         {"platform", 0, false, "process and desktop, for POSIX and for Windows"},
         {"dsp", 1, false, "coefficient generators, fixed-point words"},
@@ -15,6 +15,7 @@ std::span<const Room> houseRooms() {
         {"plot/chart", 3, true, "chart, its dialogs, plot window"},
         {"comm", 4, false, "serial port, framing, transfer engine, live worker, commands"},
         {"history", 4, false, "undo and redo, recovery file, earlier versions of files"},
+        {"response", 4, false, "exact complex responses of channels and their sums"},
         {"compare", 5, false, "two sets side by side, copies of elements, channels and sets"},
         {"pages/rows", 5, false, "what stands on each page, as tables"},
         {"copies", 5, false, "copies of the target: backups, restoring them, what was written into it"},

@@ -1,0 +1,55 @@
+#include "cli/number_lists.h"
+
+#include <algorithm>
+
+#include "base/number_text.h"
+
+namespace tessavo::cli {
+
+namespace {
+
+// The items between commas, each read by a function that gives nothing for a wrong one. No text is one wrong item.
+template <typename Read>
+auto readList(std::string_view text, Read read)
+    -> std::optional<std::vector<typename decltype(read(text))::value_type>> {
+    std::vector<typename decltype(read(text))::value_type> items;
+    for (std::size_t comma = 0; comma != std::string_view::npos;) {
+        comma = text.find(',');
+        const auto item = read(text.substr(0, comma));
+        if (!item) {
+            return std::nullopt;
+        }
+        items.push_back(*item);
+        text.remove_prefix(comma == std::string_view::npos ? 0 : comma + 1);
+    }
+    return items;
+}
+
+}  // namespace
+
+std::optional<std::vector<PagePosition>> channelList(std::string_view text) {
+    auto channels = readList(text, [](std::string_view word) -> std::optional<PagePosition> {
+        const auto number = wholeNumber<std::uint8_t>(word);
+        if (!number || *number < 1 || *number > channelCount) {
+            return std::nullopt;
+        }
+        return PagePosition{static_cast<std::uint8_t>(*number - 1)};
+    });
+    if (channels) {
+        auto sorted = *channels;
+        std::ranges::sort(sorted);
+        if (std::ranges::adjacent_find(sorted) != sorted.end()) {
+            return std::nullopt;
+        }
+    }
+    return channels;
+}
+
+std::optional<std::vector<double>> frequencyList(std::string_view text) {
+    return readList(text, [](std::string_view word) {
+        const auto frequencyHz = finiteNumber(word);
+        return frequencyHz && *frequencyHz >= 0.0 ? frequencyHz : std::nullopt;
+    });
+}
+
+}  // namespace tessavo::cli

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+#include "params/channels.h"
+
+namespace tessavo::cli {
+
+/// Channels named as "1,3,8": page positions counted from 1, in the order in which they were named.
+/// \return nothing unless each is 1 to 8 and named once
+[[nodiscard]] std::optional<std::vector<PagePosition>> channelList(std::string_view text);
+
+/// Frequencies in Hz named as "20,1000.5,2e4", in the order in which they were named.
+/// \return nothing unless each is a finite number, 0 or above
+[[nodiscard]] std::optional<std::vector<double>> frequencyList(std::string_view text);
+
+}  // namespace tessavo::cli

@@ -1,0 +1,38 @@
+#include "cli/number_lists.h"
+
+#include <gtest/gtest.h>
+
+namespace tessavo::test {
+
+using namespace cli;
+
+namespace {
+
+TEST(ChannelList, KeepsItsOrder) {
+    EXPECT_EQ(channelList("3"), (std::vector<PagePosition>{{2}}));
+    EXPECT_EQ(channelList("8,1,2"), (std::vector<PagePosition>{{7}, {0}, {1}}));
+    EXPECT_EQ(channelList("1,2,3,4,5,6,7,8")->size(), 8U);
+}
+
+TEST(ChannelList, RefusesOtherChannelsRepeatedOnesAndOtherTexts) {
+    for (const char* text : {"", ",", "1,", ",1", "1,,2", "0", "9", "256", "257", "1,2,1", "-1", "+1", " 1",
+                             "1 ", "1.0", "one", "1;2"}) {
+        EXPECT_FALSE(channelList(text)) << text;
+    }
+}
+
+TEST(FrequencyList, TakesEveryFrequencyInItsOrder) {
+    EXPECT_EQ(frequencyList("0"), (std::vector<double>{0}));
+    EXPECT_EQ(frequencyList("1000.5,20,2e4,20"), (std::vector<double>{1000.5, 20, 20000, 20}));
+    EXPECT_EQ(frequencyList("1e300"), (std::vector<double>{1e300}));
+}
+
+TEST(FrequencyList, RefusesNegativeOnesAndOtherTexts) {
+    for (const char* text : {"", ",", "20,", ",20", "20,,30", "-1", "-1e-300", "inf", "nan", "1e999", "0x10",
+                             "+5", " 20", "20 ", "20 Hz", "1k", "20;30"}) {
+        EXPECT_FALSE(frequencyList(text)) << text;
+    }
+}
+
+}  // namespace
+}  // namespace tessavo::test
