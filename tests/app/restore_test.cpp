@@ -41,7 +41,7 @@ TEST_F(RestoreTarget, SaysFirstWhatTheTargetPlaysAndStartsOnlyWithTheAmplifiersO
 
 TEST_F(RestoreTarget, WritesTheFiveSetsAndNotTheDefaultSet) {
     const auto before = state();
-    restore([this](QDialog& open) {
+    restore([](QDialog& open) {
         EXPECT_FALSE(check(open, QStringLiteral("Default Set")).isChecked());
         EXPECT_TRUE(check(open, QStringLiteral("Default Set")).isEnabled());
         start(open);
