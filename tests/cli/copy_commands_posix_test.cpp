@@ -60,7 +60,7 @@ TEST_F(CopyCommands, BackupReadsAllSetsAndTheVersions) {
     EXPECT_EQ(read.copy->port, port());
     EXPECT_EQ(read.copy->versions->hardware, 0xABCDU);
     for (const SetCopy& set : read.copy->sets) {
-        const ImageBytes& image = memoryOf(10).sets.at(set.targetSet);
+        const ImageBytes image = memoryOf(10).sets.at(set.targetSet);
         EXPECT_TRUE(std::equal(image.begin(), image.end(), set.reply.begin()));
     }
     EXPECT_TRUE(KnownBackups(knownBackupsFolder(data_.path()))
