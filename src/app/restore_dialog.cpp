@@ -116,8 +116,7 @@ void RestoreDialog::makeSets(QVBoxLayout& body) {
     grid->setColumnStretch(1, 1);
     for (std::size_t i = 0; i < sets_.size(); ++i) {
         const std::uint8_t number = targetSetNumbers.at(i);
-        const QString name =
-            number == 0 ? QStringLiteral("Default Set") : QStringLiteral("Set %1").arg(number);
+        const QString name = QString::fromStdString(targetSetTitle(number));
         sets_.at(i) = {.check = makeCheck(name, group), .state = makeLabel({}, group)};
         sets_.at(i).check->setFixedHeight(rowHeight);
         grid->addWidget(sets_.at(i).check, static_cast<int>(i), 0);
