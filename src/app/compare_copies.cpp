@@ -19,18 +19,12 @@ namespace tessavo {
 
 namespace {
 
-constexpr std::string_view openBackupTitle = "Folder of a Backup";
-
 QString nameOf(std::uint8_t targetSet) {
-    return targetSet == 0 ? QStringLiteral("Default Set") : QStringLiteral("Set %1").arg(targetSet);
+    return QString::fromStdString(targetSetTitle(targetSet));
 }
 
 QString backupTitle(WallTime time) {
     return QStringLiteral("Backup ") + dayAndTimeText(time);
-}
-
-QString folderName(const std::filesystem::path& folder) {
-    return textOf(folder.has_filename() ? folder.filename() : folder.parent_path().filename());
 }
 
 CompareReading trouble(const QString& text) {
@@ -108,7 +102,7 @@ CompareReading CompareCopies::readBackupIn(const std::filesystem::path& folder, 
     jobs_.runAndWait([&] { read = readRestoreFolder(folder); });
     if (!read.source) {
         return trouble(
-            QStringLiteral("%1: %2.").arg(folderName(folder), QString::fromStdString(read.trouble)));
+            QStringLiteral("%1: %2.").arg(folderText(folder), QString::fromStdString(read.trouble)));
     }
     return chooseSet(*read.source, base);
 }
@@ -150,7 +144,7 @@ CompareReading CompareCopies::otherBackup(const ParameterSet& base) {
     QStringList rows;
     for (const KnownBackup& each : known) {
         rows << QStringLiteral("%1, %2, %3")
-                    .arg(dayAndTimeText(each.time), folderName(each.folder),
+                    .arg(dayAndTimeText(each.time), folderText(each.folder),
                          QString::fromStdString(each.port));
     }
     rows << QStringLiteral("Other folder...");

@@ -24,7 +24,6 @@ namespace tessavo {
 namespace {
 
 constexpr std::string_view backUpTitle = "Back Up Target";
-constexpr std::string_view openBackupTitle = "Folder of a Backup";
 // More than a round takes of which every answer is late.
 constexpr Milliseconds liveRoundWait{30000};
 constexpr Milliseconds lookAgain{20};
@@ -53,10 +52,6 @@ std::chrono::milliseconds waitForMidnight(WallTime time) {
     const QDateTime here = localTime(time);
     const std::chrono::milliseconds wait(here.msecsTo(here.date().addDays(1).startOfDay()) + 1);
     return std::clamp(wait, std::chrono::milliseconds(1), longest);
-}
-
-QString folderName(const std::filesystem::path& folder) {
-    return textOf(folder.has_filename() ? folder.filename() : folder.parent_path().filename());
 }
 
 /// What a backup has not: in words for a notice, and as lines that say why.
@@ -211,7 +206,7 @@ void CopiesCommands::writeCopy(BackUpDialog& dialog, const std::filesystem::path
                      copy.everySetRead()});
     offerBackUp();
     const Missing missing = missingIn(copy);
-    QString text = QStringLiteral("Backed up to ") + folderName(folder);
+    QString text = QStringLiteral("Backed up to ") + folderText(folder);
     if (missing.names.isEmpty()) {
         dialog.hide();
         tellNotice(text + QLatin1Char('.'), false);

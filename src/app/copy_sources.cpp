@@ -12,16 +12,6 @@ namespace tessavo {
 
 namespace {
 
-std::string capital(std::string text) {
-    // The texts of the sets begin with a letter of ASCII.
-    text.front() = static_cast<char>(text.front() - 'a' + 'A');
-    return text;
-}
-
-std::string nameOf(std::uint8_t targetSet) {
-    return targetSet == 0 ? std::string("Default Set") : capital(targetSetText(targetSet));
-}
-
 CopiedSet readFromTarget(const TuningState& tuning, ITransfers& transfers, std::uint8_t targetSet,
                          const ParameterSet& base) {
     if (tuning.liveMode()) {
@@ -32,10 +22,10 @@ CopiedSet readFromTarget(const TuningState& tuning, ITransfers& transfers, std::
         return {.set = setOfImage(*image, base), .trouble = {}};
     }
     const bool arrived = copy.state == SetState::wrongDigest;
-    return {
-        .set = std::nullopt,
-        .trouble = nameOf(targetSet) + (arrived ? " came with a wrong digest."
-                                                : " could not be read; the communication log tells why.")};
+    return {.set = std::nullopt,
+            .trouble = targetSetTitle(targetSet) +
+                       (arrived ? " came with a wrong digest."
+                                : " could not be read; the communication log tells why.")};
 }
 
 }  // namespace
@@ -57,9 +47,10 @@ std::vector<CopySource> targetSources(const TuningState& tuning, ITransfers& tra
     sources.reserve(targetSetNumbers.size());
     const auto kept = std::make_shared<const ParameterSet>(base);
     for (const std::uint8_t targetSet : targetSetNumbers) {
-        sources.push_back({.title = nameOf(targetSet), .group = "Target", .read = [=, &tuning, &transfers] {
-                               return readFromTarget(tuning, transfers, targetSet, *kept);
-                           }});
+        sources.push_back(
+            {.title = targetSetTitle(targetSet), .group = "Target", .read = [=, &tuning, &transfers] {
+                 return readFromTarget(tuning, transfers, targetSet, *kept);
+             }});
     }
     return sources;
 }

@@ -10,6 +10,7 @@
 
 #include "app/copy_parts.h"
 #include "app/wall_time_text.h"
+#include "controls/column_list.h"
 #include "controls/screen_room.h"
 #include "controls/scroll_body.h"
 #include "controls/skin_check_box.h"
@@ -30,24 +31,6 @@ constexpr int portWidth = 110;
 constexpr int setNameWidth = 120;
 
 enum Column { titleColumn, timeColumn, portColumn };
-
-QString colorName(QRgb color) {
-    return QColor::fromRgb(color).name();
-}
-
-// The edge shows where the keyboard is.
-QString listSheet() {
-    return QStringLiteral(
-               "QTreeView { background: %1; border: 1px solid %2; border-radius: 4px; padding: 1px; }"
-               "QTreeView:focus { border: 2px solid %3; padding: 0; }"
-               "QTreeView::item { color: %4; }"
-               "QTreeView::item:selected { background: %5; color: %6; }"
-               "QHeaderView::section { background: %7; color: %8; padding: 4px 3px; border: none;"
-               " border-bottom: 1px solid %2; }")
-        .arg(colorName(theme::sunk), colorName(theme::edge), colorName(theme::focus), colorName(theme::text),
-             colorName(theme::selected), colorName(theme::white), colorName(theme::bars),
-             colorName(theme::text2));
-}
 
 // Each row tells of a set whose name stands beside it already.
 QString behindTheName(const std::string& text) {
@@ -99,7 +82,7 @@ RestoreDialog::RestoreDialog(Dependencies dependencies, QWidget* parent)
 void RestoreDialog::makeList(QVBoxLayout& body) {
     list_ = new QTreeWidget(this);
     list_->setAccessibleName(QStringLiteral("Copies"));
-    list_->setStyleSheet(listSheet());
+    list_->setStyleSheet(columnListSheet());
     list_->setHeaderLabels({QStringLiteral("Copy"), QStringLiteral("Made"), QStringLiteral("Port")});
     list_->setRootIsDecorated(false);
     list_->setUniformRowHeights(true);
@@ -133,8 +116,7 @@ void RestoreDialog::makeSets(QVBoxLayout& body) {
     grid->setColumnStretch(1, 1);
     for (std::size_t i = 0; i < sets_.size(); ++i) {
         const std::uint8_t number = targetSetNumbers.at(i);
-        const QString name =
-            number == 0 ? QStringLiteral("Default Set") : QStringLiteral("Set %1").arg(number);
+        const QString name = QString::fromStdString(targetSetTitle(number));
         sets_.at(i) = {.check = makeCheck(name, group), .state = makeLabel({}, group)};
         sets_.at(i).check->setFixedHeight(rowHeight);
         grid->addWidget(sets_.at(i).check, static_cast<int>(i), 0);

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "copies/restore.h"
@@ -23,6 +24,9 @@ struct RestoreSource {
 /// All that the data folder knows of: the backups and then what the program itself has written into sets,
 /// each newest first. Reads disks; any thread.
 [[nodiscard]] std::vector<RestoreSource> restoreSources(const std::filesystem::path& dataFolder);
+
+/// Title of the dialog that asks for such a folder.
+inline constexpr std::string_view openBackupTitle = "Folder of a Backup";
 
 /// A backup in any folder.
 struct RestoreFolder {

@@ -102,4 +102,8 @@ QString textOf(const std::filesystem::path& path) {
     return QDir::toNativeSeparators(QString::fromStdString(utf8FromPath(path)));
 }
 
+QString folderText(const std::filesystem::path& folder) {
+    return textOf(folder.has_filename() ? folder.filename() : folder.parent_path().filename());
+}
+
 }  // namespace tessavo

@@ -36,5 +36,7 @@ class UiFileDialogs : public IFileDialogs {
 [[nodiscard]] std::filesystem::path pathOf(const QString& text);
 /// With the separators that the system writes. What is no text in the name becomes U+FFFD.
 [[nodiscard]] QString textOf(const std::filesystem::path& path);
+/// The name of a folder without those around it: "b" for "/a/b" and for "/a/b/".
+[[nodiscard]] QString folderText(const std::filesystem::path& folder);
 
 }  // namespace tessavo

@@ -10,6 +10,7 @@
 #include "app/ui_file_dialogs.h"
 #include "app/wall_time_text.h"
 #include "controls/color_control.h"
+#include "controls/column_list.h"
 #include "controls/screen_room.h"
 #include "controls/skin_button.h"
 #include "controls/theme.h"
@@ -28,24 +29,6 @@ constexpr int timeWidth = 150;
 constexpr int sizeWidth = 110;
 
 enum Column { nameColumn, folderColumn, timeColumn, sizeColumn };
-
-QString colorName(QRgb color) {
-    return QColor::fromRgb(color).name();
-}
-
-// The edge shows where the keyboard is.
-QString listSheet() {
-    return QStringLiteral(
-               "QTreeView { background: %1; border: 1px solid %2; border-radius: 4px; padding: 1px; }"
-               "QTreeView:focus { border: 2px solid %3; padding: 0; }"
-               "QTreeView::item { color: %4; }"
-               "QTreeView::item:selected { background: %5; color: %6; }"
-               "QHeaderView::section { background: %7; color: %8; padding: 4px 3px; border: none;"
-               " border-bottom: 1px solid %2; }")
-        .arg(colorName(theme::sunk), colorName(theme::edge), colorName(theme::focus), colorName(theme::text),
-             colorName(theme::selected), colorName(theme::white), colorName(theme::bars),
-             colorName(theme::text2));
-}
 
 QString nameOf(const KeptVersion& version) {
     return version.path.empty() ? QStringLiteral("no longer known") : textOf(version.path.filename());
@@ -91,7 +74,7 @@ VersionsDialog::VersionsDialog(FileHistory& history, IFileDialogs& dialogs, QWid
 void VersionsDialog::makeList() {
     list_ = new QTreeWidget(this);
     list_->setAccessibleName(windowTitle());
-    list_->setStyleSheet(listSheet());
+    list_->setStyleSheet(columnListSheet());
     list_->setHeaderLabels({QStringLiteral("Name"), QStringLiteral("Folder"), QStringLiteral("Written over"),
                             QStringLiteral("Size")});
     list_->setRootIsDecorated(false);

@@ -58,7 +58,9 @@ std::vector<CommandRow> fileCommands() {
          .more = "A line for each frequency: Hz, dB, degrees of phase, milliseconds of group delay, none of them rounded."},
         {.name = "recover", .purpose = "Show what the window did not save, and write the newest of it to a file",
          .example = "recover --output rescued.eqs", .run = runRecover,
-         .options = {json(), anyOutput("Settings file to write, with its NAME.notes.json; existing ones are left alone"), force()},
+         .options = {json(),
+                     anyOutput("Settings file to write, with its NAME.notes.json; existing ones are left alone"),
+                     force()},
          .more = recoverHelp()},
     };
     // clang-format on

@@ -28,6 +28,10 @@ std::string targetSetText(std::uint8_t targetSet) {
     return targetSet == 0 ? "the default set" : std::string("set ").append(std::to_string(targetSet));
 }
 
+std::string targetSetTitle(std::uint8_t targetSet) {
+    return targetSet == 0 ? "Default Set" : std::string("Set ").append(std::to_string(targetSet));
+}
+
 std::string targetSetWord(std::uint8_t targetSet) {
     return targetSet == 0 ? std::string(defaultWord) : std::string("set").append(std::to_string(targetSet));
 }

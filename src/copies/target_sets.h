@@ -22,6 +22,8 @@ using TargetReply = std::array<std::uint8_t, targetReplySize>;
 
 /// "set 3" or "the default set", as it stands within a sentence.
 [[nodiscard]] std::string targetSetText(std::uint8_t targetSet);
+/// "Set 3" or "Default Set", as it stands in a list.
+[[nodiscard]] std::string targetSetTitle(std::uint8_t targetSet);
 /// "set3" or "default": how files, and options of a command, name a set.
 [[nodiscard]] std::string targetSetWord(std::uint8_t targetSet);
 /// The sets that a list such as "1,3,default" names, in the order of targetSetNumbers. Any thread.

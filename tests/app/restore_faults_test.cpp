@@ -20,6 +20,9 @@ struct FaultCase {
     bool setTwoIsWritten;
     const char* plays;
     const char* state;  ///< of set 2
+    friend void PrintTo(const FaultCase& value, std::ostream* out) {
+        *out << value.fault << " in exchange " << value.exchange;
+    }
 };
 
 class RestoreFault : public RestoreTarget, public ::testing::WithParamInterface<FaultCase> {};

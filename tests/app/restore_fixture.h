@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QTest>
+#include <QTimer>
 #include <QTreeWidget>
 #include <algorithm>
 #include <cstring>
@@ -69,6 +70,18 @@ class RestoreTarget : public CopiesTest {
     static void start(QDialog& open) {
         clickCheck(open, QStringLiteral("The amplifiers are off or turned down"));
         click(open, QStringLiteral("Restore"));
+    }
+    /// The same, and the window is asked to close after two exchanges, which it does not do at once.
+    void startAndCloseTheWindow(QDialog& open) {
+        QTimer timer;
+        QObject::connect(&timer, &QTimer::timeout, &open, [&] {
+            if (exchanges() == 2) {
+                timer.stop();
+                EXPECT_FALSE(frame->close());
+            }
+        });
+        timer.start(2);
+        start(open);
     }
     static void close(QDialog& open) { click(open, QStringLiteral("Close")); }
 

@@ -41,7 +41,7 @@ TEST_F(RestoreTarget, SaysFirstWhatTheTargetPlaysAndStartsOnlyWithTheAmplifiersO
 
 TEST_F(RestoreTarget, WritesTheFiveSetsAndNotTheDefaultSet) {
     const auto before = state();
-    restore([this](QDialog& open) {
+    restore([](QDialog& open) {
         EXPECT_FALSE(check(open, QStringLiteral("Default Set")).isChecked());
         EXPECT_TRUE(check(open, QStringLiteral("Default Set")).isEnabled());
         start(open);
@@ -176,15 +176,7 @@ TEST_F(RestoreTarget, ClosingTheWindowMeanwhileCancelsBetweenExchangesOnNo) {
     answers = {BoxAnswer::no};
     restore([this](QDialog& open) {
         onlySets(open, {1});
-        QTimer timer;
-        QObject::connect(&timer, &QTimer::timeout, &open, [&] {
-            if (exchanges() == 2) {
-                timer.stop();
-                EXPECT_FALSE(frame->close());
-            }
-        });
-        timer.start(2);
-        start(open);
+        startAndCloseTheWindow(open);
         EXPECT_TRUE(frame->isVisible()) << "what the target plays is read first";
         expectRed(open, QStringLiteral("The target plays the copy of set 1 now."));
         close(open);
@@ -199,15 +191,7 @@ TEST_F(RestoreTarget, ClosingTheWindowWaitsForItOnYesAndClosesBehindTheDialog) {
     answers = {BoxAnswer::yes};
     restore([this](QDialog& open) {
         onlySets(open, {1, 2});
-        QTimer timer;
-        QObject::connect(&timer, &QTimer::timeout, &open, [&] {
-            if (exchanges() == 2) {
-                timer.stop();
-                EXPECT_FALSE(frame->close());
-            }
-        });
-        timer.start(2);
-        start(open);
+        startAndCloseTheWindow(open);
         EXPECT_TRUE(frame->isVisible()) << "what the target plays is read first";
         expectRed(open, QLatin1String(twoPlays));
         close(open);
@@ -223,15 +207,7 @@ TEST_F(RestoreTarget, TheCurrentSetIsSentAlthoughTheWindowWasToCloseMeanwhile) {
     answers = {BoxAnswer::no};
     restore([this](QDialog& open) {
         onlySets(open, {1});
-        QTimer timer;
-        QObject::connect(&timer, &QTimer::timeout, &open, [&] {
-            if (exchanges() == 2) {
-                timer.stop();
-                EXPECT_FALSE(frame->close());
-            }
-        });
-        timer.start(2);
-        start(open);
+        startAndCloseTheWindow(open);
         click(open, QStringLiteral("Send Current Set"));
     });
     ASSERT_TRUE(becomes([this] { return light() == TargetStatus::Light::confirmed; }));

@@ -20,15 +20,6 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
 
-TargetMemory memoryOf(std::uint8_t seed) {
-    TargetMemory memory;
-    memory.live = imageOf(static_cast<std::uint8_t>(seed + 9));
-    for (std::size_t set = 0; set < memory.sets.size(); ++set) {
-        memory.sets.at(set) = imageOf(static_cast<std::uint8_t>(seed + set));
-    }
-    return memory;
-}
-
 class CopyCommands : public TargetExchange {
  protected:
     /// A backup of a target that holds memoryOf(seed).
@@ -60,7 +51,7 @@ TEST_F(CopyCommands, BackupReadsAllSetsAndTheVersions) {
     EXPECT_EQ(read.copy->port, port());
     EXPECT_EQ(read.copy->versions->hardware, 0xABCDU);
     for (const SetCopy& set : read.copy->sets) {
-        const ImageBytes& image = memoryOf(10).sets.at(set.targetSet);
+        const ImageBytes image = memoryOf(10).sets.at(set.targetSet);
         EXPECT_TRUE(std::equal(image.begin(), image.end(), set.reply.begin()));
     }
     EXPECT_TRUE(KnownBackups(knownBackupsFolder(data_.path()))

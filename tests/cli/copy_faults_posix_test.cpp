@@ -23,15 +23,6 @@ namespace {
 
 using testing::HasSubstr;
 
-TargetMemory memoryOf(std::uint8_t seed) {
-    TargetMemory memory;
-    memory.live = imageOf(static_cast<std::uint8_t>(seed + 9));
-    for (std::size_t set = 0; set < memory.sets.size(); ++set) {
-        memory.sets.at(set) = imageOf(static_cast<std::uint8_t>(seed + set));
-    }
-    return memory;
-}
-
 const TargetMemory oldMemory = memoryOf(10);
 const TargetMemory newMemory = memoryOf(100);
 

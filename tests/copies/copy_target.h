@@ -10,6 +10,7 @@
 
 #include "copies/restore.h"
 #include "copies/target_copy.h"
+#include "support/device_host.h"
 #include "target/exchange_host.h"
 
 namespace tessavo::test {
@@ -24,16 +25,6 @@ inline ImageBytes bytesOf(const ParameterImage& image) {
     ImageBytes bytes{};
     std::memcpy(bytes.data(), &image, sizeof image);
     return bytes;
-}
-
-/// A target of which no two sets are alike, and whose images begin with other words than 3384.
-inline TargetMemory memoryOf(std::uint8_t seed) {
-    TargetMemory memory;
-    memory.live = imageOf(static_cast<std::uint8_t>(seed + 9));
-    for (std::size_t set = 0; set < memory.sets.size(); ++set) {
-        memory.sets.at(set) = imageOf(static_cast<std::uint8_t>(seed + set));
-    }
-    return memory;
 }
 
 /// Images for all six sets, as a backup of another target would have them.

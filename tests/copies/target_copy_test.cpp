@@ -29,7 +29,7 @@ TEST(BackUpTarget, ReadsEachSetAsItArrivesAndTheVersions) {
     EXPECT_EQ(backup.copy.versions->hardware, 0x00000102U);
     EXPECT_EQ(backup.copy.versions->software, 0x00010006U);
     for (const SetCopy& set : backup.copy.sets) {
-        const ImageBytes& image = memoryOf(10).sets.at(set.targetSet);
+        const ImageBytes image = memoryOf(10).sets.at(set.targetSet);
         EXPECT_EQ(bytesOf(set.image().value()), image) << targetSetText(set.targetSet);
         const Bytes digest(set.reply.begin() + 3404, set.reply.begin() + 3420);
         EXPECT_THAT(digest, ElementsAreArray(md5(image)));
@@ -125,7 +125,7 @@ TEST(BackUpTarget, ADamagedSetOrOneThatFailsIsNamedAndTheOthersAreRead) {
             EXPECT_FALSE(copy.everySetSound());
             EXPECT_TRUE(copy.versions.has_value());
             // A damaged set stays as it arrived, a failed one leaves nothing.
-            const ImageBytes& image = memoryOf(10).sets.at(spoiled);
+            const ImageBytes image = memoryOf(10).sets.at(spoiled);
             EXPECT_EQ(copy.set(spoiled).reply[1000], fails ? 0 : image[1000] ^ 0x40);
         }
     }

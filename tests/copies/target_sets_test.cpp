@@ -15,6 +15,9 @@ TEST(TargetSets, HaveNamesForPeopleAndForFiles) {
     EXPECT_EQ(targetSetText(1), "set 1");
     EXPECT_EQ(targetSetText(5), "set 5");
     EXPECT_EQ(targetSetText(0), "the default set");
+    EXPECT_EQ(targetSetTitle(1), "Set 1");
+    EXPECT_EQ(targetSetTitle(5), "Set 5");
+    EXPECT_EQ(targetSetTitle(0), "Default Set");
     EXPECT_EQ(targetSetWord(3), "set3");
     EXPECT_EQ(targetSetWord(0), "default");
 }

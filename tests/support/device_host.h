@@ -33,6 +33,16 @@ inline ImageBytes imageOf(std::uint8_t seed) {
     return image;
 }
 
+/// A target of which no two sets are alike, and whose images begin with other words than 3384.
+inline TargetMemory memoryOf(std::uint8_t seed) {
+    TargetMemory memory;
+    memory.live = imageOf(static_cast<std::uint8_t>(seed + 9));
+    for (std::size_t set = 0; set < memory.sets.size(); ++set) {
+        memory.sets.at(set) = imageOf(static_cast<std::uint8_t>(seed + set));
+    }
+    return memory;
+}
+
 inline Bytes liveMessage(const ImageBytes& image) {
     Bytes message(image.begin(), image.end());
     const auto digest = md5(image);
