@@ -5,7 +5,7 @@
 namespace tessavo::house {
 
 std::span<const Room> houseRooms() {
-    static constexpr std::array<Room, 20> rooms{{
+    static constexpr std::array<Room, 21> rooms{{
         {"base", 0, false, "boxes and dialogs as interfaces, semaphore, raw files, numbers, MD5"},
         {"platform", 0, false, "process and desktop, for POSIX and for Windows"},
         {"dsp", 1, false, "coefficient generators, fixed-point words"},
@@ -14,6 +14,7 @@ std::span<const Room> houseRooms() {
         {"params", 3, false, "records, field table, settings files, image, the door for edits"},
         {"plot/chart", 3, true, "chart, its dialogs, plot window"},
         {"comm", 4, false, "serial port, framing, transfer engine, live worker, commands"},
+        {"filtertext", 4, false, "filter texts of other programs in and out"},
         {"history", 4, false, "undo and redo, recovery file, earlier versions of files"},
         {"response", 4, false, "exact complex responses of channels and their sums"},
         {"compare", 5, false, "two sets side by side, copies of elements, channels and sets"},
