@@ -61,9 +61,9 @@ Section shelfSection(bool low, double amplitude, double cosine, double alpha) {
 }  // namespace
 
 bool isConvertible(const CookbookFilter& filter, double samplingRateHz) {
-    return std::isfinite(samplingRateHz) && std::isfinite(filter.frequencyHz) && std::isfinite(filter.gainDb) &&
-           std::isfinite(filter.q) && filter.frequencyHz > 0.0 && filter.frequencyHz < samplingRateHz / 2.0 &&
-           filter.q > 0.0;
+    return std::isfinite(samplingRateHz) && std::isfinite(filter.frequencyHz) &&
+           std::isfinite(filter.gainDb) && std::isfinite(filter.q) && filter.frequencyHz > 0.0 &&
+           filter.frequencyHz < samplingRateHz / 2.0 && filter.q > 0.0;
 }
 
 Section cookbookSection(const CookbookFilter& filter, double samplingRateHz) {
@@ -77,8 +77,8 @@ Section cookbookSection(const CookbookFilter& filter, double samplingRateHz) {
         case FilterShape::highShelf:
             return shelfSection(false, amplitude, cosine, alpha);
         case FilterShape::lowPass:
-            return divided((1.0 - cosine) / 2.0, 1.0 - cosine, (1.0 - cosine) / 2.0, 1.0 + alpha, -2.0 * cosine,
-                           1.0 - alpha);
+            return divided((1.0 - cosine) / 2.0, 1.0 - cosine, (1.0 - cosine) / 2.0, 1.0 + alpha,
+                           -2.0 * cosine, 1.0 - alpha);
         case FilterShape::highPass:
             return divided((1.0 + cosine) / 2.0, -(1.0 + cosine), (1.0 + cosine) / 2.0, 1.0 + alpha,
                            -2.0 * cosine, 1.0 - alpha);
@@ -125,9 +125,9 @@ DeviceFilter toDevice(const CookbookFilter& filter, double samplingRateHz) {
     } else if (filter.shape == FilterShape::peak) {
         device.q *= amplitudeOf(filter.gainDb);
     } else {
-        device.frequencyHz =
-            frequencyOf(tangentOf(filter.frequencyHz, samplingRateHz) * shelfFactor(filter.shape, filter.gainDb),
-                        samplingRateHz);
+        device.frequencyHz = frequencyOf(
+            tangentOf(filter.frequencyHz, samplingRateHz) * shelfFactor(filter.shape, filter.gainDb),
+            samplingRateHz);
     }
     return device;
 }
@@ -141,9 +141,9 @@ CookbookFilter toCookbook(const DeviceFilter& filter, double samplingRateHz) {
     } else if (filter.shape == FilterShape::peak) {
         cookbook.q /= amplitudeOf(filter.gainDb);
     } else {
-        cookbook.frequencyHz =
-            frequencyOf(tangentOf(filter.frequencyHz, samplingRateHz) / shelfFactor(filter.shape, filter.gainDb),
-                        samplingRateHz);
+        cookbook.frequencyHz = frequencyOf(
+            tangentOf(filter.frequencyHz, samplingRateHz) / shelfFactor(filter.shape, filter.gainDb),
+            samplingRateHz);
     }
     return cookbook;
 }

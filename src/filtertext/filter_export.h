@@ -20,8 +20,9 @@ enum class ExportForm : std::uint8_t { text, csv, yaml };
 
 /// What an export says besides the filters.
 struct ExportOptions {
-    std::string title{};      ///< one line of UTF-8 for a comment; empty for none
-    bool withVolume = false;  ///< the channel's volume and group gain as a preamp; otherwise they stand in a comment
+    std::string title{};  ///< one line of UTF-8 for a comment; empty for none
+    bool withVolume =
+        false;  ///< the channel's volume and group gain as a preamp; otherwise they stand in a comment
 };
 
 /// The bands and crossovers of a channel as other programs mean them, exact for the bilinear method at 49500 Hz. Bands that are

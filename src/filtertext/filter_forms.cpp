@@ -85,8 +85,8 @@ std::optional<DeviceFilter> filterOf(const EqBandParams& band) {
 
 DeviceFilter filterOf(const CrossoverParams& crossover) {
     const bool high = crossover.kind == static_cast<std::uint8_t>(CrossoverKind::highPass);
-    return {high ? FilterShape::highPass : FilterShape::lowPass, static_cast<double>(crossover.frequencyHz), 0.0,
-            0.0, crossover.order == 4 ? 4 : 2};
+    return {high ? FilterShape::highPass : FilterShape::lowPass, static_cast<double>(crossover.frequencyHz),
+            0.0, 0.0, crossover.order == 4 ? 4 : 2};
 }
 
 }  // namespace tessavo

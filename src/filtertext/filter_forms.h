@@ -23,7 +23,8 @@ struct CookbookFilter {
     double frequencyHz = 0;  ///< centre of a peak or of a shelf, corner of a low-pass or high-pass; above 0
     double gainDb = 0;       ///< 0 for a low-pass or high-pass
     double q = 0.7071067811865476;  ///< above 0; the cookbook's Q, also of a shelf
-    int order = 2;  ///< of a low-pass or high-pass: 2, or 4 for two equal ones of 2nd order with this Q one after another
+    int order =
+        2;  ///< of a low-pass or high-pass: 2, or 4 for two equal ones of 2nd order with this Q one after another
 };
 
 /// A filter in the forms of the target, before or after it was put on the target's steps.
@@ -41,7 +42,8 @@ enum class FilterValue : std::uint8_t { frequency, gain, q };
 /// A filter on the steps of the target: 1 Hz, 0.1 dB, 0.1 in Q, inside the ranges that records allow.
 struct SteppedFilter {
     DeviceFilter filter{};
-    std::vector<FilterValue> clamped{};  ///< the values that lay outside their range after rounding, in this order
+    std::vector<FilterValue>
+        clamped{};  ///< the values that lay outside their range after rounding, in this order
 };
 
 /// Puts a filter on the steps of the target: rounds first, then clamps. A half rounds away from zero.

@@ -16,25 +16,29 @@ namespace tessavo {
 
 /// How the filters of a text come into a channel.
 struct ImportChoice {
-    std::array<bool, bandCount> bands{true, true, true, true, true, true, true, true};  ///< the bands that may be written
-    bool keepOthers = false;  ///< bands and crossovers that no filter takes stay as they are; otherwise such bands are bypassed
-    bool withPreamp = true;   ///< the preamp is added to the volume
+    std::array<bool, bandCount> bands{true, true, true, true,
+                                      true, true, true, true};  ///< the bands that may be written
+    bool keepOthers =
+        false;  ///< bands and crossovers that no filter takes stay as they are; otherwise such bands are bypassed
+    bool withPreamp = true;  ///< the preamp is added to the volume
 };
 
 /// What became of a line at the import.
 struct ImportedLine {
-    std::size_t index = 0;                  ///< into FilterText::lines
-    std::optional<std::size_t> band;        ///< 0 to 7: the band that holds it
-    std::optional<std::size_t> crossover;   ///< 0 or 1: the crossover that holds it
-    std::string reason;                     ///< why neither does, as a sentence for a person; empty where one does
+    std::size_t index = 0;                 ///< into FilterText::lines
+    std::optional<std::size_t> band;       ///< 0 to 7: the band that holds it
+    std::optional<std::size_t> crossover;  ///< 0 or 1: the crossover that holds it
+    std::string reason;  ///< why neither does, as a sentence for a person; empty where one does
 };
 
 /// A channel with the filters of a text.
 struct ImportPlan {
     OutputChannelParams after{};
-    std::vector<ImportedLine> lines{};  ///< one for each band, crossover, and filter that is off, in the order of the text
-    double preampAddedDb = 0;           ///< what the volume was changed by
-    double preampLeftDb = 0;  ///< what of the preamp did not go into the volume: out of its range, off its steps, or not asked for
+    std::vector<ImportedLine>
+        lines{};  ///< one for each band, crossover, and filter that is off, in the order of the text
+    double preampAddedDb = 0;  ///< what the volume was changed by
+    double preampLeftDb =
+        0;  ///< what of the preamp did not go into the volume: out of its range, off its steps, or not asked for
 };
 
 /// Plans the import of a text into a channel. Nothing else of the channel changes.

@@ -39,8 +39,9 @@ void putOnDevice(FilterLine& line, double samplingRateHz) {
         return;
     }
     if (!isBand(meaning.shape) && std::abs(meaning.q - std::numbers::sqrt2 / 2.0) > butterworthSlack) {
-        refuse(line, std::string("Q ").append(shortNumber(meaning.q)).append(
-                         "; the target's crossovers are Butterworth filters, with Q 0.707"));
+        refuse(line, std::string("Q ")
+                         .append(shortNumber(meaning.q))
+                         .append("; the target's crossovers are Butterworth filters, with Q 0.707"));
         return;
     }
     SteppedFilter stepped = onDeviceSteps(toDevice(meaning, samplingRateHz));
@@ -57,7 +58,8 @@ FilterText readFilterText(std::string_view bytes, std::string_view channelName) 
         return refused;
     }
     const std::string text = utf8Of(bytes);
-    FilterText result = looksLikeYaml(text) ? readYamlFilters(text, channelName) : readTextLines(text, channelName);
+    FilterText result =
+        looksLikeYaml(text) ? readYamlFilters(text, channelName) : readTextLines(text, channelName);
     for (FilterLine& line : result.lines) {
         if (line.meaning) {
             putOnDevice(line, result.samplingRateHz);

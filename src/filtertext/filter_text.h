@@ -28,32 +28,37 @@ struct SourceFilter {
     std::string type;                   ///< "PK", "LS 12dB", "Peaking"
     std::optional<double> frequencyHz;  ///< nothing where the line tells none or an unreadable one
     std::optional<double> gainDb;
-    std::optional<double> q;  ///< as it stands there; nothing where the line gives a slope, a bandwidth or neither
+    std::optional<double>
+        q;  ///< as it stands there; nothing where the line gives a slope, a bandwidth or neither
 };
 
 /// One line of a filter text, or one filter of a file whose filters take several lines.
 struct FilterLine {
-    std::size_t line = 0;    ///< from 1; of a filter over several lines the first
-    std::size_t column = 0;  ///< from 1, in characters: where that begins which cannot be read; 0 where nothing is wrong
+    std::size_t line = 0;  ///< from 1; of a filter over several lines the first
+    std::size_t column =
+        0;  ///< from 1, in characters: where that begins which cannot be read; 0 where nothing is wrong
     FilterLineKind kind = FilterLineKind::none;
-    std::string text;                       ///< the line without its end, in UTF-8, tabs and no-break spaces as they are
+    std::string text;  ///< the line without its end, in UTF-8, tabs and no-break spaces as they are
     std::optional<SourceFilter> source;     ///< of every line that speaks of a filter and names a type
     std::optional<CookbookFilter> meaning;  ///< of bands, crossovers, and filters that are off and readable
     std::optional<DeviceFilter> device;     ///< the same on the steps of the target
     std::vector<FilterValue> clamped;       ///< values of `device` that were out of range
-    std::string reason;  ///< why it is unsupported or cannot be read, or what else there is to say; empty where nothing is
+    std::string
+        reason;  ///< why it is unsupported or cannot be read, or what else there is to say; empty where nothing is
 };
 
 /// A filter text as it was read.
 struct FilterText {
-    std::vector<FilterLine> lines;  ///< in the order of the file: all lines of a text, all filters of a YAML file
-    double preampDb = 0;            ///< sum of the gains that apply to the channel that was read
+    std::vector<FilterLine>
+        lines;            ///< in the order of the file: all lines of a text, all filters of a YAML file
+    double preampDb = 0;  ///< sum of the gains that apply to the channel that was read
     bool hasPreamp = false;
     double samplingRateHz = textSamplingRateHz;  ///< the rate at which it was converted
     bool tellsSamplingRate = false;
-    char decimalSign = '.';             ///< '.' or ','
-    std::vector<std::string> channels;  ///< names of the channels that the text speaks of, in the order of the text; may be none
-    std::string channel;                ///< the one of them that was read; empty where there are none
+    char decimalSign = '.';  ///< '.' or ','
+    std::vector<std::string>
+        channels;  ///< names of the channels that the text speaks of, in the order of the text; may be none
+    std::string channel;  ///< the one of them that was read; empty where there are none
     /// Why nothing of the file can be used, as a sentence for a person; empty where something can. Lines may be there all the
     /// same.
     std::string trouble;
