@@ -86,7 +86,9 @@ std::string comments(const OutputChannelParams& channel, const ExportOptions& op
     if (!options.title.empty()) {
         text.append("# ").append(oneLine(options.title)).append("\n");
     }
-    text.append("# In the forms of the audio EQ cookbook, exact at ").append(number(textSamplingRateHz)).append(" Hz.\n");
+    text.append("# In the forms of the audio EQ cookbook, exact at ")
+        .append(number(textSamplingRateHz))
+        .append(" Hz.\n");
     if (!options.withVolume) {
         text.append("# The channel's volume of ").append(volumeText(channel)).append(" dB is not in it.\n");
     }
@@ -125,7 +127,10 @@ std::string textForm(const OutputChannelParams& channel, const ExportOptions& op
                 continue;
             }
             const CookbookFilter& filter = *exported.filter;
-            text.append(typeWord(filter.shape, "LSC", "HSC")).append(" Fc ").append(number(filter.frequencyHz)).append(" Hz");
+            text.append(typeWord(filter.shape, "LSC", "HSC"))
+                .append(" Fc ")
+                .append(number(filter.frequencyHz))
+                .append(" Hz");
             if (isBand(filter.shape)) {
                 text.append(" Gain ").append(number(filter.gainDb)).append(" dB Q ").append(number(filter.q));
             }
@@ -199,7 +204,9 @@ std::string yamlForm(const OutputChannelParams& channel, const ExportOptions& op
     std::string names;
     std::string bypassed;
     if (options.withVolume) {
-        text.append("  volume:\n    type: Gain\n    parameters:\n      gain: ").append(volumeText(channel)).append("\n");
+        text.append("  volume:\n    type: Gain\n    parameters:\n      gain: ")
+            .append(volumeText(channel))
+            .append("\n");
         names = "volume";
     }
     for (const ExportedFilter& exported : exportedFilters(channel)) {
@@ -216,7 +223,9 @@ std::string yamlForm(const OutputChannelParams& channel, const ExportOptions& op
         text.append("  - type: Filter\n    channels: [0]\n    names: [").append(names).append("]\n");
     }
     if (!bypassed.empty()) {
-        text.append("  - type: Filter\n    channels: [0]\n    bypassed: true\n    names: [").append(bypassed).append("]\n");
+        text.append("  - type: Filter\n    channels: [0]\n    bypassed: true\n    names: [")
+            .append(bypassed)
+            .append("]\n");
     }
     return text;
 }

@@ -70,8 +70,7 @@ void placeBands(const FilterText& text, const ImportChoice& choice, ImportPlan& 
             bands.push_back(band);
         }
     }
-    const std::vector<std::size_t> kept =
-        strongest(text, plan, placesOf(text, plan, true), bands.size());
+    const std::vector<std::size_t> kept = strongest(text, plan, placesOf(text, plan, true), bands.size());
     if (!choice.keepOthers) {
         for (EqBandParams& band : plan.after.bands) {
             band.off = 1;

@@ -176,7 +176,10 @@ std::string verdictCounts(const FilterText& text) {
     for (std::size_t k = 0; k < words.size(); ++k) {
         const std::size_t verdict = (k + 1) % words.size();
         if (counts[verdict] != 0) {
-            sentence.append(before).append(std::to_string(counts[verdict])).append(" ").append(words[verdict]);
+            sentence.append(before)
+                .append(std::to_string(counts[verdict]))
+                .append(" ")
+                .append(words[verdict]);
             before = ", ";
         }
     }

@@ -127,8 +127,9 @@ TEST(Cookbook, SlopeAndQOfAShelfAreTheSameThingTwice) {
     }
     // At 6 dB A is 1.4125: 1/Q^2 = (1.4125 + 0.7080) (1/0.5 - 1) + 2 = 4.1205.
     EXPECT_NEAR(shelfQOfSlope(slopeOfDecibels(6.0), 6.0).value(), 1.0 / std::sqrt(4.120492), 1e-5);
-    EXPECT_FALSE(shelfQOfSlope(1e9, 0.0).has_value() && shelfQOfSlope(1e9, 40.0).has_value());
-    EXPECT_FALSE(shelfSlopeOfQ(100.0, 0.0).has_value());
+    // At 12 dB A + 1/A is 2.496, and no shelf is as steep as S = 100; every Q belongs to some slope.
+    EXPECT_FALSE(shelfQOfSlope(100.0, 12.0).has_value());
+    EXPECT_NEAR(shelfQOfSlope(shelfSlopeOfQ(100.0, 12.0).value(), 12.0).value(), 100.0, 1e-6);
 }
 
 TEST(Cookbook, ACornerLiesBeyondTheCentreOfItsShelf) {
