@@ -4,6 +4,7 @@
 #include <cmath>
 #include <optional>
 
+#include "base/number_text.h"
 #include "dsp/band_types.h"
 #include "dsp/filter_kind.h"
 #include "params/field_table.h"
@@ -22,6 +23,11 @@ double stepped(double exact, FieldId id, FilterValue value, std::vector<FilterVa
         clamped.push_back(value);
     }
     return inside;
+}
+
+/// The number that a person reads: the float nearest to 0.7 is 0.7.
+double read(float stored) {
+    return finiteNumber(shortestText(stored)).value_or(static_cast<double>(stored));
 }
 
 BandType bandTypeOf(FilterShape shape) {
@@ -79,8 +85,7 @@ std::optional<DeviceFilter> filterOf(const EqBandParams& band) {
     const FilterShape shape = type == BandType::lowShelf    ? FilterShape::lowShelf
                               : type == BandType::highShelf ? FilterShape::highShelf
                                                             : FilterShape::peak;
-    return DeviceFilter{shape, static_cast<double>(band.frequencyHz), static_cast<double>(band.gainDb),
-                        static_cast<double>(band.q), 2};
+    return DeviceFilter{shape, static_cast<double>(band.frequencyHz), read(band.gainDb), read(band.q), 2};
 }
 
 DeviceFilter filterOf(const CrossoverParams& crossover) {

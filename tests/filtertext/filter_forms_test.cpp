@@ -36,7 +36,8 @@ TEST(FilterForms, EveryValueOutsideItsRangeIsClampedAndNamed) {
 TEST(FilterForms, WhatRoundsIntoItsRangeIsNotClamped) {
     EXPECT_THAT(onDeviceSteps({FilterShape::peak, 20000.4, 18.04, 0.051}).clamped, IsEmpty());
     EXPECT_THAT(onDeviceSteps({FilterShape::lowPass, 19.5, 0, 0}).clamped, IsEmpty());
-    EXPECT_THAT(onDeviceSteps({FilterShape::lowPass, 19.4, 0, 0}).clamped, ElementsAre(FilterValue::frequency));
+    EXPECT_THAT(onDeviceSteps({FilterShape::lowPass, 19.4, 0, 0}).clamped,
+                ElementsAre(FilterValue::frequency));
 }
 
 TEST(FilterForms, ABandBecomesTheFilterItCameFrom) {
@@ -56,6 +57,9 @@ TEST(FilterForms, ABandBecomesTheFilterItCameFrom) {
             EXPECT_EQ(band.off, off ? 1 : 0);
             EXPECT_EQ(filterOf(band).value().shape, shape);
             EXPECT_EQ(filterOf(band).value().frequencyHz, 1234.0);
+            EXPECT_EQ(filterOf(band).value().gainDb, -3.5);
+            // Not the 0.699999988 that a float holds.
+            EXPECT_EQ(filterOf(band).value().q, 0.7);
         }
     }
     EqBandParams unknown;
@@ -67,8 +71,9 @@ TEST(FilterForms, ACrossoverBecomesTheFilterItCameFrom) {
     for (const FilterShape shape : {FilterShape::lowPass, FilterShape::highPass}) {
         for (const int order : {2, 4}) {
             const CrossoverParams crossover = crossoverOf({shape, 80, 0, 0, order}, true);
-            EXPECT_EQ(crossover.kind, static_cast<std::uint8_t>(shape == FilterShape::lowPass ? CrossoverKind::lowPass
-                                                                                               : CrossoverKind::highPass));
+            EXPECT_EQ(crossover.kind,
+                      static_cast<std::uint8_t>(shape == FilterShape::lowPass ? CrossoverKind::lowPass
+                                                                              : CrossoverKind::highPass));
             EXPECT_EQ(crossover.enabled, 1);
             EXPECT_EQ(crossover.order, order);
             EXPECT_EQ(crossover.frequencyHz, 80);

@@ -143,8 +143,9 @@ TEST(FilterImport, AFilterThatIsOffTakesABandThatIsBypassed) {
 
 TEST(FilterImport, LinesWithoutAFilterOfTheTargetTakeNothing) {
     FilterText text;
-    for (const FilterLineKind kind : {FilterLineKind::none, FilterLineKind::empty, FilterLineKind::unsupported,
-                                      FilterLineKind::error, FilterLineKind::off}) {
+    for (const FilterLineKind kind :
+         {FilterLineKind::none, FilterLineKind::empty, FilterLineKind::unsupported, FilterLineKind::error,
+          FilterLineKind::off}) {
         text.lines.emplace_back().kind = kind;
     }
     ImportChoice choice;
@@ -204,9 +205,9 @@ TEST(FilterImport, ThePreampGoesIntoTheVolumeOnceAsFarAsItsRangeGoes) {
         double addedDb;
         double leftDb;
     } cases[] = {
-        {-2.0F, -3.5, -5.5F, -3.5, 0.0},  {-2.0F, -6.3, -6.0F, -4.0, -2.3}, {-6.0F, -1.0, -6.0F, 0.0, -1.0},
-        {0.0F, 20.0, 18.0F, 18.0, 2.0},   {0.1F, 0.25, 0.4F, 0.3, -0.05},   {30.0F, -1.0, 29.0F, -1.0, 0.0},
-        {30.0F, 1.0, 30.0F, 0.0, 1.0},    {-9.0F, 2.0, -7.0F, 2.0, 0.0},
+        {-2.0F, -3.5, -5.5F, -3.5, 0.0}, {-2.0F, -6.3, -6.0F, -4.0, -2.3}, {-6.0F, -1.0, -6.0F, 0.0, -1.0},
+        {0.0F, 20.0, 18.0F, 18.0, 2.0},  {0.1F, 0.25, 0.4F, 0.3, -0.05},   {30.0F, -1.0, 29.0F, -1.0, 0.0},
+        {30.0F, 1.0, 30.0F, 0.0, 1.0},   {-9.0F, 2.0, -7.0F, 2.0, 0.0},
     };
     for (const auto& one : cases) {
         FilterText text;

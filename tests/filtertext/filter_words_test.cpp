@@ -65,8 +65,8 @@ TEST(FilterWords, WhatIsOffEmptyNoFilterOrNotPossibleIsToldAsSuch) {
 }
 
 TEST(FilterWords, ACrossoverTellsItsFrequencyAndWhatElseThereIsToSay) {
-    FilterLine line = filterLine(FilterLineKind::crossover, {"LP", 2000.0, {}, {}},
-                                 {FilterShape::lowPass, 1782, 0, 0, 2});
+    FilterLine line =
+        filterLine(FilterLineKind::crossover, {"LP", 2000.0, {}, {}}, {FilterShape::lowPass, 1782, 0, 0, 2});
     EXPECT_EQ(verdictText(line), "converted: 2000 -> 1782 Hz");
     line.reason = "said besides";
     EXPECT_EQ(verdictText(line), "converted: 2000 -> 1782 Hz; said besides");
