@@ -54,8 +54,7 @@ inline void checkRow(const FilterLine& row) {
     }
     const bool plays = row.kind == FilterLineKind::band || row.kind == FilterLineKind::crossover;
     check(!plays || (row.source && row.meaning), "what plays has a source and a meaning");
-    check(plays || row.kind == FilterLineKind::off || !row.meaning,
-          "only what plays or could has a meaning");
+    check(plays || row.kind == FilterLineKind::off || !row.meaning, "only what plays or could has a meaning");
     if (row.meaning) {
         check(row.kind == FilterLineKind::off ||
                   isBand(row.meaning->shape) == (row.kind == FilterLineKind::band),
@@ -80,7 +79,8 @@ inline void checkRows(const FilterText& text) {
     check(std::isfinite(text.preampDb), "the preamp is finite");
     check(text.hasPreamp || text.preampDb == 0.0, "without a preamp it is 0");
     check(std::isfinite(text.samplingRateHz) && text.samplingRateHz > 0.0, "the rate is one");
-    check(text.tellsSamplingRate || text.samplingRateHz == textSamplingRateHz, "the rate is told or the usual one");
+    check(text.tellsSamplingRate || text.samplingRateHz == textSamplingRateHz,
+          "the rate is told or the usual one");
     check(text.decimalSign == '.' || text.decimalSign == ',', "the decimal sign is one");
     check(isUtf8(text.trouble), "trouble is UTF-8");
     check(!text.lines.empty() || !text.trouble.empty(), "a text without a row is trouble");

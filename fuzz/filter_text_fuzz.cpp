@@ -21,8 +21,9 @@ void checkDevice(const FilterLine& row) {
     const DeviceFilter& device = row.device.value();
     fuzz::check(row.meaning.has_value() && row.meaning->shape == device.shape,
                 "the target's filter has the shape of what is meant");
-    fuzz::check(isWithin(device.frequencyHz, 20.0, 20000.0) && device.frequencyHz == std::round(device.frequencyHz),
-                "the frequency is in range and on its step");
+    fuzz::check(
+        isWithin(device.frequencyHz, 20.0, 20000.0) && device.frequencyHz == std::round(device.frequencyHz),
+        "the frequency is in range and on its step");
     if (isBand(device.shape)) {
         fuzz::check(isWithin(device.gainDb, -18.0, 18.0) && isTenths(device.gainDb),
                     "the gain is in range and on its step");
@@ -41,9 +42,9 @@ void checkSteps(const FilterLine& row) {
     const bool plays = row.kind == FilterLineKind::band || row.kind == FilterLineKind::crossover;
     fuzz::check(!plays || row.device.has_value(), "what plays is on the target's steps");
     fuzz::check(row.device.has_value() || row.clamped.empty(), "only what is on the steps is clamped");
-    fuzz::check(std::ranges::is_sorted(row.clamped) &&
-                    std::ranges::adjacent_find(row.clamped) == row.clamped.end(),
-                "each clamped value is told once, in order");
+    fuzz::check(
+        std::ranges::is_sorted(row.clamped) && std::ranges::adjacent_find(row.clamped) == row.clamped.end(),
+        "each clamped value is told once, in order");
     if (row.device) {
         checkDevice(row);
     }
