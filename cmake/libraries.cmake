@@ -15,7 +15,8 @@ else()
 endif()
 foreach(file ${TESSAVO_YAML_HEADERS}/yaml.h ${TESSAVO_YAML_LIBRARY})
   if(NOT EXISTS ${file})
-    message(FATAL_ERROR "${file} of libyaml ${TESSAVO_YAML_VERSION} is missing")
+    message(FATAL_ERROR "${file} of libyaml ${TESSAVO_YAML_VERSION} is missing; for Windows scripts/windows-yaml builds "
+                        "it, and TESSAVO_YAML_FOLDER names its folder")
   endif()
 endforeach()
 # Its header does not tell the version; the library does.

@@ -205,7 +205,7 @@ class FilterReader {
         return q;
     }
 
-    std::optional<double> qOfBandwidth(double octaves, double frequencyHz) const {
+    [[nodiscard]] std::optional<double> qOfBandwidth(double octaves, double frequencyHz) const {
         // Beyond that no bandwidth means anything, and the frequency is refused anyway.
         return frequencyHz < samplingRateHz_ / 2.0 ? peakQOfBandwidth(octaves, frequencyHz, samplingRateHz_)
                                                    : butterworthQ;

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <iterator>
 
 #include "filtertext/readers.h"
 #include "filtertext/yaml_filter.h"
@@ -110,9 +111,7 @@ class ConfigurationReader {
                                            result_.samplingRateHz));
         }
         if (pipeline_) {
-            for (const auto& [name, use] : pipeline_->uses) {
-                addUnknown(*use.name);
-            }
+            addUnknown();
         }
         if (result_.lines.empty()) {
             refuse({"There is no filter in the file."});
@@ -166,14 +165,21 @@ class ConfigurationReader {
              use.name == nullptr ? "in no step of the pipeline" : "only in bypassed steps of the pipeline");
     }
 
-    void addUnknown(const YamlNode& name) {
-        FilterLine line;
-        line.line = name.place.line;
-        line.column = name.place.column;
-        line.kind = FilterLineKind::error;
-        line.text = shownText(name.text);
-        line.reason = "the pipeline names this filter, and there is none of that name";
-        result_.lines.push_back(std::move(line));
+    /// What is left of the names in the pipeline.
+    void addUnknown() {
+        std::vector<FilterLine> lines;
+        for (const auto& [name, use] : pipeline_->uses) {
+            FilterLine line;
+            line.line = use.name->place.line;
+            line.column = use.name->place.column;
+            line.kind = FilterLineKind::error;
+            line.text = shownText(name);
+            line.reason = "the pipeline names this filter, and there is none of that name";
+            lines.push_back(std::move(line));
+        }
+        std::ranges::stable_sort(lines, {}, &FilterLine::column);
+        result_.lines.insert(result_.lines.end(), std::make_move_iterator(lines.begin()),
+                             std::make_move_iterator(lines.end()));
     }
 
     YamlTree tree_;

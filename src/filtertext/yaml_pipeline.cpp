@@ -80,7 +80,7 @@ class PipelineReader {
         const YamlNode* const one = valueOf(tree_, node, "channel");
         const YamlNode* const several = valueOf(tree_, node, "channels");
         if (one != nullptr && several != nullptr) {
-            return refuse("A step of the pipeline has both \"channel\" and \"channels\".", *several);
+            return refuse(R"(A step of the pipeline has both "channel" and "channels".)", *several);
         }
         if (one != nullptr) {
             step.channels.emplace();

@@ -153,6 +153,9 @@ TEST(YamlFilters, NamesWithoutAFilterAreErrorsWhereTheyStand) {
     EXPECT_EQ(line.text, "bas");
     EXPECT_EQ(line.reason, "the pipeline names this filter, and there is none of that name");
     EXPECT_EQ(line.source, std::nullopt);
+    const FilterText several = readWith("pipeline: [{type: Filter, names: [z, y, bass, x]}]\n");
+    EXPECT_THAT(rowsOf(several), ElementsAre("2 band bass", "3 off dip", "4 off hum", "5 off low",
+                                             "6 off level", "7 error z", "7 error y", "7 error x"));
     // Rows stand in the order of the file, wherever the pipeline does.
     const FilterText before =
         readYamlFilters("pipeline: [{type: Filter, names: [none, a]}]\nfilters: {a: {type: Dither}}\n", {});
