@@ -482,11 +482,10 @@ class TextReader {
     }
 
     void judge(FilterText& result) const {
-        const auto usable = [](const FilterLine& line) {
-            return line.kind != FilterLineKind::none && line.kind != FilterLineKind::unsupported;
-        };
+        // Whichever channel is read: what one channel has, the file has.
+        const auto usable = [](const RawLine& raw) { return raw.filter || raw.preamp; };
         const auto speaks = [](const FilterLine& line) { return line.kind != FilterLineKind::none; };
-        if (biquads_ && std::none_of(result.lines.begin(), result.lines.end(), usable)) {
+        if (biquads_ && std::none_of(lines_.begin(), lines_.end(), usable)) {
             const auto first = std::find_if(result.lines.begin(), result.lines.end(), speaks);
             result.trouble =
                 "It is a list of filter coefficients. The target's filters are given by frequency, gain and "

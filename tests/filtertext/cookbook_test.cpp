@@ -18,7 +18,8 @@ constexpr std::array bandShapes{FilterShape::peak, FilterShape::lowShelf, Filter
 
 Section designed(const DeviceFilter& filter) {
     if (!isBand(filter.shape)) {
-        return bilinearCrossover({filter.shape == FilterShape::lowPass, filter.frequencyHz}, designSamplingRateHz);
+        return bilinearCrossover({filter.shape == FilterShape::lowPass, filter.frequencyHz},
+                                 designSamplingRateHz);
     }
     const EqBandParams band = bandOf(filter, false);
     BandRequest request;
@@ -47,7 +48,8 @@ TEST(Cookbook, EveryBandOfTheTargetRespondsAsTheCookbookFilterThatItWasConverted
                 for (const double q : {0.1, 0.5, 0.707, 3.0, 20.0}) {
                     const CookbookFilter meant{shape, frequencyHz, gainDb, q};
                     const Section wanted = cookbookSection(meant, textSamplingRateHz);
-                    EXPECT_LT(largestDifferenceDb(wanted, designed(toDevice(meant, textSamplingRateHz))), 1e-6)
+                    EXPECT_LT(largestDifferenceDb(wanted, designed(toDevice(meant, textSamplingRateHz))),
+                              1e-6)
                         << shapeWord(shape) << ' ' << frequencyHz << ' ' << gainDb << ' ' << q;
                 }
             }
@@ -61,7 +63,8 @@ TEST(Cookbook, ACrossoverPlaysWhereTheTextSays) {
             const CookbookFilter meant{shape, frequencyHz, 0.0, std::numbers::sqrt2 / 2.0};
             const DeviceFilter device = toDevice(meant, textSamplingRateHz);
             EXPECT_NEAR(device.frequencyHz, frequencyHz * 44100.0 / 49500.0, 1e-9);
-            EXPECT_LT(largestDifferenceDb(cookbookSection(meant, textSamplingRateHz), designed(device)), 1e-6);
+            EXPECT_LT(largestDifferenceDb(cookbookSection(meant, textSamplingRateHz), designed(device)),
+                      1e-6);
         }
     }
 }
@@ -73,8 +76,10 @@ TEST(Cookbook, TheCookbooksPeakHasItsGainAtItsFrequencyAndHalfOfItAtTheEdgesOfIt
     const Section peak = cookbookSection({FilterShape::peak, 1000.0, gainDb, q}, textSamplingRateHz);
     EXPECT_NEAR(sectionLevelDb(peak, 1000.0, textSamplingRateHz), gainDb, 1e-9);
     // The edges of the analog prototype lie an octave and a half apart; near 1 kHz the warp moves them little.
-    EXPECT_NEAR(sectionLevelDb(peak, 1000.0 * std::exp2(octaves / 2.0), textSamplingRateHz), gainDb / 2.0, 0.02);
-    EXPECT_NEAR(sectionLevelDb(peak, 1000.0 * std::exp2(-octaves / 2.0), textSamplingRateHz), gainDb / 2.0, 0.02);
+    EXPECT_NEAR(sectionLevelDb(peak, 1000.0 * std::exp2(octaves / 2.0), textSamplingRateHz), gainDb / 2.0,
+                0.02);
+    EXPECT_NEAR(sectionLevelDb(peak, 1000.0 * std::exp2(-octaves / 2.0), textSamplingRateHz), gainDb / 2.0,
+                0.02);
 }
 
 TEST(Cookbook, AShelfHasHalfItsGainAtItsCentreAndAllOfItAtItsEnd) {
@@ -83,7 +88,8 @@ TEST(Cookbook, AShelfHasHalfItsGainAtItsCentreAndAllOfItAtItsEnd) {
         EXPECT_NEAR(sectionLevelDb(low, 0.0, textSamplingRateHz), gainDb, 1e-9);
         EXPECT_NEAR(sectionLevelDb(low, 500.0, textSamplingRateHz), gainDb / 2.0, 1e-9);
         EXPECT_NEAR(sectionLevelDb(low, textSamplingRateHz / 2.0, textSamplingRateHz), 0.0, 1e-9);
-        const Section high = cookbookSection({FilterShape::highShelf, 500.0, gainDb, 0.7}, textSamplingRateHz);
+        const Section high =
+            cookbookSection({FilterShape::highShelf, 500.0, gainDb, 0.7}, textSamplingRateHz);
         EXPECT_NEAR(sectionLevelDb(high, 0.0, textSamplingRateHz), 0.0, 1e-9);
         EXPECT_NEAR(sectionLevelDb(high, 500.0, textSamplingRateHz), gainDb / 2.0, 1e-9);
         EXPECT_NEAR(sectionLevelDb(high, textSamplingRateHz / 2.0, textSamplingRateHz), gainDb, 1e-9);
@@ -91,8 +97,8 @@ TEST(Cookbook, AShelfHasHalfItsGainAtItsCentreAndAllOfItAtItsEnd) {
 }
 
 TEST(Cookbook, WhatTheTargetHoldsComesBackFromTheCookbooksForm) {
-    for (const FilterShape shape :
-         {FilterShape::peak, FilterShape::lowShelf, FilterShape::highShelf, FilterShape::lowPass, FilterShape::highPass}) {
+    for (const FilterShape shape : {FilterShape::peak, FilterShape::lowShelf, FilterShape::highShelf,
+                                    FilterShape::lowPass, FilterShape::highPass}) {
         for (const double rate : {44100.0, 49500.0, 768000.0}) {
             for (const double gainDb : {-18.0, -0.1, 0.0, 18.0}) {
                 const bool band = isBand(shape);
@@ -104,7 +110,8 @@ TEST(Cookbook, WhatTheTargetHoldsComesBackFromTheCookbooksForm) {
                 EXPECT_EQ(back.gainDb, device.gainDb);
                 EXPECT_NEAR(back.q, device.q, 1e-12);
                 // Whatever the target holds can be told to a program that runs at its rate.
-                EXPECT_TRUE(rate < 49500.0 || isConvertible(meant, rate)) << shapeWord(shape) << ' ' << gainDb;
+                EXPECT_TRUE(rate < 49500.0 || isConvertible(meant, rate))
+                    << shapeWord(shape) << ' ' << gainDb;
             }
         }
     }
