@@ -2,6 +2,7 @@
 #include <QTimer>
 #include <algorithm>
 #include <limits>
+#include <utility>
 
 #include "app/copies_commands.h"
 #include "app/restore_dialog.h"
@@ -157,17 +158,17 @@ TEST_F(RestoreTarget, EscapeInThePauseBeforeTheConfirmationEndsItAtOnce) {
         const auto before = exchanges();
         restore([&](QDialog& open) {
             onlySets(open, {1});
-            QTimer timer;
             QElapsedTimer sinceEscape;
-            QObject::connect(&timer, &QTimer::timeout, &open, [&] {
-                if (exchanges() == before + 1 && !link.foreground().running()) {
-                    timer.stop();
-                    sinceEscape.start();
-                    QTest::keyClick(&open, Qt::Key_Escape);
-                    EXPECT_TRUE(open.isVisible());
-                }
-            });
-            timer.start(2);
+            QObject::connect(
+                &link, &CommLink::exchangeEnded, &open,
+                [&] {
+                    if (!sinceEscape.isValid()) {
+                        sinceEscape.start();
+                        QTest::keyClick(&open, Qt::Key_Escape);
+                        EXPECT_TRUE(open.isVisible());
+                    }
+                },
+                Qt::QueuedConnection);
             start(open);
             quickestMs = std::min(quickestMs, sinceEscape.elapsed());
             expectRed(open, QLatin1String(unknownPlays));
@@ -228,10 +229,19 @@ TEST_F(RestoreTarget, TheCurrentSetIsSentAlthoughTheWindowWasToCloseMeanwhile) {
 
 TEST_F(RestoreTarget, ARoundOfLiveModeThatIsUnderWayEndsFirst) {
     ASSERT_TRUE(link.startWorker());
+    bool isPaused = false;
+    QObject::connect(
+        &link, &CommLink::exchangeEnded, frame.get(),
+        [&] {
+            // In the pause between its image and its confirmation.
+            if (!std::exchange(isPaused, true)) {
+                toggleLiveMode();
+            }
+        },
+        Qt::QueuedConnection);
     toggleLiveMode();
-    // In the pause between its image and its confirmation.
-    ASSERT_TRUE(becomes([this] { return exchanges() == 1 && !link.exchangeRuns(); }));
-    toggleLiveMode();
+    ASSERT_TRUE(becomes([&] { return isPaused; }));
+    EXPECT_EQ(exchanges(), 1);
     std::vector<LineUser> users;
     QObject::connect(&link, &CommLink::exchangeBegan, frame.get(),
                      [&](LineUser user) { users.push_back(user); });
