@@ -52,7 +52,8 @@ TEST(FilterExport, WhatIsExportedAndImportedAgainIsTheSameSetOfBandsInEveryForm)
             ASSERT_EQ(std::memcmp(&after.bands, &channel.bands, sizeof channel.bands), 0) << text;
             for (std::size_t k = 0; k < crossoverCount; ++k) {
                 if (channel.crossovers[k].enabled != 0) {
-                    ASSERT_EQ(std::memcmp(&after.crossovers[k], &channel.crossovers[k], sizeof(CrossoverParams)), 0)
+                    ASSERT_EQ(
+                        std::memcmp(&after.crossovers[k], &channel.crossovers[k], sizeof(CrossoverParams)), 0)
                         << text;
                 }
             }
@@ -72,7 +73,8 @@ TEST(FilterExport, TheVolumeIsAPreampWhereThatIsAskedForAndACommentOtherwise) {
         const FilterText without = readFilterText(exportFilters(channel, form));
         EXPECT_FALSE(without.hasPreamp);
     }
-    EXPECT_THAT(exportFilters(channel, ExportForm::text), HasSubstr("# The channel's volume of -1.5 dB is not in it.\n"));
+    EXPECT_THAT(exportFilters(channel, ExportForm::text),
+                HasSubstr("# The channel's volume of -1.5 dB is not in it.\n"));
 }
 
 TEST(FilterExport, ATextSaysWhatTheCookbookMeans) {
@@ -116,7 +118,8 @@ TEST(FilterExport, EveryFormHasItsNameAndItsEnding) {
 TEST(FilterExport, NoTitleBreaksTheText) {
     const OutputChannelParams channel;
     for (const ExportForm form : {ExportForm::text, ExportForm::yaml}) {
-        const std::string text = exportFilters(channel, form, {"one\r\nFilter 1: ON PK Fc 100 Hz Gain 3 dB Q 1", false});
+        const std::string text =
+            exportFilters(channel, form, {"one\r\nFilter 1: ON PK Fc 100 Hz Gain 3 dB Q 1", false});
         EXPECT_THAT(text, Not(HasSubstr("\r")));
         EXPECT_TRUE(text.starts_with("# one  Filter 1"));
     }
