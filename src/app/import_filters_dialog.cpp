@@ -96,10 +96,10 @@ void ImportFiltersDialog::makeHead() {
     open_->setToolTip(QStringLiteral("Opens a filter text of another program (Ctrl+O)"));
     paste_ = makeButton(QStringLiteral("Paste"), this);
     paste_->setToolTip(QStringLiteral("Takes the text of the clipboard (Ctrl+V)"));
-    connect(open_, &QAbstractButton::clicked, this, &ImportFiltersDialog::open);
+    connect(open_, &QAbstractButton::clicked, this, &ImportFiltersDialog::chooseFile);
     connect(paste_, &QAbstractButton::clicked, this, &ImportFiltersDialog::paste);
     auto* const opens = new QShortcut(QKeySequence::Open, this);
-    connect(opens, &QShortcut::activated, this, &ImportFiltersDialog::open);
+    connect(opens, &QShortcut::activated, this, &ImportFiltersDialog::chooseFile);
     auto* const pastes = new QShortcut(QKeySequence::Paste, this);
     connect(pastes, &QShortcut::activated, this, &ImportFiltersDialog::paste);
 }
@@ -127,7 +127,7 @@ void ImportFiltersDialog::setTabOrders() {
     }
 }
 
-void ImportFiltersDialog::open() {
+void ImportFiltersDialog::chooseFile() {
     const auto path = dependencies_.dialogs.askOpenPath(filterTexts);
     dependencies_.dialogs.resetLocale();
     if (path && !path->empty()) {

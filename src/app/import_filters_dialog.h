@@ -68,7 +68,7 @@ class ImportFiltersDialog : public CDialogSK {
     void makeHead();
     void makeFoot();
     void setTabOrders();
-    void open();
+    void chooseFile();
     void takeMime(const QMimeData& mime, const QString& name);
     void showTrouble(const QString& text);
     /// Shows another text, or another channel of it.
