@@ -95,8 +95,10 @@ TEST(TextLines, AShelfMeansItsCentreOrItsCorner) {
     expectMeaning("Filter 1: ON LS Fc 200 Hz Gain 6 dB", {lowShelf, 200, 6, qOf(0.9)});
     expectMeaning("Filter 1: ON HS Fc 200 Hz Gain 6 dB", {highShelf, 200, 6, qOf(0.9)});
     expectMeaning("Filter 1: ON LS 6dB Fc 200 Hz Gain 6 dB", {lowShelf, centre(200, 0.5, 1), 6, qOf(0.5)});
-    expectMeaning("Filter 1: ON HS 12dB Fc 200 Hz Gain 6 dB", {highShelf, centre(200, 1, -1), 6, butterworth});
-    expectMeaning("Filter 1: ON HS 12 dB Fc 200 Hz Gain 6 dB", {highShelf, centre(200, 1, -1), 6, butterworth});
+    expectMeaning("Filter 1: ON HS 12dB Fc 200 Hz Gain 6 dB",
+                  {highShelf, centre(200, 1, -1), 6, butterworth});
+    expectMeaning("Filter 1: ON HS 12 dB Fc 200 Hz Gain 6 dB",
+                  {highShelf, centre(200, 1, -1), 6, butterworth});
     expectMeaning("Filter 1: ON LS Fc 200 Hz Gain 6 dB Q 0.7071067811865476",
                   {lowShelf, centre(200, 1, 1), 6, butterworth});
     expectMeaning("Filter 1: ON HS Fc 200 Hz Gain 6 dB Q 0.7071067811865476",
@@ -191,7 +193,8 @@ TEST(TextLines, WhatIsMissingOrUnreadableIsAnErrorAtItsColumn) {
 
 TEST(TextLines, OtherLinesSpeakOfNoFilter) {
     const FilterText read = readFilterText(
-        "Filter Settings file\n\nRoom EQ V5.18\nDated: Jun 24, 2018\nNotes: Filter 3: was bad\n# Filter 1: ON PK Fc 1 Hz\n"
+        "Filter Settings file\n\nRoom EQ V5.18\nDated: Jun 24, 2018\nNotes: Filter 3: was bad\n# Filter 1: "
+        "ON PK Fc 1 Hz\n"
         "# Preamp: -9 dB\nEqualiser: Generic\nFilter 1: ON None\n");
     ASSERT_EQ(read.lines.size(), 9U);
     for (std::size_t k = 0; k < 8; ++k) {
@@ -207,8 +210,9 @@ TEST(TextLines, FrequenciesBeyondTheRangeAreClampedAndBeyondTheRateRefused) {
     EXPECT_EQ(high.kind, FilterLineKind::band);
     EXPECT_EQ(high.device.value().frequencyHz, 20000.0);
     EXPECT_THAT(high.clamped, testing::ElementsAre(FilterValue::frequency));
-    for (const char* text : {"Filter 1: ON PK Fc 24750 Hz Gain -2 dB Q 1", "Filter 1: ON PK Fc 30 kHz Gain -2 dB BW Oct 1",
-                             "Filter 1: ON LP Fc 30000 Hz"}) {
+    for (const char* text :
+         {"Filter 1: ON PK Fc 24750 Hz Gain -2 dB Q 1", "Filter 1: ON PK Fc 30 kHz Gain -2 dB BW Oct 1",
+          "Filter 1: ON LP Fc 30000 Hz"}) {
         EXPECT_EQ(onlyLine(text).kind, FilterLineKind::unsupported) << text;
         EXPECT_THAT(onlyLine(text).reason, HasSubstr("sampling rate")) << text;
     }
@@ -226,7 +230,8 @@ TEST(TextLines, WithoutAnyFilterAFileIsRefused) {
     const FilterText binary = readFilterText(std::string("Filter 1: ON None\nab\0cd", 23));
     EXPECT_THAT(binary.trouble, HasSubstr("no text"));
     EXPECT_EQ(binary.troubleLine, 2U);
-    const FilterText list = readFilterText("biquad1,\nb0=0.99,\nb1=-1.9,\nb2=0.99,\na1=1.9,\na2=-0.9,\nbiquad2,\n");
+    const FilterText list =
+        readFilterText("biquad1,\nb0=0.99,\nb1=-1.9,\nb2=0.99,\na1=1.9,\na2=-0.9,\nbiquad2,\n");
     EXPECT_THAT(list.trouble, HasSubstr("coefficients"));
     EXPECT_EQ(list.troubleLine, 1U);
     EXPECT_EQ(list.lines[0].kind, FilterLineKind::unsupported);

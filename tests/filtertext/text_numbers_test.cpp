@@ -22,7 +22,8 @@ std::string peak(const std::string& frequency, const std::string& gain, const st
 
 double firstFrequency(const std::string& text) {
     const FilterText read = readFilterText(text);
-    return read.lines.empty() || !read.lines[0].source ? 0.0 : read.lines[0].source->frequencyHz.value_or(0.0);
+    return read.lines.empty() || !read.lines[0].source ? 0.0
+                                                       : read.lines[0].source->frequencyHz.value_or(0.0);
 }
 
 TEST(TextNumbers, TheDecimalSignIsDecidedForTheFileAsAWhole) {
@@ -39,9 +40,18 @@ TEST(TextNumbers, TheDecimalSignIsDecidedForTheFileAsAWhole) {
     EXPECT_EQ(firstFrequency(peak("8,000", "1.5", "2")), 8000.0);
     EXPECT_EQ(firstFrequency(peak("1.067,5", "1", "2")), 1067.5);
     EXPECT_EQ(firstFrequency(peak("1,067.5", "1", "2")), 1067.5);
-    EXPECT_EQ(firstFrequency(peak("1\xC2\xA0" "067", "1,5", "2")), 1067.0);
-    EXPECT_EQ(firstFrequency(peak("1\xA0" "067", "1,5", "2")), 1067.0);
-    EXPECT_EQ(firstFrequency(peak("1\xE2\x80\xAF" "067,5", "1,5", "2")), 1067.5);
+    EXPECT_EQ(firstFrequency(peak("1\xC2\xA0"
+                                  "067",
+                                  "1,5", "2")),
+              1067.0);
+    EXPECT_EQ(firstFrequency(peak("1\xA0"
+                                  "067",
+                                  "1,5", "2")),
+              1067.0);
+    EXPECT_EQ(firstFrequency(peak("1\xE2\x80\xAF"
+                                  "067,5",
+                                  "1,5", "2")),
+              1067.5);
     EXPECT_EQ(firstFrequency(peak("1 067", "1,5", "2")), 1067.0);
 }
 
@@ -59,8 +69,8 @@ TEST(TextNumbers, OnlyPlainNumbersAreRead) {
     EXPECT_EQ(readNumber("+1,5", ',', false), 1.5);
     EXPECT_EQ(readNumber("1,000,000", '.', true), 1e6);
     EXPECT_EQ(readNumber("-1.000,5", ',', true), -1000.5);
-    for (const char* text : {"", "+", "-", "+-1", "--1", "1,00", "1,0000", "12345,678", ",123", "0x10", "inf", "nan", "1 2",
-                             "1.2.3", "1e999", "1,234", "one"}) {
+    for (const char* text : {"", "+", "-", "+-1", "--1", "1,00", "1,0000", "12345,678", ",123", "0x10", "inf",
+                             "nan", "1 2", "1.2.3", "1e999", "1,234", "one"}) {
         EXPECT_FALSE(readNumber(text, '.', false).has_value()) << text;
     }
     for (const char* text : {"1,00", "1,0000", "12345,678", ",123", "1,,234", "1 2"}) {
@@ -71,7 +81,8 @@ TEST(TextNumbers, OnlyPlainNumbersAreRead) {
 TEST(TextChannels, TheFirstChannelOrTheNamedOneIsRead) {
     const std::string text =
         "Preamp: -1 dB\nChannel: L R\nFilter: ON PK Fc 100 Hz Gain 1 dB Q 1\nPreamp: -2 dB\nChannel: r\n"
-        "Filter: ON PK Fc 200 Hz Gain 1 dB Q 1\nPreamp: -4.5 dB\nChannel: all\nFilter: ON PK Fc 300 Hz Gain 1 dB Q 1\n";
+        "Filter: ON PK Fc 200 Hz Gain 1 dB Q 1\nPreamp: -4.5 dB\nChannel: all\nFilter: ON PK Fc 300 Hz Gain "
+        "1 dB Q 1\n";
     const FilterText left = readFilterText(text);
     EXPECT_THAT(left.channels, ElementsAre("L", "R"));
     EXPECT_EQ(left.channel, "L");
@@ -91,8 +102,10 @@ TEST(TextChannels, TheFirstChannelOrTheNamedOneIsRead) {
 TEST(FilterTables, RowsAreReadByTheNamesOfTheirColumnsWhateverPartsThem) {
     for (const char separator : {' ', '\t', ',', ';'}) {
         std::string text =
-            "Generic\nNumber Enabled Control Type Frequency(Hz) Gain(dB) Q Bandwidth(Hz)\n1 True Auto PK 52.00 -7.80 3.760 13.83\n"
-            "2 False Auto LSQ 63.5 2.0 0.7\n3 True Auto None\n4 True Auto PK 100 3\nMax_boost 6\nCompound_filters\n1 True Auto None\n";
+            "Generic\nNumber Enabled Control Type Frequency(Hz) Gain(dB) Q Bandwidth(Hz)\n1 True Auto PK "
+            "52.00 -7.80 3.760 13.83\n"
+            "2 False Auto LSQ 63.5 2.0 0.7\n3 True Auto None\n4 True Auto PK 100 3\nMax_boost "
+            "6\nCompound_filters\n1 True Auto None\n";
         std::replace(text.begin(), text.end(), ' ', separator);
         const FilterText read = readFilterText(text);
         ASSERT_EQ(read.lines.size(), 9U);
@@ -126,8 +139,10 @@ TEST(FilterTables, CrossoversHaveAShapeAndASlope) {
 }
 
 std::string wholeFile() {
-    return "Room EQ V5.18\r\nPreamp: -4.5 dB\r\nChannel: L\r\nFilter 1: ON PK Fc 1\xC2\xA0" "067 Hz Gain -3.0 dB Q 2.00\r\n"
-           "Filter 2: ON LS 12dB Fc 60 Hz Gain 3 dB\r\nFilter 3: ON LP Fc 2000 Hz\r\nFilter 4: OFF HSC Fc 5000 Hz Gain 1 dB Q 0.7\r\n"
+    return "Room EQ V5.18\r\nPreamp: -4.5 dB\r\nChannel: L\r\nFilter 1: ON PK Fc 1\xC2\xA0"
+           "067 Hz Gain -3.0 dB Q 2.00\r\n"
+           "Filter 2: ON LS 12dB Fc 60 Hz Gain 3 dB\r\nFilter 3: ON LP Fc 2000 Hz\r\nFilter 4: OFF HSC Fc "
+           "5000 Hz Gain 1 dB Q 0.7\r\n"
            "Number,Enabled,Control,Type,Frequency(Hz),Gain(dB),Q\r\n1,True,Auto,PK,52.0,-7.8,3.7\r\n";
 }
 
