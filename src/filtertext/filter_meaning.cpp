@@ -8,6 +8,7 @@
 
 #include "filtertext/cookbook.h"
 #include "filtertext/decimal_sign.h"
+#include "filtertext/shown_text.h"
 
 namespace tessavo {
 
@@ -78,7 +79,7 @@ class Meaning {
             line_.kind = filter_.isOn ? FilterLineKind::unsupported : FilterLineKind::off;
             line_.reason = filter_.isCompound ? "two filters in one; the target has none"
                            : type != nullptr  ? std::string(type->refusal)
-                                              : quoted(filter_.type).append(" is a type that is not known");
+                                              : inQuotes(filter_.type).append(" is a type that is not known");
             return;
         }
         if (!needed(*type)) {
@@ -134,7 +135,7 @@ class Meaning {
         if (!value || !std::isfinite(*value)) {
             const bool comma = sign_ == ',';
             const bool other = raw->text.find(comma ? '.' : ',') != std::string::npos;
-            std::string reason = quoted(raw->text).append(" is not a number");
+            std::string reason = inQuotes(raw->text).append(" is not a number");
             if (other) {
                 reason.append(comma ? "; the decimal sign of the file is a comma"
                                     : "; the decimal sign of the file is a point");
@@ -242,7 +243,7 @@ class Meaning {
             return filter;
         }
         refuse(std::string("a crossover of shape ")
-                   .append(quoted(filter_.shape))
+                   .append(inQuotes(filter_.shape))
                    .append(
                        " and this slope; the target has Butterworth of 2nd and Linkwitz-Riley of 4th order"));
         return std::nullopt;
@@ -257,10 +258,6 @@ class Meaning {
 
 void findMeaning(FilterLine& line, const RawFilter& filter, char decimalSign) {
     Meaning(line, filter, decimalSign).find();
-}
-
-std::string quoted(std::string_view text) {
-    return std::string("\"").append(text).append("\"");
 }
 
 }  // namespace tessavo

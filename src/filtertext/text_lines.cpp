@@ -5,6 +5,7 @@
 #include "filtertext/filter_meaning.h"
 #include "filtertext/raw_filter.h"
 #include "filtertext/readers.h"
+#include "filtertext/shown_text.h"
 
 namespace tessavo {
 
@@ -195,7 +196,7 @@ class TextReader {
                 return true;
             }
         }
-        std::string trouble = std::string("The file speaks of no channel ").append(quoted(wanted));
+        std::string trouble = std::string("The file speaks of no channel ").append(inQuotes(wanted));
         if (channels_.empty()) {
             trouble.append(", nor of any other.");
         } else {
@@ -229,7 +230,7 @@ class TextReader {
         if (!gain) {
             raw.line.kind = FilterLineKind::error;
             raw.line.reason = raw.preamp->text.empty() ? "the gain is missing"
-                                                       : quoted(raw.preamp->text).append(" is not a number");
+                                                       : inQuotes(raw.preamp->text).append(" is not a number");
             raw.line.column = raw.preamp->column;
             return;
         }

@@ -7,6 +7,7 @@
 
 #include "base/number_text.h"
 #include "filtertext/cookbook.h"
+#include "filtertext/shown_text.h"
 #include "filtertext/yaml_values.h"
 
 namespace tessavo {

@@ -2,6 +2,7 @@
 #include <iterator>
 
 #include "filtertext/readers.h"
+#include "filtertext/shown_text.h"
 #include "filtertext/yaml_filter.h"
 #include "filtertext/yaml_pipeline.h"
 #include "filtertext/yaml_tree.h"

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "base/number_text.h"
+#include "filtertext/shown_text.h"
 #include "filtertext/yaml_values.h"
 
 namespace tessavo {
@@ -165,7 +166,7 @@ class PipelineReader {
 
 YamlTrouble noSuchChannel(std::string_view channelName, const std::vector<std::string>& channels) {
     YamlTrouble trouble;
-    trouble.text = std::string("There is no channel ").append(quoted(channelName)).append(" in the file; ");
+    trouble.text = std::string("There is no channel ").append(inQuotes(channelName)).append(" in the file; ");
     if (channels.empty()) {
         trouble.text.append("it names none.");
         return trouble;

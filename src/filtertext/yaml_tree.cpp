@@ -7,6 +7,7 @@
 #include <set>
 #include <yaml.h>
 
+#include "filtertext/shown_text.h"
 #include "filtertext/yaml_values.h"
 
 namespace tessavo {
@@ -203,12 +204,12 @@ class Builder {
         const std::string_view name = viewOf(event.data.alias.anchor);
         const auto found = anchors_.find(name);
         if (found == anchors_.end()) {
-            return refuse(std::string("The alias ").append(quoted(name)).append(" names nothing above it."),
+            return refuse(std::string("The alias ").append(inQuotes(name)).append(" names nothing above it."),
                           event);
         }
         if (std::ranges::find(open_, found->second, &Open::node) != open_.end()) {
             return refuse(
-                std::string("The alias ").append(quoted(name)).append(" stands inside of what it names."),
+                std::string("The alias ").append(inQuotes(name)).append(" stands inside of what it names."),
                 event);
         }
         return attach(found->second, event);
@@ -249,7 +250,7 @@ class Builder {
     std::optional<std::size_t> make(YamlKind kind, const yaml_event_t& event, std::string_view tag,
                                     std::string_view anchor) {
         if (!fits(tag, kind)) {
-            refuse(std::string("The tag ").append(quoted(tag)).append(" has no meaning here."), event);
+            refuse(std::string("The tag ").append(inQuotes(tag)).append(" has no meaning here."), event);
             return std::nullopt;
         }
         const std::size_t node = tree.nodes.size();
@@ -292,7 +293,7 @@ class Builder {
             return refuse("A merge key (<<) is not supported; the values must be written out.", event);
         }
         if (!open_.back().keys.insert(key.text).second) {
-            return refuse(std::string("The key ").append(quoted(key.text)).append(" stands twice."), event);
+            return refuse(std::string("The key ").append(inQuotes(key.text)).append(" stands twice."), event);
         }
         return true;
     }

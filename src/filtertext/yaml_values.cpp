@@ -4,22 +4,14 @@
 #include <array>
 
 #include "base/number_text.h"
+#include "filtertext/shown_text.h"
 
 namespace tessavo {
 
 namespace {
 
-constexpr std::size_t longestShown = 120;  // bytes
 // Aliases can repeat a text of megabytes as often as a file has values.
 constexpr std::size_t longestNumber = 64;
-
-bool isContinuation(char byte) {
-    return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
-}
-
-bool isControl(char byte) {
-    return static_cast<unsigned char>(byte) < 0x20U || byte == '\x7F';
-}
 
 bool canBeNumber(const YamlNode& node) {
     return node.kind == YamlKind::scalar && node.text.size() <= longestNumber;
@@ -29,12 +21,6 @@ template <std::size_t Count>
 bool isOneOf(const YamlNode& node, const std::array<std::string_view, Count>& words) {
     return node.kind == YamlKind::scalar && node.isPlain &&
            std::ranges::find(words, node.text) != words.end();
-}
-
-void replaceAll(std::string& text, std::string_view what, std::string_view with) {
-    for (std::size_t at = text.find(what); at != std::string::npos; at = text.find(what, at + with.size())) {
-        text.replace(at, what.size(), with);
-    }
 }
 
 }  // namespace
@@ -81,28 +67,6 @@ std::optional<bool> flagIn(const YamlNode& node) {
     return isOneOf(node, no) || isNull(node) ? std::optional(false) : std::nullopt;
 }
 
-std::string shownText(std::string_view text) {
-    std::size_t end = std::min(text.size(), longestShown);
-    while (end < text.size() && end > 0 && isContinuation(text[end])) {
-        --end;
-    }
-    std::string shown(text.substr(0, end));
-    std::ranges::replace_if(shown, isControl, ' ');
-    for (char low = '\x80'; low <= '\x9F'; ++low) {
-        replaceAll(shown, std::string("\xC2").append(1, low), " ");
-    }
-    replaceAll(shown, "\xE2\x80\xA8", " ");
-    replaceAll(shown, "\xE2\x80\xA9", " ");
-    if (end < text.size()) {
-        shown.append("\xE2\x80\xA6");
-    }
-    return shown;
-}
-
-std::string quoted(std::string_view text) {
-    return std::string("\"").append(shownText(text)).append("\"");
-}
-
 std::string shownNode(const YamlNode& node) {
     switch (node.kind) {
         case YamlKind::sequence:
@@ -112,7 +76,7 @@ std::string shownNode(const YamlNode& node) {
         case YamlKind::scalar:
             break;
     }
-    return quoted(node.text);
+    return inQuotes(node.text);
 }
 
 }  // namespace tessavo

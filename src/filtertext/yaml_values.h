@@ -26,12 +26,6 @@ namespace tessavo {
 /// A scalar as true or false; null is false.
 [[nodiscard]] std::optional<bool> flagIn(const YamlNode& node);
 
-/// A text from a file for a report: on one line and not longer than a line.
-[[nodiscard]] std::string shownText(std::string_view text);
-
-/// The same in quotes.
-[[nodiscard]] std::string quoted(std::string_view text);
-
 /// What a node is, for a report: a scalar in quotes, "a list" or "a map".
 [[nodiscard]] std::string shownNode(const YamlNode& node);
 

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "filtertext/shown_text.h"
+
 namespace tessavo {
 namespace {
 
