@@ -116,13 +116,15 @@ void takeValue(RawFilter& filter, std::string_view line, std::string_view key, S
 }
 
 /// A slope that belongs to the type: "6dB", "9.6 dB".
-std::size_t takeSlope(RawFilter& filter, std::string_view line, const std::vector<Word>& words, std::size_t at) {
+std::size_t takeSlope(RawFilter& filter, std::string_view line, const std::vector<Word>& words,
+                      std::size_t at) {
     if (at >= words.size() || words[at].text.empty() || !isDigit(words[at].text[0])) {
         return 0;
     }
     const std::string_view word = words[at].text;
     const std::size_t unit = findUnit(word, "dB");
-    const bool apart = unit == std::string_view::npos && at + 1 < words.size() && sameWord(words[at + 1].text, "dB");
+    const bool apart =
+        unit == std::string_view::npos && at + 1 < words.size() && sameWord(words[at + 1].text, "dB");
     if (unit == std::string_view::npos && !apart) {
         return 0;
     }
@@ -158,19 +160,20 @@ std::string_view trimmed(std::string_view text) {
     if (words.empty()) {
         return {};
     }
-    return text.substr(words.front().offset, words.back().offset + words.back().text.size() - words.front().offset);
+    return text.substr(words.front().offset,
+                       words.back().offset + words.back().text.size() - words.front().offset);
 }
 
 bool sameWord(std::string_view one, std::string_view other) {
-    return one.size() == other.size() &&
-           std::equal(one.begin(), one.end(), other.begin(), [](char a, char b) { return lower(a) == lower(b); });
+    return one.size() == other.size() && std::equal(one.begin(), one.end(), other.begin(),
+                                                    [](char a, char b) { return lower(a) == lower(b); });
 }
 
 std::size_t columnOf(std::string_view line, std::size_t offset) {
     const std::string_view before = line.substr(0, offset);
     return 1 + static_cast<std::size_t>(std::count_if(before.begin(), before.end(), [](char byte) {
-        return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U;
-    }));
+               return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U;
+           }));
 }
 
 std::optional<RawFilter> readFilterLine(std::string_view line) {
@@ -181,9 +184,11 @@ std::optional<RawFilter> readFilterLine(std::string_view line) {
     const std::vector<Word> head = wordsOf(line.substr(0, colon));
     const bool numbered = head.size() == 2 && std::all_of(head[1].text.begin(), head[1].text.end(), isDigit);
     // "Filter1:" is written too.
-    const bool glued = head.size() == 1 && head[0].text.size() > 6 && sameWord(head[0].text.substr(0, 6), "Filter") &&
+    const bool glued = head.size() == 1 && head[0].text.size() > 6 &&
+                       sameWord(head[0].text.substr(0, 6), "Filter") &&
                        std::all_of(head[0].text.begin() + 6, head[0].text.end(), isDigit);
-    if (!glued && (head.empty() || head.size() > 2 || (head.size() == 2 && !numbered) || !sameWord(head[0].text, "Filter"))) {
+    if (!glued && (head.empty() || head.size() > 2 || (head.size() == 2 && !numbered) ||
+                   !sameWord(head[0].text, "Filter"))) {
         return std::nullopt;
     }
     const std::string_view whole = line.substr(0, line.find('#'));
@@ -235,7 +240,9 @@ bool FilterTable::takeHead(std::string_view line) {
         std::transform(name.begin(), name.end(), name.begin(), lower);
         names.push_back(std::move(name));
     }
-    const auto has = [&](std::string_view name) { return std::find(names.begin(), names.end(), name) != names.end(); };
+    const auto has = [&](std::string_view name) {
+        return std::find(names.begin(), names.end(), name) != names.end();
+    };
     if (!has("type") || !has("frequency(hz)")) {
         std::swap(separator, separator_);
         return false;
@@ -274,7 +281,8 @@ std::optional<RawFilter> FilterTable::take(std::string_view line) {
     const auto cell = [&](std::string_view name) -> const Word* {
         const auto column = std::find(columns_.begin(), columns_.end(), name);
         const auto index = static_cast<std::size_t>(column - columns_.begin());
-        return column == columns_.end() || index >= cells.size() || cells[index].text.empty() ? nullptr : &cells[index];
+        return column == columns_.end() || index >= cells.size() || cells[index].text.empty() ? nullptr
+                                                                                              : &cells[index];
     };
     if (!cells.empty() && cells[0].text.size() > 8 && sameWord(cells[0].text.substr(0, 8), "Compound")) {
         isCompound_ = true;
@@ -284,7 +292,8 @@ std::optional<RawFilter> FilterTable::take(std::string_view line) {
     const Word* const enabled = cell("enabled");
     const Word* const type = cell("type");
     const bool isRow = number != nullptr && std::all_of(number->text.begin(), number->text.end(), isDigit) &&
-                       enabled != nullptr && (sameWord(enabled->text, "True") || sameWord(enabled->text, "False"));
+                       enabled != nullptr &&
+                       (sameWord(enabled->text, "True") || sameWord(enabled->text, "False"));
     if (!isRow) {
         if (!cells.empty() && cells[0].text.size() > 8 && sameWord(cells[0].text.substr(0, 9), "Crossover")) {
             isCompound_ = false;
@@ -296,8 +305,9 @@ std::optional<RawFilter> FilterTable::take(std::string_view line) {
     filter.endColumn = columnOf(line, line.size());
     const auto value = [&](std::string_view name) -> std::optional<RawNumber> {
         const Word* const found = cell(name);
-        return found == nullptr ? std::nullopt
-                                : std::optional(RawNumber{std::string(found->text), columnOf(line, found->offset), 1.0});
+        return found == nullptr
+                   ? std::nullopt
+                   : std::optional(RawNumber{std::string(found->text), columnOf(line, found->offset), 1.0});
     };
     if (type != nullptr) {
         filter.type = type->text;

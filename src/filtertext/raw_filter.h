@@ -10,7 +10,8 @@ namespace tessavo {
 
 /// A number of a filter as it stands in the text, before the decimal sign of the file is known.
 struct RawNumber {
-    std::string text;        ///< without its unit and without blanks around it; empty where the name of the value has no number
+    std::string
+        text;  ///< without its unit and without blanks around it; empty where the name of the value has no number
     std::size_t column = 0;  ///< from 1, in characters
     double scale = 1.0;      ///< of the unit: 1000 for kHz
 };
