@@ -157,7 +157,7 @@ void ImportChart::paintHead(SkinPainter& painter) const {
         painter.text(QRectF(right - words, headTop, words + 1, headHeight), Qt::AlignLeft | Qt::AlignVCenter,
                      theme::text2, name);
         const double end = right - words - sampleGap;
-        const double middle = headTop + headHeight / 2 + (pen.width() == 1 ? 0.5 : 0);
+        const double middle = headTop + headHeight / 2.0 + (pen.width() == 1 ? 0.5 : 0);
         painter.setPen(pen);
         painter.drawLine(QPointF(end - sampleLength, middle), QPointF(end, middle));
         right = end - sampleLength - keyGap;

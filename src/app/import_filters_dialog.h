@@ -32,7 +32,7 @@ class ImportFiltersDialog : public CDialogSK {
     };
 
     static constexpr QSize usualSize{880, 578};
-    static constexpr QSize leastSize{740, 400};
+    static constexpr QSize leastSize{780, 400};
 
     /// \param dependencies outlive the dialog
     explicit ImportFiltersDialog(const Dependencies& dependencies, QWidget* parent = nullptr);

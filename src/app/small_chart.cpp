@@ -78,7 +78,7 @@ void paintLevelNumber(SkinPainter& painter, const SmallChart& chart, int level) 
                            : level == 0 ? QStringLiteral("0 dB")
                                         : QString::number(level);
     const double y = std::round(chart.yOf(level)) + 0.5;
-    painter.text(QRectF(0, y - numberHeight / 2, chart.box.left() - numberGap, numberHeight),
+    painter.text(QRectF(0, y - numberHeight / 2.0, chart.box.left() - numberGap, numberHeight),
                  Qt::AlignRight | Qt::AlignVCenter, theme::text2, number);
 }
 
