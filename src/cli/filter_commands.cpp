@@ -29,7 +29,8 @@ std::string placed(const std::string& file, std::size_t line, std::size_t column
 }
 
 /// Reads a filter text. Reports what fails, and returns nothing where the file cannot be read at all.
-std::optional<FilterText> loadFilterText(const std::string& file, const Arguments& arguments, Reporter& reporter) {
+std::optional<FilterText> loadFilterText(const std::string& file, const Arguments& arguments,
+                                         Reporter& reporter) {
     const auto start = readFileStart(pathOf(file), mostFilterTextBytes + 1);
     if (!start) {
         reporter.error(std::string(file).append(": ").append(readTrouble(file)));
@@ -60,7 +61,8 @@ bool areApart(const std::string& output, const std::string& input, Reporter& rep
     if (output.empty() || !isSameFile(output, input)) {
         return true;
     }
-    reporter.error(std::string(output).append(": is read by this command and is not written over; choose another name"));
+    reporter.error(
+        std::string(output).append(": is read by this command and is not written over; choose another name"));
     return false;
 }
 
@@ -106,7 +108,8 @@ int runImportFilters(const Arguments& arguments, const CommandContext& context) 
     const FilterMethods methods = makeFilterMethods();
     std::vector<ChannelImport> channels;
     for (const PagePosition channel : arguments.channels) {
-        OutputChannelParams& params = store->sets.at(arguments.setIndex()).channels.at(recordChannelAt(channel).value);
+        OutputChannelParams& params =
+            store->sets.at(arguments.setIndex()).channels.at(recordChannelAt(channel).value);
         ImportPlan plan = planImport(*text, params, choiceOf(arguments));
         params = plan.after;
         const auto deviation = importDeviation(*text, plan, *methods.at(arguments.filterMode));
@@ -130,14 +133,19 @@ int runExportFilters(const Arguments& arguments, const CommandContext& context) 
         return exit_code::failed;
     }
     const PagePosition channel{static_cast<std::uint8_t>(arguments.channel - 1)};
-    const std::string title = std::string("Set ").append(std::to_string(arguments.set)).append(", channel ").append(std::to_string(arguments.channel));
-    const std::string text = exportFilters(store->sets.at(arguments.setIndex()).channels.at(recordChannelAt(channel).value),
-                                           arguments.exportForm, {title, arguments.withVolume});
+    const std::string title = std::string("Set ")
+                                  .append(std::to_string(arguments.set))
+                                  .append(", channel ")
+                                  .append(std::to_string(arguments.channel));
+    const std::string text =
+        exportFilters(store->sets.at(arguments.setIndex()).channels.at(recordChannelAt(channel).value),
+                      arguments.exportForm, {title, arguments.withVolume});
     if (arguments.output.empty()) {
         context.console.out << text;
         return exit_code::done;
     }
-    const std::span<const std::uint8_t> bytes(reinterpret_cast<const std::uint8_t*>(text.data()), text.size());
+    const std::span<const std::uint8_t> bytes(reinterpret_cast<const std::uint8_t*>(text.data()),
+                                              text.size());
     if (const std::error_code error = replaceFile(pathOf(arguments.output), bytes)) {
         context.reporter.error(std::string(arguments.output).append(": ").append(error.message()));
         return exit_code::failed;
@@ -146,8 +154,10 @@ int runExportFilters(const Arguments& arguments, const CommandContext& context) 
 }
 
 std::string filterTextHelp() {
-    return "Reads lines such as \"Filter 1: ON PK Fc 100 Hz Gain -3.0 dB Q 2.00\", tables of filters, and YAML files with\n"
-           "filters. Their filters are meant as the audio EQ cookbook has them and are converted, so that the target\n"
+    return "Reads lines such as \"Filter 1: ON PK Fc 100 Hz Gain -3.0 dB Q 2.00\", tables of filters, and "
+           "YAML files with\n"
+           "filters. Their filters are meant as the audio EQ cookbook has them and are converted, so that "
+           "the target\n"
            "responds as the text means it.";
 }
 

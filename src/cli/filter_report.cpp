@@ -45,13 +45,11 @@ std::string values(const std::optional<double>& frequencyHz, const std::optional
         .append(jsonNumber(q));
 }
 
+/// An object for every line; what the line does not tell is null in it.
 std::string sourceJson(const FilterLine& line) {
-    if (!line.source) {
-        return "null";
-    }
-    const SourceFilter& source = *line.source;
+    const SourceFilter source = line.source.value_or(SourceFilter{});
     return std::string("{\"type\": ")
-        .append(jsonText(source.type))
+        .append(source.type.empty() ? "null" : jsonText(source.type))
         .append(", ")
         .append(values(source.frequencyHz, source.gainDb, source.q))
         .append("}");
@@ -154,26 +152,35 @@ std::string channelTable(const FilterText& text, const ChannelImport& channel) {
     std::vector<std::vector<std::string>> rows;
     for (const ImportedLine& imported : channel.plan.lines) {
         const FilterLine& line = text.lines[imported.index];
-        const std::string place = imported.band        ? std::string("band ").append(std::to_string(*imported.band + 1))
-                                  : imported.crossover ? std::string("crossover ").append(std::to_string(*imported.crossover + 1))
-                                                       : std::string("left out");
+        const std::string place =
+            imported.band        ? std::string("band ").append(std::to_string(*imported.band + 1))
+            : imported.crossover ? std::string("crossover ").append(std::to_string(*imported.crossover + 1))
+                                 : std::string("left out");
         std::string what = imported.reason;
         if (what.empty()) {
             what = filterText(*line.device).append(line.kind == FilterLineKind::off ? ", off" : "");
         }
         rows.push_back({place, std::string("line ").append(std::to_string(line.line)), what});
     }
-    std::string table = std::string("Channel ").append(std::to_string(channel.channel.value + 1)).append(":\n");
+    std::string table =
+        std::string("Channel ").append(std::to_string(channel.channel.value + 1)).append(":\n");
     table.append(alignedTable(rows, "  "));
     if (text.hasPreamp) {
-        table.append("  volume ").append(channel.plan.preampAddedDb < 0.0 ? "" : "+").append(fixedText(channel.plan.preampAddedDb, 1)).append(" dB");
+        table.append("  volume ")
+            .append(channel.plan.preampAddedDb < 0.0 ? "" : "+")
+            .append(fixedText(channel.plan.preampAddedDb, 1))
+            .append(" dB");
         if (channel.plan.preampLeftDb != 0.0) {
-            table.append("; of the preamp ").append(shortestText(channel.plan.preampLeftDb)).append(" dB are left out");
+            table.append("; of the preamp ")
+                .append(shortestText(channel.plan.preampLeftDb))
+                .append(" dB are left out");
         }
         table.append("\n");
     }
     if (channel.deviation) {
-        table.append("  largest deviation from the text: ").append(fixedText(channel.deviation->db, 2)).append(" dB at ");
+        table.append("  largest deviation from the text: ")
+            .append(fixedText(channel.deviation->db, 2))
+            .append(" dB at ");
         table.append(fixedText(channel.deviation->hz, 0)).append(" Hz\n");
     }
     return table;
@@ -198,7 +205,9 @@ std::string filtersTable(const FilterText& text) {
         table.append("Preamp ").append(shortestText(text.preampDb)).append(" dB. ");
     }
     table.append(text.decimalSign == ',' ? "The decimal sign is a comma. " : "The decimal sign is a point. ");
-    table.append(text.tellsSamplingRate ? "The file is for " : "Converted for ").append(jsonNumber(text.samplingRateHz)).append(" Hz.\n");
+    table.append(text.tellsSamplingRate ? "The file is for " : "Converted for ")
+        .append(jsonNumber(text.samplingRateHz))
+        .append(" Hz.\n");
     if (!text.channel.empty()) {
         table.append("Read for channel ").append(text.channel).append(" of:");
         for (const std::string& name : text.channels) {
@@ -216,10 +225,14 @@ std::string importJson(const FilterText& text, const std::vector<ChannelImport>&
         json.append(std::to_string(channel.channel.value + 1)).append(", ").append(bandsJson(text, channel));
         json.append(", \"preamp_added_db\": ").append(jsonNumber(channel.plan.preampAddedDb));
         json.append(", \"preamp_left_db\": ").append(jsonNumber(channel.plan.preampLeftDb));
-        json.append(", \"deviation_db\": ").append(channel.deviation ? jsonNumber(channel.deviation->db) : "null");
-        json.append(", \"deviation_hz\": ").append(channel.deviation ? jsonNumber(channel.deviation->hz) : "null").append("}");
+        json.append(", \"deviation_db\": ")
+            .append(channel.deviation ? jsonNumber(channel.deviation->db) : "null");
+        json.append(", \"deviation_hz\": ")
+            .append(channel.deviation ? jsonNumber(channel.deviation->hz) : "null")
+            .append("}");
     }
-    json.append("\n  ],\n  \"preamp_left_db\": ").append(channels.empty() ? "0" : jsonNumber(channels.front().plan.preampLeftDb));
+    json.append("\n  ],\n  \"preamp_left_db\": ")
+        .append(channels.empty() ? "0" : jsonNumber(channels.front().plan.preampLeftDb));
     return json.append(",\n").append(linesJson(text)).append("\n}\n");
 }
 
