@@ -45,13 +45,11 @@ std::string values(const std::optional<double>& frequencyHz, const std::optional
         .append(jsonNumber(q));
 }
 
+/// An object for every line; what the line does not tell is null in it.
 std::string sourceJson(const FilterLine& line) {
-    if (!line.source) {
-        return "null";
-    }
-    const SourceFilter& source = *line.source;
+    const SourceFilter source = line.source.value_or(SourceFilter{});
     return std::string("{\"type\": ")
-        .append(jsonText(source.type))
+        .append(source.type.empty() ? "null" : jsonText(source.type))
         .append(", ")
         .append(values(source.frequencyHz, source.gainDb, source.q))
         .append("}");
