@@ -174,14 +174,16 @@ void ImportRows::paint(QPainter* painter, const QStyleOptionViewItem& option,
             break;
         }
         case ImportList::verdictColumn:
-            paintSign(*painter, cell.topLeft() + QPointF(textLeft, (cell.height() - signSize) / 2.0), verdict);
+            paintSign(*painter, cell.topLeft() + QPointF(textLeft, (cell.height() - signSize) / 2.0),
+                      verdict);
             paintWords(*painter, cell.adjusted(wordsLeft, 0, 0, 0), Qt::AlignLeft, wordsColor(verdict),
                        theme::font(12), index.data().toString());
             break;
         default:
             if (const QString disc = index.data(ImportList::placeRole).toString(); !disc.isEmpty()) {
-                paintDisc(*painter, QPointF(cell.left() + discMiddle, cell.top() + ImportView::rowHeight / 2.0),
-                          disc, index.data(ImportList::offRole).toBool());
+                paintDisc(*painter,
+                          QPointF(cell.left() + discMiddle, cell.top() + ImportView::rowHeight / 2.0), disc,
+                          index.data(ImportList::offRole).toBool());
             }
             break;
     }

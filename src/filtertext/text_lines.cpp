@@ -229,8 +229,9 @@ class TextReader {
         const std::optional<double> gain = readNumber(raw.preamp->text, result.decimalSign, false);
         if (!gain) {
             raw.line.kind = FilterLineKind::error;
-            raw.line.reason = raw.preamp->text.empty() ? "the gain is missing"
-                                                       : inQuotes(raw.preamp->text).append(" is not a number");
+            raw.line.reason = raw.preamp->text.empty()
+                                  ? "the gain is missing"
+                                  : inQuotes(raw.preamp->text).append(" is not a number");
             raw.line.column = raw.preamp->column;
             return;
         }

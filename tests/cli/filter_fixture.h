@@ -90,7 +90,8 @@ class FilterTextTest : public CommandTest {
 };
 
 /// What a band is but for its spare bytes.
-inline void expectBand(const EqBandParams& band, BandType type, int hz, float gainDb, float q, bool off = false) {
+inline void expectBand(const EqBandParams& band, BandType type, int hz, float gainDb, float q,
+                       bool off = false) {
     EXPECT_EQ(band.type, static_cast<std::uint8_t>(type));
     EXPECT_EQ(band.frequencyHz, hz);
     EXPECT_EQ(band.gainDb, gainDb);
