@@ -22,7 +22,7 @@ class ExportFilters : public FilterTextTest {
 
     /// A fresh file with one peak, one low shelf that is off, and a crossover of 4th order in channel 5 of set 3.
     [[nodiscard]] std::string known() const {
-        const std::string file = fresh("car.eqs");
+        std::string file = fresh("car.eqs");
         ParameterStore store = storeOf(file);
         OutputChannelParams& channel = channelIn(store, 3, 5);
         for (EqBandParams& band : channel.bands) {
@@ -66,12 +66,14 @@ TEST_F(ExportFilters, PrintsTablesAndYaml) {
     const std::string file = known();
     const CommandResult csv = exported(file, {"--format", "csv"});
     EXPECT_EQ(csv.code, 0);
-    EXPECT_THAT(csv.out, StartsWith("Number,Enabled,Control,Type,Frequency(Hz),Gain(dB),Q\n1,True,Manual,PK,100,-8,"));
+    EXPECT_THAT(csv.out,
+                StartsWith("Number,Enabled,Control,Type,Frequency(Hz),Gain(dB),Q\n1,True,Manual,PK,100,-8,"));
     EXPECT_THAT(csv.out, HasSubstr("\n2,False,Manual,LSQ,200,0,0.7\n"));
     EXPECT_THAT(csv.out, HasSubstr("\n9,True,Manual,HP,495\n10,True,Manual,HP,495\n"));
     const CommandResult yaml = exported(file, {"--format", "yaml"});
     EXPECT_EQ(yaml.code, 0);
-    EXPECT_THAT(yaml.out, HasSubstr("\ndevices:\n  samplerate: 49500\nfilters:\n  band_1:\n    type: Biquad\n"));
+    EXPECT_THAT(yaml.out,
+                HasSubstr("\ndevices:\n  samplerate: 49500\nfilters:\n  band_1:\n    type: Biquad\n"));
     EXPECT_THAT(yaml.out, HasSubstr("type: LinkwitzRileyHighpass\n      freq: 495\n      order: 4\n"));
     EXPECT_THAT(yaml.out, HasSubstr("names: [band_1, crossover_1]\n"));
 }
@@ -120,18 +122,19 @@ TEST_F(ExportFilters, CanBeImportedAgainAndGivesTheSameBandsInEveryForm) {
             const std::string text = path("filters." + form);
             const std::string output = path("back.eqs");
             ASSERT_EQ(exported(file, {"--format", form, "--output", text}).code, 0);
-            const CommandResult result =
-                run({"import-filters", text, "--into", other, "--set", "1", "--channel", "2", "--output", output});
+            const CommandResult result = run({"import-filters", text, "--into", other, "--set", "1",
+                                              "--channel", "2", "--output", output});
             ASSERT_EQ(result.code, 0) << result.err << textOf(text);
             const OutputChannelParams after = channelOf(output, 1, 2);
             for (std::size_t band = 0; band < bandCount; ++band) {
                 SCOPED_TRACE(form + " band " + std::to_string(band + 1) + "\n" + textOf(text));
                 const EqBandParams& each = wanted.bands[band];
-                expectBand(after.bands[band], static_cast<BandType>(each.type), each.frequencyHz, each.gainDb, each.q,
-                           each.off != 0);
+                expectBand(after.bands[band], static_cast<BandType>(each.type), each.frequencyHz, each.gainDb,
+                           each.q, each.off != 0);
             }
             for (std::size_t k = 0; k < crossoverCount; ++k) {
-                const CrossoverParams& expected = wanted.crossovers[k].enabled != 0 ? wanted.crossovers[k] : was.crossovers[k];
+                const CrossoverParams& expected =
+                    wanted.crossovers[k].enabled != 0 ? wanted.crossovers[k] : was.crossovers[k];
                 EXPECT_EQ(after.crossovers[k].enabled, expected.enabled);
                 EXPECT_EQ(after.crossovers[k].kind, expected.kind);
                 EXPECT_EQ(after.crossovers[k].frequencyHz, expected.frequencyHz);
@@ -146,13 +149,14 @@ TEST_F(ExportFilters, ExportsTheSetAndTheChannelThatAreNamed) {
     const std::string file = random("car.eqs", random_);
     for (int set = 1; set <= 5; ++set) {
         for (int channel = 1; channel <= 8; ++channel) {
-            const CommandResult result = run({"export-filters", file, "--set", std::to_string(set), "--channel",
-                                              std::to_string(channel), "--format", "yaml"});
+            const CommandResult result = run({"export-filters", file, "--set", std::to_string(set),
+                                              "--channel", std::to_string(channel), "--format", "yaml"});
             EXPECT_EQ(result.code, 0);
-            EXPECT_THAT(result.out,
-                        StartsWith("# Set " + std::to_string(set) + ", channel " + std::to_string(channel) + "\n"));
+            EXPECT_THAT(result.out, StartsWith("# Set " + std::to_string(set) + ", channel " +
+                                               std::to_string(channel) + "\n"));
             const EqBandParams band = channelOf(file, set, channel).bands[7];
-            const Json lines = Json::parse(run({"filters", writeText("one.yml", result.out), "--json"}).out)["lines"];
+            const Json lines =
+                Json::parse(run({"filters", writeText("one.yml", result.out), "--json"}).out)["lines"];
             EXPECT_EQ(lines[7]["device"]["frequency_hz"], band.frequencyHz);
             EXPECT_NEAR(lines[7]["device"]["gain_db"].get<double>(), band.gainDb, 1e-5);
         }
@@ -185,9 +189,23 @@ TEST_F(ExportFiltersRefuses, OutputsThatCannotBeWritten) {
     EXPECT_THAT(to(file_, 2), HasSubstr("is read by this command"));
 }
 
+TEST_F(ExportFiltersRefuses, ToWriteOverSettingsAndImages) {
+    const std::string other = fresh("other.eqs");
+    const std::string image = path("set1.bin");
+    ASSERT_EQ(run({"export", file_, "--set", "1", "--output", image}).code, 0);
+    for (const std::string& output : {other, image}) {
+        const Bytes before = read(output);
+        EXPECT_THAT(refused({"export-filters", file_, "--set", "1", "--channel", "1", "--output", output}, 1),
+                    HasSubstr(output + ": holds settings"));
+        EXPECT_EQ(read(output), before);
+    }
+}
+
 TEST_F(ExportFiltersRefuses, WrongFilesAndOptions) {
-    EXPECT_THAT(refused({"export-filters", path("none.eqs"), "--set", "1", "--channel", "1"}, 1), HasSubstr("no such file"));
-    EXPECT_THAT(refused({"export-filters", folder_.string(), "--set", "1", "--channel", "1"}, 1), HasSubstr("is a directory"));
+    EXPECT_THAT(refused({"export-filters", path("none.eqs"), "--set", "1", "--channel", "1"}, 1),
+                HasSubstr("no such file"));
+    EXPECT_THAT(refused({"export-filters", folder_.string(), "--set", "1", "--channel", "1"}, 1),
+                HasSubstr("is a directory"));
     const std::string text = writeText("a.txt", "Filter 1: ON None\n");
     EXPECT_THAT(refused({"export-filters", text, "--set", "1", "--channel", "1"}, 1), HasSubstr(text));
     refused({"export-filters", file_, "--set", "6", "--channel", "1"}, 2);
