@@ -37,47 +37,48 @@ TEST_F(FiltersCommand, PrintsTheShapeThatTheDocumentsTell) {
     const CommandResult result = run({"filters", file, "--json"});
     EXPECT_EQ(result.code, 0);
     // By hand: 2 * 10^(8/40) = 3.17, and 80 * 44100 / 49500 = 71.3.
-    EXPECT_EQ(result.out,
-              "{\n  \"preamp_db\": -2.5,\n  \"sample_rate_hz\": 49500,\n  \"decimal\": \".\",\n"
-              "  \"channels\": [],\n  \"channel\": null,\n  \"lines\": [\n"
-              "    {\"line\": 2, \"kind\": \"band\", \"text\": \"Filter 1: ON PK Fc 100 Hz Gain -8.0 dB Q 2.00\", "
-              "\"source\": {\"type\": \"PK\", \"frequency_hz\": 100, \"gain_db\": -8, \"q\": 2}, "
-              "\"device\": {\"type\": \"peak\", \"frequency_hz\": 100, \"gain_db\": -8, \"q\": 3.2}, "
-              "\"clamped\": [], \"reason\": \"\"},\n"
-              "    {\"line\": 3, \"kind\": \"crossover\", \"text\": \"Filter 2: ON HP Fc 80 Hz\", "
-              "\"source\": {\"type\": \"HP\", \"frequency_hz\": 80, \"gain_db\": null, \"q\": null}, "
-              "\"device\": {\"type\": \"high-pass\", \"frequency_hz\": 71, \"gain_db\": null, \"q\": null, "
-              "\"order\": 2}, \"clamped\": [], \"reason\": \"\"}\n  ]\n}\n");
+    EXPECT_EQ(
+        result.out,
+        "{\n  \"preamp_db\": -2.5,\n  \"sample_rate_hz\": 49500,\n  \"decimal\": \".\",\n"
+        "  \"channels\": [],\n  \"channel\": null,\n  \"lines\": [\n"
+        "    {\"line\": 2, \"kind\": \"band\", \"text\": \"Filter 1: ON PK Fc 100 Hz Gain -8.0 dB Q 2.00\", "
+        "\"source\": {\"type\": \"PK\", \"frequency_hz\": 100, \"gain_db\": -8, \"q\": 2}, "
+        "\"device\": {\"type\": \"peak\", \"frequency_hz\": 100, \"gain_db\": -8, \"q\": 3.2}, "
+        "\"clamped\": [], \"reason\": \"\"},\n"
+        "    {\"line\": 3, \"kind\": \"crossover\", \"text\": \"Filter 2: ON HP Fc 80 Hz\", "
+        "\"source\": {\"type\": \"HP\", \"frequency_hz\": 80, \"gain_db\": null, \"q\": null}, "
+        "\"device\": {\"type\": \"high-pass\", \"frequency_hz\": 71, \"gain_db\": null, \"q\": null, "
+        "\"order\": 2}, \"clamped\": [], \"reason\": \"\"}\n  ]\n}\n");
 }
 
 /// One line of each kind and of each type of the target, among lines that speak of no filter.
 constexpr std::string_view everyKind =
-    "Filter settings file\n"                               // 1
-    "\n"                                                   // 2
-    "# Filter 9: ON PK Fc 100 Hz Gain 1 dB Q 1\n"          // 3
-    "Preamp: -4.0 dB\n"                                    // 4
-    "Filter 1: ON PK Fc 50 Hz Gain 3.0 dB Q 1.00\n"        // 5
-    "Filter 2: ON LSC Fc 90 Hz Gain -6.0 dB Q 0.70\n"      // 6
-    "Filter 3: ON HSC Fc 9000 Hz Gain 2.0 dB Q 0.70\n"     // 7
-    "Filter 4: ON LP Fc 15000 Hz\n"                        // 8
-    "Filter 5: ON HPQ Fc 30 Hz Q 0.7071\n"                 // 9
-    "Filter 6: OFF PK Fc 60 Hz Gain 3.0 dB Q 1.00\n"       // 10
-    "Filter 7: ON None\n"                                  // 11
-    "Filter 8: OFF None\n"                                 // 12
-    "Filter 9: ON NO Fc 70 Hz\n"                           // 13
-    "Filter 10: ON PK Fc 80 Hz Gain 3.0 dB\n"              // 14
-    "Filter 11: ON PK Fc 10 Hz Gain 30.0 dB Q 90\n"        // 15
-    "Include: other.txt\n"                                 // 16
-    "Filter 12: ON HP Fc 30 Hz Q 1.2\n"                    // 17
-    "Filter 13: ON PK Fc ten Hz Gain 3.0 dB Q 1.00\n"      // 18
-    "Filter 14:\n";                                        // 19
+    "Filter settings file\n"                            // 1
+    "\n"                                                // 2
+    "# Filter 9: ON PK Fc 100 Hz Gain 1 dB Q 1\n"       // 3
+    "Preamp: -4.0 dB\n"                                 // 4
+    "Filter 1: ON PK Fc 50 Hz Gain 3.0 dB Q 1.00\n"     // 5
+    "Filter 2: ON LSC Fc 90 Hz Gain -6.0 dB Q 0.70\n"   // 6
+    "Filter 3: ON HSC Fc 9000 Hz Gain 2.0 dB Q 0.70\n"  // 7
+    "Filter 4: ON LP Fc 15000 Hz\n"                     // 8
+    "Filter 5: ON HPQ Fc 30 Hz Q 0.7071\n"              // 9
+    "Filter 6: OFF PK Fc 60 Hz Gain 3.0 dB Q 1.00\n"    // 10
+    "Filter 7: ON None\n"                               // 11
+    "Filter 8: OFF None\n"                              // 12
+    "Filter 9: ON NO Fc 70 Hz\n"                        // 13
+    "Filter 10: ON PK Fc 80 Hz Gain 3.0 dB\n"           // 14
+    "Filter 11: ON PK Fc 10 Hz Gain 30.0 dB Q 90\n"     // 15
+    "Include: other.txt\n"                              // 16
+    "Filter 12: ON HP Fc 30 Hz Q 1.2\n"                 // 17
+    "Filter 13: ON PK Fc ten Hz Gain 3.0 dB Q 1.00\n"   // 18
+    "Filter 14:\n";                                     // 19
 
 TEST_F(FiltersCommand, HasARowForEveryLineThatSpeaksOfAFilter) {
     const Json all = json(writeText("a.txt", everyKind));
     const std::vector<std::pair<int, std::string>> expected{
-        {5, "band"},      {6, "band"},   {7, "band"},        {8, "crossover"}, {9, "crossover"},
-        {10, "off"},      {11, "empty"}, {12, "empty"},      {13, "unsupported"}, {14, "error"},
-        {15, "band"},     {16, "unsupported"}, {17, "unsupported"}, {18, "error"}, {19, "error"}};
+        {5, "band"},  {6, "band"},         {7, "band"},         {8, "crossover"},    {9, "crossover"},
+        {10, "off"},  {11, "empty"},       {12, "empty"},       {13, "unsupported"}, {14, "error"},
+        {15, "band"}, {16, "unsupported"}, {17, "unsupported"}, {18, "error"},       {19, "error"}};
     ASSERT_EQ(all["lines"].size(), expected.size());
     for (std::size_t k = 0; k < expected.size(); ++k) {
         const Json& row = all["lines"][k];
@@ -97,12 +98,13 @@ TEST_F(FiltersCommand, EveryRowHasTheSameMembers) {
                                                      "sample_rate_hz"}));
     for (Json row : all["lines"]) {
         row.erase("column");
-        EXPECT_EQ(keysOf(row), (std::vector<std::string>{"clamped", "device", "kind", "line", "reason", "source",
-                                                         "text"}));
+        EXPECT_EQ(keysOf(row), (std::vector<std::string>{"clamped", "device", "kind", "line", "reason",
+                                                         "source", "text"}));
         EXPECT_EQ(keysOf(row["source"]), (std::vector<std::string>{"frequency_hz", "gain_db", "q", "type"}));
         if (!row["device"].is_null()) {
             row["device"].erase("order");
-            EXPECT_EQ(keysOf(row["device"]), (std::vector<std::string>{"frequency_hz", "gain_db", "q", "type"}));
+            EXPECT_EQ(keysOf(row["device"]),
+                      (std::vector<std::string>{"frequency_hz", "gain_db", "q", "type"}));
         }
         EXPECT_TRUE(row["clamped"].is_array());
     }
@@ -137,7 +139,8 @@ TEST_F(FiltersCommand, WritesNumbersWithoutExponents) {
     EXPECT_EQ(result.code, 0);
     const Json all = Json::parse(result.out);
     EXPECT_THAT(result.out, HasSubstr("\"preamp_db\": -0.0000001,"));
-    EXPECT_THAT(result.out, HasSubstr("\"frequency_hz\": 0.00000025, \"gain_db\": 0.0000125, \"q\": 0.000001}"));
+    EXPECT_THAT(result.out,
+                HasSubstr("\"frequency_hz\": 0.00000025, \"gain_db\": 0.0000125, \"q\": 0.000001}"));
     // 10^30 is written out, to the digits that a double has.
     EXPECT_EQ(all["lines"][1]["source"]["frequency_hz"].get<double>(), 1e30);
     // Texts, which are for people, may have exponents.
@@ -167,9 +170,10 @@ TEST_F(FiltersCommand, TellsTheDecimalSignAndTheRate) {
 }
 
 TEST_F(FiltersCommand, ReadsTheChannelThatIsAskedFor) {
-    const std::string file = writeText("a.txt",
-                                       "Channel: L\nFilter 1: ON PK Fc 100 Hz Gain 1 dB Q 1\n"
-                                       "Channel: R\nPreamp: -3 dB\nFilter 1: ON PK Fc 200 Hz Gain 1 dB Q 1\n");
+    const std::string file =
+        writeText("a.txt",
+                  "Channel: L\nFilter 1: ON PK Fc 100 Hz Gain 1 dB Q 1\n"
+                  "Channel: R\nPreamp: -3 dB\nFilter 1: ON PK Fc 200 Hz Gain 1 dB Q 1\n");
     const Json first = json(file);
     EXPECT_EQ(first["channels"], (Json{"L", "R"}));
     EXPECT_EQ(first["channel"], "L");
@@ -213,7 +217,8 @@ TEST_F(FiltersCommand, NamesThePlaceOfTrouble) {
     const std::string biquads = writeText("b.txt", "\n# REW\nbiquad1,\nb0=1.0,\nb1=0,\nb2=0,\na1=0,\na2=0\n");
     CommandResult result = run({"filters", biquads, "--json"});
     EXPECT_EQ(result.code, 1);
-    EXPECT_THAT(result.err, StartsWith("tessavoctl: " + biquads + ":3:1: It is a list of filter coefficients."));
+    EXPECT_THAT(result.err,
+                StartsWith("tessavoctl: " + biquads + ":3:1: It is a list of filter coefficients."));
     EXPECT_EQ(Json::parse(result.out)["lines"][0]["kind"], "unsupported");
 
     const std::string yaml = writeText("a.yml", "filters:\n  one: [1, 2\n  two: 3\n");

@@ -59,7 +59,7 @@ class FilterTextTest : public CommandTest {
     /// A settings file in which no byte of a set's channels is what a fresh file has there: every value on its step and
     /// in its range, spare bytes too.
     [[nodiscard]] std::string random(const std::string& name, std::mt19937& random) const {
-        const std::string file = fresh(name);
+        std::string file = fresh(name);
         ParameterStore store = storeOf(file);
         const auto below = [&](unsigned count) { return static_cast<unsigned>(random() % count); };
         for (ParameterSet& set : store.sets) {
@@ -90,7 +90,8 @@ class FilterTextTest : public CommandTest {
 };
 
 /// What a band is but for its spare bytes.
-inline void expectBand(const EqBandParams& band, BandType type, int hz, float gainDb, float q, bool off = false) {
+inline void expectBand(const EqBandParams& band, BandType type, int hz, float gainDb, float q,
+                       bool off = false) {
     EXPECT_EQ(band.type, static_cast<std::uint8_t>(type));
     EXPECT_EQ(band.frequencyHz, hz);
     EXPECT_EQ(band.gainDb, gainDb);

@@ -16,7 +16,8 @@ constexpr std::string_view twoBands =
 class ImportFilters : public FilterTextTest {
  protected:
     [[nodiscard]] CommandResult import(const std::string& text, std::vector<std::string> more = {}) const {
-        std::vector<std::string> arguments{"import-filters", text, "--into", file_, "--set", "2", "--output", output_};
+        std::vector<std::string> arguments{"import-filters", text, "--into",   file_,
+                                           "--set",          "2",  "--output", output_};
         if (std::find(more.begin(), more.end(), "--channel") == more.end()) {
             arguments.insert(arguments.end(), {"--channel", "3"});
         }
@@ -84,8 +85,8 @@ TEST_F(ImportFilters, WritesTheBandsAndSwitchesTheOthersOff) {
 }
 
 TEST_F(ImportFilters, WritesOverTheFileItReadWhereThatIsAsked) {
-    const CommandResult result =
-        run({"import-filters", writeText("a.txt", twoBands), "--into", file_, "--set", "2", "--channel", "3", "-o", file_});
+    const CommandResult result = run({"import-filters", writeText("a.txt", twoBands), "--into", file_,
+                                      "--set", "2", "--channel", "3", "-o", file_});
     EXPECT_EQ(result.code, 0) << result.err;
     expectBand(channelOf(file_, 2, 3).bands[0], BandType::peak, 100, -8.0F, 3.2F);
 }
@@ -124,8 +125,8 @@ TEST_F(ImportFilters, WritesTheBandsThatAreNamed) {
                     expectBand(after.bands[band], BandType::peak, 1000, 4.0F, 1.3F);
                 } else {
                     const EqBandParams& was = before.bands[band];
-                    expectBand(after.bands[band], static_cast<BandType>(was.type), was.frequencyHz, was.gainDb, was.q,
-                               !keep || was.off != 0);
+                    expectBand(after.bands[band], static_cast<BandType>(was.type), was.frequencyHz,
+                               was.gainDb, was.q, !keep || was.off != 0);
                 }
             }
             expectOthersTheSame();
@@ -143,7 +144,8 @@ TEST_F(ImportFilters, KeepsTheFiltersThatDoMostWhereThereAreTooMany) {
     const OutputChannelParams after = channel();
     expectBand(after.bands[3], BandType::peak, 100, -8.0F, 3.2F);
     expectBand(after.bands[5], BandType::peak, 1000, 4.0F, 1.3F);
-    EXPECT_EQ(row["taken"], Json::parse(R"([{"band": 4, "line": 1, "on": true}, {"band": 6, "line": 3, "on": true}])"));
+    EXPECT_EQ(row["taken"],
+              Json::parse(R"([{"band": 4, "line": 1, "on": true}, {"band": 6, "line": 3, "on": true}])"));
     ASSERT_EQ(row["not_taken"].size(), 2U);
     for (std::size_t k = 0; k < 2; ++k) {
         const Json& out = row["not_taken"][k];
@@ -157,9 +159,10 @@ TEST_F(ImportFilters, KeepsTheFiltersThatDoMostWhereThereAreTooMany) {
 }
 
 TEST_F(ImportFilters, TakesFiltersThatAreOffAsBandsThatAreOff) {
-    const Json row = json(writeText("a.txt",
-                                    "Filter 1: OFF LSC Fc 100 Hz Gain 0.0 dB Q 2.00\n"
-                                    "Filter 2: ON None\nFilter 3: ON PK Fc 200 Hz Gain 0 dB Q 1\n"))["imports"][0];
+    const Json row =
+        json(writeText("a.txt",
+                       "Filter 1: OFF LSC Fc 100 Hz Gain 0.0 dB Q 2.00\n"
+                       "Filter 2: ON None\nFilter 3: ON PK Fc 200 Hz Gain 0 dB Q 1\n"))["imports"][0];
     expectBand(channel().bands[0], BandType::lowShelf, 100, 0.0F, 2.0F, true);
     expectBand(channel().bands[1], BandType::peak, 200, 0.0F, 1.0F);
     EXPECT_EQ(row["taken"][0]["on"], false);
@@ -183,7 +186,8 @@ TEST_F(ImportFilters, AddsThePreampAsFarAsTheVolumeGoes) {
     row = json(writeText("a.txt", "Preamp: -300.25 dB\n"));
     EXPECT_NEAR(channel().volumeDb - 1.5, row["imports"][0]["preamp_added_db"].get<double>(), 1e-5);
     EXPECT_LT(row["preamp_left_db"].get<double>(), -100);
-    EXPECT_NEAR(row["imports"][0]["preamp_added_db"].get<double>() + row["preamp_left_db"].get<double>(), -300.25, 1e-9);
+    EXPECT_NEAR(row["imports"][0]["preamp_added_db"].get<double>() + row["preamp_left_db"].get<double>(),
+                -300.25, 1e-9);
     const CommandResult table = import(writeText("a.txt", "Preamp: -300.25 dB\n"));
     EXPECT_THAT(table.out, HasSubstr(" dB; of the preamp -"));
     expectOthersTheSame();
@@ -207,7 +211,10 @@ TEST_F(ImportFilters, FillsSeveralChannelsAlike) {
 TEST_F(ImportFilters, WritesTheSetThatIsNamed) {
     const std::string text = writeText("a.txt", twoBands);
     for (int set = 1; set <= 5; ++set) {
-        ASSERT_EQ(run({"import-filters", text, "--into", file_, "--set", std::to_string(set), "--channel", "1", "-o", output_}).code, 0);
+        ASSERT_EQ(run({"import-filters", text, "--into", file_, "--set", std::to_string(set), "--channel",
+                       "1", "-o", output_})
+                      .code,
+                  0);
         const ParameterStore before = storeOf(file_);
         const ParameterStore after = storeOf(output_);
         for (std::size_t other = 0; other < before.sets.size(); ++other) {
@@ -247,7 +254,9 @@ TEST_F(ImportFilters, ImportsCrossovers) {
     EXPECT_EQ(crossovers[1].kind, static_cast<std::uint8_t>(CrossoverKind::lowPass));
     EXPECT_EQ(crossovers[1].frequencyHz, 2673);
     EXPECT_EQ(crossovers[1].order, 4);
-    EXPECT_EQ(row["taken"], Json::parse(R"([{"crossover": 1, "line": 1, "on": true}, {"crossover": 2, "line": 2, "on": true},
+    EXPECT_EQ(
+        row["taken"],
+        Json::parse(R"([{"crossover": 1, "line": 1, "on": true}, {"crossover": 2, "line": 2, "on": true},
                                             {"crossover": 2, "line": 3, "on": true}])"));
     expectOthersTheSame();
 }
@@ -270,7 +279,8 @@ TEST_F(ImportFilters, TellsTheDeviationOfTheFilterMode) {
     EXPECT_GT(deviations[1], deviations[0] + 0.5);
     EXPECT_GT(deviations[2], deviations[0] + 0.2);
     EXPECT_LT(deviations[2], deviations[1]);
-    EXPECT_EQ(json(text)["imports"][0]["deviation_db"], json(text, {"--filter-mode", "BZT"})["imports"][0]["deviation_db"]);
+    EXPECT_EQ(json(text)["imports"][0]["deviation_db"],
+              json(text, {"--filter-mode", "BZT"})["imports"][0]["deviation_db"]);
     const Json none = json(writeText("b.txt", "Filter 1: OFF PK Fc 100 Hz Gain 3 dB Q 1\n"))["imports"][0];
     EXPECT_TRUE(none["deviation_db"].is_null());
     EXPECT_TRUE(none["deviation_hz"].is_null());
@@ -298,7 +308,7 @@ TEST_F(ImportFilters, SkipsUnreadableLinesOnlyWhereThatIsAsked) {
     EXPECT_THAT(result.out, IsEmpty());
     EXPECT_EQ(files(), before);
     for (const std::string place : {":1:32: \"x\" is not a number\n", ":3:34: the gain is missing\n"}) {
-        EXPECT_THAT(result.err, HasSubstr("tessavoctl: " + text + place));
+        EXPECT_THAT(result.err, HasSubstr(std::string("tessavoctl: ").append(text).append(place)));
     }
     const std::string told = result.err;
     result = import(text, {"--skip-unreadable"});
@@ -325,7 +335,8 @@ class ImportFiltersRefuses : public ImportFilters {
     }
 
     std::string refusedText(const std::string& text) {
-        return refused({"import-filters", text, "--into", file_, "--set", "2", "--channel", "3", "-o", output_}, 1);
+        return refused(
+            {"import-filters", text, "--into", file_, "--set", "2", "--channel", "3", "-o", output_}, 1);
     }
 
     std::string good_ = writeText("good.txt", twoBands);
@@ -337,10 +348,12 @@ TEST_F(ImportFiltersRefuses, TextsOfWhichNothingCanBeUsed) {
     const std::string binary = writeText("b.txt", std::string_view("\0\1\2", 3));
     EXPECT_THAT(refusedText(binary), StartsWith("tessavoctl: " + binary + ":1:1: It is no text"));
     const std::string biquads = writeText("q.txt", "biquad1,\nb0=1.0,\nb1=0,\nb2=0,\na1=0,\na2=0\n");
-    EXPECT_THAT(refusedText(biquads), StartsWith("tessavoctl: " + biquads + ":1:1: It is a list of filter coefficients"));
+    EXPECT_THAT(refusedText(biquads),
+                StartsWith("tessavoctl: " + biquads + ":1:1: It is a list of filter coefficients"));
     const std::string empty = writeText("e.txt", "");
     EXPECT_THAT(refusedText(empty), HasSubstr("There is no filter in it."));
-    const std::string yaml = writeText("y.yml", "devices: {samplerate: 48000}\nfilters:\n  one: {type: Biquad\n");
+    const std::string yaml =
+        writeText("y.yml", "devices: {samplerate: 48000}\nfilters:\n  one: {type: Biquad\n");
     EXPECT_THAT(refusedText(yaml), StartsWith("tessavoctl: " + yaml + ":3:21: "));
     const std::string alias = writeText("z.yml", "filters:\n  one: *two\n");
     EXPECT_THAT(refusedText(alias), StartsWith("tessavoctl: " + alias + ":2:8: "));
@@ -358,7 +371,8 @@ TEST_F(ImportFiltersRefuses, YamlWhoseFilterCannotBeRead) {
 
 TEST_F(ImportFiltersRefuses, SettingsThatAreNone) {
     const auto into = [&](const std::string& file) {
-        return refused({"import-filters", good_, "--into", file, "--set", "2", "--channel", "3", "-o", output_}, 1);
+        return refused(
+            {"import-filters", good_, "--into", file, "--set", "2", "--channel", "3", "-o", output_}, 1);
     };
     EXPECT_THAT(into(path("none.eqs")), HasSubstr(path("none.eqs") + ": no such file"));
     EXPECT_THAT(into(folder_.string()), HasSubstr("is a directory"));
@@ -369,12 +383,15 @@ TEST_F(ImportFiltersRefuses, SettingsThatAreNone) {
     const std::string damaged = path("damaged.eqs");
     save(damaged, store);
     EXPECT_THAT(into(damaged), HasSubstr(damaged));
-    EXPECT_EQ(run({"import-filters", good_, "--into", damaged, "--set", "1", "--channel", "3", "-o", output_}).code, 0);
+    EXPECT_EQ(
+        run({"import-filters", good_, "--into", damaged, "--set", "1", "--channel", "3", "-o", output_}).code,
+        0);
 }
 
 TEST_F(ImportFiltersRefuses, OutputsThatCannotBeWritten) {
     const auto to = [&](const std::string& output, int code) {
-        return refused({"import-filters", good_, "--into", file_, "--set", "2", "--channel", "3", "-o", output}, code);
+        return refused(
+            {"import-filters", good_, "--into", file_, "--set", "2", "--channel", "3", "-o", output}, code);
     };
     EXPECT_THAT(to(good_, 2), HasSubstr("is read by this command"));
     EXPECT_THAT(to(folder_.string(), 1), HasSubstr(folder_.string()));
@@ -394,7 +411,8 @@ TEST_F(ImportFiltersRefuses, WrongOptions) {
     for (const std::string channel : {"0", "9", "1,1", "1-3", "1,", ""}) {
         with({"--set", "2", "--channel", channel});
     }
-    for (const std::string bands : {"0", "9", "0-3", "7-9", "3-1", "1,1", "1-3,2", "-3", "3-", "1--3", "a", "1;2", ""}) {
+    for (const std::string bands :
+         {"0", "9", "0-3", "7-9", "3-1", "1,1", "1-3,2", "-3", "3-", "1--3", "a", "1;2", ""}) {
         EXPECT_THAT(with({"--set", "2", "--channel", "3", "--bands", bands}),
                     HasSubstr("--bands: \"" + bands + "\": bands are 1 to 8, each once"));
     }
