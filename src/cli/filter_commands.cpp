@@ -2,8 +2,6 @@
 
 #include <algorithm>
 #include <ostream>
-#include <span>
-#include <system_error>
 
 #include "base/raw_file.h"
 #include "cli/command_line.h"
@@ -144,13 +142,7 @@ int runExportFilters(const Arguments& arguments, const CommandContext& context) 
         context.console.out << text;
         return exit_code::done;
     }
-    const std::span<const std::uint8_t> bytes(reinterpret_cast<const std::uint8_t*>(text.data()),
-                                              text.size());
-    if (const std::error_code error = replaceFile(pathOf(arguments.output), bytes)) {
-        context.reporter.error(std::string(arguments.output).append(": ").append(error.message()));
-        return exit_code::failed;
-    }
-    return exit_code::done;
+    return writeTextFile(arguments.output, text, context.reporter) ? exit_code::done : exit_code::failed;
 }
 
 std::string filterTextHelp() {

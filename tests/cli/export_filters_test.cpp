@@ -22,7 +22,7 @@ class ExportFilters : public FilterTextTest {
 
     /// A fresh file with one peak, one low shelf that is off, and a crossover of 4th order in channel 5 of set 3.
     [[nodiscard]] std::string known() const {
-        const std::string file = fresh("car.eqs");
+        std::string file = fresh("car.eqs");
         ParameterStore store = storeOf(file);
         OutputChannelParams& channel = channelIn(store, 3, 5);
         for (EqBandParams& band : channel.bands) {
@@ -187,6 +187,18 @@ TEST_F(ExportFiltersRefuses, OutputsThatCannotBeWritten) {
     EXPECT_THAT(to(path("no-folder/a.txt"), 1), HasSubstr(path("no-folder/a.txt") + ": "));
     EXPECT_THAT(to(folder_.string(), 1), HasSubstr(folder_.string() + ": "));
     EXPECT_THAT(to(file_, 2), HasSubstr("is read by this command"));
+}
+
+TEST_F(ExportFiltersRefuses, ToWriteOverSettingsAndImages) {
+    const std::string other = fresh("other.eqs");
+    const std::string image = path("set1.bin");
+    ASSERT_EQ(run({"export", file_, "--set", "1", "--output", image}).code, 0);
+    for (const std::string& output : {other, image}) {
+        const Bytes before = read(output);
+        EXPECT_THAT(refused({"export-filters", file_, "--set", "1", "--channel", "1", "--output", output}, 1),
+                    HasSubstr(output + ": holds settings"));
+        EXPECT_EQ(read(output), before);
+    }
 }
 
 TEST_F(ExportFiltersRefuses, WrongFilesAndOptions) {

@@ -59,7 +59,7 @@ class FilterTextTest : public CommandTest {
     /// A settings file in which no byte of a set's channels is what a fresh file has there: every value on its step and
     /// in its range, spare bytes too.
     [[nodiscard]] std::string random(const std::string& name, std::mt19937& random) const {
-        const std::string file = fresh(name);
+        std::string file = fresh(name);
         ParameterStore store = storeOf(file);
         const auto below = [&](unsigned count) { return static_cast<unsigned>(random() % count); };
         for (ParameterSet& set : store.sets) {

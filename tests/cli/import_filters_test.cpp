@@ -308,7 +308,7 @@ TEST_F(ImportFilters, SkipsUnreadableLinesOnlyWhereThatIsAsked) {
     EXPECT_THAT(result.out, IsEmpty());
     EXPECT_EQ(files(), before);
     for (const std::string place : {":1:32: \"x\" is not a number\n", ":3:34: the gain is missing\n"}) {
-        EXPECT_THAT(result.err, HasSubstr("tessavoctl: " + text + place));
+        EXPECT_THAT(result.err, HasSubstr(std::string("tessavoctl: ").append(text).append(place)));
     }
     const std::string told = result.err;
     result = import(text, {"--skip-unreadable"});
