@@ -1,9 +1,201 @@
+#include <algorithm>
+#include <array>
+#include <string>
+#include <utility>
+
+#include "filtertext/coefficient_list.h"
+#include "filtertext/filter_line_reader.h"
+#include "filtertext/filter_meaning.h"
+#include "filtertext/filter_table.h"
 #include "filtertext/readers.h"
+#include "filtertext/text_commands.h"
 
 namespace tessavo {
 
-FilterText readTextLines(std::string_view /*text*/, std::string_view /*channelName*/) {
-    return {};
+namespace {
+
+/// More than any program writes, and few enough for a list on a screen.
+constexpr std::size_t mostLines = 100000;
+
+constexpr std::string_view coefficientReason = "coefficients of a biquad; which filter they are is not told";
+
+/// A line whose numbers are read when the decimal sign is known.
+struct PendingLine {
+    std::size_t index = 0;
+    bool isRow = false;  ///< of a table
+    bool isForOthers = false;
+    std::string otherReason;
+    std::optional<WrittenFilter> filter;
+    std::optional<WrittenValue> preamp;
+};
+
+class LinesReader {
+ public:
+    explicit LinesReader(std::string_view channelName) : scope(channelName), wantedChannel(channelName) {}
+
+    void read(std::string_view source) {
+        const LineText line(source);
+        FilterLine& entry = result.lines.emplace_back();
+        entry.line = result.lines.size();
+        entry.text = source;
+        const std::string_view plain = line.plain();
+        const std::size_t first = afterBlanks(plain, 0, plain.size());
+        if (first == plain.size() || plain[first] == '#') {
+            return;
+        }
+        noteHeader(plain);
+        if (const TextCommand command = commandOf(plain); !command.name.empty()) {
+            readCommand(line, command, entry);
+        } else if (auto filter = filterOfLine(line)) {
+            addVotes(*filter, votes);
+            pend({0, false, false, {}, std::move(filter), {}});
+        } else if (auto preamp = preampOfLine(line)) {
+            votes.add(preamp->number, preamp->use);
+            pend({0, false, false, {}, {}, std::move(preamp)});
+        } else if (auto row = table.read(line)) {
+            addVotes(*row, votes);
+            pend({0, true, false, {}, std::move(row), {}});
+        } else if (coefficients.read(line)) {
+            readBiquad(entry);
+        }
+    }
+
+    FilterText finish() {
+        result.decimalSign = votes.sign();
+        for (const PendingLine& line : pending) {
+            settle(line);
+        }
+        result.channels = scope.names();
+        result.channel = scope.channel();
+        noteTrouble();
+        return std::move(result);
+    }
+
+ private:
+    void noteHeader(std::string_view plain) {
+        constexpr std::string_view program = "room eq v";
+        if (!isWordAt(plain, 0, program)) {
+            return;
+        }
+        const std::size_t mark = std::min(plain.find_first_of(".,", program.size()), plain.size());
+        const std::string_view number = plain.substr(program.size(), mark - program.size());
+        if (mark < plain.size() && !number.empty() && std::ranges::all_of(number, isDigit)) {
+            votes.addHeader(plain[mark]);
+        }
+    }
+
+    void readCommand(const LineText& line, const TextCommand& command, FilterLine& entry) {
+        entry.kind = FilterLineKind::unsupported;
+        entry.reason = command.reason;
+        if (command.name == "channel" && !scope.read(line, command.behind)) {
+            entry.kind = FilterLineKind::error;
+            entry.column = command.behind + 1;
+            entry.reason = "the channel is missing";
+        } else if (command.isFilter && !scope.applies()) {
+            entry.reason = scope.otherReason();
+        }
+    }
+
+    void readBiquad(FilterLine& entry) {
+        entry.kind = FilterLineKind::unsupported;
+        entry.reason = coefficientReason;
+        ++biquads;
+        firstBiquad = firstBiquad == 0 ? entry.line : firstBiquad;
+    }
+
+    void pend(PendingLine line) {
+        line.index = result.lines.size() - 1;
+        line.isForOthers = !scope.applies();
+        line.otherReason = line.isForOthers ? scope.otherReason() : std::string();
+        pending.push_back(std::move(line));
+    }
+
+    void settle(const PendingLine& line) {
+        FilterLine& entry = result.lines[line.index];
+        if (line.preamp) {
+            const auto gainDb = readPreamp(*line.preamp, result.decimalSign, entry);
+            if (!line.isForOthers && gainDb) {
+                result.preampDb += *gainDb;
+                result.hasPreamp = true;
+            }
+        } else {
+            readMeaning(*line.filter, result.decimalSign, line.isRow ? "True nor False" : "ON nor OFF",
+                        entry);
+        }
+        if (line.isForOthers) {
+            entry.kind = FilterLineKind::unsupported;
+            entry.meaning.reset();
+            entry.column = 0;
+            entry.reason = line.otherReason;
+        }
+    }
+
+    [[nodiscard]] bool hasRows(std::size_t fewest) const {
+        const auto rows = std::ranges::count_if(
+            result.lines, [](const FilterLine& line) { return line.kind != FilterLineKind::none; });
+        return static_cast<std::size_t>(rows) >= fewest;
+    }
+
+    void noteTrouble() {
+        if (!wantedChannel.empty() && result.channel.empty()) {
+            result.trouble = std::string("There is no channel \"").append(shortened(wantedChannel)).append("\" in it");
+            if (result.channels.empty()) {
+                result.trouble.append("; it names none.");
+                return;
+            }
+            result.trouble.append(result.channels.size() == 1 ? "; there is " : "; there are ");
+            result.trouble.append(listOfNames(result.channels)).append(".");
+        } else if (biquads > 0 && !hasRows(biquads + 1)) {
+            result.trouble =
+                "It is a list of biquad coefficients, which do not tell which filters they are. Export the "
+                "filters with "
+                "their frequencies, gains and Q instead.";
+            result.troubleLine = firstBiquad;
+            result.troubleColumn = 1;
+        } else if (!hasRows(1)) {
+            result.trouble = "There is no filter in it.";
+        }
+    }
+
+    FilterText result;
+    FilterTable table;
+    CoefficientList coefficients;
+    ChannelScope scope;
+    DecimalSignVotes votes;
+    std::vector<PendingLine> pending;
+    std::string wantedChannel;
+    std::size_t biquads = 0;
+    std::size_t firstBiquad = 0;
+};
+
+FilterText troubled(std::string_view trouble, std::size_t line, std::size_t column) {
+    FilterText text;
+    text.trouble = trouble;
+    text.troubleLine = line;
+    text.troubleColumn = column;
+    return text;
+}
+
+}  // namespace
+
+FilterText readTextLines(std::string_view text, std::string_view channelName) {
+    const std::vector<std::string_view> lines = linesOf(text);
+    for (std::size_t index = 0; index < lines.size(); ++index) {
+        const std::size_t zero = lines[index].find('\0');
+        if (zero != std::string_view::npos) {
+            const std::size_t column = LineText(lines[index].substr(0, zero)).plain().size() + 1;
+            return troubled("It is no text: a byte of it is zero. A text in UTF-16 must be saved as UTF-8.",
+                            index + 1, column);
+        }
+    }
+    if (lines.size() > mostLines) {
+        return troubled("It has more than 100000 lines; filter texts have fewer.", mostLines + 1, 1);
+    }
+    LinesReader reader(channelName);
+    for (const std::string_view line : lines) {
+        reader.read(line);
+    }
+    return reader.finish();
 }
 
 }  // namespace tessavo
