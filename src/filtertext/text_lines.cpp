@@ -1,282 +1,202 @@
 #include <algorithm>
 #include <array>
+#include <string>
+#include <utility>
 
-#include "filtertext/decimal_sign.h"
+#include "filtertext/coefficient_list.h"
+#include "filtertext/filter_line_reader.h"
 #include "filtertext/filter_meaning.h"
-#include "filtertext/raw_filter.h"
+#include "filtertext/filter_table.h"
 #include "filtertext/readers.h"
-#include "filtertext/shown_text.h"
+#include "filtertext/text_commands.h"
 
 namespace tessavo {
 
 namespace {
 
-struct Command {
-    std::string_view word;
-    std::string_view refusal;
+/// More than any program writes, and few enough for a list on a screen.
+constexpr std::size_t mostLines = 100000;
+
+constexpr std::string_view coefficientReason = "coefficients of a biquad; which filter they are is not told";
+
+/// A line whose numbers are read when the decimal sign is known.
+struct PendingLine {
+    std::size_t index = 0;
+    bool isRow = false;  ///< of a table
+    bool isForOthers = false;
+    std::string otherReason;
+    std::optional<WrittenFilter> filter;
+    std::optional<WrittenValue> preamp;
 };
 
-constexpr auto commands = std::to_array<Command>({
-    {"Include", "another file; import that file by itself"},
-    {"Device", "the choice of a sound device means nothing here"},
-    {"Copy", "channels are not mixed by an import"},
-    {"Delay", "a delay; set it on the channel itself"},
-    {"Channel", "applies to what follows"},
-    {"Eval", "a calculation; only plain numbers are read"},
-    {"If", "a condition; only plain numbers are read"},
-    {"ElseIf", "a condition; only plain numbers are read"},
-    {"Else", "a condition; only plain numbers are read"},
-    {"EndIf", "a condition; only plain numbers are read"},
-    {"Stage", "the choice of a stage means nothing here"},
-    {"GraphicEQ", "a graphic equalizer, whose many points are no bands"},
-    {"Convolution", "a convolution; the target has none"},
-    {"LoudnessCorrection", "a loudness correction; the target has none"},
-    {"VSTPlugin", "a plug-in; the target has none"},
-});
-
-/// A line that has been taken apart but whose numbers have not been read.
-struct RawLine {
-    FilterLine line;
-    std::optional<RawFilter> filter;
-    std::optional<RawNumber> preamp;
-    std::vector<std::string> channels;  ///< that it applies to; empty for all
-};
-
-/// What stands behind "Word:" at the start of a line.
-std::optional<std::string_view> behind(std::string_view line, std::string_view word) {
-    const std::size_t colon = line.find(':');
-    if (colon == std::string_view::npos || !sameWord(trimmed(line.substr(0, colon)), word)) {
-        return std::nullopt;
-    }
-    return line.substr(colon + 1);
-}
-
-/// Reads a text line by line, then all of its numbers.
-class TextReader {
+class LinesReader {
  public:
-    explicit TextReader(std::string_view text) {
-        for (const std::string_view line : linesOf(text)) {
-            take(line);
+    explicit LinesReader(std::string_view channelName) : scope(channelName), wantedChannel(channelName) {}
+
+    void read(std::string_view source) {
+        const LineText line(source);
+        FilterLine& entry = result.lines.emplace_back();
+        entry.line = result.lines.size();
+        entry.text = source;
+        const std::string_view plain = line.plain();
+        const std::size_t first = afterBlanks(plain, 0, plain.size());
+        if (first == plain.size() || plain[first] == '#') {
+            return;
+        }
+        noteHeader(plain);
+        if (const TextCommand command = commandOf(plain); !command.name.empty()) {
+            readCommand(line, command, entry);
+        } else if (auto filter = filterOfLine(line)) {
+            addVotes(*filter, votes);
+            pend({0, false, false, {}, std::move(filter), {}});
+        } else if (auto preamp = preampOfLine(line)) {
+            votes.add(preamp->number, preamp->use);
+            pend({0, false, false, {}, {}, std::move(preamp)});
+        } else if (auto row = table.read(line)) {
+            addVotes(*row, votes);
+            pend({0, true, false, {}, std::move(row), {}});
+        } else if (coefficients.read(line)) {
+            readBiquad(entry);
         }
     }
 
-    FilterText result(std::string_view channelName) {
-        FilterText result;
-        result.channels = channels_;
-        if (!chooseChannel(result, channelName)) {
-            return result;
+    FilterText finish() {
+        result.decimalSign = votes.sign();
+        for (const PendingLine& line : pending) {
+            settle(line);
         }
-        result.decimalSign = sign_.decided();
-        for (RawLine& raw : lines_) {
-            finish(raw, result);
-            result.lines.push_back(std::move(raw.line));
-        }
-        judge(result);
-        return result;
+        result.channels = scope.names();
+        result.channel = scope.channel();
+        noteTrouble();
+        return std::move(result);
     }
 
  private:
-    void take(std::string_view text) {
-        RawLine raw;
-        raw.line.line = lines_.size() + 1;
-        raw.line.text = text;
-        raw.channels = current_;
-        const std::string_view plain = trimmed(text);
-        if (!plain.starts_with('#')) {
-            classify(plain, text, raw);
+    void noteHeader(std::string_view plain) {
+        constexpr std::string_view program = "room eq v";
+        if (!isWordAt(plain, 0, program)) {
+            return;
         }
-        see(raw);
-        lines_.push_back(std::move(raw));
-    }
-
-    void classify(std::string_view plain, std::string_view text, RawLine& raw) {
-        if (const auto preamp = behind(plain, "Preamp")) {
-            takePreamp(text, *preamp, raw);
-        } else if (isBiquad(plain)) {
-            raw.line.kind = FilterLineKind::unsupported;
-            raw.line.reason =
-                "coefficients of a filter; the target's filters are given by frequency, gain and Q";
-            biquads_ = true;
-        } else if (plain.starts_with("Room EQ V") && plain.find(',') != std::string_view::npos) {
-            sign_.seeWeak(',');
-        } else if (!takeCommand(plain, raw)) {
-            raw.filter = readFilterLine(text);
-            if (!raw.filter) {
-                raw.filter = table_.take(text);
-            }
+        const std::size_t mark = std::min(plain.find_first_of(".,", program.size()), plain.size());
+        const std::string_view number = plain.substr(program.size(), mark - program.size());
+        if (mark < plain.size() && !number.empty() && std::ranges::all_of(number, isDigit)) {
+            votes.addHeader(plain[mark]);
         }
     }
 
-    void takePreamp(std::string_view text, std::string_view value, RawLine& raw) {
-        const std::size_t unit = value.find_first_of("dD");
-        const std::string_view number = trimmed(value.substr(0, unit));
-        const std::size_t offset =
-            number.empty() ? text.size() : static_cast<std::size_t>(number.data() - text.data());
-        raw.preamp = RawNumber{std::string(number), columnOf(text, offset), 1.0};
-    }
-
-    static bool isBiquad(std::string_view plain) {
-        constexpr std::string_view word = "biquad";
-        if (!sameWord(plain.substr(0, word.size()), word)) {
-            return false;
-        }
-        std::string_view rest = plain.substr(word.size());
-        if (rest.ends_with(',') || rest.ends_with(':')) {
-            rest.remove_suffix(1);
-        }
-        return !rest.empty() && rest.find_first_not_of("0123456789") == std::string_view::npos;
-    }
-
-    bool takeCommand(std::string_view plain, RawLine& raw) {
-        for (const Command& command : commands) {
-            const std::optional<std::string_view> rest = behind(plain, command.word);
-            if (!rest) {
-                continue;
-            }
-            raw.line.kind = FilterLineKind::unsupported;
-            raw.line.reason = command.refusal;
-            if (sameWord(command.word, "Channel")) {
-                takeChannels(*rest);
-            }
-            return true;
-        }
-        return false;
-    }
-
-    void takeChannels(std::string_view names) {
-        current_.clear();
-        bool all = false;
-        std::string parted(names);
-        std::replace(parted.begin(), parted.end(), ',', ' ');
-        for (const Word& word : wordsOf(parted)) {
-            if (sameWord(word.text, "all")) {
-                all = true;
-                continue;
-            }
-            current_.emplace_back(word.text);
-            if (!isAmong(channels_, word.text)) {
-                channels_.emplace_back(word.text);
-            }
-        }
-        if (all) {
-            current_.clear();
+    void readCommand(const LineText& line, const TextCommand& command, FilterLine& entry) {
+        entry.kind = FilterLineKind::unsupported;
+        entry.reason = command.reason;
+        if (command.name == "channel" && !scope.read(line, command.behind)) {
+            entry.kind = FilterLineKind::error;
+            entry.column = command.behind + 1;
+            entry.reason = "the channel is missing";
+        } else if (command.isFilter && !scope.applies()) {
+            entry.reason = scope.otherReason();
         }
     }
 
-    static bool isAmong(const std::vector<std::string>& names, std::string_view name) {
-        return std::any_of(names.begin(), names.end(),
-                           [&](const std::string& one) { return sameWord(one, name); });
+    void readBiquad(FilterLine& entry) {
+        entry.kind = FilterLineKind::unsupported;
+        entry.reason = coefficientReason;
+        ++biquads;
+        firstBiquad = firstBiquad == 0 ? entry.line : firstBiquad;
     }
 
-    void see(const RawLine& raw) {
-        if (raw.preamp) {
-            sign_.see(raw.preamp->text, false);
-        }
-        if (raw.filter) {
-            if (raw.filter->frequency) {
-                sign_.see(raw.filter->frequency->text, true);
-            }
-            for (const auto& number :
-                 {raw.filter->gain, raw.filter->q, raw.filter->octaves, raw.filter->slope}) {
-                if (number) {
-                    sign_.see(number->text, false);
-                }
-            }
-        }
+    void pend(PendingLine line) {
+        line.index = result.lines.size() - 1;
+        line.isForOthers = !scope.applies();
+        line.otherReason = line.isForOthers ? scope.otherReason() : std::string();
+        pending.push_back(std::move(line));
     }
 
-    bool chooseChannel(FilterText& result, std::string_view wanted) {
-        if (wanted.empty()) {
-            result.channel = channels_.empty() ? std::string() : channels_.front();
-            return true;
-        }
-        for (const std::string& name : channels_) {
-            if (sameWord(name, wanted)) {
-                result.channel = name;
-                return true;
+    void settle(const PendingLine& line) {
+        FilterLine& entry = result.lines[line.index];
+        if (line.preamp) {
+            const auto gainDb = readPreamp(*line.preamp, result.decimalSign, entry);
+            if (!line.isForOthers && gainDb) {
+                result.preampDb += *gainDb;
+                result.hasPreamp = true;
             }
-        }
-        std::string trouble = std::string("The file speaks of no channel ").append(inQuotes(wanted));
-        if (channels_.empty()) {
-            trouble.append(", nor of any other.");
         } else {
-            trouble.append("; it has");
-            for (const std::string& name : channels_) {
-                trouble.append(&name == &channels_.front() ? " " : ", ").append(name);
-            }
-            trouble.append(".");
+            readMeaning(*line.filter, result.decimalSign, line.isRow ? "True nor False" : "ON nor OFF",
+                        entry);
         }
-        result.trouble = std::move(trouble);
-        return false;
+        if (line.isForOthers) {
+            entry.kind = FilterLineKind::unsupported;
+            entry.meaning.reset();
+            entry.column = 0;
+            entry.reason = line.otherReason;
+        }
     }
 
-    void finish(RawLine& raw, FilterText& result) const {
-        if (!raw.preamp && !raw.filter) {
-            return;
-        }
-        if (!raw.channels.empty() && !isAmong(raw.channels, result.channel)) {
-            raw.line.kind = FilterLineKind::unsupported;
-            raw.line.reason = "for channel";
-            for (const std::string& name : raw.channels) {
-                raw.line.reason.append(" ").append(name);
-            }
-            return;
-        }
-        if (raw.filter) {
-            findMeaning(raw.line, *raw.filter, result.decimalSign);
-            return;
-        }
-        const std::optional<double> gain = readNumber(raw.preamp->text, result.decimalSign, false);
-        if (!gain) {
-            raw.line.kind = FilterLineKind::error;
-            raw.line.reason = raw.preamp->text.empty()
-                                  ? "the gain is missing"
-                                  : inQuotes(raw.preamp->text).append(" is not a number");
-            raw.line.column = raw.preamp->column;
-            return;
-        }
-        result.preampDb += *gain;
-        result.hasPreamp = true;
+    [[nodiscard]] bool hasRows(std::size_t fewest) const {
+        const auto rows = std::ranges::count_if(
+            result.lines, [](const FilterLine& line) { return line.kind != FilterLineKind::none; });
+        return static_cast<std::size_t>(rows) >= fewest;
     }
 
-    void judge(FilterText& result) const {
-        // Whichever channel is read: what one channel has, the file has.
-        const auto usable = [](const RawLine& raw) { return raw.filter || raw.preamp; };
-        const auto speaks = [](const FilterLine& line) { return line.kind != FilterLineKind::none; };
-        if (biquads_ && std::none_of(lines_.begin(), lines_.end(), usable)) {
-            const auto first = std::find_if(result.lines.begin(), result.lines.end(), speaks);
+    void noteTrouble() {
+        if (!wantedChannel.empty() && result.channel.empty()) {
             result.trouble =
-                "It is a list of filter coefficients. The target's filters are given by frequency, gain and "
-                "Q; export those.";
-            result.troubleLine = first->line;
+                std::string("There is no channel \"").append(shortened(wantedChannel)).append("\" in it");
+            if (result.channels.empty()) {
+                result.trouble.append("; it names none.");
+                return;
+            }
+            result.trouble.append(result.channels.size() == 1 ? "; there is " : "; there are ");
+            result.trouble.append(listOfNames(result.channels)).append(".");
+        } else if (biquads > 0 && !hasRows(biquads + 1)) {
+            result.trouble =
+                "It is a list of biquad coefficients, which do not tell which filters they are. Export the "
+                "filters with "
+                "their frequencies, gains and Q instead.";
+            result.troubleLine = firstBiquad;
             result.troubleColumn = 1;
-        } else if (!result.hasPreamp && std::none_of(result.lines.begin(), result.lines.end(), speaks)) {
+        } else if (!hasRows(1)) {
             result.trouble = "There is no filter in it.";
         }
     }
 
-    std::vector<RawLine> lines_;
-    std::vector<std::string> channels_;
-    std::vector<std::string> current_;
-    DecimalSign sign_;
-    FilterTable table_;
-    bool biquads_ = false;
+    FilterText result;
+    FilterTable table;
+    CoefficientList coefficients;
+    ChannelScope scope;
+    DecimalSignVotes votes;
+    std::vector<PendingLine> pending;
+    std::string wantedChannel;
+    std::size_t biquads = 0;
+    std::size_t firstBiquad = 0;
 };
+
+FilterText troubled(std::string_view trouble, std::size_t line, std::size_t column) {
+    FilterText text;
+    text.trouble = trouble;
+    text.troubleLine = line;
+    text.troubleColumn = column;
+    return text;
+}
 
 }  // namespace
 
 FilterText readTextLines(std::string_view text, std::string_view channelName) {
-    const std::size_t zero = text.find('\0');
-    if (zero != std::string_view::npos) {
-        FilterText refused;
-        const std::string_view before = text.substr(0, zero);
-        refused.trouble = "It is no text: it holds bytes of zero.";
-        refused.troubleLine = linesOf(before).size() +
-                              (before.empty() || before.ends_with('\n') || before.ends_with('\r') ? 1 : 0);
-        refused.troubleColumn = 1;
-        return refused;
+    const std::vector<std::string_view> lines = linesOf(text);
+    for (std::size_t index = 0; index < lines.size(); ++index) {
+        const std::size_t zero = lines[index].find('\0');
+        if (zero != std::string_view::npos) {
+            const std::size_t column = LineText(lines[index].substr(0, zero)).plain().size() + 1;
+            return troubled("It is no text: a byte of it is zero. A text in UTF-16 must be saved as UTF-8.",
+                            index + 1, column);
+        }
     }
-    return TextReader(text).result(channelName);
+    if (lines.size() > mostLines) {
+        return troubled("It has more than 100000 lines; filter texts have fewer.", mostLines + 1, 1);
+    }
+    LinesReader reader(channelName);
+    for (const std::string_view line : lines) {
+        reader.read(line);
+    }
+    return reader.finish();
 }
 
 }  // namespace tessavo

@@ -133,7 +133,7 @@ TEST(TextLines, WhatTheTargetLacksIsUnsupportedWithItsReason) {
         {"Filter 1: ON WHAT Fc 900 Hz", "\"WHAT\""},
         {"Include: other.txt", "file"},
         {"Device: all", "device"},
-        {"Copy: L=R", "mixed"},
+        {"Copy: L=R", "mix of channels"},
         {"Delay: 5 ms", "delay"},
         {"Eval: a=1", "calculation"},
         {"GraphicEQ: 25 0; 40 0", "graphic"},
@@ -177,7 +177,7 @@ TEST(TextLines, WhatIsMissingOrUnreadableIsAnErrorAtItsColumn) {
         {"Filter 1: ON LPQ Fc 100 Hz", 27, "the Q is missing"},
         {"Filter 1: ON PK Fc 100 Hz Gain 1 dB Q nan", 39, "\"nan\" is not a number"},
         {"Filter 1: ON PK Fc 1e999 Hz Gain 1 dB Q 1", 20, "\"1e999\" is not a number"},
-        {"Filter 1: ON", 13, "the type of the filter is missing"},
+        {"Filter 1: ON", 13, "the type is missing"},
         {"Preamp: loud dB", 9, "\"lou\" is not a number"},
     };
     for (const auto& [text, column, reason] : cases) {

@@ -5,7 +5,6 @@
 #include <random>
 #include <string>
 
-#include "filtertext/decimal_sign.h"
 #include "filtertext/filter_text.h"
 
 // The decimal sign of a file, its channels and its preamps, and what comes of damaged files.
@@ -61,20 +60,22 @@ TEST(TextNumbers, TheOtherMarkIsAnErrorWhereItCannotStandForThousands) {
     EXPECT_EQ(read.lines[0].kind, FilterLineKind::band);
     EXPECT_EQ(read.lines[1].kind, FilterLineKind::error);
     EXPECT_EQ(read.lines[1].column, 20U);
-    EXPECT_THAT(read.lines[1].reason, HasSubstr("decimal sign"));
+    EXPECT_THAT(read.lines[1].reason, HasSubstr("decimal comma"));
 }
 
 TEST(TextNumbers, OnlyPlainNumbersAreRead) {
-    EXPECT_EQ(readNumber("1.5", '.', false), 1.5);
-    EXPECT_EQ(readNumber("+1,5", ',', false), 1.5);
-    EXPECT_EQ(readNumber("1,000,000", '.', true), 1e6);
-    EXPECT_EQ(readNumber("-1.000,5", ',', true), -1000.5);
-    for (const char* text : {"", "+", "-", "+-1", "--1", "1,00", "1,0000", "12345,678", ",123", "0x10", "inf",
-                             "nan", "1 2", "1.2.3", "1e999", "1,234", "one"}) {
-        EXPECT_FALSE(readNumber(text, '.', false).has_value()) << text;
+    const auto gainOf = [](const std::string& gain) {
+        return readFilterText(peak("100.5", gain, "1")).lines.at(0).source->gainDb;
+    };
+    EXPECT_EQ(gainOf("1.5"), 1.5);
+    EXPECT_EQ(gainOf("+1.5"), 1.5);
+    for (const char* text :
+         {"+", "-", "+-1", "--1", "1,00", "0x10", "inf", "nan", "1.2.3", "1e999", "1,234", "one"}) {
+        EXPECT_FALSE(gainOf(text).has_value()) << text;
     }
-    for (const char* text : {"1,00", "1,0000", "12345,678", ",123", "1,,234", "1 2"}) {
-        EXPECT_FALSE(readNumber(text, '.', true).has_value()) << text;
+    EXPECT_EQ(firstFrequency(peak("1,000,000", "1.5", "1.5")), 1e6);
+    for (const char* text : {"1,00", "1,0000", "12345,678", ",123", "1,,234"}) {
+        EXPECT_EQ(firstFrequency(peak(text, "1.5", "1.5")), 0.0) << text;
     }
 }
 
@@ -95,7 +96,7 @@ TEST(TextChannels, TheFirstChannelOrTheNamedOneIsRead) {
     const FilterText right = readFilterText(text, "R");
     EXPECT_EQ(right.preampDb, -7.5);
     EXPECT_EQ(right.lines[5].kind, FilterLineKind::band);
-    EXPECT_THAT(readFilterText(text, "C").trouble, HasSubstr("L, R"));
+    EXPECT_THAT(readFilterText(text, "C").trouble, HasSubstr("L and R"));
     EXPECT_THAT(readFilterText(peak("100", "1", "1"), "L").trouble, HasSubstr("\"L\""));
 }
 
