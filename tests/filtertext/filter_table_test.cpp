@@ -1,6 +1,5 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
 #include <string>
 
 #include "filter_lines.h"
@@ -11,7 +10,8 @@ namespace {
 using testing::HasSubstr;
 
 const std::string blankHead =
-    "Generic\nNumber Enabled Control Type Frequency(Hz) Gain(dB) Q Bandwidth(Hz) TargetT60(ms) Shape Slope_dB/oct "
+    "Generic\nNumber Enabled Control Type Frequency(Hz) Gain(dB) Q Bandwidth(Hz) TargetT60(ms) Shape "
+    "Slope_dB/oct "
     "Frequency2(Hz) Q2 Slope2_dB/oct\n";
 const std::string commaHead = "Generic\nNumber,Enabled,Control,Type,Frequency(Hz),Gain(dB),Q,Bandwidth(Hz)\n";
 
@@ -75,9 +75,11 @@ TEST(FilterTable, MissingAndGarbledCellsAreErrors) {
 
 TEST(FilterTable, CrossoversOfFourthOrderAreTakenAndOthersRefused) {
     const std::string head =
-        "Number,Enabled,Control,Type,Frequency(Hz),Gain(dB),Q,Bandwidth(Hz),TargetT60(ms),Shape,Slope_dB/oct\n\n";
+        "Number,Enabled,Control,Type,Frequency(Hz),Gain(dB),Q,Bandwidth(Hz),TargetT60(ms),Shape,Slope_dB/"
+        "oct\n\n";
     for (const char* type : {"LP", "lp"}) {
-        const FilterLine row = readFilterText(head + "1,True,Auto," + type + ",2000,,,,,L-R,24\n").lines.at(2);
+        const FilterLine row =
+            readFilterText(head + "1,True,Auto," + type + ",2000,,,,,L-R,24\n").lines.at(2);
         expectMeaning(row, {FilterShape::lowPass, 2000, 0, std::sqrt(0.5), 4});
         EXPECT_EQ(row.device.value().order, 4);
         EXPECT_EQ(row.device.value().frequencyHz, 1782.0);
@@ -88,17 +90,16 @@ TEST(FilterTable, CrossoversOfFourthOrderAreTakenAndOthersRefused) {
     expectMeaning(butterworth, {FilterShape::highPass, 2000, 0, std::sqrt(0.5), 4});
     EXPECT_THAT(butterworth.reason, HasSubstr("Linkwitz-Riley"));
     for (const char* rest : {"L-R,48", "BE,24", "BU,18", "L-R,12"}) {
-        const FilterLine row =
-            readFilterText(head + "1,True,Auto,LP,2000,,,,," + rest + "\n").lines.at(2);
+        const FilterLine row = readFilterText(head + "1,True,Auto,LP,2000,,,,," + rest + "\n").lines.at(2);
         EXPECT_EQ(row.kind, FilterLineKind::unsupported) << rest;
         EXPECT_NE(row.reason, "") << rest;
     }
 }
 
 TEST(FilterTable, ListsOfCoefficientsAreRefusedWithTheirPlace) {
-    const FilterText text =
-        readFilterText("biquad1,\nb0=0.997,\nb1=-1.99,\nb2=0.995,\na1=1.99,\na2=-0.992,\nbiquad2,\nb0=0.997,\n"
-                       "b1=-1.99,\nb2=0.995,\na1=1.99,\na2=-0.99\n");
+    const FilterText text = readFilterText(
+        "biquad1,\nb0=0.997,\nb1=-1.99,\nb2=0.995,\na1=1.99,\na2=-0.992,\nbiquad2,\nb0=0.997,\n"
+        "b1=-1.99,\nb2=0.995,\na1=1.99,\na2=-0.99\n");
     EXPECT_THAT(text.trouble, HasSubstr("oefficient"));
     EXPECT_EQ(text.troubleLine, 1U);
     EXPECT_EQ(text.troubleColumn, 1U);

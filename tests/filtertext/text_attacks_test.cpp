@@ -1,8 +1,7 @@
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <gtest/gtest.h>
 #include <random>
 #include <string>
 
@@ -33,7 +32,8 @@ void expectValues(const FilterLine& line) {
         EXPECT_TRUE(line.clamped.empty());
     }
     if (line.source) {
-        for (const std::optional<double>& value : {line.source->frequencyHz, line.source->gainDb, line.source->q}) {
+        for (const std::optional<double>& value :
+             {line.source->frequencyHz, line.source->gainDb, line.source->q}) {
             EXPECT_TRUE(!value || std::isfinite(*value));
         }
     }
@@ -130,7 +130,8 @@ TEST(TextAttacks, EveryByteRemovedOrDoubledHoldsTheContract) {
 
 TEST(TextAttacks, EveryByteChangedHoldsTheContract) {
     for (std::size_t at = 0; at < goodText.size() && !HasFailure(); at++) {
-        for (const char byte : {'\0', ' ', '\t', '\n', '\r', ',', '.', '-', ':', '=', '#', '9', 'e', 'Q', '\x7F', '\xA0', '\xFF'}) {
+        for (const char byte : {'\0', ' ', '\t', '\n', '\r', ',', '.', '-', ':', '=', '#', '9', 'e', 'Q',
+                                '\x7F', '\xA0', '\xFF'}) {
             std::string text = goodText;
             text[at] = byte;
             expectContract(text);
@@ -145,11 +146,13 @@ TEST(TextAttacks, EveryByteChangedHoldsTheContract) {
 
 TEST(TextAttacks, HugeLinesHoldTheContract) {
     constexpr std::size_t megabyte = std::size_t{1} << 20U;
-    for (const std::string& piece : {std::string("9"), std::string(" "), std::string("9 "), std::string("Fc 1 "),
-                                     std::string("Q "), std::string("1,"), std::string("1.000 "), std::string("\t"),
-                                     std::string("\u00a0"), std::string("\xA0"), std::string("LS 9 dB "),
-                                     std::string("Filter 1: "), std::string("ON "), std::string("#")}) {
-        for (const char* head : {"", "Filter 1: ON PK Fc ", "Filter ", "Preamp: ", "Channel: ", "Filter 1: ON LS "}) {
+    for (const std::string& piece :
+         {std::string("9"), std::string(" "), std::string("9 "), std::string("Fc 1 "), std::string("Q "),
+          std::string("1,"), std::string("1.000 "), std::string("\t"), std::string("\u00a0"),
+          std::string("\xA0"), std::string("LS 9 dB "), std::string("Filter 1: "), std::string("ON "),
+          std::string("#")}) {
+        for (const char* head :
+             {"", "Filter 1: ON PK Fc ", "Filter ", "Preamp: ", "Channel: ", "Filter 1: ON LS "}) {
             std::string text = head;
             while (text.size() < megabyte) {
                 text += piece;
@@ -162,8 +165,8 @@ TEST(TextAttacks, HugeLinesHoldTheContract) {
 }
 
 TEST(TextAttacks, AHundredThousandLinesHoldTheContract) {
-    for (const std::string line : {"Filter 1: ON PK Fc 100 Hz Gain -3.0 dB Q 2.00\n", "\n", "\r", "Filter\n", "biquad1,\n",
-                                   "Channel: a b c\n", "Preamp: -1 dB\n"}) {
+    for (const std::string line : {"Filter 1: ON PK Fc 100 Hz Gain -3.0 dB Q 2.00\n", "\n", "\r", "Filter\n",
+                                   "biquad1,\n", "Channel: a b c\n", "Preamp: -1 dB\n"}) {
         std::string text;
         for (int i = 0; i < 80000; i++) {
             text += line;
@@ -178,16 +181,50 @@ TEST(TextAttacks, AHundredThousandLinesHoldTheContract) {
 }
 
 TEST(TextAttacks, RandomWordsAndBytesHoldTheContract) {
-    const std::vector<std::string> words = {"Filter", "1", ":",   "ON",  "OFF", "PK", "LS",   "6dB", "12 dB", "Fc",
-                                            "100",    "Hz", "Gain", "-3,0", "3.000", "dB", "Q", "0.7", "BW", "Oct",
-                                            "None",   "Preamp:", "Channel:", "L", "all", "\n", "\r\n", "\t", ",", "#",
-                                            "Number,Enabled,Type,Frequency(Hz),Q\n", "True", "b0=1", "\u00a0", "\u2212", "1e308", "kHz"};
+    const std::vector<std::string> words = {"Filter",
+                                            "1",
+                                            ":",
+                                            "ON",
+                                            "OFF",
+                                            "PK",
+                                            "LS",
+                                            "6dB",
+                                            "12 dB",
+                                            "Fc",
+                                            "100",
+                                            "Hz",
+                                            "Gain",
+                                            "-3,0",
+                                            "3.000",
+                                            "dB",
+                                            "Q",
+                                            "0.7",
+                                            "BW",
+                                            "Oct",
+                                            "None",
+                                            "Preamp:",
+                                            "Channel:",
+                                            "L",
+                                            "all",
+                                            "\n",
+                                            "\r\n",
+                                            "\t",
+                                            ",",
+                                            "#",
+                                            "Number,Enabled,Type,Frequency(Hz),Q\n",
+                                            "True",
+                                            "b0=1",
+                                            "\u00a0",
+                                            "\u2212",
+                                            "1e308",
+                                            "kHz"};
     std::mt19937_64 random(17);
     for (int round = 0; round < 20000 && !HasFailure(); round++) {
         std::string text = round % 2 == 0 ? "Filter 1: ON " : "";
         const std::size_t count = random() % 40;
         for (std::size_t i = 0; i < count; i++) {
-            text += random() % 50 == 0 ? std::string(1, static_cast<char>(random())) : words[random() % words.size()];
+            text += random() % 50 == 0 ? std::string(1, static_cast<char>(random()))
+                                       : words[random() % words.size()];
             text += random() % 3 == 0 ? "" : " ";
         }
         expectContract(text);

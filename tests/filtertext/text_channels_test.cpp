@@ -1,6 +1,5 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
 #include <string>
 
 #include "filter_lines.h"
@@ -13,19 +12,19 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 
 const std::string twoChannels =
-    "Preamp: -1 dB\n"                               // 1
-    "Filter: ON PK Fc 50 Hz Gain 1 dB Q 1\n"        // 2
-    "Channel: L\n"                                  // 3
-    "Preamp: -2 dB\n"                               // 4
-    "Filter: ON PK Fc 100 Hz Gain 1 dB Q 1\n"       // 5
-    "Channel: R\n"                                  // 6
-    "Preamp: -4 dB\n"                               // 7
-    "Filter: ON PK Fc 200 Hz Gain 1 dB Q 1\n"       // 8
-    "Channel: l r\n"                                // 9
-    "Filter: ON PK Fc 400 Hz Gain 1 dB Q 1\n"       // 10
-    "Channel: all\n"                                // 11
-    "Preamp: -8 dB\n"                               // 12
-    "Filter: ON PK Fc 800 Hz Gain 1 dB Q 1\n";      // 13
+    "Preamp: -1 dB\n"                           // 1
+    "Filter: ON PK Fc 50 Hz Gain 1 dB Q 1\n"    // 2
+    "Channel: L\n"                              // 3
+    "Preamp: -2 dB\n"                           // 4
+    "Filter: ON PK Fc 100 Hz Gain 1 dB Q 1\n"   // 5
+    "Channel: R\n"                              // 6
+    "Preamp: -4 dB\n"                           // 7
+    "Filter: ON PK Fc 200 Hz Gain 1 dB Q 1\n"   // 8
+    "Channel: l r\n"                            // 9
+    "Filter: ON PK Fc 400 Hz Gain 1 dB Q 1\n"   // 10
+    "Channel: all\n"                            // 11
+    "Preamp: -8 dB\n"                           // 12
+    "Filter: ON PK Fc 800 Hz Gain 1 dB Q 1\n";  // 13
 
 std::vector<std::size_t> bandLines(const FilterText& text) {
     std::vector<std::size_t> lines;
@@ -88,9 +87,9 @@ TEST(TextChannels, EveryHabitOfAPreampIsRead) {
         const char* line;
         double db;
     } cases[] = {
-        {"Preamp: -6.5 dB", -6.5}, {"Preamp:\t-0.8 dB", -0.8}, {"preamp: -6.5db", -6.5}, {"PREAMP: 3", 3},
-        {"Preamp: +3,0 dB", 3},    {"Preamp: \u22124,9 dB", -4.9}, {"  Preamp : -2 dB  ", -2},
-        {"Preamp: 0.0 dB", 0},     {"Preamp:-6 dB", -6},
+        {"Preamp: -6.5 dB", -6.5},  {"Preamp:\t-0.8 dB", -0.8}, {"preamp: -6.5db", -6.5},
+        {"PREAMP: 3", 3},           {"Preamp: +3,0 dB", 3},     {"Preamp: \u22124,9 dB", -4.9},
+        {"  Preamp : -2 dB  ", -2}, {"Preamp: 0.0 dB", 0},      {"Preamp:-6 dB", -6},
     };
     for (const auto& [line, db] : cases) {
         const FilterText text = readFilterText(std::string(line) + "\nFilter: ON LP Fc 50 Hz\n");
@@ -124,9 +123,9 @@ TEST(TextChannels, AnUnreadablePreampIsAnErrorAtItsColumn) {
 }
 
 TEST(TextChannels, CommandsAreUnsupportedWithAReason) {
-    for (const char* line :
-         {"Include: other.txt", "Device: Speakers", "Copy: L2=L R2=R", "Copy: L=0.5*L+0.5*L2", "Delay: 500 ms",
-          "Eval: x=3", "GraphicEQ: 20 0; 30 1.5", "graphiceq: 20 0", "Convolution: room.wav", "DELAY: 5 samples"}) {
+    for (const char* line : {"Include: other.txt", "Device: Speakers", "Copy: L2=L R2=R",
+                             "Copy: L=0.5*L+0.5*L2", "Delay: 500 ms", "Eval: x=3", "GraphicEQ: 20 0; 30 1.5",
+                             "graphiceq: 20 0", "Convolution: room.wav", "DELAY: 5 samples"}) {
         const FilterText text = readFilterText(std::string(line) + "\nFilter: ON LP Fc 50 Hz\n");
         ASSERT_EQ(text.lines.size(), 2U);
         EXPECT_EQ(text.lines[0].kind, FilterLineKind::unsupported) << line;

@@ -1,6 +1,5 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
 #include <string>
 
 #include "filter_lines.h"
@@ -32,8 +31,9 @@ TEST(TextEncoding, WhatIsNotUtf8IsLatin1) {
 
 TEST(TextEncoding, ForbiddenFormsOfUtf8AreLatin1) {
     // Overlong forms, a half of a surrogate pair, a code beyond the last one, a lone continuation, a cut end.
-    for (const std::string& bytes : {"\xC0\xAF"s, "\xC1\xBF"s, "\xE0\x80\x80"s, "\xF0\x80\x80\x80"s, "\xED\xA0\x80"s,
-                                    "\xF4\x90\x80\x80"s, "\xF8\x88\x80\x80\x80"s, "\x80"s, "a\xE2\x88"s}) {
+    for (const std::string& bytes :
+         {"\xC0\xAF"s, "\xC1\xBF"s, "\xE0\x80\x80"s, "\xF0\x80\x80\x80"s, "\xED\xA0\x80"s,
+          "\xF4\x90\x80\x80"s, "\xF8\x88\x80\x80\x80"s, "\x80"s, "a\xE2\x88"s}) {
         std::string latin1;
         for (const char byte : bytes) {
             const auto code = static_cast<unsigned char>(byte);
@@ -60,8 +60,9 @@ TEST(TextEncoding, LinesEndInEveryUsualWay) {
 }
 
 TEST(TextEncoding, TheMarkIsNoPartOfTheFirstLine) {
-    const FilterText text = readFilterText("\xEF\xBB\xBF"
-                                           "Filter 1: ON PK Fc x Hz Gain -3.0 dB Q 2");
+    const FilterText text = readFilterText(
+        "\xEF\xBB\xBF"
+        "Filter 1: ON PK Fc x Hz Gain -3.0 dB Q 2");
     ASSERT_EQ(text.lines.size(), 1U);
     EXPECT_EQ(text.lines[0].text, "Filter 1: ON PK Fc x Hz Gain -3.0 dB Q 2");
     expectError(text.lines[0], 20, "x");

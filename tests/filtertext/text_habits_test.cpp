@@ -1,6 +1,5 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
 #include <optional>
 #include <string>
 
@@ -13,7 +12,7 @@ using testing::HasSubstr;
 
 constexpr double butterworthQ = 0.7071067811865476;
 
-TEST(TextLines, EveryHabitOfALineIsTheSameFilter) {
+TEST(TextHabits, EveryHabitOfALineIsTheSameFilter) {
     for (const char* line : {
              "Filter 1: ON PK Fc 100 Hz Gain -3.0 dB Q 2.00",
              "Filter 1 : ON PK Fc 100 Hz Gain -3.0 dB Q 2.00",
@@ -28,7 +27,8 @@ TEST(TextLines, EveryHabitOfALineIsTheSameFilter) {
              "Filter 1: ON PK Fc 100 Gain -3.0 Q 2.00",
              "Filter 1: ON PK Fc 0.1 kHz Gain -3.0 dB Q 2.00",
              "Filter 1: ON PK Fc 100 Hz Gain \u22123.0 dB Q 2.00",
-             "Filter\u00a01: ON\u00a0PK\u00a0Fc\u00a0100\u00a0Hz\u00a0Gain\u00a0-3.0\u00a0dB\u00a0Q\u00a02.00",
+             "Filter\u00a01: "
+             "ON\u00a0PK\u00a0Fc\u00a0100\u00a0Hz\u00a0Gain\u00a0-3.0\u00a0dB\u00a0Q\u00a02.00",
              "Filter 1: ON PK Fc +100 Hz Gain -3.0 dB Q +2.00",
              "Filter 1: ON Modal Fc 100 Hz Gain -3.0 dB Q 2.00 T60 target 100 ms",
              "Filter 1: ON PK Fc 100 Hz Gain -3.0 dB Q 2.00 # the room",
@@ -48,7 +48,7 @@ TEST(TextLines, EveryHabitOfALineIsTheSameFilter) {
     }
 }
 
-TEST(TextLines, TheTypeIsToldAsItStandsThere) {
+TEST(TextHabits, TheTypeIsToldAsItStandsThere) {
     for (const std::string type : {"PK", "pk", "PEQ", "Modal", "MODAL", "LSC", "hsq"}) {
         const FilterLine filter = onlyFilter("Filter 1: ON " + type + " Fc 100 Hz Gain -3.0 dB Q 0.9");
         ASSERT_TRUE(filter.source) << type;
@@ -57,7 +57,7 @@ TEST(TextLines, TheTypeIsToldAsItStandsThere) {
     EXPECT_EQ(onlyFilter("Filter 1: ON LS 12dB Fc 100 Hz Gain -3.0 dB").source.value().type, "LS 12dB");
 }
 
-TEST(TextLines, EveryEndOfALineIsTaken) {
+TEST(TextHabits, EveryEndOfALineIsTaken) {
     for (const std::string end : {"\n", "\r\n", "\r\r\n", "\r"}) {
         const std::string line = "Filter 1: ON PK Fc 100 Hz Gain -3.0 dB Q 2.00";
         const FilterText text = readFilterText("Notes:" + end + line + end + end + line + end);
@@ -72,7 +72,7 @@ TEST(TextLines, EveryEndOfALineIsTaken) {
     }
 }
 
-TEST(TextLines, ABandwidthBecomesItsQ) {
+TEST(TextHabits, ABandwidthBecomesItsQ) {
     const double w = 2.0 * std::acos(-1.0) * 5000.0 / 49500.0;
     for (const char* line : {"Filter 1: ON PK Fc 5000 Hz Gain 6 dB BW Oct 0.5",
                              "Filter 1: on pk fc 5000 hz gain +6.0 db bw oct 0.5"}) {
@@ -83,7 +83,7 @@ TEST(TextLines, ABandwidthBecomesItsQ) {
     }
 }
 
-TEST(TextLines, ShelvesOfEveryTypeHaveTheirCentreAndQ) {
+TEST(TextHabits, ShelvesOfEveryTypeHaveTheirCentreAndQ) {
     const double gain = 7.2;
     const auto corner = [&](double slope) { return std::pow(10.0, gain / (80.0 * slope)); };
     const double a = std::pow(10.0, gain / 40.0);
@@ -129,7 +129,7 @@ TEST(TextLines, ShelvesOfEveryTypeHaveTheirCentreAndQ) {
     }
 }
 
-TEST(TextLines, CrossoversAreButterworthFilters) {
+TEST(TextHabits, CrossoversAreButterworthFilters) {
     const struct {
         const char* line;
         FilterShape shape;
@@ -152,7 +152,7 @@ TEST(TextLines, CrossoversAreButterworthFilters) {
     }
 }
 
-TEST(TextLines, CrossoversOfAnotherQAreUnsupported) {
+TEST(TextHabits, CrossoversOfAnotherQAreUnsupported) {
     for (const char* line : {"Filter: ON LPQ Fc 8000 Hz Q 0.400", "Filter: ON HPQ Fc 20 Hz Q 0.5"}) {
         const FilterLine filter = onlyFilter(line);
         EXPECT_EQ(filter.kind, FilterLineKind::unsupported);
@@ -162,8 +162,9 @@ TEST(TextLines, CrossoversOfAnotherQAreUnsupported) {
     }
 }
 
-TEST(TextLines, NoneIsEmptyOnAndOff) {
-    for (const char* line : {"Filter 3: OFF None", "Filter 10: ON  None   ", "filter: off none", "Filter 3: ON NONE"}) {
+TEST(TextHabits, NoneIsEmptyOnAndOff) {
+    for (const char* line :
+         {"Filter 3: OFF None", "Filter 10: ON  None   ", "filter: off none", "Filter 3: ON NONE"}) {
         const FilterLine filter = onlyFilter(line);
         EXPECT_EQ(filter.kind, FilterLineKind::empty) << line;
         EXPECT_EQ(filter.column, 0U);
@@ -172,7 +173,7 @@ TEST(TextLines, NoneIsEmptyOnAndOff) {
     }
 }
 
-TEST(TextLines, AFilterThatIsOffKeepsItsMeaning) {
+TEST(TextHabits, AFilterThatIsOffKeepsItsMeaning) {
     for (const char* word : {"OFF", "off", "Off"}) {
         const FilterLine filter =
             onlyFilter(std::string("Filter 3: ") + word + " PK Fc 3150 Hz Gain -5.5 dB Q 3.6");
@@ -193,7 +194,7 @@ TEST(TextLines, AFilterThatIsOffKeepsItsMeaning) {
     EXPECT_EQ(onlyFilter("Filter 3: OFF PK Fc 3150 Hz Gain x dB Q 2").kind, FilterLineKind::error);
 }
 
-TEST(TextLines, TypesThatTheTargetLacksAreUnsupported) {
+TEST(TextHabits, TypesThatTheTargetLacksAreUnsupported) {
     for (const std::string type : {"NO", "AP", "BP"}) {
         const FilterLine filter = onlyFilter("Filter 13: ON " + type + " Fc 800 Hz Q 2.5");
         EXPECT_EQ(filter.kind, FilterLineKind::unsupported) << type;
@@ -205,15 +206,15 @@ TEST(TextLines, TypesThatTheTargetLacksAreUnsupported) {
         EXPECT_EQ(filter.source->frequencyHz, 800.0);
         EXPECT_EQ(filter.source->q, 2.5);
     }
-    for (const char* line : {"Filter: ON IIR Order 2 Coefficients 1 0 0 1 0 0", "Filter: ON XYZ Fc 800 Hz Gain 3 dB Q 2",
-                             "Filter 1: ON NO Fc 800 Hz"}) {
+    for (const char* line : {"Filter: ON IIR Order 2 Coefficients 1 0 0 1 0 0",
+                             "Filter: ON XYZ Fc 800 Hz Gain 3 dB Q 2", "Filter 1: ON NO Fc 800 Hz"}) {
         const FilterLine filter = onlyFilter(line);
         EXPECT_EQ(filter.kind, FilterLineKind::unsupported) << line;
         EXPECT_NE(filter.reason, "") << line;
     }
 }
 
-TEST(TextLines, AMissingValueIsAnErrorThatNamesIt) {
+TEST(TextHabits, AMissingValueIsAnErrorThatNamesIt) {
     const struct {
         const char* line;
         const char* value;
@@ -241,17 +242,18 @@ TEST(TextLines, AMissingValueIsAnErrorThatNamesIt) {
     }
 }
 
-TEST(TextLines, AFilterWithoutATypeIsAnErrorBehindItsSwitch) {
+TEST(TextHabits, AFilterWithoutATypeIsAnErrorBehindItsSwitch) {
     expectError(onlyFilter("Filter 1: ON"), 13, "type");
     EXPECT_EQ(onlyFilter("Filter 1: OFF").kind, FilterLineKind::error);
     EXPECT_EQ(onlyFilter("Filter 1: ON Fc 100 Hz Gain -3.0 dB Q 2").kind, FilterLineKind::error);
 }
 
-TEST(TextLines, LinesAboutOtherThingsSpeakOfNoFilter) {
-    for (const char* line : {"Filter Settings file", "Dated: 16.05.2013 21:56:38", "Notes:Filter test", "", "   ",
-                             "# Filter 1: ON PK Fc 100 Hz Gain -3.0 dB Q 2", "Equaliser: Generic", "No measurement",
-                             "  # Preamp: -6 dB", "nov 11 16:10:59"}) {
-        const FilterText text = readFilterText(std::string(line) + "\nFilter: ON PK Fc 100 Hz Gain -3.0 dB Q 2\n");
+TEST(TextHabits, LinesAboutOtherThingsSpeakOfNoFilter) {
+    for (const char* line : {"Filter Settings file", "Dated: 16.05.2013 21:56:38", "Notes:Filter test", "",
+                             "   ", "# Filter 1: ON PK Fc 100 Hz Gain -3.0 dB Q 2", "Equaliser: Generic",
+                             "No measurement", "  # Preamp: -6 dB", "nov 11 16:10:59"}) {
+        const FilterText text =
+            readFilterText(std::string(line) + "\nFilter: ON PK Fc 100 Hz Gain -3.0 dB Q 2\n");
         ASSERT_EQ(text.lines.size(), 2U) << line;
         EXPECT_EQ(text.lines[0].kind, FilterLineKind::none) << line;
         EXPECT_EQ(text.lines[0].column, 0U) << line;
@@ -263,19 +265,19 @@ TEST(TextLines, LinesAboutOtherThingsSpeakOfNoFilter) {
     EXPECT_NE(readFilterText("").trouble, "");
 }
 
-TEST(TextLines, ValuesOutOfEveryRangeAreToldNotGuessed) {
-    for (const char* line : {"Filter: ON PK Fc 25000 Hz Gain -3 dB Q 2", "Filter: ON PK Fc 24750 Hz Gain -3 dB Q 2",
-                             "Filter: ON LP Fc 30000 Hz"}) {
+TEST(TextHabits, ValuesOutOfEveryRangeAreToldNotGuessed) {
+    for (const char* line : {"Filter: ON PK Fc 25000 Hz Gain -3 dB Q 2",
+                             "Filter: ON PK Fc 24750 Hz Gain -3 dB Q 2", "Filter: ON LP Fc 30000 Hz"}) {
         const FilterLine filter = onlyFilter(line);
         EXPECT_EQ(filter.kind, FilterLineKind::unsupported) << line;
         EXPECT_THAT(filter.reason, HasSubstr("half the sampling rate")) << line;
     }
-    for (const char* line : {"Filter: ON PK Fc 0 Hz Gain -3 dB Q 2", "Filter: ON PK Fc -50 Hz Gain -3 dB Q 2",
-                             "Filter: ON PK Fc 50 Hz Gain -3 dB Q 0", "Filter: ON PK Fc 50 Hz Gain -3 dB Q -1",
-                             "Filter: ON PK Fc 50 Hz Gain -3 dB BW Oct 0", "Filter: ON LS Fc 50 Hz Gain 6 dB Q 0",
-                             "Filter: ON LS 0dB Fc 50 Hz Gain 6 dB", "Filter: ON LS 500dB Fc 50 Hz Gain 60 dB",
-                             "Filter: ON LS Fc 50 Hz Gain 60 dB Q 900",
-                             "Filter: ON LS 12dB Fc 50 Hz Gain 1000000 dB"}) {
+    for (const char* line :
+         {"Filter: ON PK Fc 0 Hz Gain -3 dB Q 2", "Filter: ON PK Fc -50 Hz Gain -3 dB Q 2",
+          "Filter: ON PK Fc 50 Hz Gain -3 dB Q 0", "Filter: ON PK Fc 50 Hz Gain -3 dB Q -1",
+          "Filter: ON PK Fc 50 Hz Gain -3 dB BW Oct 0", "Filter: ON LS Fc 50 Hz Gain 6 dB Q 0",
+          "Filter: ON LS 0dB Fc 50 Hz Gain 6 dB", "Filter: ON LS 500dB Fc 50 Hz Gain 60 dB",
+          "Filter: ON LS Fc 50 Hz Gain 60 dB Q 900", "Filter: ON LS 12dB Fc 50 Hz Gain 1000000 dB"}) {
         const FilterLine filter = onlyFilter(line);
         EXPECT_TRUE(filter.kind == FilterLineKind::unsupported || filter.kind == FilterLineKind::error ||
                     (filter.kind == FilterLineKind::band && !filter.clamped.empty()))

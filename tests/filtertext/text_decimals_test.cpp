@@ -1,6 +1,5 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
 #include <string>
 
 #include "filter_lines.h"
@@ -8,7 +7,7 @@
 namespace tessavo {
 namespace {
 
-TEST(TextNumbers, TheSignIsDecidedForTheFileAsAWhole) {
+TEST(TextDecimals, TheSignIsDecidedForTheFileAsAWhole) {
     const struct {
         const char* text;
         char sign;
@@ -44,7 +43,7 @@ TEST(TextNumbers, TheSignIsDecidedForTheFileAsAWhole) {
     }
 }
 
-TEST(TextNumbers, AsOftenOneAsTheOtherIsAPoint) {
+TEST(TextDecimals, AsOftenOneAsTheOtherIsAPoint) {
     const std::string line = "Filter: ON PK Fc 91,9 Hz Gain -3.5 dB Q 2";
     const FilterText text = readFilterText(line);
     EXPECT_EQ(text.decimalSign, '.');
@@ -57,10 +56,11 @@ TEST(TextNumbers, AsOftenOneAsTheOtherIsAPoint) {
     EXPECT_EQ(text.lines[0].source->q, 2.0);
 }
 
-TEST(TextNumbers, BlanksOfEveryKindStandForThousands) {
+TEST(TextDecimals, BlanksOfEveryKindStandForThousands) {
     for (const std::string blank : {"\u00a0", "\u202f", " ", "\xA0"}) {
         const std::string note = blank == "\xA0" ? "Note \xE4\n" : "Note \u00e4\n";
-        const FilterLine filter = onlyFilter("Filter 1: ON PK Fc 1" + blank + "067 Hz Gain -3.0 dB Q 2.00\n" + note);
+        const FilterLine filter =
+            onlyFilter("Filter 1: ON PK Fc 1" + blank + "067 Hz Gain -3.0 dB Q 2.00\n" + note);
         expectMeaning(filter, {FilterShape::peak, 1067, -3, 2, 2});
         EXPECT_EQ(filter.source.value().frequencyHz, 1067.0);
     }
@@ -69,36 +69,28 @@ TEST(TextNumbers, BlanksOfEveryKindStandForThousands) {
     }
 }
 
-TEST(TextNumbers, SignsOfBothKindsAreRead) {
+TEST(TextDecimals, SignsOfBothKindsAreRead) {
     EXPECT_EQ(onlyFilter("Filter: ON PK Fc 100 Hz Gain +3,0 dB Q 2").source.value().gainDb, 3.0);
     EXPECT_EQ(onlyFilter("Filter: ON PK Fc 100 Hz Gain \u22123,5 dB Q 2").source.value().gainDb, -3.5);
     EXPECT_EQ(onlyFilter("Filter: ON PK Fc 100 Hz Gain +0.0 dB Q 2").source.value().gainDb, 0.0);
     EXPECT_EQ(onlyFilter("Filter: ON PK Fc 100 Hz Gain -.5 dB Q 2").source.value().gainDb, -0.5);
 }
 
-TEST(TextNumbers, WhatIsNoNumberIsAnErrorAtItsColumn) {
+TEST(TextDecimals, WhatIsNoNumberIsAnErrorAtItsColumn) {
     const struct {
         const char* frequency;
         const char* gain;
         const char* q;
         const char* wrong;
     } cases[] = {
-        {"12k5 Hz", "-3.0", "2.00", "12k5"},
-        {"abc Hz", "-3.0", "2.00", "abc"},
-        {"1.2.3 Hz", "-3.0", "2.00", "1.2.3"},
-        {"10,67 Hz", "-3.0", "2.00", "10,67"},
-        {"1,06 Hz", "-3.0", "2.00", "1,06"},
-        {"1,0678 Hz", "-3.0", "2.00", "1,0678"},
-        {",067 Hz", "-3.0", "2.00", ",067"},
-        {"100 Hz", "3-0", "2.00", "3-0"},
-        {"100 Hz", "--3.0", "2.00", "--3.0"},
-        {"100 Hz", "nan", "2.00", "nan"},
-        {"100 Hz", "inf", "2.00", "inf"},
-        {"100 Hz", "0x10", "2.00", "0x10"},
-        {"100 Hz", "1,000", "2.00", "1,000"},
-        {"100 Hz", "-3.0", "two", "two"},
-        {"100 Hz", "-3.0", "2,0", "2,0"},
-        {"100 Hz", "-3.0", "2..0", "2..0"},
+        {"12k5 Hz", "-3.0", "2.00", "12k5"},   {"abc Hz", "-3.0", "2.00", "abc"},
+        {"1.2.3 Hz", "-3.0", "2.00", "1.2.3"}, {"10,67 Hz", "-3.0", "2.00", "10,67"},
+        {"1,06 Hz", "-3.0", "2.00", "1,06"},   {"1,0678 Hz", "-3.0", "2.00", "1,0678"},
+        {",067 Hz", "-3.0", "2.00", ",067"},   {"100 Hz", "3-0", "2.00", "3-0"},
+        {"100 Hz", "--3.0", "2.00", "--3.0"},  {"100 Hz", "nan", "2.00", "nan"},
+        {"100 Hz", "inf", "2.00", "inf"},      {"100 Hz", "0x10", "2.00", "0x10"},
+        {"100 Hz", "1,000", "2.00", "1,000"},  {"100 Hz", "-3.0", "two", "two"},
+        {"100 Hz", "-3.0", "2,0", "2,0"},      {"100 Hz", "-3.0", "2..0", "2..0"},
     };
     for (const auto& [frequency, gain, q, wrong] : cases) {
         const std::string line =
@@ -110,7 +102,7 @@ TEST(TextNumbers, WhatIsNoNumberIsAnErrorAtItsColumn) {
     }
 }
 
-TEST(TextNumbers, BlanksAreThousandsOnlyBeforeThreeDigits) {
+TEST(TextDecimals, BlanksAreThousandsOnlyBeforeThreeDigits) {
     for (const std::string frequency : {"10 67", "1 0678", "1 06", "1 067 12"}) {
         const std::string line = "Filter 1: ON PK Fc " + frequency + " Hz Gain -3.0 dB Q 2.00";
         const FilterLine filter = onlyFilter(line);
@@ -121,11 +113,11 @@ TEST(TextNumbers, BlanksAreThousandsOnlyBeforeThreeDigits) {
     EXPECT_EQ(onlyFilter("Filter: ON LP Fc 1 234 567 Hz").source.value().frequencyHz, 1234567.0);
 }
 
-TEST(TextNumbers, NumbersBeyondEveryRangeAreErrorsOrTold) {
+TEST(TextDecimals, NumbersBeyondEveryRangeAreErrorsOrTold) {
     const std::string digits(400, '9');
-    for (const std::string& line :
-         {"Filter: ON PK Fc " + digits + " Hz Gain -3 dB Q 2", "Filter: ON PK Fc 100 Hz Gain " + digits + " dB Q 2",
-          "Filter: ON PK Fc 100 Hz Gain 3 dB Q " + digits}) {
+    for (const std::string& line : {"Filter: ON PK Fc " + digits + " Hz Gain -3 dB Q 2",
+                                    "Filter: ON PK Fc 100 Hz Gain " + digits + " dB Q 2",
+                                    "Filter: ON PK Fc 100 Hz Gain 3 dB Q " + digits}) {
         const FilterLine filter = onlyFilter(line);
         EXPECT_EQ(filter.kind, FilterLineKind::error) << filter.reason;
         EXPECT_EQ(filter.column, columnOfPart(line, digits));
