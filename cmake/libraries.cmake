@@ -1,6 +1,37 @@
 # Libraries from outside. Which of them a target uses is its own matter.
 find_package(Threads REQUIRED)
 
+# The YAML library, pinned and linked whole into the programs: packages need nothing more for it.
+set(TESSAVO_YAML_VERSION 0.2.5)
+if(CMAKE_CROSSCOMPILING)
+  set(TESSAVO_YAML_FOLDER
+      ""
+      CACHE PATH "Folder with libyaml for the other system; scripts/windows-yaml builds it")
+  set(TESSAVO_YAML_HEADERS ${TESSAVO_YAML_FOLDER}/include)
+  set(TESSAVO_YAML_LIBRARY ${TESSAVO_YAML_FOLDER}/lib/libyaml.a)
+else()
+  find_path(TESSAVO_YAML_HEADERS yaml.h REQUIRED)
+  find_library(TESSAVO_YAML_LIBRARY libyaml.a REQUIRED)
+endif()
+foreach(file ${TESSAVO_YAML_HEADERS}/yaml.h ${TESSAVO_YAML_LIBRARY})
+  if(NOT EXISTS ${file})
+    message(FATAL_ERROR "${file} of libyaml ${TESSAVO_YAML_VERSION} is missing; for Windows scripts/windows-yaml builds "
+                        "it, and TESSAVO_YAML_FOLDER names its folder")
+  endif()
+endforeach()
+# Its header does not tell the version; the library does.
+string(REPLACE "." "\\." yaml_version_pattern ${TESSAVO_YAML_VERSION})
+file(STRINGS ${TESSAVO_YAML_LIBRARY} yaml_version REGEX "^${yaml_version_pattern}$")
+if(NOT yaml_version)
+  message(FATAL_ERROR "${TESSAVO_YAML_LIBRARY} is not of version ${TESSAVO_YAML_VERSION}")
+endif()
+add_library(tessavo_yaml STATIC IMPORTED GLOBAL)
+set_target_properties(
+  tessavo_yaml
+  PROPERTIES IMPORTED_LOCATION ${TESSAVO_YAML_LIBRARY}
+             INTERFACE_INCLUDE_DIRECTORIES ${TESSAVO_YAML_HEADERS}
+             INTERFACE_COMPILE_DEFINITIONS YAML_DECLARE_STATIC)
+
 if(CMAKE_CROSSCOMPILING)
   # The header-only ones serve every system. The compiler sees them through links of their own, never together
   # with the other headers of this machine.

@@ -31,6 +31,13 @@ windows_qt_folder() {
     echo "${TESSAVO_WINDOWS_QT:-${XDG_CACHE_HOME:-$HOME/.cache}/tessavo/qt6-mingw}"
 }
 
+# The one YAML library, libyaml of this version, for Windows: where it stands, or will; scripts/windows-yaml builds it.
+# cmake/libraries.cmake holds every build to the version.
+yaml_version=$(sed -nE 's/^set\(TESSAVO_YAML_VERSION ([0-9.]+)\)$/\1/p' cmake/libraries.cmake)
+windows_yaml_folder() {
+    echo "${TESSAVO_WINDOWS_YAML:-${XDG_CACHE_HOME:-$HOME/.cache}/tessavo/libyaml-$yaml_version-mingw}"
+}
+
 # Where Debian keeps the build descriptions of this machine's own window toolkit.
 host_cmake_folder() {
     echo "/usr/lib/$(dpkg-architecture -qDEB_HOST_MULTIARCH 2>/dev/null || gcc -dumpmachine)/cmake"

@@ -73,7 +73,7 @@ std::string escaped(std::string_view text) {
 std::string scriptTable() {
     std::vector<Row> rows;
     for (const cli::ScriptWord& word : cli::scriptWords()) {
-        rows.push_back({quoted(escaped(word.usage)), scriptRange(word), std::string(word.effect)});
+        rows.push_back({inBackticks(escaped(word.usage)), scriptRange(word), std::string(word.effect)});
     }
     return table({"Line", "Range", "What it sets"}, rows);
 }

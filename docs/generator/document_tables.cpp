@@ -120,7 +120,7 @@ std::string recordTable() {
     for (const Field& field : fieldTable()) {
         rows.push_back(
             {location(field.recordOffset, field, false), typeName(field.type), countText(field),
-             quoted(field.path), std::string(field.meaning),
+             inBackticks(field.path), std::string(field.meaning),
              shortestText(field.minimum) + " … " + shortestText(field.maximum),
              std::string(field.unit) +
                  (field.storedPerShown != 1 ? " (stored × " + shortestText(field.storedPerShown) + ")" : ""),
@@ -147,7 +147,7 @@ std::string imageTable() {
         if (field.secondImageOffset >= 0) {
             where += " and " + location(static_cast<std::size_t>(field.secondImageOffset), field, true);
         }
-        rows.push_back({where, typeName(field.imageType), quoted(field.path),
+        rows.push_back({where, typeName(field.imageType), inBackticks(field.path),
                         location(field.recordOffset, field, false), ruleText(field.rule)});
     }
     const auto words = [&](std::size_t offset, const char* name, const char* what) {
@@ -204,7 +204,7 @@ std::string programCommandTable() {
     std::vector<Row> rows;
     for (const cli::CommandRow& row : cli::commandTable()) {
         const std::string example = "tessavoctl " + row.example;
-        rows.push_back({quoted(std::string_view(example)), row.purpose});
+        rows.push_back({inBackticks(std::string_view(example)), row.purpose});
     }
     return table({"For example", "What the command does"}, rows);
 }
@@ -245,7 +245,7 @@ std::string roomTable() {
     const auto rooms = house::houseRooms();
     for (auto room = rooms.rbegin(); room != rooms.rend(); ++room) {
         const std::string folder = "src/" + std::string(room->folder);
-        rows.push_back({quoted(std::string_view(folder)), std::to_string(room->floor),
+        rows.push_back({inBackticks(std::string_view(folder)), std::to_string(room->floor),
                         std::string(room->knowsTheToolkit ? "window" : "core"), std::string(room->holds)});
     }
     return table({"Room", "Floor", "Part", "Holds"}, rows);

@@ -23,7 +23,7 @@ std::string table(const Row& head, const std::vector<Row>& rows) {
     return out.str();
 }
 
-std::string quoted(std::string_view name) {
+std::string inBackticks(std::string_view name) {
     std::string out = "`";
     out.append(name).append("`");
     return out;

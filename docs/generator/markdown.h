@@ -12,6 +12,6 @@ using Row = std::vector<std::string>;
 [[nodiscard]] std::string table(const Row& head, const std::vector<Row>& rows);
 
 /// The text between backticks.
-[[nodiscard]] std::string quoted(std::string_view name);
+[[nodiscard]] std::string inBackticks(std::string_view name);
 
 }  // namespace tessavo

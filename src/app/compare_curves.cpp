@@ -1,11 +1,11 @@
 #include "app/compare_curves.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <numbers>
 #include <vector>
 
+#include "app/small_chart.h"
 #include "base/message_box.h"
 #include "controls/skin_painter.h"
 #include "controls/theme.h"
@@ -17,8 +17,6 @@ namespace tessavo {
 
 namespace {
 
-constexpr double lowestHz = 20;
-constexpr double highestHz = 20000;
 constexpr int levelRoomDb = 18;
 constexpr double axisLeft = 40;
 constexpr double axisBottom = 18;
@@ -26,11 +24,6 @@ constexpr double titleHeight = 20;
 constexpr double titleGap = 6;
 constexpr double labelHeight = 14;
 constexpr double lineLength = 22;
-// The colours of the plot.
-constexpr QRgb ground = 0xFF101419;
-constexpr QRgb minorGrid = 0xFF1C232B;
-constexpr QRgb majorGrid = 0xFF303A45;
-constexpr QRgb zeroLine = 0xFF5B6977;
 constexpr QRgb leftColor = theme::level;
 constexpr QRgb rightColor = theme::mixed;
 
@@ -75,80 +68,37 @@ FineCurve fineCurve(const std::vector<BiquadWords>& cascade) {
     return curve;
 }
 
-double xOf(const QRectF& box, double hertz) {
-    return box.left() + box.width() * std::log(hertz / lowestHz) / std::log(highestHz / lowestHz);
-}
-
-double yOf(const QRectF& box, double level) {
-    return box.center().y() - level / levelRoomDb * box.height() / 2;
-}
-
 QPen penOf(QRgb color, Qt::PenStyle style) {
     return {QColor::fromRgb(color), 2, style, Qt::FlatCap, Qt::RoundJoin};
 }
 
-void paintCurve(QPainter& painter, const QRectF& box, const FineCurve& curve, const QPen& pen) {
-    QPolygonF points;
-    points.reserve(static_cast<qsizetype>(FineCurve::pointCount));
-    for (std::size_t i = 0; i < FineCurve::pointCount; ++i) {
-        points << QPointF(xOf(box, FineCurve::frequencyOf(i)), yOf(box, curve.levelDb[i]));
-    }
-    painter.setPen(pen);
-    painter.drawPolyline(points);
+SmallChart placeOf(const QRectF& box) {
+    return {box, -levelRoomDb, levelRoomDb};
 }
 
-void paintLevels(SkinPainter& painter, const QRectF& box) {
+void paintLevels(SkinPainter& painter, const SmallChart& chart) {
     // Where it is low only some numbers have room.
-    const int labelStep = box.height() / 6 >= labelHeight ? 6 : box.height() / 3 >= labelHeight ? 12 : 18;
-    for (int level = -levelRoomDb; level <= levelRoomDb; level += 3) {
-        const double y = std::round(yOf(box, level)) + 0.5;
-        painter.setPen(QColor::fromRgb(level == 0 ? zeroLine : level % 6 == 0 ? majorGrid : minorGrid));
-        painter.drawLine(QPointF(box.left(), y), QPointF(box.right(), y));
-        if (level % labelStep == 0) {
-            const QString number = level > 0    ? QStringLiteral("+%1").arg(level)
-                                   : level == 0 ? QStringLiteral("0 dB")
-                                                : QString::number(level);
-            painter.text(QRectF(0, y - 8, box.left() - 6, 16), Qt::AlignRight | Qt::AlignVCenter,
-                         theme::text2, number);
-        }
+    const double height = chart.box.height();
+    const int labelStep = height / 6 >= labelHeight ? 6 : height / 3 >= labelHeight ? 12 : 18;
+    for (int level = -levelRoomDb; level <= levelRoomDb; level += labelStep) {
+        paintLevelNumber(painter, chart, level);
     }
 }
 
-void paintFrequencies(SkinPainter& painter, const QRectF& box) {
-    for (int decade = 10; decade < highestHz; decade *= 10) {
-        for (int digit = 1; digit <= 9; ++digit) {
-            const int hertz = digit * decade;
-            if (hertz < lowestHz || hertz > highestHz) {
-                continue;
-            }
-            const bool isMajor = digit == 1 || digit == 2 || digit == 5;
-            const double x = std::round(xOf(box, hertz)) - 0.5;
-            painter.setPen(QColor::fromRgb(isMajor ? majorGrid : minorGrid));
-            painter.drawLine(QPointF(x, box.top()), QPointF(x, box.bottom()));
-            if (!isMajor) {
-                continue;
-            }
-            const QString number =
-                hertz < 1000 ? QString::number(hertz) : QString::number(hertz / 1000) + QLatin1Char('k');
-            const QRectF place(x - 40, box.bottom() + 3, 80, labelHeight);
-            // The outermost stay within the chart.
-            if (hertz == static_cast<int>(lowestHz)) {
-                painter.text(place.translated(40, 0), Qt::AlignLeft, theme::text2, number);
-            } else if (hertz == static_cast<int>(highestHz)) {
-                painter.text(place.translated(-40, 0), Qt::AlignRight, theme::text2,
-                             number + QStringLiteral(" Hz"));
-            } else {
-                painter.text(place, Qt::AlignHCenter, theme::text2, number);
-            }
+void paintFrequencies(SkinPainter& painter, const SmallChart& chart) {
+    for (const int hertz : {20, 50, 100, 200, 500, 1000, 2000, 5000, 10000, 20000}) {
+        const QString number = frequencyNumber(hertz);
+        const QRectF place(chart.lineAt(hertz) - 40, chart.box.bottom() + 3, 80, labelHeight);
+        // The outermost stay within the chart.
+        if (hertz == 20) {
+            painter.text(place.translated(40, 0), Qt::AlignLeft, theme::text2, number);
+        } else if (hertz == 20000) {
+            painter.text(place.translated(-40, 0), Qt::AlignRight, theme::text2,
+                         number + QStringLiteral(" Hz"));
+        } else {
+            painter.text(place, Qt::AlignHCenter, theme::text2, number);
         }
     }
-}
-
-void paintGrid(SkinPainter& painter, const QRectF& box) {
-    painter.setFont(theme::font(11));
-    painter.fillRect(box, QColor::fromRgb(ground));
-    paintLevels(painter, box);
-    paintFrequencies(painter, box);
 }
 
 /// A piece of line and what it stands for.
@@ -167,11 +117,6 @@ double paintKey(SkinPainter& painter, double left, double right, const QPen& pen
 }
 
 }  // namespace
-
-double FineCurve::frequencyOf(std::size_t point) {
-    const double part = static_cast<double>(point) / static_cast<double>(pointCount - 1);
-    return lowestHz * std::pow(highestHz / lowestHz, part);
-}
 
 struct CurveMaker::Scratch {
     QuietBoxes boxes;
@@ -229,14 +174,17 @@ QRectF CompareChart::box() const {
 void CompareChart::paintEvent(QPaintEvent* /*event*/) {
     SkinPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing, false);
-    const QRectF place = box();
-    paintGrid(painter, place);
+    const SmallChart place = placeOf(box());
+    painter.setFont(theme::font(11));
+    paintGrid(painter, place, {3, 6}, {1, 2, 5});
+    paintLevels(painter, place);
+    paintFrequencies(painter, place);
     painter.setRenderHint(QPainter::Antialiasing);
     const QPen leftPen = penOf(leftColor, Qt::SolidLine);
     const QPen rightPen = penOf(rightColor, Qt::DashLine);
     if (left_ && right_) {
         painter.save();
-        painter.setClipRect(place);
+        painter.setClipRect(place.box);
         paintCurve(painter, place, *left_, leftPen);
         paintCurve(painter, place, *right_, rightPen);
         painter.restore();

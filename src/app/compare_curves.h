@@ -1,27 +1,14 @@
 #pragma once
 
 #include <QWidget>
-#include <array>
-#include <cstddef>
 #include <memory>
 #include <optional>
 
+#include "app/small_chart.h"
 #include "params/channels.h"
 #include "params/records.h"
 
 namespace tessavo {
-
-/// Response of a channel, or of the input, as the plot computes it, but not truncated to whole dB: steps would hide
-/// what two sets differ in.
-struct FineCurve {
-    static constexpr std::size_t pointCount = 601;
-    std::array<double, pointCount> levelDb{};  ///< finite
-
-    /// Frequency of a point in Hz: 20 to 20000, evenly on a logarithmic axis.
-    [[nodiscard]] static double frequencyOf(std::size_t point);
-
-    friend bool operator==(const FineCurve&, const FineCurve&) = default;
-};
 
 /// Computes the curves of sets that are not the ones being tuned. Warns nobody.
 class CurveMaker {

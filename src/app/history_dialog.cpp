@@ -176,9 +176,7 @@ void HistoryDialog::goTo(const QModelIndex& row) {
 
 void HistoryDialog::paintBackground(QPainter& painter, QSize size) const {
     CDialogSK::paintBackground(painter, size);
-    const QRect foot(0, size.height() - footHeight, size.width(), footHeight);
-    painter.fillRect(foot, QColor::fromRgb(theme::inset));
-    painter.fillRect(QRect(foot.left(), foot.top(), foot.width(), 1), QColor::fromRgb(theme::line));
+    paintFoot(painter, size, footHeight);
 }
 
 void HistoryDialog::resizeEvent(QResizeEvent* event) {

@@ -25,6 +25,7 @@
 #include "app/copies_commands.h"
 #include "app/edit_menu.h"
 #include "app/file_news_display.h"
+#include "app/filter_commands.h"
 #include "app/frame_closing.h"
 #include "app/narrow_view.h"
 #include "app/session_keeper.h"

@@ -28,6 +28,7 @@ class CopiesCommands;
 class CTessavoView;
 class EditMenu;
 class FileNewsDisplay;
+class FilterCommands;
 class FrameClosing;
 class History;
 class IChartHost;
@@ -70,6 +71,7 @@ class CMainFrame : public QWidget {
     [[nodiscard]] AbCommands& abCommands() { return *abCommands_; }
     [[nodiscard]] FileNewsDisplay& fileNews() { return *fileNews_; }
     [[nodiscard]] CompareCommands& compareCommands() { return *compare_; }
+    [[nodiscard]] FilterCommands& filterCommands() { return *filters_; }
     /// The menu's action of this text, for the keyboard and for tests; null where there is none.
     [[nodiscard]] QAction* action(const QString& text) const;
 
@@ -132,6 +134,7 @@ class CMainFrame : public QWidget {
     std::unique_ptr<ToolsMenu> toolsMenu_;
     std::unique_ptr<CompareCopies> compareCopies_;
     std::unique_ptr<CompareCommands> compare_;
+    std::unique_ptr<FilterCommands> filters_;
     std::unique_ptr<CopiesCommands> copies_;
     std::unique_ptr<AbCommands> abCommands_;
     std::unique_ptr<SessionKeeper> keeper_;

@@ -6,6 +6,7 @@
 #include "app/compare_copies.h"
 #include "app/copies_commands.h"
 #include "app/edit_menu.h"
+#include "app/filter_commands.h"
 #include "app/main_frame.h"
 #include "app/tools_menu.h"
 
@@ -23,6 +24,10 @@ void CMainFrame::makeToolsMenu() {
                                     dependencies_.dialogs, *this, dependencies_.dataFolder});
     compare_->addSources([this] { return compareCopies_->sources(); });
     connect(compare_.get(), &CompareCommands::opened, compareCopies_.get(), &CompareCopies::look);
+    menu.addSeparator();
+    filters_ = std::make_unique<FilterCommands>(FilterCommands::Dependencies{
+        dependencies_.tuning, dependencies_.history, *undo_, *view_, *status_, dependencies_.dialogs, *this});
+    filters_->addTo(menu);
     copies_ = std::make_unique<CopiesCommands>(CopiesCommands::Dependencies{
         dependencies_.tuning, dependencies_.link, dependencies_.boxes, dependencies_.dialogs, *view_,
         *status_, *this, dependencies_.dataFolder});

@@ -8,6 +8,8 @@
 #include "app/comm_link.h"
 #include "app/compare_commands.h"
 #include "app/compare_dialog.h"
+#include "app/import_filters_dialog.h"
+#include "app/import_rows.h"
 #include "app/main_frame.h"
 #include "app/page_factory.h"
 #include "app/skin_chart_host.h"
@@ -25,6 +27,22 @@ constexpr std::array<std::size_t, 3> tickedChannels{0, 1, 4};
 constexpr int draggedSlider = output_eq_id::bands[4].sliders[1].slider;  // gain
 constexpr int dragPixels = -34;
 constexpr int comparedFields = 4;
+constexpr int clampedLine = 4;
+
+/// A line for every verdict.
+constexpr std::string_view filterTextExample =
+    "Equalizer settings, front left, 2026-03-14\n"
+    "Filter  1: ON  LSC Fc    90.0 Hz  Gain   3.5 dB  Q 0.70\n"
+    "Filter  2: ON  PK  Fc   170.0 Hz  Gain  -6.0 dB  Q 2.00\n"
+    "Filter  3: ON  PK  Fc   641.5 Hz  Gain  -2.5 dB  Q 1.40\n"
+    "Filter  4: ON  PK  Fc  1250.0 Hz  Gain  21.0 dB  Q 0.90\n"
+    "Filter  5: OFF PK  Fc  3150.0 Hz  Gain  -5.5 dB  Q 3.60\n"
+    "Filter  6: ON  None\n"
+    "Filter  7: ON  NO  Fc  4800.0 Hz  Q 8.00\n"
+    "Filter  8: ON  PK  Fc  7200.0 Hz  Gain  -4.0 dB  Q 1.50\n"
+    "Filter  9: ON  PK  Fc  9000.0 Hz  Gain   0.3 dB  Q 0.70\n"
+    "Filter 10: ON  HP  Fc    60.0 Hz\n"
+    "Filter 11: ON  PK  Fc    12k5 Hz  Gain   1.0 dB  Q 2.00\n";
 
 class AgreeingBoxes : public IMessageBox {
  public:
@@ -135,6 +153,8 @@ class ExampleWindow {
     ExampleWindow& operator=(const ExampleWindow&) = delete;
 
     [[nodiscard]] CMainFrame& frame() { return *frame_; }
+    [[nodiscard]] TuningState& tuning() { return tuning_; }
+    [[nodiscard]] IFileDialogs& dialogs() { return dialogs_; }
 
     void showPage(Page page) {
         frame_->view().showPage(page);
@@ -220,6 +240,17 @@ QString takeComparePicture(CMainFrame& frame, const PictureTaker& take) {
     return problem;
 }
 
+// The dialog is modal, so it is shown without the command that would wait for it.
+QString takeImportPicture(ExampleWindow& window, const PictureTaker& take) {
+    ImportFiltersDialog dialog({window.tuning(), window.dialogs()}, &window.frame());
+    dialog.setFixedSize(ImportFiltersDialog::usualSize);
+    dialog.setAttribute(Qt::WA_DontShowOnScreen);
+    dialog.takeText(std::string(filterTextExample), QStringLiteral("front_left_eq.txt"));
+    dialog.view().setCurrentIndex(dialog.view().model()->index(clampedLine, 0));
+    dialog.show();
+    return take(dialog, "import_filters");
+}
+
 }  // namespace
 
 QString takeStatePictures(const PictureTaker& take) {
@@ -254,6 +285,9 @@ QString takeStatePictures(const PictureTaker& take) {
         return failed;
     }
     if (QString failed = takeComparePicture(window.frame(), take); !failed.isEmpty()) {
+        return failed;
+    }
+    if (QString failed = takeImportPicture(window, take); !failed.isEmpty()) {
         return failed;
     }
     return takeStatusPictures(window.frame(), take);

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <QRegularExpression>
 #include <string>
 
 #include "app/skin_file_dialog.h"
@@ -20,6 +21,12 @@ QString extensionOf(const FileFilter& filter) {
     return utf8(filter.defaultExtension);
 }
 
+// "csv" of "Tables (*.csv)"; empty where the entry stands for several.
+QString onlyExtensionOf(const QString& nameFilter) {
+    static const QRegularExpression one(QStringLiteral(R"(\(\*\.(\w+)\)$)"));
+    return one.match(nameFilter).captured(1);
+}
+
 }  // namespace
 
 std::optional<std::filesystem::path> UiFileDialogs::askOpenPath(const FileFilter& filter) {
@@ -34,8 +41,16 @@ std::optional<std::filesystem::path> UiFileDialogs::askOpenPath(const FileFilter
 std::optional<std::filesystem::path> UiFileDialogs::askSavePath(const FileFilter& filter) {
     SkinFileDialog dialog(owner(), profile_.lastFolder());
     dialog.setAcceptMode(QFileDialog::AcceptSave);
-    dialog.setNameFilters(nameFilters(filter.filter));
+    const QStringList names = nameFilters(filter.filter);
+    dialog.setNameFilters(names);
     dialog.setDefaultSuffix(extensionOf(filter));
+    if (names.size() > 1) {
+        QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog, [&dialog](const QString& chosen) {
+            if (const QString extension = onlyExtensionOf(chosen); !extension.isEmpty()) {
+                dialog.setDefaultSuffix(extension);
+            }
+        });
+    }
     return dialog.exec() == QDialog::Accepted ? remembered(dialog.selectedFiles().value(0)) : std::nullopt;
 }
 

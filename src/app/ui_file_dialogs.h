@@ -9,7 +9,8 @@
 
 namespace tessavo {
 
-/// File dialogs in the program's look. They open in the folder of the last one.
+/// File dialogs in the program's look. They open in the folder of the last one. Where a file can be saved in several forms,
+/// a name without an extension gets that of the chosen one.
 class UiFileDialogs : public IFileDialogs {
  public:
     /// \param owner the active window when null

@@ -192,6 +192,65 @@ Option curve() {
     };
 }
 
+Option foreignFile(const std::string& what) {
+    return positional("FILE", what, &Arguments::secondFile);
+}
+
+Option oneChannel() {
+    return [](CLI::App& command, Arguments& arguments) {
+        addChannel(command, arguments, "P");
+        command.get_option("--channel")->required();
+    };
+}
+
+Option channels() {
+    return [](CLI::App& command, Arguments& arguments) {
+        addList(command, "--channel", "Output channels that get the filters", channelList,
+                ": channels are 1 to 8, each once", arguments.channels)
+            ->type_name("P,P,...")
+            ->required();
+    };
+}
+
+Option bands() {
+    return [](CLI::App& command, Arguments& arguments) {
+        addList(command, "--bands", "Bands that may be written, as 1-8 or 1,3,5; all unless told", bandList,
+                ": bands are 1 to 8, each once", arguments.bands)
+            ->type_name("B-B,B,...");
+    };
+}
+
+Option channelName() {
+    return [](CLI::App& command, Arguments& arguments) {
+        command
+            .add_option("--channel-name", arguments.channelName,
+                        "Channel of the text that is read where it has several; the first unless told")
+            ->type_name("NAME");
+    };
+}
+
+Option importing() {
+    return [](CLI::App& command, Arguments& arguments) {
+        flag("--keep", "Bands that no filter takes stay as they are; otherwise they are switched off",
+             &Arguments::keep)(command, arguments);
+        flag("--no-preamp", "The preamp of the text stays out of the volume", &Arguments::noPreamp)(
+            command, arguments);
+        flag("--skip-unreadable", "Lines that cannot be read are told and left out",
+             &Arguments::skipUnreadable)(command, arguments);
+    };
+}
+
+Option exporting() {
+    return [](CLI::App& command, Arguments& arguments) {
+        addWord<ExportForm>(
+            command, "--format", arguments.exportForm, "Form of the text; text unless told",
+            {{"text", ExportForm::text}, {"csv", ExportForm::csv}, {"yaml", ExportForm::yaml}})
+            ->type_name("text|csv|yaml");
+        flag("--with-volume", "Volume and group gain as a preamp", &Arguments::withVolume)(command,
+                                                                                           arguments);
+    };
+}
+
 Option channelOrSum() {
     return [](CLI::App& command, Arguments& arguments) {
         CLI::Option_group* which = command.add_option_group("response");

@@ -8,6 +8,7 @@
 
 #include "cli/console.h"
 #include "cli/reporter.h"
+#include "filtertext/filter_export.h"
 #include "params/channels.h"
 
 namespace CLI {
@@ -39,12 +40,20 @@ struct Arguments {
     std::vector<PagePosition> summedChannels;  ///< empty where none were named
     std::vector<double> frequenciesHz;         ///< each finite and 0 or above; empty where none were named
     std::size_t points = 1000;                 ///< number of frequencies where none were named, at least 2
+    std::vector<PagePosition> channels;        ///< empty where none were named
+    std::vector<std::size_t> bands;            ///< indices of bands, 0 to 7; empty where none were named
+    std::string channelName;                   ///< of a filter text; empty for its first
+    ExportForm exportForm = ExportForm::text;  ///< of exported filters
     std::uint32_t filterMode = 0;              ///< index of filterMethodNames
     InputEq inputEq = InputEq::assumedOn;
     bool json = false;
     bool onlyReal = false;
     bool force = false;
     bool yes = false;
+    bool keep = false;            ///< bands that are not written stay as they are
+    bool noPreamp = false;        ///< a preamp is left out
+    bool skipUnreadable = false;  ///< what cannot be read is told and left out
+    bool withVolume = false;      ///< the volume is exported, too
 
     [[nodiscard]] std::size_t setIndex() const { return static_cast<std::size_t>(set - 1); }
 };
@@ -89,6 +98,20 @@ namespace option {
 [[nodiscard]] Option inputEq();
 /// --channel C or --input: one of them must be given.
 [[nodiscard]] Option curve();
+/// FILE, which is another program's, as Arguments::secondFile.
+[[nodiscard]] Option foreignFile(const std::string& what);
+/// --channel P, which must be given.
+[[nodiscard]] Option oneChannel();
+/// --channel P,P,..., which must be given, as Arguments::channels.
+[[nodiscard]] Option channels();
+/// --bands LIST, which may be left out.
+[[nodiscard]] Option bands();
+/// --channel-name NAME, which may be left out.
+[[nodiscard]] Option channelName();
+/// --keep, --no-preamp and --skip-unreadable.
+[[nodiscard]] Option importing();
+/// --format FORM and --with-volume.
+[[nodiscard]] Option exporting();
 /// --channel P or --sum P,P,...: one of them must be given.
 [[nodiscard]] Option channelOrSum();
 /// --at HZ,HZ,... or --points N, which may be left out.

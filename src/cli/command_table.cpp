@@ -6,6 +6,7 @@
 #include "cli/copy_commands.h"
 #include "cli/edit_script.h"
 #include "cli/file_commands.h"
+#include "cli/filter_commands.h"
 #include "cli/port_commands.h"
 #include "cli/recover_command.h"
 #include "cli/response_command.h"
@@ -56,6 +57,19 @@ std::vector<CommandRow> fileCommands() {
          .example = "response car.eqs --set 1 --sum 1,2 --at 80,1000 --json", .run = runResponse,
          .options = {file("Settings file"), oneSet(), channelOrSum(), filterMode(), frequencies(), json()},
          .more = "A line for each frequency: Hz, dB, degrees of phase, milliseconds of group delay, none of them rounded."},
+        {.name = "filters", .purpose = "Say what becomes of each line of another program's filter text",
+         .example = "filters front-left.txt", .run = runFilters,
+         .options = {file("Filter text of another program"), channelName(), json()}, .more = filterTextHelp()},
+        {.name = "import-filters", .purpose = "Take the filters of a text into channels of a set",
+         .example = "import-filters front-left.txt --into car.eqs --set 1 --channel 3 --output tuned.eqs",
+         .run = runImportFilters,
+         .options = {foreignFile("Filter text of another program"), into("Settings file"), oneSet(), channels(), bands(),
+                     importing(), channelName(), filterMode(), json(), output("Settings file to write")},
+         .more = filterTextHelp()},
+        {.name = "export-filters", .purpose = "Write the filters of a channel as a text for another program",
+         .example = "export-filters car.eqs --set 1 --channel 3 --output front-left.txt", .run = runExportFilters,
+         .options = {file("Settings file"), oneSet(), oneChannel(), exporting(),
+                     anyOutput("Text to write; standard output unless told")}},
         {.name = "recover", .purpose = "Show what the window did not save, and write the newest of it to a file",
          .example = "recover --output rescued.eqs", .run = runRecover,
          .options = {json(),

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 #include <fstream>
+#include <span>
 
 #include "base/raw_file.h"
 #include "params/set_text.h"
@@ -171,6 +172,36 @@ std::optional<ParameterImage> loadImage(const std::string& file, Reporter& repor
         return std::nullopt;
     }
     return image;
+}
+
+bool writeTextFile(const std::string& file, std::string_view text, Reporter& reporter) {
+    const auto refuse = [&](std::string_view trouble) {
+        reporter.error(std::string(file).append(": ").append(trouble));
+        return false;
+    };
+    std::error_code error;
+    fs::path path = pathOf(file);
+    if (const std::string trouble = writeTrouble(path); !trouble.empty()) {
+        return refuse(trouble);
+    }
+    const std::span bytes(reinterpret_cast<const std::uint8_t*>(text.data()), text.size());
+    if (!isExistingFile(file)) {
+        return writeFileStart(path, bytes).written == bytes.size() || refuse(errorWritingDataText);
+    }
+    if (holdsSettings(path) || holdsImage(path)) {
+        return refuse("holds settings and is not replaced by a text; choose another name");
+    }
+    // Replacing it by its own name would leave the link's target as it was.
+    path = fs::canonical(path, error);
+    const fs::perms permissions = fs::status(path, error).permissions();
+    if (error) {
+        return refuse(error.message());
+    }
+    if (const std::error_code failed = replaceFile(path, bytes)) {
+        return refuse(failed.message());
+    }
+    fs::permissions(path, permissions, error);
+    return !error || refuse(error.message());
 }
 
 bool OutputFiles::check() {

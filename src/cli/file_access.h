@@ -47,6 +47,10 @@ namespace tessavo::cli {
 /// fails, and returns nothing then.
 [[nodiscard]] std::optional<ParameterImage> loadImage(const std::string& file, Reporter& reporter);
 
+/// Writes a text for people or for other programs. A link is followed, an existing text replaced by exactly this one with
+/// the permissions it had. Settings files and parameter images are not written over. Reports what fails.
+[[nodiscard]] bool writeTextFile(const std::string& file, std::string_view text, Reporter& reporter);
+
 /// The files that a command writes. Either all of them are written or none.
 class OutputFiles {
  public:

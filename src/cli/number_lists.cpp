@@ -1,6 +1,7 @@
 #include "cli/number_lists.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "base/number_text.h"
 
@@ -43,6 +44,36 @@ std::optional<std::vector<PagePosition>> channelList(std::string_view text) {
         }
     }
     return channels;
+}
+
+std::optional<std::vector<std::size_t>> bandList(std::string_view text) {
+    const auto numberOf = [](std::string_view word) {
+        const auto number = wholeNumber<std::uint8_t>(word);
+        return number && *number >= 1 && *number <= bandCount ? number : std::nullopt;
+    };
+    const auto ranges =
+        readList(text, [&](std::string_view word) -> std::optional<std::pair<std::size_t, std::size_t>> {
+            const std::size_t dash = word.find('-');
+            const auto first = numberOf(word.substr(0, dash));
+            const auto last = dash == std::string_view::npos ? first : numberOf(word.substr(dash + 1));
+            if (!first || !last || *first > *last) {
+                return std::nullopt;
+            }
+            return std::pair<std::size_t, std::size_t>(*first, *last);
+        });
+    if (!ranges) {
+        return std::nullopt;
+    }
+    std::vector<std::size_t> bands;
+    for (const auto& [first, last] : *ranges) {
+        for (std::size_t band = first - 1; band < last; ++band) {
+            if (std::ranges::find(bands, band) != bands.end()) {
+                return std::nullopt;
+            }
+            bands.push_back(band);
+        }
+    }
+    return bands;
 }
 
 std::optional<std::vector<double>> frequencyList(std::string_view text) {

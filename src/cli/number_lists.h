@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string_view>
@@ -12,6 +13,10 @@ namespace tessavo::cli {
 /// Channels named as "1,3,8": page positions counted from 1, in the order in which they were named.
 /// \return nothing unless each is 1 to 8 and named once
 [[nodiscard]] std::optional<std::vector<PagePosition>> channelList(std::string_view text);
+
+/// Bands named as "1-3,8": counted from 1 in the text and from 0 in what it gives, in the order in which they were named.
+/// \return nothing unless each is 1 to 8 and named once, and no range falls
+[[nodiscard]] std::optional<std::vector<std::size_t>> bandList(std::string_view text);
 
 /// Frequencies in Hz named as "20,1000.5,2e4", in the order in which they were named.
 /// \return nothing unless each is a finite number, 0 or above

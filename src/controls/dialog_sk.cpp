@@ -18,6 +18,12 @@ void CDialogSK::paintBackground(QPainter& painter, QSize size) const {
     painter.fillRect(QRect(QPoint(), size), QColor::fromRgb(theme::window));
 }
 
+void CDialogSK::paintFoot(QPainter& painter, QSize size, int height) {
+    const QRect foot(0, size.height() - height, size.width(), height);
+    painter.fillRect(foot, QColor::fromRgb(theme::inset));
+    painter.fillRect(QRect(foot.left(), foot.top(), foot.width(), 1), QColor::fromRgb(theme::line));
+}
+
 void CDialogSK::backgroundChanged() {
     background_ = QPixmap();
     update();

@@ -20,6 +20,10 @@ class CDialogSK : public QDialog {
     /// \param painter draws in logical pixels, from (0, 0) to `size`
     /// \param size of the dialog
     virtual void paintBackground(QPainter& painter, QSize size) const;
+    /// Draws the strip at the bottom that the buttons of a dialog stand on.
+    /// \param size of the dialog
+    /// \param height of the strip, in logical pixels
+    static void paintFoot(QPainter& painter, QSize size, int height);
     /// Has the background drawn anew. A derived class calls it when paintBackground() would draw something
     /// else than before.
     void backgroundChanged();

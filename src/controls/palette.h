@@ -60,11 +60,20 @@ inline constexpr Colour focus = 0xFF8FCBFF;
 inline constexpr Colour mixed = 0xFFE0A94A;      ///< outline of a value that several channels do not share
 inline constexpr Colour lightBlue = 0xFF6DB8FF;  ///< chosen radio button, sent lines of the log
 inline constexpr Colour received = 0xFF5CCFC0;   ///< received lines of the log
+inline constexpr Colour target = 0xFFF2B53C;     ///< what a curve is to become; a value that was clamped
+
+// Bands in charts and lists.
+inline constexpr Colour disc = 0xFF98A4B0;
+inline constexpr Colour discEdge = 0xFF0A0D10;
 
 // Rulers.
 inline constexpr Colour tick = 0xFF4A5663;         ///< tick beside a slider
 inline constexpr Colour rowDivider = 0xFF242B34;   ///< between the rows of a group
 inline constexpr Colour paneDivider = 0xFF343E49;  ///< between the panes of the status bar
+
+/// Colours of the channels 1 to 8, by page position; the number always stands beside.
+inline constexpr std::array<Colour, 8> channels{0xFFFAC6FD, 0xFFE04683, 0xFF14ABEB, 0xFFB27157,
+                                                0xFF327BFC, 0xFF879304, 0xFF9375AD, 0xFF229080};
 
 /// Colours of the channel groups A to H; the letter always stands beside.
 inline constexpr std::array<Colour, 8> groups{0xFF4BA3F7, 0xFF2BB3A3, 0xFF9A8AF0, 0xFFE0A94A,

@@ -1,122 +1,168 @@
 #include "filtertext/decimal_sign.h"
 
-#include <algorithm>
-#include <array>
-#include <string>
-
 #include "base/number_text.h"
+#include "filtertext/line_text.h"
 
 namespace tessavo {
 
 namespace {
 
-constexpr std::size_t groupSize = 3;
-constexpr std::string_view minusSign = "\xE2\x88\x92";
-constexpr std::array<std::string_view, 3> blankMarks{" ", "\xC2\xA0", "\xE2\x80\xAF"};
+constexpr std::size_t groupDigits = 3;
 
-bool isDigit(char letter) {
-    return letter >= '0' && letter <= '9';
+bool isMark(char character) {
+    return character == '.' || character == ',';
 }
 
-std::size_t digitsFrom(std::string_view text, std::size_t at) {
+bool isSign(char character) {
+    return character == '+' || character == '-';
+}
+
+bool isGroupBlank(char character) {
+    return isBlank(character) || character == '\'';
+}
+
+std::size_t digitsAt(std::string_view text, std::size_t at, std::size_t end) {
     std::size_t count = 0;
-    while (at + count < text.size() && isDigit(text[at + count])) {
+    while (at + count < end && isDigit(text[at + count])) {
         ++count;
     }
     return count;
 }
 
-/// Length of a mark for thousands at a position, or 0.
-std::size_t groupMark(std::string_view text, std::size_t at, char decimalSign) {
-    const char other = decimalSign == '.' ? ',' : '.';
-    if (text[at] == other) {
-        return 1;
-    }
-    for (const std::string_view blank : blankMarks) {
-        if (text.substr(at).starts_with(blank)) {
-            return blank.size();
-        }
-    }
-    return 0;
+std::size_t digitsAt(std::string_view text, std::size_t at) {
+    return digitsAt(text, at, text.size());
 }
 
-/// The number without the marks of its thousands.
-/// \return nothing where such a mark stands elsewhere than before three digits
-std::optional<std::string> withoutGroups(std::string_view text, char decimalSign) {
-    std::size_t at = text.starts_with('-') ? 1 : 0;
-    std::string digits(text.substr(0, at));
-    std::size_t count = digitsFrom(text, at);
-    digits.append(text.substr(at, count));
-    at += count;
-    while (at < text.size() && groupMark(text, at, decimalSign) != 0) {
-        const std::size_t mark = groupMark(text, at, decimalSign);
-        const bool fits = count >= 1 && count <= groupSize && digitsFrom(text, at + mark) == groupSize;
-        if (!fits) {
+/// Bytes of the exponent at a place, 0 where none is.
+std::size_t exponentLength(std::string_view text, std::size_t at, std::size_t end) {
+    if (at >= end || (text[at] != 'e' && text[at] != 'E')) {
+        return 0;
+    }
+    const std::size_t sign = at + 1 < end && isSign(text[at + 1]) ? 1 : 0;
+    const std::size_t digits = digitsAt(text, at + 1 + sign, end);
+    return digits == 0 ? 0 : 1 + sign + digits;
+}
+
+/// The digits in front of the decimal sign without what parts their groups, and where they end.
+/// \return nothing where the groups are none
+std::optional<std::size_t> addWholePart(std::string_view written, std::size_t at, char thousandsMark,
+                                        std::string& number) {
+    const std::size_t first = digitsAt(written, at);
+    number.append(written.substr(at, first));
+    std::size_t next = at + first;
+    const char parting = next < written.size() ? written[next] : '\0';
+    if (parting != ' ' && parting != thousandsMark) {
+        return next;
+    }
+    if (first == 0 || first > groupDigits || written[at] == '0') {
+        return std::nullopt;
+    }
+    while (next < written.size() && written[next] == parting) {
+        if (digitsAt(written, next + 1) != groupDigits) {
             return std::nullopt;
         }
-        digits.append(text.substr(at + mark, groupSize));
-        at += mark + groupSize;
-        count = groupSize;
+        number.append(written.substr(next + 1, groupDigits));
+        next += 1 + groupDigits;
     }
-    return digits.append(text.substr(at));
+    return next;
 }
 
 }  // namespace
 
-void DecimalSign::see(std::string_view number, bool canBeThousands) {
-    const auto points = static_cast<std::size_t>(std::count(number.begin(), number.end(), '.'));
-    const auto commas = static_cast<std::size_t>(std::count(number.begin(), number.end(), ','));
-    const std::size_t last = number.find_last_of(".,");
+std::optional<WrittenNumber> numberAt(std::string_view plain, std::size_t begin, std::size_t end,
+                                      NumberUse use) {
+    WrittenNumber number{{}, begin, begin};
+    std::size_t at = begin;
+    if (at < end && isSign(plain[at])) {
+        number.text.push_back(plain[at]);
+        at = afterBlanks(plain, at + 1, end);
+    }
+    const std::size_t mark = at < end && isMark(plain[at]) ? 1 : 0;
+    if (digitsAt(plain, at + mark, end) == 0) {
+        return std::nullopt;
+    }
+    while (at < end) {
+        const std::size_t digits = digitsAt(plain, at, end);
+        number.text.append(plain.substr(at, digits));
+        at += digits;
+        const std::size_t following = at < end ? digitsAt(plain, at + 1, end) : 0;
+        if (at < end && isMark(plain[at])) {
+            if (following == 0) {
+                ++at;  // It ends a list or a sentence, and is not read.
+                break;
+            }
+            number.text.push_back(plain[at]);
+        } else if (use == NumberUse::frequency && at < end && isGroupBlank(plain[at]) &&
+                   following == groupDigits) {
+            number.text.push_back(' ');
+        } else {
+            break;
+        }
+        ++at;
+    }
+    const std::size_t exponent = exponentLength(plain, at, end);
+    number.text.append(plain.substr(at, exponent));
+    number.end = at + exponent;
+    return number;
+}
+
+std::optional<double> valueOf(std::string_view written, NumberUse use, char decimalSign) {
+    std::string number;
+    std::size_t at = 0;
+    if (!written.empty() && isSign(written.front())) {
+        number.append(written.front() == '-' ? "-" : "");
+        at = 1;
+    }
+    if (use == NumberUse::frequency) {
+        const auto behind = addWholePart(written, at, decimalSign == '.' ? ',' : '.', number);
+        if (!behind) {
+            return std::nullopt;
+        }
+        at = *behind;
+    } else {
+        const std::size_t digits = digitsAt(written, at);
+        number.append(written.substr(at, digits));
+        at += digits;
+    }
+    if (at < written.size() && written[at] == decimalSign) {
+        const std::size_t digits = digitsAt(written, at + 1);
+        number.push_back('.');
+        number.append(written.substr(at + 1, digits));
+        at += 1 + digits;
+    }
+    number.append(written.substr(at, exponentLength(written, at, written.size())));
+    at += exponentLength(written, at, written.size());
+    return at == written.size() ? finiteNumber(number) : std::nullopt;
+}
+
+void DecimalSignVotes::add(std::string_view written, NumberUse use) {
+    const std::string_view marks = ".,";
+    const std::size_t last = written.find_last_of(marks);
     if (last == std::string_view::npos) {
         return;
     }
-    char sign = number[last];
-    if (points + commas > 1) {
-        // Several of one kind part thousands.
-        if (points == 0 || commas == 0) {
-            sign = sign == '.' ? ',' : '.';
-        }
-    } else if (canBeThousands) {
-        const std::size_t first = number.find_first_of("0123456789");
-        const std::size_t before = first < last ? last - first : 0;
-        const bool leadingZero = before != 0 && number[first] == '0';
-        if (digitsFrom(number, last + 1) == groupSize && before >= 1 && before <= groupSize && !leadingZero) {
-            return;
-        }
+    const std::size_t first = written.find_first_of(marks);
+    const bool areDifferent = written.find(written[last] == '.' ? ',' : '.') != std::string_view::npos;
+    bool isDecimal = areDifferent;
+    if (!areDifferent && first == last) {
+        const std::size_t begin = !written.empty() && isSign(written.front()) ? 1 : 0;
+        isDecimal = use != NumberUse::frequency || digitsAt(written, last + 1) != groupDigits ||
+                    digitsAt(written, begin) > groupDigits || first == begin || written[begin] == '0';
     }
-    ++(sign == '.' ? points_ : commas_);
+    if (isDecimal) {
+        ++(written[last] == '.' ? points : commas);
+    }
 }
 
-char DecimalSign::decided() const {
-    if (points_ == 0 && commas_ == 0) {
-        return weak_;
-    }
-    return commas_ > points_ ? ',' : '.';
+void DecimalSignVotes::addHeader(char mark) {
+    headerMark = mark;
 }
 
-std::optional<double> readNumber(std::string_view text, char decimalSign, bool thousands) {
-    std::string number(text);
-    if (text.starts_with(minusSign)) {
-        number = std::string("-").append(text.substr(minusSign.size()));
-    } else if (text.starts_with('+')) {
-        number.erase(0, 1);
-        if (number.starts_with('-')) {
-            return std::nullopt;
-        }
+char DecimalSignVotes::sign() const {
+    if (points == 0 && commas == 0) {
+        return headerMark;
     }
-    if (thousands) {
-        const std::optional<std::string> plain = withoutGroups(number, decimalSign);
-        if (!plain) {
-            return std::nullopt;
-        }
-        number = *plain;
-    }
-    const char other = decimalSign == '.' ? ',' : '.';
-    if (number.find(other) != std::string::npos) {
-        return std::nullopt;
-    }
-    std::replace(number.begin(), number.end(), ',', '.');
-    return finiteNumber(number);
+    return commas > points ? ',' : '.';
 }
 
 }  // namespace tessavo

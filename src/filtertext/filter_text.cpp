@@ -21,6 +21,7 @@ void refuse(FilterLine& line, std::string reason) {
     // What is switched off does not play; nothing is lost with it.
     if (line.kind != FilterLineKind::off) {
         line.kind = FilterLineKind::unsupported;
+        line.meaning.reset();
     }
 }
 

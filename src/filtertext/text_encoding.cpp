@@ -1,3 +1,5 @@
+#include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstdint>
 
@@ -9,27 +11,32 @@ namespace {
 
 constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 
-/// Length of the UTF-8 character that begins at a position, or 0 where none does.
+bool continues(std::string_view bytes, std::size_t at) {
+    return at < bytes.size() && (static_cast<std::uint8_t>(bytes[at]) & 0xC0U) == 0x80U;
+}
+
+/// How many bytes the character at a place has; 0 where there is no character of UTF-8.
 std::size_t characterLength(std::string_view bytes, std::size_t at) {
-    const auto byte = [&](std::size_t k) { return static_cast<unsigned char>(bytes[k]); };
-    const unsigned char first = byte(at);
-    if (first < 0x80) {
+    const auto first = static_cast<std::uint8_t>(bytes[at]);
+    if (first < 0x80U) {
         return 1;
     }
-    const std::size_t length = first >= 0xF0 ? 4 : first >= 0xE0 ? 3 : 2;
-    if (first < 0xC2 || first > 0xF4 || at + length > bytes.size()) {
+    if (first < 0xC2U || first > 0xF4U || !continues(bytes, at + 1)) {
         return 0;
     }
-    std::uint32_t code = first & (0xFFU >> (length + 1));
-    for (std::size_t k = 1; k < length; ++k) {
-        if ((byte(at + k) & 0xC0U) != 0x80U) {
-            return 0;
-        }
-        code = code << 6U | (byte(at + k) & 0x3FU);
+    if (first < 0xE0U) {
+        return 2;
     }
-    const std::uint32_t least = length == 4 ? 0x10000 : length == 3 ? 0x800 : 0x80;
-    const bool surrogate = code >= 0xD800 && code <= 0xDFFF;
-    return code < least || code > 0x10FFFF || surrogate ? 0 : length;
+    const auto second = static_cast<std::uint8_t>(bytes[at + 1]);
+    if (!continues(bytes, at + 2)) {
+        return 0;
+    }
+    if (first < 0xF0U) {
+        // Neither longer than needed nor half of a pair of UTF-16.
+        return (first == 0xE0U && second < 0xA0U) || (first == 0xEDU && second > 0x9FU) ? 0 : 3;
+    }
+    const bool isOutside = (first == 0xF0U && second < 0x90U) || (first == 0xF4U && second > 0x8FU);
+    return isOutside || !continues(bytes, at + 3) ? 0 : 4;
 }
 
 bool isUtf8(std::string_view bytes) {
@@ -43,23 +50,41 @@ bool isUtf8(std::string_view bytes) {
     return true;
 }
 
+/// Bytes of the end of a line at a place, 0 where none is.
+std::size_t endLength(std::string_view text, std::size_t at) {
+    const std::string_view rest = text.substr(at, 3);
+    if (rest == "\r\r\n") {
+        return 3;
+    }
+    if (rest.starts_with("\r\n")) {
+        return 2;
+    }
+    return rest.starts_with('\r') || rest.starts_with('\n') ? 1 : 0;
+}
+
+/// Whether what follows a key of YAML begins a value that is no prose.
+bool isYamlRest(std::string_view rest) {
+    const std::size_t begin = rest.find_first_not_of(" \t");
+    if (begin == std::string_view::npos) {
+        return true;
+    }
+    return begin > 0 && std::string_view("#{[&!~").find(rest[begin]) != std::string_view::npos;
+}
+
 }  // namespace
 
 std::string utf8Of(std::string_view bytes) {
-    if (bytes.starts_with(byteOrderMark)) {
-        bytes.remove_prefix(byteOrderMark.size());
-    }
     if (isUtf8(bytes)) {
-        return std::string(bytes);
+        return std::string(bytes.starts_with(byteOrderMark) ? bytes.substr(byteOrderMark.size()) : bytes);
     }
     std::string text;
     text.reserve(bytes.size() + bytes.size() / 8);
     for (const char byte : bytes) {
-        const auto code = static_cast<unsigned char>(byte);
-        if (code < 0x80) {
+        const auto code = static_cast<std::uint8_t>(byte);
+        if (code < 0x80U) {
             text.push_back(byte);
         } else {
-            text.push_back(static_cast<char>(0xC0U | code >> 6U));
+            text.push_back(static_cast<char>(0xC0U | (code >> 6U)));
             text.push_back(static_cast<char>(0x80U | (code & 0x3FU)));
         }
     }
@@ -68,32 +93,20 @@ std::string utf8Of(std::string_view bytes) {
 
 std::vector<std::string_view> linesOf(std::string_view text) {
     std::vector<std::string_view> lines;
-    while (!text.empty()) {
-        const std::size_t end = text.find_first_of("\r\n");
-        lines.push_back(text.substr(0, end));
-        if (end == std::string_view::npos) {
-            break;
-        }
-        // CR CR LF is what comes of CR LF that was written as a text once more.
-        std::size_t next = end + 1;
-        for (const std::string_view ending : {"\r\r\n", "\r\n"}) {
-            if (text.substr(end).starts_with(ending)) {
-                next = end + ending.size();
-                break;
-            }
-        }
-        text.remove_prefix(next);
+    std::size_t begin = 0;
+    while (begin < text.size()) {
+        const std::size_t end = std::min(text.find_first_of("\r\n", begin), text.size());
+        lines.push_back(text.substr(begin, end - begin));
+        begin = end < text.size() ? end + endLength(text, end) : end;
     }
     return lines;
 }
 
 bool looksLikeYaml(std::string_view text) {
+    constexpr std::array<std::string_view, 3> keys{"filters:", "pipeline:", "devices:"};
     for (const std::string_view line : linesOf(text)) {
-        for (const std::string_view key : {"filters:", "pipeline:", "devices:"}) {
-            const bool ends =
-                line.size() == key.size() ||
-                (line.size() > key.size() && (line[key.size()] == ' ' || line[key.size()] == '\t'));
-            if (line.starts_with(key) && ends) {
+        for (const std::string_view key : keys) {
+            if (line.starts_with(key) && isYamlRest(line.substr(key.size()))) {
                 return true;
             }
         }

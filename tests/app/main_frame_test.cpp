@@ -220,9 +220,11 @@ TEST_F(MainFrame, HasItsMenus) {
                            QStringLiteral("Channel Names...")}));
     EXPECT_EQ(
         itemsOf(QStringLiteral("Tools")),
-        (QStringList{QStringLiteral("Compare..."), QStringLiteral("-"), QStringLiteral("Back Up Target..."),
-                     QStringLiteral("Restore Target..."), QStringLiteral("-"), QStringLiteral("Store A"),
-                     QStringLiteral("Switch to B"), QStringLiteral("Level Matched")}));
+        (QStringList{QStringLiteral("Compare..."), QStringLiteral("-"), QStringLiteral("Import Filters..."),
+                     QStringLiteral("Export Filters..."), QStringLiteral("-"),
+                     QStringLiteral("Back Up Target..."), QStringLiteral("Restore Target..."),
+                     QStringLiteral("-"), QStringLiteral("Store A"), QStringLiteral("Switch to B"),
+                     QStringLiteral("Level Matched")}));
     EXPECT_EQ(itemsOf(QStringLiteral("Help")), QStringList{QStringLiteral("About")});
 }
 

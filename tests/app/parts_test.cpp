@@ -1,4 +1,5 @@
 #include <QApplication>
+#include <QComboBox>
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
@@ -261,6 +262,22 @@ TEST_F(FileDialogs, TellThatThereIsNoSuchFile) {
     });
     EXPECT_EQ(dialogs_.askOpenPath(settingsFilter), std::nullopt);
     EXPECT_EQ(told, QStringLiteral("There is no file \"none.eqs\"."));
+}
+
+TEST_F(FileDialogs, ANameWithoutAnExtensionGetsThatOfTheChosenForm) {
+    profile_.setLastFolder(textOf(folder.path()));
+    constexpr FileFilter forms{"A (*.a)|*.a|B (*.b)|*.b|Both (*.a *.b)|*.a;*.b||", "a"};
+    const char* const expected[]{"x.a", "x.b", "x.b"};
+    for (int down = 0; down < 3; ++down) {
+        whenOpen([&](QFileDialog& dialog) {
+            auto* const list = dialog.findChild<QComboBox*>(QStringLiteral("fileTypeCombo"));
+            for (int i = 0; i < down; ++i) {
+                QTest::keyClick(list, Qt::Key_Down);
+            }
+            typeName(dialog, QStringLiteral("x"));
+        });
+        EXPECT_EQ(dialogs_.askSavePath(forms), folder / expected[down]) << down;
+    }
 }
 
 TEST_F(FileDialogs, CutNothingOff) {

@@ -71,17 +71,19 @@ class RestoreTarget : public CopiesTest {
         clickCheck(open, QStringLiteral("The amplifiers are off or turned down"));
         click(open, QStringLiteral("Restore"));
     }
-    /// The same, and the window is asked to close after two exchanges, which it does not do at once.
+    /// The same, and the window is asked to close in the second exchange, which it does not do at once.
     void startAndCloseTheWindow(QDialog& open) {
-        QTimer timer;
-        QObject::connect(&timer, &QTimer::timeout, &open, [&] {
-            if (exchanges() == 2) {
-                timer.stop();
-                EXPECT_FALSE(frame->close());
-            }
-        });
-        timer.start(2);
+        int begun = 0;
+        QObject::connect(
+            &link, &CommLink::exchangeBegan, &open,
+            [&] {
+                if (++begun == 2) {
+                    EXPECT_FALSE(frame->close());
+                }
+            },
+            Qt::QueuedConnection);
         start(open);
+        EXPECT_GE(begun, 2);
     }
     static void close(QDialog& open) { click(open, QStringLiteral("Close")); }
 

@@ -1,5 +1,8 @@
 #include <QElapsedTimer>
 #include <QTimer>
+#include <algorithm>
+#include <limits>
+#include <utility>
 
 #include "app/copies_commands.h"
 #include "app/restore_dialog.h"
@@ -147,26 +150,34 @@ TEST_F(RestoreTarget, CancelDuringAnExchangeWaitsForItsEndAndSaysWhatPlays) {
 }
 
 TEST_F(RestoreTarget, EscapeInThePauseBeforeTheConfirmationEndsItAtOnce) {
-    restore([this](QDialog& open) {
-        onlySets(open, {1});
-        QTimer timer;
-        QElapsedTimer sinceEscape;
-        QObject::connect(&timer, &QTimer::timeout, &open, [&] {
-            if (exchanges() == 1 && !link.foreground().running()) {
-                timer.stop();
-                sinceEscape.start();
-                QTest::keyClick(&open, Qt::Key_Escape);
-                EXPECT_TRUE(open.isVisible());
-            }
+    // Less than the pause. A machine that is held up for a moment is not held up every time.
+    constexpr qint64 soonMs = 800;
+    constexpr int attempts = 5;
+    qint64 quickestMs = std::numeric_limits<qint64>::max();
+    for (int attempt = 0; attempt < attempts && quickestMs >= soonMs; ++attempt) {
+        const auto before = exchanges();
+        restore([&](QDialog& open) {
+            onlySets(open, {1});
+            QElapsedTimer sinceEscape;
+            QObject::connect(
+                &link, &CommLink::exchangeEnded, &open,
+                [&] {
+                    if (!sinceEscape.isValid()) {
+                        sinceEscape.start();
+                        QTest::keyClick(&open, Qt::Key_Escape);
+                        EXPECT_TRUE(open.isVisible());
+                    }
+                },
+                Qt::QueuedConnection);
+            start(open);
+            quickestMs = std::min(quickestMs, sinceEscape.elapsed());
+            expectRed(open, QLatin1String(unknownPlays));
+            close(open);
         });
-        timer.start(2);
-        start(open);
-        EXPECT_LT(sinceEscape.elapsed(), 800) << "not the rest of the pause";
-        expectRed(open, QLatin1String(unknownPlays));
-        close(open);
-    });
-    EXPECT_EQ(exchanges(), 1);
-    EXPECT_THAT(restoredSets(), IsEmpty());
+        EXPECT_EQ(exchanges(), before + 1);
+        EXPECT_THAT(restoredSets(), IsEmpty());
+    }
+    EXPECT_LT(quickestMs, soonMs) << "not the rest of the pause";
 }
 
 TEST_F(RestoreTarget, ClosingTheWindowMeanwhileCancelsBetweenExchangesOnNo) {
@@ -218,10 +229,19 @@ TEST_F(RestoreTarget, TheCurrentSetIsSentAlthoughTheWindowWasToCloseMeanwhile) {
 
 TEST_F(RestoreTarget, ARoundOfLiveModeThatIsUnderWayEndsFirst) {
     ASSERT_TRUE(link.startWorker());
+    bool isPaused = false;
+    QObject::connect(
+        &link, &CommLink::exchangeEnded, frame.get(),
+        [&] {
+            // In the pause between its image and its confirmation.
+            if (!std::exchange(isPaused, true)) {
+                toggleLiveMode();
+            }
+        },
+        Qt::QueuedConnection);
     toggleLiveMode();
-    // In the pause between its image and its confirmation.
-    ASSERT_TRUE(becomes([this] { return exchanges() == 1 && !link.exchangeRuns(); }));
-    toggleLiveMode();
+    ASSERT_TRUE(becomes([&] { return isPaused; }));
+    EXPECT_EQ(exchanges(), 1);
     std::vector<LineUser> users;
     QObject::connect(&link, &CommLink::exchangeBegan, frame.get(),
                      [&](LineUser user) { users.push_back(user); });

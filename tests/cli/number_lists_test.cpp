@@ -21,6 +21,23 @@ TEST(ChannelList, RefusesOtherChannelsRepeatedOnesAndOtherTexts) {
     }
 }
 
+TEST(BandList, TakesBandsAndRangesInTheirOrder) {
+    using Bands = std::vector<std::size_t>;
+    EXPECT_EQ(bandList("3"), (Bands{2}));
+    EXPECT_EQ(bandList("1-8"), (Bands{0, 1, 2, 3, 4, 5, 6, 7}));
+    EXPECT_EQ(bandList("8,1-3,5-5"), (Bands{7, 0, 1, 2, 4}));
+    EXPECT_EQ(bandList("1,2,3,4,5,6,7,8")->size(), 8U);
+}
+
+TEST(BandList, RefusesOtherBandsRepeatedOnesFallingRangesAndOtherTexts) {
+    for (const char* text :
+         {"",      ",",     "1,",  ",1",  "1,,2",  "0",     "9",       "256", "257", "0-3",
+          "7-9",   "1-257", "3-1", "1,1", "1-3,2", "2,1-3", "1-2,2-3", "-",   "1-",  "-1",
+          "1-2-3", "1--2",  "+1",  " 1",  "1 ",    "1 - 2", "1.0",     "one", "1;2", "1..3"}) {
+        EXPECT_FALSE(bandList(text)) << text;
+    }
+}
+
 TEST(FrequencyList, TakesEveryFrequencyInItsOrder) {
     EXPECT_EQ(frequencyList("0"), (std::vector<double>{0}));
     EXPECT_EQ(frequencyList("1000.5,20,2e4,20"), (std::vector<double>{1000.5, 20, 20000, 20}));

@@ -126,7 +126,9 @@ TEST_F(ResponseCommand, HasNoLevelWhereASumIsExactlyNothing) {
 
 TEST_F(ResponseCommand, PhaseIsNeverMinusHalfATurn) {
     edit("select 1\nsetInvertPhase 1\nsetDelay 2\nsetCrossover 0 hp 2 1");
-    for (const Json& point : json({"--channel", "1", "--points", "5000"})["points"]) {
+    const Json all = json({"--channel", "1", "--points", "5000"});
+    ASSERT_EQ(all["points"].size(), 5000U);
+    for (const Json& point : all["points"]) {
         const double degrees = point["phase_degrees"].get<double>();
         ASSERT_GT(degrees, -180.0);
         ASSERT_LE(degrees, 180.0);

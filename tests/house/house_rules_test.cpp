@@ -101,6 +101,16 @@ TEST(HouseRules, ToolkitHeadersAreFoundBehindProjectHeaders) {
     EXPECT_THAT(toolkitBreaches(tree, {"comm/page.cpp"}), testing::SizeIs(1));
 }
 
+TEST(HouseRules, HeadersOfALibraryAreFoundOutsideOfItsRoom) {
+    const auto tree = treeOf({{"filtertext/a.cpp", "#include <yaml.h>"},
+                              {"filtertext/deep/b.cpp", "#include <yaml.h>"},
+                              {"filtertextual/c.cpp", "#include <vector>\n#include <yaml.h>"},
+                              {"cli/d.h", "#include \"yaml.h\""},
+                              {"cli/e.cpp", "#include \"filtertext/yaml.h\""}});
+    EXPECT_THAT(libraryBreaches(tree, "yaml.h", "filtertext"),
+                ElementsAre("cli/d.h includes yaml.h", "filtertextual/c.cpp includes yaml.h"));
+}
+
 TEST(HouseRules, LinesAreCountedHoweverTheLastOneEnds) {
     EXPECT_EQ(parseSource("").lines, 0U);
     EXPECT_EQ(parseSource("a").lines, 1U);

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <fstream>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -79,6 +80,15 @@ TEST(House, NoFunctionHasMoreThanSixtyLinesOrNinetyInTests) {
 // That of JSON consists of headers alone.
 TEST(House, TheCoreLinksNothingButThreads) {
     EXPECT_STREQ(TESSAVO_CORE_LIBRARIES, "tessavo_flags,Threads::Threads,nlohmann_json::nlohmann_json");
+}
+
+// The library is linked whole into whatever links this room.
+TEST(House, OneRoomAloneReadsYaml) {
+    EXPECT_STREQ(TESSAVO_YAML_USERS, "tessavo_filtertext");
+    const auto& includes = sources().at("filtertext/yaml_tree.cpp").includes;
+    ASSERT_TRUE(
+        std::ranges::any_of(includes, [](const Include& include) { return include.target == "yaml.h"; }));
+    EXPECT_THAT(libraryBreaches(sources(), "yaml.h", "filtertext"), IsEmpty());
 }
 
 }  // namespace

@@ -247,6 +247,20 @@ std::vector<std::string> toolkitBreaches(const SourceTree& tree, const std::set<
     return breaches;
 }
 
+std::vector<std::string> libraryBreaches(const SourceTree& tree, std::string_view header,
+                                         std::string_view room) {
+    std::vector<std::string> breaches;
+    const std::string inRoom = std::string(room) + "/";
+    for (const auto& [path, file] : tree) {
+        const bool includes = std::ranges::any_of(
+            file.includes, [header](const Include& include) { return include.target == header; });
+        if (includes && !path.starts_with(inRoom)) {
+            breaches.push_back(path + " includes " + std::string(header));
+        }
+    }
+    return breaches;
+}
+
 std::vector<std::string> lengthBreaches(const SourceTree& tree, std::size_t mostLines) {
     std::vector<std::string> breaches;
     for (const auto& [path, file] : tree) {

@@ -65,6 +65,10 @@ using Floors = std::map<std::string, int, std::less<>>;
 [[nodiscard]] std::vector<std::string> toolkitBreaches(const SourceTree& tree,
                                                        const std::set<std::string>& sources);
 
+/// Sources outside of one room that include a header of a library which only that room may use.
+[[nodiscard]] std::vector<std::string> libraryBreaches(const SourceTree& tree, std::string_view header,
+                                                       std::string_view room);
+
 /// Files with more lines than that.
 [[nodiscard]] std::vector<std::string> lengthBreaches(const SourceTree& tree, std::size_t mostLines);
 

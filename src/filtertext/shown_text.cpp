@@ -1,0 +1,50 @@
+#include "filtertext/shown_text.h"
+
+#include <algorithm>
+#include <cstddef>
+
+namespace tessavo {
+
+namespace {
+
+constexpr std::size_t longestShown = 120;  // bytes
+
+bool isContinuation(char byte) {
+    return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
+}
+
+bool isControl(char byte) {
+    return static_cast<unsigned char>(byte) < 0x20U || byte == '\x7F';
+}
+
+void replaceAll(std::string& text, std::string_view what, std::string_view with) {
+    for (std::size_t at = text.find(what); at != std::string::npos; at = text.find(what, at + with.size())) {
+        text.replace(at, what.size(), with);
+    }
+}
+
+}  // namespace
+
+std::string shownText(std::string_view text) {
+    std::size_t end = std::min(text.size(), longestShown);
+    while (end < text.size() && end > 0 && isContinuation(text[end])) {
+        --end;
+    }
+    std::string shown(text.substr(0, end));
+    std::ranges::replace_if(shown, isControl, ' ');
+    for (char low = '\x80'; low <= '\x9F'; ++low) {
+        replaceAll(shown, std::string("\xC2").append(1, low), " ");
+    }
+    replaceAll(shown, "\xE2\x80\xA8", " ");
+    replaceAll(shown, "\xE2\x80\xA9", " ");
+    if (end < text.size()) {
+        shown.append("\xE2\x80\xA6");
+    }
+    return shown;
+}
+
+std::string inQuotes(std::string_view text) {
+    return std::string("\"").append(shownText(text)).append("\"");
+}
+
+}  // namespace tessavo
