@@ -42,19 +42,22 @@ bool isRowOfCoefficients(std::string_view plain, std::size_t begin) {
     bool hasMark = false;
     std::size_t at = begin;
     while (at < plain.size() && numbers <= most) {
-        if (isBlank(plain[at]) || plain[at] == ',' || plain[at] == ';' || plain[at] == '{' || plain[at] == '}') {
+        if (isBlank(plain[at]) || plain[at] == ',' || plain[at] == ';' || plain[at] == '{' ||
+            plain[at] == '}') {
             ++at;
             continue;
         }
         const std::size_t end = plain.find_first_of(" \t,;}", at);
-        const auto number = numberAt(plain, at, end == std::string_view::npos ? plain.size() : end, NumberUse::other);
+        const auto number =
+            numberAt(plain, at, end == std::string_view::npos ? plain.size() : end, NumberUse::other);
         if (!number) {
             return false;
         }
         hasMark = hasMark || number->text.find('.') != std::string::npos;
         at = number->end;
         at += at < plain.size() && plain[at] == 'f' ? 1U : 0U;
-        if (at < plain.size() && !isBlank(plain[at]) && std::string_view(",;}").find(plain[at]) == std::string_view::npos) {
+        if (at < plain.size() && !isBlank(plain[at]) &&
+            std::string_view(",;}").find(plain[at]) == std::string_view::npos) {
             return false;
         }
         ++numbers;

@@ -9,12 +9,12 @@ namespace tessavo {
 /// Finds the biquads in lists of coefficients: "biquad1," with lines such as "b0=0.997," below it, or lines of five or six
 /// coefficients.
 class CoefficientList {
-public:
+ public:
     /// Reads the next line of a text.
     /// \return whether a biquad begins there
     [[nodiscard]] bool read(const LineText& line);
 
-private:
+ private:
     bool isOpen = false;  ///< a biquad has begun whose b0 has not come
 };
 

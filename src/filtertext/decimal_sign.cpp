@@ -69,7 +69,8 @@ std::optional<std::size_t> addWholePart(std::string_view written, std::size_t at
 
 }  // namespace
 
-std::optional<WrittenNumber> numberAt(std::string_view plain, std::size_t begin, std::size_t end, NumberUse use) {
+std::optional<WrittenNumber> numberAt(std::string_view plain, std::size_t begin, std::size_t end,
+                                      NumberUse use) {
     WrittenNumber number{{}, begin, begin};
     std::size_t at = begin;
     if (at < end && isSign(plain[at])) {
@@ -91,7 +92,8 @@ std::optional<WrittenNumber> numberAt(std::string_view plain, std::size_t begin,
                 break;
             }
             number.text.push_back(plain[at]);
-        } else if (use == NumberUse::frequency && at < end && isGroupBlank(plain[at]) && following == groupDigits) {
+        } else if (use == NumberUse::frequency && at < end && isGroupBlank(plain[at]) &&
+                   following == groupDigits) {
             number.text.push_back(' ');
         } else {
             break;

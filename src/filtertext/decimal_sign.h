@@ -15,15 +15,16 @@ enum class NumberUse { frequency, other };
 
 /// A number as it stands in a line.
 struct WrittenNumber {
-    std::string text;  ///< sign, digits, points and commas, an exponent; a blank between groups of digits is ' '
+    std::string
+        text;  ///< sign, digits, points and commas, an exponent; a blank between groups of digits is ' '
     std::size_t begin = 0;
     std::size_t end = 0;  ///< behind its last character, and behind a mark that nothing follows
 };
 
 /// The number that begins at a place of LineText::plain(), as far as it looks like one. A blank behind its sign is forgiven.
 /// \param end where to stop, not above the size of the line
-[[nodiscard]] std::optional<WrittenNumber> numberAt(std::string_view plain, std::size_t begin, std::size_t end,
-                                                    NumberUse use);
+[[nodiscard]] std::optional<WrittenNumber> numberAt(std::string_view plain, std::size_t begin,
+                                                    std::size_t end, NumberUse use);
 
 /// The value of a number.
 /// \param written WrittenNumber::text
@@ -32,7 +33,7 @@ struct WrittenNumber {
 
 /// Decides which mark is the decimal sign of a file.
 class DecimalSignVotes {
-public:
+ public:
     /// Counts what a number tells. A mark that can be no thousands is a decimal sign: of two different marks the last, a mark in
     /// anything but a frequency, and a mark before other than three digits, behind more than three or behind a zero.
     void add(std::string_view written, NumberUse use);
@@ -43,7 +44,7 @@ public:
     /// '.' or ','; a point where there are as many of both.
     [[nodiscard]] char sign() const;
 
-private:
+ private:
     std::size_t points = 0;
     std::size_t commas = 0;
     char headerMark = '.';

@@ -19,9 +19,14 @@ struct KeyWord {
 };
 
 constexpr std::array keyWords{
-    KeyWord{"fc", Key::frequency},       KeyWord{"frequency", Key::frequency}, KeyWord{"freq", Key::frequency},
-    KeyWord{"gain", Key::gain},          KeyWord{"q", Key::q},                 KeyWord{"bandwidth", Key::bandwidth},
-    KeyWord{"bw", Key::bandwidth},       KeyWord{"t60", Key::decayTime},
+    KeyWord{"fc", Key::frequency},
+    KeyWord{"frequency", Key::frequency},
+    KeyWord{"freq", Key::frequency},
+    KeyWord{"gain", Key::gain},
+    KeyWord{"q", Key::q},
+    KeyWord{"bandwidth", Key::bandwidth},
+    KeyWord{"bw", Key::bandwidth},
+    KeyWord{"t60", Key::decayTime},
 };
 
 struct FoundKey {
@@ -31,14 +36,16 @@ struct FoundKey {
 };
 
 bool mayFollowKey(char character) {
-    return isBlank(character) || isDigit(character) || std::string_view(":=+-.,/").find(character) != std::string_view::npos;
+    return isBlank(character) || isDigit(character) ||
+           std::string_view(":=+-.,/").find(character) != std::string_view::npos;
 }
 
 /// The name that begins at a place, which is where a word begins.
 std::optional<FoundKey> keyAt(std::string_view plain, std::size_t at, std::size_t end) {
     for (const KeyWord& known : keyWords) {
         const std::size_t behind = at + known.word.size();
-        if (behind <= end && isWordAt(plain, at, known.word) && (behind == end || mayFollowKey(plain[behind]))) {
+        if (behind <= end && isWordAt(plain, at, known.word) &&
+            (behind == end || mayFollowKey(plain[behind]))) {
             return FoundKey{known.key, at, behind};
         }
     }
@@ -62,7 +69,8 @@ std::optional<FoundKey> nextKey(std::string_view plain, std::size_t begin, std::
 
 /// Where a remark begins that a '#' behind a blank opens.
 std::size_t remarkBegin(std::string_view plain, std::size_t begin) {
-    for (std::size_t at = plain.find('#', begin); at != std::string_view::npos; at = plain.find('#', at + 1)) {
+    for (std::size_t at = plain.find('#', begin); at != std::string_view::npos;
+         at = plain.find('#', at + 1)) {
         if (at > 0 && isBlank(plain[at - 1])) {
             return at;
         }
@@ -113,7 +121,8 @@ std::string_view nameOf(Key key) {
 void readBandwidth(const LineText& line, std::size_t begin, std::size_t end, WrittenFilter& filter) {
     const std::string_view plain = line.plain();
     std::size_t first = afterBlanks(plain, begin, end);
-    const std::size_t behindUnit = std::max(afterUnit(plain, first, end, "oct"), afterUnit(plain, first, end, "octaves"));
+    const std::size_t behindUnit =
+        std::max(afterUnit(plain, first, end, "oct"), afterUnit(plain, first, end, "octaves"));
     const bool isUnitFirst = behindUnit != first;
     const std::size_t behind = readValue(line, behindUnit, end, ValueUnit::octaves, filter.octaves);
     const auto number = numberAt(plain, afterBlanks(plain, behindUnit, end), end, NumberUse::other);
@@ -146,7 +155,8 @@ void readKey(const LineText& line, const FoundKey& key, std::size_t end, Written
         return;
     }
     constexpr std::array units{ValueUnit::hertz, ValueUnit::decibels, ValueUnit::none};
-    const std::size_t behind = readValue(line, begin, end, units.at(static_cast<std::size_t>(key.key)), value);
+    const std::size_t behind =
+        readValue(line, begin, end, units.at(static_cast<std::size_t>(key.key)), value);
     if (value.isThere && value.problem.empty()) {
         checkRest(line, behind, end, filter);
     }
@@ -171,12 +181,13 @@ std::size_t readState(std::string_view plain, std::size_t begin, WrittenFilter& 
 std::optional<std::size_t> afterFilterHead(std::string_view plain) {
     constexpr std::string_view word = "filter";
     const std::size_t begin = afterBlanks(plain, 0, plain.size());
-    if (!isWordAt(plain, begin, word)) {
+    std::size_t at = begin + word.size();
+    if (!isWordAt(plain, begin, word) || (at < plain.size() && isLetter(plain[at]))) {
         return std::nullopt;
     }
-    std::size_t at = begin + word.size();
     bool hasNumber = false;
-    while (at < plain.size() && (isBlank(plain[at]) || isDigit(plain[at]) || plain[at] == '#' || plain[at] == '.')) {
+    while (at < plain.size() &&
+           (isBlank(plain[at]) || isDigit(plain[at]) || plain[at] == '#' || plain[at] == '.')) {
         hasNumber = hasNumber || isDigit(plain[at]);
         ++at;
     }
@@ -190,8 +201,8 @@ std::optional<std::size_t> afterFilterHead(std::string_view plain) {
     const bool isAlone = type == plain.size() && (hasNumber || tried.state != WrittenState::missing);
     const std::size_t typeEnd = afterWord(plain, type, plain.size());
     const bool hasType = typeEnd > type && filterType(plain.substr(type, typeEnd - type)) != nullptr;
-    if (isAlone ||
-        (hasType && (tried.state != WrittenState::missing || (hasNumber && nextKey(plain, typeEnd, plain.size()))))) {
+    if (isAlone || (hasType && (tried.state != WrittenState::missing ||
+                                (hasNumber && nextKey(plain, typeEnd, plain.size()))))) {
         return at;
     }
     // A name in place of the number: "Filter bass: ON PK".

@@ -73,7 +73,8 @@ std::string problemOf(const Wanted& wanted, char decimalSign) {
 
 /// Finds the first place of a line that cannot be read, else the first value that is missing.
 /// \return whether there is none
-bool isReadable(const WrittenFilter& filter, const std::array<Wanted, 5>& values, char decimalSign, FilterLine& line) {
+bool isReadable(const WrittenFilter& filter, const std::array<Wanted, 5>& values, char decimalSign,
+                FilterLine& line) {
     std::size_t column = filter.problemColumn;
     std::string problem = filter.problem;
     for (const Wanted& wanted : values) {
@@ -148,9 +149,15 @@ std::string_view crossoverShape(std::string_view written) {
         std::string_view name;
     };
     constexpr std::array shapes{
-        Shape{"bu", "Butterworth"},    Shape{"but", "Butterworth"},       Shape{"bw", "Butterworth"},
-        Shape{"butterworth", "Butterworth"}, Shape{"l-r", "Linkwitz-Riley"}, Shape{"lr", "Linkwitz-Riley"},
-        Shape{"linkwitz-riley", "Linkwitz-Riley"}, Shape{"be", "Bessel"},   Shape{"bessel", "Bessel"},
+        Shape{"bu", "Butterworth"},
+        Shape{"but", "Butterworth"},
+        Shape{"bw", "Butterworth"},
+        Shape{"butterworth", "Butterworth"},
+        Shape{"l-r", "Linkwitz-Riley"},
+        Shape{"lr", "Linkwitz-Riley"},
+        Shape{"linkwitz-riley", "Linkwitz-Riley"},
+        Shape{"be", "Bessel"},
+        Shape{"bessel", "Bessel"},
     };
     const std::string lower = lowerCase(written);
     const auto* const found = std::ranges::find(shapes, lower, &Shape::word);
@@ -166,7 +173,8 @@ void meanCrossover(const FilterType& type, const WrittenFilter& filter, const Re
     }
     const std::string_view shape = crossoverShape(filter.shape);
     const double slopeDb = values.slopeDb.value_or(0.0);
-    const std::string name = std::string(shape.empty() ? "filter" : shape).append(" of ").append(slopeText(slopeDb));
+    const std::string name =
+        std::string(shape.empty() ? "filter" : shape).append(" of ").append(slopeText(slopeDb));
     if (shape.empty() && !filter.shape.empty()) {
         refuse(line, isOff, quoted(filter.shape).append(" is no known shape of a crossover"));
     } else if (shape.empty() && slopeDb != secondOrderSlopeDb) {
@@ -177,8 +185,9 @@ void meanCrossover(const FilterType& type, const WrittenFilter& filter, const Re
         meaning.q = butterworthQ;
         meaning.order = 4;
         line.meaning = meaning;
-        line.reason = shape == "Butterworth" ? std::string("a ").append(name).append("; the target's is a Linkwitz-Riley")
-                                             : std::string();
+        line.reason = shape == "Butterworth"
+                          ? std::string("a ").append(name).append("; the target's is a Linkwitz-Riley")
+                          : std::string();
     } else {
         refuse(line, isOff,
                std::string("a ").append(name).append(
@@ -189,7 +198,7 @@ void meanCrossover(const FilterType& type, const WrittenFilter& filter, const Re
 /// What a filter with readable values means.
 void mean(const FilterType& type, const WrittenFilter& filter, const ReadValues& values, FilterLine& line) {
     const bool isOff = filter.state == WrittenState::off;
-    line.kind = isOff                  ? FilterLineKind::off
+    line.kind = isOff                ? FilterLineKind::off
                 : isBand(type.shape) ? FilterLineKind::band
                                      : FilterLineKind::crossover;
     if (!isBand(type.shape)) {
@@ -229,7 +238,8 @@ WrittenFilter withContradictions(const WrittenFilter& filter, const FilterType& 
 }
 
 void readValues(const WrittenFilter& filter, const FilterType& type, char decimalSign, FilterLine& line) {
-    const bool hasOctaves = type.shape == FilterShape::peak && !filter.q.isThere && filter.octaves.column != 0;
+    const bool hasOctaves =
+        type.shape == FilterShape::peak && !filter.q.isThere && filter.octaves.column != 0;
     const std::array<Wanted, 5> wanted{
         Wanted{&filter.frequency, "frequency", true, true, largestFrequencyHz},
         Wanted{&filter.gain, "gain", isBand(type.shape), false, largestGainDb},
@@ -253,7 +263,8 @@ SourceFilter sourceOf(const WrittenFilter& filter, char decimalSign) {
 
 }  // namespace
 
-void readMeaning(const WrittenFilter& filter, char decimalSign, std::string_view stateWords, FilterLine& line) {
+void readMeaning(const WrittenFilter& filter, char decimalSign, std::string_view stateWords,
+                 FilterLine& line) {
     if (!filter.type.empty()) {
         line.source = sourceOf(filter, decimalSign);
     }

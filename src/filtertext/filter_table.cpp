@@ -15,11 +15,11 @@ namespace {
 using Columns = std::vector<TableColumn>;
 
 const Columns& usualColumns() {
-    static const Columns columns{TableColumn::number,    TableColumn::enabled,   TableColumn::control,
-                                 TableColumn::type,      TableColumn::frequency, TableColumn::gain,
-                                 TableColumn::q,         TableColumn::bandwidth, TableColumn::decayTime,
-                                 TableColumn::shape,     TableColumn::slope,     TableColumn::secondFrequency,
-                                 TableColumn::other,     TableColumn::other};
+    static const Columns columns{TableColumn::number, TableColumn::enabled,   TableColumn::control,
+                                 TableColumn::type,   TableColumn::frequency, TableColumn::gain,
+                                 TableColumn::q,      TableColumn::bandwidth, TableColumn::decayTime,
+                                 TableColumn::shape,  TableColumn::slope,     TableColumn::secondFrequency,
+                                 TableColumn::other,  TableColumn::other};
     return columns;
 }
 
@@ -29,14 +29,22 @@ TableColumn columnOf(std::string_view name) {
         TableColumn column;
     };
     constexpr std::array names{
-        Named{"number", TableColumn::number},       Named{"enabled", TableColumn::enabled},
-        Named{"control", TableColumn::control},     Named{"type", TableColumn::type},
-        Named{"frequency", TableColumn::frequency}, Named{"frequencyhz", TableColumn::frequency},
-        Named{"freq", TableColumn::frequency},      Named{"fc", TableColumn::frequency},
-        Named{"gain", TableColumn::gain},           Named{"gaindb", TableColumn::gain},
-        Named{"q", TableColumn::q},                 Named{"bandwidth", TableColumn::bandwidth},
-        Named{"targett60", TableColumn::decayTime}, Named{"shape", TableColumn::shape},
-        Named{"slope", TableColumn::slope},         Named{"slopedb", TableColumn::slope},
+        Named{"number", TableColumn::number},
+        Named{"enabled", TableColumn::enabled},
+        Named{"control", TableColumn::control},
+        Named{"type", TableColumn::type},
+        Named{"frequency", TableColumn::frequency},
+        Named{"frequencyhz", TableColumn::frequency},
+        Named{"freq", TableColumn::frequency},
+        Named{"fc", TableColumn::frequency},
+        Named{"gain", TableColumn::gain},
+        Named{"gaindb", TableColumn::gain},
+        Named{"q", TableColumn::q},
+        Named{"bandwidth", TableColumn::bandwidth},
+        Named{"targett60", TableColumn::decayTime},
+        Named{"shape", TableColumn::shape},
+        Named{"slope", TableColumn::slope},
+        Named{"slopedb", TableColumn::slope},
         Named{"frequency2", TableColumn::secondFrequency},
     };
     std::string letters;
@@ -82,7 +90,8 @@ std::optional<WrittenState> stateOf(std::string_view word) {
 }
 
 bool beginsNumber(std::string_view cell) {
-    return !cell.empty() && (isDigit(cell.front()) || std::string_view("+-.,").find(cell.front()) != std::string_view::npos);
+    return !cell.empty() &&
+           (isDigit(cell.front()) || std::string_view("+-.,").find(cell.front()) != std::string_view::npos);
 }
 
 /// Whether a row speaks of a filter.
@@ -90,10 +99,12 @@ bool isRow(std::string_view plain, const RowCells& row) {
     const std::string_view number = row.at(TableColumn::number).in(plain);
     const bool hasNumber = !number.empty() && std::ranges::all_of(number, isDigit);
     if (has(row.columns, TableColumn::enabled) && stateOf(row.at(TableColumn::enabled).in(plain))) {
-        return hasNumber || !has(row.columns, TableColumn::number) || filterType(row.at(TableColumn::type).in(plain)) != nullptr;
+        return hasNumber || !has(row.columns, TableColumn::number) ||
+               filterType(row.at(TableColumn::type).in(plain)) != nullptr;
     }
     const std::string_view type = row.at(TableColumn::type).in(plain);
-    return !type.empty() && filterType(type) != nullptr && (hasNumber || !has(row.columns, TableColumn::number));
+    return !type.empty() && filterType(type) != nullptr &&
+           (hasNumber || !has(row.columns, TableColumn::number));
 }
 
 /// Whether every cell of a row holds what its column wants.
@@ -102,8 +113,10 @@ bool fits(std::string_view plain, const RowCells& row) {
         const TableCell& cell = row.cells[place];
         const TableColumn column = place < row.columns.size() ? row.columns[place] : TableColumn::other;
         const bool isWord = column == TableColumn::shape || column == TableColumn::control;
-        const bool isNumber = column >= TableColumn::frequency && column <= TableColumn::secondFrequency && !isWord;
-        if (!cell.isEmpty() && ((isNumber && !beginsNumber(cell.in(plain))) || (isWord && beginsNumber(cell.in(plain))))) {
+        const bool isNumber =
+            column >= TableColumn::frequency && column <= TableColumn::secondFrequency && !isWord;
+        if (!cell.isEmpty() &&
+            ((isNumber && !beginsNumber(cell.in(plain))) || (isWord && beginsNumber(cell.in(plain))))) {
             return false;
         }
     }
@@ -158,7 +171,8 @@ void noteProblem(WrittenFilter& filter, std::size_t column, std::string problem)
     }
 }
 
-void readCell(const LineText& line, const TableCell& cell, ValueUnit unit, WrittenFilter& filter, WrittenValue& value) {
+void readCell(const LineText& line, const TableCell& cell, ValueUnit unit, WrittenFilter& filter,
+              WrittenValue& value) {
     if (cell.isEmpty()) {
         return;
     }
@@ -172,7 +186,10 @@ void readCell(const LineText& line, const TableCell& cell, ValueUnit unit, Writt
 void checkCells(const LineText& line, const RowCells& row, WrittenFilter& filter) {
     const TableCell shape = row.at(TableColumn::shape);
     if (beginsNumber(shape.in(line.plain()))) {
-        noteProblem(filter, shape.begin + 1, line.quoted(shape.begin, shape.end).append(" stands where the shape should"));
+        noteProblem(filter, shape.begin + 1,
+                    line.quoted(shape.begin, shape.end).append(" stands where the shape should"));
+        // The row is parted wrongly, and what stands in later columns is not theirs.
+        filter.secondFrequency.isThere = false;
     }
     for (std::size_t place = row.columns.size(); place < row.cells.size(); ++place) {
         if (!row.cells[place].isEmpty()) {
@@ -182,7 +199,8 @@ void checkCells(const LineText& line, const RowCells& row, WrittenFilter& filter
 }
 
 bool isNotZero(std::string_view cell) {
-    return std::ranges::any_of(cell, [](char character) { return isLetter(character) || (isDigit(character) && character != '0'); });
+    return std::ranges::any_of(
+        cell, [](char character) { return isLetter(character) || (isDigit(character) && character != '0'); });
 }
 
 WrittenFilter filterOf(const LineText& line, const RowCells& row) {
@@ -190,8 +208,9 @@ WrittenFilter filterOf(const LineText& line, const RowCells& row) {
     WrittenFilter filter;
     const TableCell enabled = row.at(TableColumn::enabled);
     filter.stateColumn = enabled.begin + 1;
-    filter.state = has(row.columns, TableColumn::enabled) ? stateOf(enabled.in(plain)).value_or(WrittenState::missing)
-                                                          : WrittenState::on;
+    filter.state = has(row.columns, TableColumn::enabled)
+                       ? stateOf(enabled.in(plain)).value_or(WrittenState::missing)
+                       : WrittenState::on;
     std::size_t end = plain.size();
     while (end > 0 && isBlank(plain[end - 1])) {
         --end;
@@ -234,7 +253,8 @@ char partingOfRow(std::string_view plain) {
     while (at < plain.size() && (isDigit(plain[at]) || plain[at] == '"')) {
         ++at;
     }
-    return at < plain.size() && std::string_view("\t;,").find(plain[at]) != std::string_view::npos ? plain[at] : ' ';
+    return at < plain.size() && std::string_view("\t;,").find(plain[at]) != std::string_view::npos ? plain[at]
+                                                                                                   : ' ';
 }
 
 /// The columns that a line names.
@@ -284,7 +304,8 @@ std::optional<WrittenFilter> FilterTable::read(const LineText& line) {
     }
     const RowCells row{columns, cellsOfRow(plain, columns, ownParting)};
     const bool isKnown = filterType(row.at(TableColumn::type).in(plain)) != nullptr;
-    return isKnown && stateOf(row.at(TableColumn::enabled).in(plain)) ? std::optional(filterOf(line, row)) : std::nullopt;
+    return isKnown && stateOf(row.at(TableColumn::enabled).in(plain)) ? std::optional(filterOf(line, row))
+                                                                      : std::nullopt;
 }
 
 }  // namespace tessavo

@@ -30,7 +30,7 @@ enum class TableColumn : std::uint8_t {
 /// Reads tables of filters, whose head names the columns and whose cells are parted by blanks, tabs, commas or semicolons. Cells
 /// may be quoted, and those at the end of a row may be left out.
 class FilterTable {
-public:
+ public:
     FilterTable();
 
     /// Reads the next line of a text: a head, after which columns are as it says, a row, or neither. Rows without a head before
@@ -38,7 +38,7 @@ public:
     /// \return the filter of a row
     [[nodiscard]] std::optional<WrittenFilter> read(const LineText& line);
 
-private:
+ private:
     std::vector<TableColumn> columns;
     bool hasHead = false;
     char parting = ' ';

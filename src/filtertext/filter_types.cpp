@@ -9,7 +9,8 @@ namespace tessavo {
 
 namespace {
 
-constexpr FilterType filter(std::string_view word, FilterShape shape, bool isCentre = false, bool needsQ = false) {
+constexpr FilterType filter(std::string_view word, FilterShape shape, bool isCentre = false,
+                            bool needsQ = false) {
     return {word, TypeUse::filter, shape, isCentre, needsQ, {}};
 }
 

@@ -27,7 +27,8 @@ std::size_t byteAfter(std::string_view text, std::size_t from, std::size_t count
 char plainOf(std::string_view character) {
     if (character.size() == 1) {
         const char byte = character.front();
-        return byte == '\t' || (byte >= ' ' && byte < LineText::otherCharacter) ? byte : LineText::otherCharacter;
+        return byte == '\t' || (byte >= ' ' && byte < LineText::otherCharacter) ? byte
+                                                                                : LineText::otherCharacter;
     }
     // No-break space, figure space, thin space, narrow no-break space.
     if (character == "\u00A0" || character == "\u2007" || character == "\u2009" || character == "\u202F") {

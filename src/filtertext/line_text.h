@@ -8,7 +8,7 @@ namespace tessavo {
 
 /// A line with one character for each of its code points, so that the place of a character is its column.
 class LineText {
-public:
+ public:
     /// What stands for a blank at which no line may be broken.
     static constexpr char noBreakBlank = '\x1F';
     /// What stands for every character that means nothing to a reader.
@@ -27,7 +27,7 @@ public:
     /// The same in quotation marks for a message; what is long is cut.
     [[nodiscard]] std::string quoted(std::size_t begin, std::size_t end) const;
 
-private:
+ private:
     std::string_view source;
     std::string characters;
 };

@@ -12,7 +12,9 @@ struct TableCell {
     std::size_t end = 0;
 
     [[nodiscard]] bool isEmpty() const { return begin == end; }
-    [[nodiscard]] std::string_view in(std::string_view plain) const { return plain.substr(begin, end - begin); }
+    [[nodiscard]] std::string_view in(std::string_view plain) const {
+        return plain.substr(begin, end - begin);
+    }
 };
 
 using TableCells = std::vector<TableCell>;

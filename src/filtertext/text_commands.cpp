@@ -9,7 +9,8 @@ namespace {
 
 constexpr std::size_t longestList = 60;
 
-constexpr std::string_view condition = "a condition, which is not looked at; the lines below are read all the same";
+constexpr std::string_view condition =
+    "a condition, which is not looked at; the lines below are read all the same";
 
 constexpr std::array commands{
     TextCommand{"include", "another file, which is not read"},
@@ -37,7 +38,10 @@ std::string listOfNames(const std::vector<std::string>& names) {
         if (list.size() > longestList) {
             return list.append(" and others");
         }
-        list.append(index == 0 ? "" : index + 1 == names.size() ? " and " : ", ").append(shortened(names[index]));
+        list.append(index == 0                  ? ""
+                    : index + 1 == names.size() ? " and "
+                                                : ", ")
+            .append(shortened(names[index]));
     }
     return list;
 }

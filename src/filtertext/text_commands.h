@@ -26,7 +26,7 @@ struct TextCommand {
 
 /// Which channels lines are for.
 class ChannelScope {
-public:
+ public:
     /// \param wanted the channel to read; empty for the first that is named
     explicit ChannelScope(std::string_view wanted);
 
@@ -46,7 +46,7 @@ public:
     /// The one that is read, as it was written first; empty where none is named, or not the one that is wanted.
     [[nodiscard]] const std::string& channel() const { return chosen; }
 
-private:
+ private:
     std::string wantedName;
     std::vector<std::string> written;
     std::unordered_set<std::string> known;

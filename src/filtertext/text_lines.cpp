@@ -138,7 +138,8 @@ class LinesReader {
 
     void noteTrouble() {
         if (!wantedChannel.empty() && result.channel.empty()) {
-            result.trouble = std::string("There is no channel \"").append(shortened(wantedChannel)).append("\" in it");
+            result.trouble =
+                std::string("There is no channel \"").append(shortened(wantedChannel)).append("\" in it");
             if (result.channels.empty()) {
                 result.trouble.append("; it names none.");
                 return;

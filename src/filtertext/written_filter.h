@@ -37,8 +37,8 @@ struct WrittenFilter {
     WrittenValue secondFrequency{};  ///< of what is two filters in one
     std::string shape;               ///< of a crossover, as written: "L-R", "BU"
     std::size_t shapeColumn = 0;
-    std::size_t endColumn = 0;    ///< where what is missing would stand
-    std::string problem;          ///< what else cannot be read; empty where nothing is
+    std::size_t endColumn = 0;      ///< where what is missing would stand
+    std::string problem;            ///< what else cannot be read; empty where nothing is
     std::size_t problemColumn = 0;  ///< where
 };
 

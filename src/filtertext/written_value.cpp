@@ -7,7 +7,8 @@ namespace {
 constexpr double hertzOfKilohertz = 1000.0;
 
 bool endsWord(std::string_view plain, std::size_t at, std::size_t end) {
-    return at >= end || (!isLetter(plain[at]) && !isDigit(plain[at]) && plain[at] != LineText::otherCharacter);
+    return at >= end ||
+           (!isLetter(plain[at]) && !isDigit(plain[at]) && plain[at] != LineText::otherCharacter);
 }
 
 bool isListMark(char character) {
