@@ -181,10 +181,10 @@ std::size_t readState(std::string_view plain, std::size_t begin, WrittenFilter& 
 std::optional<std::size_t> afterFilterHead(std::string_view plain) {
     constexpr std::string_view word = "filter";
     const std::size_t begin = afterBlanks(plain, 0, plain.size());
-    if (!isWordAt(plain, begin, word)) {
+    std::size_t at = begin + word.size();
+    if (!isWordAt(plain, begin, word) || (at < plain.size() && isLetter(plain[at]))) {
         return std::nullopt;
     }
-    std::size_t at = begin + word.size();
     bool hasNumber = false;
     while (at < plain.size() &&
            (isBlank(plain[at]) || isDigit(plain[at]) || plain[at] == '#' || plain[at] == '.')) {

@@ -188,6 +188,8 @@ void checkCells(const LineText& line, const RowCells& row, WrittenFilter& filter
     if (beginsNumber(shape.in(line.plain()))) {
         noteProblem(filter, shape.begin + 1,
                     line.quoted(shape.begin, shape.end).append(" stands where the shape should"));
+        // The row is parted wrongly, and what stands in later columns is not theirs.
+        filter.secondFrequency.isThere = false;
     }
     for (std::size_t place = row.columns.size(); place < row.cells.size(); ++place) {
         if (!row.cells[place].isEmpty()) {

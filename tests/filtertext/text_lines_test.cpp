@@ -1,293 +1,261 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <optional>
 #include <string>
+#include <vector>
 
-#include "filter_lines.h"
+#include "filtertext/readers.h"
+#include "said_lines.h"
 
 namespace tessavo {
 namespace {
 
-using testing::HasSubstr;
+using testing::ElementsAre;
+using testing::IsEmpty;
 
-constexpr double butterworthQ = 0.7071067811865476;
+constexpr std::string_view usual = "band PK 100 -3 2 = peak 100 -3 2";
 
-TEST(TextLines, EveryHabitOfALineIsTheSameFilter) {
-    for (const char* line : {
-             "Filter 1: ON PK Fc 100 Hz Gain -3.0 dB Q 2.00",
-             "Filter 1 : ON PK Fc 100 Hz Gain -3.0 dB Q 2.00",
-             "Filter 12: ON  PK       Fc     100 Hz  Gain  -3.0 dB  Q  2.00",
-             "filter 12: on pk fc 100hz gain -3db q 2",
-             "FILTER 3: ON PEQ FC 100 HZ GAIN -3 DB Q 2",
-             "Filter: ON PK Fc 100 Hz Gain -3.0 dB Q 2.00",
-             "Filter 1:\tON\tPK\tFc\t100\tHz\tGain\t-3.0\tdB\tQ\t2.00",
-             "Filter 1:ON PK Fc 100 Hz Gain -3.0 dB Q 2.00",
-             "  Filter 1: ON PK Fc 100 Hz Gain -3.0 dB Q 2.00  ",
-             "Filter 1: ON PK Fc 100H z Gain -3.0 dB Q 2.00",
-             "Filter 1: ON PK Fc 100 Gain -3.0 Q 2.00",
-             "Filter 1: ON PK Fc 0.1 kHz Gain -3.0 dB Q 2.00",
-             "Filter 1: ON PK Fc 100 Hz Gain \u22123.0 dB Q 2.00",
-             "Filter\u00a01: "
-             "ON\u00a0PK\u00a0Fc\u00a0100\u00a0Hz\u00a0Gain\u00a0-3.0\u00a0dB\u00a0Q\u00a02.00",
-             "Filter 1: ON PK Fc +100 Hz Gain -3.0 dB Q +2.00",
-             "Filter 1: ON Modal Fc 100 Hz Gain -3.0 dB Q 2.00 T60 target 100 ms",
-             "Filter 1: ON PK Fc 100 Hz Gain -3.0 dB Q 2.00 # the room",
-             "Filter 1: ON PK Q 2.00 Gain -3.0 dB Fc 100 Hz",
-         }) {
-        const FilterLine filter = onlyFilter(line);
-        expectMeaning(filter, {FilterShape::peak, 100, -3, 2, 2});
-        ASSERT_TRUE(filter.source) << line;
-        EXPECT_EQ(filter.source->frequencyHz, 100.0) << line;
-        EXPECT_EQ(filter.source->gainDb, -3.0) << line;
-        EXPECT_EQ(filter.source->q, 2.0) << line;
-        EXPECT_EQ(filter.text, line);
-        EXPECT_EQ(filter.line, 1U);
-        ASSERT_TRUE(filter.device) << line;
-        // 2 * 10^(3/40) = 2.377
-        EXPECT_NEAR(filter.device->q, 2.4, 1e-12) << line;
+TEST(TextLines, AFilterIsReadInEveryHabit) {
+    for (const std::string_view line :
+         {"Filter 1: ON PK Fc 100 Hz Gain -3.0 dB Q 2.00",
+          "Filter: ON PK Fc 100 Hz Gain -3.0 dB Q 2.00",
+          "Filter  1: ON  PK       Fc     100 Hz  Gain  -3.0 dB  Q  2.00   ",
+          "filter 1: on PK fc 100 hz gain -3.0 db q 2.00",
+          "FILTER 12 12: ON PK FC 100 HZ GAIN -3.0 DB Q 2.00",
+          "Filter1: ON PK Fc 100Hz Gain -3.0dB Q 2.00",
+          "Filter 1 : ON PK Fc 100 Hz Gain -3.0 dB Q 2.00",
+          "  Filter 1:ON PK Fc 100 Hz Gain -3.0 dB Q 2.00",
+          "Filter 1 ON PK Fc 100 Hz Gain -3.0 dB Q 2.00",
+          "Filter #1: ON PK Fc 100 Hz Gain -3.0 dB Q 2.00",
+          "Filter bass: ON PK Fc 100 Hz Gain -3.0 dB Q 2.00",
+          "\tFilter 1:\tON\tPK\tFc\t100\tHz\tGain\t-3.0\tdB\tQ\t2.00\t",
+          "Filter 1: ON PK Fc +100 Hz Gain -3.0 dB Q +2.00",
+          "Filter 1: ON PK Fc     100H z  Gain -3.0 d B Q 2.00",
+          "Filter 1: ON PK Fc 0.1 kHz Gain -3.0 dB Q 2.00",
+          "Filter 1: ON PK Fc 100 Gain -3.0 Q 2.00",
+          "Filter 1: ON PK Fc 100, Gain -3.0, Q 2.00",
+          "Filter 1: ON PK Fc: 100 Hz Gain=-3.0 dB Q = 2.00",
+          "Filter 1: ON PK Fc100 Hz Gain-3.0 dB Q2.00",
+          "Filter 1: ON PK Q 2.00 Gain -3.0 dB Fc 100 Hz",
+          "Filter 1: ON PK Fc 100 Hz Gain \u22123.0 dB Q 2.00",
+          "Filter 1: ON PK Fc 100 Hz Gain \u20133.0 dB Q 2.00",
+          "Filter 1: ON PK Fc 100 Hz Gain - 3.0 dB Q 2.00",
+          "Filter\u00A01:\u00A0ON\u00A0PK\u00A0Fc\u00A0100\u00A0Hz Gain -3.0\u202F"
+          "dB Q 2.00",
+          "Filter 1: ON PK Fc 1e2 Hz Gain -3.0 dB Q 2.00"}) {
+        EXPECT_EQ(saidOf(line), usual) << line;
     }
 }
 
-TEST(TextLines, TheTypeIsToldAsItStandsThere) {
-    for (const std::string type : {"PK", "pk", "PEQ", "Modal", "MODAL", "LSC", "hsq"}) {
-        const FilterLine filter = onlyFilter("Filter 1: ON " + type + " Fc 100 Hz Gain -3.0 dB Q 0.9");
-        ASSERT_TRUE(filter.source) << type;
-        EXPECT_EQ(filter.source->type, type);
+TEST(TextLines, BlanksOfEveryKindPartThousands) {
+    for (const std::string_view frequency : {"1 067", "1\u00A0067", "1\u202F067", "1\u2009067", "1\u2007067",
+                                             "1'067", "1\u2019067", "1,067", "1 067.0"}) {
+        EXPECT_EQ(saidOf(std::string("Filter: ON PK Fc ").append(frequency).append(" Hz Gain -3.0 dB Q 2")),
+                  "band PK 1067 -3 2 = peak 1067 -3 2")
+            << frequency;
     }
-    EXPECT_EQ(onlyFilter("Filter 1: ON LS 12dB Fc 100 Hz Gain -3.0 dB").source.value().type, "LS 12dB");
+    EXPECT_EQ(said(readFilterText("Filter: ON PK Fc 1\xA0"
+                                  "067 Hz Gain -5,9 dB Q 22,69",
+                                  {})
+                       .lines.at(0)),
+              "band PK 1067 -5.9 22.69 = peak 1067 -5.9 22.69");
 }
 
-TEST(TextLines, EveryEndOfALineIsTaken) {
-    for (const std::string end : {"\n", "\r\n", "\r\r\n", "\r"}) {
-        const std::string line = "Filter 1: ON PK Fc 100 Hz Gain -3.0 dB Q 2.00";
-        const FilterText text = readFilterText("Notes:" + end + line + end + end + line + end);
-        ASSERT_EQ(text.lines.size(), 4U);
-        for (const std::size_t at : {1U, 3U}) {
-            EXPECT_EQ(text.lines[at].line, at + 1);
-            EXPECT_EQ(text.lines[at].text, line);
-            expectMeaning(text.lines[at], {FilterShape::peak, 100, -3, 2, 2});
-        }
-        EXPECT_EQ(text.lines[0].kind, FilterLineKind::none);
-        EXPECT_EQ(text.lines[2].kind, FilterLineKind::none);
+TEST(TextLines, ProseIsNoFilter) {
+    for (const std::string_view line : {"",
+                                        "   ",
+                                        "Filter Settings file",
+                                        "Filter settings: see below",
+                                        "Filters: ON PK",
+                                        "Notes:Filter 1: ON PK Fc 100 Hz",
+                                        "# Filter 1: ON PK Fc 100 Hz Gain -3 dB Q 2",
+                                        "  #Filter 1: ON PK",
+                                        "Dated: 16.05.2013 21:56:38",
+                                        "No measurement",
+                                        "Equaliser: Generic",
+                                        "Filter on the left side",
+                                        "Filter 1 of 3 is for the bass",
+                                        "// Filter 1: ON PK",
+                                        "Filterbank 1: ON PK",
+                                        "Preamplifier: tubes",
+                                        "Preamp settings",
+                                        "# Preamp: -3 dB",
+                                        "Delayed: yes",
+                                        "biquad filters for all",
+                                        "1 2 3 4 5"}) {
+        EXPECT_EQ(saidOf(line), line.empty() ? "not one line" : "none") << line;
     }
 }
 
-TEST(TextLines, ABandwidthBecomesItsQ) {
-    const double w = 2.0 * std::acos(-1.0) * 5000.0 / 49500.0;
-    for (const char* line : {"Filter 1: ON PK Fc 5000 Hz Gain 6 dB BW Oct 0.5",
-                             "Filter 1: on pk fc 5000 hz gain +6.0 db bw oct 0.5"}) {
-        const FilterLine filter = onlyFilter(line);
-        expectMeaning(filter, {FilterShape::peak, 5000, 6,
-                               1.0 / (2.0 * std::sinh(std::log(2.0) / 2.0 * 0.5 * w / std::sin(w))), 2});
-        EXPECT_EQ(filter.source.value().q, std::nullopt);
-    }
+TEST(TextLines, LinesKeepTheirTextAndTheirNumber) {
+    const FilterText text =
+        readTextLines("Filter Settings file\r\n\r\nFilter:\tON PK Fc 1\u00A0067 Hz Gain 3 dB Q 2 \r\n", {});
+    ASSERT_EQ(text.lines.size(), 3U);
+    EXPECT_EQ(text.lines[0].line, 1U);
+    EXPECT_EQ(text.lines[0].text, "Filter Settings file");
+    EXPECT_EQ(text.lines[1].text, "");
+    EXPECT_EQ(text.lines[2].line, 3U);
+    EXPECT_EQ(text.lines[2].text, "Filter:\tON PK Fc 1\u00A0067 Hz Gain 3 dB Q 2 ");
+    EXPECT_EQ(text.lines[2].kind, FilterLineKind::band);
+    EXPECT_FALSE(text.tellsSamplingRate);
+    EXPECT_EQ(text.samplingRateHz, textSamplingRateHz);
+    EXPECT_EQ(text.trouble, "");
 }
 
-TEST(TextLines, ShelvesOfEveryTypeHaveTheirCentreAndQ) {
-    const double gain = 7.2;
-    const auto corner = [&](double slope) { return std::pow(10.0, gain / (80.0 * slope)); };
-    const double a = std::pow(10.0, gain / 40.0);
-    const double slopeOfQ = 1.0 / ((1.0 / 0.36 - 2.0) / (a + 1.0 / a) + 1.0);  // of Q 0.6
-    const struct {
-        const char* type;
-        const char* rest;
-        bool isLow;
-        double factor;
-        double q;
-    } cases[] = {
-        {"LS", "", true, 1.0, shelfQ(0.9, gain)},
-        {"HS", "", false, 1.0, shelfQ(0.9, gain)},
-        {"LSC", "", true, 1.0, shelfQ(0.9, gain)},
-        {"HSC", "", false, 1.0, shelfQ(0.9, gain)},
-        {"LS", " Q 0.6", true, corner(slopeOfQ), 0.6},
-        {"HS", " Q 0.6", false, 1.0 / corner(slopeOfQ), 0.6},
-        {"LSC", " Q 0.6", true, 1.0, 0.6},
-        {"HSC", " Q 0.6", false, 1.0, 0.6},
-        {"LSQ", " Q 0.6", true, 1.0, 0.6},
-        {"HSQ", " Q 0.6", false, 1.0, 0.6},
-        {"LS 6dB", "", true, corner(0.5), shelfQ(0.5, gain)},
-        {"HS 6dB", "", false, 1.0 / corner(0.5), shelfQ(0.5, gain)},
-        {"LS 12dB", "", true, corner(1.0), butterworthQ},
-        {"HS 12dB", "", false, 1.0 / corner(1.0), butterworthQ},
-        {"LS 12 dB", "", true, corner(1.0), butterworthQ},
-        {"LS 9.6 dB", "", true, corner(0.8), shelfQ(0.8, gain)},
-        {"LSC 9.6 dB", "", true, 1.0, shelfQ(0.8, gain)},
-        {"HSC 9.6 dB", "", false, 1.0, shelfQ(0.8, gain)},
-        {"HSC 9.6dB", "", false, 1.0, shelfQ(0.8, gain)},
+TEST(TextLines, ColumnsCountCharactersAndNotBytes) {
+    EXPECT_EQ(saidOf("Filter 1:\u00A0ON PK Fc x Hz Gain 3 dB Q 2"),
+              "error@20 PK - 3 2: \"x\" is not a number");
+    EXPECT_EQ(saidOf("Filter 1: ON PK Fc 1\u00B2 Hz Gain 3 dB Q 2"),
+              "error@20 PK - 3 2: \"1\u00B2\" is not a number");
+}
+
+double preampOf(std::string_view text) {
+    const FilterText read = readTextLines(text, {});
+    EXPECT_TRUE(read.hasPreamp) << text;
+    return read.preampDb;
+}
+
+TEST(TextLines, PreampsAreSummed) {
+    for (const std::string_view line :
+         {"Preamp: -6.3 dB", "Preamp:\t-6.3 dB", "preamp: -6.3", "PREAMP -6.3 dB", "Preamp:-6.3dB",
+          " Preamp : \u22126.3 dB ", "Preamp: -6,3 dB", "Preamp: - 6.3 dB # for safety"}) {
+        EXPECT_DOUBLE_EQ(preampOf(line), -6.3) << line;
+    }
+    EXPECT_DOUBLE_EQ(preampOf("Preamp: +3 dB"), 3.0);
+    EXPECT_DOUBLE_EQ(preampOf("Preamp: 0.0 dB"), 0.0);
+    EXPECT_DOUBLE_EQ(preampOf("Preamp: -6.5 dB\nPreamp: 2 dB\n# Preamp: -9 dB"), -4.5);
+    EXPECT_EQ(saidOf("Preamp: -4,9 dB"), "none: a preamp of -4.9 dB");
+    const FilterText none = readTextLines("Filter: ON None", {});
+    EXPECT_FALSE(none.hasPreamp);
+    EXPECT_EQ(none.preampDb, 0.0);
+}
+
+TEST(TextLines, APreampThatCannotBeReadIsAnError) {
+    EXPECT_EQ(saidOf("Preamp:"), "error@8: the gain is missing");
+    EXPECT_EQ(saidOf("Preamp: dB"), "error@9: the gain is missing");
+    EXPECT_EQ(saidOf("Preamp: low dB"), "error@9: \"low\" is not a number");
+    EXPECT_EQ(saidOf("Preamp: 1e999 dB"), "error@9: \"1e999\" is not a number");
+    EXPECT_EQ(saidOf("Preamp: 1e300 dB"), "error@9: \"1e300\" is out of every range");
+    EXPECT_EQ(saidOf("Preamp: -3 dB 4"), "error@15: \"4\" is not understood");
+    EXPECT_FALSE(readTextLines("Preamp: low dB", {}).hasPreamp);
+}
+
+TEST(TextLines, CommandsAreReportedWithTheReason) {
+    struct Case {
+        std::string_view line;
+        std::string_view reason;
     };
-    for (const auto& [type, rest, isLow, factor, q] : cases) {
-        for (const double sign : {1.0, -1.0}) {
-            const FilterLine filter = onlyFilter(std::string("Filter 1: ON ") + type + " Fc 500 Hz Gain " +
-                                                 (sign < 0 ? "-7.2" : "+7.2") + " dB" + rest);
-            const FilterShape shape = isLow ? FilterShape::lowShelf : FilterShape::highShelf;
-            expectMeaning(filter, {shape, 500.0 * factor, sign * gain, q, 2});
-            ASSERT_TRUE(filter.source);
-            EXPECT_EQ(filter.source->frequencyHz, 500.0);
-            EXPECT_EQ(filter.source->gainDb, sign * gain);
-            EXPECT_EQ(filter.source->q, *rest != '\0' ? std::optional(0.6) : std::nullopt) << type;
-        }
+    for (const Case& one :
+         {Case{"Include: other.txt", "another file, which is not read"},
+          {"Device: Speakers", "a device of the computer; the target is none"},
+          {"Copy: L2=L R2=R", "a mix of channels; only filters are read"},
+          {"delay: 500 ms", "a delay; only filters are read"},
+          {"Channel: L", "the channel of the lines below"},
+          {"EVAL: x=1", "a calculation, which is not done"},
+          {"If: x==1", "a condition, which is not looked at; the lines below are read all the same"},
+          {"EndIf:", "a condition, which is not looked at; the lines below are read all the same"},
+          {"Stage: capture", "a stage of the computer's sound; the target has none"},
+          {"GraphicEQ: 20 -1; 30 -2", "a graphic equalizer; the target's is parametric"},
+          {"Convolution: room.wav", "a convolution; the target has none"},
+          {" VSTPlugin : x", "a plug-in; the target has none"},
+          {"LoudnessCorrection: x", "a loudness correction; the target has none"}}) {
+        EXPECT_EQ(saidOf(one.line), std::string("unsupported: ").append(one.reason)) << one.line;
     }
+    EXPECT_EQ(saidOf("Channel:  "), "error@9: the channel is missing");
 }
 
-TEST(TextLines, CrossoversAreButterworthFilters) {
-    const struct {
-        const char* line;
-        FilterShape shape;
-        double q;
-        std::optional<double> told;
-    } cases[] = {
-        {"Filter 3: ON LP Fc 8000 Hz", FilterShape::lowPass, butterworthQ, std::nullopt},
-        {"Filter: ON HP Fc 8000 Hz", FilterShape::highPass, butterworthQ, std::nullopt},
-        {"Filter: ON LPQ Fc 8000 Hz Q 0.707", FilterShape::lowPass, 0.707, 0.707},
-        {"Filter: ON HPQ Fc 8000 Hz Q 0.7071", FilterShape::highPass, 0.7071, 0.7071},
-    };
-    for (const auto& [line, shape, q, told] : cases) {
-        const FilterLine filter = onlyFilter(line);
-        expectMeaning(filter, {shape, 8000, 0, q, 2});
-        EXPECT_EQ(filter.source.value().q, told);
-        EXPECT_EQ(filter.source.value().gainDb, std::nullopt);
-        // 8000 * 44100 / 49500 = 7127.27
-        EXPECT_EQ(filter.device.value().frequencyHz, 7127.0);
-        EXPECT_EQ(filter.device.value().shape, shape);
-    }
+constexpr std::string_view twoChannels =
+    "Preamp: -1 dB\nChannel: L\nPreamp: -2 dB\nFilter: ON PK Fc 100 Hz Gain 1 dB Q 1\nChannel: R\nPreamp: -4 "
+    "dB\n"
+    "Filter: ON PK Fc 200 Hz Gain 1 dB Q 1\nFilter: ON None\nFilter: OFF PK Fc x\nGraphicEQ: 1 2\n"
+    "Channel: all\nFilter: ON PK Fc 300 Hz Gain 1 dB Q 1";
+
+TEST(TextLines, TheFirstChannelIsReadAndTheOthersAreNamed) {
+    const FilterText text = readTextLines(twoChannels, {});
+    EXPECT_THAT(text.channels, ElementsAre("L", "R"));
+    EXPECT_EQ(text.channel, "L");
+    EXPECT_EQ(text.preampDb, -3.0);
+    EXPECT_THAT(said(text),
+                ElementsAre("unsupported: the channel of the lines below", "band PK 100 1 1 = peak 100 1 1",
+                            "unsupported: the channel of the lines below", "unsupported: for channel R",
+                            "unsupported PK 200 1 1: for channel R", "unsupported None - - -: for channel R",
+                            "unsupported PK - - -: for channel R", "unsupported: for channel R",
+                            "unsupported: the channel of the lines below", "band PK 300 1 1 = peak 300 1 1"));
 }
 
-TEST(TextLines, CrossoversOfAnotherQAreUnsupported) {
-    for (const char* line : {"Filter: ON LPQ Fc 8000 Hz Q 0.400", "Filter: ON HPQ Fc 20 Hz Q 0.5"}) {
-        const FilterLine filter = onlyFilter(line);
-        EXPECT_EQ(filter.kind, FilterLineKind::unsupported);
-        EXPECT_THAT(filter.reason, HasSubstr("0.707"));
-        EXPECT_FALSE(filter.device);
-        EXPECT_EQ(filter.column, 0U);
-    }
-}
-
-TEST(TextLines, NoneIsEmptyOnAndOff) {
-    for (const char* line :
-         {"Filter 3: OFF None", "Filter 10: ON  None   ", "filter: off none", "Filter 3: ON NONE"}) {
-        const FilterLine filter = onlyFilter(line);
-        EXPECT_EQ(filter.kind, FilterLineKind::empty) << line;
-        EXPECT_EQ(filter.column, 0U);
-        EXPECT_FALSE(filter.meaning);
-        EXPECT_FALSE(filter.device);
-    }
-}
-
-TEST(TextLines, AFilterThatIsOffKeepsItsMeaning) {
-    for (const char* word : {"OFF", "off", "Off"}) {
-        const FilterLine filter =
-            onlyFilter(std::string("Filter 3: ") + word + " PK Fc 3150 Hz Gain -5.5 dB Q 3.6");
-        EXPECT_EQ(filter.kind, FilterLineKind::off);
-        ASSERT_TRUE(filter.meaning && filter.device && filter.source);
-        EXPECT_EQ(filter.meaning->frequencyHz, 3150.0);
-        EXPECT_EQ(filter.meaning->gainDb, -5.5);
-        EXPECT_EQ(filter.meaning->q, 3.6);
-        EXPECT_NEAR(filter.device->q, 4.9, 1e-12);
-        EXPECT_EQ(filter.reason, "");
-    }
-    const FilterLine notch = onlyFilter("Filter 3: OFF NO Fc 3150 Hz");
-    EXPECT_EQ(notch.kind, FilterLineKind::off);
-    EXPECT_FALSE(notch.meaning);
-    EXPECT_FALSE(notch.device);
-    EXPECT_NE(notch.reason, "");
-    EXPECT_EQ(onlyFilter("Filter 3: OFF PK Fc 3150 Hz Gain -5.5 dB").kind, FilterLineKind::error);
-    EXPECT_EQ(onlyFilter("Filter 3: OFF PK Fc 3150 Hz Gain x dB Q 2").kind, FilterLineKind::error);
-}
-
-TEST(TextLines, TypesThatTheTargetLacksAreUnsupported) {
-    for (const std::string type : {"NO", "AP", "BP"}) {
-        const FilterLine filter = onlyFilter("Filter 13: ON " + type + " Fc 800 Hz Q 2.5");
-        EXPECT_EQ(filter.kind, FilterLineKind::unsupported) << type;
-        EXPECT_NE(filter.reason, "");
-        EXPECT_EQ(filter.column, 0U);
-        EXPECT_FALSE(filter.device);
-        ASSERT_TRUE(filter.source) << type;
-        EXPECT_EQ(filter.source->type, type);
-        EXPECT_EQ(filter.source->frequencyHz, 800.0);
-        EXPECT_EQ(filter.source->q, 2.5);
-    }
-    for (const char* line : {"Filter: ON IIR Order 2 Coefficients 1 0 0 1 0 0",
-                             "Filter: ON XYZ Fc 800 Hz Gain 3 dB Q 2", "Filter 1: ON NO Fc 800 Hz"}) {
-        const FilterLine filter = onlyFilter(line);
-        EXPECT_EQ(filter.kind, FilterLineKind::unsupported) << line;
-        EXPECT_NE(filter.reason, "") << line;
-    }
-}
-
-TEST(TextLines, AMissingValueIsAnErrorThatNamesIt) {
-    const struct {
-        const char* line;
-        const char* value;
-    } cases[] = {
-        {"Filter 1: ON PK Gain -3.0 dB Q 2", "frequency"},
-        {"Filter 1: ON PK Fc 100 Hz Q 2", "gain"},
-        {"Filter 1: ON PK Fc 100 Hz Gain -3.0 dB", "Q"},
-        {"Filter 1: ON LSC Fc 100 Hz Q 0.7", "gain"},
-        {"Filter 1: ON HS Gain 3 dB", "frequency"},
-        {"Filter 1: ON LP", "frequency"},
-        {"Filter 1: ON LPQ Fc 100 Hz", "Q"},
-        {"Filter 1: ON HPQ Q 0.7071", "frequency"},
-        {"Filter 1: ON PK Fc 100 Hz Gain -3.0 dB Q", "Q"},
-        {"Filter 1: ON PK Fc Hz Gain -3.0 dB Q 2", "frequency"},
-        {"Filter 1: ON PK Fc 100 Hz Gain dB Q 2", "gain"},
-        {"Filter 1: OFF PK", "frequency"},
-    };
-    for (const auto& [line, value] : cases) {
-        const FilterLine filter = onlyFilter(line);
-        EXPECT_EQ(filter.kind, FilterLineKind::error) << line;
-        EXPECT_THAT(filter.reason, HasSubstr(value)) << line;
-        EXPECT_GE(filter.column, 14U) << line;
-        EXPECT_LE(filter.column, std::string(line).size() + 1) << line;
-        EXPECT_FALSE(filter.meaning) << line;
-    }
-}
-
-TEST(TextLines, AFilterWithoutATypeIsAnErrorBehindItsSwitch) {
-    expectError(onlyFilter("Filter 1: ON"), 13, "type");
-    EXPECT_EQ(onlyFilter("Filter 1: OFF").kind, FilterLineKind::error);
-    EXPECT_EQ(onlyFilter("Filter 1: ON Fc 100 Hz Gain -3.0 dB Q 2").kind, FilterLineKind::error);
-}
-
-TEST(TextLines, LinesAboutOtherThingsSpeakOfNoFilter) {
-    for (const char* line : {"Filter Settings file", "Dated: 16.05.2013 21:56:38", "Notes:Filter test", "",
-                             "   ", "# Filter 1: ON PK Fc 100 Hz Gain -3.0 dB Q 2", "Equaliser: Generic",
-                             "No measurement", "  # Preamp: -6 dB", "nov 11 16:10:59"}) {
-        const FilterText text =
-            readFilterText(std::string(line) + "\nFilter: ON PK Fc 100 Hz Gain -3.0 dB Q 2\n");
-        ASSERT_EQ(text.lines.size(), 2U) << line;
-        EXPECT_EQ(text.lines[0].kind, FilterLineKind::none) << line;
-        EXPECT_EQ(text.lines[0].column, 0U) << line;
-        EXPECT_FALSE(text.hasPreamp);
-        EXPECT_EQ(text.lines[1].kind, FilterLineKind::band) << line;
+TEST(TextLines, AnotherChannelIsReadByItsName) {
+    for (const std::string_view name : {"R", "r"}) {
+        const FilterText text = readTextLines(twoChannels, name);
+        EXPECT_EQ(text.channel, "R");
+        EXPECT_EQ(text.preampDb, -5.0);
+        EXPECT_EQ(said(text.lines.at(3)), "unsupported PK 100 1 1: for channel L");
+        EXPECT_EQ(said(text.lines.at(6)), "band PK 200 1 1 = peak 200 1 1");
+        EXPECT_EQ(said(text.lines.at(8)), "error@19 PK - - -: \"x\" is not a number");
+        EXPECT_EQ(said(text.lines.at(11)), "band PK 300 1 1 = peak 300 1 1");
         EXPECT_EQ(text.trouble, "");
     }
-    EXPECT_NE(readFilterText("Filter Settings file\n").trouble, "");
-    EXPECT_NE(readFilterText("").trouble, "");
 }
 
-TEST(TextLines, ValuesOutOfEveryRangeAreToldNotGuessed) {
-    for (const char* line : {"Filter: ON PK Fc 25000 Hz Gain -3 dB Q 2",
-                             "Filter: ON PK Fc 24750 Hz Gain -3 dB Q 2", "Filter: ON LP Fc 30000 Hz"}) {
-        const FilterLine filter = onlyFilter(line);
-        EXPECT_EQ(filter.kind, FilterLineKind::unsupported) << line;
-        EXPECT_THAT(filter.reason, HasSubstr("half the sampling rate")) << line;
+TEST(TextLines, LinesMayBeForSeveralChannels) {
+    const FilterText text = readTextLines(
+        "Channel: L2 R2\nFilter: ON None\nchannel: SUB, C  l2\nFilter: ON None\nChannel: C R2\nFilter: ON "
+        "None",
+        {});
+    EXPECT_THAT(text.channels, ElementsAre("L2", "R2", "SUB", "C"));
+    EXPECT_EQ(text.channel, "L2");
+    EXPECT_EQ(said(text.lines.at(1)), "empty None - - -");
+    EXPECT_EQ(said(text.lines.at(3)), "empty None - - -");
+    EXPECT_EQ(said(text.lines.at(5)), "unsupported None - - -: for channels C and R2");
+}
+
+TEST(TextLines, AnUnknownChannelIsTrouble) {
+    EXPECT_EQ(readTextLines(twoChannels, "SUB").trouble,
+              "There is no channel \"SUB\" in it; there are L and R.");
+    EXPECT_EQ(readTextLines(twoChannels, "SUB").channel, "");
+    EXPECT_EQ(readTextLines("Channel: L\nFilter: ON None", "R").trouble,
+              "There is no channel \"R\" in it; there is L.");
+    EXPECT_EQ(readTextLines("Filter: ON None", "R").trouble,
+              "There is no channel \"R\" in it; it names none.");
+    EXPECT_EQ(readTextLines("Channel: all\nFilter: ON None", {}).trouble, "");
+    EXPECT_THAT(readTextLines("Channel: all\nFilter: ON None", {}).channels, IsEmpty());
+}
+
+TEST(TextLines, BiquadsAreRefusedWithTheirPlace) {
+    constexpr std::string_view reason =
+        "unsupported: coefficients of a biquad; which filter they are is not told";
+    for (const std::string_view list :
+         {"# of a room\nbiquad1,\nb0=0.99,\nb1=-1.9,\nb2=0.9,\na1=1.9,\na2=-0.9,\nbiquad2,\nb0=1.0,\nb1=0.0",
+          "\nb0 = 0.99\nb1 = -1.9\nb0 = 1.0\nb1 = 0.0",
+          "b0 b1 b2 a1 a2\n0.99 -1.9 0.9 1.9 -0.9\n1.0, 0.0, 0.0, 0.0, 0.0,",
+          "x\n{0.99f, -1.9f, 0.9f, 1.0f, 1.9f, -0.9f},\n{1.0f, 0.0f, 0.0f, 1.0f, 0.0f, 0.0f}"}) {
+        const FilterText text = readTextLines(list, {});
+        EXPECT_THAT(said(text), ElementsAre(reason, reason)) << list;
+        EXPECT_EQ(text.trouble,
+                  "It is a list of biquad coefficients, which do not tell which filters they are. Export the "
+                  "filters with their "
+                  "frequencies, gains and Q instead.");
+        EXPECT_EQ(text.troubleLine, 2U) << list;
+        EXPECT_EQ(text.troubleColumn, 1U);
     }
-    for (const char* line :
-         {"Filter: ON PK Fc 0 Hz Gain -3 dB Q 2", "Filter: ON PK Fc -50 Hz Gain -3 dB Q 2",
-          "Filter: ON PK Fc 50 Hz Gain -3 dB Q 0", "Filter: ON PK Fc 50 Hz Gain -3 dB Q -1",
-          "Filter: ON PK Fc 50 Hz Gain -3 dB BW Oct 0", "Filter: ON LS Fc 50 Hz Gain 6 dB Q 0",
-          "Filter: ON LS 0dB Fc 50 Hz Gain 6 dB", "Filter: ON LS 500dB Fc 50 Hz Gain 60 dB",
-          "Filter: ON LS Fc 50 Hz Gain 60 dB Q 900", "Filter: ON LS 12dB Fc 50 Hz Gain 1000000 dB"}) {
-        const FilterLine filter = onlyFilter(line);
-        EXPECT_TRUE(filter.kind == FilterLineKind::unsupported || filter.kind == FilterLineKind::error ||
-                    (filter.kind == FilterLineKind::band && !filter.clamped.empty()))
-            << line << ": " << kindWord(filter.kind);
-        EXPECT_TRUE(filter.kind == FilterLineKind::band || filter.reason != "") << line;
+    const FilterText mixed = readTextLines("biquad1,\nb0=1.0\nFilter: ON PK Fc 100 Hz Gain 1 dB Q 1", {});
+    EXPECT_EQ(mixed.trouble, "");
+    EXPECT_EQ(said(mixed.lines.at(2)), "band PK 100 1 1 = peak 100 1 1");
+}
+
+TEST(TextLines, ATextWithoutAFilterIsTrouble) {
+    for (const std::string_view text :
+         {"", "\n\n", "Filter Settings file\n\nNotes: none", "Preamp: -3 dB", "20 0.5\n30 1.5\n"}) {
+        EXPECT_EQ(readTextLines(text, {}).trouble, "There is no filter in it.") << text;
     }
-    const FilterLine high = onlyFilter("Filter: ON PK Fc 21000 Hz Gain -30 dB Q 5");
-    EXPECT_EQ(high.kind, FilterLineKind::band);
-    EXPECT_THAT(high.clamped,
-                testing::ElementsAre(FilterValue::frequency, FilterValue::gain, FilterValue::q));
+    EXPECT_EQ(readTextLines("GraphicEQ: 20 1", {}).trouble, "");
+    EXPECT_EQ(readTextLines("Filter 1: ON None", {}).trouble, "");
+}
+
+TEST(TextLines, ZeroBytesAreTroubleWithTheirPlace) {
+    const FilterText text = readTextLines(std::string_view("Filter: ON None\n\u00E4b\0c", 21), {});
+    EXPECT_EQ(text.trouble, "It is no text: a byte of it is zero. A text in UTF-16 must be saved as UTF-8.");
+    EXPECT_EQ(text.troubleLine, 2U);
+    EXPECT_EQ(text.troubleColumn, 3U);
+    EXPECT_THAT(text.lines, IsEmpty());
 }
 
 }  // namespace

@@ -7,7 +7,7 @@
 namespace tessavo {
 namespace {
 
-TEST(TextNumbers, TheSignIsDecidedForTheFileAsAWhole) {
+TEST(TextDecimals, TheSignIsDecidedForTheFileAsAWhole) {
     const struct {
         const char* text;
         char sign;
@@ -43,7 +43,7 @@ TEST(TextNumbers, TheSignIsDecidedForTheFileAsAWhole) {
     }
 }
 
-TEST(TextNumbers, AsOftenOneAsTheOtherIsAPoint) {
+TEST(TextDecimals, AsOftenOneAsTheOtherIsAPoint) {
     const std::string line = "Filter: ON PK Fc 91,9 Hz Gain -3.5 dB Q 2";
     const FilterText text = readFilterText(line);
     EXPECT_EQ(text.decimalSign, '.');
@@ -56,7 +56,7 @@ TEST(TextNumbers, AsOftenOneAsTheOtherIsAPoint) {
     EXPECT_EQ(text.lines[0].source->q, 2.0);
 }
 
-TEST(TextNumbers, BlanksOfEveryKindStandForThousands) {
+TEST(TextDecimals, BlanksOfEveryKindStandForThousands) {
     for (const std::string blank : {"\u00a0", "\u202f", " ", "\xA0"}) {
         const std::string note = blank == "\xA0" ? "Note \xE4\n" : "Note \u00e4\n";
         const FilterLine filter =
@@ -69,14 +69,14 @@ TEST(TextNumbers, BlanksOfEveryKindStandForThousands) {
     }
 }
 
-TEST(TextNumbers, SignsOfBothKindsAreRead) {
+TEST(TextDecimals, SignsOfBothKindsAreRead) {
     EXPECT_EQ(onlyFilter("Filter: ON PK Fc 100 Hz Gain +3,0 dB Q 2").source.value().gainDb, 3.0);
     EXPECT_EQ(onlyFilter("Filter: ON PK Fc 100 Hz Gain \u22123,5 dB Q 2").source.value().gainDb, -3.5);
     EXPECT_EQ(onlyFilter("Filter: ON PK Fc 100 Hz Gain +0.0 dB Q 2").source.value().gainDb, 0.0);
     EXPECT_EQ(onlyFilter("Filter: ON PK Fc 100 Hz Gain -.5 dB Q 2").source.value().gainDb, -0.5);
 }
 
-TEST(TextNumbers, WhatIsNoNumberIsAnErrorAtItsColumn) {
+TEST(TextDecimals, WhatIsNoNumberIsAnErrorAtItsColumn) {
     const struct {
         const char* frequency;
         const char* gain;
@@ -102,7 +102,7 @@ TEST(TextNumbers, WhatIsNoNumberIsAnErrorAtItsColumn) {
     }
 }
 
-TEST(TextNumbers, BlanksAreThousandsOnlyBeforeThreeDigits) {
+TEST(TextDecimals, BlanksAreThousandsOnlyBeforeThreeDigits) {
     for (const std::string frequency : {"10 67", "1 0678", "1 06", "1 067 12"}) {
         const std::string line = "Filter 1: ON PK Fc " + frequency + " Hz Gain -3.0 dB Q 2.00";
         const FilterLine filter = onlyFilter(line);
@@ -113,7 +113,7 @@ TEST(TextNumbers, BlanksAreThousandsOnlyBeforeThreeDigits) {
     EXPECT_EQ(onlyFilter("Filter: ON LP Fc 1 234 567 Hz").source.value().frequencyHz, 1234567.0);
 }
 
-TEST(TextNumbers, NumbersBeyondEveryRangeAreErrorsOrTold) {
+TEST(TextDecimals, NumbersBeyondEveryRangeAreErrorsOrTold) {
     const std::string digits(400, '9');
     for (const std::string& line : {"Filter: ON PK Fc " + digits + " Hz Gain -3 dB Q 2",
                                     "Filter: ON PK Fc 100 Hz Gain " + digits + " dB Q 2",
