@@ -190,7 +190,7 @@ TEST_F(FiltersCommand, ReadsTheChannelThatIsAskedFor) {
     EXPECT_EQ(kinds, (std::vector<std::string>{"unsupported", "unsupported", "unsupported", "band"}));
     const CommandResult other = run({"filters", file, "--channel-name", "C"});
     EXPECT_EQ(other.code, 1);
-    EXPECT_THAT(other.err, HasSubstr("\"C\"; it has L, R."));
+    EXPECT_THAT(other.err, HasSubstr("\"C\" in it; there are L and R."));
 }
 
 TEST_F(FiltersCommand, PrintsATableOfTheSameLines) {
@@ -218,7 +218,7 @@ TEST_F(FiltersCommand, NamesThePlaceOfTrouble) {
     CommandResult result = run({"filters", biquads, "--json"});
     EXPECT_EQ(result.code, 1);
     EXPECT_THAT(result.err,
-                StartsWith("tessavoctl: " + biquads + ":3:1: It is a list of filter coefficients."));
+                StartsWith("tessavoctl: " + biquads + ":3:1: It is a list of biquad coefficients,"));
     EXPECT_EQ(Json::parse(result.out)["lines"][0]["kind"], "unsupported");
 
     const std::string yaml = writeText("a.yml", "filters:\n  one: [1, 2\n  two: 3\n");
@@ -229,7 +229,7 @@ TEST_F(FiltersCommand, NamesThePlaceOfTrouble) {
     const std::string binary = writeText("a.bin", std::string_view("text\nmore\0text", 14));
     result = run({"filters", binary});
     EXPECT_EQ(result.code, 1);
-    EXPECT_THAT(result.err, StartsWith("tessavoctl: " + binary + ":2:1: It is no text"));
+    EXPECT_THAT(result.err, StartsWith("tessavoctl: " + binary + ":2:5: It is no text"));
 
     for (const std::string_view nothing : {"", "\n\n", "hello\n", "# Preamp: -3 dB\n"}) {
         const std::string file = writeText("n.txt", nothing);

@@ -349,7 +349,7 @@ TEST_F(ImportFiltersRefuses, TextsOfWhichNothingCanBeUsed) {
     EXPECT_THAT(refusedText(binary), StartsWith("tessavoctl: " + binary + ":1:1: It is no text"));
     const std::string biquads = writeText("q.txt", "biquad1,\nb0=1.0,\nb1=0,\nb2=0,\na1=0,\na2=0\n");
     EXPECT_THAT(refusedText(biquads),
-                StartsWith("tessavoctl: " + biquads + ":1:1: It is a list of filter coefficients"));
+                StartsWith("tessavoctl: " + biquads + ":1:1: It is a list of biquad coefficients"));
     const std::string empty = writeText("e.txt", "");
     EXPECT_THAT(refusedText(empty), HasSubstr("There is no filter in it."));
     const std::string yaml =
