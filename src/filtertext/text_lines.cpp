@@ -153,7 +153,7 @@ class LinesReader {
                 "their frequencies, gains and Q instead.";
             result.troubleLine = firstBiquad;
             result.troubleColumn = 1;
-        } else if (!hasRows(1)) {
+        } else if (!hasRows(1) && !result.hasPreamp) {
             result.trouble = "There is no filter in it.";
         }
     }

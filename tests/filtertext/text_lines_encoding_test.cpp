@@ -11,8 +11,8 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 TEST(TextLinesEncoding, Utf8StaysAsItIs) {
-    for (const std::string_view text : {"", "abc", "\xC2\xA0", "\xE2\x88\x92", "\xED\x9F\xBF", "\xEE\x80\x80", "\xF0\x90\x80\x80",
-                                        "\xF4\x8F\xBF\xBF", "\xEF\xBF\xBF"}) {
+    for (const std::string_view text : {"", "abc", "\xC2\xA0", "\xE2\x88\x92", "\xED\x9F\xBF", "\xEE\x80\x80",
+                                        "\xF0\x90\x80\x80", "\xF4\x8F\xBF\xBF", "\xEF\xBF\xBF"}) {
         EXPECT_EQ(utf8Of(text), text);
     }
 }
@@ -68,12 +68,13 @@ TEST(TextLinesEncoding, LinesEndInEveryWay) {
 
 TEST(TextLinesEncoding, YamlHasOneOfItsKeysWithoutAnIndent) {
     for (const std::string_view text :
-         {"filters:", "filters:\n  a:", "pipeline:\r\n", "---\ndevices:\n  samplerate: 48000", "filters: # all", "filters:  ",
-          "filters: {}", "pipeline: []", "title: x\nfilters:\n"}) {
+         {"filters:", "filters:\n  a:", "pipeline:\r\n", "---\ndevices:\n  samplerate: 48000",
+          "filters: # all", "filters:  ", "filters: {}", "pipeline: []", "title: x\nfilters:\n"}) {
         EXPECT_TRUE(looksLikeYaml(text)) << text;
     }
-    for (const std::string_view text : {"", "Filter 1: ON PK", " filters:", "filters", "Filters:", "my filters:", "filters: of the car",
-                                        "filters:bass", "# filters:", "Filter Settings file\n\nNotes:filters:"}) {
+    for (const std::string_view text :
+         {"", "Filter 1: ON PK", " filters:", "filters", "Filters:", "my filters:", "filters: of the car",
+          "filters:bass", "# filters:", "Filter Settings file\n\nNotes:filters:"}) {
         EXPECT_FALSE(looksLikeYaml(text)) << text;
     }
 }

@@ -243,9 +243,11 @@ TEST(TextLines, BiquadsAreRefusedWithTheirPlace) {
 
 TEST(TextLines, ATextWithoutAFilterIsTrouble) {
     for (const std::string_view text :
-         {"", "\n\n", "Filter Settings file\n\nNotes: none", "Preamp: -3 dB", "20 0.5\n30 1.5\n"}) {
+         {"", "\n\n", "Filter Settings file\n\nNotes: none", "20 0.5\n30 1.5\n"}) {
         EXPECT_EQ(readTextLines(text, {}).trouble, "There is no filter in it.") << text;
     }
+    // A preamp alone is something that a channel can take.
+    EXPECT_EQ(readTextLines("Preamp: -3 dB", {}).trouble, "");
     EXPECT_EQ(readTextLines("GraphicEQ: 20 1", {}).trouble, "");
     EXPECT_EQ(readTextLines("Filter 1: ON None", {}).trouble, "");
 }
