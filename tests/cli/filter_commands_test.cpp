@@ -170,6 +170,16 @@ TEST_F(FiltersCommand, WritesZeroWithoutASign) {
     EXPECT_THAT(run({"filters", file}).out, HasSubstr("Preamp 0 dB. "));
 }
 
+TEST_F(FiltersCommand, AlignsLettersOfEveryKind) {
+    const std::string file = writeText("a.txt",
+                                       "Filter 1: ON H\xC3\xB6he\xE2\x82\xAC Fc 100 Hz\n"
+                                       "Filter 2: ON Hohe- Fc 100 Hz\n"
+                                       "Filter 3: ON PK Fc 100 Hz Gain 1 dB Q 1\n");
+    const std::string text = run({"filters", file}).out;
+    EXPECT_THAT(text, HasSubstr("\"H\xC3\xB6he\xE2\x82\xAC\" is no type that is known  Filter 1"));
+    EXPECT_THAT(text, HasSubstr("\"Hohe-\" is no type that is known  Filter 2"));
+}
+
 TEST_F(FiltersCommand, LetsNoTextSteerTheTerminal) {
     const std::string escape = "\x1b[2J";
     const std::string file = writeText("a.txt", "Channel: L" + escape + "\nFilter 1: ON P" + escape +
