@@ -53,6 +53,11 @@ std::string shortestText(float value) {
     return written(value);
 }
 
+std::string plainText(double value) {
+    // Adding zero takes the sign from a negative one.
+    return written(value + 0.0, std::chars_format::fixed);
+}
+
 std::string shortNumber(double value, int significantDigits) {
     return written(value, std::chars_format::general, significantDigits);
 }

@@ -18,6 +18,10 @@ namespace tessavo {
 [[nodiscard]] std::string shortestText(double value);
 [[nodiscard]] std::string shortestText(float value);
 
+/// The same without an exponent, and zero without a sign: "-6", "0.00000025". A large number has all its digits in front of
+/// the point.
+[[nodiscard]] std::string plainText(double value);
+
 /// What printf() writes for "%.<significantDigits>g" in the C locale.
 /// \param significantDigits 1 to 17; no double has more that mean something
 [[nodiscard]] std::string shortNumber(double value, int significantDigits = 6);

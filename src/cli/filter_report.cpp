@@ -7,28 +7,14 @@
 #include "base/number_text.h"
 #include "cli/text_table.h"
 #include "filtertext/filter_words.h"
+#include "filtertext/shown_text.h"
 
 namespace tessavo::cli {
 
 namespace {
 
-constexpr int mostDecimals = 17;
-
-/// A number without an exponent, or null.
 std::string jsonNumber(const std::optional<double>& value) {
-    if (!value || !std::isfinite(*value)) {
-        return "null";
-    }
-    std::string text = shortestText(*value);
-    if (text.find('e') == std::string::npos) {
-        return text;
-    }
-    text = fixedText(*value, mostDecimals);
-    text.erase(text.find_last_not_of('0') + 1);
-    if (text.ends_with('.')) {
-        text.pop_back();
-    }
-    return text;
+    return value && std::isfinite(*value) ? plainText(*value) : "null";
 }
 
 std::string jsonText(std::string_view text) {
@@ -136,6 +122,15 @@ std::string bandsJson(const FilterText& text, const ChannelImport& channel) {
     return std::string("\"taken\": [").append(bands).append("], \"not_taken\": [").append(out).append("]");
 }
 
+/// A rounded number; one that rounds to zero has no sign.
+std::string signlessZero(double value, int decimals) {
+    std::string text = fixedText(value, decimals);
+    if (text.starts_with('-') && text.find_first_not_of("-0.") == std::string::npos) {
+        text.erase(0, 1);
+    }
+    return text;
+}
+
 std::string filterText(const DeviceFilter& filter) {
     std::string text(shapeWord(filter.shape));
     text.append(" ").append(shortestText(filter.frequencyHz)).append(" Hz");
@@ -143,43 +138,91 @@ std::string filterText(const DeviceFilter& filter) {
         return text.append(", order ").append(std::to_string(filter.order));
     }
     return text.append(", ")
-        .append(fixedText(filter.gainDb, 1))
+        .append(signlessZero(filter.gainDb, 1))
         .append(" dB, Q ")
         .append(fixedText(filter.q, 1));
 }
 
-std::string channelTable(const FilterText& text, const ChannelImport& channel) {
-    std::vector<std::vector<std::string>> rows;
+using Rows = std::vector<std::vector<std::string>>;
+
+/// "line 12", "lines 12 and 13": those whose filters a place of the channel holds; empty where it holds none of them.
+std::string linesOf(const FilterText& text, const ChannelImport& channel,
+                    std::optional<std::size_t> ImportedLine::*place, std::size_t index) {
+    std::string lines;
     for (const ImportedLine& imported : channel.plan.lines) {
-        const FilterLine& line = text.lines[imported.index];
-        const std::string place =
-            imported.band        ? std::string("band ").append(std::to_string(*imported.band + 1))
-            : imported.crossover ? std::string("crossover ").append(std::to_string(*imported.crossover + 1))
-                                 : std::string("left out");
-        std::string what = imported.reason;
-        if (what.empty()) {
-            what = filterText(*line.device).append(line.kind == FilterLineKind::off ? ", off" : "");
+        if (imported.*place == index) {
+            const std::string number = std::to_string(text.lines[imported.index].line);
+            lines = lines.empty()
+                        ? std::string("line ").append(number)
+                        : std::string("lines ").append(lines.substr(5)).append(" and ").append(number);
         }
-        rows.push_back({place, std::string("line ").append(std::to_string(line.line)), what});
     }
+    return lines;
+}
+
+/// What each band holds now.
+void addBands(const FilterText& text, const ChannelImport& channel, Rows& rows) {
+    for (std::size_t index = 0; index < bandCount; ++index) {
+        const EqBandParams& band = channel.plan.after.bands[index];
+        const std::optional<DeviceFilter> filter = filterOf(band);
+        const std::string lines = linesOf(text, channel, &ImportedLine::band, index);
+        std::string what = band.off != 0 && lines.empty() ? std::string("off")
+                           : filter                       ? filterText(*filter)
+                                                          : std::string("a band of an unknown type");
+        if (!lines.empty() && band.off != 0) {
+            what.append(", off");
+        }
+        rows.push_back({std::string("band ").append(std::to_string(index + 1)),
+                        lines.empty() ? std::string(band.off != 0 ? "none" : "as it was") : lines, what});
+    }
+}
+
+/// What each crossover holds that is enabled now or that a line has filled.
+void addCrossovers(const FilterText& text, const ChannelImport& channel, Rows& rows) {
+    for (std::size_t index = 0; index < crossoverCount; ++index) {
+        const CrossoverParams& crossover = channel.plan.after.crossovers[index];
+        const std::string lines = linesOf(text, channel, &ImportedLine::crossover, index);
+        if (!lines.empty() || crossover.enabled != 0) {
+            rows.push_back({std::string("crossover ").append(std::to_string(index + 1)),
+                            lines.empty() ? std::string("as it was") : lines,
+                            filterText(filterOf(crossover)).append(crossover.enabled != 0 ? "" : ", off")});
+        }
+    }
+}
+
+void addLeftOut(const FilterText& text, const ChannelImport& channel, Rows& rows) {
+    for (const ImportedLine& imported : channel.plan.lines) {
+        if (!imported.band && !imported.crossover) {
+            rows.push_back({"left out",
+                            std::string("line ").append(std::to_string(text.lines[imported.index].line)),
+                            imported.reason});
+        }
+    }
+}
+
+std::string channelTable(const FilterText& text, const ChannelImport& channel) {
+    Rows rows;
+    addBands(text, channel, rows);
+    addCrossovers(text, channel, rows);
+    addLeftOut(text, channel, rows);
     std::string table =
         std::string("Channel ").append(std::to_string(channel.channel.value + 1)).append(":\n");
     table.append(alignedTable(rows, "  "));
     if (text.hasPreamp) {
         table.append("  volume ")
             .append(channel.plan.preampAddedDb < 0.0 ? "" : "+")
-            .append(fixedText(channel.plan.preampAddedDb, 1))
+            .append(signlessZero(channel.plan.preampAddedDb, 1))
             .append(" dB");
         if (channel.plan.preampLeftDb != 0.0) {
             table.append("; of the preamp ")
-                .append(shortestText(channel.plan.preampLeftDb))
+                .append(plainText(channel.plan.preampLeftDb))
                 .append(" dB are left out");
         }
         table.append("\n");
     }
     if (channel.deviation) {
         table.append("  largest deviation from the text: ")
-            .append(fixedText(channel.deviation->db, 2))
+            .append(signlessZero(channel.deviation->db, 2))
             .append(" dB at ");
         table.append(fixedText(channel.deviation->hz, 0)).append(" Hz\n");
     }
@@ -196,22 +239,22 @@ std::string filtersTable(const FilterText& text) {
     std::vector<std::vector<std::string>> rows;
     for (const FilterLine& line : text.lines) {
         if (line.kind != FilterLineKind::none) {
-            rows.push_back({std::to_string(line.line), verdictText(line), line.text});
+            rows.push_back({std::to_string(line.line), verdictText(line), shownText(line.text)});
         }
     }
     std::string table = alignedTable(rows, "");
     table.append(verdictCounts(text)).append("\n");
     if (text.hasPreamp) {
-        table.append("Preamp ").append(shortestText(text.preampDb)).append(" dB. ");
+        table.append("Preamp ").append(plainText(text.preampDb)).append(" dB. ");
     }
     table.append(text.decimalSign == ',' ? "The decimal sign is a comma. " : "The decimal sign is a point. ");
     table.append(text.tellsSamplingRate ? "The file is for " : "Converted for ")
         .append(jsonNumber(text.samplingRateHz))
         .append(" Hz.\n");
     if (!text.channel.empty()) {
-        table.append("Read for channel ").append(text.channel).append(" of:");
+        table.append("Read for channel ").append(shownText(text.channel)).append(" of:");
         for (const std::string& name : text.channels) {
-            table.append(" ").append(name);
+            table.append(" ").append(shownText(name));
         }
         table.append("\n");
     }

@@ -22,7 +22,8 @@ double stepped(double exact, FieldId id, FilterValue value, std::vector<FilterVa
     if (inside != rounded) {
         clamped.push_back(value);
     }
-    return inside;
+    // A small cut rounds to a zero that would keep its sign.
+    return inside + 0.0;
 }
 
 /// The number that a person reads: the float nearest to 0.7 is 0.7.

@@ -117,6 +117,26 @@ std::vector<WantedCrossover> wantedCrossovers(const FilterText& text, const Impo
     return wanted;
 }
 
+/// Where both crossovers of a channel play one kind and two lines ask for one of that kind together, each line takes one:
+/// otherwise the second would go on playing beside both lines.
+void takeBothPlaces(const OutputChannelParams& channel, std::vector<WantedCrossover>& wanted) {
+    const FilterShape kind = filterOf(channel.crossovers.front()).shape;
+    const bool bothPlay = std::ranges::all_of(channel.crossovers, [&](const CrossoverParams& there) {
+        return there.enabled != 0 && filterOf(there).shape == kind;
+    });
+    const auto isOfKind = [&](const WantedCrossover& one) { return !one.off && one.filter.shape == kind; };
+    const auto only = std::ranges::find_if(wanted, isOfKind);
+    if (!bothPlay || only == wanted.end() || only->places.size() != crossoverCount ||
+        std::ranges::count_if(wanted, isOfKind) != 1) {
+        return;
+    }
+    only->filter.order = 2;
+    WantedCrossover second = *only;
+    second.places.erase(second.places.begin());
+    only->places.pop_back();
+    wanted.push_back(std::move(second));
+}
+
 /// The place for a crossover: that of an enabled one of its kind, else one that is not enabled, of its kind if there is one.
 std::optional<std::size_t> roomFor(const WantedCrossover& wanted, const OutputChannelParams& channel,
                                    const std::array<bool, crossoverCount>& taken) {
@@ -137,7 +157,9 @@ std::optional<std::size_t> roomFor(const WantedCrossover& wanted, const OutputCh
 
 void placeCrossovers(const FilterText& text, ImportPlan& plan) {
     std::array<bool, crossoverCount> taken{};
-    for (const WantedCrossover& wanted : wantedCrossovers(text, plan)) {
+    std::vector<WantedCrossover> all = wantedCrossovers(text, plan);
+    takeBothPlaces(plan.after, all);
+    for (const WantedCrossover& wanted : all) {
         const std::optional<std::size_t> room = roomFor(wanted, plan.after, taken);
         if (room) {
             const CrossoverParams before = plan.after.crossovers[*room];

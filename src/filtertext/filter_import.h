@@ -46,7 +46,7 @@ struct ImportPlan {
 /// Filters take the chosen bands in the order of the text. Where there are more filters than chosen bands, those stay out that
 /// do least (see filterWeight(), and of equal ones the later), filters that are off before all others. A low-pass or high-pass
 /// takes the place of an enabled crossover of its kind, else one that is not enabled; two equal ones of 2nd order become one of
-/// 4th order where no second place is free. Crossovers that no filter takes stay as they are.
+/// 4th order, unless both crossovers play that kind and no other of it comes: then each takes one. Crossovers that no filter takes stay as they are.
 [[nodiscard]] ImportPlan planImport(const FilterText& text, const OutputChannelParams& before,
                                     const ImportChoice& choice = {});
 

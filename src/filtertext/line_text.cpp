@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstdint>
 
+#include "filtertext/shown_text.h"
+
 namespace tessavo {
 
 namespace {
@@ -65,7 +67,7 @@ std::string LineText::quoted(std::size_t begin, std::size_t end) const {
 std::string shortened(std::string_view text) {
     constexpr std::size_t mostCharacters = 40;
     const std::size_t end = byteAfter(text, 0, mostCharacters);
-    return std::string(text.substr(0, end)).append(end < text.size() ? "..." : "");
+    return shownText(text.substr(0, end)).append(end < text.size() ? "..." : "");
 }
 
 std::string lowerCase(std::string_view text) {

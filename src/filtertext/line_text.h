@@ -32,7 +32,8 @@ class LineText {
     std::string characters;
 };
 
-/// A text in UTF-8 for a message: what is longer than 40 characters is cut, with three points behind.
+/// A text in UTF-8 for a message: what is longer than 40 characters is cut, with three points behind, and blanks stand in the
+/// place of characters that steer a terminal.
 [[nodiscard]] std::string shortened(std::string_view text);
 
 /// Whether a character of LineText::plain() is a blank of any kind.

@@ -113,6 +113,22 @@ TEST(NumberText, TheShortestTextReadsBackAsTheSameNumber) {
     }
 }
 
+TEST(NumberText, APlainTextHasNoExponentAndReadsBackAsTheSameNumber) {
+    EXPECT_EQ(plainText(-6.0), "-6");
+    EXPECT_EQ(plainText(0.1), "0.1");
+    EXPECT_EQ(plainText(2.5e-7), "0.00000025");
+    EXPECT_EQ(plainText(1e22), "10000000000000000000000");
+    EXPECT_EQ(plainText(0.0), "0");
+    EXPECT_EQ(plainText(-0.0), "0");
+    using Limits = std::numeric_limits<double>;
+    for (const double value : {Limits::max(), Limits::denorm_min(), -Limits::min(), 1.2345678901234567e-7,
+                               1e30, -1.2345678901234567e-300, 1.0 / 3}) {
+        const std::string text = plainText(value);
+        EXPECT_EQ(text.find_first_not_of("-.0123456789"), std::string::npos) << text;
+        EXPECT_EQ(finiteNumber(text), value) << text;
+    }
+}
+
 TEST(NumberText, WritesAsPercentF) {
     ASSERT_STREQ(std::setlocale(LC_NUMERIC, "C"), "C");
     for (const double value : {0.0, 0.05, -0.05, 0.25, 2.5, -17.96, 1e300, std::numeric_limits<double>::max(),

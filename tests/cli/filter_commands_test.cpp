@@ -144,14 +144,54 @@ TEST_F(FiltersCommand, WritesNumbersWithoutExponents) {
     // 10^30 is written out, to the digits that a double has.
     EXPECT_EQ(all["lines"][1]["source"]["frequency_hz"].get<double>(), 1e30);
     // Texts, which are for people, may have exponents.
-    const Json& row = all["lines"][1];
     const std::size_t source = result.out.rfind("\"source\"");
     const std::string numbers = result.out.substr(source, result.out.rfind("\"reason\"") - source);
     EXPECT_THAT(numbers, HasSubstr("\"frequency_hz\": 1000000000000000"));
     for (const std::string exponent : {"e+", "e-", "E"}) {
         EXPECT_THAT(numbers, Not(HasSubstr(exponent)));
     }
-    EXPECT_NEAR(row["source"]["gain_db"].get<double>(), 1e-9, 1e-17);
+    EXPECT_THAT(numbers, HasSubstr("\"gain_db\": 0.000000001, "));
+    // Not rounded: every number reads back as the same double.
+    const Json fine = json(writeText("b.txt",
+                                     "Filter 1: ON PK Fc 0.00000012345678901234567 Hz Gain "
+                                     "0.0000000000000000000012345 dB Q 1\n"));
+    EXPECT_EQ(fine["lines"][0]["source"]["frequency_hz"].get<double>(), 1.2345678901234567e-7);
+    EXPECT_EQ(fine["lines"][0]["source"]["gain_db"].get<double>(), 1.2345e-21);
+}
+
+TEST_F(FiltersCommand, WritesZeroWithoutASign) {
+    const std::string file = writeText("a.txt",
+                                       "Preamp: -0.0 dB\n"
+                                       "Filter 1: ON PK Fc 100 Hz Gain -0.0 dB Q 1\n"
+                                       "Filter 2: ON PK Fc 100 Hz Gain -0.04 dB Q 1\n");
+    const std::string text = run({"filters", file, "--json"}).out;
+    EXPECT_THAT(text, HasSubstr("\"preamp_db\": 0,"));
+    EXPECT_THAT(text, Not(HasSubstr("-0,")));
+    EXPECT_THAT(run({"filters", file}).out, HasSubstr("Preamp 0 dB. "));
+}
+
+TEST_F(FiltersCommand, LetsNoTextSteerTheTerminal) {
+    const std::string escape = "\x1b[2J";
+    const std::string file = writeText("a.txt", "Channel: L" + escape + "\nFilter 1: ON P" + escape +
+                                                    "K Fc 100 Hz Gain 1 dB Q 1\x07\n"
+                                                    "Filter 2: ON PK Fc 1" +
+                                                    escape +
+                                                    "00 Hz Gain 1 dB Q 1\n"
+                                                    "Filter 3:\tON\tPK Fc 100 Hz Gain 1\xC2\x9B"
+                                                    "2J dB Q 1\n");
+    const CommandResult result = run({"filters", file});
+    const CommandResult refused = run({"import-filters", file, "--into", fresh("car.eqs"), "--set", "1",
+                                       "--channel", "1", "-o", path("b.eqs")});
+    EXPECT_EQ(refused.code, 1);
+    EXPECT_THAT(refused.err, HasSubstr(":3:"));
+    for (const std::string& told : {result.out, result.err, refused.out, refused.err}) {
+        for (const std::string steering : {"\x1b", "\x07", "\t", "\xC2\x9B"}) {
+            EXPECT_THAT(told, Not(HasSubstr(steering)));
+        }
+    }
+    // A program gets the line as it stands there.
+    EXPECT_THAT(Json::parse(run({"filters", file, "--json"}).out)["lines"][1]["text"].get<std::string>(),
+                HasSubstr(escape));
 }
 
 TEST_F(FiltersCommand, TellsTheDecimalSignAndTheRate) {

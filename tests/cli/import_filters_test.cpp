@@ -154,8 +154,8 @@ TEST_F(ImportFilters, KeepsTheFiltersThatDoMostWhereThereAreTooMany) {
         EXPECT_FALSE(out["reason"].get<std::string>().empty());
     }
     const CommandResult table = import(text, {"--bands", "4,6"});
-    EXPECT_THAT(table.out, HasSubstr("left out  line 2  More filters than bands; it does least.\n"));
-    EXPECT_THAT(table.out, HasSubstr("left out  line 4  It is off, and no band is left for it.\n"));
+    EXPECT_THAT(table.out, HasSubstr(" line 2     More filters than bands; it does least.\n"));
+    EXPECT_THAT(table.out, HasSubstr(" line 4     It is off, and no band is left for it.\n"));
 }
 
 TEST_F(ImportFilters, TakesFiltersThatAreOffAsBandsThatAreOff) {
@@ -173,22 +173,22 @@ TEST_F(ImportFilters, AddsThePreampAsFarAsTheVolumeGoes) {
     ParameterStore store = storeOf(file_);
     channelIn(store, 2, 3).volumeDb = 1.5F;
     save(file_, store);
-    Json row = json(writeText("a.txt", "Preamp: -2.5 dB\n"))["imports"][0];
+    Json row = json(writeText("a.txt", "Preamp: -2.5 dB\nFilter 1: ON None\n"))["imports"][0];
     EXPECT_EQ(channel().volumeDb, -1.0F);
     EXPECT_EQ(row["preamp_added_db"], -2.5);
     EXPECT_EQ(row["preamp_left_db"], 0);
-    row = json(writeText("a.txt", "Preamp: -2.5 dB\n"), {"--no-preamp"});
+    row = json(writeText("a.txt", "Preamp: -2.5 dB\nFilter 1: ON None\n"), {"--no-preamp"});
     EXPECT_EQ(channel().volumeDb, 1.5F);
     EXPECT_EQ(row["imports"][0]["preamp_added_db"], 0);
     EXPECT_EQ(row["imports"][0]["preamp_left_db"], -2.5);
     EXPECT_EQ(row["preamp_left_db"], -2.5);
     // Step by step as far as the range goes; the rest is told, and both together are the preamp.
-    row = json(writeText("a.txt", "Preamp: -300.25 dB\n"));
+    row = json(writeText("a.txt", "Preamp: -300.25 dB\nFilter 1: ON None\n"));
     EXPECT_NEAR(channel().volumeDb - 1.5, row["imports"][0]["preamp_added_db"].get<double>(), 1e-5);
     EXPECT_LT(row["preamp_left_db"].get<double>(), -100);
     EXPECT_NEAR(row["imports"][0]["preamp_added_db"].get<double>() + row["preamp_left_db"].get<double>(),
                 -300.25, 1e-9);
-    const CommandResult table = import(writeText("a.txt", "Preamp: -300.25 dB\n"));
+    const CommandResult table = import(writeText("a.txt", "Preamp: -300.25 dB\nFilter 1: ON None\n"));
     EXPECT_THAT(table.out, HasSubstr(" dB; of the preamp -"));
     expectOthersTheSame();
 }
@@ -259,6 +259,43 @@ TEST_F(ImportFilters, ImportsCrossovers) {
         Json::parse(R"([{"crossover": 1, "line": 1, "on": true}, {"crossover": 2, "line": 2, "on": true},
                                             {"crossover": 2, "line": 3, "on": true}])"));
     expectOthersTheSame();
+}
+
+TEST_F(ImportFilters, TellsWhatEachBandAndCrossoverHoldsNow) {
+    ParameterStore store = storeOf(file_);
+    OutputChannelParams& before = channelIn(store, 2, 3);
+    for (EqBandParams& band : before.bands) {
+        band = {static_cast<std::uint8_t>(BandType::highShelf), 0, 5000, 0.0F, 0.7F, 0, {}};
+    }
+    before.bands[6].off = 1;
+    before.bands[7].type = 9;
+    before.crossovers[0] = {1, static_cast<std::uint8_t>(CrossoverKind::highPass), 30, 2, 0};
+    before.crossovers[1].enabled = 0;
+    save(file_, store);
+    const std::string text = writeText("a.txt",
+                                       "Filter 1: ON LP Fc 3000 Hz\n"
+                                       "Filter 2: ON PK Fc 100 Hz Gain -0.02 dB Q 2.00\n"
+                                       "Filter 3: OFF PK Fc 200 Hz Gain -4.0 dB Q 1.00\n"
+                                       "Filter 4: OFF PK Fc 300 Hz Gain -4.0 dB Q 1.00\n"
+                                       "Filter 5: ON LP Fc 3000 Hz\n");
+    EXPECT_THAT(import(text, {"--bands", "2,5", "--keep"}).out,
+                HasSubstr("\nChannel 3:\n"
+                          "  band 1       as it was      high-shelf 5000 Hz, 0.0 dB, Q 0.7\n"
+                          "  band 2       line 2         peak 100 Hz, 0.0 dB, Q 2.0\n"
+                          "  band 3       as it was      high-shelf 5000 Hz, 0.0 dB, Q 0.7\n"
+                          "  band 4       as it was      high-shelf 5000 Hz, 0.0 dB, Q 0.7\n"
+                          "  band 5       line 3         peak 200 Hz, -4.0 dB, Q 1.3, off\n"
+                          "  band 6       as it was      high-shelf 5000 Hz, 0.0 dB, Q 0.7\n"
+                          "  band 7       none           off\n"
+                          "  band 8       as it was      a band of an unknown type\n"
+                          "  crossover 1  as it was      high-pass 30 Hz, order 2\n"
+                          "  crossover 2  lines 1 and 5  low-pass 2673 Hz, order 4\n"
+                          "  left out     line 4         It is off, and no band is left for it.\n"
+                          "  largest deviation from the text: "));
+    const CommandResult off = import(text, {"--bands", "2,5"});
+    for (const std::string band : {"1", "3", "4", "6", "7", "8"}) {
+        EXPECT_THAT(off.out, HasSubstr("\n  band " + band + "       none           off\n"));
+    }
 }
 
 TEST_F(ImportFilters, TellsTheDeviationOfTheFilterMode) {
@@ -349,9 +386,16 @@ TEST_F(ImportFiltersRefuses, TextsOfWhichNothingCanBeUsed) {
     EXPECT_THAT(refusedText(binary), StartsWith("tessavoctl: " + binary + ":1:1: It is no text"));
     const std::string biquads = writeText("q.txt", "biquad1,\nb0=1.0,\nb1=0,\nb2=0,\na1=0,\na2=0\n");
     EXPECT_THAT(refusedText(biquads),
-                StartsWith("tessavoctl: " + biquads + ":1:1: It is a list of biquad coefficients"));
+                StartsWith("tessavoctl: " + biquads + ":1:1: It is a list of biquad coefficients,"));
     const std::string empty = writeText("e.txt", "");
     EXPECT_THAT(refusedText(empty), HasSubstr("There is no filter in it."));
+    // Nothing would come of these but that every band is off.
+    for (const char* text :
+         {"Include: other.txt\n", "Filter 1: ON NO Fc 100 Hz\n", "GraphicEQ: 25 0; 40 1\n"}) {
+        const std::string useless = writeText("u.txt", text);
+        EXPECT_EQ(refusedText(useless),
+                  "tessavoctl: " + useless + ": The target can take no filter of it.\n");
+    }
     const std::string yaml =
         writeText("y.yml", "devices: {samplerate: 48000}\nfilters:\n  one: {type: Biquad\n");
     EXPECT_THAT(refusedText(yaml), StartsWith("tessavoctl: " + yaml + ":3:21: "));

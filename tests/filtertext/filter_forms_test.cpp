@@ -1,5 +1,6 @@
 #include "filtertext/filter_forms.h"
 
+#include <cmath>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -38,6 +39,15 @@ TEST(FilterForms, WhatRoundsIntoItsRangeIsNotClamped) {
     EXPECT_THAT(onDeviceSteps({FilterShape::lowPass, 19.5, 0, 0}).clamped, IsEmpty());
     EXPECT_THAT(onDeviceSteps({FilterShape::lowPass, 19.4, 0, 0}).clamped,
                 ElementsAre(FilterValue::frequency));
+}
+
+TEST(FilterForms, AGainThatRoundsToZeroHasNoSign) {
+    for (const double gainDb : {-0.0, -0.04, 0.0, 0.04}) {
+        const SteppedFilter stepped = onDeviceSteps({FilterShape::peak, 100, gainDb, 1});
+        EXPECT_EQ(stepped.filter.gainDb, 0.0);
+        EXPECT_FALSE(std::signbit(stepped.filter.gainDb)) << gainDb;
+        EXPECT_FALSE(std::signbit(bandOf(stepped.filter, false).gainDb)) << gainDb;
+    }
 }
 
 TEST(FilterForms, ABandBecomesTheFilterItCameFrom) {

@@ -197,6 +197,43 @@ TEST(FilterImport, TwoEqualCrossoversOfSecondOrderAreOneOfFourthOrder) {
     EXPECT_EQ(plan.after.crossovers[0].kind, 0);
 }
 
+TEST(FilterImport, TwoEqualCrossoversTakeBothPlacesWhereBothPlayTheirKind) {
+    FilterText text;
+    addCrossover(text, FilterShape::lowPass, 2000);
+    addCrossover(text, FilterShape::highPass, 100);
+    addCrossover(text, FilterShape::lowPass, 2000);
+    OutputChannelParams before = usedChannel();
+    before.crossovers[0] = {1, 1, 500, 4, 0x51};
+    before.crossovers[1] = {1, 1, 700, 2, 0x52};
+    const ImportPlan plan = planImport(text, before);
+    // The second would otherwise play on, and the channel would fall by 6th order.
+    EXPECT_EQ(plan.lines[0].crossover, 0U);
+    EXPECT_EQ(plan.lines[2].crossover, 1U);
+    EXPECT_FALSE(plan.lines[1].crossover.has_value());
+    for (const CrossoverParams& crossover : plan.after.crossovers) {
+        EXPECT_EQ(crossover.enabled, 1);
+        EXPECT_EQ(crossover.kind, 1);
+        EXPECT_EQ(crossover.frequencyHz, 1782);
+        EXPECT_EQ(crossover.order, 2);
+    }
+    EXPECT_EQ(plan.after.crossovers[1].spare5, 0x52);
+}
+
+TEST(FilterImport, TwoEqualCrossoversStayOneWhereTheOtherPlaceIsWanted) {
+    FilterText text;
+    addCrossover(text, FilterShape::lowPass, 2000);
+    addCrossover(text, FilterShape::lowPass, 2000);
+    addCrossover(text, FilterShape::lowPass, 9000);
+    OutputChannelParams before = usedChannel();
+    before.crossovers[0] = {1, 1, 500, 4, 0x51};
+    before.crossovers[1] = {1, 1, 700, 2, 0x52};
+    const ImportPlan plan = planImport(text, before);
+    EXPECT_EQ(plan.after.crossovers[0].frequencyHz, 1782);
+    EXPECT_EQ(plan.after.crossovers[0].order, 4);
+    EXPECT_EQ(plan.after.crossovers[1].frequencyHz, 8018);
+    EXPECT_EQ(plan.after.crossovers[1].order, 2);
+}
+
 TEST(FilterImport, ThePreampGoesIntoTheVolumeOnceAsFarAsItsRangeGoes) {
     const struct {
         float volumeDb;
