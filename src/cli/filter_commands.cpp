@@ -42,6 +42,17 @@ std::optional<FilterText> loadFilterText(const std::string& file, const Argument
     return text;
 }
 
+/// Whether a channel can take anything of a text. Without, an import would do nothing but switch bands off; that is reported.
+bool isOfUse(const FilterText& text, const std::string& file, Reporter& reporter) {
+    const bool ofUse = text.hasPreamp || std::ranges::any_of(text.lines, [](const FilterLine& line) {
+                           return line.device.has_value() || line.kind == FilterLineKind::empty;
+                       });
+    if (!ofUse) {
+        reporter.error(std::string(file).append(": The target can take no filter of it."));
+    }
+    return ofUse;
+}
+
 /// Reports every line that cannot be read.
 /// \return whether there is none
 bool isReadable(const FilterText& text, const std::string& file, Reporter& reporter) {
@@ -97,6 +108,9 @@ int runImportFilters(const Arguments& arguments, const CommandContext& context) 
         return exit_code::failed;
     }
     if (!isReadable(*text, arguments.secondFile, context.reporter) && !arguments.skipUnreadable) {
+        return exit_code::failed;
+    }
+    if (!isOfUse(*text, arguments.secondFile, context.reporter)) {
         return exit_code::failed;
     }
     auto store = loadStore(arguments.file, {arguments.setIndex()}, context.reporter);

@@ -173,22 +173,22 @@ TEST_F(ImportFilters, AddsThePreampAsFarAsTheVolumeGoes) {
     ParameterStore store = storeOf(file_);
     channelIn(store, 2, 3).volumeDb = 1.5F;
     save(file_, store);
-    Json row = json(writeText("a.txt", "Preamp: -2.5 dB\n"))["imports"][0];
+    Json row = json(writeText("a.txt", "Preamp: -2.5 dB\nFilter 1: ON None\n"))["imports"][0];
     EXPECT_EQ(channel().volumeDb, -1.0F);
     EXPECT_EQ(row["preamp_added_db"], -2.5);
     EXPECT_EQ(row["preamp_left_db"], 0);
-    row = json(writeText("a.txt", "Preamp: -2.5 dB\n"), {"--no-preamp"});
+    row = json(writeText("a.txt", "Preamp: -2.5 dB\nFilter 1: ON None\n"), {"--no-preamp"});
     EXPECT_EQ(channel().volumeDb, 1.5F);
     EXPECT_EQ(row["imports"][0]["preamp_added_db"], 0);
     EXPECT_EQ(row["imports"][0]["preamp_left_db"], -2.5);
     EXPECT_EQ(row["preamp_left_db"], -2.5);
     // Step by step as far as the range goes; the rest is told, and both together are the preamp.
-    row = json(writeText("a.txt", "Preamp: -300.25 dB\n"));
+    row = json(writeText("a.txt", "Preamp: -300.25 dB\nFilter 1: ON None\n"));
     EXPECT_NEAR(channel().volumeDb - 1.5, row["imports"][0]["preamp_added_db"].get<double>(), 1e-5);
     EXPECT_LT(row["preamp_left_db"].get<double>(), -100);
     EXPECT_NEAR(row["imports"][0]["preamp_added_db"].get<double>() + row["preamp_left_db"].get<double>(),
                 -300.25, 1e-9);
-    const CommandResult table = import(writeText("a.txt", "Preamp: -300.25 dB\n"));
+    const CommandResult table = import(writeText("a.txt", "Preamp: -300.25 dB\nFilter 1: ON None\n"));
     EXPECT_THAT(table.out, HasSubstr(" dB; of the preamp -"));
     expectOthersTheSame();
 }
@@ -386,9 +386,16 @@ TEST_F(ImportFiltersRefuses, TextsOfWhichNothingCanBeUsed) {
     EXPECT_THAT(refusedText(binary), StartsWith("tessavoctl: " + binary + ":1:1: It is no text"));
     const std::string biquads = writeText("q.txt", "biquad1,\nb0=1.0,\nb1=0,\nb2=0,\na1=0,\na2=0\n");
     EXPECT_THAT(refusedText(biquads),
-                StartsWith("tessavoctl: " + biquads + ":1:1: It is a list of biquad coefficients"));
+                StartsWith("tessavoctl: " + biquads + ":1:1: It is a list of biquad coefficients,"));
     const std::string empty = writeText("e.txt", "");
     EXPECT_THAT(refusedText(empty), HasSubstr("There is no filter in it."));
+    // Nothing would come of these but that every band is off.
+    for (const char* text :
+         {"Include: other.txt\n", "Filter 1: ON NO Fc 100 Hz\n", "GraphicEQ: 25 0; 40 1\n"}) {
+        const std::string useless = writeText("u.txt", text);
+        EXPECT_EQ(refusedText(useless),
+                  "tessavoctl: " + useless + ": The target can take no filter of it.\n");
+    }
     const std::string yaml =
         writeText("y.yml", "devices: {samplerate: 48000}\nfilters:\n  one: {type: Biquad\n");
     EXPECT_THAT(refusedText(yaml), StartsWith("tessavoctl: " + yaml + ":3:21: "));
