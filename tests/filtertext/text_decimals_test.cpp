@@ -59,8 +59,9 @@ TEST(TextDecimals, AsOftenOneAsTheOtherIsAPoint) {
 TEST(TextDecimals, BlanksOfEveryKindStandForThousands) {
     for (const std::string blank : {"\u00a0", "\u202f", " ", "\xA0"}) {
         const std::string note = blank == "\xA0" ? "Note \xE4\n" : "Note \u00e4\n";
-        const FilterLine filter =
-            onlyFilter("Filter 1: ON PK Fc 1" + blank + "067 Hz Gain -3.0 dB Q 2.00\n" + note);
+        std::string lines = "Filter 1: ON PK Fc 1";
+        lines.append(blank).append("067 Hz Gain -3.0 dB Q 2.00\n").append(note);
+        const FilterLine filter = onlyFilter(lines);
         expectMeaning(filter, {FilterShape::peak, 1067, -3, 2, 2});
         EXPECT_EQ(filter.source.value().frequencyHz, 1067.0);
     }

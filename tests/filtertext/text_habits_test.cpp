@@ -60,7 +60,9 @@ TEST(TextHabits, TheTypeIsToldAsItStandsThere) {
 TEST(TextHabits, EveryEndOfALineIsTaken) {
     for (const std::string end : {"\n", "\r\n", "\r\r\n", "\r"}) {
         const std::string line = "Filter 1: ON PK Fc 100 Hz Gain -3.0 dB Q 2.00";
-        const FilterText text = readFilterText("Notes:" + end + line + end + end + line + end);
+        std::string lines = "Notes:";
+        lines.append(end).append(line).append(end).append(end).append(line).append(end);
+        const FilterText text = readFilterText(lines);
         ASSERT_EQ(text.lines.size(), 4U);
         for (const std::size_t at : {1U, 3U}) {
             EXPECT_EQ(text.lines[at].line, at + 1);
