@@ -1,7 +1,8 @@
 # Libraries from outside. Which of them a target uses is its own matter.
 find_package(Threads REQUIRED)
 
-# The YAML library, pinned and linked whole into the programs: packages need nothing more for it.
+# The YAML library, pinned. Here it is the system's own, which the package depends on; for Windows it is linked whole into the
+# programs.
 set(TESSAVO_YAML_VERSION 0.2.5)
 if(CMAKE_CROSSCOMPILING)
   set(TESSAVO_YAML_FOLDER
@@ -11,7 +12,7 @@ if(CMAKE_CROSSCOMPILING)
   set(TESSAVO_YAML_LIBRARY ${TESSAVO_YAML_FOLDER}/lib/libyaml.a)
 else()
   find_path(TESSAVO_YAML_HEADERS yaml.h REQUIRED)
-  find_library(TESSAVO_YAML_LIBRARY libyaml.a REQUIRED)
+  find_library(TESSAVO_YAML_LIBRARY yaml REQUIRED)
 endif()
 foreach(file ${TESSAVO_YAML_HEADERS}/yaml.h ${TESSAVO_YAML_LIBRARY})
   if(NOT EXISTS ${file})
@@ -25,12 +26,14 @@ file(STRINGS ${TESSAVO_YAML_LIBRARY} yaml_version REGEX "^${yaml_version_pattern
 if(NOT yaml_version)
   message(FATAL_ERROR "${TESSAVO_YAML_LIBRARY} is not of version ${TESSAVO_YAML_VERSION}")
 endif()
-add_library(tessavo_yaml STATIC IMPORTED GLOBAL)
+add_library(tessavo_yaml UNKNOWN IMPORTED GLOBAL)
 set_target_properties(
   tessavo_yaml
   PROPERTIES IMPORTED_LOCATION ${TESSAVO_YAML_LIBRARY}
-             INTERFACE_INCLUDE_DIRECTORIES ${TESSAVO_YAML_HEADERS}
-             INTERFACE_COMPILE_DEFINITIONS YAML_DECLARE_STATIC)
+             INTERFACE_INCLUDE_DIRECTORIES ${TESSAVO_YAML_HEADERS})
+if(CMAKE_CROSSCOMPILING)
+  set_target_properties(tessavo_yaml PROPERTIES INTERFACE_COMPILE_DEFINITIONS YAML_DECLARE_STATIC)
+endif()
 
 if(CMAKE_CROSSCOMPILING)
   # The header-only ones serve every system. The compiler sees them through links of their own, never together
