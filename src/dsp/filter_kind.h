@@ -14,4 +14,8 @@ inline constexpr double responseSamplingRateHz = 49500.0;
 /// Sampling rate of every other filter computation, in Hz. The two rates differ on purpose.
 inline constexpr double designSamplingRateHz = 44100.0;
 
+// The range in which a channel is heard, in Hz.
+inline constexpr double lowestHeardHz = 20.0;
+inline constexpr double highestHeardHz = 20000.0;
+
 }  // namespace tessavo

@@ -71,15 +71,15 @@ bool CoefficientList::read(const LineText& line) {
     const std::string_view plain = line.plain();
     const std::size_t begin = afterBlanks(plain, 0, plain.size());
     if (isHead(plain, begin)) {
-        isOpen = true;
+        isOpen_ = true;
         return true;
     }
     if (isFirstCoefficient(plain, begin)) {
-        const bool begins = !isOpen;
-        isOpen = false;
+        const bool begins = !isOpen_;
+        isOpen_ = false;
         return begins;
     }
-    return isRowOfCoefficients(plain, begin) && !std::exchange(isOpen, false);
+    return isRowOfCoefficients(plain, begin) && !std::exchange(isOpen_, false);
 }
 
 }  // namespace tessavo

@@ -15,7 +15,7 @@ class CoefficientList {
     [[nodiscard]] bool read(const LineText& line);
 
  private:
-    bool isOpen = false;  ///< a biquad has begun whose b0 has not come
+    bool isOpen_ = false;  ///< a biquad has begun whose b0 has not come
 };
 
 }  // namespace tessavo

@@ -12,8 +12,6 @@ namespace tessavo {
 namespace {
 
 constexpr double pi = std::numbers::pi;
-constexpr double lowestHz = 20.0;
-constexpr double highestHz = 20000.0;
 
 double tangentOf(double frequencyHz, double samplingRateHz) {
     return std::tan(pi * frequencyHz / samplingRateHz);
@@ -137,7 +135,7 @@ CookbookFilter toCookbook(const DeviceFilter& filter, double samplingRateHz) {
     if (!isBand(filter.shape)) {
         cookbook.frequencyHz /= crossoverScale();
         cookbook.gainDb = 0.0;
-        cookbook.q = std::numbers::sqrt2 / 2.0;
+        cookbook.q = butterworthQ;
     } else if (filter.shape == FilterShape::peak) {
         cookbook.q /= amplitudeOf(filter.gainDb);
     } else {
@@ -161,13 +159,13 @@ double filterWeight(const CookbookFilter& filter, double samplingRateHz) {
     // Where a low-pass lets nothing pass the level is minus infinity, and what lies this deep is not heard.
     constexpr double deepestDb = 120.0;
     const Section section = cookbookSection(filter, samplingRateHz);
-    const double octaves = std::log2(std::min(highestHz, samplingRateHz / 2.0) / lowestHz);
+    const double octaves = std::log2(std::min(highestHeardHz, samplingRateHz / 2.0) / lowestHeardHz);
     if (!(octaves > 0.0)) {
         return 0.0;
     }
     double sum = 0.0;
     for (int step = 0; step < steps; ++step) {
-        const double hz = lowestHz * std::exp2(octaves * (step + 0.5) / steps);
+        const double hz = lowestHeardHz * std::exp2(octaves * (step + 0.5) / steps);
         sum += std::min(deepestDb, std::abs(sectionLevelDb(section, hz, samplingRateHz)));
     }
     return sum * octaves / steps;

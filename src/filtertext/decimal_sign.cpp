@@ -150,19 +150,19 @@ void DecimalSignVotes::add(std::string_view written, NumberUse use) {
                     digitsAt(written, begin) > groupDigits || first == begin || written[begin] == '0';
     }
     if (isDecimal) {
-        ++(written[last] == '.' ? points : commas);
+        ++(written[last] == '.' ? points_ : commas_);
     }
 }
 
 void DecimalSignVotes::addHeader(char mark) {
-    headerMark = mark;
+    headerMark_ = mark;
 }
 
 char DecimalSignVotes::sign() const {
-    if (points == 0 && commas == 0) {
-        return headerMark;
+    if (points_ == 0 && commas_ == 0) {
+        return headerMark_;
     }
-    return commas > points ? ',' : '.';
+    return commas_ > points_ ? ',' : '.';
 }
 
 }  // namespace tessavo

@@ -45,9 +45,9 @@ class DecimalSignVotes {
     [[nodiscard]] char sign() const;
 
  private:
-    std::size_t points = 0;
-    std::size_t commas = 0;
-    char headerMark = '.';
+    std::size_t points_ = 0;
+    std::size_t commas_ = 0;
+    char headerMark_ = '.';
 };
 
 }  // namespace tessavo

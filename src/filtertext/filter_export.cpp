@@ -111,57 +111,57 @@ std::string_view typeWord(FilterShape shape, std::string_view lowShelf, std::str
     return "HP";
 }
 
-std::string textForm(const OutputChannelParams& channel, const ExportOptions& options) {
-    std::string text = comments(channel, options);
-    if (options.withVolume) {
-        text.append("Preamp: ").append(volumeText(channel)).append(" dB\n");
-    }
-    std::size_t row = 0;
+/// The filters line by line: one of 4th order is the same filter of 2nd order twice.
+std::vector<ExportedFilter> exportedRows(const OutputChannelParams& channel) {
+    std::vector<ExportedFilter> rows;
     for (const ExportedFilter& exported : exportedFilters(channel)) {
-        // One of 4th order is the same filter of 2nd order twice.
-        const int times = exported.filter && exported.filter->order == fourthOrder ? 2 : 1;
-        for (int time = 0; time < times; ++time) {
-            text.append("Filter ").append(std::to_string(++row)).append(exported.off ? ": OFF " : ": ON ");
-            if (!exported.filter) {
-                text.append("None\n");
-                continue;
-            }
-            const CookbookFilter& filter = *exported.filter;
-            text.append(typeWord(filter.shape, "LSC", "HSC"))
-                .append(" Fc ")
-                .append(number(filter.frequencyHz))
-                .append(" Hz");
-            if (isBand(filter.shape)) {
-                text.append(" Gain ").append(number(filter.gainDb)).append(" dB Q ").append(number(filter.q));
-            }
-            text.append("\n");
+        const bool isTwice = exported.filter && exported.filter->order == fourthOrder;
+        rows.insert(rows.end(), isTwice ? 2 : 1, exported);
+    }
+    return rows;
+}
+
+std::string preampLine(const OutputChannelParams& channel, const ExportOptions& options) {
+    return options.withVolume ? std::string("Preamp: ").append(volumeText(channel)).append(" dB\n")
+                              : std::string();
+}
+
+std::string textForm(const OutputChannelParams& channel, const ExportOptions& options) {
+    std::string text = comments(channel, options).append(preampLine(channel, options));
+    std::size_t row = 0;
+    for (const ExportedFilter& exported : exportedRows(channel)) {
+        text.append("Filter ").append(std::to_string(++row)).append(exported.off ? ": OFF " : ": ON ");
+        if (!exported.filter) {
+            text.append("None\n");
+            continue;
         }
+        const CookbookFilter& filter = *exported.filter;
+        text.append(typeWord(filter.shape, "LSC", "HSC"));
+        text.append(" Fc ").append(number(filter.frequencyHz)).append(" Hz");
+        if (isBand(filter.shape)) {
+            text.append(" Gain ").append(number(filter.gainDb)).append(" dB Q ").append(number(filter.q));
+        }
+        text.append("\n");
     }
     return text;
 }
 
 std::string csvForm(const OutputChannelParams& channel, const ExportOptions& options) {
-    std::string text;
-    if (options.withVolume) {
-        text.append("Preamp: ").append(volumeText(channel)).append(" dB\n");
-    }
+    std::string text = preampLine(channel, options);
     text.append("Number,Enabled,Control,Type,Frequency(Hz),Gain(dB),Q\n");
     std::size_t row = 0;
-    for (const ExportedFilter& exported : exportedFilters(channel)) {
-        const int times = exported.filter && exported.filter->order == fourthOrder ? 2 : 1;
-        for (int time = 0; time < times; ++time) {
-            text.append(std::to_string(++row)).append(exported.off ? ",False,Manual," : ",True,Manual,");
-            if (!exported.filter) {
-                text.append("None\n");
-                continue;
-            }
-            const CookbookFilter& filter = *exported.filter;
-            text.append(typeWord(filter.shape, "LSQ", "HSQ")).append(",").append(number(filter.frequencyHz));
-            if (isBand(filter.shape)) {
-                text.append(",").append(number(filter.gainDb)).append(",").append(number(filter.q));
-            }
-            text.append("\n");
+    for (const ExportedFilter& exported : exportedRows(channel)) {
+        text.append(std::to_string(++row)).append(exported.off ? ",False,Manual," : ",True,Manual,");
+        if (!exported.filter) {
+            text.append("None\n");
+            continue;
         }
+        const CookbookFilter& filter = *exported.filter;
+        text.append(typeWord(filter.shape, "LSQ", "HSQ")).append(",").append(number(filter.frequencyHz));
+        if (isBand(filter.shape)) {
+            text.append(",").append(number(filter.gainDb)).append(",").append(number(filter.q));
+        }
+        text.append("\n");
     }
     return text;
 }

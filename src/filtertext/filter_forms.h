@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <numbers>
 #include <optional>
 #include <vector>
 
@@ -16,13 +17,16 @@ enum class FilterShape : std::uint8_t { peak, lowShelf, highShelf, lowPass, high
     return shape == FilterShape::peak || shape == FilterShape::lowShelf || shape == FilterShape::highShelf;
 }
 
+/// Q of a Butterworth filter of 2nd order.
+inline constexpr double butterworthQ = std::numbers::sqrt2 / 2.0;
+
 /// A filter as other programs mean it: the forms of R. Bristow-Johnson's "Cookbook formulae for audio equalizer biquad
 /// filter coefficients", with their own Q.
 struct CookbookFilter {
     FilterShape shape = FilterShape::peak;
-    double frequencyHz = 0;  ///< centre of a peak or of a shelf, corner of a low-pass or high-pass; above 0
-    double gainDb = 0;       ///< 0 for a low-pass or high-pass
-    double q = 0.7071067811865476;  ///< above 0; the cookbook's Q, also of a shelf
+    double frequencyHz = 0;   ///< centre of a peak or of a shelf, corner of a low-pass or high-pass; above 0
+    double gainDb = 0;        ///< 0 for a low-pass or high-pass
+    double q = butterworthQ;  ///< above 0; the cookbook's Q, also of a shelf
     int order =
         2;  ///< of a low-pass or high-pass: 2, or 4 for two equal ones of 2nd order with this Q one after another
 };

@@ -13,8 +13,6 @@ namespace tessavo {
 
 namespace {
 
-constexpr double lowestHz = 20.0;
-constexpr double highestHz = 20000.0;
 constexpr int fourthOrder = 4;
 
 const FilterLine& lineOf(const FilterText& text, const ImportedLine& imported) {
@@ -261,10 +259,10 @@ std::optional<ImportDeviation> importDeviation(const FilterText& text, const Imp
     if (responses.meant.empty()) {
         return std::nullopt;
     }
-    const double highest = std::min(highestHz, text.samplingRateHz / 2.0);
-    ImportDeviation worst{0.0, lowestHz};
+    const double highest = std::min(highestHeardHz, text.samplingRateHz / 2.0);
+    ImportDeviation worst{0.0, lowestHeardHz};
     for (int point = 0; point < points; ++point) {
-        const double hz = lowestHz * std::pow(highest / lowestHz, point / (points - 1.0));
+        const double hz = lowestHeardHz * std::pow(highest / lowestHeardHz, point / (points - 1.0));
         const double meant = levelDb(responses.meant, hz, text.samplingRateHz);
         const double played = levelDb(responses.played, hz, responseSamplingRateHz);
         const double difference = std::max(played, deepestDb) - std::max(meant, deepestDb);

@@ -78,13 +78,6 @@ std::size_t remarkBegin(std::string_view plain, std::size_t begin) {
     return plain.size();
 }
 
-void noteProblem(WrittenFilter& filter, std::size_t column, std::string problem) {
-    if (filter.problem.empty()) {
-        filter.problem = std::move(problem);
-        filter.problemColumn = column;
-    }
-}
-
 /// Words behind a value are a remark; numbers there may be a value under a name that nobody knows.
 void checkRest(const LineText& line, std::size_t begin, std::size_t end, WrittenFilter& filter) {
     const std::string_view plain = line.plain();

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <numbers>
 
 #include "base/number_text.h"
 #include "filtertext/filter_types.h"
@@ -12,7 +11,6 @@ namespace tessavo {
 
 namespace {
 
-constexpr double butterworthQ = std::numbers::sqrt2 / 2.0;
 // Beyond these nobody means a filter, and the formulas run out of doubles.
 constexpr double largestGainDb = 1000.0;
 constexpr double largestFrequencyHz = 1e9;
@@ -97,10 +95,6 @@ bool isReadable(const WrittenFilter& filter, const std::array<Wanted, 5>& values
     return false;
 }
 
-std::string quoted(std::string_view text) {
-    return std::string("\"").append(shortened(text)).append("\"");
-}
-
 std::string slopeText(double slopeDb) {
     return shortNumber(slopeDb).append(" dB per octave");
 }
@@ -176,7 +170,7 @@ void meanCrossover(const FilterType& type, const WrittenFilter& filter, const Re
     const std::string name =
         std::string(shape.empty() ? "filter" : shape).append(" of ").append(slopeText(slopeDb));
     if (shape.empty() && !filter.shape.empty()) {
-        refuse(line, isOff, quoted(filter.shape).append(" is no known shape of a crossover"));
+        refuse(line, isOff, shortQuote(filter.shape).append(" is no known shape of a crossover"));
     } else if (shape.empty() && slopeDb != secondOrderSlopeDb) {
         refuse(line, isOff, std::string("a ").append(name).append(", whose shape is not told"));
     } else if (slopeDb == secondOrderSlopeDb && (shape == "Butterworth" || shape.empty())) {
@@ -213,26 +207,21 @@ void mean(const FilterType& type, const WrittenFilter& filter, const ReadValues&
 /// A filter without what does not count, and with what two values at once forbid among what cannot be read.
 WrittenFilter withContradictions(const WrittenFilter& filter, const FilterType& type) {
     WrittenFilter checked = filter;
-    const auto note = [&checked](std::size_t column, std::string_view problem) {
-        if (checked.problem.empty()) {
-            checked.problem = problem;
-            checked.problemColumn = column;
-        }
-    };
     const bool isShelf = isBand(type.shape) && type.shape != FilterShape::peak;
     if (filter.slope.isThere && type.shape == FilterShape::peak) {
-        note(filter.slope.column, "a slope, which a peak does not have");
+        noteProblem(checked, filter.slope.column, "a slope, which a peak does not have");
     }
     if (filter.slope.isThere && filter.q.isThere && isShelf) {
-        note(filter.q.column, "both a slope and a Q");
+        noteProblem(checked, filter.q.column, "both a slope and a Q");
     }
     if (filter.q.isThere) {
         checked.octaves = WrittenValue{};
     } else if (filter.octaves.isThere && type.shape != FilterShape::peak) {
-        note(filter.octaves.column, "a bandwidth, which only a peak has");
+        noteProblem(checked, filter.octaves.column, "a bandwidth, which only a peak has");
     }
     if (!filter.shape.empty() && !filter.slope.isThere && !isBand(type.shape)) {
-        note(filter.slope.column != 0 ? filter.slope.column : filter.endColumn, "the slope is missing");
+        noteProblem(checked, filter.slope.column != 0 ? filter.slope.column : filter.endColumn,
+                    "the slope is missing");
     }
     return checked;
 }
@@ -283,7 +272,7 @@ void readMeaning(const WrittenFilter& filter, char decimalSign, std::string_view
     } else if (filter.secondFrequency.isThere) {
         refuse(line, isOff, "two filters in one, with a second frequency; the target has none such");
     } else if (type == nullptr) {
-        refuse(line, isOff, quoted(filter.type).append(" is no type that is known"));
+        refuse(line, isOff, shortQuote(filter.type).append(" is no type that is known"));
     } else if (type->use == TypeUse::refused) {
         refuse(line, isOff, std::string(type->reason));
     } else {

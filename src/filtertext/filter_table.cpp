@@ -164,13 +164,6 @@ TableCells cellsOfRow(std::string_view plain, const Columns& columns, char parti
     return cells;
 }
 
-void noteProblem(WrittenFilter& filter, std::size_t column, std::string problem) {
-    if (filter.problem.empty()) {
-        filter.problem = std::move(problem);
-        filter.problemColumn = column;
-    }
-}
-
 void readCell(const LineText& line, const TableCell& cell, ValueUnit unit, WrittenFilter& filter,
               WrittenValue& value) {
     if (cell.isEmpty()) {
@@ -277,7 +270,7 @@ Columns columnsOfHead(std::string_view plain, char parting) {
 
 }  // namespace
 
-FilterTable::FilterTable() : columns(usualColumns()) {}
+FilterTable::FilterTable() : columns_(usualColumns()) {}
 
 std::optional<WrittenFilter> FilterTable::read(const LineText& line) {
     const std::string_view plain = line.plain();
@@ -287,22 +280,22 @@ std::optional<WrittenFilter> FilterTable::read(const LineText& line) {
     const char headParting = partingOfHead(plain);
     Columns named = columnsOfHead(plain, headParting);
     if (!named.empty()) {
-        columns = std::move(named);
-        parting = headParting;
-        hasHead = true;
+        columns_ = std::move(named);
+        parting_ = headParting;
+        hasHead_ = true;
         return std::nullopt;
     }
-    if (hasHead) {
-        const RowCells row{columns, cellsOfRow(plain, columns, parting)};
+    if (hasHead_) {
+        const RowCells row{columns_, cellsOfRow(plain, columns_, parting_)};
         if (isRow(plain, row)) {
             return filterOf(line, row);
         }
     }
     const char ownParting = partingOfRow(plain);
-    if (!isDigit(plain[afterBlanks(plain, 0, plain.size() - 1)]) || (hasHead && ownParting == parting)) {
+    if (!isDigit(plain[afterBlanks(plain, 0, plain.size() - 1)]) || (hasHead_ && ownParting == parting_)) {
         return std::nullopt;
     }
-    const RowCells row{columns, cellsOfRow(plain, columns, ownParting)};
+    const RowCells row{columns_, cellsOfRow(plain, columns_, ownParting)};
     const bool isKnown = filterType(row.at(TableColumn::type).in(plain)) != nullptr;
     return isKnown && stateOf(row.at(TableColumn::enabled).in(plain)) ? std::optional(filterOf(line, row))
                                                                       : std::nullopt;

@@ -39,9 +39,9 @@ class FilterTable {
     [[nodiscard]] std::optional<WrittenFilter> read(const LineText& line);
 
  private:
-    std::vector<TableColumn> columns;
-    bool hasHead = false;
-    char parting = ' ';
+    std::vector<TableColumn> columns_;
+    bool hasHead_ = false;
+    char parting_ = ' ';
 };
 
 }  // namespace tessavo

@@ -1,7 +1,6 @@
 #include "filtertext/filter_text.h"
 
 #include <cmath>
-#include <numbers>
 #include <string>
 
 #include "base/number_text.h"
@@ -39,7 +38,7 @@ void putOnDevice(FilterLine& line, double samplingRateHz) {
                          : "its values are out of every range");
         return;
     }
-    if (!isBand(meaning.shape) && std::abs(meaning.q - std::numbers::sqrt2 / 2.0) > butterworthSlack) {
+    if (!isBand(meaning.shape) && std::abs(meaning.q - butterworthQ) > butterworthSlack) {
         refuse(line, std::string("Q ")
                          .append(shortNumber(meaning.q))
                          .append("; the target's crossovers are Butterworth filters, with Q 0.707"));
@@ -48,6 +47,21 @@ void putOnDevice(FilterLine& line, double samplingRateHz) {
     SteppedFilter stepped = onDeviceSteps(toDevice(meaning, samplingRateHz));
     line.device = stepped.filter;
     line.clamped = std::move(stepped.clamped);
+}
+
+/// Refuses a file with more filters than anybody means; to weigh them all against each other would take too long.
+void boundFilters(FilterText& text) {
+    std::size_t filters = 0;
+    for (const FilterLine& line : text.lines) {
+        filters += line.device ? 1U : 0U;
+        if (filters > mostFilters && text.trouble.empty()) {
+            text.trouble = std::string("There are more than ")
+                               .append(std::to_string(mostFilters))
+                               .append(" filters in it; no channel has so many.");
+            text.troubleLine = line.line;
+            text.troubleColumn = 1;
+        }
+    }
 }
 
 }  // namespace
@@ -66,6 +80,7 @@ FilterText readFilterText(std::string_view bytes, std::string_view channelName) 
             putOnDevice(line, result.samplingRateHz);
         }
     }
+    boundFilters(result);
     return result;
 }
 

@@ -69,6 +69,9 @@ struct FilterText {
 /// Most bytes that a filter text may have.
 inline constexpr std::size_t mostFilterTextBytes = std::size_t{4} << 20U;
 
+/// Most filters that a text may have for the channel that is read.
+inline constexpr std::size_t mostFilters = 1000;
+
 /// Reads filters of other programs: lines such as "Filter 1: ON PK Fc 100 Hz Gain -3.0 dB Q 2.00", tables of filters, and
 /// YAML files with a list of filters. The form is told from the content. Any bytes may be given; what is not UTF-8 is read
 /// as Latin-1.

@@ -1,5 +1,6 @@
 #include "filtertext/filter_words.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstddef>
@@ -19,6 +20,11 @@ bool sameOnSteps(double exact, double stepped, double stepsPerUnit) {
     return std::round(exact * stepsPerUnit) == std::round(stepped * stepsPerUnit);
 }
 
+/// Whether the range of a value has changed it, be it into what the text says.
+bool isClamped(const FilterLine& line, FilterValue value) {
+    return std::ranges::find(line.clamped, value) != line.clamped.end();
+}
+
 void addFrequency(std::vector<std::string>& parts, const FilterLine& line) {
     const std::string now = shortNumber(line.device->frequencyHz, 9).append(" Hz");
     const std::optional<double>& before = line.source->frequencyHz;
@@ -26,7 +32,7 @@ void addFrequency(std::vector<std::string>& parts, const FilterLine& line) {
         parts.push_back(now);
     } else if (!sameOnSteps(*before, line.device->frequencyHz, 1.0)) {
         parts.push_back(shortNumber(*before, 9).append(arrow).append(now));
-    } else if (*before != line.device->frequencyHz) {
+    } else if (*before != line.device->frequencyHz || isClamped(line, FilterValue::frequency)) {
         parts.push_back(now);
     }
 }
@@ -45,10 +51,11 @@ void addQ(std::vector<std::string>& parts, const FilterLine& line, bool withOld)
     std::string part = "Q ";
     const std::optional<double>& before = line.source->q;
     if (before) {
-        if (sameOnSteps(*before, line.device->q, 10.0)) {
+        const bool isSame = sameOnSteps(*before, line.device->q, 10.0);
+        if (isSame && !isClamped(line, FilterValue::q)) {
             return;
         }
-        if (withOld) {
+        if (withOld && !isSame) {
             part.append(fixedText(*before, 2)).append(arrow);
         }
     }

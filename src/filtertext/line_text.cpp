@@ -1,24 +1,18 @@
 #include "filtertext/line_text.h"
 
-#include <algorithm>
-#include <cstdint>
-
+#include "base/utf8.h"
 #include "filtertext/shown_text.h"
 
 namespace tessavo {
 
 namespace {
 
-bool isFirstByte(char byte) {
-    return (static_cast<std::uint8_t>(byte) & 0xC0U) != 0x80U;
-}
-
 /// The byte from which on `count` further code points lie.
 std::size_t byteAfter(std::string_view text, std::size_t from, std::size_t count) {
     std::size_t at = from;
     while (count > 0 && at < text.size()) {
         ++at;
-        while (at < text.size() && !isFirstByte(text[at])) {
+        while (at < text.size() && continuesCharacter(text[at])) {
             ++at;
         }
         --count;
@@ -45,29 +39,33 @@ char plainOf(std::string_view character) {
 
 }  // namespace
 
-LineText::LineText(std::string_view line) : source(line) {
-    characters.reserve(line.size());
+LineText::LineText(std::string_view line) : source_(line) {
+    characters_.reserve(line.size());
     for (std::size_t at = 0; at < line.size();) {
         const std::size_t end = byteAfter(line, at, 1);
-        characters.push_back(plainOf(line.substr(at, end - at)));
+        characters_.push_back(plainOf(line.substr(at, end - at)));
         at = end;
     }
 }
 
 std::string_view LineText::original(std::size_t begin, std::size_t end) const {
-    const std::size_t first = byteAfter(source, 0, begin);
-    const std::size_t last = byteAfter(source, first, end - begin);
-    return source.substr(first, last - first);
+    const std::size_t first = byteAfter(source_, 0, begin);
+    const std::size_t last = byteAfter(source_, first, end - begin);
+    return source_.substr(first, last - first);
 }
 
 std::string LineText::quoted(std::size_t begin, std::size_t end) const {
-    return std::string("\"").append(shortened(original(begin, end))).append("\"");
+    return shortQuote(original(begin, end));
 }
 
 std::string shortened(std::string_view text) {
     constexpr std::size_t mostCharacters = 40;
     const std::size_t end = byteAfter(text, 0, mostCharacters);
     return shownText(text.substr(0, end)).append(end < text.size() ? "..." : "");
+}
+
+std::string shortQuote(std::string_view text) {
+    return std::string("\"").append(shortened(text)).append("\"");
 }
 
 std::string lowerCase(std::string_view text) {

@@ -19,7 +19,7 @@ class LineText {
 
     /// The line as a reader needs it: letters, digits, signs and tabs of ASCII; minus signs and dashes as '-', blanks that break
     /// no line as noBreakBlank, everything else as otherCharacter.
-    [[nodiscard]] std::string_view plain() const { return characters; }
+    [[nodiscard]] std::string_view plain() const { return characters_; }
 
     /// What stands there between two places of plain(), in UTF-8.
     [[nodiscard]] std::string_view original(std::size_t begin, std::size_t end) const;
@@ -28,13 +28,16 @@ class LineText {
     [[nodiscard]] std::string quoted(std::size_t begin, std::size_t end) const;
 
  private:
-    std::string_view source;
-    std::string characters;
+    std::string_view source_;
+    std::string characters_;
 };
 
 /// A text in UTF-8 for a message: what is longer than 40 characters is cut, with three points behind, and blanks stand in the
 /// place of characters that steer a terminal.
 [[nodiscard]] std::string shortened(std::string_view text);
+
+/// The same in quotation marks.
+[[nodiscard]] std::string shortQuote(std::string_view text);
 
 /// Whether a character of LineText::plain() is a blank of any kind.
 [[nodiscard]] constexpr bool isBlank(char character) {

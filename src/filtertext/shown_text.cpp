@@ -3,15 +3,13 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "base/utf8.h"
+
 namespace tessavo {
 
 namespace {
 
 constexpr std::size_t longestShown = 120;  // bytes
-
-bool isContinuation(char byte) {
-    return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
-}
 
 bool isControl(char byte) {
     return static_cast<unsigned char>(byte) < 0x20U || byte == '\x7F';
@@ -27,7 +25,7 @@ void replaceAll(std::string& text, std::string_view what, std::string_view with)
 
 std::string shownText(std::string_view text) {
     std::size_t end = std::min(text.size(), longestShown);
-    while (end < text.size() && end > 0 && isContinuation(text[end])) {
+    while (end < text.size() && end > 0 && continuesCharacter(text[end])) {
         --end;
     }
     std::string shown(text.substr(0, end));

@@ -66,7 +66,7 @@ TextCommand commandOf(std::string_view plain) {
     return command;
 }
 
-ChannelScope::ChannelScope(std::string_view wanted) : wantedName(lowerCase(wanted)) {}
+ChannelScope::ChannelScope(std::string_view wanted) : wantedName_(lowerCase(wanted)) {}
 
 bool ChannelScope::read(const LineText& line, std::size_t begin) {
     const std::string_view plain = line.plain();
@@ -86,22 +86,22 @@ bool ChannelScope::read(const LineText& line, std::size_t begin) {
     if (names.empty()) {
         return false;
     }
-    isForRead = isForAll;
+    isForRead_ = isForAll;
     for (const std::string& name : names) {
         const std::string lower = lowerCase(name);
         if (lower == "all") {
             continue;
         }
-        if (known.insert(lower).second) {
-            written.push_back(name);
-            if (chosen.empty() && (wantedName.empty() || wantedName == lower)) {
-                chosen = name;
-                chosenName = lower;
+        if (known_.insert(lower).second) {
+            written_.push_back(name);
+            if (chosen_.empty() && (wantedName_.empty() || wantedName_ == lower)) {
+                chosen_ = name;
+                chosenName_ = lower;
             }
         }
-        isForRead = isForRead || lower == chosenName;
+        isForRead_ = isForRead_ || lower == chosenName_;
     }
-    reason = std::string(names.size() == 1 ? "for channel " : "for channels ").append(listOfNames(names));
+    reason_ = std::string(names.size() == 1 ? "for channel " : "for channels ").append(listOfNames(names));
     return true;
 }
 

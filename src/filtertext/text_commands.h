@@ -35,25 +35,25 @@ class ChannelScope {
     bool read(const LineText& line, std::size_t begin);
 
     /// Whether the lines from here on are for the channel that is read.
-    [[nodiscard]] bool applies() const { return isForRead; }
+    [[nodiscard]] bool applies() const { return isForRead_; }
 
     /// Why they are not: "for channel R", "for channels L2 and R2".
-    [[nodiscard]] std::string otherReason() const { return reason; }
+    [[nodiscard]] std::string otherReason() const { return reason_; }
 
     /// The channels that were named, as they were written first, in the order of the text.
-    [[nodiscard]] const std::vector<std::string>& names() const { return written; }
+    [[nodiscard]] const std::vector<std::string>& names() const { return written_; }
 
     /// The one that is read, as it was written first; empty where none is named, or not the one that is wanted.
-    [[nodiscard]] const std::string& channel() const { return chosen; }
+    [[nodiscard]] const std::string& channel() const { return chosen_; }
 
  private:
-    std::string wantedName;
-    std::vector<std::string> written;
-    std::unordered_set<std::string> known;
-    std::string chosen;
-    std::string chosenName;  ///< the same in small letters
-    std::string reason;
-    bool isForRead = true;
+    std::string wantedName_;
+    std::vector<std::string> written_;
+    std::unordered_set<std::string> known_;
+    std::string chosen_;
+    std::string chosenName_;  ///< the same in small letters
+    std::string reason_;
+    bool isForRead_ = true;
 };
 
 }  // namespace tessavo

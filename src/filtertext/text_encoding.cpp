@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "base/utf8.h"
 #include "filtertext/readers.h"
 
 namespace tessavo {
@@ -12,7 +13,7 @@ namespace {
 constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 
 bool continues(std::string_view bytes, std::size_t at) {
-    return at < bytes.size() && (static_cast<std::uint8_t>(bytes[at]) & 0xC0U) == 0x80U;
+    return at < bytes.size() && continuesCharacter(bytes[at]);
 }
 
 /// How many bytes the character at a place has; 0 where there is no character of UTF-8.

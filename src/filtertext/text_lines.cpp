@@ -31,12 +31,12 @@ struct PendingLine {
 
 class LinesReader {
  public:
-    explicit LinesReader(std::string_view channelName) : scope(channelName), wantedChannel(channelName) {}
+    explicit LinesReader(std::string_view channelName) : scope_(channelName), wantedChannel_(channelName) {}
 
     void read(std::string_view source) {
         const LineText line(source);
-        FilterLine& entry = result.lines.emplace_back();
-        entry.line = result.lines.size();
+        FilterLine& entry = result_.lines.emplace_back();
+        entry.line = result_.lines.size();
         entry.text = source;
         const std::string_view plain = line.plain();
         const std::size_t first = afterBlanks(plain, 0, plain.size());
@@ -47,28 +47,28 @@ class LinesReader {
         if (const TextCommand command = commandOf(plain); !command.name.empty()) {
             readCommand(line, command, entry);
         } else if (auto filter = filterOfLine(line)) {
-            addVotes(*filter, votes);
+            addVotes(*filter, votes_);
             pend({0, false, false, {}, std::move(filter), {}});
         } else if (auto preamp = preampOfLine(line)) {
-            votes.add(preamp->number, preamp->use);
+            votes_.add(preamp->number, preamp->use);
             pend({0, false, false, {}, {}, std::move(preamp)});
-        } else if (auto row = table.read(line)) {
-            addVotes(*row, votes);
+        } else if (auto row = table_.read(line)) {
+            addVotes(*row, votes_);
             pend({0, true, false, {}, std::move(row), {}});
-        } else if (coefficients.read(line)) {
+        } else if (coefficients_.read(line)) {
             readBiquad(entry);
         }
     }
 
     FilterText finish() {
-        result.decimalSign = votes.sign();
-        for (const PendingLine& line : pending) {
+        result_.decimalSign = votes_.sign();
+        for (const PendingLine& line : pending_) {
             settle(line);
         }
-        result.channels = scope.names();
-        result.channel = scope.channel();
+        result_.channels = scope_.names();
+        result_.channel = scope_.channel();
         noteTrouble();
-        return std::move(result);
+        return std::move(result_);
     }
 
  private:
@@ -80,46 +80,46 @@ class LinesReader {
         const std::size_t mark = std::min(plain.find_first_of(".,", program.size()), plain.size());
         const std::string_view number = plain.substr(program.size(), mark - program.size());
         if (mark < plain.size() && !number.empty() && std::ranges::all_of(number, isDigit)) {
-            votes.addHeader(plain[mark]);
+            votes_.addHeader(plain[mark]);
         }
     }
 
     void readCommand(const LineText& line, const TextCommand& command, FilterLine& entry) {
         entry.kind = FilterLineKind::unsupported;
         entry.reason = command.reason;
-        if (command.name == "channel" && !scope.read(line, command.behind)) {
+        if (command.name == "channel" && !scope_.read(line, command.behind)) {
             entry.kind = FilterLineKind::error;
             entry.column = command.behind + 1;
             entry.reason = "the channel is missing";
-        } else if (command.isFilter && !scope.applies()) {
-            entry.reason = scope.otherReason();
+        } else if (command.isFilter && !scope_.applies()) {
+            entry.reason = scope_.otherReason();
         }
     }
 
     void readBiquad(FilterLine& entry) {
         entry.kind = FilterLineKind::unsupported;
         entry.reason = coefficientReason;
-        ++biquads;
-        firstBiquad = firstBiquad == 0 ? entry.line : firstBiquad;
+        ++biquads_;
+        firstBiquad_ = firstBiquad_ == 0 ? entry.line : firstBiquad_;
     }
 
     void pend(PendingLine line) {
-        line.index = result.lines.size() - 1;
-        line.isForOthers = !scope.applies();
-        line.otherReason = line.isForOthers ? scope.otherReason() : std::string();
-        pending.push_back(std::move(line));
+        line.index = result_.lines.size() - 1;
+        line.isForOthers = !scope_.applies();
+        line.otherReason = line.isForOthers ? scope_.otherReason() : std::string();
+        pending_.push_back(std::move(line));
     }
 
     void settle(const PendingLine& line) {
-        FilterLine& entry = result.lines[line.index];
+        FilterLine& entry = result_.lines[line.index];
         if (line.preamp) {
-            const auto gainDb = readPreamp(*line.preamp, result.decimalSign, entry);
+            const auto gainDb = readPreamp(*line.preamp, result_.decimalSign, entry);
             if (!line.isForOthers && gainDb) {
-                result.preampDb += *gainDb;
-                result.hasPreamp = true;
+                result_.preampDb += *gainDb;
+                result_.hasPreamp = true;
             }
         } else {
-            readMeaning(*line.filter, result.decimalSign, line.isRow ? "True nor False" : "ON nor OFF",
+            readMeaning(*line.filter, result_.decimalSign, line.isRow ? "True nor False" : "ON nor OFF",
                         entry);
         }
         if (line.isForOthers) {
@@ -132,41 +132,40 @@ class LinesReader {
 
     [[nodiscard]] bool hasRows(std::size_t fewest) const {
         const auto rows = std::ranges::count_if(
-            result.lines, [](const FilterLine& line) { return line.kind != FilterLineKind::none; });
+            result_.lines, [](const FilterLine& line) { return line.kind != FilterLineKind::none; });
         return static_cast<std::size_t>(rows) >= fewest;
     }
 
     void noteTrouble() {
-        if (!wantedChannel.empty() && result.channel.empty()) {
-            result.trouble =
-                std::string("There is no channel \"").append(shortened(wantedChannel)).append("\" in it");
-            if (result.channels.empty()) {
-                result.trouble.append("; it names none.");
+        if (!wantedChannel_.empty() && result_.channel.empty()) {
+            result_.trouble =
+                std::string("There is no channel ").append(shortQuote(wantedChannel_)).append(" in it");
+            if (result_.channels.empty()) {
+                result_.trouble.append("; it names none.");
                 return;
             }
-            result.trouble.append(result.channels.size() == 1 ? "; there is " : "; there are ");
-            result.trouble.append(listOfNames(result.channels)).append(".");
-        } else if (biquads > 0 && !hasRows(biquads + 1)) {
-            result.trouble =
-                "It is a list of biquad coefficients, which do not tell which filters they are. Export the "
-                "filters with "
-                "their frequencies, gains and Q instead.";
-            result.troubleLine = firstBiquad;
-            result.troubleColumn = 1;
-        } else if (!hasRows(1) && !result.hasPreamp) {
-            result.trouble = "There is no filter in it.";
+            result_.trouble.append(result_.channels.size() == 1 ? "; there is " : "; there are ");
+            result_.trouble.append(listOfNames(result_.channels)).append(".");
+        } else if (biquads_ > 0 && !hasRows(biquads_ + 1)) {
+            result_.trouble =
+                "It is a list of biquad coefficients, which do not tell which filters they are. Export "
+                "the filters with their frequencies, gains and Q instead.";
+            result_.troubleLine = firstBiquad_;
+            result_.troubleColumn = 1;
+        } else if (!hasRows(1) && !result_.hasPreamp) {
+            result_.trouble = "There is no filter in it.";
         }
     }
 
-    FilterText result;
-    FilterTable table;
-    CoefficientList coefficients;
-    ChannelScope scope;
-    DecimalSignVotes votes;
-    std::vector<PendingLine> pending;
-    std::string wantedChannel;
-    std::size_t biquads = 0;
-    std::size_t firstBiquad = 0;
+    FilterText result_;
+    FilterTable table_;
+    CoefficientList coefficients_;
+    ChannelScope scope_;
+    DecimalSignVotes votes_;
+    std::vector<PendingLine> pending_;
+    std::string wantedChannel_;
+    std::size_t biquads_ = 0;
+    std::size_t firstBiquad_ = 0;
 };
 
 FilterText troubled(std::string_view trouble, std::size_t line, std::size_t column) {

@@ -1,8 +1,16 @@
 #include "filtertext/written_filter.h"
 
 #include <array>
+#include <utility>
 
 namespace tessavo {
+
+void noteProblem(WrittenFilter& filter, std::size_t column, std::string problem) {
+    if (filter.problem.empty()) {
+        filter.problem = std::move(problem);
+        filter.problemColumn = column;
+    }
+}
 
 void addVotes(const WrittenFilter& filter, DecimalSignVotes& votes) {
     const std::array values{&filter.frequency, &filter.gain,  &filter.q,

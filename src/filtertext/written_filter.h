@@ -36,11 +36,13 @@ struct WrittenFilter {
     WrittenValue slope{};            ///< in dB per octave, of a shelf or a crossover
     WrittenValue secondFrequency{};  ///< of what is two filters in one
     std::string shape;               ///< of a crossover, as written: "L-R", "BU"
-    std::size_t shapeColumn = 0;
-    std::size_t endColumn = 0;      ///< where what is missing would stand
-    std::string problem;            ///< what else cannot be read; empty where nothing is
-    std::size_t problemColumn = 0;  ///< where
+    std::size_t endColumn = 0;       ///< where what is missing would stand
+    std::string problem;             ///< what else cannot be read; empty where nothing is
+    std::size_t problemColumn = 0;   ///< where
 };
+
+/// Notes what else cannot be read; the first such thing stays.
+void noteProblem(WrittenFilter& filter, std::size_t column, std::string problem);
 
 /// Counts what the numbers of a filter tell of the decimal sign.
 void addVotes(const WrittenFilter& filter, DecimalSignVotes& votes);

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <numbers>
 
 #include "base/number_text.h"
 #include "filtertext/cookbook.h"
@@ -14,7 +13,6 @@ namespace tessavo {
 
 namespace {
 
-constexpr double butterworthQ = std::numbers::sqrt2 / 2.0;
 // What the other program takes.
 constexpr double largestPreampDb = 150.0;
 

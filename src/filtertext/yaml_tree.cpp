@@ -7,6 +7,7 @@
 #include <set>
 #include <yaml.h>
 
+#include "base/utf8.h"
 #include "filtertext/shown_text.h"
 #include "filtertext/yaml_values.h"
 
@@ -17,17 +18,13 @@ namespace {
 // The library compares each directive with all before it.
 constexpr std::size_t mostDirectives = 8;
 
-bool beginsCharacter(char byte) {
-    return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U;
-}
-
 /// Where the characters of a text stand. The library counts lines by more characters than people see as ends of lines.
 class Places {
  public:
     explicit Places(std::string_view text) : text_(text) {
         std::size_t character = 0;
         for (std::size_t byte = 0; byte < text.size(); ++byte) {
-            character += beginsCharacter(text[byte]) ? 1U : 0U;
+            character += continuesCharacter(text[byte]) ? 0U : 1U;
             const bool ends = text[byte] == '\n' || (text[byte] == '\r' && !endFollows(byte + 1));
             if (ends && byte + 1 < text.size()) {
                 starts_.push_back(character);
@@ -46,7 +43,7 @@ class Places {
     [[nodiscard]] YamlPlace of(const yaml_mark_t& mark) const { return of(mark.index); }
 
     [[nodiscard]] YamlPlace ofByte(std::size_t byte) const {
-        return of(static_cast<std::size_t>(std::ranges::count_if(text_.substr(0, byte), beginsCharacter)));
+        return of(characterCount(text_.substr(0, byte)));
     }
 
     /// Places of lines, from 0, that begin with a character.
@@ -58,7 +55,7 @@ class Places {
             if (begins && byte == first) {
                 found.push_back(of(character));
             }
-            character += beginsCharacter(byte) ? 1U : 0U;
+            character += continuesCharacter(byte) ? 0U : 1U;
             begins = byte == '\n' || byte == '\r';
         }
         return found;

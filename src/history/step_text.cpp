@@ -4,6 +4,7 @@
 #include <span>
 #include <vector>
 
+#include "base/utf8.h"
 #include "history/element_words.h"
 #include "history/image_changes.h"
 #include "history/notes_changes.h"
@@ -21,14 +22,10 @@ constexpr std::size_t longest = 60;
 // Values that one line can tell one by one.
 constexpr std::size_t mostPhrases = 3;
 
-// In characters, of which one may take several bytes.
-std::size_t lengthOf(std::string_view text) {
-    return static_cast<std::size_t>(std::ranges::count_if(
-        text, [](char letter) { return (static_cast<unsigned char>(letter) & 0xC0U) != 0x80U; }));
-}
-
 std::string firstThatFits(std::span<const std::string> texts, std::size_t length) {
-    const auto fits = [length](const std::string& text) { return !text.empty() && lengthOf(text) <= length; };
+    const auto fits = [length](const std::string& text) {
+        return !text.empty() && characterCount(text) <= length;
+    };
     const auto found = std::ranges::find_if(texts, fits);
     return found != texts.end() ? *found : texts.back();
 }

@@ -1,12 +1,9 @@
 #pragma once
 
+#include "dsp/filter_kind.h"
 #include "response/channel_model.h"
 
 namespace tessavo {
-
-// The range in which a channel is heard.
-inline constexpr double lowestHeardHz = 20.0;
-inline constexpr double highestHeardHz = 20000.0;
 
 /// How loud a channel gets.
 struct Headroom {

@@ -43,6 +43,15 @@ TEST(FilterWords, AClampedLineTellsTheValuesOutsideAndInside) {
     EXPECT_EQ(verdictText(line), "clamped: 21.0 -> 18.0 dB, Q 0.90 -> 3.0");
 }
 
+TEST(FilterWords, AValueThatItsRangeBroughtBackToThatOfTheTextIsToldToo) {
+    FilterLine line = band(1000, 0.5, 20, {FilterShape::peak, 1000, 0.5, 20});
+    line.clamped = {FilterValue::q};
+    EXPECT_EQ(verdictText(line), "clamped: Q 20.0");
+    FilterLine shelf = band(20, 6, 0.7, {FilterShape::lowShelf, 20, 6, 0.7});
+    shelf.clamped = {FilterValue::frequency};
+    EXPECT_EQ(verdictText(shelf), "clamped: 20 Hz");
+}
+
 TEST(FilterWords, WhatIsOffEmptyNoFilterOrNotPossibleIsToldAsSuch) {
     FilterLine off = band(3150, -5.5, 3.6, {FilterShape::peak, 3150, -5.5, 4.9});
     off.kind = FilterLineKind::off;

@@ -162,5 +162,18 @@ TEST(TextLinesAttack, MoreLinesThanAnyTextHasAreTrouble) {
     EXPECT_TRUE(more.lines.empty());
 }
 
+TEST(TextLinesAttack, MoreFiltersThanAnybodyMeansAreRefusedAtTheFirstThatIsTooMany) {
+    std::string text = "Preamp: -1 dB\nFilter: ON NO Fc 50 Hz\n";
+    for (std::size_t filter = 0; filter < mostFilters; ++filter) {
+        text.append("Filter: ON PK Fc 100 Hz Gain 1 dB Q 1\n");
+    }
+    EXPECT_EQ(readFilterText(text).trouble, "");
+    const FilterText more = readFilterText(text.append("Filter: OFF LP Fc 100 Hz\n"));
+    EXPECT_EQ(more.trouble, "There are more than 1000 filters in it; no channel has so many.");
+    EXPECT_EQ(more.troubleLine, mostFilters + 3);
+    EXPECT_EQ(more.troubleColumn, 1U);
+    EXPECT_EQ(more.lines.size(), mostFilters + 3);
+}
+
 }  // namespace
 }  // namespace tessavo
