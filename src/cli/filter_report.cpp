@@ -7,7 +7,7 @@
 #include "base/number_text.h"
 #include "cli/text_table.h"
 #include "filtertext/filter_words.h"
-#include "filtertext/shown_text.h"
+#include "text/shown_text.h"
 
 namespace tessavo::cli {
 

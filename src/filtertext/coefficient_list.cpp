@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "filtertext/decimal_sign.h"
+#include "text/decimal_sign.h"
 
 namespace tessavo {
 

@@ -2,7 +2,7 @@
 
 #include <cstddef>
 
-#include "filtertext/line_text.h"
+#include "text/line_text.h"
 
 namespace tessavo {
 

@@ -2,8 +2,8 @@
 
 #include <optional>
 
-#include "filtertext/line_text.h"
 #include "filtertext/written_filter.h"
+#include "text/line_text.h"
 
 namespace tessavo {
 

@@ -5,8 +5,8 @@
 #include <optional>
 #include <vector>
 
-#include "filtertext/line_text.h"
 #include "filtertext/written_filter.h"
+#include "text/line_text.h"
 
 namespace tessavo {
 

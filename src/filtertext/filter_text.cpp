@@ -1,10 +1,12 @@
 #include "filtertext/filter_text.h"
 
+#include <array>
 #include <cmath>
 #include <string>
 
 #include "base/number_text.h"
 #include "filtertext/readers.h"
+#include "text/text_encoding.h"
 
 namespace tessavo {
 
@@ -47,6 +49,15 @@ void putOnDevice(FilterLine& line, double samplingRateHz) {
     SteppedFilter stepped = onDeviceSteps(toDevice(meaning, samplingRateHz));
     line.device = stepped.filter;
     line.clamped = std::move(stepped.clamped);
+}
+
+/// Whether what follows a key of YAML begins a value that is no prose.
+bool isYamlRest(std::string_view rest) {
+    const std::size_t begin = rest.find_first_not_of(" \t");
+    if (begin == std::string_view::npos) {
+        return true;
+    }
+    return begin > 0 && std::string_view("#{[&!~").find(rest[begin]) != std::string_view::npos;
 }
 
 /// Refuses a file with more filters than anybody means; to weigh them all against each other would take too long.
@@ -130,6 +141,18 @@ std::string_view valueWord(FilterValue value) {
             break;
     }
     return "q";
+}
+
+bool looksLikeYaml(std::string_view text) {
+    constexpr std::array<std::string_view, 3> keys{"filters:", "pipeline:", "devices:"};
+    for (const std::string_view line : linesOf(text)) {
+        for (const std::string_view key : keys) {
+            if (line.starts_with(key) && isYamlRest(line.substr(key.size()))) {
+                return true;
+            }
+        }
+    }
+    return false;
 }
 
 }  // namespace tessavo

@@ -5,8 +5,8 @@
 #include <string_view>
 
 #include "filtertext/filter_forms.h"
-#include "filtertext/line_text.h"
 #include "filtertext/written_filter.h"
+#include "text/line_text.h"
 
 namespace tessavo {
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "filtertext/line_text.h"
+#include "text/line_text.h"
 
 namespace tessavo {
 

@@ -6,7 +6,7 @@
 #include <unordered_set>
 #include <vector>
 
-#include "filtertext/line_text.h"
+#include "text/line_text.h"
 
 namespace tessavo {
 

@@ -9,6 +9,7 @@
 #include "filtertext/filter_table.h"
 #include "filtertext/readers.h"
 #include "filtertext/text_commands.h"
+#include "text/text_encoding.h"
 
 namespace tessavo {
 

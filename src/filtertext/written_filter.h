@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-#include "filtertext/decimal_sign.h"
+#include "text/decimal_sign.h"
 
 namespace tessavo {
 

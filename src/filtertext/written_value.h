@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <string_view>
 
-#include "filtertext/line_text.h"
 #include "filtertext/written_filter.h"
+#include "text/line_text.h"
 
 namespace tessavo {
 

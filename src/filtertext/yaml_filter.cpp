@@ -6,8 +6,8 @@
 
 #include "base/number_text.h"
 #include "filtertext/cookbook.h"
-#include "filtertext/shown_text.h"
 #include "filtertext/yaml_values.h"
+#include "text/shown_text.h"
 
 namespace tessavo {
 

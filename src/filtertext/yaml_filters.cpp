@@ -2,11 +2,11 @@
 #include <iterator>
 
 #include "filtertext/readers.h"
-#include "filtertext/shown_text.h"
 #include "filtertext/yaml_filter.h"
 #include "filtertext/yaml_pipeline.h"
 #include "filtertext/yaml_tree.h"
 #include "filtertext/yaml_values.h"
+#include "text/shown_text.h"
 
 namespace tessavo {
 

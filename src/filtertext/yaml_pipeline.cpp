@@ -3,8 +3,8 @@
 #include <algorithm>
 
 #include "base/number_text.h"
-#include "filtertext/shown_text.h"
 #include "filtertext/yaml_values.h"
+#include "text/shown_text.h"
 
 namespace tessavo {
 

@@ -8,8 +8,8 @@
 #include <yaml.h>
 
 #include "base/utf8.h"
-#include "filtertext/shown_text.h"
 #include "filtertext/yaml_values.h"
+#include "text/shown_text.h"
 
 namespace tessavo {
 

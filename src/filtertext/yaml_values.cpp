@@ -4,7 +4,7 @@
 #include <array>
 
 #include "base/number_text.h"
-#include "filtertext/shown_text.h"
+#include "text/shown_text.h"
 
 namespace tessavo {
 

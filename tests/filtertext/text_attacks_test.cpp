@@ -7,6 +7,7 @@
 
 #include "filter_lines.h"
 #include "filtertext/readers.h"
+#include "text/text_encoding.h"
 
 namespace tessavo {
 namespace {

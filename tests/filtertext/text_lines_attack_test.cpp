@@ -4,6 +4,7 @@
 
 #include "filtertext/readers.h"
 #include "said_lines.h"
+#include "text/text_encoding.h"
 
 namespace tessavo {
 namespace {

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "filtertext/readers.h"
+#include "text/text_encoding.h"
 
 namespace tessavo {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "filtertext/shown_text.h"
+#include "text/shown_text.h"
 
 namespace tessavo {
 namespace {

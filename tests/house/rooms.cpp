@@ -5,9 +5,10 @@
 namespace tessavo::house {
 
 std::span<const Room> houseRooms() {
-    static constexpr std::array<Room, 21> rooms{{
+    static constexpr std::array<Room, 24> rooms{{
         {"base", 0, false, "boxes and dialogs as interfaces, semaphore, raw files, numbers, MD5"},
         {"platform", 0, false, "process and desktop, for POSIX and for Windows"},
+        {"text", 1, false, "texts of other programs: encodings, lines, numbers"},
         {"dsp", 1, false, "coefficient generators, fixed-point words"},
         {"controls", 1, true, "sliders, buttons, boxes and their look"},
         {"plot", 2, false, "response curves"},
@@ -19,10 +20,12 @@ std::span<const Room> houseRooms() {
         {"response", 4, false, "exact complex responses of channels and their sums"},
         {"compare", 5, false, "two sets side by side, copies of elements, channels and sets"},
         {"pages/rows", 5, false, "what stands on each page, as tables"},
+        {"measure", 5, false, "measurements, smoothing, target curves, alignment"},
         {"copies", 5, false, "copies of the target: backups, restoring them, what was written into it"},
         {"target", 5, false, "the simulated target"},
         {"pages/form", 6, true, "makes the controls of a page's rows, keeps them bound to their fields"},
-        {"cli", 6, false, "tessavoctl"},
+        {"fit", 6, false, "filters that bring a measurement to its target"},
+        {"cli", 7, false, "tessavoctl"},
         {"comm/page", 7, true, "communication page with its log"},
         {"pages/input", 7, true, "input equalizer, channel configuration"},
         {"pages/output", 7, true, "output equalizer, output group, clip detection"},

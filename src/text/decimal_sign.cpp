@@ -1,7 +1,7 @@
-#include "filtertext/decimal_sign.h"
+#include "text/decimal_sign.h"
 
 #include "base/number_text.h"
-#include "filtertext/line_text.h"
+#include "text/line_text.h"
 
 namespace tessavo {
 

@@ -1,7 +1,7 @@
-#include "filtertext/line_text.h"
+#include "text/line_text.h"
 
 #include "base/utf8.h"
-#include "filtertext/shown_text.h"
+#include "text/shown_text.h"
 
 namespace tessavo {
 

@@ -1,4 +1,4 @@
-#include "filtertext/shown_text.h"
+#include "text/shown_text.h"
 
 #include <algorithm>
 #include <cstddef>

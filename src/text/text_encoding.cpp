@@ -1,10 +1,10 @@
+#include "text/text_encoding.h"
+
 #include <algorithm>
-#include <array>
 #include <cstddef>
 #include <cstdint>
 
 #include "base/utf8.h"
-#include "filtertext/readers.h"
 
 namespace tessavo {
 
@@ -63,15 +63,6 @@ std::size_t endLength(std::string_view text, std::size_t at) {
     return rest.starts_with('\r') || rest.starts_with('\n') ? 1 : 0;
 }
 
-/// Whether what follows a key of YAML begins a value that is no prose.
-bool isYamlRest(std::string_view rest) {
-    const std::size_t begin = rest.find_first_not_of(" \t");
-    if (begin == std::string_view::npos) {
-        return true;
-    }
-    return begin > 0 && std::string_view("#{[&!~").find(rest[begin]) != std::string_view::npos;
-}
-
 }  // namespace
 
 std::string utf8Of(std::string_view bytes) {
@@ -101,18 +92,6 @@ std::vector<std::string_view> linesOf(std::string_view text) {
         begin = end < text.size() ? end + endLength(text, end) : end;
     }
     return lines;
-}
-
-bool looksLikeYaml(std::string_view text) {
-    constexpr std::array<std::string_view, 3> keys{"filters:", "pipeline:", "devices:"};
-    for (const std::string_view line : linesOf(text)) {
-        for (const std::string_view key : keys) {
-            if (line.starts_with(key) && isYamlRest(line.substr(key.size()))) {
-                return true;
-            }
-        }
-    }
-    return false;
 }
 
 }  // namespace tessavo

@@ -1,0 +1,3 @@
+#include "fit/band_fit.h"
+
+namespace tessavo {}

@@ -1,0 +1,3 @@
+#include "measure/alignment.h"
+
+namespace tessavo {}

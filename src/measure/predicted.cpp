@@ -1,0 +1,3 @@
+#include "measure/predicted.h"
+
+namespace tessavo {}

@@ -1,0 +1,3 @@
+#include "measure/smoothing.h"
+
+namespace tessavo {}

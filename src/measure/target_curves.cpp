@@ -1,0 +1,3 @@
+#include "measure/target_curves.h"
+
+namespace tessavo {}

@@ -1,0 +1,3 @@
+#include "measure/alignment.h"
+
+#include <gtest/gtest.h>

@@ -1,0 +1,3 @@
+#include "measure/level_curve.h"
+
+#include <gtest/gtest.h>

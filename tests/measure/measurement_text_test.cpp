@@ -1,0 +1,3 @@
+#include "measure/measurement_text.h"
+
+#include <gtest/gtest.h>

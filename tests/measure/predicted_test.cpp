@@ -1,0 +1,3 @@
+#include "measure/predicted.h"
+
+#include <gtest/gtest.h>

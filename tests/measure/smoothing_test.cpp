@@ -1,0 +1,3 @@
+#include "measure/smoothing.h"
+
+#include <gtest/gtest.h>
