@@ -27,6 +27,7 @@ struct NamedTarget {
 
 /// The level that brings a target to a curve: the mean of what the curve is above it, every frequency counting alike.
 /// \param frequenciesHz above 0; those of the range in use, in equal ratios
-[[nodiscard]] double anchorDb(const LevelCurve& curve, const LevelCurve& target, std::span<const double> frequenciesHz);
+[[nodiscard]] double anchorDb(const LevelCurve& curve, const LevelCurve& target,
+                              std::span<const double> frequenciesHz);
 
 }  // namespace tessavo
