@@ -7,6 +7,7 @@
 #include "cli/number_lists.h"
 #include "copies/target_sets.h"
 #include "dsp/filter_methods.h"
+#include "measure/smoothing.h"
 #include "params/channels.h"
 
 namespace tessavo::cli::option {
@@ -67,17 +68,15 @@ void addChannel(CLI::App& command, Arguments& arguments, const std::string& type
         ->type_name(typeName);
 }
 
-// Items with commas between them, which `read` takes out of a text or gives nothing for a wrong one.
-template <typename Item>
-CLI::Option* addList(CLI::App& command, const std::string& name, const std::string& what,
-                     std::optional<std::vector<Item>> (*read)(std::string_view), const std::string& rule,
-                     std::vector<Item>& items) {
-    const auto known = [read, rule](const std::string& list) {
-        return read(list) ? std::string() : "\"" + list + "\"" + rule;
+// What `read` takes out of a text; it gives nothing for a wrong one.
+template <typename Value, typename Member>
+CLI::Option* addRead(CLI::App& command, const std::string& name, const std::string& what,
+                     std::optional<Value> (*read)(std::string_view), const std::string& rule,
+                     Member& member) {
+    const auto known = [read, rule](const std::string& text) {
+        return read(text) ? std::string() : "\"" + text + "\"" + rule;
     };
-    const auto take = [read, &items](const std::string& list) {
-        items = read(list).value_or(std::vector<Item>());
-    };
+    const auto take = [read, &member](const std::string& text) { member = read(text).value_or(Value()); };
     return command.add_option_function<std::string>(name, take, what)->check(CLI::Validator(known, ""));
 }
 
@@ -110,7 +109,7 @@ Option targetSet() {
 
 Option targetSets(const std::string& what) {
     return [=](CLI::App& command, Arguments& arguments) {
-        addList(command, "--sets", what, targetSetsOf, ": sets are 1 to 5 and default, each once",
+        addRead(command, "--sets", what, targetSetsOf, ": sets are 1 to 5 and default, each once",
                 arguments.targetSets)
             ->type_name("N,...|default");
     };
@@ -205,7 +204,7 @@ Option oneChannel() {
 
 Option channels() {
     return [](CLI::App& command, Arguments& arguments) {
-        addList(command, "--channel", "Output channels that get the filters", channelList,
+        addRead(command, "--channel", "Output channels that get the filters", channelList,
                 ": channels are 1 to 8, each once", arguments.channels)
             ->type_name("P,P,...")
             ->required();
@@ -214,7 +213,7 @@ Option channels() {
 
 Option bands() {
     return [](CLI::App& command, Arguments& arguments) {
-        addList(command, "--bands", "Bands that may be written, as 1-8 or 1,3,5; all unless told", bandList,
+        addRead(command, "--bands", "Bands that may be written, as 1-8 or 1,3,5; all unless told", bandList,
                 ": bands are 1 to 8, each once", arguments.bands)
             ->type_name("B-B,B,...");
     };
@@ -251,11 +250,31 @@ Option exporting() {
     };
 }
 
+Option measurements(const std::string& what) {
+    return [=](CLI::App& command, Arguments& arguments) {
+        command.add_option("FILE", arguments.measurements, what)->required();
+    };
+}
+
+Option measuring() {
+    return [](CLI::App& command, Arguments& arguments) {
+        addRead(command, "--columns",
+                "Columns of frequency and level, counted from 1; found by themselves unless told", columnPair,
+                ": columns are two different numbers from 1 on, with a comma between them", arguments.columns)
+            ->type_name("F,L");
+        namedFile("--calibration", "What the microphone adds, taken off every measurement",
+                  &Arguments::calibration, false)(command, arguments);
+        addRead(command, "--smoothing", "Width of smoothing in octaves, 1/1 to 1/48; none unless told",
+                smoothingOf, ": smoothing is none or 1/1 to 1/48", arguments.smoothing)
+            ->type_name("1/N|none");
+    };
+}
+
 Option channelOrSum() {
     return [](CLI::App& command, Arguments& arguments) {
         CLI::Option_group* which = command.add_option_group("response");
         addChannel(*which, arguments, "P");
-        addList(*which, "--sum", "Output channels whose responses are added", channelList,
+        addRead(*which, "--sum", "Output channels whose responses are added", channelList,
                 ": channels are 1 to 8, each once", arguments.summedChannels)
             ->type_name("P,P,...");
         which->require_option(1);
@@ -265,7 +284,7 @@ Option channelOrSum() {
 Option frequencies() {
     return [](CLI::App& command, Arguments& arguments) {
         CLI::Option_group* which = command.add_option_group("frequencies");
-        addList(*which, "--at", "Frequencies in Hz", frequencyList,
+        addRead(*which, "--at", "Frequencies in Hz", frequencyList,
                 ": frequencies are numbers of Hz, 0 or above, with commas between them",
                 arguments.frequenciesHz)
             ->type_name("HZ,HZ,...");

@@ -3,12 +3,15 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "cli/console.h"
 #include "cli/reporter.h"
 #include "filtertext/filter_export.h"
+#include "measure/measurement_text.h"
+#include "measure/smoothing.h"
 #include "params/channels.h"
 
 namespace CLI {
@@ -33,18 +36,22 @@ struct Arguments {
     std::string output;
     std::string image;
     std::string port;
-    std::uint8_t targetSet = 0;                ///< 1 to 5, or 0 for the default set
-    std::vector<std::uint8_t> targetSets;      ///< such numbers; empty where none were named
-    int set = 0;                               ///< 1 to 5, or 0 where none was named
-    int channel = 0;                           ///< page position 1 to 8, or 0 where none was named
-    std::vector<PagePosition> summedChannels;  ///< empty where none were named
-    std::vector<double> frequenciesHz;         ///< each finite and 0 or above; empty where none were named
-    std::size_t points = 1000;                 ///< number of frequencies where none were named, at least 2
-    std::vector<PagePosition> channels;        ///< empty where none were named
-    std::vector<std::size_t> bands;            ///< indices of bands, 0 to 7; empty where none were named
-    std::string channelName;                   ///< of a filter text; empty for its first
-    ExportForm exportForm = ExportForm::text;  ///< of exported filters
-    std::uint32_t filterMode = 0;              ///< index of filterMethodNames
+    std::uint8_t targetSet = 0;                 ///< 1 to 5, or 0 for the default set
+    std::vector<std::uint8_t> targetSets;       ///< such numbers; empty where none were named
+    int set = 0;                                ///< 1 to 5, or 0 where none was named
+    int channel = 0;                            ///< page position 1 to 8, or 0 where none was named
+    std::vector<PagePosition> summedChannels;   ///< empty where none were named
+    std::vector<double> frequenciesHz;          ///< each finite and 0 or above; empty where none were named
+    std::size_t points = 1000;                  ///< number of frequencies where none were named, at least 2
+    std::vector<PagePosition> channels;         ///< empty where none were named
+    std::vector<std::size_t> bands;             ///< indices of bands, 0 to 7; empty where none were named
+    std::string channelName;                    ///< of a filter text; empty for its first
+    ExportForm exportForm = ExportForm::text;   ///< of exported filters
+    std::vector<std::string> measurements;      ///< files with measurements
+    std::optional<MeasurementColumns> columns;  ///< of those files, where they were named
+    std::string calibration;                    ///< file of a microphone's; empty for none
+    Smoothing smoothing;                        ///< of measurements; none unless one was named
+    std::uint32_t filterMode = 0;               ///< index of filterMethodNames
     InputEq inputEq = InputEq::assumedOn;
     bool json = false;
     bool onlyReal = false;
@@ -112,6 +119,10 @@ namespace option {
 [[nodiscard]] Option importing();
 /// --format FORM and --with-volume.
 [[nodiscard]] Option exporting();
+/// FILE..., as Arguments::measurements: at least one.
+[[nodiscard]] Option measurements(const std::string& what);
+/// --columns, --calibration and --smoothing of measurements, which may be left out.
+[[nodiscard]] Option measuring();
 /// --channel P or --sum P,P,...: one of them must be given.
 [[nodiscard]] Option channelOrSum();
 /// --at HZ,HZ,... or --points N, which may be left out.

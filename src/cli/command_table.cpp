@@ -7,6 +7,7 @@
 #include "cli/edit_script.h"
 #include "cli/file_commands.h"
 #include "cli/filter_commands.h"
+#include "cli/measurement_command.h"
 #include "cli/port_commands.h"
 #include "cli/recover_command.h"
 #include "cli/response_command.h"
@@ -70,6 +71,10 @@ std::vector<CommandRow> fileCommands() {
          .example = "export-filters car.eqs --set 1 --channel 3 --output front-left.txt", .run = runExportFilters,
          .options = {file("Settings file"), oneSet(), oneChannel(), exporting(),
                      anyOutput("Text to write; standard output unless told")}},
+        {.name = "measurement", .purpose = "Read measurements, take their mean, and smooth it",
+         .example = "measurement left-seat.txt right-seat.txt --smoothing 1/6 --json", .run = runMeasurement,
+         .options = {measurements("Measurements: texts with frequency, level and perhaps phase"), measuring(), json()},
+         .more = measurementHelp()},
         {.name = "recover", .purpose = "Show what the window did not save, and write the newest of it to a file",
          .example = "recover --output rescued.eqs", .run = runRecover,
          .options = {json(),

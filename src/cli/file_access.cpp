@@ -117,6 +117,18 @@ std::string readTrouble(const std::string& file) {
     return fs::exists(status) && !fs::is_regular_file(status) ? "is no regular file" : "cannot be read";
 }
 
+std::string placedText(const std::string& file, std::size_t line, std::size_t column,
+                       const std::string& reason) {
+    std::string text = file;
+    if (line != 0) {
+        text.append(":").append(std::to_string(line));
+        if (column != 0) {
+            text.append(":").append(std::to_string(column));
+        }
+    }
+    return text.append(": ").append(reason);
+}
+
 std::optional<ParameterStore> loadStore(const std::string& file, const std::set<std::size_t>& tested,
                                         Reporter& reporter) {
     ParameterStore store;

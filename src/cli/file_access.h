@@ -30,6 +30,12 @@ namespace tessavo::cli {
 /// file", ...
 [[nodiscard]] std::string readTrouble(const std::string& file);
 
+/// What is wrong at a place of a file: "FILE:LINE:COLUMN: reason".
+/// \param line from 1; 0 for the whole file
+/// \param column from 1; 0 for the whole line
+[[nodiscard]] std::string placedText(const std::string& file, std::size_t line, std::size_t column,
+                                     const std::string& reason);
+
 /// Reads a settings file. Reports what fails.
 /// \param file its path in UTF-8
 /// \param tested indices of the sets whose records must be valid, at least one

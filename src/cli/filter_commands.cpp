@@ -14,18 +14,6 @@ namespace tessavo::cli {
 
 namespace {
 
-/// FILE:LINE:COLUMN: reason
-std::string placed(const std::string& file, std::size_t line, std::size_t column, const std::string& reason) {
-    std::string text = file;
-    if (line != 0) {
-        text.append(":").append(std::to_string(line));
-        if (column != 0) {
-            text.append(":").append(std::to_string(column));
-        }
-    }
-    return text.append(": ").append(reason);
-}
-
 /// Reads a filter text. Reports what fails, and returns nothing where the file cannot be read at all.
 std::optional<FilterText> loadFilterText(const std::string& file, const Arguments& arguments,
                                          Reporter& reporter) {
@@ -37,7 +25,7 @@ std::optional<FilterText> loadFilterText(const std::string& file, const Argument
     const std::string_view bytes(reinterpret_cast<const char*>(start->bytes.data()), start->bytes.size());
     FilterText text = readFilterText(bytes, arguments.channelName);
     if (!text.trouble.empty()) {
-        reporter.error(placed(file, text.troubleLine, text.troubleColumn, text.trouble));
+        reporter.error(placedText(file, text.troubleLine, text.troubleColumn, text.trouble));
     }
     return text;
 }
@@ -59,7 +47,7 @@ bool isReadable(const FilterText& text, const std::string& file, Reporter& repor
     bool readable = true;
     for (const FilterLine& line : text.lines) {
         if (line.kind == FilterLineKind::error) {
-            reporter.error(placed(file, line.line, line.column, line.reason));
+            reporter.error(placedText(file, line.line, line.column, line.reason));
             readable = false;
         }
     }

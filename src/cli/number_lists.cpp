@@ -83,4 +83,15 @@ std::optional<std::vector<double>> frequencyList(std::string_view text) {
     });
 }
 
+std::optional<MeasurementColumns> columnPair(std::string_view text) {
+    const auto columns = readList(text, [](std::string_view word) {
+        const auto column = wholeNumber<std::size_t>(word);
+        return column && *column >= 1 ? column : std::nullopt;
+    });
+    if (!columns || columns->size() != 2 || columns->front() == columns->back()) {
+        return std::nullopt;
+    }
+    return MeasurementColumns{columns->front(), columns->back()};
+}
+
 }  // namespace tessavo::cli

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "measure/measurement_text.h"
 #include "params/channels.h"
 
 namespace tessavo::cli {
@@ -21,5 +22,9 @@ namespace tessavo::cli {
 /// Frequencies in Hz named as "20,1000.5,2e4", in the order in which they were named.
 /// \return nothing unless each is a finite number, 0 or above
 [[nodiscard]] std::optional<std::vector<double>> frequencyList(std::string_view text);
+
+/// Columns of frequency and level named as "1,3", counted from 1.
+/// \return nothing unless they are two, and not the same
+[[nodiscard]] std::optional<MeasurementColumns> columnPair(std::string_view text);
 
 }  // namespace tessavo::cli

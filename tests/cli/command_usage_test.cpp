@@ -16,10 +16,11 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::StartsWith;
 
-constexpr std::array commands{"new",   "show",     "diff",    "edit",           "export",         "import",
-                              "curve", "response", "filters", "import-filters", "export-filters", "recover",
-                              "ports", "versions", "clip",    "live",           "write-set",      "read-set",
-                              "flash", "backup",   "restore", "verify"};
+constexpr std::array commands{
+    "new",      "show",     "diff",     "edit",           "export",         "import",
+    "curve",    "response", "filters",  "import-filters", "export-filters", "measurement",
+    "recover",  "ports",    "versions", "clip",           "live",           "write-set",
+    "read-set", "flash",    "backup",   "restore",        "verify"};
 
 TEST(CommandUsage, VersionNamesTheProgram) {
     const CommandResult result = run({"--version"});
@@ -125,6 +126,22 @@ INSTANTIATE_TEST_SUITE_P(
                     WrongUsage{"curve", "a", "--set", "1", "--channel", "0"},
                     WrongUsage{"curve", "a", "--set", "1", "--channel", "9"},
                     WrongUsage{"curve", "a", "--set", "1", "--channel", "1", "--input"}));
+
+INSTANTIATE_TEST_SUITE_P(Measurements, CommandWrongUsage,
+                         testing::Values(WrongUsage{"measurement"}, WrongUsage{"measurement", "--json"},
+                                         WrongUsage{"measurement", "a", "--smoothing", "1/0"},
+                                         WrongUsage{"measurement", "a", "--smoothing", "1/96"},
+                                         WrongUsage{"measurement", "a", "--smoothing", "1/49"},
+                                         WrongUsage{"measurement", "a", "--smoothing", "2/3"},
+                                         WrongUsage{"measurement", "a", "--smoothing", ""},
+                                         WrongUsage{"measurement", "a", "--smoothing"},
+                                         WrongUsage{"measurement", "a", "--columns", "0,1"},
+                                         WrongUsage{"measurement", "a", "--columns", "1,1"},
+                                         WrongUsage{"measurement", "a", "--columns", "1"},
+                                         WrongUsage{"measurement", "a", "--columns", "1,2,3"},
+                                         WrongUsage{"measurement", "a", "--columns", "f,l"},
+                                         WrongUsage{"measurement", "a", "--calibration"},
+                                         WrongUsage{"measurement", "a", "--set", "1"}));
 
 INSTANTIATE_TEST_SUITE_P(
     Responses, CommandWrongUsage, testing::ValuesIn([] {

@@ -51,5 +51,20 @@ TEST(FrequencyList, RefusesNegativeOnesAndOtherTexts) {
     }
 }
 
+TEST(ColumnPair, TakesTwoColumnsInTheirOrder) {
+    const auto columns = columnPair("12,3");
+    ASSERT_TRUE(columns);
+    EXPECT_EQ(columns->frequency, 12U);
+    EXPECT_EQ(columns->level, 3U);
+    EXPECT_TRUE(columnPair("1,2"));
+}
+
+TEST(ColumnPair, RefusesNoColumnsOneTwiceAndOtherTexts) {
+    for (const char* text : {"", "1", "1,", ",1", "0,1", "1,0", "1,1", "1,01", "1,2,3", "-1,2", "+1,2",
+                             " 1,2", "1, 2", "1.0,2", "a,b", "1;2", "1,99999999999999999999999"}) {
+        EXPECT_FALSE(columnPair(text)) << text;
+    }
+}
+
 }  // namespace
 }  // namespace tessavo::test
