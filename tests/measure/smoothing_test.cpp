@@ -105,6 +105,15 @@ TEST(Smoothed, IsEvenAndKeepsAConstantLevelAndThePhase) {
     }
 }
 
+TEST(Smoothed, KeepsItsDigitsWhereALevelHardlyChanges) {
+    for (const double riseDb : {1e-14, 1e-12, 1e-10, -1e-8}) {
+        const LevelCurve curve{{20.0, 20000.0}, {0.0, riseDb}, {}};
+        for (const double level : smoothed(curve, Smoothing{3}).levelsDb) {
+            ASSERT_NEAR(level, 0.0, 1.1 * std::fabs(riseDb) + 1e-13) << riseDb;
+        }
+    }
+}
+
 TEST(Smoothed, OfASlopeIsRaisedByItsMeanPower) {
     // By hand: the mean of 10^(s x / 10) for x from -w/2 to w/2 octaves is sinh(a) / a with a = ln(10) / 10 * s * w / 2.
     for (const double slopeDb : {-24.0, -3.0, 0.001, 12.0}) {
