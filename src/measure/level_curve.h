@@ -10,9 +10,11 @@ namespace tessavo {
 /// Between its points level and phase are straight lines over the logarithm of the frequency; beyond its ends they stay
 /// what they are at the end.
 struct LevelCurve {
-    std::vector<double> frequenciesHz{};  ///< above 0, each above the one before it; never empty in a curve that was made
-    std::vector<double> levelsDb{};       ///< one for each frequency, finite
-    std::vector<double> phasesDegrees{};  ///< one for each frequency, unwrapped; empty where there is no phase
+    std::vector<double>
+        frequenciesHz{};  ///< above 0, each above the one before it; never empty in a curve that was made
+    std::vector<double> levelsDb{};  ///< one for each frequency, finite
+    std::vector<double>
+        phasesDegrees{};  ///< one for each frequency, unwrapped; empty where there is no phase
 
     [[nodiscard]] bool hasPhase() const { return !phasesDegrees.empty(); }
 };
