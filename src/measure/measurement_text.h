@@ -20,9 +20,9 @@ struct MeasurementColumns {
 
 /// What a text with a measurement holds.
 struct MeasurementText {
-    LevelCurve curve{};            ///< its points by rising frequency, without 0 Hz; empty where there is a trouble
+    LevelCurve curve{};  ///< its points by rising frequency, without 0 Hz; empty where there is a trouble
     std::size_t skippedLines = 0;  ///< lines behind the first row of data that are neither blank nor data
-    std::string trouble{};         ///< why it cannot be read, as a sentence for a person; empty where it was read
+    std::string trouble{};  ///< why it cannot be read, as a sentence for a person; empty where it was read
     std::size_t troubleLine = 0;    ///< from 1; 0 where the trouble is the whole text's
     std::size_t troubleColumn = 0;  ///< the character in that line, from 1; 0 where it is the whole line's
 };
