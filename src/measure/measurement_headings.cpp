@@ -22,38 +22,22 @@ struct NameWord {
 };
 
 constexpr std::array nameWords = {
-    NameWord{"freq", ColumnName::frequency},
-    NameWord{"frek", ColumnName::frequency},
-    NameWord{"hz", ColumnName::frequency, true},
-    NameWord{"khz", ColumnName::frequency, true},
-    NameWord{"f", ColumnName::frequency, true},
-    NameWord{"db", ColumnName::level},
-    NameWord{"spl", ColumnName::level},
-    NameWord{"mag", ColumnName::level},
-    NameWord{"level", ColumnName::level},
-    NameWord{"pegel", ColumnName::level},
-    NameWord{"raw", ColumnName::level, true},
-    NameWord{"gain", ColumnName::level},
-    NameWord{"ampl", ColumnName::level},
-    NameWord{"offset", ColumnName::level},
-    NameWord{"target", ColumnName::level},
-    NameWord{"correction", ColumnName::level},
-    NameWord{"value", ColumnName::level},
-    NameWord{"pressure", ColumnName::level},
-    NameWord{"volt", ColumnName::level},
-    NameWord{"phas", ColumnName::phase},
-    NameWord{"deg", ColumnName::phase},
-    NameWord{"angle", ColumnName::phase, true},
-    NameWord{"ohm", ColumnName::impedance},
-    NameWord{"imped", ColumnName::impedance},
-    NameWord{"z", ColumnName::impedance, true},
-    NameWord{"zmag", ColumnName::impedance, true},
-    NameWord{"coher", ColumnName::coherence},
-    NameWord{"time", ColumnName::time, true},
-    NameWord{"sample", ColumnName::time, true},
-    NameWord{"samples", ColumnName::time, true},
-    NameWord{"seconds", ColumnName::time, true},
-    NameWord{"ms", ColumnName::time, true},
+    NameWord{"freq", ColumnName::frequency},     NameWord{"frek", ColumnName::frequency},
+    NameWord{"hz", ColumnName::frequency, true}, NameWord{"khz", ColumnName::frequency, true},
+    NameWord{"f", ColumnName::frequency, true},  NameWord{"db", ColumnName::level},
+    NameWord{"spl", ColumnName::level},          NameWord{"mag", ColumnName::level},
+    NameWord{"level", ColumnName::level},        NameWord{"pegel", ColumnName::level},
+    NameWord{"raw", ColumnName::level, true},    NameWord{"gain", ColumnName::level},
+    NameWord{"ampl", ColumnName::level},         NameWord{"offset", ColumnName::level},
+    NameWord{"target", ColumnName::level},       NameWord{"correction", ColumnName::level},
+    NameWord{"value", ColumnName::level},        NameWord{"pressure", ColumnName::level},
+    NameWord{"volt", ColumnName::level},         NameWord{"phas", ColumnName::phase},
+    NameWord{"deg", ColumnName::phase},          NameWord{"angle", ColumnName::phase, true},
+    NameWord{"ohm", ColumnName::impedance},      NameWord{"imped", ColumnName::impedance},
+    NameWord{"z", ColumnName::impedance, true},  NameWord{"zmag", ColumnName::impedance, true},
+    NameWord{"coher", ColumnName::coherence},    NameWord{"time", ColumnName::time, true},
+    NameWord{"sample", ColumnName::time, true},  NameWord{"samples", ColumnName::time, true},
+    NameWord{"seconds", ColumnName::time, true}, NameWord{"ms", ColumnName::time, true},
     NameWord{"t", ColumnName::time, true},
 };
 
@@ -194,8 +178,8 @@ class HeadingLine {
 
     /// The first cell of a name, from 1; 0 for none.
     [[nodiscard]] std::size_t firstOf(const std::vector<Cell>& cells, ColumnName name) const {
-        const auto found = std::ranges::find_if(
-            cells, [&](const Cell& cell) { return nameOf(cell.of(plain_)) == name; });
+        const auto found =
+            std::ranges::find_if(cells, [&](const Cell& cell) { return nameOf(cell.of(plain_)) == name; });
         return found == cells.end() ? 0 : static_cast<std::size_t>(found - cells.begin()) + 1;
     }
 
@@ -233,7 +217,8 @@ class HeadingLine {
     [[nodiscard]] ColumnHeading looseHeading(std::size_t columnCount) const {
         constexpr std::size_t thirdColumn = 3;
         ColumnHeading heading;
-        heading.phase = columnCount >= thirdColumn && firstOf(words_, ColumnName::phase) > 0 ? thirdColumn : 0;
+        heading.phase =
+            columnCount >= thirdColumn && firstOf(words_, ColumnName::phase) > 0 ? thirdColumn : 0;
         for (const ColumnName name : {ColumnName::coherence, ColumnName::impedance, ColumnName::level}) {
             if (const std::size_t found = firstOf(words_, name); found > 0) {
                 nameLevel(heading, words_[found - 1]);

@@ -20,10 +20,10 @@ struct TextPlace {
 
 /// The names of the columns, as far as a line tells them.
 struct ColumnHeading {
-    std::size_t frequency = 1;       ///< columns, from 1
+    std::size_t frequency = 1;  ///< columns, from 1
     std::size_t level = 2;
-    std::size_t phase = 0;           ///< 0 where none is named
-    double frequencyScale = 1.0;     ///< 1000 for kHz
+    std::size_t phase = 0;                     ///< 0 where none is named
+    double frequencyScale = 1.0;               ///< 1000 for kHz
     ColumnName firstName = ColumnName::other;  ///< time where the first column is no frequency
     ColumnName levelName = ColumnName::other;  ///< what the level is called
     TextPlace firstPlace{};

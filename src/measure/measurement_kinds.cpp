@@ -47,7 +47,8 @@ Likeness likenessOf(std::span<const MeasuredPoint> points) {
     likeness.thirdSpread = rmsAboutMean(thirds, thirdMean);
     double product = 0.0;
     for (const MeasuredPoint& point : points) {
-        product += (point.levelDb - levelMean) * (point.third - thirdMean) / static_cast<double>(points.size());
+        product +=
+            (point.levelDb - levelMean) * (point.third - thirdMean) / static_cast<double>(points.size());
     }
     const double spreads = likeness.levelSpread * likeness.thirdSpread;
     likeness.correlation = spreads > 0.0 ? product / spreads : 0.0;
@@ -174,9 +175,8 @@ bool areSamples(std::span<const MeasuredPoint> points) {
 }
 
 bool areLevelsWithin(std::span<const MeasuredPoint> points, double least, double most) {
-    return std::ranges::all_of(points, [&](const MeasuredPoint& point) {
-        return point.levelDb >= least && point.levelDb <= most;
-    });
+    return std::ranges::all_of(
+        points, [&](const MeasuredPoint& point) { return point.levelDb >= least && point.levelDb <= most; });
 }
 
 }  // namespace tessavo

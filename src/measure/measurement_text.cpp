@@ -4,6 +4,8 @@
 #include <array>
 #include <cmath>
 #include <limits>
+#include <span>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -163,7 +165,7 @@ class MeasurementReader {
     /// The column of the phase, or what may be one; 0 for none.
     [[nodiscard]] std::size_t thirdColumnOf(std::size_t columnCount) const {
         if (heading_) {
-            return chosen_ ? 0 : heading_->phase;
+            return heading_->phase;
         }
         const bool areFirst = columns_.frequency == 1 && columns_.level == 2;
         return areFirst && columnCount == thirdColumn ? thirdColumn : 0;
@@ -248,7 +250,7 @@ class MeasurementReader {
     MeasurementText result() {
         MeasurementText text;
         text.skippedLines = skippedLines_;
-        const bool hasPhase = third_ > 0 && (heading_ || isPhaseColumn(points_));
+        const bool hasPhase = third_ > 0 && !chosen_ && (heading_ || isPhaseColumn(points_));
         text.curve.phasesDegrees = hasPhase ? filledPhases(points_) : std::vector<double>();
         for (const MeasuredPoint& point : points_) {
             text.curve.frequenciesHz.push_back(point.frequencyHz);
