@@ -191,8 +191,7 @@ std::optional<TableForm> formOf(std::span<const std::string_view> lines, const M
         return std::nullopt;
     }
     for (std::size_t index = 0; index < separators.size(); ++index) {
-        const bool isClear = separators[index] != ColumnSeparator::commaAndBlank || rows[index] == most;
-        if (2 * rows[index] >= most && rows[index] > 0 && isClear) {
+        if (2 * rows[index] >= most && rows[index] > 0) {
             return TableForm{separators[index], signs[index]};
         }
     }

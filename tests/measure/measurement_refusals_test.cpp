@@ -1,8 +1,8 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 #include <iterator>
 #include <optional>
 #include <random>
@@ -68,7 +68,8 @@ std::string impedanceTable() {
 std::string impulseTable(double step) {
     std::string text;
     for (int sample = 0; sample < 400; ++sample) {
-        const double value = sample < 20 ? 0.0001 * std::sin(sample) : std::exp((20 - sample) / 12.0) * std::cos(0.9 * (sample - 20));
+        const double value = sample < 20 ? 0.0001 * std::sin(sample)
+                                         : std::exp((20 - sample) / 12.0) * std::cos(0.9 * (sample - 20));
         text.append(fixedText(sample * step, 7)).append(step > 0.0 ? "," : "");
         text.resize(step > 0.0 ? text.size() : text.rfind('\n') + 1);
         text.append(fixedText(value, 6)).append("\n");
@@ -77,8 +78,10 @@ std::string impulseTable(double step) {
 }
 
 TEST(MeasurementRefusals, Impedances) {
-    expectTrouble("* Freq(Hz) Impedance(Ohms) Phase(degrees)\n20 100 5\n30 200 -5\n", "impedance in ohms", 1, 12);
+    expectTrouble("* Freq(Hz) Impedance(Ohms) Phase(degrees)\n20 100 5\n30 200 -5\n", "impedance in ohms", 1,
+                  12);
     expectTrouble("Freq[Hz]  Ohm  Phase[Deg]\n20 5 5\n30 6 -5\n", "impedance", 1, 11);
+    expectTrouble("Freq;Magnitude (Ohm);Phase\n20;5;5\n30;6;-5\n", "impedance", 1, 6);
     expectTrouble("f;Z(f)\n20;5\n30;6\n", "impedance", 1, 3);
     expectTrouble("# Impedance of a tweeter\n20 5\n30 6\n", "impedance", 1, 3);
     expectTrouble(impedanceTable(), "impedance in ohms");
@@ -88,11 +91,13 @@ TEST(MeasurementRefusals, Impedances) {
 TEST(MeasurementRefusals, ImpulseResponses) {
     expectTrouble("Time (s),Value\n0.1,30\n0.2,40\n", "impulse response over time", 1, 1);
     expectTrouble("* Sample Amplitude\n0 30\n1 40\n", "impulse response", 1, 3);
+    expectTrouble("Time\tRight\n0.1\t30\n0.2\t40\n", "impulse response", 1, 1);
     expectTrouble("# Impulse response of the left one\n100 0.5\n110 -0.5\n", "impulse response", 1, 3);
     for (const double step : {1.0 / 48000.0, 1000.0 / 48000.0, 1.0}) {
         expectTrouble(impulseTable(step), "impulse response");
     }
     expectTrouble(impulseTable(0.0), "impulse response");
+    expectTrouble("0 .5\n.1 .4\n.2 .3\n.3 .4\n.4 .5\n.5 .4\n.6 .3\n.7 .2\n.8 .1\n", "impulse response");
     expectTrouble("Impulse Response data\n0 // Excitation\n0.5\n0.25\n", "impulse response", 1, 1);
 }
 
@@ -100,23 +105,34 @@ TEST(MeasurementRefusals, Coherences) {
     expectTrouble("Freq,Coherence\n20,0.5\n30,0.9\n", "coherence", 1, 6);
     expectTrouble("# Coherence\n20 0.5\n30 0.9\n", "coherence", 1, 3);
     EXPECT_EQ(readMeasurement("Frequency;Magnitude;Phase;Coherence\n20;1;2;0.5\n30;2;3;0.9\n").trouble, "");
-    expectTrouble("Frequency;Magnitude;Phase;Coherence\n20;1;2;0.5\n30;2;3;0.9\n", "coherence", 1, 27, MeasurementColumns{1, 4});
+    expectTrouble("Frequency;Magnitude;Phase;Coherence\n20;1;2;0.5\n30;2;3;0.9\n", "coherence", 1, 27,
+                  MeasurementColumns{1, 4});
 }
 
 TEST(MeasurementRefusals, WhatOnlyLooksLikeThemIsRead) {
     std::string microphone;  // of even steps, within +-2 dB
     for (int frequencyHz = 0; frequencyHz <= 20000; frequencyHz += 50) {
         microphone.append(std::to_string(frequencyHz)).append(" ");
-        microphone.append(fixedText(0.3 * std::sin(frequencyHz / 900.0) + frequencyHz / 20000.0, 3)).append("\n");
+        microphone.append(fixedText(0.3 * std::sin(frequencyHz / 900.0) + frequencyHz / 20000.0, 3))
+            .append("\n");
+    }
+    std::string ripple;  // swings about zero without a peak
+    for (int frequencyHz = 0; frequencyHz <= 2000; frequencyHz += 10) {
+        ripple.append(std::to_string(frequencyHz)).append(frequencyHz % 20 == 0 ? " -0.5\n" : " 0.75\n");
     }
     const std::string commented =
-        "* Impulse length = 65536\n* Impulse response window 5 ms, amplifier's output impedance low, coherence good\n"
+        "* Impulse length = 65536\n* Impulse response window 5 ms, amplifier's output impedance low, "
+        "coherence good\n"
         "* Freq(Hz) SPL(dB)\n20 1.5\n30 0.5\n";
     for (const std::string_view text :
-         {std::string_view(microphone), std::string_view(commented), std::string_view("# amplifier impedance 0.1 ohm\n20 -5\n30 6\n"),
-          std::string_view("# impulse response gated\n20 85\n30 86\n"), std::string_view("# Coherence was good\n20 85\n30 0.5\n"),
+         {std::string_view(microphone), std::string_view(ripple), std::string_view(commented),
+          std::string_view("# amplifier impedance 0.1 ohm\n20 -5\n30 6\n"),
+          std::string_view("# impulse response gated\n20 85\n30 86\n"),
+          std::string_view("# Coherence was good\n20 85\n30 0.5\n"),
           std::string_view("20 9\n30 8\n40 7\n50 6\n60 5\n70 4\n80 3\n90 2\n"),
-          std::string_view("20 80 40\n30 81 20\n40 82 10\n50 83 0\n60 84 -20\n70 83 -40\n80 85 -50\n90 82 -60\n")}) {
+          std::string_view("20 9 8\n30 8 8\n40 7 7\n50 6 7\n60 5 6\n70 4 5\n80 3 2\n90 2 1\n"),
+          std::string_view(
+              "20 80 40\n30 81 20\n40 82 10\n50 83 0\n60 84 -20\n70 83 -40\n80 85 -50\n90 82 -60\n")}) {
         EXPECT_EQ(readMeasurement(text).trouble, "") << text.substr(0, 100);
     }
 }
@@ -125,7 +141,8 @@ TEST(MeasurementRefusals, EmptyTextsAndTextsWithoutARowOrWithOne) {
     for (const std::string_view empty : {"", " ", "\n\r\n \t\r", "\xEF\xBB\xBF", "\xEF\xBB\xBF\r\n"}) {
         expectTrouble(empty, "It is empty.");
     }
-    for (const std::string_view none : {"words", "* 20 60\n# 30 61\n", "20\n30\n", "nan nan\ninf inf\n", "-20 60\n-30 61\n", "a,b\nc,d\n"}) {
+    for (const std::string_view none : {"words", "* 20 60\n# 30 61\n", "20\n30\n", "nan nan\ninf inf\n",
+                                        "-20 60\n-30 61\n", "a,b\nc,d\n"}) {
         expectTrouble(none, "no row of numbers");
     }
     expectTrouble("Freq dB\n20 60\n", "only one frequency", 2);
@@ -135,7 +152,8 @@ TEST(MeasurementRefusals, EmptyTextsAndTextsWithoutARowOrWithOne) {
 }
 
 TEST(MeasurementRefusals, ChosenColumnsThatAreNotThere) {
-    expectTrouble("Freq dB\n20 60\n30 61\n", "There is no column 5; this row has 2.", 2, 0, MeasurementColumns{1, 5});
+    expectTrouble("Freq dB\n20 60\n30 61\n", "There is no column 5; this row has 2.", 2, 0,
+                  MeasurementColumns{1, 5});
     expectTrouble("20 60\n30 61\n", "There is no column 3", 1, 0, MeasurementColumns{3, 2});
     expectTrouble("20;60;left\n30;61;left\n", "no number in column 3", 1, 7, MeasurementColumns{1, 3});
     expectTrouble("20 60\n", "counted from 1", 0, 0, MeasurementColumns{0, 2});
@@ -147,8 +165,12 @@ TEST(MeasurementRefusals, ChosenColumnsThatAreNotThere) {
 
 TEST(MeasurementRefusals, WhatIsNoTextAndWhatIsTooLarge) {
     using namespace std::string_view_literals;
-    expectTrouble("20 60\n\xE4 30 61\0\n40 62\n"sv, "a byte of it is zero. A text in UTF-16 must be saved as UTF-8.", 2, 8);
-    expectTrouble("\xFF\xFE" "2\0000\0\n\0"sv, "UTF-16", 1, 4);
+    expectTrouble("20 60\n\xE4 30 61\0\n40 62\n"sv,
+                  "a byte of it is zero. A text in UTF-16 must be saved as UTF-8.", 2, 8);
+    expectTrouble(
+        "\xFF\xFE"
+        "2\0000\0\n\0"sv,
+        "UTF-16", 1, 4);
     expectTrouble("\0"sv, "zero", 1, 1);
     std::string large = "20 60\n30 61\n";
     large.resize(mostMeasurementBytes, ' ');
@@ -158,7 +180,8 @@ TEST(MeasurementRefusals, WhatIsNoTextAndWhatIsTooLarge) {
 }
 
 const std::string_view wholeText =
-    "* M\xC3\xA4rz\r\r\n* Freq(Hz), SPL(dB), Phase(degrees)\r\r\n0.0, 50.0, 1\r\r\n20.5, 60.25, 170.0\r\r\n30, -.5, -170\r\r\n"
+    "* M\xC3\xA4rz\r\r\n* Freq(Hz), SPL(dB), Phase(degrees)\r\r\n0.0, 50.0, 1\r\r\n20.5, 60.25, "
+    "170.0\r\r\n30, -.5, -170\r\r\n"
     "30, 1e1, -165\r\r\n\r\r\n4,000.5; 3\r\r\n40,,5\r\r\npeak\t0.0Hz\r\r\n50.5, 61.5, 160";
 
 TEST(MeasurementRefusals, ACutOrADamagedTextBreaksNoPromise) {
@@ -180,8 +203,10 @@ TEST(MeasurementRefusals, ACutOrADamagedTextBreaksNoPromise) {
 
 TEST(MeasurementRefusals, RandomTextsBreakNoPromise) {
     std::mt19937 random(20260823);
-    constexpr std::string_view pieces[] = {"1",  "20", "9999999999", ".", ",", ";", " ", "\t", "\n", "\r", "-", "+", "e5", "E-300",
-                                           "1e308", "0", "Freq", "dB", "Phase", "Ohm", "*", "\"", "(", "]", "\xC3\xA4", "\xFF", "'"};
+    constexpr std::string_view pieces[] = {"1",     "20", "9999999999", ".",        ",",     ";",   " ",
+                                           "\t",    "\n", "\r",         "-",        "+",     "e5",  "E-300",
+                                           "1e308", "0",  "Freq",       "dB",       "Phase", "Ohm", "*",
+                                           "\"",    "(",  "]",          "\xC3\xA4", "\xFF",  "'"};
     for (int round = 0; round < 20000; ++round) {
         std::string text;
         for (std::size_t count = random() % 40; count > 0; --count) {
@@ -201,8 +226,10 @@ TEST(MeasurementRefusals, RandomTextsBreakNoPromise) {
 
 TEST(MeasurementRefusals, NumbersOfAnySizeBreakNoPromise) {
     for (const std::string_view number :
-         {"1e308", "-1e308", "1e-320", "1e309", "999999999999999999999999999999", "1e99999999999999999999", "4.9e-324"}) {
-        for (const std::string_view row : {"20 60 @\n30 61 @\n", "@ 60\n@ 61\n30 1\n", "20 @\n30 @\n40 1\n", "Freq dB phase\n20 1 @\n30 2 @\n"}) {
+         {"1e308", "-1e308", "1e-320", "1e309", "999999999999999999999999999999", "1e99999999999999999999",
+          "4.9e-324"}) {
+        for (const std::string_view row : {"20 60 @\n30 61 @\n", "@ 60\n@ 61\n30 1\n", "20 @\n30 @\n40 1\n",
+                                           "Freq dB phase\n20 1 @\n30 2 @\n"}) {
             std::string text(row);
             for (std::size_t at = 0; (at = text.find('@')) != std::string::npos;) {
                 text.replace(at, 1, number);

@@ -40,6 +40,15 @@ TEST(MeasurementText, CommentsBeginWithAnyOfFiveSignsOrThereAreNone) {
     }
 }
 
+TEST(MeasurementText, ACommentIsNoDataWhicheverColumnsAreChosen) {
+    for (const std::string_view sign : {"*", "#", "%", ";", "\""}) {
+        const std::string text = std::string("1\t20\t60\n").append(sign).append("\t25\t99\n2\t30\t61\n");
+        const MeasurementText read = readGood(text, MeasurementColumns{2, 3});
+        EXPECT_THAT(read.curve.frequenciesHz, ElementsAre(20, 30)) << sign;
+        EXPECT_EQ(read.skippedLines, 1U);
+    }
+}
+
 TEST(MeasurementText, ColumnsArePartedByTabsBlanksCommasAndSemicolons) {
     for (const std::string_view separator :
          {"\t", " ", "   ", ",", ", ", " , ", ";", "; ", " \t ", "\t\t", ",\t", "\xC2\xA0"}) {
@@ -60,6 +69,7 @@ TEST(MeasurementText, ACommaIsADecimalSignWhereNothingElseMakesSense) {
     expectCurve("20,5 100,1\n25,5 101,2\n", {20.5, 25.5}, {100.1, 101.2});
     expectCurve("20 100,5\n25 101,5\n", {20, 25}, {100.5, 101.5});
     expectCurve("20,5, 60,1\n30,5, 61,2\n", {20.5, 30.5}, {60.1, 61.2});
+    expectCurve("20, 60\n30,5, 61,2\n40,5, 62,5\n", {20, 30.5, 40.5}, {60, 61.2, 62.5});
     expectCurve("20,000\t60\n31,500\t61\n", {20, 31.5}, {60, 61});
     expectCurve("20,60\n30,61\n", {20, 30}, {60, 61});
     expectCurve("20, 60\n30, 61\n", {20, 30}, {60, 61});
@@ -221,6 +231,8 @@ TEST(MeasurementText, WithoutAHeadingAThirdColumnIsAPhaseWhereItTurns) {
         << "it turns by 11 degrees only";
     EXPECT_TRUE(readGood("20 70 -100\n30 71 -900\n40 72 -1740\n50 71 -2600\n").curve.hasPhase())
         << "of many turns";
+    EXPECT_TRUE(readGood("20 120 300\n30 20 340\n40 120 20\n50 20 60\n").curve.hasPhase())
+        << "no level falls by 320 dB";
     EXPECT_TRUE(readGood("100 0 0\n1000 -3 -45\n10000 -20 -84\n").curve.hasPhase()) << "a low-pass";
 }
 
