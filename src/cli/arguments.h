@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -42,9 +43,12 @@ struct Arguments {
     std::size_t points = 1000;                 ///< number of frequencies where none were named, at least 2
     std::vector<PagePosition> channels;        ///< empty where none were named
     std::vector<std::size_t> bands;            ///< indices of bands, 0 to 7; empty where none were named
-    std::string channelName;                   ///< of a filter text; empty for its first
-    ExportForm exportForm = ExportForm::text;  ///< of exported filters
-    std::uint32_t filterMode = 0;              ///< index of filterMethodNames
+    std::vector<std::optional<double>> distancesCm;  ///< eight by page position; empty where times were named
+    std::vector<std::optional<double>> timesMs;  ///< eight by page position; empty where distances were named
+    double airCelsius = 20.0;                    ///< lowestAirCelsius to highestAirCelsius
+    std::string channelName;                     ///< of a filter text; empty for its first
+    ExportForm exportForm = ExportForm::text;    ///< of exported filters
+    std::uint32_t filterMode = 0;                ///< index of filterMethodNames
     InputEq inputEq = InputEq::assumedOn;
     bool json = false;
     bool onlyReal = false;
@@ -116,6 +120,8 @@ namespace option {
 [[nodiscard]] Option channelOrSum();
 /// --at HZ,HZ,... or --points N, which may be left out.
 [[nodiscard]] Option frequencies();
+/// --distances CM,CM,... or --times MS,MS,..., one of which must be given, and --temperature.
+[[nodiscard]] Option alignment();
 [[nodiscard]] Option json();
 [[nodiscard]] Option onlyReal();
 [[nodiscard]] Option force();

@@ -83,4 +83,21 @@ std::optional<std::vector<double>> frequencyList(std::string_view text) {
     });
 }
 
+std::optional<std::vector<std::optional<double>>> positionList(std::string_view text) {
+    using Value = std::optional<double>;
+    auto values = readList(text, [](std::string_view word) -> std::optional<Value> {
+        if (word == "-") {
+            return Value();
+        }
+        const auto value = finiteNumber(word);
+        return value && *value >= 0.0 && *value <= mostPositionValue ? std::optional<Value>(value)
+                                                                     : std::nullopt;
+    });
+    const auto isTold = [](const Value& value) { return value.has_value(); };
+    if (values && (values->size() != channelCount || std::ranges::none_of(*values, isTold))) {
+        return std::nullopt;
+    }
+    return values;
+}
+
 }  // namespace tessavo::cli

@@ -16,10 +16,10 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::StartsWith;
 
-constexpr std::array commands{"new",   "show",     "diff",    "edit",           "export",         "import",
-                              "curve", "response", "filters", "import-filters", "export-filters", "recover",
-                              "ports", "versions", "clip",    "live",           "write-set",      "read-set",
-                              "flash", "backup",   "restore", "verify"};
+constexpr std::array commands{
+    "new",     "show",           "diff",           "edit",  "export",  "import",  "curve",    "response",
+    "filters", "import-filters", "export-filters", "align", "recover", "ports",   "versions", "clip",
+    "live",    "write-set",      "read-set",       "flash", "backup",  "restore", "verify"};
 
 TEST(CommandUsage, VersionNamesTheProgram) {
     const CommandResult result = run({"--version"});
