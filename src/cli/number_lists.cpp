@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "base/number_text.h"
+#include "measure/alignment.h"
 
 namespace tessavo::cli {
 
@@ -90,8 +91,8 @@ std::optional<std::vector<std::optional<double>>> positionList(std::string_view 
             return Value();
         }
         const auto value = finiteNumber(word);
-        return value && *value >= 0.0 && *value <= mostPositionValue ? std::optional<Value>(value)
-                                                                     : std::nullopt;
+        return value && *value >= 0.0 && *value <= mostToldOfPlace ? std::optional<Value>(value)
+                                                                   : std::nullopt;
     });
     const auto isTold = [](const Value& value) { return value.has_value(); };
     if (values && (values->size() != channelCount || std::ranges::none_of(*values, isTold))) {

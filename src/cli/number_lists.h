@@ -22,11 +22,8 @@ namespace tessavo::cli {
 /// \return nothing unless each is a finite number, 0 or above
 [[nodiscard]] std::optional<std::vector<double>> frequencyList(std::string_view text);
 
-/// Most that positionList() takes.
-inline constexpr double mostPositionValue = 100000.0;
-
 /// Values of all channels by page position, as "112,142.5,-,138,124,148,96,245"; "-" gives none.
-/// \return nothing unless these are eight, each "-" or 0 to mostPositionValue, and one at least is a number
+/// \return nothing unless these are eight, each "-" or 0 to mostToldOfPlace, and one at least is a number
 [[nodiscard]] std::optional<std::vector<std::optional<double>>> positionList(std::string_view text);
 
 }  // namespace tessavo::cli

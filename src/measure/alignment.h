@@ -15,6 +15,8 @@ inline constexpr double mostGroupDelayMs = 2.0;    ///< that an alignment gives 
 inline constexpr double mostChannelDelayMs = 2.0;  ///< and to the channel's own
 inline constexpr double lowestAirCelsius = -40.0;
 inline constexpr double highestAirCelsius = 60.0;
+/// Most centimeters or milliseconds that a person tells of a loudspeaker.
+inline constexpr double mostToldOfPlace = 100000.0;
 
 /// Speed of sound in dry air of 20 degrees Celsius and others, in metres a second: 331.3 sqrt(1 + t / 273.15).
 /// \param celsius lowestAirCelsius to highestAirCelsius
