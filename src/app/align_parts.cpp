@@ -95,41 +95,46 @@ void AlignLegend::paintEvent(QPaintEvent* /*event*/) {
 }
 
 AlignVerdict::AlignVerdict(QWidget* parent)
-    : QWidget(parent), first_(makeLabel({}, this)), second_(makeLabel({}, this)) {
-    for (CColorControl* const line : {first_, second_}) {
-        line->setFont(theme::font(12));
-    }
-    first_->setColors(QColor::fromRgb(theme::text));
+    : QWidget(parent), lines_{makeLabel({}, this), makeLabel({}, this)} {
+    lines_[0]->setColors(QColor::fromRgb(theme::text));
 }
 
 void AlignVerdict::showText(const QString& first, const QString& second, bool isShortfall) {
-    if (first == first_->text() && second == second_->text() && isShortfall == isShortfall_) {
+    const std::array texts{first, second};
+    if (texts == texts_ && isShortfall == isShortfall_) {
         return;
     }
-    first_->setText(first);
-    second_->setText(second);
-    first_->setToolTip(plainToolTip(first));
-    second_->setToolTip(plainToolTip(second));
+    texts_ = texts;
     isShortfall_ = isShortfall;
     layOut();
     update();
     if (QAccessible::isActive()) {
-        QAccessibleEvent alert(first_, QAccessible::Alert);
+        QAccessibleEvent alert(lines_[0], QAccessible::Alert);
         QAccessible::updateAccessibility(&alert);
     }
 }
 
 QString AlignVerdict::text() const {
-    return second_->text().isEmpty() ? first_->text() : first_->text() + QLatin1Char('\n') + second_->text();
+    return texts_[1].isEmpty() ? texts_[0] : texts_[0] + QLatin1Char('\n') + texts_[1];
 }
 
 void AlignVerdict::layOut() {
     const int left = isShortfall_ ? textLeft : signLeft;
-    const int lines = second_->text().isEmpty() ? 1 : 2;
-    const int top = (height() - lines * lineHeight) / 2;
-    first_->setGeometry(left, top, width() - left - signLeft, lineHeight);
-    second_->setGeometry(left, top + lineHeight, width() - left - signLeft, lineHeight);
-    second_->setVisible(lines == 2);
+    const int room = width() - left - signLeft;
+    const int shown = texts_[1].isEmpty() ? 1 : 2;
+    int top = (height() - shown * lineHeight) / 2;
+    for (std::size_t i = 0; i < lines_.size(); ++i) {
+        CColorControl& line = *lines_.at(i);
+        const QString& text = texts_.at(i);
+        const bool isWide = QFontMetrics(theme::font(12)).horizontalAdvance(text) > room;
+        line.setFont(theme::font(isWide ? 11 : 12));
+        line.setText(line.fontMetrics().elidedText(text, Qt::ElideRight, room));
+        line.setAccessibleName(text);
+        line.setToolTip(line.text() == text ? QString() : plainToolTip(text));
+        line.setGeometry(left, top, room, lineHeight);
+        line.setVisible(!text.isEmpty());
+        top += lineHeight;
+    }
 }
 
 void AlignVerdict::resizeEvent(QResizeEvent* event) {

@@ -4,6 +4,7 @@
 #include <QPointF>
 #include <QString>
 #include <QWidget>
+#include <array>
 
 class QPainter;
 class QRectF;
@@ -46,7 +47,7 @@ class AlignVerdict : public QWidget {
 
     void showText(const QString& first, const QString& second, bool isShortfall);
     [[nodiscard]] bool isShortfall() const { return isShortfall_; }
-    /// Both lines.
+    /// Both lines, also where a label cuts them.
     [[nodiscard]] QString text() const;
 
  protected:
@@ -56,8 +57,8 @@ class AlignVerdict : public QWidget {
  private:
     void layOut();
 
-    CColorControl* first_;
-    CColorControl* second_;
+    std::array<CColorControl*, 2> lines_;
+    std::array<QString, 2> texts_;
     bool isShortfall_ = false;
 };
 

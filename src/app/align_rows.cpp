@@ -44,9 +44,10 @@ constexpr int channelLeft = 604;
 constexpr int channelWidth = 76;
 constexpr int signLeft = 696;
 constexpr int resultLeft = 717;
-constexpr int resultWidth = 104;
+constexpr int resultWidth = 106;
 constexpr int coarseSteps = 10;
 constexpr int longestText = 12;
+constexpr int nameInSentence = 120;
 
 CColorControl* valueLabel(const QRect& place, QRgb color, QWidget* parent) {
     CColorControl* const label = makeLabel({}, parent);
@@ -162,7 +163,8 @@ void AlignRows::showTexts(const AlignTexts& texts, AlignmentUnit unit) {
     for (std::uint8_t position = 0; position < channelCount; ++position) {
         const Row& row = rows_.at(position);
         row.told->setValueText(texts.at(position));
-        row.told->setAccessibleName(what + QStringLiteral(" of ") + nameOf({position}));
+        row.told->setAccessibleName(what + QStringLiteral(" of ") +
+                                    channelTitle(tuning_.notes(), recordChannelAt({position})));
         row.unit->setText(isDistance ? QStringLiteral("cm") : QStringLiteral("ms"));
         row.told->setUnit(row.unit->text());
         warnOf(*row.told);
@@ -198,7 +200,9 @@ std::optional<ArrivalTimes> AlignRows::values() const {
 QString AlignRows::nameOf(PagePosition position) const {
     const RecordChannel channel = recordChannelAt(position);
     const QString name = channelNameText(tuning_.notes(), channel);
-    return name.isEmpty() ? channelNumber(channel) : name;
+    // A sentence has room for so much of a name and no more.
+    return name.isEmpty() ? channelNumber(channel)
+                          : QFontMetrics(theme::font(11)).elidedText(name, Qt::ElideRight, nameInSentence);
 }
 
 void AlignRows::showAlignment(const Alignment& alignment, const ArrivalTimes& times, double celsius) {
@@ -210,8 +214,10 @@ void AlignRows::showAlignment(const Alignment& alignment, const ArrivalTimes& ti
         row.needs->setText(channel ? tenths(channel->neededMs) : QString());
         row.group->setText(channel ? tenths(channel->groupTenthMs / 10.0) : QString());
         row.channel->setText(channel ? tenths(channel->channelTenthMs / 10.0) : QString());
-        row.result->setText(channel ? textOf(alignmentResult(*channel, celsius))
-                                    : QStringLiteral("stays as it is"));
+        const QString result =
+            channel ? textOf(alignmentResult(*channel, celsius)) : QStringLiteral("stays as it is");
+        row.result->setText(row.result->fontMetrics().elidedText(result, Qt::ElideRight, resultWidth));
+        row.result->setToolTip(row.result->text() == result ? QString() : plainToolTip(result));
         row.result->setColors(QColor::fromRgb(!channel                 ? theme::text2
                                               : channel->missingMs > 0 ? theme::trouble
                                                                        : theme::text));
