@@ -1,5 +1,6 @@
 #include "app/align_dialog.h"
 
+#include <QScrollArea>
 #include <algorithm>
 #include <vector>
 
@@ -8,6 +9,8 @@
 #include "base/number_text.h"
 #include "controls/color_control.h"
 #include "controls/number_edit.h"
+#include "controls/screen_room.h"
+#include "controls/scroll_body.h"
 #include "controls/skin_button.h"
 #include "controls/skin_radio_button.h"
 #include "controls/theme.h"
@@ -38,16 +41,18 @@ QString quoted(const QString& text) {
 }  // namespace
 
 AlignDialog::AlignDialog(const TuningState& tuning, const AlignInputs& inputs, QWidget* parent)
-    : CDialogSK(parent), tuning_(tuning), inputs_(inputs) {
+    : CDialogSK(parent), tuning_(tuning), body_(new QWidget), inputs_(inputs) {
     setObjectName(QStringLiteral("align"));
     setWindowFlags(Qt::Dialog | Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint);
     setWindowTitle(QStringLiteral("Align"));
-    setFixedSize(usualSize);
+    body_->setFixedSize(usualSize - QSize(0, footHeight));
+    area_ = makeScrollBody(body_, this);
+    area_->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     makeHead();
-    rows_ = new AlignRows(tuning, this);
+    rows_ = new AlignRows(tuning, body_);
     rows_->move(margin, tableTop);
-    verdict_ = new AlignVerdict(this);
-    verdict_->setGeometry(margin, verdictTop, width() - 2 * margin, verdictHeight);
+    verdict_ = new AlignVerdict(body_);
+    verdict_->setGeometry(margin, verdictTop, body_->width() - 2 * margin, verdictHeight);
     makeFoot();
     setTabOrders();
     connect(rows_, &AlignRows::changed, this, &AlignDialog::alignAnew);
@@ -57,23 +62,24 @@ AlignDialog::AlignDialog(const TuningState& tuning, const AlignInputs& inputs, Q
     connect(byDistance_, &QAbstractButton::toggled, this, [this](bool isChecked) {
         showUnit(isChecked ? AlignmentUnit::centimeters : AlignmentUnit::milliseconds);
     });
+    setFixedSize(usualSize.boundedTo(roomOnScreen(parent)));
     alignAnew();
     rows_->box({0}).setFocus();
 }
 
 void AlignDialog::makeHead() {
-    byDistance_ = new SkinRadioButton(QStringLiteral("Distances"), noControl, this);
+    byDistance_ = new SkinRadioButton(QStringLiteral("Distances"), noControl, body_);
     byDistance_->setGeometry(13, headTop, 95, controlHeight);
     byDistance_->setToolTip(QStringLiteral("From each loudspeaker to the seat, in cm"));
-    byTime_ = new SkinRadioButton(QStringLiteral("Times"), noControl, this);
+    byTime_ = new SkinRadioButton(QStringLiteral("Times"), noControl, body_);
     byTime_->setGeometry(121, headTop, 73, controlHeight);
     byTime_->setToolTip(
         QStringLiteral("When the sound of each loudspeaker arrives at the seat, in ms, as measured"));
-    CColorControl* const air = makeLabel(QStringLiteral("Air temperature"), this);
+    CColorControl* const air = makeLabel(QStringLiteral("Air temperature"), body_);
     air->setFont(theme::font(12));
     air->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     air->setGeometry(206, headTop, 104, controlHeight);
-    celsius_ = new NumberEdit(noControl, this);
+    celsius_ = new NumberEdit(noControl, body_);
     celsius_->setAccessibleName(air->text());
     celsius_->setUnit(QStringLiteral("\u00b0C"));
     celsius_->setColor(theme::quality);
@@ -81,14 +87,14 @@ void AlignDialog::makeHead() {
     celsius_->setAlignment(Qt::AlignRight);
     celsius_->setGeometry(318, headTop + 2, 52, 24);
     celsius_->setValueText(inputs_.celsius);
-    CColorControl* const unit = makeLabel(celsius_->unit(), this);
+    CColorControl* const unit = makeLabel(celsius_->unit(), body_);
     unit->setGeometry(374, headTop, 24, controlHeight);
-    speed_ = makeLabel({}, this);
+    speed_ = makeLabel({}, body_);
     speed_->setFont(theme::font(12));
     speed_->setColors(QColor::fromRgb(theme::text));
     speed_->setGeometry(404, headTop, 80, controlHeight);
-    auto* const legend = new AlignLegend(this);
-    legend->move(width() - margin - legend->width(), headTop + (controlHeight - legend->height()) / 2);
+    auto* const legend = new AlignLegend(body_);
+    legend->move(body_->width() - margin - legend->width(), headTop + (controlHeight - legend->height()) / 2);
     connect(celsius_, &QLineEdit::textChanged, this, &AlignDialog::alignAnew);
     connect(celsius_, &NumberEdit::stepRequested, this, [this](int steps, bool coarse) {
         if (const auto celsius = numberWithin(celsius_->text(), lowestAirCelsius, highestAirCelsius)) {
@@ -101,11 +107,9 @@ void AlignDialog::makeHead() {
 }
 
 void AlignDialog::makeFoot() {
-    CColorControl* const note = makeLabel(
+    note_ = makeLabel(
         QStringLiteral("One step of undo. Group delays of \"Output Group\" first, the rest in the channel."),
         this);
-    const int top = height() - footHeight + (footHeight - controlHeight) / 2;
-    note->setGeometry(margin, top, 644, controlHeight);
     apply_ = makeButton(QStringLiteral("Apply"), this);
     apply_->setAccented(true);
     cancel_ = makeButton(QStringLiteral("Cancel"), this);
@@ -113,8 +117,6 @@ void AlignDialog::makeFoot() {
         button->setAutoDefault(true);
     }
     apply_->setDefault(true);
-    cancel_->setGeometry(width() - margin - buttonWidth, top, buttonWidth, controlHeight);
-    apply_->setGeometry(cancel_->x() - gap - buttonWidth, top, buttonWidth, controlHeight);
     connect(apply_, &QAbstractButton::clicked, this, &QDialog::accept);
     connect(cancel_, &QAbstractButton::clicked, this, &QDialog::reject);
 }
@@ -228,6 +230,15 @@ void AlignDialog::showShortfall() {
 void AlignDialog::paintBackground(QPainter& painter, QSize size) const {
     CDialogSK::paintBackground(painter, size);
     paintFoot(painter, size, footHeight);
+}
+
+void AlignDialog::resizeEvent(QResizeEvent* event) {
+    CDialogSK::resizeEvent(event);
+    area_->setGeometry(0, 0, width(), height() - footHeight);
+    const int top = height() - footHeight + (footHeight - controlHeight) / 2;
+    cancel_->setGeometry(width() - margin - buttonWidth, top, buttonWidth, controlHeight);
+    apply_->setGeometry(cancel_->x() - gap - buttonWidth, top, buttonWidth, controlHeight);
+    note_->setGeometry(margin, top, apply_->x() - margin - gap, controlHeight);
 }
 
 }  // namespace tessavo

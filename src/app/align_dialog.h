@@ -8,6 +8,8 @@
 #include "measure/alignment.h"
 #include "params/tuning_state.h"
 
+class QScrollArea;
+
 namespace tessavo {
 
 class AlignVerdict;
@@ -30,6 +32,7 @@ class AlignDialog : public CDialogSK {
     Q_OBJECT
 
  public:
+    /// On a smaller screen all but the foot scrolls.
     static constexpr QSize usualSize{860, 486};
 
     /// \param tuning outlives the dialog
@@ -45,6 +48,7 @@ class AlignDialog : public CDialogSK {
 
  protected:
     void paintBackground(QPainter& painter, QSize size) const override;
+    void resizeEvent(QResizeEvent* event) override;
 
  private:
     void makeHead();
@@ -57,6 +61,8 @@ class AlignDialog : public CDialogSK {
     void showWrong(PagePosition position);
 
     const TuningState& tuning_;
+    QScrollArea* area_ = nullptr;
+    QWidget* body_;       ///< of all but the foot
     AlignInputs inputs_;  ///< texts of the unit that is not shown, besides
     std::optional<Alignment> alignment_;
     SkinRadioButton* byDistance_ = nullptr;
@@ -65,6 +71,7 @@ class AlignDialog : public CDialogSK {
     CColorControl* speed_ = nullptr;
     AlignRows* rows_ = nullptr;
     AlignVerdict* verdict_ = nullptr;
+    CColorControl* note_ = nullptr;
     CxSkinButton* apply_ = nullptr;
     CxSkinButton* cancel_ = nullptr;
 };

@@ -261,6 +261,7 @@ QString takeAlignPicture(ExampleWindow& window, const PictureTaker& take) {
     std::ranges::transform(distanceExamples, inputs.distances.begin(),
                            [](int centimeters) { return QString::number(centimeters); });
     AlignDialog dialog(window.tuning(), inputs, &window.frame());
+    dialog.setFixedSize(AlignDialog::usualSize);
     dialog.setAttribute(Qt::WA_DontShowOnScreen);
     dialog.show();
     return take(dialog, "align");

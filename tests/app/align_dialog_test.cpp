@@ -106,6 +106,8 @@ class Aligning : public UndoTest {
 
     AlignDialog& showAlone(const AlignInputs& inputs = {}) {
         alone_ = std::make_unique<AlignDialog>(tuning, inputs, frame.get());
+        // Whatever the size of the screen is.
+        alone_->setFixedSize(AlignDialog::usualSize);
         alone_->open();
         alone_->activateWindow();
         EXPECT_TRUE(QTest::qWaitFor([this] { return QApplication::activeWindow() == alone_.get(); }));
@@ -370,6 +372,23 @@ TEST_F(Aligning, InLiveModeTheTargetHoldsTheDelays) {
     undoKey();
     ASSERT_TRUE(targetPlaysTheImage());
     EXPECT_EQ(std::memcmp(target.memory().live.data(), &before, sizeof before), 0);
+}
+
+TEST_F(Aligning, ScrollsWhereTheScreenIsSmallAndKeepsItsFoot) {
+    AlignDialog& dialog = showAlone();
+    dialog.setFixedSize(500, 300);
+    settleEvents();
+    for (const char* caption : {"Apply", "Cancel"}) {
+        auto& button = captioned<QAbstractButton>(dialog, caption);
+        EXPECT_TRUE(dialog.rect().contains(button.geometry())) << caption;
+        EXPECT_FALSE(button.visibleRegion().isEmpty()) << caption;
+    }
+    for (std::uint8_t position = 0; position < channelCount; ++position) {
+        NumberEdit& box = dialog.rows().box({position});
+        box.setFocus();
+        settleEvents();
+        EXPECT_EQ(box.visibleRegion().boundingRect(), box.rect()) << int{position};
+    }
 }
 
 TEST_F(Aligning, CutsNothingOffThatATypicalCarShows) {
