@@ -214,8 +214,10 @@ void AlignRows::showAlignment(const Alignment& alignment, const ArrivalTimes& ti
         row.needs->setText(channel ? tenths(channel->neededMs) : QString());
         row.group->setText(channel ? tenths(channel->groupTenthMs / 10.0) : QString());
         row.channel->setText(channel ? tenths(channel->channelTenthMs / 10.0) : QString());
-        const QString result =
-            channel ? textOf(alignmentResult(*channel, celsius)) : QStringLiteral("stays as it is");
+        const bool isLeftOut = row.told->text().trimmed().isEmpty();
+        const QString result = channel     ? textOf(alignmentResult(*channel, celsius))
+                               : isLeftOut ? QStringLiteral("stays as it is")
+                                           : QString();
         row.result->setText(row.result->fontMetrics().elidedText(result, Qt::ElideRight, resultWidth));
         row.result->setToolTip(row.result->text() == result ? QString() : plainToolTip(result));
         row.result->setColors(QColor::fromRgb(!channel                 ? theme::text2

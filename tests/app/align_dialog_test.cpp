@@ -205,6 +205,9 @@ TEST_F(Aligning, IsWorkedOutAnewAtEveryEdit) {
         typeNumber(dialog.rows().box({6}), QLatin1String(wrong));
         EXPECT_FALSE(apply.isEnabled()) << wrong;
         EXPECT_NE(dialog.rows().box({6}).warning(), QString()) << wrong;
+        EXPECT_EQ(results(dialog).join(QLatin1Char('|')).toStdString(),
+                  "||stays as it is|stays as it is|stays as it is|stays as it is||stays as it is");
+        EXPECT_EQ(needs(dialog).join(QString()), QString()) << "nothing is worked out";
         EXPECT_EQ(dialog.verdict().text().toStdString(),
                   std::string("Rear: \"") + wrong + "\" is no distance.\nDistances are 0 to 100000 cm.");
     }
