@@ -284,7 +284,8 @@ Option frequencies() {
 Option alignment() {
     return [](CLI::App& command, Arguments& arguments) {
         const std::string rule =
-            ": these are 8 values with commas between them, each 0 to 100000 or - for a channel that is left "
+            ": 8 values are needed, with commas between them, each 0 to 100000 or - for a channel that is "
+            "left "
             "out";
         CLI::Option_group* which = command.add_option_group("places");
         addList(*which, "--distances",

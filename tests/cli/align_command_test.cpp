@@ -133,8 +133,9 @@ TEST_F(AlignCommand, RefusesWhatIsNoListOfEightAndWritesNothing) {
     }
     EXPECT_THAT(
         align({"--distances", "1,2"}).err,
-        HasSubstr("\"1,2\": these are 8 values with commas between them, each 0 to 100000 or - for a channel "
-                  "that is left out"));
+        HasSubstr(
+            "\"1,2\": 8 values are needed, with commas between them, each 0 to 100000 or - for a channel "
+            "that is left out"));
     EXPECT_THAT(align({"--distances", car, "--temperature", "61"}).err,
                 HasSubstr("\"61\": air has -40 to 60 degrees Celsius here"));
     EXPECT_THAT(run({"align", file_, "--set", "2", "--distances", car, "--output", file_}).err,
