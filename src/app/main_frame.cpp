@@ -19,6 +19,7 @@
 
 #include "app/ab_commands.h"
 #include "app/about_dialog.h"
+#include "app/align_commands.h"
 #include "app/comm_link.h"
 #include "app/compare_commands.h"
 #include "app/compare_copies.h"

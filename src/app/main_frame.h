@@ -21,6 +21,7 @@ class QScreen;
 namespace tessavo {
 
 class AbCommands;
+class AlignCommands;
 class CommLink;
 class CompareCommands;
 class CompareCopies;
@@ -135,6 +136,7 @@ class CMainFrame : public QWidget {
     std::unique_ptr<CompareCopies> compareCopies_;
     std::unique_ptr<CompareCommands> compare_;
     std::unique_ptr<FilterCommands> filters_;
+    std::unique_ptr<AlignCommands> align_;
     std::unique_ptr<CopiesCommands> copies_;
     std::unique_ptr<AbCommands> abCommands_;
     std::unique_ptr<SessionKeeper> keeper_;

@@ -1,6 +1,7 @@
 #include <QMenu>
 
 #include "app/ab_commands.h"
+#include "app/align_commands.h"
 #include "app/comm_link.h"
 #include "app/compare_commands.h"
 #include "app/compare_copies.h"
@@ -28,6 +29,9 @@ void CMainFrame::makeToolsMenu() {
     filters_ = std::make_unique<FilterCommands>(FilterCommands::Dependencies{
         dependencies_.tuning, dependencies_.history, *undo_, *view_, *status_, dependencies_.dialogs, *this});
     filters_->addTo(menu);
+    align_ = std::make_unique<AlignCommands>(AlignCommands::Dependencies{
+        dependencies_.tuning, dependencies_.history, *undo_, *view_, *status_, *this});
+    align_->addTo(menu);
     copies_ = std::make_unique<CopiesCommands>(CopiesCommands::Dependencies{
         dependencies_.tuning, dependencies_.link, dependencies_.boxes, dependencies_.dialogs, *view_,
         *status_, *this, dependencies_.dataFolder});

@@ -4,7 +4,9 @@
 #include <QApplication>
 #include <QMouseEvent>
 #include <QTemporaryDir>
+#include <algorithm>
 
+#include "app/align_dialog.h"
 #include "app/comm_link.h"
 #include "app/compare_commands.h"
 #include "app/compare_dialog.h"
@@ -93,6 +95,9 @@ constexpr std::array<GroupExample, channelCount> groupExamples{{{1.5F, 0, 0.4F, 
                                                                 {3.0F, 2, 0.0F, 2},
                                                                 {0.0F, 3, 1.7F, 5},
                                                                 {4.5F, 4, 0.9F, 6}}};
+
+/// By page position: one that is nearer than the delays reach.
+constexpr std::array<int, channelCount> distanceExamples{112, 142, 116, 138, 124, 148, 96, 245};
 
 void fillExamples(TuningState& tuning) {
     for (std::size_t band = 0; band < bandCount; ++band) {
@@ -251,6 +256,17 @@ QString takeImportPicture(ExampleWindow& window, const PictureTaker& take) {
     return take(dialog, "import_filters");
 }
 
+QString takeAlignPicture(ExampleWindow& window, const PictureTaker& take) {
+    AlignInputs inputs;
+    std::ranges::transform(distanceExamples, inputs.distances.begin(),
+                           [](int centimeters) { return QString::number(centimeters); });
+    AlignDialog dialog(window.tuning(), inputs, &window.frame());
+    dialog.setFixedSize(AlignDialog::usualSize);
+    dialog.setAttribute(Qt::WA_DontShowOnScreen);
+    dialog.show();
+    return take(dialog, "align");
+}
+
 }  // namespace
 
 QString takeStatePictures(const PictureTaker& take) {
@@ -288,6 +304,9 @@ QString takeStatePictures(const PictureTaker& take) {
         return failed;
     }
     if (QString failed = takeImportPicture(window, take); !failed.isEmpty()) {
+        return failed;
+    }
+    if (QString failed = takeAlignPicture(window, take); !failed.isEmpty()) {
         return failed;
     }
     return takeStatusPictures(window.frame(), take);

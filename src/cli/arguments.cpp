@@ -4,9 +4,11 @@
 #include <algorithm>
 #include <vector>
 
+#include "base/number_text.h"
 #include "cli/number_lists.h"
 #include "copies/target_sets.h"
 #include "dsp/filter_methods.h"
+#include "measure/alignment.h"
 #include "measure/smoothing.h"
 #include "params/channels.h"
 
@@ -295,6 +297,38 @@ Option frequencies() {
             ->check(CLI::Range(std::size_t{2}, mostPoints))
             ->type_name("N");
         which->require_option(0, 1);
+    };
+}
+
+Option alignment() {
+    return [](CLI::App& command, Arguments& arguments) {
+        const std::string rule =
+            ": 8 values are needed, with commas between them, each 0 to 100000 or - for a channel that is "
+            "left "
+            "out";
+        CLI::Option_group* which = command.add_option_group("places");
+        addList(*which, "--distances",
+                "Distances of the loudspeakers from the seat in cm, channels 1 to 8; - leaves one as it is",
+                positionList, rule, arguments.distancesCm)
+            ->type_name("CM,CM,...");
+        addList(*which, "--times",
+                "Times of arrival at the seat in ms, channels 1 to 8; - leaves one as it is", positionList,
+                rule, arguments.timesMs)
+            ->type_name("MS,MS,...");
+        which->require_option(1);
+        const auto known = [](const std::string& text) {
+            const auto celsius = finiteNumber(text);
+            const bool isKnown = celsius && *celsius >= lowestAirCelsius && *celsius <= highestAirCelsius;
+            return isKnown ? std::string() : "\"" + text + "\": air has -40 to 60 degrees Celsius here";
+        };
+        const auto take = [&arguments](const std::string& text) {
+            arguments.airCelsius = finiteNumber(text).value_or(arguments.airCelsius);
+        };
+        command
+            .add_option_function<std::string>(
+                "--temperature", take, "Temperature of the air in degrees Celsius, -40 to 60; 20 unless told")
+            ->check(CLI::Validator(known, ""))
+            ->type_name("C");
     };
 }
 

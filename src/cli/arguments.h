@@ -52,6 +52,9 @@ struct Arguments {
     std::string calibration;                    ///< file of a microphone's; empty for none
     Smoothing smoothing;                        ///< of measurements; none unless one was named
     std::uint32_t filterMode = 0;               ///< index of filterMethodNames
+    std::vector<std::optional<double>> distancesCm;  ///< eight by page position; empty where times were named
+    std::vector<std::optional<double>> timesMs;  ///< eight by page position; empty where distances were named
+    double airCelsius = 20.0;                    ///< lowestAirCelsius to highestAirCelsius
     InputEq inputEq = InputEq::assumedOn;
     bool json = false;
     bool onlyReal = false;
@@ -127,6 +130,8 @@ namespace option {
 [[nodiscard]] Option channelOrSum();
 /// --at HZ,HZ,... or --points N, which may be left out.
 [[nodiscard]] Option frequencies();
+/// --distances CM,CM,... or --times MS,MS,..., one of which must be given, and --temperature.
+[[nodiscard]] Option alignment();
 [[nodiscard]] Option json();
 [[nodiscard]] Option onlyReal();
 [[nodiscard]] Option force();

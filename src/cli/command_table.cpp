@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "cli/align_command.h"
 #include "cli/copy_commands.h"
 #include "cli/edit_script.h"
 #include "cli/file_commands.h"
@@ -75,6 +76,12 @@ std::vector<CommandRow> fileCommands() {
          .example = "measurement left-seat.txt right-seat.txt --smoothing 1/6 --json", .run = runMeasurement,
          .options = {measurements("Measurements: texts with frequency, level and perhaps phase"), measuring(), json()},
          .more = measurementHelp()},
+        {.name = "align", .purpose = "Set the delays so that all loudspeakers are heard at one time",
+         .example = "align car.eqs --set 1 --distances 112,142,116,138,124,148,96,245 --output aligned.eqs",
+         .run = runAlign,
+         .options = {file("Settings file"), oneSet(), alignment(), json(), output("Settings file to write")},
+         .more = "The farthest one gets no delay. The group delay goes first, at most 2 ms, the rest into the channel's own,\n"
+                 "at most 2 ms. What cannot be reached is told, and the delays are as near as possible."},
         {.name = "recover", .purpose = "Show what the window did not save, and write the newest of it to a file",
          .example = "recover --output rescued.eqs", .run = runRecover,
          .options = {json(),

@@ -99,6 +99,15 @@ bool isSameFile(const std::string& first, const std::string& second) {
     return !one.empty() && one == fs::weakly_canonical(pathOf(second), error);
 }
 
+bool isApart(const std::string& output, const std::string& input, Reporter& reporter) {
+    if (output.empty() || !isSameFile(output, input)) {
+        return true;
+    }
+    reporter.error(
+        std::string(output).append(": is read by this command and is not written over; choose another name"));
+    return false;
+}
+
 bool isExistingFile(const std::string& file) {
     // What is written to a device replaces nothing.
     std::error_code error;

@@ -23,6 +23,10 @@ namespace tessavo::cli {
 /// Whether two arguments name the same file, existing or not.
 [[nodiscard]] bool isSameFile(const std::string& first, const std::string& second);
 
+/// Whether a command that reads `input` may write `output`, which may be empty. Reports that it may not where both name the
+/// same file.
+[[nodiscard]] bool isApart(const std::string& output, const std::string& input, Reporter& reporter);
+
 /// Whether there is a file of this name that a person would lose by writing it.
 [[nodiscard]] bool isExistingFile(const std::string& file);
 

@@ -54,15 +54,6 @@ bool isReadable(const FilterText& text, const std::string& file, Reporter& repor
     return readable;
 }
 
-bool areApart(const std::string& output, const std::string& input, Reporter& reporter) {
-    if (output.empty() || !isSameFile(output, input)) {
-        return true;
-    }
-    reporter.error(
-        std::string(output).append(": is read by this command and is not written over; choose another name"));
-    return false;
-}
-
 ImportChoice choiceOf(const Arguments& arguments) {
     ImportChoice choice;
     if (!arguments.bands.empty()) {
@@ -88,7 +79,7 @@ int runFilters(const Arguments& arguments, const CommandContext& context) {
 }
 
 int runImportFilters(const Arguments& arguments, const CommandContext& context) {
-    if (!areApart(arguments.output, arguments.secondFile, context.reporter)) {
+    if (!isApart(arguments.output, arguments.secondFile, context.reporter)) {
         return exit_code::wrongUsage;
     }
     const auto text = loadFilterText(arguments.secondFile, arguments, context.reporter);
@@ -125,7 +116,7 @@ int runImportFilters(const Arguments& arguments, const CommandContext& context) 
 }
 
 int runExportFilters(const Arguments& arguments, const CommandContext& context) {
-    if (!areApart(arguments.output, arguments.file, context.reporter)) {
+    if (!isApart(arguments.output, arguments.file, context.reporter)) {
         return exit_code::wrongUsage;
     }
     const auto store = loadStore(arguments.file, {arguments.setIndex()}, context.reporter);

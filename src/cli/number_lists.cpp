@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "base/number_text.h"
+#include "measure/alignment.h"
 
 namespace tessavo::cli {
 
@@ -92,6 +93,23 @@ std::optional<MeasurementColumns> columnPair(std::string_view text) {
         return std::nullopt;
     }
     return MeasurementColumns{columns->front(), columns->back()};
+}
+
+std::optional<std::vector<std::optional<double>>> positionList(std::string_view text) {
+    using Value = std::optional<double>;
+    auto values = readList(text, [](std::string_view word) -> std::optional<Value> {
+        if (word == "-") {
+            return Value();
+        }
+        const auto value = finiteNumber(word);
+        return value && *value >= 0.0 && *value <= mostToldOfPlace ? std::optional<Value>(value)
+                                                                   : std::nullopt;
+    });
+    const auto isTold = [](const Value& value) { return value.has_value(); };
+    if (values && (values->size() != channelCount || std::ranges::none_of(*values, isTold))) {
+        return std::nullopt;
+    }
+    return values;
 }
 
 }  // namespace tessavo::cli

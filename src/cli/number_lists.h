@@ -27,4 +27,8 @@ namespace tessavo::cli {
 /// \return nothing unless they are two, and not the same
 [[nodiscard]] std::optional<MeasurementColumns> columnPair(std::string_view text);
 
+/// Values of all channels by page position, as "112,142.5,-,138,124,148,96,245"; "-" gives none.
+/// \return nothing unless these are eight, each "-" or 0 to mostToldOfPlace, and one at least is a number
+[[nodiscard]] std::optional<std::vector<std::optional<double>>> positionList(std::string_view text);
+
 }  // namespace tessavo::cli

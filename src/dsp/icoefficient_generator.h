@@ -60,6 +60,11 @@ class IcoefficientGenerator {
     /// \return nothing for an unknown type
     [[nodiscard]] std::optional<Section> bandSection(std::int32_t kindWord, float gainDb, float q) const;
 
+    /// The same for a band whose frequency, gain and linear gain need not be on anybody's steps.
+    [[nodiscard]] std::optional<Section> bandSection(const BandRequest& request) const {
+        return designBand(request);
+    }
+
     /// True until the warning has been shown once.
     [[nodiscard]] bool warnUnstable() const { return warnUnstable_; }
 

@@ -221,7 +221,7 @@ TEST_F(MainFrame, HasItsMenus) {
     EXPECT_EQ(
         itemsOf(QStringLiteral("Tools")),
         (QStringList{QStringLiteral("Compare..."), QStringLiteral("-"), QStringLiteral("Import Filters..."),
-                     QStringLiteral("Export Filters..."), QStringLiteral("-"),
+                     QStringLiteral("Export Filters..."), QStringLiteral("Align..."), QStringLiteral("-"),
                      QStringLiteral("Back Up Target..."), QStringLiteral("Restore Target..."),
                      QStringLiteral("-"), QStringLiteral("Store A"), QStringLiteral("Switch to B"),
                      QStringLiteral("Level Matched")}));

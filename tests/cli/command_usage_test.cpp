@@ -17,10 +17,9 @@ using testing::IsEmpty;
 using testing::StartsWith;
 
 constexpr std::array commands{
-    "new",      "show",     "diff",     "edit",           "export",         "import",
-    "curve",    "response", "filters",  "import-filters", "export-filters", "measurement",
-    "recover",  "ports",    "versions", "clip",           "live",           "write-set",
-    "read-set", "flash",    "backup",   "restore",        "verify"};
+    "new",     "show",           "diff",           "edit",        "export", "import",  "curve",   "response",
+    "filters", "import-filters", "export-filters", "measurement", "align",  "recover", "ports",   "versions",
+    "clip",    "live",           "write-set",      "read-set",    "flash",  "backup",  "restore", "verify"};
 
 TEST(CommandUsage, VersionNamesTheProgram) {
     const CommandResult result = run({"--version"});

@@ -66,5 +66,24 @@ TEST(ColumnPair, RefusesNoColumnsOneTwiceAndOtherTexts) {
     }
 }
 
+TEST(PositionList, HasAValueOrNoneForEveryChannel) {
+    using Values = std::vector<std::optional<double>>;
+    EXPECT_EQ(positionList("112,142.5,116,138,124,148,96,245"),
+              (Values{112, 142.5, 116, 138, 124, 148, 96, 245}));
+    EXPECT_EQ(
+        positionList("-,0,-,1e3,-,100000,-,-"),
+        (Values{std::nullopt, 0, std::nullopt, 1000, std::nullopt, 100000, std::nullopt, std::nullopt}));
+}
+
+TEST(PositionList, RefusesFewerMoreAndOtherTexts) {
+    for (const char* text :
+         {"", "1", "1,2,3,4,5,6,7", "1,2,3,4,5,6,7,8,9", "1,2,3,4,5,6,7,", ",1,2,3,4,5,6,7", "1,2,3,,5,6,7,8",
+          "-,-,-,-,-,-,-,-", "1,2,3,4,5,6,7,-8", "1,2,3,4,5,6,7,--", "1,2,3,4,5,6,7,nan", "1,2,3,4,5,6,7,inf",
+          "1,2,3,4,5,6,7,8cm", "1, 2,3,4,5,6,7,8", "1;2;3;4;5;6;7;8", "1,2,3,4,5,6,7,100000.1",
+          "1,2,3,4,5,6,7,1e999"}) {
+        EXPECT_FALSE(positionList(text)) << text;
+    }
+}
+
 }  // namespace
 }  // namespace tessavo::test

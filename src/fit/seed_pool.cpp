@@ -1,0 +1,300 @@
+#include "fit/seed_pool.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdint>
+#include <numbers>
+#include <numeric>
+#include <utility>
+
+#include "fit/lane_sums.h"
+
+namespace tessavo {
+
+namespace {
+
+constexpr double octave = std::numbers::ln2;
+// What lies closer to a sum of the others than this, beside its own square, is no seed of its own.
+constexpr double leastOwnPart = 1e-3;
+
+/// A width of the peaks, and how far apart they stand.
+struct SeedWidth {
+    double q = 1;
+    double octavesApart = 1;
+};
+
+constexpr std::array<SeedWidth, 4> widths{{{0.8, 0.5}, {1.6, 0.33}, {3.2, 0.22}, {6.0, 0.14}}};
+
+/// The same sequence on every machine.
+class Chance {
+ public:
+    std::size_t below(std::size_t count) {
+        // Multiplier and increment of D. E. Knuth's MMIX.
+        state_ = state_ * 6364136223846793005U + 1442695040888963407U;
+        return static_cast<std::size_t>((state_ >> 33U) % count);
+    }
+
+ private:
+    std::uint64_t state_ = 1;
+};
+
+/// Cholesky factors of the products of a choice, grown row by row.
+class Factors {
+ public:
+    template <typename Product>
+    bool append(std::size_t count, Product product, double square) {
+        rows_[count].fill(0.0);
+        double rest = square;
+        for (std::size_t k = 0; k < count; ++k) {
+            double sum = product(k);
+            for (std::size_t m = 0; m < k; ++m) {
+                sum -= rows_[count][m] * rows_[k][m];
+            }
+            rows_[count][k] = sum / rows_[k][k];
+            rest -= rows_[count][k] * rows_[count][k];
+        }
+        rows_[count][count] = std::sqrt(std::max(rest, 0.0));
+        return rest > leastOwnPart * square;
+    }
+    [[nodiscard]] double at(std::size_t row, std::size_t column) const { return rows_[row][column]; }
+
+ private:
+    std::array<std::array<double, bandCount + 1>, bandCount + 1> rows_{};
+};
+
+}  // namespace
+
+SeedPool::SeedPool(const FitProblem& problem) : problem_(problem) {
+    const double lowest = problem.room.lowest[0];
+    const double highest = problem.room.highest[0];
+    const double lowestQ = problem.room.lowest[2];
+    const double highestQ = problem.room.highest[2];
+    for (const SeedWidth& width : widths) {
+        if (std::log(width.q) > highestQ && width.q > widths.front().q) {
+            continue;
+        }
+        const auto gaps =
+            static_cast<std::size_t>(std::ceil((highest - lowest) / (width.octavesApart * octave)));
+        for (std::size_t i = 0; i <= gaps; ++i) {
+            add(BandType::peak,
+                lowest + (highest - lowest) * static_cast<double>(i) / static_cast<double>(gaps),
+                std::clamp(std::log(width.q), lowestQ, highestQ));
+        }
+    }
+    constexpr double shelfQ = 0.7;
+    const auto gaps = static_cast<std::size_t>(std::ceil((highest - lowest) / octave));
+    for (std::size_t i = 0; i <= gaps; ++i) {
+        const double logHz = lowest + (highest - lowest) * static_cast<double>(i) / static_cast<double>(gaps);
+        add(BandType::lowShelf, logHz, std::clamp(std::log(shelfQ), lowestQ, highestQ));
+        add(BandType::highShelf, logHz, std::clamp(std::log(shelfQ), lowestQ, highestQ));
+    }
+    computeProducts(problem);
+}
+
+void SeedPool::add(BandType type, double logHz, double logQ) {
+    constexpr double seedGainDb = 5.0;
+    shapes_.push_back({type, logHz, seedGainDb, logQ});
+}
+
+void SeedPool::computeProducts(const FitProblem& problem) {
+    const std::size_t count = problem.rangeCount;
+    levels_.resize(shapes_.size() * count);
+    for (std::size_t seed = 0; seed < shapes_.size(); ++seed) {
+        const PowerRatio ratio = designedRatio(*problem.method, shapes_[seed]);
+        double* levels = &levels_[seed * count];
+        for (std::size_t i = 0; i < count; ++i) {
+            const double x = problem.points.halfAngleSquare[i];
+            levels[i] = decibelsOfPower(ratio.numerator(x) / ratio.denominator(x));
+        }
+        const double mean = std::accumulate(levels, levels + count, 0.0) / static_cast<double>(count);
+        std::for_each(levels, levels + count, [mean](double& level) { level -= mean; });
+    }
+    products_.resize(shapes_.size() * shapes_.size());
+    for (std::size_t a = 0; a < shapes_.size(); ++a) {
+        for (std::size_t b = 0; b <= a; ++b) {
+            const double sum = productSum(&levels_[a * count], &levels_[b * count], count);
+            products_[a * shapes_.size() + b] = sum;
+            products_[b * shapes_.size() + a] = sum;
+        }
+        wanted_.push_back(productSum(&levels_[a * count], problem.wantedDb.data(), count));
+    }
+}
+
+double SeedPool::taken(const Choice& choice, std::vector<double>& factors) const {
+    Factors lower;
+    std::array<double, bandCount> forward{};
+    double sum = 0;
+    for (std::size_t i = 0; i < choice.size(); ++i) {
+        (void)lower.append(
+            i, [&](std::size_t k) { return product(choice[i], choice[k]); },
+            product(choice[i], choice[i]) * (1.0 + leastOwnPart));
+        double rest = wanted_[choice[i]];
+        for (std::size_t k = 0; k < i; ++k) {
+            rest -= lower.at(i, k) * forward[k];
+        }
+        forward[i] = rest / lower.at(i, i);
+        sum += forward[i] * forward[i];
+    }
+    factors.assign(choice.size(), 0.0);
+    for (std::size_t i = choice.size(); i-- > 0;) {
+        double rest = forward[i];
+        for (std::size_t k = i + 1; k < choice.size(); ++k) {
+            rest -= lower.at(k, i) * factors[k];
+        }
+        factors[i] = rest / lower.at(i, i);
+    }
+    return sum;
+}
+
+std::size_t SeedPool::bestBeside(const Choice& choice, double& gained) const {
+    Factors lower;
+    std::array<double, bandCount> forward{};
+    for (std::size_t i = 0; i < choice.size(); ++i) {
+        (void)lower.append(
+            i, [&](std::size_t k) { return product(choice[i], choice[k]); },
+            product(choice[i], choice[i]) * (1.0 + leastOwnPart));
+        double rest = wanted_[choice[i]];
+        for (std::size_t k = 0; k < i; ++k) {
+            rest -= lower.at(i, k) * forward[k];
+        }
+        forward[i] = rest / lower.at(i, i);
+    }
+    std::size_t best = shapes_.size();
+    gained = 0;
+    for (std::size_t seed = 0; seed < shapes_.size(); ++seed) {
+        if (!lower.append(
+                choice.size(), [&](std::size_t k) { return product(seed, choice[k]); },
+                product(seed, seed))) {
+            continue;
+        }
+        double rest = wanted_[seed];
+        for (std::size_t k = 0; k < choice.size(); ++k) {
+            rest -= lower.at(choice.size(), k) * forward[k];
+        }
+        const double part = rest / lower.at(choice.size(), choice.size());
+        if (part * part > gained) {
+            gained = part * part;
+            best = seed;
+        }
+    }
+    return best;
+}
+
+void SeedPool::descend(Choice& choice) const {
+    constexpr int mostSweeps = 6;
+    constexpr double leastGain = 1e-6;
+    std::vector<double> factors;
+    double now = taken(choice, factors);
+    for (int sweep = 0; sweep < mostSweeps; ++sweep) {
+        bool better = false;
+        for (std::size_t turn = 0; turn < choice.size(); ++turn) {
+            Choice rest(choice.begin() + 1, choice.end());
+            double gained = 0;
+            const std::size_t seed = bestBeside(rest, gained);
+            const std::size_t first = choice.front();
+            rest.push_back(seed < shapes_.size() ? seed : first);
+            const double reached = taken(rest, factors);
+            if (reached > now * (1.0 + leastGain)) {
+                now = reached;
+                better = true;
+            } else {
+                rest.back() = first;
+            }
+            choice = std::move(rest);
+        }
+        if (!better) {
+            break;
+        }
+    }
+}
+
+std::vector<BandShape> SeedPool::shapesOf(const Choice& choice) const {
+    std::vector<double> factors;
+    (void)taken(choice, factors);
+    std::vector<BandShape> shapes;
+    for (std::size_t i = 0; i < choice.size(); ++i) {
+        BandShape shape = shapes_[choice[i]];
+        shape.gainDb =
+            std::clamp(shape.gainDb * factors[i], problem_.room.lowest[1], problem_.room.highest[1]);
+        shapes.push_back(shape);
+    }
+    return shapes;
+}
+
+std::vector<std::vector<BandShape>> SeedPool::choices(std::size_t bands, std::size_t trials,
+                                                      std::size_t most) const {
+    Choice first;
+    while (first.size() < bands) {
+        double gained = 0;
+        const std::size_t seed = bestBeside(first, gained);
+        first.push_back(seed < shapes_.size() ? seed : first.size());
+    }
+    struct Rated {
+        double taken = 0;
+        Choice choice{};
+    };
+    std::vector<Rated> rated;
+    Chance chance;
+    Choice choice = first;
+    for (std::size_t trial = 0; trial < trials; ++trial) {
+        if (trial > 0) {
+            // Begin at the best so far, or at the first one, with a third of it exchanged.
+            choice = trial % 2 == 0 ? first : rated.front().choice;
+            for (std::size_t i = 0; i < bands / 3 + 1; ++i) {
+                choice[chance.below(bands)] = chance.below(shapes_.size());
+            }
+        }
+        descend(choice);
+        std::ranges::sort(choice);
+        std::vector<double> factors;
+        const Rated entry{taken(choice, factors), choice};
+        if (std::ranges::none_of(rated, [&](const Rated& other) { return other.choice == entry.choice; })) {
+            rated.insert(std::ranges::upper_bound(rated, entry.taken, std::greater<>(), &Rated::taken),
+                         entry);
+        }
+    }
+    std::vector<std::vector<BandShape>> result;
+    for (const Rated& entry : rated) {
+        if (result.size() == most) {
+            break;
+        }
+        result.push_back(shapesOf(entry.choice));
+    }
+    return result;
+}
+
+std::vector<BandShape> SeedPool::bestFor(std::span<const double> missingDb, std::size_t most) const {
+    struct Rated {
+        double gained = 0;
+        BandShape shape{};
+    };
+    std::vector<Rated> rated;
+    for (std::size_t seed = 0; seed < shapes_.size(); ++seed) {
+        const double sum = productSum(&levels_[seed * missingDb.size()], missingDb.data(), missingDb.size());
+        const double square = product(seed, seed);
+        Rated entry{.gained = 0, .shape = shapes_[seed]};
+        const double seedGainDb = entry.shape.gainDb;
+        entry.shape.gainDb = std::clamp(square > 0.0 ? seedGainDb * sum / square : 0.0,
+                                        problem_.room.lowest[1], problem_.room.highest[1]);
+        const double factor = entry.shape.gainDb / seedGainDb;
+        entry.gained = 2.0 * factor * sum - factor * factor * square;
+        rated.push_back(entry);
+    }
+    std::ranges::stable_sort(rated, std::greater<>(), &Rated::gained);
+    constexpr double apart = 0.3;
+    std::vector<BandShape> best;
+    for (const Rated& entry : rated) {
+        if (best.size() == most) {
+            break;
+        }
+        if (std::ranges::none_of(best, [&](const BandShape& other) {
+                return other.type == entry.shape.type && std::abs(other.logHz - entry.shape.logHz) < apart;
+            })) {
+            best.push_back(entry.shape);
+        }
+    }
+    return best;
+}
+
+}  // namespace tessavo
