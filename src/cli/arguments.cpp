@@ -307,11 +307,11 @@ Option alignment() {
             "left "
             "out";
         CLI::Option_group* which = command.add_option_group("places");
-        addList(*which, "--distances",
+        addRead(*which, "--distances",
                 "Distances of the loudspeakers from the seat in cm, channels 1 to 8; - leaves one as it is",
                 positionList, rule, arguments.distancesCm)
             ->type_name("CM,CM,...");
-        addList(*which, "--times",
+        addRead(*which, "--times",
                 "Times of arrival at the seat in ms, channels 1 to 8; - leaves one as it is", positionList,
                 rule, arguments.timesMs)
             ->type_name("MS,MS,...");
