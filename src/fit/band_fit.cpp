@@ -5,8 +5,8 @@
 
 #include "dsp/filter_kind.h"
 #include "fit/band_search.h"
+#include "fit/boost_limit.h"
 #include "fit/fighting_bands.h"
-#include "fit/least_squares.h"
 #include "fit/narrow_nulls.h"
 #include "fit/step_search.h"
 #include "response/complex_response.h"
@@ -40,29 +40,6 @@ std::vector<double> levelsWithoutBands(const ChannelImageBlock& channel,
         levels.push_back(std::isfinite(level) ? level : decibelsOfPower(0.0));
     }
     return levels;
-}
-
-std::vector<double> levelsOf(std::span<const PowerRatio> ratios, const FitPoints& points) {
-    std::vector<double> levels(points.size(), 1.0);
-    for (const PowerRatio& ratio : ratios) {
-        for (std::size_t i = 0; i < points.size(); ++i) {
-            const double x = points.halfAngleSquare[i];
-            levels[i] *= ratio.numerator(x) / ratio.denominator(x);
-        }
-    }
-    for (double& level : levels) {
-        level = decibelsOfPower(level);
-    }
-    return levels;
-}
-
-std::vector<double> bandLevels(const IcoefficientGenerator& method, std::span<const EqBandParams> bands,
-                               const FitPoints& points) {
-    std::vector<PowerRatio> ratios;
-    for (const EqBandParams& band : bands) {
-        ratios.push_back(playedRatio(method, band).value_or(PowerRatio{}));
-    }
-    return levelsOf(ratios, points);
 }
 
 /// The mean of a curve over the part of an octave around a point that belongs to it, so that detail between the points counts.
@@ -111,75 +88,6 @@ FitProblem problemOf(const ChannelImageBlock& channel, const LevelCurve& fitted,
     return problem;
 }
 
-/// Close enough that a peak of the highest Q between two of them is less than 0.01 dB higher.
-const FitPoints& closePoints() {
-    static const FitPoints points = FitPoints::even(lowestHeardHz, highestHeardHz, 1500);
-    return points;
-}
-
-double highestLevel(const IcoefficientGenerator& method, std::span<const EqBandParams> bands) {
-    const std::vector<double> levels = bandLevels(method, bands, closePoints());
-    return std::max(0.0, *std::ranges::max_element(levels));
-}
-
-/// Watches each peak beyond the limit of the boosts from now on.
-/// \return whether there was one
-bool watchPeaks(FitProblem& problem, const std::vector<double>& levels, double mostBoostDb) {
-    bool found = false;
-    for (std::size_t i = 0; i < levels.size(); ++i) {
-        const bool isPeak =
-            (i == 0 || levels[i] >= levels[i - 1]) && (i + 1 == levels.size() || levels[i] >= levels[i + 1]);
-        if (isPeak && levels[i] > mostBoostDb) {
-            problem.points.watch(closePoints().frequenciesHz[i]);
-            found = true;
-        }
-    }
-    return found;
-}
-
-/// The same for bands that are off the steps still, which give way.
-void watchPeaks(FitProblem& problem, std::vector<BandShape>& shapes, double mostBoostDb) {
-    constexpr int mostTries = 4;
-    constexpr int steps = 8;
-    // What goes beyond by less is left to the search on the steps.
-    constexpr double slackDb = 0.3;
-    for (int attempt = 0; attempt < mostTries; ++attempt) {
-        std::vector<PowerRatio> ratios;
-        for (const BandShape& shape : shapes) {
-            ratios.push_back(designedRatio(*problem.method, shape));
-        }
-        if (!watchPeaks(problem, levelsOf(ratios, closePoints()), mostBoostDb + slackDb)) {
-            return;
-        }
-        LeastSquares solver(problem);
-        const std::vector<BandRoom> rooms(shapes.size(), problem.room);
-        (void)solver.improve(shapes, rooms, steps);
-    }
-}
-
-/// Brings all bands together below the limit of their boosts, at every frequency.
-void holdBoost(FitProblem problem, SteppedBands& stepped, double mostBoostDb) {
-    constexpr int mostTries = 16;
-    for (int attempt = 0; attempt < mostTries; ++attempt) {
-        const std::vector<double> levels = bandLevels(*problem.method, stepped.bands, closePoints());
-        if (*std::ranges::max_element(levels) <= mostBoostDb) {
-            return;
-        }
-        // A little more strictly each time.
-        problem.mostBoostDb = mostBoostDb - 0.02 * attempt;
-        (void)watchPeaks(problem, levels, mostBoostDb);
-        stepped = searchOnSteps(problem, std::move(stepped.bands), problem.room);
-    }
-    // Nothing is left but to give up some of everything.
-    constexpr int mostCuts = 40;
-    for (int cut = 0; cut < mostCuts && highestLevel(*problem.method, stepped.bands) > mostBoostDb; ++cut) {
-        for (EqBandParams& band : stepped.bands) {
-            band.gainDb = static_cast<float>(std::trunc(static_cast<double>(band.gainDb) * 9.0) / 10.0);
-        }
-    }
-    stepped = costOfStepped(problem, std::move(stepped.bands));
-}
-
 struct Judged {
     double rmsDb = 0;
     double levelDb = 0;
@@ -201,7 +109,7 @@ class Judge {
     }
 
     [[nodiscard]] Judged judge(std::span<const EqBandParams> bands) const {
-        std::vector<double> differences = bandLevels(method_, bands, points_);
+        std::vector<double> differences = levelsOf(playedRatios(method_, bands), points_);
         for (std::size_t i = 0; i < differences.size(); ++i) {
             differences[i] += differencesDb_[i];
         }
@@ -224,8 +132,8 @@ SteppedBands bestStepped(const FitProblem& problem, std::size_t count, double mo
     bool first = true;
     for (std::vector<BandShape>& shapes : BandSearch(problem).run(count)) {
         FitProblem watched = problem;
-        watchPeaks(watched, shapes, mostBoostDb);
-        SteppedBands stepped = putOnSteps(watched, shapes, problem.room);
+        holdBoost(watched, shapes, mostBoostDb);
+        SteppedBands stepped = putOnSteps(watched, shapes);
         if (fightingBands(stepped.bands)) {
             stepped = withoutFights(watched, shapes, std::move(stepped));
         }
@@ -298,7 +206,7 @@ BandFit fitBands(const ChannelImageBlock& channel, const LevelCurve& measurement
     }
     fit.rmsAfterDb = after.rmsDb;
     fit.levelDb = after.levelDb;
-    fit.peakBoostDb = highestLevel(method, stepped.bands);
+    fit.peakBoostDb = highestLevel(playedRatios(method, stepped.bands));
     return fit;
 }
 

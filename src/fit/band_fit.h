@@ -52,8 +52,8 @@ struct BandFit {
 /// every part of an octave counting alike. The level is free.
 ///
 /// The response is that of the channel as the target plays it: fixed-point words of the method, crossovers that are enabled
-/// included. The bands stand on the steps of the target. Levenberg-Marquardt with one band more at a time, then a search on the
-/// steps. The same input gives the same bands.
+/// included. The bands stand on the steps of the target. Damped least squares (Levenberg-Marquardt) from several beginnings, then a
+/// search on the steps. The same input gives the same bands.
 ///
 /// No boost goes into a null of the measurement that is narrower than a sixth of an octave and deeper than 6 dB; of two solutions
 /// within 0.1 dB that one is taken in which no two bands fight each other: opposite signs within half an octave, both over 6 dB.

@@ -47,6 +47,30 @@ std::optional<PowerRatio> playedRatio(const IcoefficientGenerator& method, const
                          words.a1 * denominatorUnit, words.a2 * denominatorUnit});
 }
 
+std::vector<PowerRatio> playedRatios(const IcoefficientGenerator& method,
+                                     std::span<const EqBandParams> bands) {
+    std::vector<PowerRatio> ratios;
+    ratios.reserve(bands.size());
+    for (const EqBandParams& band : bands) {
+        ratios.push_back(playedRatio(method, band).value_or(PowerRatio{}));
+    }
+    return ratios;
+}
+
+std::vector<double> levelsOf(std::span<const PowerRatio> bands, const FitPoints& points) {
+    std::vector<double> levels(points.size(), 1.0);
+    for (const PowerRatio& band : bands) {
+        for (std::size_t i = 0; i < points.size(); ++i) {
+            const double x = points.halfAngleSquare[i];
+            levels[i] *= band.numerator(x) / band.denominator(x);
+        }
+    }
+    for (double& level : levels) {
+        level = decibelsOfPower(level);
+    }
+    return levels;
+}
+
 void levelSlopes(const IcoefficientGenerator& method, const BandShape& shape, const FitPoints& points,
                  std::array<double*, termsPerBand> slopes) {
     // Small beside what a term means, large beside the last digits of the coefficients.

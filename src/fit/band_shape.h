@@ -2,6 +2,7 @@
 
 #include <array>
 #include <optional>
+#include <span>
 #include <vector>
 
 #include "dsp/band_types.h"
@@ -38,6 +39,13 @@ struct BandRoom {
 /// \return nothing where a coefficient does not fit into its word
 [[nodiscard]] std::optional<PowerRatio> playedRatio(const IcoefficientGenerator& method,
                                                     const EqBandParams& band);
+
+/// The same for several bands; one with such a coefficient passes everything through.
+[[nodiscard]] std::vector<PowerRatio> playedRatios(const IcoefficientGenerator& method,
+                                                   std::span<const EqBandParams> bands);
+
+/// The levels of bands together at some points, in dB.
+[[nodiscard]] std::vector<double> levelsOf(std::span<const PowerRatio> bands, const FitPoints& points);
 
 /// The slopes of a band's level at some points, in dB for each unit of a term.
 ///

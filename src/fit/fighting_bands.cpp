@@ -28,9 +28,12 @@ bool fightingBands(std::span<const EqBandParams> bands) {
     return false;
 }
 
-SteppedBands withoutFights(const FitProblem& problem, const std::vector<BandShape>& shapes,
-                           SteppedBands fighting) {
-    std::optional<SteppedBands> best;
+SteppedBands withoutFights(FitProblem& problem, const std::vector<BandShape>& shapes, SteppedBands fighting) {
+    struct Calm {
+        BandRoom room{};
+        SteppedBands found{};
+    };
+    std::optional<Calm> best;
     // Where no band boosts by more than 6 dB, or none cuts by more, there is no fight.
     for (const bool limitBoosts : {true, false}) {
         FitProblem calm = problem;
@@ -44,12 +47,16 @@ SteppedBands withoutFights(const FitProblem& problem, const std::vector<BandShap
             shape.gainDb = std::clamp(shape.gainDb, calm.room.lowest[1], calm.room.highest[1]);
         }
         BandSearch search(calm);
-        SteppedBands found = putOnSteps(calm, search.goOn(std::move(start)), calm.room);
-        if (!best || found.cost < best->cost) {
-            best = std::move(found);
+        SteppedBands found = putOnSteps(calm, search.goOn(std::move(start)));
+        if (!best || found.cost < best->found.cost) {
+            best = Calm{calm.room, std::move(found)};
         }
     }
-    return std::sqrt(best->cost) <= std::sqrt(fighting.cost) + worthDb ? *std::move(best) : fighting;
+    if (std::sqrt(best->found.cost) > std::sqrt(fighting.cost) + worthDb) {
+        return fighting;
+    }
+    problem.room = best->room;
+    return std::move(best->found);
 }
 
 }  // namespace tessavo

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <numbers>
 #include <numeric>
+#include <optional>
 #include <utility>
 
 #include "fit/lane_sums.h"
@@ -39,28 +40,69 @@ class Chance {
     std::uint64_t state_ = 1;
 };
 
-/// Cholesky factors of the products of a choice, grown row by row.
-class Factors {
+/// Normal equations of a choice of seeds, solved row by row: Cholesky factors of their products, and what each row adds to the
+/// wanted square that is taken away.
+class GrownEquations {
  public:
-    template <typename Product>
-    bool append(std::size_t count, Product product, double square) {
-        rows_[count].fill(0.0);
-        double rest = square;
-        for (std::size_t k = 0; k < count; ++k) {
-            double sum = product(k);
-            for (std::size_t m = 0; m < k; ++m) {
-                sum -= rows_[count][m] * rows_[k][m];
-            }
-            rows_[count][k] = sum / rows_[k][k];
-            rest -= rows_[count][k] * rows_[count][k];
-        }
-        rows_[count][count] = std::sqrt(std::max(rest, 0.0));
-        return rest > leastOwnPart * square;
+    /// What one more seed would take away of the wanted square, beyond what those take away that were kept.
+    /// \param productWith gives the seed's product with the k-th that was kept
+    /// \return nothing where it is hardly more than a sum of them
+    template <typename ProductWith>
+    std::optional<double> taken(ProductWith productWith, double square, double wanted) {
+        const double rest = eliminate(productWith, square, wanted);
+        return rest > leastOwnPart * square ? std::optional(part_ * part_ / rest) : std::nullopt;
     }
-    [[nodiscard]] double at(std::size_t row, std::size_t column) const { return rows_[row][column]; }
+
+    /// Keeps a seed. Its square counts as a little larger, so that seeds close to each other do not take turns with large gains.
+    /// \return what it takes away of the wanted square
+    template <typename ProductWith>
+    double keep(ProductWith productWith, double square, double wanted) {
+        const double rest = eliminate(productWith, square * (1.0 + leastOwnPart), wanted);
+        const double pivot = std::sqrt(std::max(rest, smallestPart * square));
+        rows_[count_][count_] = pivot;
+        parts_[count_] = part_ / pivot;
+        ++count_;
+        return parts_[count_ - 1] * parts_[count_ - 1];
+    }
+
+    /// The factors of the gains of all seeds that were kept.
+    [[nodiscard]] std::vector<double> factors() const {
+        std::vector<double> factors(count_);
+        for (std::size_t i = count_; i-- > 0;) {
+            double rest = parts_[i];
+            for (std::size_t k = i + 1; k < count_; ++k) {
+                rest -= rows_[k][i] * factors[k];
+            }
+            factors[i] = rest / rows_[i][i];
+        }
+        return factors;
+    }
 
  private:
+    // What is left of a seed's square, and of its product with what is wanted, once the others are taken off.
+    template <typename ProductWith>
+    double eliminate(ProductWith productWith, double square, double wanted) {
+        auto& row = rows_[count_];
+        double rest = square;
+        part_ = wanted;
+        for (std::size_t k = 0; k < count_; ++k) {
+            double sum = productWith(k);
+            for (std::size_t m = 0; m < k; ++m) {
+                sum -= row[m] * rows_[k][m];
+            }
+            row[k] = sum / rows_[k][k];
+            rest -= row[k] * row[k];
+            part_ -= row[k] * parts_[k];
+        }
+        return rest;
+    }
+
+    static constexpr double smallestPart = 1e-9;
+
     std::array<std::array<double, bandCount + 1>, bandCount + 1> rows_{};
+    std::array<double, bandCount + 1> parts_{};
+    double part_ = 0;
+    std::size_t count_ = 0;
 };
 
 }  // namespace
@@ -122,59 +164,29 @@ void SeedPool::computeProducts(const FitProblem& problem) {
 }
 
 double SeedPool::taken(const Choice& choice, std::vector<double>& factors) const {
-    Factors lower;
-    std::array<double, bandCount> forward{};
+    GrownEquations equations;
     double sum = 0;
-    for (std::size_t i = 0; i < choice.size(); ++i) {
-        (void)lower.append(
-            i, [&](std::size_t k) { return product(choice[i], choice[k]); },
-            product(choice[i], choice[i]) * (1.0 + leastOwnPart));
-        double rest = wanted_[choice[i]];
-        for (std::size_t k = 0; k < i; ++k) {
-            rest -= lower.at(i, k) * forward[k];
-        }
-        forward[i] = rest / lower.at(i, i);
-        sum += forward[i] * forward[i];
+    for (const std::size_t seed : choice) {
+        sum += equations.keep([&](std::size_t k) { return product(seed, choice[k]); }, product(seed, seed),
+                              wanted_[seed]);
     }
-    factors.assign(choice.size(), 0.0);
-    for (std::size_t i = choice.size(); i-- > 0;) {
-        double rest = forward[i];
-        for (std::size_t k = i + 1; k < choice.size(); ++k) {
-            rest -= lower.at(k, i) * factors[k];
-        }
-        factors[i] = rest / lower.at(i, i);
-    }
+    factors = equations.factors();
     return sum;
 }
 
-std::size_t SeedPool::bestBeside(const Choice& choice, double& gained) const {
-    Factors lower;
-    std::array<double, bandCount> forward{};
-    for (std::size_t i = 0; i < choice.size(); ++i) {
-        (void)lower.append(
-            i, [&](std::size_t k) { return product(choice[i], choice[k]); },
-            product(choice[i], choice[i]) * (1.0 + leastOwnPart));
-        double rest = wanted_[choice[i]];
-        for (std::size_t k = 0; k < i; ++k) {
-            rest -= lower.at(i, k) * forward[k];
-        }
-        forward[i] = rest / lower.at(i, i);
+std::size_t SeedPool::bestBeside(const Choice& choice) const {
+    GrownEquations equations;
+    for (const std::size_t seed : choice) {
+        (void)equations.keep([&](std::size_t k) { return product(seed, choice[k]); }, product(seed, seed),
+                             wanted_[seed]);
     }
     std::size_t best = shapes_.size();
-    gained = 0;
+    double most = 0;
     for (std::size_t seed = 0; seed < shapes_.size(); ++seed) {
-        if (!lower.append(
-                choice.size(), [&](std::size_t k) { return product(seed, choice[k]); },
-                product(seed, seed))) {
-            continue;
-        }
-        double rest = wanted_[seed];
-        for (std::size_t k = 0; k < choice.size(); ++k) {
-            rest -= lower.at(choice.size(), k) * forward[k];
-        }
-        const double part = rest / lower.at(choice.size(), choice.size());
-        if (part * part > gained) {
-            gained = part * part;
+        const auto gained = equations.taken([&](std::size_t k) { return product(seed, choice[k]); },
+                                            product(seed, seed), wanted_[seed]);
+        if (gained.value_or(0.0) > most) {
+            most = *gained;
             best = seed;
         }
     }
@@ -190,8 +202,7 @@ void SeedPool::descend(Choice& choice) const {
         bool better = false;
         for (std::size_t turn = 0; turn < choice.size(); ++turn) {
             Choice rest(choice.begin() + 1, choice.end());
-            double gained = 0;
-            const std::size_t seed = bestBeside(rest, gained);
+            const std::size_t seed = bestBeside(rest);
             const std::size_t first = choice.front();
             rest.push_back(seed < shapes_.size() ? seed : first);
             const double reached = taken(rest, factors);
@@ -226,8 +237,7 @@ std::vector<std::vector<BandShape>> SeedPool::choices(std::size_t bands, std::si
                                                       std::size_t most) const {
     Choice first;
     while (first.size() < bands) {
-        double gained = 0;
-        const std::size_t seed = bestBeside(first, gained);
+        const std::size_t seed = bestBeside(first);
         first.push_back(seed < shapes_.size() ? seed : first.size());
     }
     struct Rated {

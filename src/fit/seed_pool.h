@@ -42,8 +42,8 @@ class SeedPool {
     }
     /// How much of the wanted square a choice takes away, and with which factors of the seeds' gains.
     double taken(const Choice& choice, std::vector<double>& factors) const;
-    /// The seed that takes most away beside those of a choice.
-    [[nodiscard]] std::size_t bestBeside(const Choice& choice, double& gained) const;
+    /// The seed that takes most away beside those of a choice; size() where none takes anything away.
+    [[nodiscard]] std::size_t bestBeside(const Choice& choice) const;
     void descend(Choice& choice) const;
     [[nodiscard]] std::vector<BandShape> shapesOf(const Choice& choice) const;
 

@@ -191,13 +191,13 @@ SteppedBands costOfStepped(const FitProblem& problem, std::vector<EqBandParams> 
     return {levels.bands(), levels.cost()};
 }
 
-SteppedBands searchOnSteps(const FitProblem& problem, std::vector<EqBandParams> bands, const BandRoom& room) {
+SteppedBands searchOnSteps(const FitProblem& problem, std::vector<EqBandParams> bands) {
     SteppedLevels levels(problem, std::move(bands));
     bool finely = false;
     for (int sweep = 0; sweep < mostSweeps; ++sweep) {
         bool better = false;
         for (std::size_t i = 0; i < levels.bands().size(); ++i) {
-            better = improveBand(levels, i, room, finely) || better;
+            better = improveBand(levels, i, problem.room, finely) || better;
         }
         if (!better && finely) {
             break;
@@ -207,13 +207,13 @@ SteppedBands searchOnSteps(const FitProblem& problem, std::vector<EqBandParams> 
     return {levels.bands(), levels.cost()};
 }
 
-SteppedBands putOnSteps(const FitProblem& problem, std::vector<BandShape> shapes, const BandRoom& room) {
+SteppedBands putOnSteps(const FitProblem& problem, std::vector<BandShape> shapes) {
     constexpr int stepsAround = 2;
     LeastSquares solver(problem);
-    std::vector<BandRoom> rooms(shapes.size(), room);
+    std::vector<BandRoom> rooms(shapes.size(), problem.room);
     std::vector<EqBandParams> bands;
     for (std::size_t i = 0; i < shapes.size(); ++i) {
-        bands.push_back(nearestSteps(solver, shapes, i, room));
+        bands.push_back(nearestSteps(solver, shapes, i, problem.room));
         const BandShape& fixed = shapes[i];
         rooms[i] = {.lowest = {fixed.logHz, fixed.gainDb, fixed.logQ},
                     .highest = {fixed.logHz, fixed.gainDb, fixed.logQ}};
@@ -221,7 +221,7 @@ SteppedBands putOnSteps(const FitProblem& problem, std::vector<BandShape> shapes
             (void)solver.improve(shapes, rooms, stepsAround);
         }
     }
-    return searchOnSteps(problem, std::move(bands), room);
+    return searchOnSteps(problem, std::move(bands));
 }
 
 }  // namespace tessavo
