@@ -59,7 +59,8 @@ std::vector<LevelPeak> peaksAbove(std::span<const PowerRatio> bands, double leas
     const std::size_t last = levels.size() - 1;
     std::vector<LevelPeak> peaks;
     for (std::size_t i = 0; i <= last; ++i) {
-        const bool isPeak = (i == 0 || levels[i] >= levels[i - 1]) && (i == last || levels[i] >= levels[i + 1]);
+        const bool isPeak =
+            (i == 0 || levels[i] >= levels[i - 1]) && (i == last || levels[i] >= levels[i + 1]);
         if (!isPeak || levels[i] + slackDb < leastDb) {
             continue;
         }

@@ -14,8 +14,6 @@ namespace tessavo::test {
 /// The whole window with a target inside the program. All channels are selected and have a source.
 class AbTest : public UndoTest {
  protected:
-    static constexpr int patienceMs = 60000;
-
     AbTest() {
         for (std::uint8_t c = 0; c < channelCount; ++c) {
             tuning.setRouterSource({c}, 1);
@@ -62,18 +60,6 @@ class AbTest : public UndoTest {
             channel.gainWord = gainWordOf(levelDb, 0.0F);
         }
         return image;
-    }
-    [[nodiscard]] static bool holds(const ImageBytes& bytes, const ParameterImage& image) {
-        return std::memcmp(bytes.data(), &image, bytes.size()) == 0;
-    }
-    /// Waits until the target has confirmed exactly this image and nothing is under way.
-    [[nodiscard]] bool targetPlays(const ParameterImage& image) {
-        return QTest::qWaitFor(
-            [&] {
-                return holds(target.memory().live, image) && line.imageIsConfirmed() &&
-                       !tuning.updatePending() && !line.liveTransferRuns();
-            },
-            patienceMs);
     }
     void goLive() {
         ASSERT_TRUE(line.startWorker());

@@ -23,7 +23,6 @@ namespace {
 
 using ::testing::IsEmpty;
 
-constexpr int patienceMs = 60000;
 const QStringList car{QStringLiteral("112"), QStringLiteral("142"), QStringLiteral("116"),
                       QStringLiteral("138"), QStringLiteral("124"), QStringLiteral("148"),
                       QStringLiteral("96"),  QStringLiteral("245")};
@@ -115,27 +114,7 @@ class Aligning : public UndoTest {
     }
     /// A person chooses the entry of the menu and does something with the dialog, which closes at the latest then.
     void alignWith(std::function<void(AlignDialog&)> act) {
-        auto* const timer = new QTimer(frame.get());
-        bool seen = false;
-        QObject::connect(timer, &QTimer::timeout, timer, [&seen, timer, act = std::move(act)] {
-            auto* const dialog = qobject_cast<AlignDialog*>(QApplication::activeModalWidget());
-            if (dialog != nullptr && dialog->isActiveWindow()) {
-                timer->stop();
-                seen = true;
-                act(*dialog);
-                if (dialog->isVisible()) {
-                    dialog->reject();
-                }
-            }
-        });
-        timer->start(1);
-        clickMenu(QStringLiteral("Tools"), QStringLiteral("Align..."));
-        EXPECT_TRUE(seen);
-        delete timer;
-        // As a desktop does.
-        frame->activateWindow();
-        EXPECT_TRUE(QTest::qWaitFor([this] { return frame->isActiveWindow(); }));
-        settleEvents();
+        withDialog(QStringLiteral("Tools"), QStringLiteral("Align..."), std::move(act));
     }
     void alignTheCar() {
         alignWith([](AlignDialog& dialog) {
@@ -357,23 +336,14 @@ TEST_F(Aligning, IsDoneByTheKeysAlone) {
 
 TEST_F(Aligning, InLiveModeTheTargetHoldsTheDelays) {
     ASSERT_TRUE(line.startWorker());
-    const auto targetPlaysTheImage = [&] {
-        return QTest::qWaitFor(
-            [&] {
-                const auto live = target.memory().live;
-                return std::memcmp(live.data(), &tuning.image(), live.size()) == 0 &&
-                       line.imageIsConfirmed() && !tuning.updatePending() && !line.liveTransferRuns();
-            },
-            patienceMs);
-    };
     click(eqMode());
-    ASSERT_TRUE(targetPlaysTheImage());
+    ASSERT_TRUE(targetPlays(tuning.image()));
     const ParameterImage before = tuning.image();
     alignTheCar();
     ASSERT_NE(std::memcmp(&before, &tuning.image(), sizeof before), 0);
-    ASSERT_TRUE(targetPlaysTheImage());
+    ASSERT_TRUE(targetPlays(tuning.image()));
     undoKey();
-    ASSERT_TRUE(targetPlaysTheImage());
+    ASSERT_TRUE(targetPlays(tuning.image()));
     EXPECT_EQ(std::memcmp(target.memory().live.data(), &before, sizeof before), 0);
 }
 

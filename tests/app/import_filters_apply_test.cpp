@@ -11,7 +11,6 @@ namespace {
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
-constexpr int patienceMs = 60000;
 const std::string wholeText = "Preamp: -4.3 dB\n" + std::string(everyVerdictText);
 
 class ImportingFilters : public ImportTest {
@@ -160,17 +159,8 @@ TEST_F(ImportingFilters, InLiveModeTheTargetHoldsThemByOneSend) {
     QObject::connect(&line, &CommLink::workerState, &line, [&rounds](LiveWorker::State told) {
         rounds += told == LiveWorker::State::confirmed ? 1 : 0;
     });
-    const auto targetPlaysTheImage = [&] {
-        return QTest::qWaitFor(
-            [&] {
-                const auto live = target.memory().live;
-                return std::memcmp(live.data(), &tuning.image(), live.size()) == 0 &&
-                       line.imageIsConfirmed() && !tuning.updatePending() && !line.liveTransferRuns();
-            },
-            patienceMs);
-    };
     click(eqMode());
-    ASSERT_TRUE(targetPlaysTheImage());
+    ASSERT_TRUE(targetPlays(tuning.image()));
     settleEvents();
     rounds = 0;
     const ParameterImage before = tuning.image();
@@ -179,7 +169,7 @@ TEST_F(ImportingFilters, InLiveModeTheTargetHoldsThemByOneSend) {
     ASSERT_NE(std::memcmp(&before.channels.at(record), &tuning.image().channels.at(record),
                           sizeof before.channels[0]),
               0);
-    ASSERT_TRUE(targetPlaysTheImage());
+    ASSERT_TRUE(targetPlays(tuning.image()));
     settleEvents();
     EXPECT_EQ(rounds, 1);
     const auto live = target.memory().live;
@@ -193,7 +183,7 @@ TEST_F(ImportingFilters, InLiveModeTheTargetHoldsThemByOneSend) {
             << other;
     }
     undoKey();
-    ASSERT_TRUE(targetPlaysTheImage());
+    ASSERT_TRUE(targetPlays(tuning.image()));
     EXPECT_EQ(std::memcmp(target.memory().live.data(), &before, sizeof before), 0);
 }
 

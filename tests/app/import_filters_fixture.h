@@ -136,23 +136,7 @@ class ImportTest : public UndoTest {
     }
     /// A person chooses the entry of the menu and does something with the dialog, which closes at the latest then.
     void importWith(std::function<void(ImportFiltersDialog&)> act) {
-        auto* const timer = new QTimer(frame.get());
-        bool seen = false;
-        QObject::connect(timer, &QTimer::timeout, timer, [&seen, timer, act = std::move(act)] {
-            if (auto* const dialog = qobject_cast<ImportFiltersDialog*>(QApplication::activeModalWidget())) {
-                timer->stop();
-                seen = true;
-                act(*dialog);
-                if (dialog->isVisible()) {
-                    dialog->reject();
-                }
-            }
-        });
-        timer->start(1);
-        clickMenu(QStringLiteral("Tools"), QStringLiteral("Import Filters..."));
-        EXPECT_TRUE(seen);
-        delete timer;
-        settleEvents();
+        withDialog(QStringLiteral("Tools"), QStringLiteral("Import Filters..."), std::move(act));
     }
     static void paste(ImportFiltersDialog& dialog, std::string_view text) {
         clipboard().setText(QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())));

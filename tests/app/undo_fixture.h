@@ -1,6 +1,11 @@
 #pragma once
 
+#include <QApplication>
 #include <QPointer>
+#include <QTest>
+#include <QTimer>
+#include <cstring>
+#include <functional>
 #include <memory>
 #include <string>
 #include <utility>
@@ -53,6 +58,46 @@ class UndoTest : public FrameTest {
     void undoKey() { press(Qt::Key_Z, Qt::ControlModifier); }
     void redoKey() { press(Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier); }
     static void settleEvents();
+
+    /// A person chooses an entry of a menu and does something with the dialog that it opens, which closes at the latest then.
+    template <typename Dialog>
+    void withDialog(const QString& menu, const QString& item, std::function<void(Dialog&)> act) {
+        QTimer timer;
+        bool seen = false;
+        QObject::connect(&timer, &QTimer::timeout, &timer, [&seen, &timer, act = std::move(act)] {
+            auto* const dialog = qobject_cast<Dialog*>(QApplication::activeModalWidget());
+            if (dialog != nullptr && dialog->isActiveWindow()) {
+                timer.stop();
+                seen = true;
+                act(*dialog);
+                if (dialog->isVisible()) {
+                    dialog->reject();
+                }
+            }
+        });
+        timer.start(1);
+        clickMenu(menu, item);
+        EXPECT_TRUE(seen);
+        // As a desktop does.
+        frame->activateWindow();
+        EXPECT_TRUE(QTest::qWaitFor([this] { return frame->isActiveWindow(); }));
+        settleEvents();
+    }
+
+    /// How long a test waits for what the target does, in ms.
+    static constexpr int targetPatienceMs = 60000;
+    [[nodiscard]] static bool holds(const ImageBytes& bytes, const ParameterImage& image) {
+        return std::memcmp(bytes.data(), &image, bytes.size()) == 0;
+    }
+    /// Waits until the target has confirmed exactly this image and nothing is under way.
+    [[nodiscard]] bool targetPlays(const ParameterImage& image) {
+        return QTest::qWaitFor(
+            [&] {
+                return holds(target.memory().live, image) && line.imageIsConfirmed() &&
+                       !tuning.updatePending() && !line.liveTransferRuns();
+            },
+            targetPatienceMs);
+    }
 
     /// Everything that a step restores, byte by byte.
     [[nodiscard]] std::unique_ptr<TuningSnapshot> state() const;

@@ -34,15 +34,19 @@ TEST(BandShape, ItsWordsPlayWhatTheTargetPlays) {
         for (const BandTypeName& type : bandTypeNames) {
             for (const float gain : {-12.0F, -0.5F, 0.0F, 3.0F, 11.9F}) {
                 for (const std::uint16_t hz : {std::uint16_t{25}, std::uint16_t{800}, std::uint16_t{15000}}) {
-                    const EqBandParams band{.type = static_cast<std::uint8_t>(type.type), .frequencyHz = hz,
-                                            .gainDb = gain, .q = 2.3F};
+                    const EqBandParams band{.type = static_cast<std::uint8_t>(type.type),
+                                            .frequencyHz = hz,
+                                            .gainDb = gain,
+                                            .q = 2.3F};
                     const auto played = test::playedLevels(
-                        test::withBands(test::plainChannel(), std::span(&band, 1), *method), points.frequenciesHz);
+                        test::withBands(test::plainChannel(), std::span(&band, 1), *method),
+                        points.frequenciesHz);
                     const auto ratio = playedRatio(*method, band);
                     ASSERT_TRUE(ratio);
                     for (std::size_t i = 0; i < points.size(); ++i) {
                         const double x = points.halfAngleSquare[i];
-                        EXPECT_NEAR(decibelsOfPower(ratio->numerator(x) / ratio->denominator(x)), played[i], 1e-6);
+                        EXPECT_NEAR(decibelsOfPower(ratio->numerator(x) / ratio->denominator(x)), played[i],
+                                    1e-6);
                     }
                 }
             }

@@ -34,7 +34,8 @@ inline ChannelImageBlock withBands(ChannelImageBlock channel, std::span<const Eq
 }
 
 /// Levels of what the target does with a channel, by its exact response.
-inline std::vector<double> playedLevels(const ChannelImageBlock& channel, std::span<const double> frequenciesHz) {
+inline std::vector<double> playedLevels(const ChannelImageBlock& channel,
+                                        std::span<const double> frequenciesHz) {
     const auto grid = FrequencyGrid::of(frequenciesHz);
     const ComplexResponse response = ComplexResponse::ofChannel(playedModel(channel), *grid);
     std::vector<double> levels;
