@@ -125,7 +125,7 @@ double BandSearch::settle(std::vector<BandShape>& bands, double cost) {
             if (moveFirst(bands, cost)) {
                 moved = true;
             } else {
-                std::ranges::rotate(bands, bands.begin() + 1);
+                std::rotate(bands.begin(), bands.begin() + 1, bands.end());
             }
         }
         if (!moved) {

@@ -99,6 +99,7 @@ void holdBoost(FitProblem& problem, std::vector<BandShape>& shapes, double mostB
     constexpr double slackDb = 0.3;
     for (int attempt = 0; attempt < mostTries; ++attempt) {
         std::vector<PowerRatio> ratios;
+        ratios.reserve(shapes.size());
         for (const BandShape& shape : shapes) {
             ratios.push_back(designedRatio(*problem.method, shape));
         }

@@ -15,10 +15,15 @@ bool isControl(char byte) {
     return static_cast<unsigned char>(byte) < 0x20U || byte == '\x7F';
 }
 
-void replaceAll(std::string& text, std::string_view what, std::string_view with) {
-    for (std::size_t at = text.find(what); at != std::string::npos; at = text.find(what, at + with.size())) {
-        text.replace(at, what.size(), with);
+std::string withBlanksFor(std::string_view what, std::string_view text) {
+    std::string result;
+    result.reserve(text.size());
+    std::size_t at = 0;
+    for (std::size_t next = text.find(what); next != std::string_view::npos; next = text.find(what, at)) {
+        result.append(text.substr(at, next - at)).push_back(' ');
+        at = next + what.size();
     }
+    return result.append(text.substr(at));
 }
 
 }  // namespace
@@ -31,10 +36,10 @@ std::string shownText(std::string_view text) {
     std::string shown(text.substr(0, end));
     std::ranges::replace_if(shown, isControl, ' ');
     for (char low = '\x80'; low <= '\x9F'; ++low) {
-        replaceAll(shown, std::string("\xC2").append(1, low), " ");
+        shown = withBlanksFor(std::string("\xC2").append(1, low), shown);
     }
-    replaceAll(shown, "\xE2\x80\xA8", " ");
-    replaceAll(shown, "\xE2\x80\xA9", " ");
+    shown = withBlanksFor("\xE2\x80\xA8", shown);
+    shown = withBlanksFor("\xE2\x80\xA9", shown);
     if (end < text.size()) {
         shown.append("\xE2\x80\xA6");
     }
