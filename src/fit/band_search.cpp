@@ -22,6 +22,7 @@ constexpr int stepsOfSettling = 12;
 std::vector<BandShape> BandSearch::bestSeeds(std::span<const BandShape> bands, std::size_t count) {
     FitLevels levels;
     std::vector<PowerRatio> ratios;
+    ratios.reserve(bands.size());
     for (const BandShape& band : bands) {
         ratios.push_back(designedRatio(*problem_.method, band));
     }
@@ -105,6 +106,7 @@ std::vector<std::vector<BandShape>> BandSearch::run(std::size_t count) {
     }
     std::ranges::stable_sort(candidates, {}, &Candidate::cost);
     std::vector<std::vector<BandShape>> found;
+    found.reserve(candidates.size());
     for (Candidate& candidate : candidates) {
         found.push_back(std::move(candidate.bands));
     }

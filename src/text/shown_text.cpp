@@ -23,7 +23,8 @@ std::string withBlanksFor(std::string_view what, std::string_view text) {
         result.append(text.substr(at, next - at)).push_back(' ');
         at = next + what.size();
     }
-    return result.append(text.substr(at));
+    result.append(text.substr(at));
+    return result;
 }
 
 }  // namespace
